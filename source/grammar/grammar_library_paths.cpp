@@ -1,0 +1,118 @@
+// The library's assertions would end the process over bytes that its grammars then refuse anyway. They are switched off
+// before anything of Boost is seen.
+#define BOOST_DISABLE_ASSERTS
+
+#include "grammar_library.h"
+#include "path_context.h"
+#include "text_checks.h"
+
+#include <svgpp/adapter/transform.hpp>
+#include <svgpp/parser/detail/parse_list_iterator.hpp>
+#include <svgpp/parser/grammar/coordinate_pair.hpp>
+#include <svgpp/parser/grammar/path_data.hpp>
+#include <svgpp/parser/grammar/transform.hpp>
+#include <svgpp/policy/transform_events.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvan::grammar::library
+{
+namespace
+{
+namespace qi = boost::spirit::qi;
+namespace phoenix = boost::phoenix;
+
+using Iterator = const char*;
+
+struct MatrixContext
+{
+	void transform_matrix(const boost::array<double, 6>& values)
+	{
+		matrix = values;
+	}
+
+	boost::array<double, 6> matrix;
+};
+
+using TransformAdapter = svgpp::transform_adapter<MatrixContext, svgpp::policy::transform::matrix>;
+using TransformEvents = svgpp::policy::transform_events::forward_to_method<TransformAdapter>;
+} // namespace
+
+// Building a grammar takes longer than most values take to read, so each is built on first use and kept.
+
+Parsed ParsePath(std::string_view text, PathSink& sink)
+{
+	using Grammar = svgpp::path_data_grammar<Iterator, PathAdapter, double, PathEvents>;
+	static const Grammar grammar;
+
+	if (HasRunawayExponent(text))
+		return Parsed::refused;
+	PathContext context(sink);
+	PathAdapter adapter(context);
+	Iterator at = text.data();
+	const Iterator end = at + text.size();
+	const bool isWhole =
+		qi::phrase_parse(at, end, grammar(phoenix::ref(adapter)), Grammar::skipper_type()) && at == end;
+	return isWhole && context.IsFinite() ? Parsed::value : Parsed::refused;
+}
+
+Parsed ParsePoints(std::string_view text, PathSink& sink)
+{
+	using Pair = std::pair<double, double>;
+	using PairGrammar = svgpp::coordinate_pair_grammar<Iterator, double>;
+	using Separator = svgpp::detail::comma_wsp_rule_no_skip<Iterator>;
+	using Skipper = svgpp::detail::character_encoding_namespace::space_type;
+	static const PairGrammar grammar;
+	static const Separator separator;
+
+	if (HasRunawayExponent(text))
+		return Parsed::refused;
+	svgpp::detail::parse_list_iterator<Pair, Iterator, PairGrammar, Separator, Skipper> pairs(
+		text.data(), text.data() + text.size(), grammar, separator, svgpp::detail::character_encoding_namespace::space);
+	bool isFirst = true;
+	for (Pair pair; pairs.get_next(pair); isFirst = false)
+	{
+		if (!std::isfinite(pair.first) || !std::isfinite(pair.second))
+			return Parsed::refused;
+		if (isFirst)
+			sink.MoveTo(pair.first, pair.second);
+		else
+			sink.LineTo(pair.first, pair.second);
+	}
+	return pairs.error() ? Parsed::refused : Parsed::value;
+}
+
+Parsed ParseTransform(std::string_view text, Matrix& matrix)
+{
+	using Grammar = svgpp::transform_grammar<Iterator, TransformAdapter, double, TransformEvents>;
+	static const Grammar grammar;
+
+	if (HasRunawayExponent(text))
+		return Parsed::refused;
+	MatrixContext context;
+	TransformAdapter adapter(context);
+	Iterator at = text.data();
+	const Iterator end = at + text.size();
+	if (!qi::phrase_parse(at, end, grammar(phoenix::ref(adapter)), Grammar::skipper_type()) || at != end)
+		return Parsed::refused;
+	adapter.on_exit_attribute();
+	const auto& m = context.matrix;
+	if (!std::all_of(m.begin(), m.end(), [](double value) { return std::isfinite(value); }))
+		return Parsed::refused;
+	matrix = {m[0], m[1], m[2], m[3], m[4], m[5]};
+	return Parsed::value;
+}
+
+bool ReadPathNumber(const char*& at, const char* end, double& number)
+{
+	static const qi::real_parser<double, svgpp::detail::svg_real_policies<double>> parser;
+	return qi::parse(at, end, parser, number);
+}
+
+bool ReadPointsNumber(const char*& at, const char* end, double& number)
+{
+	static const qi::real_parser<double, svgpp::detail::real_policies_without_inf_nan<double>> parser;
+	return qi::parse(at, end, parser, number);
+}
+} // namespace orvan::grammar::library

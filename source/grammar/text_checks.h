@@ -1,0 +1,40 @@
+#pragma once
+
+/// Looks at a text before the grammar library does, for what the library must not be given.
+
+#include <algorithm>
+#include <string_view>
+
+namespace orvan::grammar
+{
+/// Whether all bytes are below 0x80. The library looks others up in tables of 128 entries and hands them to the C
+/// library's character functions, whose answers hang on the locale.
+inline bool IsAscii(std::string_view text)
+{
+	return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+inline bool IsDigit(char c)
+{
+	return c >= '0' && c <= '9';
+}
+
+/// Whether some number has an exponent of more than nine digits, leading zeros aside. No such number is finite and
+/// none is a value, yet the library adds exponents up in an int that may overflow.
+inline bool HasRunawayExponent(std::string_view text)
+{
+	constexpr std::ptrdiff_t kMostDigits = 9;
+	for (auto it = text.begin(); it != text.end(); ++it)
+	{
+		if (*it != 'e' && *it != 'E')
+			continue;
+		auto digit = it + 1;
+		if (digit != text.end() && (*digit == '+' || *digit == '-'))
+			++digit;
+		digit = std::find_if(digit, text.end(), [](char c) { return c != '0'; });
+		if (std::find_if_not(digit, text.end(), IsDigit) - digit > kMostDigits)
+			return true;
+	}
+	return false;
+}
+} // namespace orvan::grammar
