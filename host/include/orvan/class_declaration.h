@@ -1,0 +1,125 @@
+/// How a module describes the classes that it implements.
+///
+///     constexpr ClassDeclaration kRect = DeclareClass<RectElement,
+///         Implements<SVGElementInterface, ElementBase>,       // methods are found in ElementBase
+///         Implements<SVGSizeInterface, SizeComponent>>("net.orvan.image.class.svgrectelement");
+#pragma once
+
+#include "orvan/object.h"
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <new>
+#include <utility>
+
+namespace orvan
+{
+
+/// One interface of a class and how its method table is filled.
+struct InterfaceBinding
+{
+	const char* interfaceId;
+	int slotCount;
+	void (*fill)(AnyMethod* slots) noexcept;
+};
+
+/// What a module tells the host about a class. A declaration without `construct` names a class that others implement.
+struct ClassDeclaration
+{
+	const char* id;
+	std::size_t objectSize;
+	/// Makes an object in raw storage.
+	ObjectBase* (*construct)(void* storage) noexcept;
+	/// Gives a new object what it needs to allocate; null when there is nothing to do.
+	Result<void> (*initialize)(ObjectBase* object) noexcept;
+	/// Makes a copy in raw storage; null when objects of the class cannot be copied. On success `result` is set.
+	Result<void> (*copy)(const ObjectBase* source, void* storage, ObjectBase** result) noexcept;
+	void (*destruct)(ObjectBase* object) noexcept;
+	/// Called when a hierarchy object got another parent, or none; null when the class does not care.
+	void (*parentChanged)(ObjectBase* object) noexcept;
+	const InterfaceBinding* bindings;
+	int bindingCount;
+};
+
+/// Binds interface `I` to `Component`: a base of the implementation class, or a stateless view made from it.
+template <typename I, typename Component>
+struct Implements
+{
+	template <typename Impl>
+	static constexpr InterfaceBinding BindingFor() noexcept
+	{
+		return {I::kId, I::kSlotCount,
+				[](AnyMethod* slots) noexcept
+				{
+					[slots]<int... numbers>(std::integer_sequence<int, numbers...>)
+					{
+						((slots[numbers] = I::template Bind<Impl, Component>(Slot<numbers + 1>())), ...);
+					}
+					(std::make_integer_sequence<int, I::kSlotCount>());
+				}};
+	}
+};
+
+namespace detail
+{
+template <typename Impl, typename... Bindings>
+inline constexpr std::array<InterfaceBinding, sizeof...(Bindings)> kBindings = {
+	Bindings::template BindingFor<Impl>()...};
+}
+
+/// The declaration of class `Impl`, which derives from `ObjectBase` first. Recognised where `Impl` has them:
+/// `Result<void> Initialize()`, `Result<void> CopyStateTo(Impl& copy) const` (makes the class copyable),
+/// `void OnParentChanged()`.
+template <std::derived_from<ObjectBase> Impl, typename... Bindings>
+constexpr ClassDeclaration DeclareClass(const char* id) noexcept
+{
+	static_assert(sizeof...(Bindings) <= ClassInfo::kMaxInterfaces);
+	ClassDeclaration declaration{};
+	declaration.id = id;
+	declaration.objectSize = sizeof(Impl);
+	declaration.construct = [](void* storage) noexcept -> ObjectBase*
+	{
+		return new (storage) Impl();
+	};
+	declaration.destruct = [](ObjectBase* object) noexcept
+	{
+		static_cast<Impl*>(object)->~Impl();
+	};
+	if constexpr (requires(Impl & object) { object.Initialize(); })
+		declaration.initialize = [](ObjectBase* object) noexcept
+		{
+			return static_cast<Impl*>(object)->Initialize();
+		};
+	if constexpr (requires(const Impl& source, Impl& copy) { source.CopyStateTo(copy); })
+	{
+		declaration.copy = [](const ObjectBase* source, void* storage, ObjectBase** result) noexcept -> Result<void>
+		{
+			auto* copy = new (storage) Impl();
+			Result<void> copied = static_cast<const Impl*>(source)->CopyStateTo(*copy);
+			if (copied.IsOk())
+				*result = copy;
+			else
+				copy->~Impl();
+			return copied;
+		};
+	}
+	if constexpr (requires(Impl & object) { object.OnParentChanged(); })
+		declaration.parentChanged = [](ObjectBase* object) noexcept
+		{
+			static_cast<Impl*>(object)->OnParentChanged();
+		};
+	declaration.bindings = detail::kBindings<Impl, Bindings...>.data();
+	declaration.bindingCount = sizeof...(Bindings);
+	return declaration;
+}
+
+/// The declaration of a class that the framework defines and somebody else implements.
+constexpr ClassDeclaration DeclareClassWithoutImplementation(const char* id) noexcept
+{
+	ClassDeclaration declaration{};
+	declaration.id = id;
+	return declaration;
+}
+
+} // namespace orvan

@@ -1,0 +1,203 @@
+/// A small dictionary from integer keys to values of registered data types.
+#pragma once
+
+#include "orvan/data_type.h"
+
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+namespace orvan
+{
+
+/// The shared content of a dictionary, made by the host: entries in ascending order of their keys at the front of one
+/// block, the values behind them.
+struct DictionaryBlock
+{
+	struct Entry
+	{
+		std::int32_t key;
+		std::uint32_t offset; ///< Of the value, or of the pointer to it when it does not fit, from the block's start.
+		const DataType* type;
+	};
+
+	std::atomic<std::uint32_t> references;
+	std::uint32_t count;
+	std::uint32_t entryCapacity;
+	std::uint32_t valueEnd; ///< Where the next value goes.
+	std::uint32_t blockSize;
+	std::uint32_t reserved;
+
+	const Entry* Entries() const noexcept
+	{
+		return reinterpret_cast<const Entry*>(this + 1);
+	}
+
+	Entry* Entries() noexcept
+	{
+		return reinterpret_cast<Entry*>(this + 1);
+	}
+
+	const void* ValueOf(const Entry& entry) const noexcept
+	{
+		const char* at = reinterpret_cast<const char*>(this) + entry.offset;
+		return Data::IsInline(entry.type) ? at : *reinterpret_cast<void* const*>(at);
+	}
+};
+
+/// A dictionary whose copies share one content until one of them writes (copy on write). An empty dictionary takes no
+/// memory; one with the ten or so entries that are usual is a single block. Looking up a key is a walk over the keys;
+/// entries are in ascending order of their keys. Const members may run side by side; writing is not synchronised, but
+/// writing to one copy never disturbs the readers of another.
+class DataDictionary
+{
+public:
+	using Entry = DictionaryBlock::Entry;
+
+	DataDictionary() noexcept = default;
+
+	DataDictionary(const DataDictionary& other) noexcept : _block(other._block)
+	{
+		if (_block != nullptr)
+			_block->references.fetch_add(1, std::memory_order_relaxed);
+	}
+
+	DataDictionary(DataDictionary&& other) noexcept : _block(std::exchange(other._block, nullptr))
+	{
+	}
+
+	DataDictionary& operator=(DataDictionary other) noexcept
+	{
+		std::swap(_block, other._block);
+		return *this;
+	}
+
+	~DataDictionary()
+	{
+		if (_block != nullptr)
+			Host().dictionaryRelease(_block);
+	}
+
+	std::size_t GetCount() const noexcept
+	{
+		return _block != nullptr ? _block->count : 0;
+	}
+
+	bool Has(std::int32_t key) const noexcept
+	{
+		return FindEntry(key) != nullptr;
+	}
+
+	/// The value of `key` as a `T`; null when the key is absent or its value is of another type. Good until the
+	/// dictionary is written or released.
+	template <typename T>
+	const T* Find(std::int32_t key) const noexcept
+	{
+		const Entry* entry = FindEntry(key);
+		return entry != nullptr && entry->type == FindDataType<T>() ? static_cast<const T*>(_block->ValueOf(*entry))
+																	: nullptr;
+	}
+
+	/// The value of `key`, or `fallback` when the key is absent or its value is of another type.
+	template <typename T>
+	T GetOr(std::int32_t key, T fallback) const noexcept
+	{
+		const T* value = Find<T>(key);
+		return value != nullptr ? *value : fallback;
+	}
+
+	/// Stores a value, replacing the one that the key had. On failure the dictionary is as it was.
+	template <typename T>
+	Result<void> Set(std::int32_t key, T value) noexcept
+	{
+		const DataType* type = FindDataType<T>();
+		if (type == nullptr)
+			return OutOfMemoryError();
+		void* storage = ORVAN_TRY(Store(key, type));
+		std::construct_at(static_cast<T*>(storage), std::move(value));
+		return {};
+	}
+
+	/// Stores a copy of a value of any type; an empty `Data` is refused.
+	Result<void> SetData(std::int32_t key, const Data& value) noexcept
+	{
+		const DataType* type = value.GetType();
+		if (type == nullptr)
+			return IllegalArgumentError("An empty value cannot be stored under key @.", key);
+		// Copied first, so that a failing copy leaves the dictionary as it was.
+		Data copy;
+		ORVAN_TRY(copy.CopyFrom(value));
+		const DataTypeOperations& operations = *type->operations.load(std::memory_order_relaxed);
+		void* storage = ORVAN_TRY(Store(key, type));
+		operations.construct(storage, 1);
+		operations.move(storage, const_cast<void*>(copy.GetValue()), 1);
+		return {};
+	}
+
+	/// A copy of the value of `key`; not found when it is absent.
+	Result<Data> GetData(std::int32_t key) const noexcept
+	{
+		const Entry* entry = FindEntry(key);
+		if (entry == nullptr)
+			return NotFoundError("The dictionary has no value under key @.", key);
+		return Data::CreateCopy(entry->type, _block->ValueOf(*entry));
+	}
+
+	/// The entries in ascending order of their keys; `GetValue` gives an entry's value.
+	const Entry* begin() const noexcept
+	{
+		return _block != nullptr ? _block->Entries() : nullptr;
+	}
+
+	const Entry* end() const noexcept
+	{
+		return _block != nullptr ? _block->Entries() + _block->count : nullptr;
+	}
+
+	/// The value of one of this dictionary's entries as a `T`, or null when it is of another type.
+	template <typename T>
+	const T* GetValue(const Entry& entry) const noexcept
+	{
+		return entry.type == FindDataType<T>() ? static_cast<const T*>(_block->ValueOf(entry)) : nullptr;
+	}
+
+	/// True when both share one content.
+	bool IsSameObject(const DataDictionary& other) const noexcept
+	{
+		return _block == other._block;
+	}
+
+private:
+	const Entry* FindEntry(std::int32_t key) const noexcept
+	{
+		for (const Entry& entry : *this)
+		{
+			if (entry.key >= key)
+				return entry.key == key ? &entry : nullptr;
+		}
+		return nullptr;
+	}
+
+	/// Makes the content this dictionary's own and returns raw storage for a value under `key`.
+	Result<void*> Store(std::int32_t key, const DataType* type) noexcept
+	{
+		if (type->operations.load(std::memory_order_relaxed) == nullptr)
+			return NotFoundError("No loaded module provides data type '@'.", type->id);
+		if (_block != nullptr && _block->references.load(std::memory_order_acquire) > 1)
+		{
+			DictionaryBlock* own = nullptr;
+			ORVAN_TRY(ResultOf(Host().dictionaryClone(_block, &own)));
+			Host().dictionaryRelease(std::exchange(_block, own));
+		}
+		void* storage = Host().dictionaryStore(&_block, key, type);
+		if (storage == nullptr)
+			return OutOfMemoryError();
+		return storage;
+	}
+
+	DictionaryBlock* _block = nullptr;
+};
+
+} // namespace orvan

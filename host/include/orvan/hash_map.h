@@ -1,0 +1,311 @@
+/// A hash map with a documented iteration order.
+#pragma once
+
+#include "orvan/array.h"
+#include "orvan/string.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace orvan
+{
+
+/// A map from `String` to `V`: chained buckets in an array whose size is a power of two (bucket index = hash AND mask;
+/// the mask is all ones while there is no array), at most 0.65 entries a bucket. Beside the buckets the map keeps the
+/// list of those that hold entries, in the order in which each received its first entry; iteration walks that list and
+/// each bucket's chain. So the order depends only on the keys and the order of their insertion.
+///
+/// Entries never move in memory. Inserting keeps the first value of a key. Not synchronised; const members may run side
+/// by side.
+template <typename V>
+class StringMap
+{
+public:
+	/// One entry. `hash` is the key's `String::GetHash`.
+	struct Entry
+	{
+		Entry* next;
+		std::uint64_t hash;
+		String key;
+		V value;
+	};
+
+	static constexpr double kMaxLoadFactor = 0.65;
+
+	StringMap() noexcept = default;
+	StringMap(const StringMap&) = delete;
+
+	StringMap(StringMap&& other) noexcept
+	{
+		Swap(other);
+	}
+
+	/// Drops the own entries and takes the other's over as they stand, without rehashing.
+	StringMap& operator=(StringMap&& other) noexcept
+	{
+		StringMap taken(std::move(other));
+		Swap(taken);
+		return *this;
+	}
+
+	~StringMap()
+	{
+		Reset();
+	}
+
+	std::size_t GetCount() const noexcept
+	{
+		return _count;
+	}
+
+	/// The value of `key`, or null. The pointer is good until the map is reset.
+	const V* Find(const String& key) const noexcept
+	{
+		const Entry* entry = FindEntry(key, key.GetHash());
+		return entry != nullptr ? &entry->value : nullptr;
+	}
+
+	/// Adds an entry unless the key is already there, in which case the first value stays. The result tells whether the
+	/// entry was added; on failure the map is as it was.
+	Result<bool> Insert(const String& key, V value) noexcept
+	{
+		const std::uint64_t hash = key.GetHash();
+		if (FindEntry(key, hash) != nullptr)
+			return false;
+		if (static_cast<double>(_count + 1) > kMaxLoadFactor * static_cast<double>(_buckets.GetCount()))
+			ORVAN_TRY(Grow());
+		ORVAN_TRY(ReserveIndex());
+		void* memory = Host().allocate(sizeof(Entry));
+		if (memory == nullptr)
+			return OutOfMemoryError();
+		Entry* entry = new (memory) Entry{nullptr, hash, key, std::move(value)};
+		const std::size_t chainLength = Link(entry);
+		_count++;
+		AddToIndex(entry, chainLength);
+		return true;
+	}
+
+	/// Drops every entry and frees the buckets.
+	void Reset() noexcept
+	{
+		ForEachEntry(
+			[](Entry* entry)
+			{
+				std::destroy_at(entry);
+				Host().free(entry);
+			});
+		_buckets.Reset();
+		_occupied.Reset();
+		_index.Reset();
+		_mask = ~std::uint64_t(0);
+		_count = 0;
+	}
+
+	/// Iterates over the entries in the map's order.
+	class Iterator
+	{
+	public:
+		const Entry& operator*() const noexcept
+		{
+			return *_entry;
+		}
+
+		const Entry* operator->() const noexcept
+		{
+			return _entry;
+		}
+
+		Iterator& operator++() noexcept
+		{
+			_entry = _entry->next;
+			if (_entry == nullptr)
+			{
+				_position++;
+				Settle();
+			}
+			return *this;
+		}
+
+		bool operator==(const Iterator& other) const noexcept
+		{
+			return _entry == other._entry;
+		}
+
+	private:
+		friend class StringMap;
+
+		Iterator(const StringMap* map, std::size_t position) noexcept : _map(map), _position(position)
+		{
+			Settle();
+		}
+
+		void Settle() noexcept
+		{
+			_entry = _position < _map->_occupied.GetCount() ? _map->_buckets[_map->_occupied[_position]].head : nullptr;
+		}
+
+		const StringMap* _map;
+		std::size_t _position;
+		const Entry* _entry = nullptr;
+	};
+
+	Iterator begin() const noexcept
+	{
+		return Iterator(this, 0);
+	}
+
+	Iterator end() const noexcept
+	{
+		return Iterator(this, _occupied.GetCount());
+	}
+
+private:
+	struct Bucket
+	{
+		Entry* head;
+		Entry* tail;
+	};
+
+	/// Longest chain that is searched entry by entry. Beyond it, keys that collide on purpose would make loads
+	/// quadratic, so the map then finds all of its entries through an index of its own.
+	static constexpr std::size_t kLongestChain = 32;
+
+	const Entry* FindEntry(const String& key, std::uint64_t hash) const noexcept
+	{
+		if (_buckets.IsEmpty())
+			return nullptr;
+		const auto matches = [&](const Entry* entry)
+		{
+			return entry->hash == hash && (entry->key.IsSameObject(key) || entry->key == key);
+		};
+		if (!_index.IsEmpty())
+		{
+			for (std::size_t at = IndexPosition(key);; at = (at + 1) & (_index.GetCount() - 1))
+			{
+				const Entry* entry = _index[at];
+				if (entry == nullptr || matches(entry))
+					return entry;
+			}
+		}
+		for (const Entry* entry = _buckets[hash & _mask].head; entry != nullptr; entry = entry->next)
+		{
+			if (matches(entry))
+				return entry;
+		}
+		return nullptr;
+	}
+
+	/// Hangs an entry at the end of its chain; returns the length of that chain as far as it matters.
+	std::size_t Link(Entry* entry) noexcept
+	{
+		Bucket& bucket = _buckets[entry->hash & _mask];
+		entry->next = nullptr;
+		if (bucket.head == nullptr)
+		{
+			// `_occupied` has room for every bucket, see `Grow`.
+			IgnoreResult(_occupied.Append(entry->hash & _mask));
+			bucket.head = bucket.tail = entry;
+			return 1;
+		}
+		bucket.tail->next = entry;
+		bucket.tail = entry;
+		std::size_t length = 0;
+		for (const Entry* at = bucket.head; at != nullptr && length <= kLongestChain; at = at->next)
+			length++;
+		return length;
+	}
+
+	Result<void> Grow() noexcept
+	{
+		const std::size_t size = _buckets.IsEmpty() ? 16 : 2 * _buckets.GetCount();
+		BaseArray<Bucket> buckets;
+		BaseArray<std::size_t> occupied;
+		ORVAN_TRY(buckets.Resize(size));
+		ORVAN_TRY(occupied.Reserve(size));
+		std::swap(_buckets, buckets);
+		std::swap(_occupied, occupied);
+		_mask = size - 1;
+		for (const std::size_t index : occupied)
+		{
+			for (Entry* entry = buckets[index].head; entry != nullptr;)
+				Link(std::exchange(entry, entry->next));
+		}
+		return {};
+	}
+
+	template <typename Function>
+	void ForEachEntry(Function function) noexcept
+	{
+		for (const std::size_t index : _occupied)
+		{
+			for (Entry* entry = _buckets[index].head; entry != nullptr;)
+				function(std::exchange(entry, entry->next));
+		}
+	}
+
+	std::size_t IndexPosition(const String& key) const noexcept
+	{
+		// Another function than the map's own, with a secret that differs from map to map and run to run.
+		std::uint64_t state = reinterpret_cast<std::uintptr_t>(_index.begin()) * 0x9e3779b97f4a7c15;
+		for (const char c : key.View())
+			state = detail::MixProduct(state ^ static_cast<unsigned char>(c), 0xe7037ed1a0b428db);
+		return (state ^ state >> 32) & (_index.GetCount() - 1);
+	}
+
+	/// Keeps the index, once there is one, at most half full.
+	Result<void> ReserveIndex() noexcept
+	{
+		if (_index.IsEmpty() || 2 * (_count + 1) <= _index.GetCount())
+			return {};
+		return BuildIndex(2 * _index.GetCount());
+	}
+
+	Result<void> BuildIndex(std::size_t size) noexcept
+	{
+		BaseArray<Entry*> index;
+		ORVAN_TRY(index.Resize(size));
+		_index = std::move(index);
+		ForEachEntry([this](Entry* entry) { PutIntoIndex(entry); });
+		return {};
+	}
+
+	void PutIntoIndex(Entry* entry) noexcept
+	{
+		std::size_t at = IndexPosition(entry->key);
+		while (_index[at] != nullptr)
+			at = (at + 1) & (_index.GetCount() - 1);
+		_index[at] = entry;
+	}
+
+	void AddToIndex(Entry* entry, std::size_t chainLength) noexcept
+	{
+		if (!_index.IsEmpty())
+			PutIntoIndex(entry);
+		else if (chainLength > kLongestChain)
+		{
+			std::size_t size = 256;
+			while (size < 4 * _count)
+				size *= 2;
+			// Without memory for the index the chains still answer, only more slowly.
+			IgnoreResult(BuildIndex(size));
+		}
+	}
+
+	void Swap(StringMap& other) noexcept
+	{
+		std::swap(_buckets, other._buckets);
+		std::swap(_occupied, other._occupied);
+		std::swap(_index, other._index);
+		std::swap(_mask, other._mask);
+		std::swap(_count, other._count);
+	}
+
+	BaseArray<Bucket> _buckets;
+	BaseArray<std::size_t> _occupied; ///< Buckets that hold entries, in the order of their first entry.
+	BaseArray<Entry*> _index;         ///< Open addressing; empty unless a chain grew too long.
+	std::uint64_t _mask = ~std::uint64_t(0);
+	std::size_t _count = 0;
+};
+
+} // namespace orvan

@@ -1,0 +1,177 @@
+/// Objects that form trees: each has at most one parent and any number of ordered children.
+#pragma once
+
+#include "orvan/array.h"
+#include "orvan/class_declaration.h"
+#include "orvan/object.h"
+
+namespace orvan
+{
+
+class HierarchyObjectInterface;
+using HierarchyObjectRef = Ref<HierarchyObjectInterface>;
+
+/// Names the list of children that an object is put into. There is one list, the empty branch; the argument keeps the
+/// call shape for objects that one day have several.
+struct HierarchyBranch
+{
+};
+
+/// The interface of every object in a tree. A parent owns its children; a child knows its parent without keeping it
+/// alive. Reading may run side by side; changing a tree must not overlap anything else on it.
+class HierarchyObjectInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.core.interface.hierarchyobject";
+	static constexpr const char* kName = "orvan.HierarchyObjectInterface";
+	static constexpr int kSlotCount = 6;
+
+	/// Makes the object the last child of `parent`, taking it out of the tree that it was in. Fails when the parent is
+	/// null or stands below the object.
+	ORVAN_METHOD(1, Result<void>, InsertAsLastChildOf,
+				 (const HierarchyObjectRef& parent, const HierarchyBranch& branch), parent, branch)
+	/// The parent; null for a root.
+	ORVAN_METHOD(2, Result<HierarchyObjectRef>, GetParent, ())
+	/// The children in order.
+	ORVAN_METHOD(3, Result<BaseArray<HierarchyObjectRef>>, GetChildren, ())
+	/// Takes all children out of the tree. Never fails.
+	ORVAN_METHOD(4, void, RemoveAllChildren, ())
+	/// The first child; null when there is none. With `GetNextSibling` this walks a tree without allocating.
+	ORVAN_METHOD(5, HierarchyObjectRef, GetFirstChild, ())
+	/// The next child of the same parent; null after the last.
+	ORVAN_METHOD(6, HierarchyObjectRef, GetNextSibling, ())
+};
+
+/// The implementation of `HierarchyObjectInterface`, and the base of every class whose objects form trees. The links
+/// stand inside the objects, so inserting allocates nothing. Releasing a tree does not recurse, however deep it is.
+class HierarchyObject : public ObjectBase
+{
+public:
+	HierarchyObject() noexcept = default;
+
+	/// A copy stands outside of every tree.
+	HierarchyObject(const HierarchyObject& other) noexcept : ObjectBase(other)
+	{
+	}
+
+	~HierarchyObject()
+	{
+		DropChildren();
+	}
+
+	Result<void> InsertAsLastChildOf(const HierarchyObjectRef& parent, const HierarchyBranch&) noexcept
+	{
+		if (!parent)
+			return NullReferenceError("The parent to insert under is an empty reference.");
+		auto* newParent = static_cast<HierarchyObject*>(parent.GetObject());
+		if (newParent == this)
+			return IllegalArgumentError("An object cannot become its own child.");
+		if (_firstChild != nullptr)
+		{
+			for (const HierarchyObject* at = newParent; at != nullptr; at = at->_parent)
+			{
+				if (at == this)
+					return IllegalArgumentError("An object cannot become a child of an object below it.");
+			}
+		}
+		AddReference();
+		Unlink();
+		_parent = newParent;
+		_previous = newParent->_lastChild;
+		(_previous != nullptr ? _previous->_next : newParent->_firstChild) = this;
+		newParent->_lastChild = this;
+		newParent->_childCount++;
+		NotifyParentChanged();
+		return {};
+	}
+
+	Result<HierarchyObjectRef> GetParent() const noexcept
+	{
+		return HierarchyObjectRef::From(_parent);
+	}
+
+	Result<BaseArray<HierarchyObjectRef>> GetChildren() const noexcept
+	{
+		BaseArray<HierarchyObjectRef> children;
+		ORVAN_TRY(children.Reserve(_childCount));
+		for (HierarchyObject* child = _firstChild; child != nullptr; child = child->_next)
+			ORVAN_TRY(children.Append(HierarchyObjectRef::From(child)));
+		return children;
+	}
+
+	void RemoveAllChildren() noexcept
+	{
+		DropChildren();
+	}
+
+	HierarchyObjectRef GetFirstChild() const noexcept
+	{
+		return HierarchyObjectRef::From(_firstChild);
+	}
+
+	HierarchyObjectRef GetNextSibling() const noexcept
+	{
+		return HierarchyObjectRef::From(_next);
+	}
+
+	// The uncounted links, for implementation classes that walk their own trees.
+
+	HierarchyObject* Parent() const noexcept
+	{
+		return _parent;
+	}
+
+	HierarchyObject* FirstChild() const noexcept
+	{
+		return _firstChild;
+	}
+
+	HierarchyObject* NextSibling() const noexcept
+	{
+		return _next;
+	}
+
+private:
+	/// Tells the class, where it wants to know, that the object has another parent or none now.
+	void NotifyParentChanged() noexcept
+	{
+		if (const auto notify = GetClass().declaration.load(std::memory_order_relaxed)->parentChanged)
+			notify(this);
+	}
+
+	/// Leaves the parent, which gives up its reference.
+	void Unlink() noexcept
+	{
+		if (_parent == nullptr)
+			return;
+		(_previous != nullptr ? _previous->_next : _parent->_firstChild) = _next;
+		(_next != nullptr ? _next->_previous : _parent->_lastChild) = _previous;
+		_parent->_childCount--;
+		_parent = _previous = _next = nullptr;
+		ReleaseReference();
+	}
+
+	void DropChildren() noexcept
+	{
+		HierarchyObject* child = std::exchange(_firstChild, nullptr);
+		_lastChild = nullptr;
+		_childCount = 0;
+		while (child != nullptr)
+		{
+			HierarchyObject* const next = child->_next;
+			child->_parent = child->_previous = child->_next = nullptr;
+			child->NotifyParentChanged();
+			child->ReleaseReference();
+			child = next;
+		}
+	}
+
+	HierarchyObject* _parent = nullptr;
+	HierarchyObject* _firstChild = nullptr;
+	HierarchyObject* _lastChild = nullptr;
+	HierarchyObject* _previous = nullptr;
+	HierarchyObject* _next = nullptr;
+	std::size_t _childCount = 0;
+};
+
+} // namespace orvan

@@ -1,0 +1,197 @@
+/// `Result<T>`: a value or an error, and `ORVAN_TRY` to pass errors up.
+///
+///     Result<Int> Count(const Url& url)
+///     {
+///         InputStream stream = ORVAN_TRY(url.OpenInputStream());   // leaves with the error, or yields the value
+///         ...
+///         return count;
+///     }
+#pragma once
+
+#include "orvan/error.h"
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace orvan
+{
+
+/// A value of type `T`, or the error that kept it from being made. Must be looked at: use `ORVAN_TRY` to pass an error
+/// up, `IsOk` to handle it, `IgnoreResult` to drop it on purpose.
+template <typename T>
+class [[nodiscard]] Result
+{
+public:
+	using ValueType = T;
+
+	Result(const T& value) requires std::is_copy_constructible_v<T> : _value(value)
+	{
+	}
+
+	Result(T&& value) noexcept : _value(std::move(value))
+	{
+	}
+
+	Result(Error error) noexcept : _error(error.Release())
+	{
+	}
+
+	/// Moves the value; an error is shared, so that `other` keeps its state.
+	Result(Result&& other) noexcept
+	{
+		if (other.IsOk())
+			std::construct_at(std::addressof(_value), std::move(other._value));
+		else
+			_error = other.GetError().Release();
+	}
+
+	Result& operator=(Result&& other) noexcept
+	{
+		if (this != &other)
+		{
+			std::destroy_at(this);
+			std::construct_at(this, std::move(other));
+		}
+		return *this;
+	}
+
+	~Result()
+	{
+		if (_error == nullptr)
+			std::destroy_at(std::addressof(_value));
+		else
+			Host().releaseError(_error);
+	}
+
+	bool IsOk() const noexcept
+	{
+		return _error == nullptr;
+	}
+
+	/// The value; only when `IsOk`.
+	T& GetValue() & noexcept
+	{
+		return _value;
+	}
+
+	const T& GetValue() const& noexcept
+	{
+		return _value;
+	}
+
+	T GetValue() && noexcept
+	{
+		return std::move(_value);
+	}
+
+	/// The value, or `fallback` when there is an error.
+	T GetValueOr(T fallback) && noexcept
+	{
+		return IsOk() ? std::move(_value) : std::move(fallback);
+	}
+
+	/// A reference to the error; only when not `IsOk`.
+	Error GetError() const noexcept
+	{
+		if (_error->count.load(std::memory_order_relaxed) != 0)
+			_error->count.fetch_add(1, std::memory_order_relaxed);
+		return Error(_error);
+	}
+
+private:
+	ErrorBlock* _error = nullptr;
+	union
+	{
+		T _value;
+	};
+};
+
+/// Success, or the error that prevented it.
+template <>
+class [[nodiscard]] Result<void>
+{
+public:
+	using ValueType = void;
+
+	/// Success.
+	Result() noexcept = default;
+
+	Result(Error error) noexcept : _error(error.Release())
+	{
+	}
+
+	Result(Result&& other) noexcept : _error(std::exchange(other._error, nullptr))
+	{
+	}
+
+	Result& operator=(Result&& other) noexcept
+	{
+		std::swap(_error, other._error);
+		return *this;
+	}
+
+	~Result()
+	{
+		if (_error != nullptr)
+			Host().releaseError(_error);
+	}
+
+	bool IsOk() const noexcept
+	{
+		return _error == nullptr;
+	}
+
+	void GetValue() const noexcept
+	{
+	}
+
+	Error GetError() const noexcept
+	{
+		if (_error->count.load(std::memory_order_relaxed) != 0)
+			_error->count.fetch_add(1, std::memory_order_relaxed);
+		return Error(_error);
+	}
+
+private:
+	ErrorBlock* _error = nullptr;
+};
+
+/// Drops a result on purpose, an error included.
+template <typename T>
+void IgnoreResult(Result<T>&&) noexcept
+{
+}
+
+/// Turns what a function of the service table returned (null for success) into a result.
+inline Result<void> ResultOf(ErrorBlock* error) noexcept
+{
+	if (error != nullptr)
+		return Error(error);
+	return {};
+}
+
+inline Result<String> String::Create(std::string_view text) noexcept
+{
+	String result;
+	if (text.empty())
+		return result;
+	void* memory = text.size() < UINT32_MAX ? Host().allocate(sizeof(Block) + text.size() + 1) : nullptr;
+	if (memory == nullptr)
+		return OutOfMemoryError();
+	result._block = new (memory) Block{{1}, static_cast<std::uint32_t>(text.size()), {0}};
+	std::memcpy(result._block->Text(), text.data(), text.size());
+	result._block->Text()[text.size()] = '\0';
+	return result;
+}
+
+} // namespace orvan
+
+/// Evaluates an expression of type `Result<T>`: leaves the surrounding function with its error, or yields its value.
+#define ORVAN_TRY(...)                                                                                                 \
+	__extension__({                                                                                                    \
+		auto&& tryResult = (__VA_ARGS__);                                                                              \
+		if (!tryResult.IsOk())                                                                                         \
+			return tryResult.GetError();                                                                               \
+		std::forward<decltype(tryResult)>(tryResult).GetValue();                                                       \
+	})

@@ -1,0 +1,103 @@
+/// The table of services that the host hands to every module.
+///
+/// A module is linked against nothing of the host: the loader writes the address of this table into the module's
+/// descriptor before any entry of the module is used, and all headers in this folder reach the host through `Host()`.
+/// The table belongs to the host and lives as long as the process.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace orvan
+{
+
+/// Version of everything that a module and a host have to agree on: this table, the object header, the method tables,
+/// the layouts of strings, arrays, dictionaries and registration entries. Raised with every change of one of them.
+inline constexpr std::uint32_t kHostAbiVersion = 1;
+
+class Data;
+class ObjectBase;
+class String;
+class Url;
+struct ClassInfo;
+struct DataType;
+struct DictionaryBlock;
+struct ErrorBlock;
+struct FormatArgument;
+struct MonitorRegistration;
+struct StreamHandle;
+struct WeakBlock;
+struct DocumentPosition;
+enum class ErrorClass : std::int32_t;
+enum class DiagnosticLevel : std::int32_t;
+enum class IoDetection : std::int32_t;
+
+/// Function called by the file monitor when a watched file has changed; see `FileMonitor`.
+using FileChangeCallback = void (*)(void* context) noexcept;
+
+/// One function for each host service. Every function is safe to call from any thread unless it says otherwise, and
+/// none lets an exception out. Headers wrap each of them; module code has no reason to use the table directly.
+struct HostServices
+{
+	std::uint32_t abiVersion;
+	std::uint32_t structureSize;
+
+	// Memory. Each may return null: an allocation that fails is an ordinary event and ends as the out-of-memory error.
+	void* (*allocate)(std::size_t bytes) noexcept;
+	void* (*reallocate)(void* memory, std::size_t bytes) noexcept;
+	void (*free)(void* memory) noexcept;
+
+	// Errors and diagnostics. Texts are copied, so that an error outlives the module that made it.
+	ErrorBlock* (*outOfMemory)() noexcept;
+	ErrorBlock* (*makeError)(ErrorClass errorClass, const char* pattern, const FormatArgument* arguments,
+							 std::size_t argumentCount, const Url* url, const char* file, int line) noexcept;
+	void (*releaseError)(ErrorBlock* error) noexcept;
+	void (*diagnose)(DiagnosticLevel level, const char* pattern, const FormatArgument* arguments,
+					 std::size_t argumentCount, const DocumentPosition* position, const char* file, int line) noexcept;
+	void (*debugStop)(const char* text, const char* file, int line) noexcept;
+
+	// Registries. Records are made at the first mention of an id and stay for the life of the process, so a pointer to
+	// one may be kept; whether something stands behind it is asked when it is used. Null when memory runs out.
+	ClassInfo* (*findClass)(const char* id) noexcept;
+	const DataType* (*findDataType)(const char* id) noexcept;
+	ErrorBlock* (*createObject)(ClassInfo* objectClass, ObjectBase** result) noexcept;
+	ErrorBlock* (*cloneObject)(const ObjectBase* source, ObjectBase** result) noexcept;
+	void (*destroyObject)(ObjectBase* object) noexcept;
+
+	// Weak references.
+	WeakBlock* (*acquireWeak)(ObjectBase* object) noexcept;
+	ObjectBase* (*lockWeak)(WeakBlock* block) noexcept;
+	void (*releaseWeak)(WeakBlock* block) noexcept;
+
+	// Dictionaries: the growing and releasing half; looking up is inline in `data_dictionary.h`.
+	void* (*dictionaryStore)(DictionaryBlock** block, std::int32_t key, const DataType* type) noexcept;
+	ErrorBlock* (*dictionaryClone)(const DictionaryBlock* block, DictionaryBlock** result) noexcept;
+	void (*dictionaryRelease)(DictionaryBlock* block) noexcept;
+
+	// Files.
+	IoDetection (*detectUrl)(const Url& url) noexcept;
+	ErrorBlock* (*openStream)(const Url& url, StreamHandle** result) noexcept;
+	ErrorBlock* (*streamLength)(StreamHandle* stream, std::int64_t* length) noexcept;
+	ErrorBlock* (*readStream)(StreamHandle* stream, void* buffer, std::int64_t bytes) noexcept;
+	void (*closeStream)(StreamHandle* stream) noexcept;
+	ErrorBlock* (*watchFile)(const Url& url, FileChangeCallback callback, void* context,
+							 MonitorRegistration** result) noexcept;
+	void (*unwatchFile)(MonitorRegistration* registration) noexcept;
+
+	// Numbers, independent of the locale: the text must be a plain decimal number and nothing else.
+	bool (*parseFloat)(const char* begin, const char* end, double* result) noexcept;
+};
+
+namespace detail
+{
+/// Where this binary keeps the address of the table: set by the loader in a module, constant in a host program.
+[[gnu::visibility("hidden")]] extern const HostServices* g_hostServices;
+} // namespace detail
+
+/// The host's services.
+inline const HostServices& Host() noexcept
+{
+	return *detail::g_hostServices;
+}
+
+} // namespace orvan

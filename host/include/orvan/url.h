@@ -1,0 +1,142 @@
+/// Locations of files, and input streams on them.
+#pragma once
+
+#include "orvan/array.h"
+#include "orvan/result.h"
+#include "orvan/string.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace orvan
+{
+
+class InputStream;
+
+/// What a URL designates.
+enum class IoDetection : std::int32_t
+{
+	unknown = 0,     ///< Something that is neither file nor directory, or a scheme that the host does not know.
+	nonExistent = 1, ///< Nothing.
+	directory = 2,
+	file = 3,
+	error = 4, ///< It could not be found out, for example for want of permission.
+};
+
+/// A location: `file:` URLs name files on disk, `memory:` URLs files that a host program has published in memory.
+/// Shared and immutable like its text; the empty URL designates nothing.
+class Url
+{
+public:
+	Url() noexcept = default;
+
+	/// A URL from its text, for example "file:///usr/share/icons/a.svg" or "memory:icons/a.svg". Anything is accepted;
+	/// what cannot be resolved shows when it is used.
+	static Result<Url> Create(std::string_view text) noexcept
+	{
+		Url url;
+		url._text = ORVAN_TRY(String::Create(text));
+		return url;
+	}
+
+	/// The URL of a path on disk. A relative path is taken as it stands, relative to the process's working directory at
+	/// the time of use. Bytes that may not stand in a URL are percent-encoded.
+	static Result<Url> FromPath(std::string_view path) noexcept;
+
+	const String& GetText() const noexcept
+	{
+		return _text;
+	}
+
+	bool IsEmpty() const noexcept
+	{
+		return _text.IsEmpty();
+	}
+
+	/// Asks the host what the URL designates at this moment. Symbolic links are followed.
+	IoDetection IoDetect() const noexcept
+	{
+		return Host().detectUrl(*this);
+	}
+
+	/// Opens what the URL designates for reading. An I/O error with this URL when that is not possible.
+	Result<InputStream> OpenInputStream() const noexcept;
+
+	friend bool operator==(const Url& a, const Url& b) noexcept = default;
+
+private:
+	String _text;
+};
+
+/// A stream of bytes with a known length. Closes when it goes out of scope. Used by one thread at a time.
+class InputStream
+{
+public:
+	InputStream(InputStream&& other) noexcept : _handle(std::exchange(other._handle, nullptr))
+	{
+	}
+
+	InputStream& operator=(InputStream&& other) noexcept
+	{
+		std::swap(_handle, other._handle);
+		return *this;
+	}
+
+	~InputStream()
+	{
+		if (_handle != nullptr)
+			Host().closeStream(_handle);
+	}
+
+	/// Number of bytes in the whole stream, as of its opening.
+	Result<std::int64_t> GetStreamLength() const noexcept
+	{
+		std::int64_t length = 0;
+		ORVAN_TRY(ResultOf(Host().streamLength(_handle, &length)));
+		return length;
+	}
+
+	/// Reads exactly `bytes` bytes. When the stream ends before, the I/O error says how many came.
+	Result<void> ReadBytes(void* buffer, std::int64_t bytes) noexcept
+	{
+		return ResultOf(Host().readStream(_handle, buffer, bytes));
+	}
+
+private:
+	friend class Url;
+
+	explicit InputStream(StreamHandle* handle) noexcept : _handle(handle)
+	{
+	}
+
+	StreamHandle* _handle = nullptr;
+};
+
+inline Result<InputStream> Url::OpenInputStream() const noexcept
+{
+	StreamHandle* handle = nullptr;
+	ORVAN_TRY(ResultOf(Host().openStream(*this, &handle)));
+	return InputStream(handle);
+}
+
+inline Result<Url> Url::FromPath(std::string_view path) noexcept
+{
+	constexpr std::string_view kPlain =
+		"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/!$&'()*+,;=:@";
+	constexpr char kHex[] = "0123456789ABCDEF";
+	BaseArray<char> text;
+	const auto put = [&](std::string_view part)
+	{
+		return text.AppendAll(part.data(), part.size());
+	};
+	ORVAN_TRY(put(path.starts_with('/') ? "file://" : "file:"));
+	for (const char c : path)
+	{
+		const auto byte = static_cast<unsigned char>(c);
+		const char escaped[] = {'%', kHex[byte >> 4], kHex[byte & 15]};
+		ORVAN_TRY(kPlain.find(c) != kPlain.npos ? put({&c, 1}) : put({escaped, 3}));
+	}
+	return Create({text.begin(), text.GetCount()});
+}
+
+} // namespace orvan

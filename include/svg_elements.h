@@ -1,0 +1,467 @@
+/// The interfaces of the elements of an SVG tree.
+///
+/// Every element implements `SVGElementInterface` (identity, presentation, transforms) and the host's
+/// `HierarchyObjectInterface` (parent and children), the interface of its own kind, and the component interfaces that
+/// make sense for it. `Cast` leads from one to another:
+///
+///     SVGElementRef element = ORVAN_TRY(document->GetElementById(id));
+///     if (SVGPathElementRef path = Cast<SVGPathElementInterface>(element))
+///         Draw(ORVAN_TRY(path->GetPath()));
+///
+/// | element | component interfaces |
+/// |---|---|
+/// | svg | fit-to-viewbox, position, size |
+/// | symbol | fit-to-viewbox |
+/// | use | position, size |
+/// | rect | position, size, radius |
+/// | circle (and ellipse) | position (the centre), radius |
+/// | text | position |
+/// | mask | position, size |
+///
+/// Properties stand in the element's attribute dictionary under the numbers of `SVGImportAttribute`; components,
+/// setters and the importer all use the same entries, so a value is the same whichever way it is reached. A getter of
+/// an absent property returns SVG's initial value; `HasAttribute` tells absent from set. Nothing is inherited here:
+/// that is the renderer's business.
+///
+/// Setters fail for want of memory only, unless they say otherwise, and then change nothing. Elements do no locking.
+/// Reading one element from several threads is safe, except that `GetWorldTransform` writes a cache.
+#pragma once
+
+#include "orvan/data_dictionary.h"
+#include "orvan/hierarchy.h"
+#include "orvan/object.h"
+#include "svg_types.h"
+
+namespace orvan
+{
+
+/// What all elements share.
+class SVGElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgelement";
+	static constexpr const char* kName = "orvan.SVGElementInterface";
+	static constexpr int kSlotCount = 54;
+
+	/// Sets the id. The document's id table does not follow: it keeps the ids of the file.
+	ORVAN_METHOD(1, Result<void>, SetId, (const String& id), id)
+	/// The id; empty when there is none.
+	ORVAN_METHOD(2, String, GetId, ())
+	ORVAN_METHOD(3, Result<void>, SetElementType, (SVGImportElementKind type), type)
+	/// The kind of element; that of its class unless it was set.
+	ORVAN_METHOD(4, SVGImportElementKind, GetElementType, ())
+
+	/// The attributes. The result shares the element's content; writing to it does not change the element.
+	ORVAN_METHOD(5, DataDictionary, GetAttributeDictionary, ())
+	/// Stores a value under a key. Fails when the value is empty.
+	ORVAN_METHOD(6, Result<void>, SetAttribute, (SVGImportAttribute key, const Data& value), key, value)
+	ORVAN_METHOD(7, bool, HasAttribute, (SVGImportAttribute key), key)
+
+	/// Sets the transform from the element's to its parent's coordinates, and marks the world transforms of the element
+	/// and of everything below as dirty. Does not change translation, rotation, pivot and scale.
+	ORVAN_METHOD(8, Result<void>, SetLocalTransform, (const Matrix2d& transform), transform)
+	ORVAN_METHOD(9, Matrix2d, GetLocalTransform, ())
+	/// The transform from the element's to the root's coordinates: the product of the local transforms from the root
+	/// down. Cached until something above changes. Writes the cache, so it must not overlap other use of the tree.
+	ORVAN_METHOD(10, Result<Matrix2d>, GetWorldTransform, ())
+
+	ORVAN_METHOD(11, Result<void>, SetVisibility, (SVGVisibility visibility), visibility)
+	/// Initially visible.
+	ORVAN_METHOD(12, SVGVisibility, GetVisibility, ())
+	ORVAN_METHOD(13, Result<void>, SetDisplay, (SVGDisplay display), display)
+	/// Initially inherit (nothing was said).
+	ORVAN_METHOD(14, SVGDisplay, GetDisplay, ())
+	/// Sets the opacity, clamped to 0 … 1.
+	ORVAN_METHOD(15, Result<void>, SetOpacity, (Float opacity), opacity)
+	/// Initially 1. A file's opacity is kept as written and may lie outside of 0 … 1; renderers clamp.
+	ORVAN_METHOD(16, Float, GetOpacity, ())
+
+	ORVAN_METHOD(17, Result<void>, SetFill, (const SVGPaint& fill), fill)
+	/// Initially black.
+	ORVAN_METHOD(18, SVGPaint, GetFill, ())
+	ORVAN_METHOD(19, Result<void>, SetFillRule, (SVGFillRule rule), rule)
+	/// Initially nonzero.
+	ORVAN_METHOD(20, SVGFillRule, GetFillRule, ())
+	/// Sets the opacity of the fill, clamped to 0 … 1.
+	ORVAN_METHOD(21, Result<void>, SetFillOpacity, (Float opacity), opacity)
+	/// Initially 1; a file's value is kept as written.
+	ORVAN_METHOD(22, Float, GetFillOpacity, ())
+
+	ORVAN_METHOD(23, Result<void>, SetStroke, (const SVGPaint& stroke), stroke)
+	/// Initially none.
+	ORVAN_METHOD(24, SVGPaint, GetStroke, ())
+	/// Sets the opacity of the stroke, clamped to 0 … 1.
+	ORVAN_METHOD(25, Result<void>, SetStrokeOpacity, (Float opacity), opacity)
+	/// Initially 1; a file's value is kept as written.
+	ORVAN_METHOD(26, Float, GetStrokeOpacity, ())
+	ORVAN_METHOD(27, Result<void>, SetStrokeWidth, (const SVGLength& width), width)
+	/// Initially 1 (user unit).
+	ORVAN_METHOD(28, SVGLength, GetStrokeWidth, ())
+	ORVAN_METHOD(29, Result<void>, SetStrokeLineCap, (SVGLineCap cap), cap)
+	/// Initially butt.
+	ORVAN_METHOD(30, SVGLineCap, GetStrokeLineCap, ())
+	ORVAN_METHOD(31, Result<void>, SetStrokeLineJoin, (SVGLineJoin join), join)
+	/// Initially miter.
+	ORVAN_METHOD(32, SVGLineJoin, GetStrokeLineJoin, ())
+	ORVAN_METHOD(33, Result<void>, SetStrokeMiterLimit, (Float limit), limit)
+	/// Initially 4. Not clamped: SVG calls limits below 1 an error.
+	ORVAN_METHOD(34, Float, GetStrokeMiterLimit, ())
+	/// Sets the lengths of dashes and gaps; an empty array draws a solid line.
+	ORVAN_METHOD(35, Result<void>, SetStrokeDashArray, (const BaseArray<SVGLength>& dashes), dashes)
+	/// Initially empty.
+	ORVAN_METHOD(36, Result<BaseArray<SVGLength>>, GetStrokeDashArray, ())
+	ORVAN_METHOD(37, Result<void>, SetStrokeDashOffset, (const SVGLength& offset), offset)
+	/// Initially 0 (user units).
+	ORVAN_METHOD(38, SVGLength, GetStrokeDashOffset, ())
+
+	/// Marks the cached world transforms of the element and of everything below as out of date.
+	ORVAN_METHOD(39, Result<void>, MarkTransformDirty, ())
+	ORVAN_METHOD(40, bool, IsTransformDirty, ())
+
+	// Translation, rotation, pivot and scale. Each of the seven setters overwrites the local transform with
+	// T(translation) · P(pivot) · R(rotation) · S(scale) · P(-pivot); the getters return the fields as they were set.
+	// Rotation is in radians, from the x axis towards the y axis.
+
+	ORVAN_METHOD(41, Result<void>, SetTranslation, (const Vector2d& translation), translation)
+	ORVAN_METHOD(42, Result<void>, SetRotation, (Float radians), radians)
+	ORVAN_METHOD(43, Result<void>, SetRotationPivot, (const Vector2d& pivot), pivot)
+	ORVAN_METHOD(44, Result<void>, SetScale, (const Vector2d& scale), scale)
+	ORVAN_METHOD(45, Vector2d, GetTranslation, ())
+	ORVAN_METHOD(46, Float, GetRotation, ())
+	ORVAN_METHOD(47, Vector2d, GetScale, ())
+	ORVAN_METHOD(48, Result<void>, AddTranslation, (const Vector2d& translation), translation)
+	ORVAN_METHOD(49, Result<void>, AddRotation, (Float radians), radians)
+	/// Adds to the scale component by component; it does not multiply.
+	ORVAN_METHOD(50, Result<void>, AddScale, (const Vector2d& scale), scale)
+
+	/// Sets the id (without "#") of the mask element; the empty id is "none".
+	ORVAN_METHOD(51, Result<void>, SetMask, (const String& id), id)
+	/// Initially empty: no mask.
+	ORVAN_METHOD(52, String, GetMask, ())
+	/// Sets the id (without "#") of the clip path element; the empty id is "none".
+	ORVAN_METHOD(53, Result<void>, SetClipPath, (const String& id), id)
+	/// Initially empty: no clip path.
+	ORVAN_METHOD(54, String, GetClipPath, ())
+};
+using SVGElementRef = Ref<SVGElementInterface>;
+
+// Components ---------------------------------------------------------------------------------------------------------
+
+/// Elements that fit their content into a viewport: svg and symbol.
+class SVGFitToViewboxInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgfittoviewbox";
+	static constexpr const char* kName = "orvan.SVGFitToViewboxInterface";
+	static constexpr int kSlotCount = 3;
+
+	/// Sets the view box as it stands, its default flag included.
+	ORVAN_METHOD(1, Result<void>, SetViewbox, (const SVGViewbox& viewbox), viewbox)
+	/// The view box; a default one (`isDefault`) when none was given.
+	ORVAN_METHOD(2, SVGViewbox, GetViewbox, ())
+	/// How the view box is fitted; xMidYMid meet when nothing was said. Set it with `SetAttribute`.
+	ORVAN_METHOD(3, SVGPreserveAspectRatio, GetPreserveAspectRatio, ())
+};
+using SVGFitToViewboxRef = Ref<SVGFitToViewboxInterface>;
+
+/// Elements with radii: circles, ellipses and rounded rectangles.
+class SVGRadiusInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgradius";
+	static constexpr const char* kName = "orvan.SVGRadiusInterface";
+	static constexpr int kSlotCount = 6;
+
+	ORVAN_METHOD(1, Result<void>, SetRadiusX, (const SVGLength& radius), radius)
+	/// The horizontal radius. When absent: of a circle its radius, of a rectangle its vertical radius; else 0 px.
+	ORVAN_METHOD(2, SVGLength, GetRadiusX, ())
+	ORVAN_METHOD(3, Result<void>, SetRadiusY, (const SVGLength& radius), radius)
+	/// The vertical radius. When absent: of a circle its radius, of a rectangle its horizontal radius; else 0 px.
+	ORVAN_METHOD(4, SVGLength, GetRadiusY, ())
+	/// Sets the radius of a circle ("r").
+	ORVAN_METHOD(5, Result<void>, SetRadius, (const SVGLength& radius), radius)
+	/// The radius; 0 px when absent, as for an ellipse.
+	ORVAN_METHOD(6, SVGLength, GetRadius, ())
+};
+using SVGRadiusRef = Ref<SVGRadiusInterface>;
+
+/// Elements with a position: the upper left corner, or the centre of a circle. Absent coordinates are 0 px.
+class SVGPositionInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgposition";
+	static constexpr const char* kName = "orvan.SVGPositionInterface";
+	static constexpr int kSlotCount = 6;
+
+	ORVAN_METHOD(1, Result<void>, SetX, (const SVGLength& x), x)
+	ORVAN_METHOD(2, SVGLength, GetX, ())
+	ORVAN_METHOD(3, Result<void>, SetY, (const SVGLength& y), y)
+	ORVAN_METHOD(4, SVGLength, GetY, ())
+	ORVAN_METHOD(5, Result<void>, SetPosition, (const SVGLength2d& position), position)
+	ORVAN_METHOD(6, SVGLength2d, GetPosition, ())
+};
+using SVGPositionRef = Ref<SVGPositionInterface>;
+
+/// Elements with a width and a height. Absent ones are 0 px; for an svg element see `SVGSVGElementInterface`.
+class SVGSizeInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgsize";
+	static constexpr const char* kName = "orvan.SVGSizeInterface";
+	static constexpr int kSlotCount = 6;
+
+	ORVAN_METHOD(1, Result<void>, SetWidth, (const SVGLength& width), width)
+	ORVAN_METHOD(2, SVGLength, GetWidth, ())
+	ORVAN_METHOD(3, Result<void>, SetHeight, (const SVGLength& height), height)
+	ORVAN_METHOD(4, SVGLength, GetHeight, ())
+	ORVAN_METHOD(5, Result<void>, SetSize, (const SVGLength2d& size), size)
+	ORVAN_METHOD(6, SVGLength2d, GetSize, ())
+};
+using SVGSizeRef = Ref<SVGSizeInterface>;
+
+// Elements -----------------------------------------------------------------------------------------------------------
+
+/// The svg element, outermost or nested.
+class SVGSVGElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgsvgelement";
+	static constexpr const char* kName = "orvan.SVGSVGElementInterface";
+	static constexpr int kSlotCount = 2;
+
+	/// Sets "x", "y", "width" and "height".
+	ORVAN_METHOD(1, Result<void>, SetViewport, (const SVGViewport& viewport), viewport)
+	/// Put together from "x", "y", "width" and "height"; absent ones as in a default viewport.
+	ORVAN_METHOD(2, SVGViewport, GetViewport, ())
+};
+using SVGSVGElementRef = Ref<SVGSVGElementInterface>;
+
+/// An element that stands for another one.
+class SVGUseElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svguseelement";
+	static constexpr const char* kName = "orvan.SVGUseElementInterface";
+	static constexpr int kSlotCount = 4;
+
+	/// Sets the link: the id of an element of the same document (without "#"), or a whole IRI. The link is dirty then.
+	ORVAN_METHOD(1, Result<void>, SetLink, (const String& link), link)
+	/// The link's text; empty when there is none.
+	ORVAN_METHOD(2, String, GetLink, ())
+	/// True when a link was set and no element that is still alive was given for it.
+	ORVAN_METHOD(3, bool, IsLinkDirty, ())
+	/// Says which element the link stands for. The element is not kept alive. Fails when it is empty, is the use
+	/// element itself or contains it.
+	ORVAN_METHOD(4, Result<void>, SetShadowRoot, (const SVGElementRef& element), element)
+};
+using SVGUseElementRef = Ref<SVGUseElementInterface>;
+
+/// Definitions: nothing in it is drawn in place.
+class SVGDefsElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgdefselement";
+	static constexpr const char* kName = "orvan.SVGDefsElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGDefsElementRef = Ref<SVGDefsElementInterface>;
+
+/// A template for use elements: not drawn in place.
+class SVGSymbolElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgsymbolelement";
+	static constexpr const char* kName = "orvan.SVGSymbolElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGSymbolElementRef = Ref<SVGSymbolElementInterface>;
+
+/// A group, or an element of an unknown tag.
+class SVGGroupElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svggroupelement";
+	static constexpr const char* kName = "orvan.SVGGroupElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGGroupElementRef = Ref<SVGGroupElementInterface>;
+
+/// A linear gradient.
+class SVGLinearGradientElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svglineargradientelement";
+	static constexpr const char* kName = "orvan.SVGLinearGradientElementInterface";
+	static constexpr int kSlotCount = 1;
+
+	/// Put together from the attributes and the stop children as they are now. Percentages count as fractions; units of
+	/// coordinates are not converted. Stop offsets are clamped to 0 … 1 and never run backwards.
+	ORVAN_METHOD(1, Result<SVGLinearGradient>, GetLinearGradient, ())
+};
+using SVGLinearGradientElementRef = Ref<SVGLinearGradientElementInterface>;
+
+/// A radial gradient.
+class SVGRadialGradientElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgradialgradientelement";
+	static constexpr const char* kName = "orvan.SVGRadialGradientElementInterface";
+	static constexpr int kSlotCount = 1;
+
+	/// Put together like a linear gradient; an absent focus coordinate follows the centre.
+	ORVAN_METHOD(1, Result<SVGRadialGradient>, GetRadialGradient, ())
+};
+using SVGRadialGradientElementRef = Ref<SVGRadialGradientElementInterface>;
+
+/// A stop of a gradient.
+class SVGStopElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgstopelement";
+	static constexpr const char* kName = "orvan.SVGStopElementInterface";
+	static constexpr int kSlotCount = 3;
+
+	/// The position along the gradient, clamped to 0 … 1; 0 when absent.
+	ORVAN_METHOD(1, Float, GetOffset, ())
+	/// Black when absent.
+	ORVAN_METHOD(2, Color, GetColor, ())
+	/// The stop's own opacity ("stop-opacity") as it stands; 1 when absent.
+	ORVAN_METHOD(3, Float, GetOpacity, ())
+};
+using SVGStopElementRef = Ref<SVGStopElementInterface>;
+
+/// A path, polygon or polyline.
+class SVGPathElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgpathelement";
+	static constexpr const char* kName = "orvan.SVGPathElementInterface";
+	static constexpr int kSlotCount = 6;
+
+	/// The commands from the first `MoveTo` on, in an array of the caller's.
+	ORVAN_METHOD(1, Result<BaseArray<SVGPathCommand>>, GetPath, ())
+	/// Starts a subpath. This and the next three append a command; coordinates are absolute, in user units.
+	ORVAN_METHOD(2, Result<void>, MoveTo, (const Vector2d& point), point)
+	ORVAN_METHOD(3, Result<void>, LineTo, (const Vector2d& point), point)
+	ORVAN_METHOD(4, Result<void>, CubicBezierTo,
+				 (const Vector2d& control1, const Vector2d& control2, const Vector2d& point), control1, control2, point)
+	ORVAN_METHOD(5, Result<void>, CloseSubpath, ())
+	/// Ends a sequence of commands: gives unused memory back. More commands may follow.
+	ORVAN_METHOD(6, Result<void>, PathExit, ())
+};
+using SVGPathElementRef = Ref<SVGPathElementInterface>;
+
+/// A rectangle; see its position, size and radius interfaces.
+class SVGRectElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgrectelement";
+	static constexpr const char* kName = "orvan.SVGRectElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGRectElementRef = Ref<SVGRectElementInterface>;
+
+/// A circle or ellipse; see its position and radius interfaces.
+class SVGCircleElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgcircleelement";
+	static constexpr const char* kName = "orvan.SVGCircleElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGCircleElementRef = Ref<SVGCircleElementInterface>;
+
+/// A line between two points. Absent coordinates are 0 px.
+class SVGLineElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svglineelement";
+	static constexpr const char* kName = "orvan.SVGLineElementInterface";
+	static constexpr int kSlotCount = 12;
+
+	ORVAN_METHOD(1, Result<void>, SetX1, (const SVGLength& x1), x1)
+	ORVAN_METHOD(2, Result<void>, SetX2, (const SVGLength& x2), x2)
+	ORVAN_METHOD(3, Result<void>, SetY1, (const SVGLength& y1), y1)
+	ORVAN_METHOD(4, Result<void>, SetY2, (const SVGLength& y2), y2)
+	ORVAN_METHOD(5, SVGLength, GetX1, ())
+	ORVAN_METHOD(6, SVGLength, GetX2, ())
+	ORVAN_METHOD(7, SVGLength, GetY1, ())
+	ORVAN_METHOD(8, SVGLength, GetY2, ())
+	ORVAN_METHOD(9, Result<void>, SetPt1, (const SVGLength2d& point), point)
+	ORVAN_METHOD(10, Result<void>, SetPt2, (const SVGLength2d& point), point)
+	ORVAN_METHOD(11, SVGLength2d, GetPt1, ())
+	ORVAN_METHOD(12, SVGLength2d, GetPt2, ())
+};
+using SVGLineElementRef = Ref<SVGLineElementInterface>;
+
+/// A run of text.
+class SVGTextElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgtextelement";
+	static constexpr const char* kName = "orvan.SVGTextElementInterface";
+	static constexpr int kSlotCount = 10;
+
+	ORVAN_METHOD(1, Result<void>, SetText, (const String& text), text)
+	/// The characters as the file has them, white space included.
+	ORVAN_METHOD(2, String, GetText, ())
+	ORVAN_METHOD(3, Result<void>, SetFontSize, (const SVGLength& size), size)
+	/// Initially 16 px.
+	ORVAN_METHOD(4, SVGLength, GetFontSize, ())
+	/// Sets the font family, or a list of families separated by commas.
+	ORVAN_METHOD(5, Result<void>, SetFont, (const String& family), family)
+	/// Initially empty: the renderer's choice.
+	ORVAN_METHOD(6, String, GetFont, ())
+	ORVAN_METHOD(7, Result<void>, SetFontStyle, (SVGFontStyle style), style)
+	/// Initially normal.
+	ORVAN_METHOD(8, SVGFontStyle, GetFontStyle, ())
+	ORVAN_METHOD(9, Result<void>, SetFontWeight, (SVGFontWeight weight), weight)
+	/// Initially normal.
+	ORVAN_METHOD(10, SVGFontWeight, GetFontWeight, ())
+};
+using SVGTextElementRef = Ref<SVGTextElementInterface>;
+
+/// A mask: not drawn in place, but used by elements that name it.
+class SVGMaskElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgmaskelement";
+	static constexpr const char* kName = "orvan.SVGMaskElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGMaskElementRef = Ref<SVGMaskElementInterface>;
+
+/// A clip path: not drawn in place, but used by elements that name it.
+class SVGClipPathElementInterface : public ObjectInterface
+{
+public:
+	static constexpr const char* kId = "net.orvan.image.interface.svgclippathelement";
+	static constexpr const char* kName = "orvan.SVGClipPathElementInterface";
+	static constexpr int kSlotCount = 0;
+};
+using SVGClipPathElementRef = Ref<SVGClipPathElementInterface>;
+
+ORVAN_DATA_TYPE(SVGElementRef, "orvan::SVGElementRef", "orvan::SVGElementRef");
+ORVAN_DATA_TYPE(SVGFitToViewboxRef, "orvan::SVGFitToViewboxRef", "orvan::SVGFitToViewboxRef");
+ORVAN_DATA_TYPE(SVGRadiusRef, "orvan::SVGRadiusRef", "orvan::SVGRadiusRef");
+ORVAN_DATA_TYPE(SVGPositionRef, "orvan::SVGPositionRef", "orvan::SVGPositionRef");
+ORVAN_DATA_TYPE(SVGSizeRef, "orvan::SVGSizeRef", "orvan::SVGSizeRef");
+ORVAN_DATA_TYPE(SVGSVGElementRef, "orvan::SVGSVGElementRef", "orvan::SVGSVGElementRef");
+ORVAN_DATA_TYPE(SVGUseElementRef, "orvan::SVGUseElementRef", "orvan::SVGUseElementRef");
+ORVAN_DATA_TYPE(SVGDefsElementRef, "orvan::SVGDefsElementRef", "orvan::SVGDefsElementRef");
+ORVAN_DATA_TYPE(SVGSymbolElementRef, "orvan::SVGSymbolElementRef", "orvan::SVGSymbolElementRef");
+ORVAN_DATA_TYPE(SVGGroupElementRef, "orvan::SVGGroupElementRef", "orvan::SVGGroupElementRef");
+ORVAN_DATA_TYPE(SVGLinearGradientElementRef, "orvan::SVGLinearGradientElementRef",
+				"orvan::SVGLinearGradientElementRef");
+ORVAN_DATA_TYPE(SVGRadialGradientElementRef, "orvan::SVGRadialGradientElementRef",
+				"orvan::SVGRadialGradientElementRef");
+ORVAN_DATA_TYPE(SVGStopElementRef, "orvan::SVGStopElementRef", "orvan::SVGStopElementRef");
+ORVAN_DATA_TYPE(SVGPathElementRef, "orvan::SVGPathElementRef", "orvan::SVGPathElementRef");
+ORVAN_DATA_TYPE(SVGRectElementRef, "orvan::SVGRectElementRef", "orvan::SVGRectElementRef");
+ORVAN_DATA_TYPE(SVGCircleElementRef, "orvan::SVGCircleElementRef", "orvan::SVGCircleElementRef");
+ORVAN_DATA_TYPE(SVGLineElementRef, "orvan::SVGLineElementRef", "orvan::SVGLineElementRef");
+ORVAN_DATA_TYPE(SVGTextElementRef, "orvan::SVGTextElementRef", "orvan::SVGTextElementRef");
+ORVAN_DATA_TYPE(SVGMaskElementRef, "orvan::SVGMaskElementRef", "orvan::SVGMaskElementRef");
+ORVAN_DATA_TYPE(SVGClipPathElementRef, "orvan::SVGClipPathElementRef", "orvan::SVGClipPathElementRef");
+
+} // namespace orvan
