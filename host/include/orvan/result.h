@@ -188,10 +188,15 @@ inline Result<String> String::Create(std::string_view text) noexcept
 } // namespace orvan
 
 /// Evaluates an expression of type `Result<T>`: leaves the surrounding function with its error, or yields its value.
-#define ORVAN_TRY(...)                                                                                                 \
+#define ORVAN_TRY(...) ORVAN_TRY_NAMED(ORVAN_TRY_NAME(__COUNTER__), __VA_ARGS__)
+
+// The counter gives each use a name of its own, so that one can stand inside another.
+#define ORVAN_TRY_NAME(number) ORVAN_TRY_JOIN(tryResult, number)
+#define ORVAN_TRY_JOIN(a, b) a##b
+#define ORVAN_TRY_NAMED(name, ...)                                                                                     \
 	__extension__({                                                                                                    \
-		auto&& tryResult = (__VA_ARGS__);                                                                              \
-		if (!tryResult.IsOk())                                                                                         \
-			return tryResult.GetError();                                                                               \
-		std::forward<decltype(tryResult)>(tryResult).GetValue();                                                       \
+		auto&& name = (__VA_ARGS__);                                                                                   \
+		if (!name.IsOk())                                                                                              \
+			return name.GetError();                                                                                    \
+		std::forward<decltype(name)>(name).GetValue();                                                                 \
 	})
