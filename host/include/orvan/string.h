@@ -53,7 +53,8 @@ public:
 			Host().free(_block);
 	}
 
-	/// Copies `text` into a new string. Fails only for want of memory; a text is less than 4 GiB long.
+	/// Copies `text` into a new string. Fails only for want of memory; a text is less than 4 GiB long. To call it,
+	/// include `orvan/result.h`.
 	static Result<String> Create(std::string_view text) noexcept;
 
 	bool IsEmpty() const noexcept
@@ -136,5 +137,3 @@ private:
 };
 
 } // namespace orvan
-
-#include "orvan/result.h" // Defines `Create`.

@@ -1,0 +1,181 @@
+#include "dictionary.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace orvan::runtime
+{
+namespace
+{
+
+using Entry = DictionaryBlock::Entry;
+
+constexpr std::uint32_t kFirstEntries = 4;
+constexpr std::uint32_t kFirstValueBytes = 96;
+
+/// Bytes that a value of the type takes inside the block: itself, or the pointer to it.
+std::uint32_t SlotSize(const DataType* type) noexcept
+{
+	return Data::IsInline(type) ? (type->size + 7u) & ~7u : sizeof(void*);
+}
+
+void* ValueSlot(DictionaryBlock* block, const Entry& entry) noexcept
+{
+	return reinterpret_cast<char*>(block) + entry.offset;
+}
+
+void* ValueOf(DictionaryBlock* block, const Entry& entry) noexcept
+{
+	return const_cast<void*>(block->ValueOf(entry));
+}
+
+std::uint32_t ValueBegin(std::uint32_t entryCapacity) noexcept
+{
+	return static_cast<std::uint32_t>(sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry));
+}
+
+DictionaryBlock* AllocateBlock(std::uint64_t entryCapacity, std::uint64_t valueBytes) noexcept
+{
+	const std::uint64_t size = sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry) + valueBytes;
+	if (size > std::numeric_limits<std::uint32_t>::max())
+		return nullptr;
+	void* memory = Host().allocate(size);
+	if (memory == nullptr)
+		return nullptr;
+	const auto entries = static_cast<std::uint32_t>(entryCapacity);
+	return new (memory) DictionaryBlock{{1}, 0, entries, ValueBegin(entries), static_cast<std::uint32_t>(size), 0};
+}
+
+/// Lets go of a value and, when it stands outside, of its memory.
+void DropValue(DictionaryBlock* block, const Entry& entry) noexcept
+{
+	void* value = ValueOf(block, entry);
+	if (!entry.type->isTrivial)
+	{
+		entry.type->operations.load(std::memory_order_relaxed)->destruct(value, 1);
+		entry.type->liveValues.fetch_sub(1, std::memory_order_release);
+	}
+	if (!Data::IsInline(entry.type))
+		Host().free(value);
+}
+
+/// Moves everything into a block with room for one more entry and `bytes` more of values. The values move as bytes, and
+/// the gaps that replaced values left behind close.
+bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
+{
+	DictionaryBlock* old = *block;
+	if (old == nullptr)
+	{
+		*block = AllocateBlock(kFirstEntries, std::max(kFirstValueBytes, bytes));
+		return *block != nullptr;
+	}
+	const std::uint64_t entries = old->count < old->entryCapacity ? old->entryCapacity : 2ull * old->entryCapacity;
+	std::uint64_t used = bytes;
+	for (std::uint32_t i = 0; i < old->count; i++)
+		used += SlotSize(old->Entries()[i].type);
+	DictionaryBlock* grown = AllocateBlock(entries, used + used / 2);
+	if (grown == nullptr)
+		return false;
+	for (std::uint32_t i = 0; i < old->count; i++)
+	{
+		const Entry& from = old->Entries()[i];
+		grown->Entries()[i] = {from.key, grown->valueEnd, from.type};
+		std::memcpy(ValueSlot(grown, grown->Entries()[i]), ValueSlot(old, from), SlotSize(from.type));
+		grown->valueEnd += SlotSize(from.type);
+	}
+	grown->count = old->count;
+	Host().free(old);
+	*block = grown;
+	return true;
+}
+
+} // namespace
+
+void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType* type) noexcept
+{
+	void* outside = nullptr;
+	if (!Data::IsInline(type))
+	{
+		outside = Host().allocate(type->size);
+		if (outside == nullptr)
+			return nullptr;
+	}
+	const std::uint32_t bytes = SlotSize(type);
+	std::uint32_t at = 0;
+	const std::uint32_t count = *block != nullptr ? (*block)->count : 0;
+	if (count > 0)
+	{
+		const Entry* entries = (*block)->Entries();
+		at = static_cast<std::uint32_t>(
+			std::lower_bound(entries, entries + count, key, [](const Entry& e, std::int32_t k) { return e.key < k; }) -
+			entries);
+	}
+	const bool isNew = at == count || (*block)->Entries()[at].key != key;
+	const bool reusesSlot = !isNew && SlotSize((*block)->Entries()[at].type) >= bytes;
+	if (!reusesSlot && (*block == nullptr || (isNew && count == (*block)->entryCapacity) ||
+						(*block)->blockSize - (*block)->valueEnd < bytes))
+	{
+		if (!Grow(block, bytes))
+		{
+			Host().free(outside);
+			return nullptr;
+		}
+	}
+	DictionaryBlock& target = **block;
+	Entry* entries = target.Entries();
+	if (isNew)
+	{
+		std::memmove(static_cast<void*>(entries + at + 1), entries + at, (count - at) * sizeof(Entry));
+		target.count++;
+	}
+	else
+		DropValue(&target, entries[at]);
+	const std::uint32_t offset = reusesSlot ? entries[at].offset : target.valueEnd;
+	if (!reusesSlot)
+		target.valueEnd += bytes;
+	entries[at] = {key, offset, type};
+	if (!type->isTrivial)
+		type->liveValues.fetch_add(1, std::memory_order_relaxed);
+	void* slot = ValueSlot(&target, entries[at]);
+	if (outside == nullptr)
+		return slot;
+	std::memcpy(slot, &outside, sizeof outside);
+	return outside;
+}
+
+ErrorBlock* DictionaryClone(const DictionaryBlock* block, DictionaryBlock** result) noexcept
+{
+	DictionaryBlock* copy = AllocateBlock(block->entryCapacity, block->blockSize - ValueBegin(block->entryCapacity));
+	if (copy == nullptr)
+		return OutOfMemoryError().Release();
+	for (const Entry *entry = block->Entries(), *end = entry + block->count; entry != end; ++entry)
+	{
+		const DataTypeOperations& operations = *entry->type->operations.load(std::memory_order_relaxed);
+		void* target = DictionaryStore(&copy, entry->key, entry->type);
+		if (target == nullptr)
+		{
+			DictionaryRelease(copy);
+			return OutOfMemoryError().Release();
+		}
+		operations.construct(target, 1);
+		if (Result<void> copied = operations.copy(target, block->ValueOf(*entry), 1); !copied.IsOk())
+		{
+			DictionaryRelease(copy);
+			return copied.GetError().Release();
+		}
+	}
+	*result = copy;
+	return nullptr;
+}
+
+void DictionaryRelease(DictionaryBlock* block) noexcept
+{
+	if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+		return;
+	for (std::uint32_t i = 0; i < block->count; i++)
+		DropValue(block, block->Entries()[i]);
+	Host().free(block);
+}
+
+} // namespace orvan::runtime

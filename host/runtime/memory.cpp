@@ -1,0 +1,104 @@
+#include "memory.h"
+
+#include "orvan/host/allocation_failure.h"
+
+#include <atomic>
+#include <cstdlib>
+
+namespace orvan
+{
+namespace
+{
+
+/// What the current thread's `AllocationFailure` wants. A countdown of 0 means that nothing is wanted.
+struct FailurePlan
+{
+	std::int64_t countdown = 0;
+	AllocationFailure::Extent extent = AllocationFailure::Extent::one;
+	bool hasFailed = false;
+};
+
+constinit thread_local FailurePlan t_plan;
+
+#ifdef ORVAN_COUNT_ALLOCATIONS
+std::atomic<std::int64_t> g_blocks = 0;
+
+void Count(std::int64_t blocks) noexcept
+{
+	g_blocks.fetch_add(blocks, std::memory_order_relaxed);
+}
+#else
+void Count(std::int64_t) noexcept
+{
+}
+#endif
+
+bool MustFail() noexcept
+{
+	if (t_plan.countdown == 0) [[likely]]
+		return false;
+	if (t_plan.countdown > 1)
+	{
+		t_plan.countdown--;
+		return false;
+	}
+	t_plan.hasFailed = true;
+	if (t_plan.extent == AllocationFailure::Extent::one)
+		t_plan.countdown = 0;
+	return true;
+}
+
+} // namespace
+
+void* runtime::Allocate(std::size_t bytes) noexcept
+{
+	if (MustFail())
+		return nullptr;
+	void* memory = std::malloc(bytes);
+	if (memory != nullptr)
+		Count(1);
+	return memory;
+}
+
+void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
+{
+	if (MustFail())
+		return nullptr;
+	void* moved = std::realloc(memory, bytes);
+	if (moved != nullptr && memory == nullptr)
+		Count(1);
+	return moved;
+}
+
+void runtime::Free(void* memory) noexcept
+{
+	if (memory != nullptr)
+		Count(-1);
+	std::free(memory);
+}
+
+AllocationFailure::AllocationFailure(std::int64_t firstFailure, Extent extent) noexcept
+{
+	t_plan = {firstFailure, extent, false};
+}
+
+AllocationFailure::~AllocationFailure()
+{
+	t_plan = {};
+}
+
+bool AllocationFailure::HasFailed() const noexcept
+{
+	return t_plan.hasFailed;
+}
+
+std::int64_t CountAllocations() noexcept
+{
+#ifdef ORVAN_COUNT_ALLOCATIONS
+	return g_blocks.load(std::memory_order_relaxed);
+#else
+	return -1;
+#endif
+}
+
+} // namespace orvan

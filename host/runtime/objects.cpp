@@ -1,0 +1,235 @@
+#include "objects.h"
+
+#include "orvan/class_declaration.h"
+
+#include <mutex>
+#include <unordered_map>
+
+namespace orvan
+{
+
+/// What stands between weak references and their object. `target` becomes null when the object dies; both fields are
+/// guarded by the table's mutex.
+struct WeakBlock
+{
+	ObjectBase* target;
+	std::int64_t references;
+};
+
+/// The host's view of the head of an object.
+struct ObjectAccess
+{
+	static constexpr std::uint64_t kHasWeak = ObjectBase::kHasWeak;
+	static constexpr std::uint64_t kCountMask = ObjectBase::kCountMask;
+
+	static std::atomic<std::uint64_t>& Word(const ObjectBase* object) noexcept
+	{
+		return object->_word;
+	}
+
+	static void SetClass(ObjectBase* object, const ClassInfo* objectClass) noexcept
+	{
+		object->_class = objectClass;
+	}
+
+	static ClassInfo* GetClass(const ObjectBase* object) noexcept
+	{
+		return const_cast<ClassInfo*>(object->_class);
+	}
+};
+
+namespace
+{
+
+/// The blocks of all objects that have weak references. Few objects do, so one table with one lock serves.
+struct WeakTable
+{
+	std::mutex mutex;
+	std::unordered_map<ObjectBase*, WeakBlock*> blocks;
+};
+
+WeakTable& TheWeakTable() noexcept
+{
+	static auto* table = new WeakTable; // Never destroyed: objects may be released while the process ends.
+	return *table;
+}
+
+/// The objects that this thread is about to destroy, linked through their counts. Destroying one object may release
+/// others; they queue up here instead of nesting, so that a deep tree does not use up the stack.
+struct ReleaseQueue
+{
+	ObjectBase* first = nullptr;
+	ObjectBase* last = nullptr;
+	bool isRunning = false;
+};
+
+constinit thread_local ReleaseQueue t_queue;
+
+void Destroy(ObjectBase* object) noexcept
+{
+	ClassInfo* objectClass = ObjectAccess::GetClass(object);
+	objectClass->declaration.load(std::memory_order_relaxed)->destruct(object);
+	Host().free(object);
+	objectClass->liveObjects.fetch_sub(1, std::memory_order_release);
+}
+
+Result<const ClassDeclaration*> Implementation(const ClassInfo* objectClass) noexcept
+{
+	const ClassDeclaration* declaration = objectClass->declaration.load(std::memory_order_acquire);
+	if (declaration == nullptr)
+		return NotFoundError("No loaded module implements class '@'.", objectClass->id);
+	return declaration;
+}
+
+Result<ObjectBase*> Create(ClassInfo* objectClass) noexcept
+{
+	const ClassDeclaration* declaration = ORVAN_TRY(Implementation(objectClass));
+	void* storage = Host().allocate(declaration->objectSize);
+	if (storage == nullptr)
+		return OutOfMemoryError();
+	ObjectBase* object = declaration->construct(storage);
+	ObjectAccess::SetClass(object, objectClass);
+	objectClass->liveObjects.fetch_add(1, std::memory_order_relaxed);
+	if (declaration->initialize != nullptr)
+	{
+		if (Result<void> initialized = declaration->initialize(object); !initialized.IsOk())
+		{
+			object->ReleaseReference();
+			return initialized.GetError();
+		}
+	}
+	return object;
+}
+
+Result<ObjectBase*> Clone(const ObjectBase* source) noexcept
+{
+	ClassInfo* objectClass = ObjectAccess::GetClass(source);
+	const ClassDeclaration* declaration = ORVAN_TRY(Implementation(objectClass));
+	if (declaration->copy == nullptr)
+		return IllegalArgumentError("Objects of class '@' cannot be copied.", objectClass->id);
+	void* storage = Host().allocate(declaration->objectSize);
+	if (storage == nullptr)
+		return OutOfMemoryError();
+	ObjectBase* object = nullptr;
+	if (Result<void> copied = declaration->copy(source, storage, &object); !copied.IsOk())
+	{
+		Host().free(storage);
+		return copied.GetError();
+	}
+	ObjectAccess::SetClass(object, objectClass);
+	objectClass->liveObjects.fetch_add(1, std::memory_order_relaxed);
+	return object;
+}
+
+ErrorBlock* Hand(Result<ObjectBase*> made, ObjectBase** result) noexcept
+{
+	if (!made.IsOk())
+		return made.GetError().Release();
+	*result = made.GetValue();
+	return nullptr;
+}
+
+} // namespace
+
+ErrorBlock* runtime::CreateObject(ClassInfo* objectClass, ObjectBase** result) noexcept
+{
+	return Hand(Create(objectClass), result);
+}
+
+ErrorBlock* runtime::CloneObject(const ObjectBase* source, ObjectBase** result) noexcept
+{
+	return Hand(Clone(source), result);
+}
+
+void runtime::DestroyObject(ObjectBase* object) noexcept
+{
+	if (ObjectAccess::Word(object).load(std::memory_order_relaxed) & ObjectAccess::kHasWeak)
+	{
+		WeakTable& table = TheWeakTable();
+		const std::lock_guard lock(table.mutex);
+		if (const auto found = table.blocks.find(object); found != table.blocks.end())
+		{
+			found->second->target = nullptr;
+			table.blocks.erase(found);
+		}
+	}
+	ReleaseQueue& queue = t_queue;
+	if (queue.isRunning)
+	{
+		ObjectAccess::Word(object).store(0, std::memory_order_relaxed);
+		if (queue.first == nullptr)
+			queue.first = object;
+		else
+			ObjectAccess::Word(queue.last).store(reinterpret_cast<std::uintptr_t>(object), std::memory_order_relaxed);
+		queue.last = object;
+		return;
+	}
+	queue.isRunning = true;
+	Destroy(object);
+	while (queue.first != nullptr)
+	{
+		ObjectBase* next = queue.first;
+		const std::uint64_t link = ObjectAccess::Word(next).load(std::memory_order_relaxed);
+		queue.first = next == queue.last ? nullptr : reinterpret_cast<ObjectBase*>(link);
+		Destroy(next);
+	}
+	queue.isRunning = false;
+}
+
+WeakBlock* runtime::AcquireWeak(ObjectBase* object) noexcept
+{
+	void* memory = Host().allocate(sizeof(WeakBlock));
+	if (memory == nullptr)
+		return nullptr;
+	WeakTable& table = TheWeakTable();
+	const std::lock_guard lock(table.mutex);
+	if (const auto found = table.blocks.find(object); found != table.blocks.end())
+	{
+		Host().free(memory);
+		found->second->references++;
+		return found->second;
+	}
+	auto* block = new (memory) WeakBlock{object, 1};
+	try
+	{
+		table.blocks.emplace(object, block);
+	}
+	catch (const std::bad_alloc&)
+	{
+		Host().free(memory);
+		return nullptr;
+	}
+	ObjectAccess::Word(object).fetch_or(ObjectAccess::kHasWeak, std::memory_order_relaxed);
+	return block;
+}
+
+ObjectBase* runtime::LockWeak(WeakBlock* block) noexcept
+{
+	const std::lock_guard lock(TheWeakTable().mutex);
+	if (block->target == nullptr)
+		return nullptr;
+	// An object whose count has reached zero is lost, even if its destruction has not yet come to the table.
+	std::atomic<std::uint64_t>& word = ObjectAccess::Word(block->target);
+	std::uint64_t value = word.load(std::memory_order_relaxed);
+	while ((value & ObjectAccess::kCountMask) != 0)
+	{
+		if (word.compare_exchange_weak(value, value + 1, std::memory_order_acquire, std::memory_order_relaxed))
+			return block->target;
+	}
+	return nullptr;
+}
+
+void runtime::ReleaseWeak(WeakBlock* block) noexcept
+{
+	{
+		WeakTable& table = TheWeakTable();
+		const std::lock_guard lock(table.mutex);
+		if (--block->references > 0)
+			return;
+		if (block->target != nullptr)
+			table.blocks.erase(block->target);
+	}
+	Host().free(block);
+}
+
+} // namespace orvan
