@@ -109,16 +109,6 @@ Parsed ParseTransform(std::string_view text, Matrix& matrix)
 	return library::ParseTransform(text, matrix);
 }
 
-Parsed ParsePath(std::string_view text, PathSink& sink)
-{
-	return library::ParsePath(text, sink);
-}
-
-Parsed ParsePoints(std::string_view text, PathSink& sink)
-{
-	return library::ParsePoints(text, sink);
-}
-
 bool StyleSplitter::Next(std::string_view& name, std::string_view& value)
 {
 	return library::NextDeclaration(_rest, name, value);

@@ -1,0 +1,241 @@
+#include "grammar.h"
+#include "path_context.h"
+#include "path_reader.h"
+
+#include <cmath>
+
+namespace orvan::grammar
+{
+namespace
+{
+using Absolute = svgpp::tag::coordinate::absolute;
+using Relative = svgpp::tag::coordinate::relative;
+
+/// Reads path data and feeds the library's path adapter just as the library's own grammar would.
+class PathParser
+{
+public:
+	PathParser(std::string_view text, PathSink& sink) : _reader(text), _context(sink), _adapter(_context)
+	{
+	}
+
+	bool Parse()
+	{
+		_reader.SkipSpaces();
+		// Every path starts with a move; that a later one may follow anything needs no remembering.
+		if (!_reader.IsAtEnd() && _reader.Peek() != 'M' && _reader.Peek() != 'm')
+			return false;
+		while (!_reader.IsAtEnd())
+		{
+			const char command = _reader.Peek();
+			_reader.Take();
+			if (!ParseCommand(command))
+				return false;
+		}
+		return _context.IsFinite();
+	}
+
+private:
+	bool ParseCommand(char command)
+	{
+		switch (command)
+		{
+		case 'M':
+			return ParseMove<Absolute>();
+		case 'm':
+			return ParseMove<Relative>();
+		case 'L':
+			return ParseLines<Absolute, After::command>();
+		case 'l':
+			return ParseLines<Relative, After::command>();
+		case 'H':
+			return ParseStraightLines<Absolute>(true);
+		case 'h':
+			return ParseStraightLines<Relative>(true);
+		case 'V':
+			return ParseStraightLines<Absolute>(false);
+		case 'v':
+			return ParseStraightLines<Relative>(false);
+		case 'C':
+			return ParseCubics<Absolute>();
+		case 'c':
+			return ParseCubics<Relative>();
+		case 'S':
+			return ParseSmoothCubics<Absolute>();
+		case 's':
+			return ParseSmoothCubics<Relative>();
+		case 'Q':
+			return ParseQuadratics<Absolute>();
+		case 'q':
+			return ParseQuadratics<Relative>();
+		case 'T':
+			return ParseSmoothQuadratics<Absolute>();
+		case 't':
+			return ParseSmoothQuadratics<Relative>();
+		case 'A':
+			return ParseArcs<Absolute>();
+		case 'a':
+			return ParseArcs<Relative>();
+		case 'Z':
+		case 'z':
+			PathEvents::path_close_subpath(_adapter);
+			_reader.SkipSpaces();
+			return true;
+		default:
+			return false;
+		}
+	}
+
+	/// Whether another group of numbers follows instead of a command or the end.
+	bool HasMore()
+	{
+		_reader.SkipSpaces();
+		const char next = _reader.Peek();
+		return next < 'A' && !_reader.IsAtEnd();
+	}
+
+	template <After after, std::size_t count>
+	bool ReadNumbers(std::array<double, count>& numbers)
+	{
+		if (!_reader.ReadNumber<after>(numbers[0]))
+			return false;
+		for (std::size_t i = 1; i != count; ++i)
+		{
+			if (!_reader.ReadNumber<After::number>(numbers[i]))
+				return false;
+		}
+		return true;
+	}
+
+	/// Reads groups of numbers up to the next command and hands each to `deliver`.
+	template <std::size_t count, After after = After::command, typename Deliver>
+	bool ParseGroups(Deliver deliver)
+	{
+		std::array<double, count> numbers;
+		if (!ReadNumbers<after>(numbers))
+			return false;
+		deliver(numbers);
+		while (HasMore())
+		{
+			if (!ReadNumbers<After::number>(numbers))
+				return false;
+			deliver(numbers);
+		}
+		return true;
+	}
+
+	template <typename Coordinates>
+	bool ParseMove()
+	{
+		std::array<double, 2> point;
+		if (!ReadNumbers<After::command>(point))
+			return false;
+		PathEvents::path_move_to(_adapter, point[0], point[1], Coordinates());
+		return !HasMore() || ParseLines<Coordinates, After::number>();
+	}
+
+	template <typename Coordinates, After after>
+	bool ParseLines()
+	{
+		return ParseGroups<2, after>([this](const auto& n)
+									 { PathEvents::path_line_to(_adapter, n[0], n[1], Coordinates()); });
+	}
+
+	template <typename Coordinates>
+	bool ParseStraightLines(bool isHorizontal)
+	{
+		return ParseGroups<1>([this, isHorizontal](const auto& n)
+							  { PathEvents::path_line_to_ortho(_adapter, n[0], isHorizontal, Coordinates()); });
+	}
+
+	template <typename Coordinates>
+	bool ParseCubics()
+	{
+		return ParseGroups<6>(
+			[this](const auto& n)
+			{ PathEvents::path_cubic_bezier_to(_adapter, n[0], n[1], n[2], n[3], n[4], n[5], Coordinates()); });
+	}
+
+	template <typename Coordinates>
+	bool ParseSmoothCubics()
+	{
+		return ParseGroups<4>([this](const auto& n)
+							  { PathEvents::path_cubic_bezier_to(_adapter, n[0], n[1], n[2], n[3], Coordinates()); });
+	}
+
+	template <typename Coordinates>
+	bool ParseQuadratics()
+	{
+		return ParseGroups<4>(
+			[this](const auto& n)
+			{ PathEvents::path_quadratic_bezier_to(_adapter, n[0], n[1], n[2], n[3], Coordinates()); });
+	}
+
+	template <typename Coordinates>
+	bool ParseSmoothQuadratics()
+	{
+		return ParseGroups<2>([this](const auto& n)
+							  { PathEvents::path_quadratic_bezier_to(_adapter, n[0], n[1], Coordinates()); });
+	}
+
+	template <typename Coordinates, After after>
+	bool ParseArc()
+	{
+		double radiusX, radiusY, rotation, x, y;
+		bool isLarge, isSweep;
+		if (!_reader.ReadMagnitude<after>(radiusX) || !_reader.ReadMagnitude<After::number>(radiusY) ||
+			!_reader.ReadNumber<After::number>(rotation) || !_reader.ReadFlag(isLarge) || !_reader.ReadFlag(isSweep) ||
+			!_reader.ReadNumber<After::number>(x) || !_reader.ReadNumber<After::number>(y))
+			return false;
+		PathEvents::path_elliptical_arc_to(_adapter, radiusX, radiusY, rotation, isLarge, isSweep, x, y, Coordinates());
+		return true;
+	}
+
+	template <typename Coordinates>
+	bool ParseArcs()
+	{
+		if (!ParseArc<Coordinates, After::command>())
+			return false;
+		while (HasMore())
+		{
+			if (!ParseArc<Coordinates, After::number>())
+				return false;
+		}
+		return true;
+	}
+
+	PathReader _reader;
+	PathContext _context;
+	PathAdapter _adapter;
+};
+} // namespace
+
+Parsed ParsePath(std::string_view text, PathSink& sink)
+{
+	return PathParser(text, sink).Parse() ? Parsed::value : Parsed::refused;
+}
+
+Parsed ParsePoints(std::string_view text, PathSink& sink)
+{
+	PathReader reader(text);
+	reader.SkipSpaces();
+	if (reader.IsAtEnd())
+		return Parsed::value;
+
+	double x, y;
+	if (!reader.ReadNumber<After::start>(x) || !reader.ReadNumber<After::abscissa>(y))
+		return Parsed::refused;
+	if (!std::isfinite(x) || !std::isfinite(y))
+		return Parsed::refused;
+	sink.MoveTo(x, y);
+	while (reader.HasPair())
+	{
+		if (!reader.ReadNumber<After::pair>(x) || !reader.ReadNumber<After::abscissa>(y))
+			return Parsed::refused;
+		if (!std::isfinite(x) || !std::isfinite(y))
+			return Parsed::refused;
+		sink.LineTo(x, y);
+	}
+	return Parsed::value;
+}
+} // namespace orvan::grammar
