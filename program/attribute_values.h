@@ -1,0 +1,38 @@
+/// Looking at the values of an element's attributes.
+#pragma once
+
+#include "orvan/data_dictionary.h"
+#include "svg_types.h"
+
+namespace orvan::program
+{
+
+/// Calls `visit` with the value of a dictionary's entry, as a reference to its own type. Returns false for a value of
+/// a type that no attribute has.
+template <typename Visitor>
+bool VisitAttribute(const DataDictionary& attributes, const DataDictionary::Entry& entry, Visitor&& visit)
+{
+	const auto tryTypes = [&]<typename... Types>(std::type_identity<Types>...)
+	{
+		const auto tryType = [&](const auto* value)
+		{
+			if (value != nullptr)
+				visit(*value);
+			return value != nullptr;
+		};
+		return (tryType(attributes.GetValue<Types>(entry)) || ...);
+	};
+	return tryTypes(std::type_identity<SVGLength>(), std::type_identity<SVGPaint>(), std::type_identity<std::int32_t>(),
+					std::type_identity<Float>(), std::type_identity<String>(),
+					std::type_identity<BaseArray<SVGLength>>(), std::type_identity<Color>(),
+					std::type_identity<SVGViewbox>(), std::type_identity<SVGPreserveAspectRatio>());
+}
+
+/// The name of the attribute that stands under a key; empty when the key has none.
+inline std::string_view GetAttributeName(std::int32_t key)
+{
+	const auto index = static_cast<std::size_t>(key);
+	return index < kSVGAttributeNames.size() ? kSVGAttributeNames[index] : std::string_view();
+}
+
+} // namespace orvan::program

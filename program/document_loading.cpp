@@ -1,0 +1,166 @@
+#include "document_loading.h"
+
+#include "console.h"
+#include "orvan/host/diagnostic_sink.h"
+#include "orvan/host/memory_files.h"
+
+#include <atomic>
+#include <filesystem>
+
+namespace orvan::program
+{
+namespace
+{
+void Collect(const Diagnostic& diagnostic, void* context)
+{
+	auto& outcome = *static_cast<LoadOutcome*>(context);
+	Finding finding{.text = std::string(diagnostic.text)};
+	if (const DocumentPosition* position = diagnostic.position)
+	{
+		finding.line = position->line;
+		finding.column = position->column;
+		finding.elementName = position->elementName;
+		finding.elementId = position->elementId;
+	}
+	if (diagnostic.level != DiagnosticLevel::critical)
+		outcome.warnings.push_back(std::move(finding));
+	else if (!outcome.refusal)
+		outcome.refusal = std::move(finding);
+}
+
+/// True for an svg element that has nothing of its own but one rect that has nothing at all.
+bool LooksLikePlaceholder(const SVGElementRef& root)
+{
+	const auto isBare = [](const SVGElementRef& element, SVGImportElementKind kind)
+	{
+		return element && element->GetElementType() == kind && element->GetId().IsEmpty() &&
+			   element->GetAttributeDictionary().GetCount() == 0 && element->GetLocalTransform() == Matrix2d();
+	};
+	if (!isBare(root, SVGImportElementKind::svg))
+		return false;
+	const auto child = Cast<HierarchyObjectInterface>(root)->GetFirstChild();
+	return child && !child->GetNextSibling() && !child->GetFirstChild() &&
+		   isBare(Cast<SVGElementInterface>(child), SVGImportElementKind::rect);
+}
+
+/// Tells a placeholder from the tree of a file that holds just that, an svg element with a bare rect. The file is
+/// loaded again with another word in place of "rect": if a rect stands there still, it cannot be the file's.
+Result<bool> IsPlaceholder(const Url& url, const char* classId)
+{
+	constexpr std::string_view kWord = "rect";
+	constexpr std::string_view kOtherWord = "path";
+	static std::atomic<unsigned> number = 0;
+
+	InputStream stream = ORVAN_TRY(url.OpenInputStream());
+	std::string bytes(static_cast<std::size_t>(ORVAN_TRY(stream.GetStreamLength())), '\0');
+	ORVAN_TRY(stream.ReadBytes(bytes.data(), static_cast<std::int64_t>(bytes.size())));
+	for (std::size_t at = 0; (at = bytes.find(kWord, at)) != bytes.npos;)
+		bytes.replace(at, kWord.size(), kOtherWord);
+
+	const std::string name = "placeholder-" + std::to_string(number++) + ".svg";
+	ORVAN_TRY(MemoryFiles::Publish(name, bytes));
+	const auto load = [&]() -> Result<bool>
+	{
+		const auto document = ORVAN_TRY(CreateObject<SVGDocumentInterface>(classId));
+		ORVAN_TRY(document->Init(ORVAN_TRY(Url::Create("memory:" + name))));
+		return LooksLikePlaceholder(document->GetRootElement());
+	};
+	Result<bool> result = load();
+	MemoryFiles::Withdraw(name);
+	return result;
+}
+
+/// What the host can add to an error that only says that there is no file.
+std::string DescribeTarget(const Url& url)
+{
+	switch (url.IoDetect())
+	{
+	case IoDetection::nonExistent:
+		return " (there is no such file)";
+	case IoDetection::directory:
+		return " (it is a folder)";
+	case IoDetection::error:
+		return " (it cannot be reached)";
+	case IoDetection::unknown:
+		return " (it is not an ordinary file)";
+	case IoDetection::file:
+		break;
+	}
+	return {};
+}
+
+void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
+{
+	const Url url = ToUrl(file);
+	const SVGDocumentRef document = Unwrap(CreateObject<SVGDocumentInterface>(classId));
+	const ThreadDiagnosticSink sink(&Collect, &outcome);
+	const Result<void> loaded = document->Init(url);
+	if (!loaded.IsOk())
+	{
+		outcome.refusal = Finding{.text = std::string(loaded.GetError().GetMessage().View()) + DescribeTarget(url)};
+		return;
+	}
+	outcome.document = document;
+	if (!outcome.refusal && LooksLikePlaceholder(document->GetRootElement()))
+	{
+		LoadOutcome unused;
+		const ThreadDiagnosticSink silence(&Collect, &unused);
+		if (IsPlaceholder(url, classId).GetValueOr(true))
+			outcome.refusal = Finding{.text = "no svg element"};
+	}
+}
+} // namespace
+
+Url ToUrl(const std::string& file)
+{
+	if (file.starts_with("file:"))
+		return Unwrap(Url::Create(file));
+	return Unwrap(Url::FromPath(std::filesystem::absolute(file).lexically_normal().native()));
+}
+
+LoadOutcome LoadDocument(const std::string& file, const char* classId)
+{
+	LoadOutcome outcome;
+	try
+	{
+		Load(file, classId, outcome);
+	}
+	catch (const std::exception& exception)
+	{
+		outcome.document = nullptr;
+		outcome.refusal = Finding{.text = exception.what()};
+	}
+	return outcome;
+}
+
+std::string Describe(const std::string& file, const Finding& finding)
+{
+	std::string line = file;
+	if (finding.line > 0)
+	{
+		line += ':' + std::to_string(finding.line);
+		if (finding.column > 0)
+			line += ':' + std::to_string(finding.column);
+	}
+	line += ": " + OneLine(finding.text);
+	if (!finding.elementName.empty())
+	{
+		line += " (<" + OneLine(finding.elementName, 80);
+		if (!finding.elementId.empty())
+			line += " id=\"" + OneLine(finding.elementId, 80) + '"';
+		line += ">)";
+	}
+	return line;
+}
+
+int Report(const std::string& file, const LoadOutcome& outcome)
+{
+	for (const Finding& warning : outcome.warnings)
+		PrintError("WARNING: " + Describe(file, warning));
+	if (!outcome.refusal)
+		return 0;
+	PrintError(Describe(file, *outcome.refusal));
+	return 1;
+}
+
+} // namespace orvan::program

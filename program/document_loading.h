@@ -1,0 +1,48 @@
+/// Loading a document, and finding out how that went.
+///
+/// A file whose content is refused does not make `Init` fail: the reason goes to the diagnostics, and the document
+/// holds a placeholder. Here both come together again.
+#pragma once
+
+#include "svg_base.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvan::program
+{
+
+/// Something that was said about a file, with the place in it where one is known (line 0 where none is).
+struct Finding
+{
+	std::string text;
+	std::int64_t line = 0;
+	std::int64_t column = 0;
+	std::string elementName = {};
+	std::string elementId = {};
+};
+
+/// What came of loading one file.
+struct LoadOutcome
+{
+	SVGDocumentRef document;        ///< Null when there is nothing to look at, not even a placeholder.
+	std::optional<Finding> refusal; ///< Why the file was not loaded; none when it was.
+	std::vector<Finding> warnings;
+};
+
+/// The URL that a command line argument means: a `file:` URL as it stands, or that of a path, made absolute.
+Url ToUrl(const std::string& file);
+
+/// Loads a file into a new object of class `classId`, which must implement the document interface. Never throws for
+/// anything that a file can bring about. Several threads may load at once.
+LoadOutcome LoadDocument(const std::string& file, const char* classId = kSVGDocumentClass);
+
+/// The line that tells people about a finding: `file:line:column: text (<element id="…">)`, as far as known.
+std::string Describe(const std::string& file, const Finding& finding);
+
+/// Prints what was said about a file to standard error. Returns the exit status that it calls for.
+int Report(const std::string& file, const LoadOutcome& outcome);
+
+} // namespace orvan::program

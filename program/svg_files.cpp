@@ -1,0 +1,46 @@
+#include "svg_files.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace orvan::program
+{
+namespace
+{
+namespace fs = std::filesystem;
+
+void CollectFolder(const fs::path& folder, SVGFiles& found)
+{
+	std::vector<fs::path> entries;
+	std::error_code error;
+	for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+		entries.push_back(at->path());
+	if (error)
+		found.troubles.emplace_back(folder.native(), error.message());
+	std::ranges::sort(entries);
+	for (const fs::path& entry : entries)
+	{
+		const fs::file_status status = fs::symlink_status(entry, error);
+		if (fs::is_directory(status))
+			CollectFolder(entry, found);
+		else if (entry.extension() == ".svg" && !(fs::is_symlink(status) && fs::is_directory(entry, error)))
+			found.files.push_back(entry.native());
+	}
+}
+} // namespace
+
+SVGFiles FindSVGFiles(const std::vector<std::string>& paths)
+{
+	SVGFiles found;
+	for (const std::string& path : paths)
+	{
+		std::error_code error;
+		if (fs::is_directory(path, error))
+			CollectFolder(path, found);
+		else
+			found.files.push_back(path);
+	}
+	return found;
+}
+
+} // namespace orvan::program

@@ -1,0 +1,254 @@
+#include "tree_json.h"
+
+#include "attribute_values.h"
+#include "console.h"
+#include "json_writer.h"
+
+namespace orvan::program
+{
+namespace
+{
+/// Writes the elements of one document.
+class TreeWriter
+{
+public:
+	explicit TreeWriter(JsonWriter& json) : _json(json)
+	{
+	}
+
+	/// Recurses once for each level of the tree, of which a file can have only so many.
+	void WriteElement(const SVGElementRef& element, int depth)
+	{
+		_json.NewLine(depth);
+		_json.BeginObject();
+		_json.Member("class", element->GetClassId());
+		_json.Member("type", static_cast<int>(element->GetElementType()));
+		if (const String id = element->GetId(); !id.IsEmpty())
+			_json.Member("id", id.View());
+		if (const Matrix2d transform = element->GetLocalTransform(); transform != Matrix2d())
+		{
+			_json.Key("transform");
+			WriteNumbers(transform.offset.x, transform.offset.y, transform.axis1.x, transform.axis1.y,
+						 transform.axis2.x, transform.axis2.y);
+		}
+		WriteAttributes(element->GetAttributeDictionary());
+		WriteContent(element);
+		WriteChildren(element, depth);
+		_json.EndObject();
+	}
+
+private:
+	template <typename... Numbers>
+	void WriteNumbers(Numbers... numbers)
+	{
+		_json.BeginArray();
+		(_json.Value(numbers), ...);
+		_json.EndArray();
+	}
+
+	void Write(std::int32_t number)
+	{
+		_json.Value(number);
+	}
+
+	void Write(Float number)
+	{
+		_json.Value(number);
+	}
+
+	void Write(const String& text)
+	{
+		_json.Value(text.View());
+	}
+
+	void Write(const SVGLength& length)
+	{
+		_json.BeginObject();
+		_json.Member("value", length.value);
+		_json.Member("unit", static_cast<int>(length.unit));
+		_json.EndObject();
+	}
+
+	void Write(const BaseArray<SVGLength>& lengths)
+	{
+		_json.BeginArray();
+		for (const SVGLength& length : lengths)
+			Write(length);
+		_json.EndArray();
+	}
+
+	void Write(const Color& color)
+	{
+		WriteNumbers(color.red, color.green, color.blue);
+	}
+
+	void Write(const SVGPaint& paint)
+	{
+		_json.BeginObject();
+		_json.Member("type", static_cast<int>(paint.type));
+		_json.Key("color");
+		Write(paint.color);
+		if (!paint.reference.IsEmpty())
+			_json.Member("reference", paint.reference.View());
+		_json.EndObject();
+	}
+
+	void Write(const SVGViewbox& viewbox)
+	{
+		_json.BeginArray();
+		for (const SVGLength& length : {viewbox.x, viewbox.y, viewbox.width, viewbox.height})
+			Write(length);
+		_json.EndArray();
+	}
+
+	void Write(const SVGPreserveAspectRatio& ratio)
+	{
+		_json.BeginObject();
+		_json.Member("align", static_cast<int>(ratio.align));
+		_json.Member("meetOrSlice", static_cast<int>(ratio.meetOrSlice));
+		_json.EndObject();
+	}
+
+	void WriteAttributes(const DataDictionary& attributes)
+	{
+		if (attributes.GetCount() == 0)
+			return;
+		_json.Key("attributes");
+		_json.BeginObject();
+		for (const DataDictionary::Entry& entry : attributes)
+		{
+			const std::string_view name = GetAttributeName(entry.key);
+			_json.Key(name.empty() ? std::to_string(entry.key) : std::string(name));
+			if (!VisitAttribute(attributes, entry, [this](const auto& value) { Write(value); }))
+				_json.Null();
+		}
+		_json.EndObject();
+	}
+
+	/// What elements keep outside of their attributes.
+	void WriteContent(const SVGElementRef& element)
+	{
+		if (const auto path = Cast<SVGPathElementInterface>(element))
+			WritePath(Unwrap(path->GetPath()));
+		else if (const auto text = Cast<SVGTextElementInterface>(element))
+			_json.Member("text", text->GetText().View());
+		else if (const auto use = Cast<SVGUseElementInterface>(element))
+		{
+			if (const String link = use->GetLink(); !link.IsEmpty())
+				_json.Member("link", link.View());
+		}
+		else if (const auto linear = Cast<SVGLinearGradientElementInterface>(element))
+		{
+			const SVGLinearGradient gradient = Unwrap(linear->GetLinearGradient());
+			WriteGradient("linearGradient", gradient,
+						  {{"x1", gradient.x1}, {"y1", gradient.y1}, {"x2", gradient.x2}, {"y2", gradient.y2}});
+		}
+		else if (const auto radial = Cast<SVGRadialGradientElementInterface>(element))
+		{
+			const SVGRadialGradient gradient = Unwrap(radial->GetRadialGradient());
+			WriteGradient("radialGradient", gradient,
+						  {{"cx", gradient.cx},
+						   {"cy", gradient.cy},
+						   {"r", gradient.r},
+						   {"fx", gradient.fx},
+						   {"fy", gradient.fy}});
+		}
+	}
+
+	void WritePath(const BaseArray<SVGPathCommand>& path)
+	{
+		if (path.IsEmpty())
+			return;
+		_json.Key("path");
+		_json.BeginArray();
+		for (const SVGPathCommand& command : path)
+		{
+			const auto& [first, second, end] = command.points;
+			_json.BeginArray();
+			switch (command.type)
+			{
+			case SVGPathCommandType::move:
+			case SVGPathCommandType::line:
+				_json.Value(command.type == SVGPathCommandType::move ? "M" : "L");
+				_json.Value(end.x);
+				_json.Value(end.y);
+				break;
+			case SVGPathCommandType::cubic:
+				_json.Value("C");
+				for (const double number : {first.x, first.y, second.x, second.y, end.x, end.y})
+					_json.Value(number);
+				break;
+			case SVGPathCommandType::close:
+				_json.Value("Z");
+				break;
+			}
+			_json.EndArray();
+		}
+		_json.EndArray();
+	}
+
+	template <typename Gradient>
+	void WriteGradient(std::string_view name, const Gradient& gradient,
+					   std::initializer_list<std::pair<std::string_view, Float>> geometry)
+	{
+		_json.Key(name);
+		_json.BeginObject();
+		_json.Member("units", static_cast<int>(gradient.units));
+		_json.Member("spread", static_cast<int>(gradient.spread));
+		for (const auto& [member, value] : geometry)
+			_json.Member(member, value);
+		_json.Key("stops");
+		_json.BeginArray();
+		for (const SVGGradientStop& stop : gradient.stops)
+		{
+			_json.BeginObject();
+			_json.Member("offset", stop.offset);
+			_json.Key("color");
+			Write(stop.color);
+			_json.Member("opacity", stop.opacity);
+			_json.EndObject();
+		}
+		_json.EndArray();
+		_json.EndObject();
+	}
+
+	void WriteChildren(const SVGElementRef& element, int depth)
+	{
+		auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild();
+		if (!child)
+			return;
+		_json.Key("children");
+		_json.BeginArray();
+		for (; child; child = child->GetNextSibling())
+			WriteElement(Cast<SVGElementInterface>(child), depth + 1);
+		_json.EndArray();
+	}
+
+	JsonWriter& _json;
+};
+} // namespace
+
+void PrintTreeAsJson(const SVGDocumentRef& document, bool isPlaceholder)
+{
+	JsonWriter json;
+	json.BeginObject();
+	json.NewLine(1);
+	json.Member("url", document->GetUrl().GetText().View());
+	json.NewLine(1);
+	json.Member("placeholder", isPlaceholder);
+	json.NewLine(1);
+	json.Key("ids");
+	json.BeginArray();
+	// The empty prefix yields one element for each entry of the id table, in the table's order.
+	for (const SVGElementRef& element : Unwrap(document->GetElementsByIdWithPrefix(String())))
+		json.Value(element->GetId().View());
+	json.EndArray();
+	json.NewLine(1);
+	json.Key("root");
+	TreeWriter(json).WriteElement(document->GetRootElement(), 2);
+	json.NewLine(0);
+	json.EndObject();
+	json.Finish();
+}
+
+} // namespace orvan::program
