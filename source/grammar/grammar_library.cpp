@@ -127,11 +127,6 @@ using ColorFactory = svgpp::factory::color::default_factory;
 using IccFactory = svgpp::factory::icc_color::stub;
 using ColorGrammar = svgpp::color_optional_icc_color_grammar<AttributeSource, Iterator, ColorFactory, IccFactory>;
 
-bool IsLetter(char c)
-{
-	return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 /// Reads a colour with its optional ICC colour up to the end of the text, or not at all. Keywords are matched in any
 /// case; that, too, the library does through the C locale, so the word that starts the text is folded beforehand unless
 /// it is the name of a function.
@@ -337,11 +332,7 @@ Parsed ParsePaint(std::string_view text, Paint& paint)
 		result.kind = PaintKind::reference;
 		if (!text.empty())
 		{
-			const auto isSpace = [](char c)
-			{
-				return c == ' ' || (c >= '\t' && c <= '\r');
-			};
-			const auto blanks = std::find_if_not(text.begin(), text.end(), isSpace) - text.begin();
+			const auto blanks = std::find_if_not(text.begin(), text.end(), IsSpace) - text.begin();
 			if (blanks == 0)
 				return Parsed::refused;
 			text.remove_prefix(static_cast<std::size_t>(blanks));

@@ -5,15 +5,14 @@
 #include "grammar_library.h"
 #include "path_context.h"
 #include "text_checks.h"
+#include "transform_context.h"
 
-#include <svgpp/adapter/transform.hpp>
 #include <svgpp/parser/detail/parse_list_iterator.hpp>
 #include <svgpp/parser/grammar/coordinate_pair.hpp>
 #include <svgpp/parser/grammar/path_data.hpp>
 #include <svgpp/parser/grammar/transform.hpp>
 #include <svgpp/policy/transform_events.hpp>
 
-#include <algorithm>
 #include <cmath>
 
 namespace orvan::grammar::library
@@ -25,17 +24,6 @@ namespace phoenix = boost::phoenix;
 
 using Iterator = const char*;
 
-struct MatrixContext
-{
-	void transform_matrix(const boost::array<double, 6>& values)
-	{
-		matrix = values;
-	}
-
-	boost::array<double, 6> matrix;
-};
-
-using TransformAdapter = svgpp::transform_adapter<MatrixContext, svgpp::policy::transform::matrix>;
 using TransformEvents = svgpp::policy::transform_events::forward_to_method<TransformAdapter>;
 } // namespace
 
@@ -90,18 +78,13 @@ Parsed ParseTransform(std::string_view text, Matrix& matrix)
 
 	if (HasRunawayExponent(text))
 		return Parsed::refused;
-	MatrixContext context;
+	TransformContext context;
 	TransformAdapter adapter(context);
 	Iterator at = text.data();
 	const Iterator end = at + text.size();
 	if (!qi::phrase_parse(at, end, grammar(phoenix::ref(adapter)), Grammar::skipper_type()) || at != end)
 		return Parsed::refused;
-	adapter.on_exit_attribute();
-	const auto& m = context.matrix;
-	if (!std::all_of(m.begin(), m.end(), [](double value) { return std::isfinite(value); }))
-		return Parsed::refused;
-	matrix = {m[0], m[1], m[2], m[3], m[4], m[5]};
-	return Parsed::value;
+	return DeliverMatrix(adapter, matrix);
 }
 
 bool ReadPathNumber(const char*& at, const char* end, double& number)

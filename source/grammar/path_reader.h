@@ -12,11 +12,6 @@
 
 namespace orvan::grammar
 {
-inline bool IsSpace(char c)
-{
-	return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 /// What stands before a number, which decides what may part the two.
 enum class After
 {

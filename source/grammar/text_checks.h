@@ -1,6 +1,6 @@
 #pragma once
 
-/// Looks at a text before the grammar library does, for what the library must not be given.
+/// Kinds of characters, and checks of a text for what the grammar library must not be given.
 
 #include <algorithm>
 #include <string_view>
@@ -17,6 +17,17 @@ inline bool IsAscii(std::string_view text)
 inline bool IsDigit(char c)
 {
 	return c >= '0' && c <= '9';
+}
+
+inline bool IsLetter(char c)
+{
+	return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// Blanks as the library has them: the C library's, whatever the locale.
+inline bool IsSpace(char c)
+{
+	return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 /// Whether some number has an exponent of more than nine digits, leading zeros aside. No such number is finite and
