@@ -6,7 +6,8 @@
 namespace orvan::runtime
 {
 
-ErrorBlock* WatchFile(const Url& url, FileChangeCallback callback, void* context, MonitorRegistration** result) noexcept;
+ErrorBlock* WatchFile(const Url& url, FileChangeCallback callback, void* context,
+					  MonitorRegistration** result) noexcept;
 void UnwatchFile(MonitorRegistration* registration) noexcept;
 
 } // namespace orvan::runtime

@@ -3,7 +3,7 @@
 
 #include "orvan/url.h"
 
-#include <string>
+#include <optional>
 #include <string_view>
 
 namespace orvan::runtime
@@ -15,11 +15,41 @@ ErrorBlock* StreamLength(StreamHandle* stream, std::int64_t* length) noexcept;
 ErrorBlock* ReadStream(StreamHandle* stream, void* buffer, std::int64_t bytes) noexcept;
 void CloseStream(StreamHandle* stream) noexcept;
 
-/// The path on disk that a `file:` URL names, percent-decoded. Fails for other schemes, for other machines than this
-/// one, and for texts that decode to nothing that can be a path.
-Result<std::string> PathOf(const Url& url) noexcept;
+/// What a URL says, before anything is looked up.
+struct Location
+{
+	enum class Scheme
+	{
+		file,
+		memory,
+		unknown,
+	};
 
-/// The bytes published under `name`; null data when there are none.
-std::string_view FindMemoryFile(std::string_view name) noexcept;
+	Scheme scheme;
+	String name; ///< The percent-decoded path on disk, or the name of a file in memory.
+};
+
+/// Takes a URL apart. Fails when a `file:` URL names another machine or decodes to nothing that can be a path. A query
+/// or fragment is no part of the path.
+Result<Location> Locate(const Url& url) noexcept;
+
+/// The bytes that are published in memory under `name`, if any.
+std::optional<std::string_view> FindMemoryFile(std::string_view name) noexcept;
+
+/// The system's text for an error number, for example "Permission denied".
+class SystemErrorText
+{
+public:
+	explicit SystemErrorText(int number) noexcept;
+
+	operator std::string_view() const noexcept
+	{
+		return _text;
+	}
+
+private:
+	char _buffer[128];
+	const char* _text;
+};
 
 } // namespace orvan::runtime

@@ -23,7 +23,9 @@ enum class IoDetection : std::int32_t
 	error = 4, ///< It could not be found out, for example for want of permission.
 };
 
-/// A location: `file:` URLs name files on disk, `memory:` URLs files that a host program has published in memory.
+/// A location: `file:` URLs name files on disk, `memory:` URLs files that a host program has published in memory. The
+/// path of a `file:` URL is percent-decoded and ends before a query ("?") or fragment ("#"); a name in memory is taken
+/// as it stands.
 /// Shared and immutable like its text; the empty URL designates nothing.
 class Url
 {
