@@ -202,7 +202,7 @@ void BenchText(benchmark::State& state, const std::string& text, Parsed (*parse)
 			state.SkipWithError("refused");
 		benchmark::DoNotOptimize(sink.sum);
 	}
-	state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+	state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
 void RegisterText(const std::string& name, std::string text, Parsed (*fast)(std::string_view, PathSink&),
@@ -231,7 +231,7 @@ void RegisterValues(const char* name, const char* layer, std::span<const std::st
 						state.SkipWithError("refused");
 				}
 			}
-			state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * values.size()));
+			state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(values.size()));
 			state.counters["per value"] =
 				benchmark::Counter(static_cast<double>(values.size()),
 								   benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);

@@ -101,10 +101,8 @@ void ExpectAgreement(const char* function, std::string_view text, Read read)
 }
 
 /// As above for a function that fills a value, which `describe` puts into the trace. The arguments go before the value.
-template <typename Value, typename... Arguments, typename Describe>
-void ExpectAgreement(const char* function, std::string_view text,
-					 Parsed (*fast)(std::string_view, Arguments..., Value&),
-					 Parsed (*library)(std::string_view, Arguments..., Value&), Describe describe,
+template <typename Value, typename Fast, typename Library, typename Describe, typename... Arguments>
+void ExpectAgreement(const char* function, std::string_view text, Fast fast, Library library, Describe describe,
 					 Arguments... arguments)
 {
 	ExpectAgreement(function, text,

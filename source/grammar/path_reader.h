@@ -149,8 +149,9 @@ private:
 	static constexpr auto kKinds = []
 	{
 		std::array<unsigned char, 256> kinds{};
-		for (unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'})
+		for (std::size_t c = '\t'; c <= '\r'; ++c)
 			kinds[c] = space;
+		kinds[' '] = space;
 		kinds[','] = comma;
 		kinds['-'] = minus;
 		return kinds;

@@ -18,10 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 	};
 	for (Source source : {Source::attribute, Source::style})
 	{
-		fuzz::ExpectAgreement<double, Source>("ParseNumber", text, ParseNumber, library::ParseNumber, number, source);
-		fuzz::ExpectAgreement<Length, Source>("ParseLength", text, ParseLength, library::ParseLength, length, source);
-		fuzz::ExpectAgreement<Length, Source>("ParseFontSize", text, ParseFontSize, library::ParseFontSize, length,
-											  source);
+		fuzz::ExpectAgreement<double>("ParseNumber", text, ParseNumber, library::ParseNumber, number, source);
+		fuzz::ExpectAgreement<Length>("ParseLength", text, ParseLength, library::ParseLength, length, source);
+		fuzz::ExpectAgreement<Length>("ParseFontSize", text, ParseFontSize, library::ParseFontSize, length, source);
 		fuzz::ExpectAgreement("ParseDashArray", text,
 							  [&](bool isFast, fuzz::Trace& trace) {
 								  return isFast ? ParseDashArray(text, source, trace)
