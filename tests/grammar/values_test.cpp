@@ -96,7 +96,7 @@ std::string PaintOf(std::string_view text)
 			out += (paint.reference.isLocal ? " local [" : " external [") + std::string(paint.reference.text) + "]";
 		out += kFallbacks[static_cast<std::size_t>(paint.fallback)];
 		if (paint.kind == PaintKind::color || paint.fallback == PaintFallback::color)
-			out += ' ' + Hex(paint.color);
+			out.append(" ").append(Hex(paint.color));
 	};
 	return Outcome<Paint>([&](Paint& value) { return ParsePaint(text, value); }, show);
 }
@@ -397,7 +397,7 @@ TEST(Styles, SplitIntoTrimmedDeclarations)
 		std::string all;
 		StyleSplitter splitter(text);
 		for (std::string_view name, value; splitter.Next(name, value);)
-			all += "{" + std::string(name) + "=" + std::string(value) + "}";
+			all.append("{").append(name).append("=").append(value).append("}");
 		return all;
 	};
 	EXPECT_EQ(split("fill:red;stroke-width:2"), "{fill=red}{stroke-width=2}");
