@@ -9,19 +9,48 @@
 #include "objects.h"
 #include "registry.h"
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
+#include <string_view>
 
 namespace orvan
 {
 namespace
 {
 
+/// True when a plain decimal number that does not fit a double is too large rather than too small: its first digit
+/// that is not 0 stands before the point, counting the exponent.
+bool IsTooLarge(std::string_view number) noexcept
+{
+	const std::size_t exponentAt = std::min(number.find_first_of("eE"), number.size());
+	const std::string_view digits = number.substr(0, exponentAt);
+	const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
+	const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
+	std::int64_t exponent = 0;
+	if (exponentAt < number.size())
+	{
+		std::string_view text = number.substr(exponentAt + 1);
+		const bool isNegative = text.starts_with('-');
+		if (text.starts_with('+'))
+			text.remove_prefix(1);
+		if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec != std::errc())
+			return !isNegative;
+	}
+	return point - first + exponent > 0;
+}
+
 bool ParseFloat(const char* begin, const char* end, double* result) noexcept
 {
 	if (begin != end && *begin == '+')
 		begin++;
 	const auto [stop, error] = std::from_chars(begin, end, *result);
-	return error == std::errc() && stop == end;
+	if (error == std::errc::result_out_of_range)
+	{
+		const double size = IsTooLarge({begin, end}) ? std::numeric_limits<double>::infinity() : 0.0;
+		*result = *begin == '-' ? -size : size;
+	}
+	return error != std::errc::invalid_argument && stop == end;
 }
 
 constexpr HostServices kServices = {

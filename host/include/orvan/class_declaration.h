@@ -49,15 +49,16 @@ struct Implements
 	template <typename Impl>
 	static constexpr InterfaceBinding BindingFor() noexcept
 	{
-		return {I::kId, I::kSlotCount,
-				[](AnyMethod* slots) noexcept
-				{
-					[slots]<int... numbers>(std::integer_sequence<int, numbers...>)
-					{
-						((slots[numbers] = I::template Bind<Impl, Component>(Slot<numbers + 1>())), ...);
-					}
-					(std::make_integer_sequence<int, I::kSlotCount>());
-				}};
+		return {I::kId, I::kSlotCount, [](AnyMethod* slots) noexcept
+				{ Fill<Impl>(slots, std::make_integer_sequence<int, I::kSlotCount>()); }};
+	}
+
+private:
+	template <typename Impl, int... numbers>
+	static void Fill([[maybe_unused]] AnyMethod* slots, std::integer_sequence<int, numbers...>) noexcept
+	{
+		if constexpr (sizeof...(numbers) > 0)
+			((slots[numbers] = I::template Bind<Impl, Component>(Slot<numbers + 1>())), ...);
 	}
 };
 

@@ -8,7 +8,8 @@
 ///     // in one unit of the module
 ///     ORVAN_DEFINE_MODULE();
 ///     // in each unit
-///     [[gnu::init_priority(1001)]] const RegistrationEntry unit(RegistrationEntry::Kind::unit, "my_unit");
+///     constexpr ClassDeclaration kLamp = DeclareClass<Lamp, Implements<LampInterface, Lamp>>("my.class.lamp");
+///     [[gnu::init_priority(1001)]] const RegistrationEntry entries[] = {{RegistrationEntry::Kind::unit, "lamp"}, kLamp};
 #pragma once
 
 #include "orvan/class_declaration.h"
@@ -81,6 +82,26 @@ public:
 	/// Links the entry at the end of the module's list. `declaration` is of the type that the kind calls for, or null
 	/// for units and the module, which have but a name; it must live as long as the entry.
 	RegistrationEntry(Kind kind, const char* name, const void* declaration = nullptr) noexcept;
+	RegistrationEntry(const InterfaceDeclaration& declaration) noexcept
+		: RegistrationEntry(Kind::interface, declaration.id, &declaration)
+	{
+	}
+
+	RegistrationEntry(const FrameworkDeclaration& declaration) noexcept
+		: RegistrationEntry(Kind::framework, declaration.id, &declaration)
+	{
+	}
+
+	RegistrationEntry(const ClassDeclaration& declaration) noexcept
+		: RegistrationEntry(Kind::classImplementation, declaration.id, &declaration)
+	{
+	}
+
+	RegistrationEntry(const UseDeclaration& declaration) noexcept
+		: RegistrationEntry(Kind::use, declaration.declaration, &declaration)
+	{
+	}
+
 	RegistrationEntry(const RegistrationEntry&) = delete;
 	~RegistrationEntry();
 
@@ -138,7 +159,10 @@ namespace detail
 template <typename I, int... numbers>
 constexpr std::array<const char*, sizeof...(numbers)> MethodNames(std::integer_sequence<int, numbers...>) noexcept
 {
-	return {I::NameOf(Slot<numbers + 1>())...};
+	if constexpr (sizeof...(numbers) > 0)
+		return {I::NameOf(Slot<numbers + 1>())...};
+	else
+		return {};
 }
 
 template <typename I>

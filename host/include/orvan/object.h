@@ -324,23 +324,48 @@ Ref<To> Cast(const Ref<From>& reference) noexcept
 	return Ref<To>::From(reference.GetObject());
 }
 
-/// Makes a new object of the class with this id. Fails when no loaded module implements the class (not found), when the
-/// class lacks the interface, or for want of memory.
+/// A class by its id, for making many objects: the host's record is looked up once. Safe to use from any thread.
+class ObjectFactory
+{
+public:
+	constexpr explicit ObjectFactory(const char* classId) noexcept : _classId(classId)
+	{
+	}
+
+	/// Makes a new object. Fails when no loaded module implements the class (not found), when the class lacks the
+	/// interface, or for want of memory.
+	template <typename I>
+	Result<Ref<I>> Create() const noexcept
+	{
+		ClassInfo* objectClass = _class.load(std::memory_order_relaxed);
+		if (objectClass == nullptr)
+		{
+			objectClass = Host().findClass(_classId);
+			if (objectClass == nullptr)
+				return OutOfMemoryError();
+			_class.store(objectClass, std::memory_order_relaxed);
+		}
+		ObjectBase* object = nullptr;
+		ORVAN_TRY(ResultOf(Host().createObject(objectClass, &object)));
+		Ref<I> result = Ref<I>::Adopt(object);
+		if (!result)
+		{
+			object->ReleaseReference();
+			return IllegalArgumentError("Class '@' does not implement interface '@'.", _classId, I::kId);
+		}
+		return result;
+	}
+
+private:
+	const char* _classId;
+	mutable std::atomic<ClassInfo*> _class = nullptr;
+};
+
+/// Makes a new object of the class with this id; fails like `ObjectFactory::Create`.
 template <typename I>
 Result<Ref<I>> CreateObject(const char* classId) noexcept
 {
-	ClassInfo* const objectClass = Host().findClass(classId);
-	if (objectClass == nullptr)
-		return OutOfMemoryError();
-	ObjectBase* object = nullptr;
-	ORVAN_TRY(ResultOf(Host().createObject(objectClass, &object)));
-	Ref<I> result = Ref<I>::Adopt(object);
-	if (!result)
-	{
-		object->ReleaseReference();
-		return IllegalArgumentError("Class '@' does not implement interface '@'.", classId, I::kId);
-	}
-	return result;
+	return ObjectFactory(classId).Create<I>();
 }
 
 /// A copy of an object: same class, same state, no parent and no children. Fails when the class cannot be copied.

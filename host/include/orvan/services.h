@@ -84,7 +84,8 @@ struct HostServices
 							 MonitorRegistration** result) noexcept;
 	void (*unwatchFile)(MonitorRegistration* registration) noexcept;
 
-	// Numbers, independent of the locale: the text must be a plain decimal number and nothing else.
+	// Numbers, independent of the locale: false unless the whole text is a decimal number, as in "-1.5e3" or ".5".
+	// Correctly rounded; too large a number gives an infinity, too small a one zero.
 	bool (*parseFloat)(const char* begin, const char* end, double* result) noexcept;
 };
 

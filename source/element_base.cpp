@@ -1,0 +1,205 @@
+#include "element_base.h"
+
+#include <cmath>
+
+namespace orvan::svg
+{
+
+ElementBase::~ElementBase()
+{
+	Host().free(_transforms);
+}
+
+Result<void> ElementBase::CopyStateTo(ElementBase& copy) const noexcept
+{
+	if (_transforms != nullptr)
+		*ORVAN_TRY(copy.OwnTransforms()) = *_transforms;
+	copy._attributes = _attributes;
+	copy._id = _id;
+	copy._type = _type;
+	// The copy stands outside of the tree, where its world transform is another one.
+	copy._isTransformDirty = true;
+	return {};
+}
+
+Result<void> ElementBase::SetStrokeDashArray(const BaseArray<SVGLength>& value) noexcept
+{
+	BaseArray<SVGLength> copy;
+	ORVAN_TRY(copy.CopyFrom(value));
+	return Store(SVGImportAttribute::strokeDashArray, std::move(copy));
+}
+
+Result<BaseArray<SVGLength>> ElementBase::GetStrokeDashArray() const noexcept
+{
+	BaseArray<SVGLength> copy;
+	if (const auto* stored = Find<BaseArray<SVGLength>>(SVGImportAttribute::strokeDashArray))
+		ORVAN_TRY(copy.CopyFrom(*stored));
+	return copy;
+}
+
+Result<ElementBase::Transforms*> ElementBase::OwnTransforms() noexcept
+{
+	if (_transforms == nullptr)
+	{
+		void* memory = Host().allocate(sizeof(Transforms));
+		if (memory == nullptr)
+			return OutOfMemoryError();
+		_transforms = new (memory) Transforms;
+	}
+	return _transforms;
+}
+
+const ElementBase::Transforms& ElementBase::CurrentTransforms() const noexcept
+{
+	static constexpr Transforms kUnset{};
+	return _transforms != nullptr ? *_transforms : kUnset;
+}
+
+Result<void> ElementBase::SetLocalTransform(const Matrix2d& transform) noexcept
+{
+	ORVAN_TRY(OwnTransforms())->local = transform;
+	return MarkSubtreeDirty();
+}
+
+Matrix2d ElementBase::GetLocalTransform() const noexcept
+{
+	return CurrentTransforms().local;
+}
+
+Result<Matrix2d> ElementBase::GetWorldTransform() noexcept
+{
+	if (_isTransformDirty)
+	{
+		// From the uppermost element whose cache is out of date down to this one, without recursion: a tree may be
+		// deeper than the stack.
+		BaseArray<ElementBase*> chain;
+		for (ElementBase* at = this; at != nullptr && at->_isTransformDirty; at = AsElement(at->Parent()))
+			ORVAN_TRY(chain.Append(at));
+		for (std::size_t i = chain.GetCount(); i-- > 0;)
+			ORVAN_TRY(chain[i]->UpdateWorldTransform());
+	}
+	return CurrentTransforms().world;
+}
+
+/// Computes the world transform from that of the parent, which is up to date when it is one of ours.
+Result<void> ElementBase::UpdateWorldTransform() noexcept
+{
+	Transforms* own = ORVAN_TRY(OwnTransforms());
+	if (ElementBase* parent = AsElement(Parent()))
+		own->world = parent->CurrentTransforms().world * own->local;
+	else if (const auto foreign = SVGElementRef::From(Parent()))
+		own->world = ORVAN_TRY(foreign->GetWorldTransform()) * own->local;
+	else
+		own->world = own->local;
+	_isTransformDirty = false;
+	return {};
+}
+
+Result<void> ElementBase::MarkTransformDirty() noexcept
+{
+	return MarkSubtreeDirty();
+}
+
+/// An element that is dirty has no clean element below it: a world transform is only ever computed together with those
+/// of all ancestors, and whoever comes under another parent is marked. So marking stops where it meets a dirty element.
+Result<void> ElementBase::MarkSubtreeDirty() noexcept
+{
+	if (_isTransformDirty)
+		return {};
+	_isTransformDirty = true;
+	HierarchyObject* at = FirstChild();
+	while (at != nullptr)
+	{
+		HierarchyObject* below = nullptr;
+		if (ElementBase* element = AsElement(at))
+		{
+			if (!element->_isTransformDirty)
+			{
+				element->_isTransformDirty = true;
+				below = element->FirstChild();
+			}
+		}
+		else if (const auto foreign = SVGElementRef::From(at))
+			ORVAN_TRY(foreign->MarkTransformDirty());
+		if (below != nullptr)
+		{
+			at = below;
+			continue;
+		}
+		while (at != this && at->NextSibling() == nullptr)
+			at = at->Parent();
+		at = at != this ? at->NextSibling() : nullptr;
+	}
+	return {};
+}
+
+Result<void> ElementBase::RebuildLocalTransform() noexcept
+{
+	Transforms& own = *_transforms;
+	const Float cosine = std::cos(own.rotation);
+	const Float sine = std::sin(own.rotation);
+	const Matrix2d rotation{{}, {cosine, sine}, {-sine, cosine}};
+	const Matrix2d scale{{}, {own.scale.x, 0.0}, {0.0, own.scale.y}};
+	const Matrix2d toPivot{own.rotationPivot};
+	const Matrix2d fromPivot{Vector2d() - own.rotationPivot};
+	const Matrix2d aboutPivot = toPivot * rotation * scale * fromPivot;
+	own.pivotOffset = aboutPivot.offset;
+	own.local = Matrix2d{own.translation} * aboutPivot;
+	return MarkSubtreeDirty();
+}
+
+Result<void> ElementBase::SetTranslation(const Vector2d& translation) noexcept
+{
+	ORVAN_TRY(OwnTransforms())->translation = translation;
+	return RebuildLocalTransform();
+}
+
+Result<void> ElementBase::SetRotation(Float radians) noexcept
+{
+	ORVAN_TRY(OwnTransforms())->rotation = radians;
+	return RebuildLocalTransform();
+}
+
+Result<void> ElementBase::SetRotationPivot(const Vector2d& pivot) noexcept
+{
+	ORVAN_TRY(OwnTransforms())->rotationPivot = pivot;
+	return RebuildLocalTransform();
+}
+
+Result<void> ElementBase::SetScale(const Vector2d& scale) noexcept
+{
+	ORVAN_TRY(OwnTransforms())->scale = scale;
+	return RebuildLocalTransform();
+}
+
+Vector2d ElementBase::GetTranslation() const noexcept
+{
+	return CurrentTransforms().translation;
+}
+
+Float ElementBase::GetRotation() const noexcept
+{
+	return CurrentTransforms().rotation;
+}
+
+Vector2d ElementBase::GetScale() const noexcept
+{
+	return CurrentTransforms().scale;
+}
+
+Result<void> ElementBase::AddTranslation(const Vector2d& translation) noexcept
+{
+	return SetTranslation(GetTranslation() + translation);
+}
+
+Result<void> ElementBase::AddRotation(Float radians) noexcept
+{
+	return SetRotation(GetRotation() + radians);
+}
+
+Result<void> ElementBase::AddScale(const Vector2d& scale) noexcept
+{
+	return SetScale(GetScale() + scale);
+}
+
+} // namespace orvan::svg

@@ -1,0 +1,122 @@
+/// The element classes: the base with what each kind adds to it.
+#pragma once
+
+#include "element_components.h"
+#include "path_data.h"
+
+namespace orvan::svg
+{
+
+/// A class that adds nothing of its own but its kind.
+template <SVGImportElementKind kind>
+class PlainElement : public ElementBase
+{
+public:
+	PlainElement() noexcept : ElementBase(kind)
+	{
+	}
+};
+
+using BaseElement = PlainElement<SVGImportElementKind::unknown>;
+using DefsElement = PlainElement<SVGImportElementKind::defs>;
+using SymbolElement = PlainElement<SVGImportElementKind::symbol>;
+using GroupElement = PlainElement<SVGImportElementKind::group>;
+using RectElement = PlainElement<SVGImportElementKind::rect>;
+using CircleElement = PlainElement<SVGImportElementKind::circle>;
+using LineElement = PlainElement<SVGImportElementKind::line>;
+using MaskElement = PlainElement<SVGImportElementKind::mask>;
+using ClipPathElement = PlainElement<SVGImportElementKind::clipPath>;
+
+class SVGElement : public PlainElement<SVGImportElementKind::svg>
+{
+public:
+	Result<void> SetViewport(const SVGViewport& viewport) noexcept;
+	SVGViewport GetViewport() const noexcept;
+};
+
+class UseElement : public PlainElement<SVGImportElementKind::use>
+{
+public:
+	Result<void> CopyStateTo(UseElement& copy) const noexcept;
+
+	Result<void> SetLink(const String& link) noexcept;
+	String GetLink() const noexcept;
+	bool IsLinkDirty() const noexcept;
+	Result<void> SetShadowRoot(const SVGElementRef& element) noexcept;
+
+private:
+	String _link;
+	WeakRef _shadowRoot; ///< Weak, so that uses that lead in circles keep nobody alive.
+};
+
+class StopElement : public PlainElement<SVGImportElementKind::stop>
+{
+public:
+	/// The methods of the stop's own interface. `GetOpacity` is not that of the element.
+	class Stop
+	{
+	public:
+		explicit Stop(ElementBase& element) noexcept : _element(element)
+		{
+		}
+
+		Float GetOffset() const noexcept;
+		Color GetColor() const noexcept;
+		Float GetOpacity() const noexcept;
+
+	private:
+		ElementBase& _element;
+	};
+};
+
+class LinearGradientElement : public PlainElement<SVGImportElementKind::linearGradient>
+{
+public:
+	Result<SVGLinearGradient> GetLinearGradient() const noexcept;
+};
+
+class RadialGradientElement : public PlainElement<SVGImportElementKind::radialGradient>
+{
+public:
+	Result<SVGRadialGradient> GetRadialGradient() const noexcept;
+};
+
+class PathElement : public PlainElement<SVGImportElementKind::path>
+{
+public:
+	Result<void> CopyStateTo(PathElement& copy) const noexcept;
+
+	Result<BaseArray<SVGPathCommand>> GetPath() const noexcept;
+	Result<void> MoveTo(const Vector2d& point) noexcept;
+	Result<void> LineTo(const Vector2d& point) noexcept;
+	Result<void> CubicBezierTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept;
+	Result<void> CloseSubpath() noexcept;
+	Result<void> PathExit() noexcept;
+
+private:
+	PathData _path;
+};
+
+class TextElement : public PlainElement<SVGImportElementKind::text>
+{
+public:
+	Result<void> CopyStateTo(TextElement& copy) const noexcept;
+
+	// clang-format off
+	Result<void> SetText(const String& text) noexcept { _text = text; return {}; }
+	String GetText() const noexcept { return _text; }
+	Result<void> SetFontSize(const SVGLength& size) noexcept { return Set(kFontSize, size); }
+	SVGLength GetFontSize() const noexcept { return Get(kFontSize); }
+	Result<void> SetFont(const String& family) noexcept { return Store(SVGImportAttribute::fontFamily, family); }
+	String GetFont() const noexcept { return GetOr(SVGImportAttribute::fontFamily, String()); }
+	Result<void> SetFontStyle(SVGFontStyle style) noexcept { return Set(kFontStyle, style); }
+	SVGFontStyle GetFontStyle() const noexcept { return Get(kFontStyle); }
+	Result<void> SetFontWeight(SVGFontWeight weight) noexcept { return Set(kFontWeight, weight); }
+	SVGFontWeight GetFontWeight() const noexcept { return Get(kFontWeight); }
+	// clang-format on
+
+private:
+	String _text;
+};
+
+} // namespace orvan::svg

@@ -1,0 +1,187 @@
+/// The component interfaces: views of an element's attributes, made for the duration of one call.
+///
+/// A component holds no state. It reads and writes the dictionary entries that the importer fills, so that a value is
+/// the same whichever way it is reached.
+#pragma once
+
+#include "element_base.h"
+
+namespace orvan::svg
+{
+
+/// Reading and writing of a pair of lengths, which most components come down to.
+template <SVGImportAttribute first, SVGImportAttribute second>
+class LengthPair
+{
+public:
+	explicit LengthPair(ElementBase& element) noexcept : _element(element)
+	{
+	}
+
+protected:
+	Result<void> SetFirst(const SVGLength& value) noexcept
+	{
+		return _element.Store(first, value);
+	}
+
+	Result<void> SetSecond(const SVGLength& value) noexcept
+	{
+		return _element.Store(second, value);
+	}
+
+	/// Sets both or, when memory runs out, none.
+	Result<void> SetBoth(const SVGLength2d& value) noexcept
+	{
+		DataDictionary changed = _element.GetAttributeDictionary();
+		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(first), value.x));
+		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(second), value.y));
+		_element.ReplaceAttributes(std::move(changed));
+		return {};
+	}
+
+	SVGLength GetFirst() const noexcept
+	{
+		return _element.GetOr(first, SVGLength());
+	}
+
+	SVGLength GetSecond() const noexcept
+	{
+		return _element.GetOr(second, SVGLength());
+	}
+
+	SVGLength2d GetBoth() const noexcept
+	{
+		return {GetFirst(), GetSecond()};
+	}
+
+	ElementBase& _element;
+};
+
+// clang-format off
+
+template <SVGImportAttribute first, SVGImportAttribute second>
+class PositionAt : public LengthPair<first, second>
+{
+public:
+	using LengthPair<first, second>::LengthPair;
+
+	Result<void> SetX(const SVGLength& x) noexcept { return this->SetFirst(x); }
+	SVGLength GetX() const noexcept { return this->GetFirst(); }
+	Result<void> SetY(const SVGLength& y) noexcept { return this->SetSecond(y); }
+	SVGLength GetY() const noexcept { return this->GetSecond(); }
+	Result<void> SetPosition(const SVGLength2d& position) noexcept { return this->SetBoth(position); }
+	SVGLength2d GetPosition() const noexcept { return this->GetBoth(); }
+};
+
+using Position = PositionAt<SVGImportAttribute::x, SVGImportAttribute::y>;
+using CenterPosition = PositionAt<SVGImportAttribute::cx, SVGImportAttribute::cy>;
+
+class Size : public LengthPair<SVGImportAttribute::width, SVGImportAttribute::height>
+{
+public:
+	using LengthPair::LengthPair;
+
+	Result<void> SetWidth(const SVGLength& width) noexcept { return SetFirst(width); }
+	SVGLength GetWidth() const noexcept { return GetFirst(); }
+	Result<void> SetHeight(const SVGLength& height) noexcept { return SetSecond(height); }
+	SVGLength GetHeight() const noexcept { return GetSecond(); }
+	Result<void> SetSize(const SVGLength2d& size) noexcept { return SetBoth(size); }
+	SVGLength2d GetSize() const noexcept { return GetBoth(); }
+};
+
+/// The ends of a line.
+class LineEnds
+{
+public:
+	explicit LineEnds(ElementBase& element) noexcept : _first(element), _second(element) {}
+
+	Result<void> SetX1(const SVGLength& x) noexcept { return _first.SetX(x); }
+	Result<void> SetX2(const SVGLength& x) noexcept { return _second.SetX(x); }
+	Result<void> SetY1(const SVGLength& y) noexcept { return _first.SetY(y); }
+	Result<void> SetY2(const SVGLength& y) noexcept { return _second.SetY(y); }
+	SVGLength GetX1() const noexcept { return _first.GetX(); }
+	SVGLength GetX2() const noexcept { return _second.GetX(); }
+	SVGLength GetY1() const noexcept { return _first.GetY(); }
+	SVGLength GetY2() const noexcept { return _second.GetY(); }
+	Result<void> SetPt1(const SVGLength2d& point) noexcept { return _first.SetPosition(point); }
+	Result<void> SetPt2(const SVGLength2d& point) noexcept { return _second.SetPosition(point); }
+	SVGLength2d GetPt1() const noexcept { return _first.GetPosition(); }
+	SVGLength2d GetPt2() const noexcept { return _second.GetPosition(); }
+
+private:
+	PositionAt<SVGImportAttribute::x1, SVGImportAttribute::y1> _first;
+	PositionAt<SVGImportAttribute::x2, SVGImportAttribute::y2> _second;
+};
+
+// clang-format on
+
+/// Radii. Of a circle an absent one follows "r"; of a rectangle it follows the other one.
+class Radius : public LengthPair<SVGImportAttribute::rx, SVGImportAttribute::ry>
+{
+public:
+	using LengthPair::LengthPair;
+
+	Result<void> SetRadiusX(const SVGLength& radius) noexcept
+	{
+		return SetFirst(radius);
+	}
+
+	SVGLength GetRadiusX() const noexcept
+	{
+		return _element.GetOr(SVGImportAttribute::rx, _element.GetOr(Fallback(SVGImportAttribute::ry), SVGLength()));
+	}
+
+	Result<void> SetRadiusY(const SVGLength& radius) noexcept
+	{
+		return SetSecond(radius);
+	}
+
+	SVGLength GetRadiusY() const noexcept
+	{
+		return _element.GetOr(SVGImportAttribute::ry, _element.GetOr(Fallback(SVGImportAttribute::rx), SVGLength()));
+	}
+
+	Result<void> SetRadius(const SVGLength& radius) noexcept
+	{
+		return _element.Store(SVGImportAttribute::r, radius);
+	}
+
+	SVGLength GetRadius() const noexcept
+	{
+		return _element.GetOr(SVGImportAttribute::r, SVGLength());
+	}
+
+private:
+	SVGImportAttribute Fallback(SVGImportAttribute other) const noexcept
+	{
+		return _element.GetElementType() == SVGImportElementKind::rect ? other : SVGImportAttribute::r;
+	}
+};
+
+class FitToViewbox
+{
+public:
+	explicit FitToViewbox(ElementBase& element) noexcept : _element(element)
+	{
+	}
+
+	Result<void> SetViewbox(const SVGViewbox& viewbox) noexcept
+	{
+		return _element.Store(SVGImportAttribute::viewBox, viewbox);
+	}
+
+	SVGViewbox GetViewbox() const noexcept
+	{
+		return _element.GetOr(SVGImportAttribute::viewBox, SVGViewbox());
+	}
+
+	SVGPreserveAspectRatio GetPreserveAspectRatio() const noexcept
+	{
+		return _element.GetOr(SVGImportAttribute::preserveAspectRatio, SVGPreserveAspectRatio());
+	}
+
+private:
+	ElementBase& _element;
+};
+
+} // namespace orvan::svg

@@ -1,0 +1,41 @@
+/// The state of one import.
+#pragma once
+
+#include "grammar.h"
+#include "orvan/hash_map.h"
+#include "svg_elements.h"
+
+#include <string_view>
+
+namespace orvan::svg
+{
+
+/// What the tree builder and the attribute handlers share. Lives for one import, on one thread.
+struct SVGParseContext
+{
+	/// The element whose attributes are being set and under which new elements are linked; null outside of the root.
+	const SVGElementRef* element = nullptr;
+	bool isPolygon = false;     ///< The current tag is "polygon".
+	bool suppressesIds = false; ///< Ids are not entered into the table. Nothing sets it.
+	StringMap<SVGElementRef> elementsById;
+
+	// Where a refused value stood, for the diagnostics.
+	std::string_view elementName; ///< The tag as written.
+	std::string_view rawValue;    ///< The attribute value at hand, as it stands in the text of the file.
+	const char* refusedAt = nullptr;
+	std::string_view refusedElementName;
+	String refusedElementId;
+
+	/// Ends the import: throws the invalid-value error for an attribute, and keeps the place.
+	[[noreturn]] void Refuse(const char* attributeName, std::string_view text);
+};
+
+/// Sets the attribute `attribute` of the context's element from its text. Errors end the import; a value that is
+/// refused throws. Attributes without an importer are ignored.
+Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
+							   grammar::Source source);
+
+/// The number of an attribute name, `unknown` when there is none.
+SVGImportAttribute FindAttribute(std::string_view name) noexcept;
+
+} // namespace orvan::svg

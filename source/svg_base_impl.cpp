@@ -1,0 +1,105 @@
+/// The SVG document.
+#include "svg_document.h"
+
+#include "import.h"
+#include "orvan/hierarchy.h"
+#include "registration.h"
+
+namespace orvan::svg
+{
+
+Result<void> Document::Init(const Url& url) noexcept
+{
+	const Url target = url; // The caller's may be this document's own, which `Reset` clears.
+	// Through the interface, so that an object that stands for a document and overrides `Reset` has its own called.
+	SVGDocumentRef::From(this)->Reset();
+	if (target.IoDetect() != IoDetection::file)
+		return IoError(target, "Error parsing svg document. SVGDocument could not be initialized");
+	_url = target;
+	return Load();
+}
+
+void Document::Reset() noexcept
+{
+	_elementsById.Reset();
+	if (const auto root = Cast<HierarchyObjectInterface>(_rootElement))
+		root->RemoveAllChildren();
+	_rootElement = nullptr;
+	_url = Url();
+}
+
+const Url& Document::GetUrl() const noexcept
+{
+	return _url;
+}
+
+const SVGElementRef& Document::GetRootElement() const noexcept
+{
+	return _rootElement;
+}
+
+Result<SVGElementRef> Document::GetElementById(const String& id) const noexcept
+{
+	if (const SVGElementRef* element = _elementsById.Find(id))
+		return *element;
+	return NotFoundError("SVG element with id '@' not found.", id);
+}
+
+Result<BaseArray<SVGElementRef>> Document::GetElementsByIdWithPrefix(const String& prefix) const noexcept
+{
+	BaseArray<SVGElementRef> found;
+	for (const auto& entry : _elementsById)
+	{
+		if (entry.value->GetId().View().starts_with(prefix.View()))
+			ORVAN_TRY(found.Append(entry.value));
+	}
+	return found;
+}
+
+Result<void> Document::Load() noexcept
+{
+	InputStream stream = ORVAN_TRY(_url.OpenInputStream());
+	const std::int64_t length = ORVAN_TRY(stream.GetStreamLength());
+	BaseArray<char> buffer;
+	// One byte more from the start, for the zero that ends the text.
+	ORVAN_TRY(buffer.Reserve(static_cast<std::size_t>(length) + 1));
+	ORVAN_TRY(buffer.ResizeUninitialized(static_cast<std::size_t>(length)));
+	ORVAN_TRY(stream.ReadBytes(buffer.begin(), length));
+	ORVAN_TRY(buffer.Append('\0'));
+	ImportResult imported = ORVAN_TRY(Import(buffer.begin(), static_cast<std::int64_t>(buffer.GetCount())));
+	if (!imported.root)
+		return BuildPlaceholder();
+	_rootElement = std::move(imported.root);
+	_elementsById = std::move(imported.elementsById);
+	return {};
+}
+
+/// What a document shows whose file holds nothing usable: an svg element with a rect.
+Result<void> Document::BuildPlaceholder() noexcept
+{
+	_rootElement = ORVAN_TRY(CreateObject<SVGElementInterface>("net.orvan.image.class.svgsvgelement"));
+	const auto rect = ORVAN_TRY(CreateObject<HierarchyObjectInterface>("net.orvan.image.class.svgrectelement"));
+	return rect->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(_rootElement), {});
+}
+
+namespace
+{
+
+constexpr ClassDeclaration kDocumentClass =
+	DeclareClass<Document, Implements<SVGDocumentInterface, Document>>(kSVGDocumentClass);
+constexpr ClassDeclaration kContextClass = DeclareClassWithoutImplementation(kSVGContextClass);
+
+constexpr UseDeclaration kUses[] = {
+	{"svg_base_impl", "SVGDocumentInterface", "svg_base"},
+	{"svg_base_impl", "SVGContextInterface", "svg_base"},
+	{"svg_base_impl", "SVGElementInterface", "svg_elements"},
+	{"svg_base_impl", "Url", "url"},
+};
+
+ORVAN_REGISTER(ORVAN_ORDER_DOCUMENT, entries)
+[] = {
+	{Kind::unit, "svg_base_impl"}, kDocumentClass, kContextClass, kUses[0], kUses[1], kUses[2], kUses[3],
+};
+
+} // namespace
+} // namespace orvan::svg

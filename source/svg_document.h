@@ -1,0 +1,30 @@
+/// The implementation of `SVGDocumentInterface`.
+#pragma once
+
+#include "orvan/hash_map.h"
+#include "svg_base.h"
+
+namespace orvan::svg
+{
+
+/// A document owns the root of its tree and the table of ids.
+class Document : public ObjectBase
+{
+public:
+	Result<void> Init(const Url& url) noexcept;
+	void Reset() noexcept;
+	const Url& GetUrl() const noexcept;
+	const SVGElementRef& GetRootElement() const noexcept;
+	Result<SVGElementRef> GetElementById(const String& id) const noexcept;
+	Result<BaseArray<SVGElementRef>> GetElementsByIdWithPrefix(const String& prefix) const noexcept;
+
+private:
+	Result<void> Load() noexcept;
+	Result<void> BuildPlaceholder() noexcept;
+
+	StringMap<SVGElementRef> _elementsById;
+	SVGElementRef _rootElement;
+	Url _url;
+};
+
+} // namespace orvan::svg

@@ -1,0 +1,298 @@
+/// The element classes and the value types: their code that is more than a line, and their registration.
+#include "element_classes.h"
+#include "registration.h"
+
+#include <algorithm>
+#include <array>
+
+namespace orvan::svg
+{
+
+// The svg element ----------------------------------------------------------------------------------------------------
+
+Result<void> SVGElement::SetViewport(const SVGViewport& viewport) noexcept
+{
+	DataDictionary changed = GetAttributeDictionary();
+	const auto set = [&](SVGImportAttribute key, const SVGLength& value)
+	{
+		return changed.Set(static_cast<std::int32_t>(key), value);
+	};
+	ORVAN_TRY(set(SVGImportAttribute::x, viewport.x));
+	ORVAN_TRY(set(SVGImportAttribute::y, viewport.y));
+	ORVAN_TRY(set(SVGImportAttribute::width, viewport.width));
+	ORVAN_TRY(set(SVGImportAttribute::height, viewport.height));
+	ReplaceAttributes(std::move(changed));
+	return {};
+}
+
+SVGViewport SVGElement::GetViewport() const noexcept
+{
+	const SVGViewport absent;
+	return {GetOr(SVGImportAttribute::x, absent.x), GetOr(SVGImportAttribute::y, absent.y),
+			GetOr(SVGImportAttribute::width, absent.width), GetOr(SVGImportAttribute::height, absent.height)};
+}
+
+// Use ----------------------------------------------------------------------------------------------------------------
+
+Result<void> UseElement::CopyStateTo(UseElement& copy) const noexcept
+{
+	copy._link = _link;
+	copy._shadowRoot = ORVAN_TRY(WeakRef::To(_shadowRoot.Lock().GetObject()));
+	return ElementBase::CopyStateTo(copy);
+}
+
+Result<void> UseElement::SetLink(const String& link) noexcept
+{
+	_link = link;
+	_shadowRoot = WeakRef();
+	return {};
+}
+
+String UseElement::GetLink() const noexcept
+{
+	return _link;
+}
+
+bool UseElement::IsLinkDirty() const noexcept
+{
+	return !_link.IsEmpty() && !_shadowRoot.Lock();
+}
+
+Result<void> UseElement::SetShadowRoot(const SVGElementRef& element) noexcept
+{
+	if (!element)
+		return NullReferenceError("A use element cannot stand for an empty reference.");
+	for (const HierarchyObject* at = this; at != nullptr; at = at->Parent())
+	{
+		if (at == element.GetObject())
+			return IllegalArgumentError("A use element cannot stand for an element that contains it.");
+	}
+	_shadowRoot = ORVAN_TRY(WeakRef::To(element.GetObject()));
+	return {};
+}
+
+// Gradients ----------------------------------------------------------------------------------------------------------
+
+Float StopElement::Stop::GetOffset() const noexcept
+{
+	return ClampToUnit(_element.GetOr(SVGImportAttribute::offset, 0.0));
+}
+
+Color StopElement::Stop::GetColor() const noexcept
+{
+	return _element.GetOr(SVGImportAttribute::stopColor, Color());
+}
+
+Float StopElement::Stop::GetOpacity() const noexcept
+{
+	return _element.GetOr(SVGImportAttribute::stopOpacity, 1.0);
+}
+
+namespace
+{
+
+/// The stops among an element's children, in order; an offset below its predecessor's is raised to it.
+Result<BaseArray<SVGGradientStop>> CollectStops(const HierarchyObject& gradient) noexcept
+{
+	BaseArray<SVGGradientStop> stops;
+	Float reached = 0.0;
+	for (HierarchyObject* child = gradient.FirstChild(); child != nullptr; child = child->NextSibling())
+	{
+		const auto stop = SVGStopElementRef::From(child);
+		if (!stop)
+			continue;
+		reached = std::max(reached, stop->GetOffset());
+		ORVAN_TRY(stops.Append({stop->GetColor(), stop->GetOpacity(), reached}));
+	}
+	return stops;
+}
+
+/// What linear and radial gradients have in common.
+template <typename Gradient>
+Result<Gradient> StartGradient(const ElementBase& element) noexcept
+{
+	Gradient gradient;
+	gradient.units = element.Get(Property<SVGGradientUnits>{SVGImportAttribute::gradientUnits, gradient.units});
+	gradient.spread = element.Get(Property<SVGSpreadMethod>{SVGImportAttribute::spreadMethod, gradient.spread});
+	gradient.stops = ORVAN_TRY(CollectStops(element));
+	return gradient;
+}
+
+/// A coordinate as a plain number: percentages already stand as fractions, and no unit is converted.
+Float Coordinate(const ElementBase& element, SVGImportAttribute key, Float absent) noexcept
+{
+	const auto* length = element.Find<SVGLength>(key);
+	return length != nullptr ? length->value : absent;
+}
+
+} // namespace
+
+Result<SVGLinearGradient> LinearGradientElement::GetLinearGradient() const noexcept
+{
+	auto gradient = ORVAN_TRY(StartGradient<SVGLinearGradient>(*this));
+	gradient.x1 = Coordinate(*this, SVGImportAttribute::x1, gradient.x1);
+	gradient.y1 = Coordinate(*this, SVGImportAttribute::y1, gradient.y1);
+	gradient.x2 = Coordinate(*this, SVGImportAttribute::x2, gradient.x2);
+	gradient.y2 = Coordinate(*this, SVGImportAttribute::y2, gradient.y2);
+	return gradient;
+}
+
+Result<SVGRadialGradient> RadialGradientElement::GetRadialGradient() const noexcept
+{
+	auto gradient = ORVAN_TRY(StartGradient<SVGRadialGradient>(*this));
+	gradient.cx = Coordinate(*this, SVGImportAttribute::cx, gradient.cx);
+	gradient.cy = Coordinate(*this, SVGImportAttribute::cy, gradient.cy);
+	gradient.r = Coordinate(*this, SVGImportAttribute::r, gradient.r);
+	gradient.fx = Coordinate(*this, SVGImportAttribute::fx, gradient.cx);
+	gradient.fy = Coordinate(*this, SVGImportAttribute::fy, gradient.cy);
+	return gradient;
+}
+
+// Path ---------------------------------------------------------------------------------------------------------------
+
+Result<void> PathElement::CopyStateTo(PathElement& copy) const noexcept
+{
+	ORVAN_TRY(copy._path.CopyFrom(_path));
+	return ElementBase::CopyStateTo(copy);
+}
+
+Result<BaseArray<SVGPathCommand>> PathElement::GetPath() const noexcept
+{
+	return _path.GetCommands();
+}
+
+Result<void> PathElement::MoveTo(const Vector2d& point) noexcept
+{
+	return _path.Append(SVGPathCommandType::move, {point});
+}
+
+Result<void> PathElement::LineTo(const Vector2d& point) noexcept
+{
+	return _path.Append(SVGPathCommandType::line, {point});
+}
+
+Result<void> PathElement::CubicBezierTo(const Vector2d& control1, const Vector2d& control2,
+										const Vector2d& point) noexcept
+{
+	return _path.Append(SVGPathCommandType::cubic, {control1, control2, point});
+}
+
+Result<void> PathElement::CloseSubpath() noexcept
+{
+	return _path.Append(SVGPathCommandType::close, {});
+}
+
+Result<void> PathElement::PathExit() noexcept
+{
+	_path.Compact();
+	return {};
+}
+
+// Text ---------------------------------------------------------------------------------------------------------------
+
+Result<void> TextElement::CopyStateTo(TextElement& copy) const noexcept
+{
+	copy._text = _text;
+	return ElementBase::CopyStateTo(copy);
+}
+
+// Classes ------------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+/// The declaration of an element class: the two interfaces of every element, and its own.
+template <typename Element, typename... Bindings>
+constexpr ClassDeclaration DeclareElement(const char* id) noexcept
+{
+	return DeclareClass<Element, Implements<SVGElementInterface, ElementBase>,
+						Implements<HierarchyObjectInterface, HierarchyObject>, Bindings...>(id);
+}
+
+constexpr std::array kElementClasses = {
+	DeclareElement<BaseElement>("net.orvan.image.class.svgelement"),
+	DeclareElement<SVGElement, Implements<SVGSVGElementInterface, SVGElement>,
+				   Implements<SVGFitToViewboxInterface, FitToViewbox>, Implements<SVGPositionInterface, Position>,
+				   Implements<SVGSizeInterface, Size>>("net.orvan.image.class.svgsvgelement"),
+	DeclareElement<UseElement, Implements<SVGUseElementInterface, UseElement>,
+				   Implements<SVGPositionInterface, Position>, Implements<SVGSizeInterface, Size>>(
+		"net.orvan.image.class.svguseelement"),
+	DeclareElement<DefsElement, Implements<SVGDefsElementInterface, DefsElement>>(
+		"net.orvan.image.class.svgdefselement"),
+	DeclareElement<SymbolElement, Implements<SVGSymbolElementInterface, SymbolElement>,
+				   Implements<SVGFitToViewboxInterface, FitToViewbox>>("net.orvan.image.class.svgsymbolelement"),
+	DeclareElement<GroupElement, Implements<SVGGroupElementInterface, GroupElement>>(
+		"net.orvan.image.class.svggroupelement"),
+	DeclareElement<LinearGradientElement, Implements<SVGLinearGradientElementInterface, LinearGradientElement>>(
+		"net.orvan.image.class.svglineargradientelement"),
+	DeclareElement<RadialGradientElement, Implements<SVGRadialGradientElementInterface, RadialGradientElement>>(
+		"net.orvan.image.class.svgradialgradientelement"),
+	DeclareElement<StopElement, Implements<SVGStopElementInterface, StopElement::Stop>>(
+		"net.orvan.image.class.svgstopelement"),
+	DeclareElement<PathElement, Implements<SVGPathElementInterface, PathElement>>(
+		"net.orvan.image.class.svgpathelement"),
+	DeclareElement<RectElement, Implements<SVGRectElementInterface, RectElement>,
+				   Implements<SVGPositionInterface, Position>, Implements<SVGSizeInterface, Size>,
+				   Implements<SVGRadiusInterface, Radius>>("net.orvan.image.class.svgrectelement"),
+	DeclareElement<CircleElement, Implements<SVGCircleElementInterface, CircleElement>,
+				   Implements<SVGPositionInterface, CenterPosition>, Implements<SVGRadiusInterface, Radius>>(
+		"net.orvan.image.class.svgcircleelement"),
+	DeclareElement<LineElement, Implements<SVGLineElementInterface, LineEnds>>("net.orvan.image.class.svglineelement"),
+	DeclareElement<TextElement, Implements<SVGTextElementInterface, TextElement>,
+				   Implements<SVGPositionInterface, Position>>("net.orvan.image.class.svgtextelement"),
+	DeclareElement<MaskElement, Implements<SVGMaskElementInterface, MaskElement>,
+				   Implements<SVGPositionInterface, Position>, Implements<SVGSizeInterface, Size>>(
+		"net.orvan.image.class.svgmaskelement"),
+	DeclareElement<ClipPathElement, Implements<SVGClipPathElementInterface, ClipPathElement>>(
+		"net.orvan.image.class.svgclippathelement"),
+};
+
+} // namespace
+
+ElementBase* AsElement(HierarchyObject* object) noexcept
+{
+	if (object == nullptr)
+		return nullptr;
+	const ClassDeclaration* declaration = object->GetClass().declaration.load(std::memory_order_relaxed);
+	const bool isOurs =
+		!std::less<>()(declaration, kElementClasses.begin()) && std::less<>()(declaration, kElementClasses.end());
+	return isOurs ? static_cast<ElementBase*>(object) : nullptr;
+}
+
+// Registration -------------------------------------------------------------------------------------------------------
+
+namespace
+{
+
+constexpr UseDeclaration kUses[] = {
+	{"svg_elements_impl", "SVGElementInterface", "svg_elements"},
+	{"svg_elements_impl", "SVGPaint", "svg_types"},
+	{"svg_elements_impl", "DataDictionary", "data_dictionary"},
+	{"svg_elements_impl", "HierarchyObjectInterface", "hierarchy"},
+};
+
+ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, unitEntry)(Kind::unit, "svg_elements_impl");
+
+ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, classEntries)
+[] = {
+	kElementClasses[0],  kElementClasses[1],  kElementClasses[2],  kElementClasses[3],
+	kElementClasses[4],  kElementClasses[5],  kElementClasses[6],  kElementClasses[7],
+	kElementClasses[8],  kElementClasses[9],  kElementClasses[10], kElementClasses[11],
+	kElementClasses[12], kElementClasses[13], kElementClasses[14], kElementClasses[15],
+};
+static_assert(std::size(classEntries) == kElementClasses.size());
+
+ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, dataTypeEntries)
+[] = {
+	DataTypeEntry<SVGPaint>(),          DataTypeEntry<SVGLength>(),
+	DataTypeEntry<SVGLength2d>(),       DataTypeEntry<SVGPathCommand>(),
+	DataTypeEntry<SVGGradientStop>(),   DataTypeEntry<SVGLinearGradient>(),
+	DataTypeEntry<SVGRadialGradient>(), DataTypeEntry<SVGViewbox>(),
+	DataTypeEntry<SVGViewport>(),       DataTypeEntry<SVGPreserveAspectRatio>(),
+};
+
+ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, useEntries)[] = {kUses[0], kUses[1], kUses[2], kUses[3]};
+
+} // namespace
+
+} // namespace orvan::svg
