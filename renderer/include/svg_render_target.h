@@ -5,10 +5,12 @@
 /// can implement it, and a host that finds it on whatever context is registered can use it.
 ///
 ///     SVGContextRef context = ORVAN_TRY(CreateObject<SVGContextInterface>(kSVGContextClass));
-///     SVGRenderTargetRef target = Cast<SVGRenderTargetInterface>(context);   // null: this renderer cannot make
-///     pictures SVGRenderOptions options; options.width = 256;                                                   // the
-///     height follows the document ORVAN_TRY(target->Begin(document, options)); ORVAN_TRY(DrawSVGElement(context,
-///     document->GetRootElement())); ORVAN_TRY(target->Finish(ORVAN_TRY(String::Create("drawing.png"))));
+///     SVGRenderTargetRef target = Cast<SVGRenderTargetInterface>(context); // Null when it cannot make pictures.
+///     SVGRenderOptions options;
+///     options.width = 256; // The height follows the document.
+///     ORVAN_TRY(target->Begin(document, options));
+///     ORVAN_TRY(DrawSVGElement(context, document->GetRootElement()));
+///     ORVAN_TRY(target->Finish(ORVAN_TRY(String::Create("drawing.png"))));
 ///
 /// The same object may draw one picture after another. It does no locking: one thread at a time.
 #pragma once
