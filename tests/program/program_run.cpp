@@ -1,0 +1,61 @@
+#include "program_run.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <sys/wait.h>
+
+namespace orvan::test
+{
+namespace
+{
+std::string Quote(const std::string& text)
+{
+	std::string quoted = "'";
+	for (const char c : text)
+		quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+	return quoted + "'";
+}
+
+std::string ReadFile(const std::filesystem::path& path)
+{
+	std::ifstream file(path, std::ios::binary);
+	return {std::istreambuf_iterator<char>(file), {}};
+}
+} // namespace
+
+ProgramRun RunProgram(const std::vector<std::string>& arguments)
+{
+	const TemporaryFolder folder;
+	std::string command = Quote(ORVAN_PROGRAM);
+	for (const std::string& argument : arguments)
+		command += ' ' + Quote(argument);
+	command += " >" + Quote(folder.GetPath() / "output") + " 2>" + Quote(folder.GetPath() / "errors");
+	const int result = std::system(command.c_str());
+	return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, ReadFile(folder.GetPath() / "output"),
+			ReadFile(folder.GetPath() / "errors")};
+}
+
+TemporaryFolder::TemporaryFolder()
+{
+	std::string pattern = std::filesystem::temp_directory_path() / "orvan-program-XXXXXX";
+	if (mkdtemp(pattern.data()) == nullptr)
+		std::abort();
+	_path = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+	std::error_code ignored;
+	std::filesystem::remove_all(_path, ignored);
+}
+
+std::string TemporaryFolder::Write(const std::string& name, std::string_view content) const
+{
+	const std::filesystem::path path = _path / name;
+	std::filesystem::create_directories(path.parent_path());
+	std::ofstream(path, std::ios::binary) << content;
+	return path;
+}
+
+} // namespace orvan::test

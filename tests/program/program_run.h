@@ -1,0 +1,43 @@
+/// Running the program.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvan::test
+{
+
+/// What a run of the program left behind.
+struct ProgramRun
+{
+	int status = -1; ///< Exit status; -1 when it did not end by itself.
+	std::string output;
+	std::string errors;
+};
+
+/// Runs the program with these arguments, to its end.
+ProgramRun RunProgram(const std::vector<std::string>& arguments);
+
+/// A folder of the test's own that goes with it.
+class TemporaryFolder
+{
+public:
+	TemporaryFolder();
+	TemporaryFolder(const TemporaryFolder&) = delete;
+	~TemporaryFolder();
+
+	/// Writes a file, making the folders that it stands in; returns its path.
+	std::string Write(const std::string& name, std::string_view content) const;
+
+	const std::filesystem::path& GetPath() const
+	{
+		return _path;
+	}
+
+private:
+	std::filesystem::path _path;
+};
+
+} // namespace orvan::test
