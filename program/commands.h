@@ -24,5 +24,6 @@ void AddIdsCommand(CommandLine& commandLine);
 void AddCheckCommand(CommandLine& commandLine);
 void AddRegistryCommand(CommandLine& commandLine);
 void AddIconCommand(CommandLine& commandLine);
+void AddRenderCommand(CommandLine& commandLine);
 
 } // namespace orvan::program

@@ -18,6 +18,13 @@ public:
 	using std::runtime_error::runtime_error;
 };
 
+/// The command line asks for something that makes no sense. Ends the program with status 2.
+class UsageFailure : public Failure
+{
+public:
+	using Failure::Failure;
+};
+
 /// Whoever read the results has gone (`| head`). Ends the program, with status 0.
 struct ClosedPipe
 {

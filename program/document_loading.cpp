@@ -113,7 +113,7 @@ void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
 
 Url ToUrl(const std::string& file)
 {
-	if (file.starts_with("file:"))
+	if (file.starts_with("file:") || file.starts_with("memory:"))
 		return Unwrap(Url::Create(file));
 	return Unwrap(Url::FromPath(std::filesystem::absolute(file).lexically_normal().native()));
 }

@@ -32,7 +32,8 @@ struct LoadOutcome
 	std::vector<Finding> warnings;
 };
 
-/// The URL that a command line argument means: a `file:` URL as it stands, or that of a path, made absolute.
+/// The URL that a command line argument means: a `file:` or `memory:` URL as it stands, or that of a path, made
+/// absolute.
 Url ToUrl(const std::string& file);
 
 /// Loads a file into a new object of class `classId`, which must implement the document interface. Never throws for

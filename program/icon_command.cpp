@@ -2,6 +2,7 @@
 #include "console.h"
 #include "document_loading.h"
 #include "icon_watch.h"
+#include "picture.h"
 #include "vector_icon.h"
 
 #include <memory>
@@ -16,6 +17,7 @@ struct Options
 	std::uint32_t state = 0;
 	std::vector<std::string> enabled;
 	std::vector<std::string> disabled;
+	std::string picture;
 	bool watches = false;
 };
 
@@ -61,18 +63,20 @@ int ShowIcon(const Options& options, bool hasState)
 		icon->SetState(static_cast<SVGIconState>(options.state));
 	status |= SwitchLayers(icon, options.enabled, true);
 	status |= SwitchLayers(icon, options.disabled, false);
-	const auto print = [&outcome]
+	const auto show = [&]
 	{
 		PrintLayers(outcome.document->GetRootElement());
+		if (!options.picture.empty())
+			WritePicture(outcome.document, {}, options.picture);
 	};
-	print();
+	show();
 	if (options.watches)
 	{
 		WatchIcon(icon,
-				  [&print]
+				  [&show]
 				  {
 					  Print("\n");
-					  print();
+					  show();
 				  });
 	}
 	return status;
@@ -95,6 +99,9 @@ void AddIconCommand(CommandLine& commandLine)
 		->type_name("ID")
 		->expected(1)
 		->take_all();
+	command->add_option("-o,--output", options->picture, "Also draw the icon into this .png or .pdf file")
+		->type_name("OUT")
+		->check(&CheckPictureName);
 	command->add_flag("--watch", options->watches,
 					  "Follow the file and print again at every reload, until interrupted");
 }

@@ -25,6 +25,7 @@ int Run(int argumentCount, char** arguments)
 	AddCheckCommand(commandLine);
 	AddRegistryCommand(commandLine);
 	AddIconCommand(commandLine);
+	AddRenderCommand(commandLine);
 	try
 	{
 		commandLine.app.parse(argumentCount, arguments);
@@ -70,6 +71,6 @@ int main(int argumentCount, char** arguments)
 	catch (const std::exception& exception)
 	{
 		std::fprintf(stderr, "orvan-svg: %s\n", exception.what());
-		return kStatusFailed;
+		return dynamic_cast<const UsageFailure*>(&exception) != nullptr ? kStatusWrongUsage : kStatusFailed;
 	}
 }
