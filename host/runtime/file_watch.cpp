@@ -11,6 +11,9 @@ namespace
 constexpr std::chrono::milliseconds kQuiet(50);
 constexpr std::chrono::milliseconds kLongestBurst(1000);
 
+/// Twice the longest step of the clocks that file systems use.
+constexpr std::int64_t kClockStep = 20'000'000;
+
 std::int64_t Nanoseconds(const timespec& time) noexcept
 {
 	return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
@@ -24,6 +27,22 @@ runtime::FileIdentity runtime::FileIdentity::Of(const std::string& path) noexcep
 	if (stat(path.c_str(), &status) != 0)
 		return {};
 	return {status.st_dev, status.st_ino, status.st_size, Nanoseconds(status.st_mtim), Nanoseconds(status.st_ctim)};
+}
+
+bool runtime::FileIdentity::IsTooRecent() const noexcept
+{
+	timespec now;
+	clock_gettime(CLOCK_REALTIME, &now);
+	return changed > Nanoseconds(now) - kClockStep;
+}
+
+bool MonitorRegistration::TakeIdentity() noexcept
+{
+	const runtime::FileIdentity now = runtime::FileIdentity::Of(path);
+	const bool isChanged = isUncertain || !(now == reported);
+	reported = now;
+	isUncertain = now.IsTooRecent();
+	return isChanged;
 }
 
 void MonitorRegistration::Note(runtime::Clock::time_point now) noexcept

@@ -22,6 +22,10 @@ struct FileIdentity
 	/// The identity of what stands at `path` now.
 	static FileIdentity Of(const std::string& path) noexcept;
 
+	/// True when the file was changed so short a time ago that a further change may leave the identity as it is: file
+	/// systems take their time from a clock that moves in steps.
+	bool IsTooRecent() const noexcept;
+
 	friend bool operator==(const FileIdentity&, const FileIdentity&) noexcept = default;
 
 	dev_t device = 0;
@@ -48,15 +52,18 @@ struct MonitorRegistration
 	/// open; it is over at the latest after a second, so that a file that is always being written is reported too.
 	void Note(runtime::Clock::time_point now) noexcept;
 
+	/// Takes the file as it is now for reported; true when it differs, or may differ, from what was reported before.
+	bool TakeIdentity() noexcept;
+
 	std::string path;
 	FileChangeCallback callback;
 	void* context;
 
 	std::vector<runtime::WatchedName> names;
 	runtime::FileIdentity reported; ///< As of the last report, or of the start.
+	bool isUncertain = false;       ///< That identity was too recent to tell a further change by it.
 
 	bool isDue = false;
-	bool isWritten = false;   ///< There was new content, which need not show in the identity.
 	bool hasWriter = false;   ///< A writer has not closed the file yet.
 	bool mustFollow = false;  ///< The path may lead elsewhere now.
 	bool isUnwatched = false; ///< The system refused; tried again when due.

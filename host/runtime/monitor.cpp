@@ -140,7 +140,7 @@ Result<MonitorRegistration*> Monitor::Start(const Url& url, FileChangeCallback c
 	try
 	{
 		error = Follow(*watch);
-		watch->reported = FileIdentity::Of(watch->path);
+		watch->TakeIdentity();
 	}
 	catch (const std::bad_alloc&)
 	{
@@ -235,8 +235,6 @@ void Monitor::TakeFor(MonitorRegistration& watch, const inotify_event& event, st
 	if (isContent && !isLast)
 		return;
 	watch.mustFollow = watch.mustFollow || !isContent;
-	if (event.mask & IN_MODIFY)
-		watch.isWritten = true;
 	// A new file is usually there to be written. Whoever wrote the one that is gone has no say any more.
 	if (event.mask & (IN_MODIFY | IN_CREATE))
 		watch.hasWriter = isLast && !(event.mask & IN_ISDIR);
@@ -284,11 +282,8 @@ MonitorRegistration* Monitor::NextDue(Clock::time_point now) noexcept
 /// Ends the burst of `watch`; true when it changed something that has not been reported yet.
 bool Monitor::CloseBurst(MonitorRegistration& watch) noexcept
 {
-	const FileIdentity now = FileIdentity::Of(watch.path);
-	const bool isChanged = watch.isWritten || !(now == watch.reported);
-	watch.isDue = watch.isWritten = watch.hasWriter = false;
-	watch.reported = now;
-	return isChanged;
+	watch.isDue = watch.hasWriter = false;
+	return watch.TakeIdentity();
 }
 
 int Monitor::Dispatch()

@@ -1,0 +1,175 @@
+#include "orvan/data_dictionary.h"
+
+#include "runtime/registry.h"
+#include "support.h"
+#include "test_types.h"
+
+#include <map>
+
+namespace orvan
+{
+
+void RegisterTestTypes()
+{
+	static const bool isRegistered = runtime::AddDataType(kDataTypeDeclaration<LargeValue>).IsOk();
+	ASSERT_TRUE(isRegistered);
+}
+
+namespace
+{
+
+BaseArray<Float> Numbers(std::initializer_list<Float> values)
+{
+	BaseArray<Float> numbers;
+	Must(numbers.AppendAll(values.begin(), values.size()));
+	return numbers;
+}
+
+/// One value of each kind: inside and trivial, inside and not, outside.
+DataDictionary MixedDictionary()
+{
+	RegisterTestTypes();
+	DataDictionary dictionary;
+	Must(dictionary.Set(3, Numbers({1, 2})));
+	Must(dictionary.Set(1, 0.5));
+	Must(dictionary.Set(2, LargeValue{{0, 0, 0, 0, 0, 9}}));
+	Must(dictionary.Set(4, Text("text")));
+	return dictionary;
+}
+
+std::vector<std::int32_t> Keys(const DataDictionary& dictionary)
+{
+	std::vector<std::int32_t> keys;
+	for (const auto& entry : dictionary)
+		keys.push_back(entry.key);
+	return keys;
+}
+
+TEST(DataDictionary, KeepsItsEntriesInTheOrderOfTheirKeys)
+{
+	DataDictionary dictionary;
+	std::map<std::int32_t, Float> model;
+	for (int i = 0; i < 200; i++)
+	{
+		const std::int32_t key = i * 37 % 101 - 50;
+		Must(dictionary.Set(key, Float(i)));
+		model[key] = i;
+	}
+	ASSERT_EQ(model.size(), dictionary.GetCount());
+	auto expected = model.begin();
+	for (const auto& entry : dictionary)
+	{
+		ASSERT_EQ(expected->first, entry.key);
+		ASSERT_EQ(expected->second, *dictionary.GetValue<Float>(entry));
+		++expected;
+	}
+	EXPECT_FALSE(dictionary.Has(51));
+}
+
+TEST(DataDictionary, AnswersOnlyForTheRightType)
+{
+	const DataDictionary dictionary = MixedDictionary();
+	EXPECT_EQ(0.5, dictionary.GetOr(1, 7.0));
+	EXPECT_EQ(7, dictionary.GetOr<std::int32_t>(1, 7));
+	EXPECT_EQ(nullptr, dictionary.Find<Float>(9));
+	EXPECT_EQ(9, dictionary.Find<LargeValue>(2)->numbers[5]);
+	EXPECT_EQ("The dictionary has no value under key 9.", MessageOf(dictionary.GetData(9)));
+}
+
+TEST(DataDictionary, ReplacesValuesByOthersOfAnySize)
+{
+	const DataDictionary original = MixedDictionary();
+	DataDictionary dictionary = original;
+	for (int round = 0; round < 20; round++)
+	{
+		for (const std::int32_t key : {1, 2, 3, 4})
+		{
+			switch ((key + round) % 4)
+			{
+			case 0:
+				Must(dictionary.Set(key, Float(round)));
+				break;
+			case 1:
+				Must(dictionary.Set(key, LargeValue{{Float(round)}}));
+				break;
+			case 2:
+				Must(dictionary.Set(key, Numbers({Float(round), 1, 2})));
+				break;
+			default:
+				Must(dictionary.Set(key, Text(std::to_string(round))));
+			}
+		}
+	}
+	EXPECT_EQ((std::vector<std::int32_t>{1, 2, 3, 4}), Keys(dictionary));
+	EXPECT_EQ(19, *dictionary.Find<Float>(1));
+	EXPECT_EQ(19, dictionary.Find<LargeValue>(2)->numbers[0]);
+	EXPECT_EQ(19, (*dictionary.Find<BaseArray<Float>>(3))[0]);
+	EXPECT_EQ("19", dictionary.Find<String>(4)->View());
+	EXPECT_EQ("text", original.Find<String>(4)->View());
+}
+
+TEST(DataDictionary, CopiesShareOneContentUntilOneIsWritten)
+{
+	DataDictionary first = MixedDictionary();
+	const DataDictionary second = first;
+	EXPECT_TRUE(first.IsSameObject(second));
+	const Float* value = second.Find<Float>(1);
+	Must(first.Set(1, 0.75));
+	EXPECT_FALSE(first.IsSameObject(second));
+	EXPECT_EQ(value, second.Find<Float>(1));
+	EXPECT_EQ(0.5, *value);
+	EXPECT_EQ(0.75, first.GetOr(1, 0.0));
+	// The only owner writes in place.
+	const BaseArray<Float>* numbers = first.Find<BaseArray<Float>>(3);
+	Must(first.Set(1, 0.8));
+	EXPECT_EQ(numbers, first.Find<BaseArray<Float>>(3));
+}
+
+TEST(DataDictionary, IsAsItWasAfterAFailedWrite)
+{
+	const DataDictionary shared = MixedDictionary();
+	const auto live = FindDataType<String>()->liveValues.load();
+	const int allocations = FailEachAllocation(
+		[&]
+		{
+			DataDictionary dictionary = shared;
+			auto result = dictionary.Set(5, LargeValue{{5}});
+			EXPECT_EQ(result.IsOk(), dictionary.Has(5));
+			EXPECT_EQ(2, (*dictionary.Find<BaseArray<Float>>(3))[1]);
+			return result;
+		});
+	EXPECT_EQ(5, allocations) << "the copied block, large value and array, the new value, and room for a fifth entry";
+	EXPECT_EQ(live, FindDataType<String>()->liveValues.load());
+	EXPECT_FALSE(shared.Has(5));
+}
+
+TEST(DataDictionary, TakesAndGivesValuesOfAnyType)
+{
+	const DataDictionary source = MixedDictionary();
+	DataDictionary target;
+	for (const std::int32_t key : {1, 2, 3, 4})
+		Must(target.SetData(key, Must(source.GetData(key))));
+	EXPECT_EQ(9, target.Find<LargeValue>(2)->numbers[5]);
+	EXPECT_EQ(1, (*target.Find<BaseArray<Float>>(3))[0]);
+	EXPECT_EQ("text", target.Find<String>(4)->View());
+	EXPECT_EQ("An empty value cannot be stored under key 1.", MessageOf(target.SetData(1, Data())));
+	EXPECT_EQ(0.5, target.GetOr(1, 0.0));
+}
+
+TEST(DataDictionary, TakesOneBlockForTheUsualNumberOfEntries)
+{
+	DataDictionary dictionary;
+	EXPECT_EQ(sizeof(void*), sizeof dictionary);
+	for (std::int32_t key = 1; key <= 10; key++)
+		Must(dictionary.Set(key, Color{}));
+	const DataDictionary other = dictionary;
+	EXPECT_EQ(1, FailEachAllocation(
+					 [&]
+					 {
+						 DataDictionary copy = other;
+						 return copy.Set(5, Color{1, 1, 1});
+					 }));
+}
+
+} // namespace
+} // namespace orvan
