@@ -43,11 +43,11 @@ TEST(TreeCommand, TellsTheUrlTheIdsAndTheElements)
 
 TEST(TreeCommand, ShowsEachTypeOfAttributeInItsForm)
 {
-	const json rect = FirstChild("<rect x='50%' fill='url(#g) red' stroke='#f00' opacity='.5' stroke-linecap='round' "
+	const json rect = FirstChild("<rect x='50%' fill='url(#g)' stroke='#f00' opacity='.5' stroke-linecap='round' "
 								 "stroke-dasharray='1 2px' clip-path='url(#c)' transform='translate(3 4)'/>");
 	EXPECT_EQ(rect["transform"], json({3, 4, 1, 0, 0, 1}));
 	EXPECT_EQ(rect["attributes"], json::parse(R"({
-		"x": {"value": 0.5, "unit": 8}, "fill": {"type": 3, "color": [1, 0, 0], "reference": "g"},
+		"x": {"value": 0.5, "unit": 8}, "fill": {"type": 3, "color": [0, 0, 0], "reference": "g"},
 		"stroke": {"type": 2, "color": [1, 0, 0]}, "opacity": 0.5, "stroke-linecap": 2,
 		"stroke-dasharray": [{"value": 1, "unit": 9}, {"value": 2, "unit": 2}], "clip-path": "c"})"));
 
