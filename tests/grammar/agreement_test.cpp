@@ -1,0 +1,137 @@
+// The fast layer and the library, side by side over random texts that are nearly, or fully, values. The fuzz targets do
+// the same in earnest; this is what every test run can afford.
+
+#include "grammar_library.h"
+#include "recording_sinks.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <span>
+
+namespace orvan::grammar
+{
+namespace
+{
+constexpr int kTexts = 30000;
+
+class Texts
+{
+public:
+	/// Some of the tokens in a row, with numbers in place of "#".
+	std::string Next(std::span<const std::string_view> tokens, std::size_t most)
+	{
+		std::string text;
+		for (std::size_t count = Pick(most + 1); count != 0; --count)
+		{
+			const std::string_view token = tokens[Pick(tokens.size())];
+			if (token == "#")
+				AddNumber(text);
+			else
+				text += token;
+		}
+		return text;
+	}
+
+private:
+	std::size_t Pick(std::size_t count)
+	{
+		return _random() % count;
+	}
+
+	void AddNumber(std::string& text)
+	{
+		static constexpr std::string_view kSigns[]{"", "", " ", "-", ",", " -"};
+		static constexpr std::string_view kExponents[]{"e2", "e-3", "E+1", "e", "e400"};
+		text += kSigns[Pick(std::size(kSigns))];
+		text += std::to_string(_random() >> (Pick(8) == 0 ? 0 : 40 + Pick(24)));
+		if (Pick(2) == 0)
+			text += '.' + std::to_string(_random() >> (Pick(8) == 0 ? 0 : 30 + Pick(34)));
+		if (Pick(16) == 0)
+			text += kExponents[Pick(std::size(kExponents))];
+	}
+
+	std::mt19937_64 _random{11};
+};
+
+/// What a function makes of a text. `parse` gets a sink for paths or lengths.
+template <typename Sink, typename Parse>
+std::string Outcome(Parse parse)
+{
+	Sink sink;
+	const Parsed parsed = parse(sink);
+	return parsed == Parsed::value ? sink.text : parsed == Parsed::nothing ? "nothing" : "refused";
+}
+
+template <typename Sink, typename Fast, typename Library>
+void ExpectAgreement(std::span<const std::string_view> tokens, std::size_t most, Fast fast, Library library)
+{
+	Texts texts;
+	int accepted = 0;
+	for (int i = 0; i != kTexts; ++i)
+	{
+		const std::string text = texts.Next(tokens, most);
+		const std::string expected = Outcome<Sink>([&](Sink& sink) { return library(text, sink); });
+		ASSERT_EQ(Outcome<Sink>([&](Sink& sink) { return fast(text, sink); }), expected) << text;
+		accepted += expected != "refused";
+	}
+	// Texts that are all refused would show little.
+	EXPECT_GT(accepted, kTexts / 50);
+}
+
+TEST(Layers, AgreeOnPaths)
+{
+	static constexpr std::string_view kTokens[]{
+		"M1 1",       "M1 1", "l#,#", "L # #", "h#", "V#",           "c#,# #,# #,#",   "S# #,# #",
+		"q#.5 1,1 1", "t1 1", "#",    "z",     " ",  "a5 5 0 01#,#", "A1,2 3 1,0 4 5", "."};
+	ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePath, library::ParsePath);
+}
+
+TEST(Layers, AgreeOnPoints)
+{
+	static constexpr std::string_view kTokens[]{"#", "#", "#", "1.", " ", "\n", ", ", ".5", "-", "1,2 "};
+	ExpectAgreement<RecordingPathSink>(kTokens, 9, ParsePoints, library::ParsePoints);
+}
+
+TEST(Layers, AgreeOnLengths)
+{
+	static constexpr std::string_view kTokens[]{"#", "#", "px", "em", "%", "In", " ", ", ", ".5", "none", "e", "5ex"};
+	for (Source source : {Source::attribute, Source::style})
+		ExpectAgreement<RecordingLengthSink>(
+			kTokens, 5,
+			[source](std::string_view text, LengthSink& sink) { return ParseDashArray(text, source, sink); },
+			[source](std::string_view text, LengthSink& sink) { return library::ParseDashArray(text, source, sink); });
+}
+
+TEST(Layers, AgreeOnTransforms)
+{
+	static constexpr std::string_view kTokens[]{"translate(1,2)",
+												"scale(3 .5)",
+												"scale(-2)",
+												"rotate(30 1,2)",
+												"(#)",
+												"rotate ( 7 )",
+												"matrix(1 2,3 4 5 6)",
+												"skewX(5)",
+												"translate",
+												",",
+												" "};
+	struct MatrixSink
+	{
+		std::string text;
+	};
+	const auto run = [](Parsed (*parse)(std::string_view, Matrix&))
+	{
+		return [parse](std::string_view text, MatrixSink& sink)
+		{
+			Matrix m;
+			const Parsed parsed = parse(text, m);
+			for (double number : {m.a, m.b, m.c, m.d, m.e, m.f})
+				AppendNumber(sink.text, number);
+			return parsed;
+		};
+	};
+	ExpectAgreement<MatrixSink>(kTokens, 5, run(ParseTransform), run(library::ParseTransform));
+}
+} // namespace
+} // namespace orvan::grammar
