@@ -35,8 +35,13 @@ std::pair<std::size_t, std::size_t> CheckAll(const Options& options, const Failu
 	ProgressBar bar(found.files.size());
 	for (std::size_t i = 0; i < found.files.size(); i++)
 	{
-		while (!check.WaitFor(i))
-			bar.Show(check.GetCounts().done, check.GetCounts().failed);
+		bool isLoaded = false;
+		while (!isLoaded)
+		{
+			isLoaded = check.WaitFor(i);
+			const auto [done, failed] = check.GetCounts();
+			bar.Show(done, failed);
+		}
 		if (const auto& refusal = check.GetRefusal(i))
 		{
 			bar.Hide();

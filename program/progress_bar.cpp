@@ -3,6 +3,7 @@
 #include "console.h"
 
 #include <cstdio>
+#include <string>
 
 namespace orvan::program
 {
@@ -19,25 +20,26 @@ ProgressBar::~ProgressBar()
 void ProgressBar::Show(std::size_t done, std::size_t failed)
 {
 	constexpr std::size_t kWidth = 40;
-	if (!_isOnTerminal)
+	constexpr auto kInterval = std::chrono::milliseconds(100);
+	const auto now = std::chrono::steady_clock::now();
+	if (!_isOnTerminal || now < _nextTime)
 		return;
+	_nextTime = now + kInterval;
 	const std::size_t filled = kWidth * done / _total;
 	std::string bar = "\r[" + std::string(filled, '#') + std::string(kWidth - filled, '.') + "] " +
 					  std::to_string(done) + '/' + std::to_string(_total);
 	if (failed != 0)
 		bar += ", " + std::to_string(failed) + " failed";
-	if (bar == _shown)
-		return;
 	std::fputs(bar.c_str(), stderr);
-	_shown = std::move(bar);
+	_isShown = true;
 }
 
 void ProgressBar::Hide()
 {
-	if (_shown.empty())
+	if (!_isShown)
 		return;
 	std::fputs("\r\033[K", stderr);
-	_shown.clear();
+	_isShown = false;
 }
 
 } // namespace orvan::program

@@ -1,8 +1,8 @@
 /// A progress bar on standard error.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
-#include <string>
 
 namespace orvan::program
 {
@@ -16,6 +16,7 @@ public:
 	ProgressBar(const ProgressBar&) = delete;
 	~ProgressBar();
 
+	/// Draws the bar, unless it was drawn only a moment ago.
 	void Show(std::size_t done, std::size_t failed);
 
 	/// Takes the bar off the terminal, before something else is printed.
@@ -24,7 +25,8 @@ public:
 private:
 	std::size_t _total;
 	bool _isOnTerminal;
-	std::string _shown;
+	bool _isShown = false;
+	std::chrono::steady_clock::time_point _nextTime;
 };
 
 } // namespace orvan::program
