@@ -1,0 +1,85 @@
+/// What one picture may cost. Files come from anywhere: a few lines of SVG can ask for years of drawing, by references
+/// that multiply at each level, and for all the memory of a machine, by layers inside layers. What is drawn in place is
+/// bounded by the file's size; the rest is bounded here.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+namespace orvan::cairo
+{
+
+/// Largest side of a picture in pixels; what the drawing library can address.
+inline constexpr double kMaxSide = 32767.0;
+/// Largest number of pixels in a picture: 256 MiB.
+inline constexpr double kMaxPixels = 64.0 * 1024 * 1024;
+/// Largest side of a page in points; viewers refuse more.
+inline constexpr double kMaxPageSide = 14400.0;
+/// How deep elements may stand inside each other, references followed. Each level takes a part of the stack.
+inline constexpr int kMaxDepth = 2048;
+/// Bytes of a text that are laid out; the layout's cost for one line grows faster than the line.
+inline constexpr std::size_t kMaxTextBytes = 32768;
+
+/// The reasons why something is left out; each is reported once a picture.
+enum class Omission : std::uint32_t
+{
+	cycle = 1,
+	depth = 2,
+	work = 4,
+	layers = 8,
+	text = 16,
+	dashes = 32,
+};
+
+/// Counts what a picture costs, in pixels that are touched. Drawing by reference and layers pay, drawing in place does
+/// not. Costs are estimates: they are there to tell a large picture from an endless one.
+class Budget
+{
+public:
+	Budget() noexcept = default;
+
+	/// A budget for a picture of this many pixels.
+	explicit Budget(double pixels) noexcept
+		: _work(std::max(kLeastWork, pixels * kLayersOfWork)),
+		  _layerPixels(std::max(kLeastLayerPixels, pixels * kLayersAlive))
+	{
+	}
+
+	/// Pays for one element drawn by reference and the pixels that it covers; false when there is nothing left.
+	bool PayForElement(double pixels) noexcept
+	{
+		_work -= kElementWork + pixels;
+		return _work > 0.0;
+	}
+
+	/// Pays for a layer that is alive until `CloseLayer`; false when there is no room for it.
+	bool OpenLayer(double pixels) noexcept
+	{
+		if (pixels > _layerPixels || !PayForElement(pixels * 2.0))
+			return false;
+		_layerPixels -= pixels;
+		return true;
+	}
+
+	void CloseLayer(double pixels) noexcept
+	{
+		_layerPixels += pixels;
+	}
+
+	bool IsExhausted() const noexcept
+	{
+		return _work <= 0.0;
+	}
+
+private:
+	static constexpr double kElementWork = 4096.0;
+	static constexpr double kLeastWork = 2e9;
+	static constexpr double kLayersOfWork = 512.0;
+	static constexpr double kLeastLayerPixels = 64.0 * 1024 * 1024;
+	static constexpr double kLayersAlive = 4.0;
+
+	double _work = 0.0;
+	double _layerPixels = 0.0;
+};
+
+} // namespace orvan::cairo

@@ -1,0 +1,197 @@
+#include "picture.h"
+
+#include "budget.h"
+#include "style.h"
+
+#include <cairo-pdf.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <optional>
+
+namespace orvan::cairo
+{
+namespace
+{
+
+constexpr double kPointsPerUnit = 72.0 / 96.0;
+/// What a document gets that says nothing about its size.
+constexpr Vector2d kDefaultSize{300.0, 150.0};
+
+Result<void> ToResult(cairo_status_t status) noexcept
+{
+	if (status == CAIRO_STATUS_SUCCESS)
+		return {};
+	if (status == CAIRO_STATUS_NO_MEMORY)
+		return OutOfMemoryError();
+	return UnknownError("The picture could not be drawn: @.", std::string_view(cairo_status_to_string(status)));
+}
+
+/// A side that does not depend on what the document is shown in.
+std::optional<double> GetAbsolute(const SVGLength& length, const DataDictionary& attributes) noexcept
+{
+	if (length.unit == SVGLengthUnit::percent)
+		return std::nullopt;
+	Style style;
+	style.Apply(attributes);
+	return ToUserUnits(length, Axis::other, {}, style.fontSize);
+}
+
+/// The size that the document gives itself; 0 or less where it asks for nothing to be drawn.
+Vector2d GetNaturalSize(const SVGElementRef& root) noexcept
+{
+	const auto svg = Cast<SVGSVGElementInterface>(root);
+	const auto fit = Cast<SVGFitToViewboxInterface>(root);
+	if (!svg || !fit)
+		return kDefaultSize;
+	const SVGViewport viewport = svg->GetViewport();
+	const DataDictionary attributes = root->GetAttributeDictionary();
+	const std::optional<double> width = GetAbsolute(viewport.width, attributes);
+	const std::optional<double> height = GetAbsolute(viewport.height, attributes);
+	const SVGViewbox viewbox = fit->GetViewbox();
+	Vector2d content = kDefaultSize;
+	if (!viewbox.isDefault && viewbox.width.value > 0.0 && viewbox.height.value > 0.0)
+		content = {viewbox.width.value, viewbox.height.value};
+	if (width && height)
+		return {*width, *height};
+	if (width)
+		return {*width, *width * content.y / content.x};
+	if (height)
+		return {*height * content.x / content.y, *height};
+	return content;
+}
+
+bool IsSide(double side) noexcept
+{
+	return std::isfinite(side) && side >= 0.0;
+}
+
+/// The size of the viewport in user units, from what the host and the document say.
+Result<Vector2d> GetViewportSize(const SVGRenderOptions& options, const Vector2d& natural) noexcept
+{
+	if (!IsSide(options.width) || !IsSide(options.height) || !IsSide(options.scale) || options.scale == 0.0)
+	{
+		return IllegalArgumentError("A picture of @ by @ at scale @ cannot be made.", options.width, options.height,
+									options.scale);
+	}
+	if (!(natural.x > 0.0 && natural.y > 0.0 && std::isfinite(natural.x / natural.y)))
+		return IllegalArgumentError("The document is @ by @ in size: there is nothing to draw.", natural.x, natural.y);
+	Vector2d size{options.width, options.height};
+	if (size.x == 0.0)
+		size.x = size.y == 0.0 ? natural.x : size.y * natural.x / natural.y;
+	if (size.y == 0.0)
+		size.y = size.x * natural.y / natural.x;
+	return size;
+}
+
+cairo_status_t AppendToPage(void* page, const unsigned char* bytes, unsigned int count) noexcept
+{
+	const bool isOk = static_cast<BaseArray<unsigned char>*>(page)->AppendAll(bytes, count).IsOk();
+	return isOk ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_NO_MEMORY;
+}
+
+cairo_status_t WriteToFile(void* file, const unsigned char* bytes, unsigned int count) noexcept
+{
+	const bool isOk = std::fwrite(bytes, 1, count, static_cast<std::FILE*>(file)) == count;
+	return isOk ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+}
+
+} // namespace
+
+Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept
+{
+	if (!document || !document->GetRootElement())
+		return NullReferenceError("There is no document to draw.");
+	Picture picture;
+	picture._document = document;
+	picture._output = options.output;
+	picture._naturalSize = cairo::GetNaturalSize(document->GetRootElement());
+	picture._viewportSize = ORVAN_TRY(cairo::GetViewportSize(options, picture._naturalSize));
+
+	const bool isPage = options.output == SVGRenderOutput::page;
+	picture._unit = options.scale * (isPage ? kPointsPerUnit : 1.0);
+	Vector2d size{picture._viewportSize.x * picture._unit, picture._viewportSize.y * picture._unit};
+	if (!isPage)
+	{
+		// Rounded up, so that nothing is cut off, but not for the sake of a rounding error.
+		size = {std::max(1.0, std::ceil(size.x - 1e-6)), std::max(1.0, std::ceil(size.y - 1e-6))};
+	}
+	const double side = isPage ? kMaxPageSide : kMaxSide;
+	if (!(size.x <= side && size.y <= side && (isPage || size.x * size.y <= kMaxPixels)))
+	{
+		return IllegalArgumentError("A picture of @ by @ is too large: at most @ on a side and @ pixels.", size.x,
+									size.y, side, kMaxPixels);
+	}
+	picture._size = size;
+	if (isPage)
+	{
+		picture._page.reset(new (std::nothrow) BaseArray<unsigned char>());
+		if (picture._page == nullptr)
+			return OutOfMemoryError();
+		picture._surface.reset(cairo_pdf_surface_create_for_stream(&AppendToPage, picture._page.get(), size.x, size.y));
+	}
+	else
+	{
+		picture._surface.reset(
+			cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(size.x), static_cast<int>(size.y)));
+	}
+	ORVAN_TRY(ToResult(cairo_surface_status(picture._surface.get())));
+	picture._drawing.reset(cairo_create(picture._surface.get()));
+	ORVAN_TRY(ToResult(cairo_status(picture._drawing.get())));
+	if (const double opacity = ClampToUnit(options.backgroundOpacity); opacity > 0.0)
+	{
+		const Color& color = options.background;
+		cairo_set_source_rgba(picture._drawing.get(), ClampToUnit(color.red), ClampToUnit(color.green),
+							  ClampToUnit(color.blue), opacity);
+		cairo_paint(picture._drawing.get());
+	}
+	return picture;
+}
+
+Result<void> Picture::End() noexcept
+{
+	if (_surface == nullptr)
+		return IllegalStateError("There is no picture: none was begun.");
+	const cairo_status_t status = _drawing != nullptr ? cairo_status(_drawing.get()) : CAIRO_STATUS_SUCCESS;
+	_drawing.reset();
+	if (_output == SVGRenderOutput::page)
+		cairo_surface_finish(_surface.get());
+	else
+		cairo_surface_flush(_surface.get());
+	ORVAN_TRY(ToResult(status));
+	return ToResult(cairo_surface_status(_surface.get()));
+}
+
+Result<void> Picture::Write(const String& path) noexcept
+{
+	ORVAN_TRY(End());
+	const Url url = ORVAN_TRY(Url::FromPath(path));
+	std::FILE* const file = std::fopen(path.CString(), "wb");
+	if (file == nullptr)
+		return IoError(url, "The file cannot be written: @.", std::string_view(std::strerror(errno)));
+	cairo_status_t status = CAIRO_STATUS_SUCCESS;
+	if (_output == SVGRenderOutput::page)
+		status = WriteToFile(file, _page->begin(), static_cast<unsigned int>(_page->GetCount()));
+	else
+		status = cairo_surface_write_to_png_stream(_surface.get(), &WriteToFile, file);
+	// Closing writes what is still in the buffer: a full disk may show only there.
+	const bool isClosed = std::fclose(file) == 0;
+	if (status == CAIRO_STATUS_NO_MEMORY)
+		return OutOfMemoryError();
+	if (status != CAIRO_STATUS_SUCCESS || !isClosed)
+		return IoError(url, "The file could not be written to its end.");
+	return {};
+}
+
+Result<SVGRenderPixels> Picture::GetPixels() noexcept
+{
+	if (_output == SVGRenderOutput::page)
+		return IllegalStateError("A page has no pixels.");
+	ORVAN_TRY(End());
+	return SVGRenderPixels{cairo_image_surface_get_data(_surface.get()), static_cast<std::int32_t>(_size.x),
+						   static_cast<std::int32_t>(_size.y), cairo_image_surface_get_stride(_surface.get())};
+}
+
+} // namespace orvan::cairo

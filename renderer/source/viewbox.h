@@ -1,0 +1,23 @@
+/// Fitting a view box into a viewport.
+#pragma once
+
+#include "style.h"
+
+#include <optional>
+
+namespace orvan::cairo
+{
+
+/// Where the content of a viewport goes.
+struct ViewboxFit
+{
+	Matrix2d transform; ///< From the content's coordinates to those in which the viewport stands.
+	Viewport viewport;  ///< What percentages in the content refer to.
+};
+
+/// Fits `viewbox` into a viewport of this place and size; a default view box leaves the scale alone. Nothing when
+/// nothing is to be drawn: a side of the viewport or of the view box is zero, negative or not finite.
+std::optional<ViewboxFit> FitViewbox(double x, double y, double width, double height, const SVGViewbox& viewbox,
+									 const SVGPreserveAspectRatio& rule) noexcept;
+
+} // namespace orvan::cairo
