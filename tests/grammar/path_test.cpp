@@ -62,6 +62,7 @@ TEST(Path, ArcsEndExactlyWhereTheySay)
 TEST(Path, DegenerateArcsAreLinesOrNothing)
 {
 	EXPECT_EQ(Path("M5 5A1 1 0 0 1 5 5"), "M5,5");
+	EXPECT_EQ(Path("M1 1L5 5za1 1 0 0 0 0 0"), "M1,1 L5,5 Z");
 	EXPECT_EQ(Path("M0 0A0 1 0 0 1 1 1"), "M0,0 L1,1");
 	EXPECT_EQ(Path("M0 0A1 0 0 0 1 1 1"), "M0,0 L1,1");
 	EXPECT_EQ(Path("M0 0A1e-300 1e-300 0 0 1 1 1"), "M0,0 L1,1");
