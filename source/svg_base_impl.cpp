@@ -26,6 +26,7 @@ void Document::Reset() noexcept
 		root->RemoveAllChildren();
 	_rootElement = nullptr;
 	_url = Url();
+	_isPlaceholder = false;
 }
 
 const Url& Document::GetUrl() const noexcept
@@ -56,6 +57,18 @@ Result<BaseArray<SVGElementRef>> Document::GetElementsByIdWithPrefix(const Strin
 	return found;
 }
 
+bool Document::IsPlaceholder() const noexcept
+{
+	return _isPlaceholder;
+}
+
+void Document::TakeContentOf(Document& other) noexcept
+{
+	_elementsById = std::move(other._elementsById);
+	_rootElement = std::move(other._rootElement);
+	_isPlaceholder = other._isPlaceholder;
+}
+
 Result<void> Document::Load() noexcept
 {
 	InputStream stream = ORVAN_TRY(_url.OpenInputStream());
@@ -77,6 +90,7 @@ Result<void> Document::Load() noexcept
 /// What a document shows whose file holds nothing usable: an svg element with a rect.
 Result<void> Document::BuildPlaceholder() noexcept
 {
+	_isPlaceholder = true;
 	_rootElement = ORVAN_TRY(CreateObject<SVGElementInterface>("net.orvan.image.class.svgsvgelement"));
 	const auto rect = ORVAN_TRY(CreateObject<HierarchyObjectInterface>("net.orvan.image.class.svgrectelement"));
 	return rect->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(_rootElement), {});

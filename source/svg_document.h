@@ -18,6 +18,13 @@ public:
 	Result<SVGElementRef> GetElementById(const String& id) const noexcept;
 	Result<BaseArray<SVGElementRef>> GetElementsByIdWithPrefix(const String& prefix) const noexcept;
 
+	// For icons, which keep their tree when the file has become unusable.
+
+	/// True when the file was refused, so that the tree is a placeholder.
+	bool IsPlaceholder() const noexcept;
+	/// Lets go of the tree and the ids, without taking the tree apart, and takes over those of `other`.
+	void TakeContentOf(Document& other) noexcept;
+
 private:
 	Result<void> Load() noexcept;
 	Result<void> BuildPlaceholder() noexcept;
@@ -25,6 +32,7 @@ private:
 	StringMap<SVGElementRef> _elementsById;
 	SVGElementRef _rootElement;
 	Url _url;
+	bool _isPlaceholder = false;
 };
 
 } // namespace orvan::svg

@@ -1,0 +1,230 @@
+/// Vector icons.
+#include "vector_icon_impl.h"
+
+#include "orvan/diagnostics.h"
+#include "registration.h"
+#include "svg_document.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace orvan::svg
+{
+namespace
+{
+
+constexpr const char* kStateLayers[] = {
+	"State:EnabledActivatedHighlight",
+	"State:EnabledActivatedNoHighlight",
+	"State:EnabledDeactivatedHighlight",
+	"State:EnabledDeactivatedNoHighlight",
+};
+
+constinit std::atomic<bool> g_isLiveReloadAllowed = true;
+
+} // namespace
+
+Result<void> VectorIconImpl::Initialize() noexcept
+{
+	for (std::size_t i = 0; i < _stateLayers.size(); i++)
+		_stateLayers[i] = ORVAN_TRY(String::Create(kStateLayers[i]));
+	_document = ORVAN_TRY(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+	return {};
+}
+
+Result<void> VectorIconImpl::Init(const Url& url) noexcept
+{
+	const bool isFollowing = _watch.IsActive();
+	_watch.Stop();
+	_clientSwitches.Clear();
+	ORVAN_TRY(_document->Init(url));
+	if (_state != SVGIconState::uninitialized)
+		ApplyState();
+	if (isFollowing)
+		SetLiveReloadEnabled(true);
+	return {};
+}
+
+void VectorIconImpl::Reset() noexcept
+{
+	_watch.Stop();
+	_clientSwitches.Reset();
+	_document->Reset();
+}
+
+const Url& VectorIconImpl::GetUrl() const noexcept
+{
+	return _document->GetUrl();
+}
+
+const SVGElementRef& VectorIconImpl::GetRootElement() const noexcept
+{
+	return _document->GetRootElement();
+}
+
+Result<SVGElementRef> VectorIconImpl::GetElementById(const String& id) const noexcept
+{
+	return _document->GetElementById(id);
+}
+
+Result<BaseArray<SVGElementRef>> VectorIconImpl::GetElementsByIdWithPrefix(const String& prefix) const noexcept
+{
+	return _document->GetElementsByIdWithPrefix(prefix);
+}
+
+Result<void> VectorIconImpl::SetLayerEnabled(const String& id, bool enabled) noexcept
+{
+	const SVGElementRef layer = ORVAN_TRY(_document->GetElementById(id));
+	return SwitchLayer(layer, id, enabled ? SVGDisplay::shown : SVGDisplay::none);
+}
+
+Result<void> VectorIconImpl::ToggleLayer(const String& id) noexcept
+{
+	const SVGElementRef layer = ORVAN_TRY(_document->GetElementById(id));
+	const bool isShown = layer->GetDisplay() == SVGDisplay::shown;
+	return SwitchLayer(layer, id, isShown ? SVGDisplay::none : SVGDisplay::shown);
+}
+
+SVGElementRef VectorIconImpl::GetLayer(const String& id) const noexcept
+{
+	return _document->GetElementById(id).GetValueOr(nullptr);
+}
+
+void VectorIconImpl::SetState(SVGIconState state) noexcept
+{
+	if (state == _state)
+		return;
+	_state = state;
+	// The state has the last word about its layers, also after a reload.
+	const auto isOfState = [this](const LayerSwitch& entry)
+	{
+		return std::find(_stateLayers.begin(), _stateLayers.end(), entry.id) != _stateLayers.end();
+	};
+	const auto kept = std::remove_if(_clientSwitches.begin(), _clientSwitches.end(), isOfState);
+	IgnoreResult(_clientSwitches.Resize(static_cast<std::size_t>(kept - _clientSwitches.begin())));
+	ApplyState();
+}
+
+SVGIconState VectorIconImpl::GetState() const noexcept
+{
+	return _state;
+}
+
+void VectorIconImpl::SetLiveReloadEnabled(bool enabled) noexcept
+{
+	if (!enabled)
+		return _watch.Stop();
+	if (_watch.IsActive() || !g_isLiveReloadAllowed || GetUrl().IsEmpty())
+		return;
+	Result<FileWatch> watch = FileWatch::Start(
+		GetUrl(), [](void* icon) noexcept { static_cast<VectorIconImpl*>(icon)->Reload(); }, this);
+	if (watch.IsOk())
+		_watch = std::move(watch).GetValue();
+	else
+		WarningOutput("Icon '@' cannot be followed. @", GetUrl().GetText(), watch.GetError());
+}
+
+void VectorIconImpl::GlobalSetLiveReloadEnabled(bool enabled) noexcept
+{
+	g_isLiveReloadAllowed = enabled;
+}
+
+bool VectorIconImpl::GlobalGetLiveReloadEnabled() const noexcept
+{
+	return g_isLiveReloadAllowed;
+}
+
+/// Shows or hides a layer for the client, and remembers it for the next reload.
+Result<void> VectorIconImpl::SwitchLayer(const SVGElementRef& layer, const String& id, SVGDisplay display) noexcept
+{
+	// Room first: a layer that is switched but not remembered would come back from a reload unswitched.
+	ORVAN_TRY(_clientSwitches.Reserve(_clientSwitches.GetCount() + 1));
+	ORVAN_TRY(layer->SetDisplay(display));
+	auto* entry = std::find_if(_clientSwitches.begin(), _clientSwitches.end(),
+							   [&id](const LayerSwitch& known) { return known.id == id; });
+	if (entry != _clientSwitches.end())
+		entry->display = display;
+	else
+		IgnoreResult(_clientSwitches.Append({id, display}));
+	return {};
+}
+
+/// Hides all state layers and shows that of the state; stops at the first layer that is missing.
+Result<void> VectorIconImpl::ShowState() noexcept
+{
+	for (const String& id : _stateLayers)
+		ORVAN_TRY(ORVAN_TRY(_document->GetElementById(id))->SetDisplay(SVGDisplay::none));
+	const auto number = static_cast<std::size_t>(_state);
+	if (number >= _stateLayers.size())
+		return {};
+	return ORVAN_TRY(_document->GetElementById(_stateLayers[number]))->SetDisplay(SVGDisplay::shown);
+}
+
+void VectorIconImpl::ApplyState() noexcept
+{
+	if (const Result<void> shown = ShowState(); !shown.IsOk())
+		WarningOutput("VectorIconImpl::SetState() error. Maybe some layer is missing. @", shown.GetError());
+}
+
+void VectorIconImpl::ApplyClientSwitches() noexcept
+{
+	for (const LayerSwitch& entry : _clientSwitches)
+	{
+		// A layer that is gone may be back after the next edit; its switch is kept for then.
+		const SVGElementRef layer = GetLayer(entry.id);
+		if (!layer)
+			continue;
+		if (const Result<void> switched = layer->SetDisplay(entry.display); !switched.IsOk())
+			WarningOutput("Layer '@' could not be switched again. @", entry.id, switched.GetError());
+	}
+}
+
+/// Called by the host when the icon's file has changed.
+void VectorIconImpl::Reload() noexcept
+{
+	if (!g_isLiveReloadAllowed)
+		return;
+	// Whoever reads the diagnostics may let the icon go.
+	const ObjectRef self = ObjectRef::From(this);
+	Result<SVGDocumentRef> fresh = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
+	Result<void> loaded = fresh.IsOk() ? fresh.GetValue()->Init(GetUrl()) : Result<void>(fresh.GetError());
+	if (!loaded.IsOk())
+	{
+		WarningOutput("Icon '@' stays as it is, because its file could not be loaded. @", GetUrl().GetText(),
+					  loaded.GetError());
+		return;
+	}
+	auto& document = static_cast<Document&>(*fresh.GetValue().GetObject());
+	if (document.IsPlaceholder())
+	{
+		WarningOutput("Icon '@' stays as it is, because its file has no content that can be used.", GetUrl().GetText());
+		return;
+	}
+	// Into the same document, so that references to its root, which the interface hands out, stay good.
+	static_cast<Document&>(*_document.GetObject()).TakeContentOf(document);
+	if (_state != SVGIconState::uninitialized)
+		ApplyState();
+	ApplyClientSwitches();
+}
+
+namespace
+{
+
+constexpr ClassDeclaration kIconClass =
+	DeclareClass<VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>,
+				 Implements<SVGDocumentInterface, VectorIconImpl>>(kVectorIconClass);
+
+constexpr UseDeclaration kUses[] = {
+	{"vector_icon_impl", "VectorIconInterface", "vector_icon"},
+	{"vector_icon_impl", "SVGDocumentInterface", "svg_base"},
+	{"vector_icon_impl", "SVGElementInterface", "svg_elements"},
+	{"vector_icon_impl", "FileWatch", "file_monitor"},
+};
+
+ORVAN_REGISTER(ORVAN_ORDER_ICON, entries)
+[] = {
+	{Kind::unit, "vector_icon_impl"}, kIconClass, kUses[0], kUses[1], kUses[2], kUses[3],
+};
+
+} // namespace
+} // namespace orvan::svg

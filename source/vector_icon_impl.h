@@ -1,0 +1,58 @@
+/// The implementation of `VectorIconInterface`.
+#pragma once
+
+#include "orvan/file_monitor.h"
+#include "vector_icon.h"
+
+#include <array>
+
+namespace orvan::svg
+{
+
+/// An icon owns a document and answers for it. The state is the icon's own: it outlives the document's content and is
+/// applied to each new one; so are the layers that the client switched, as long as they are of the same file.
+class VectorIconImpl : public ObjectBase
+{
+public:
+	Result<void> Initialize() noexcept;
+
+	// The document. Loading another file keeps a live reload going on that file.
+	Result<void> Init(const Url& url) noexcept;
+	void Reset() noexcept;
+	const Url& GetUrl() const noexcept;
+	const SVGElementRef& GetRootElement() const noexcept;
+	Result<SVGElementRef> GetElementById(const String& id) const noexcept;
+	Result<BaseArray<SVGElementRef>> GetElementsByIdWithPrefix(const String& prefix) const noexcept;
+
+	// The icon.
+	Result<void> SetLayerEnabled(const String& id, bool enabled) noexcept;
+	Result<void> ToggleLayer(const String& id) noexcept;
+	SVGElementRef GetLayer(const String& id) const noexcept;
+	void SetState(SVGIconState state) noexcept;
+	SVGIconState GetState() const noexcept;
+	void SetLiveReloadEnabled(bool enabled) noexcept;
+	void GlobalSetLiveReloadEnabled(bool enabled) noexcept;
+	bool GlobalGetLiveReloadEnabled() const noexcept;
+
+private:
+	/// What the client last did to a layer.
+	struct LayerSwitch
+	{
+		String id;
+		SVGDisplay display;
+	};
+
+	Result<void> SwitchLayer(const SVGElementRef& layer, const String& id, SVGDisplay display) noexcept;
+	Result<void> ShowState() noexcept;
+	void ApplyState() noexcept;
+	void ApplyClientSwitches() noexcept;
+	void Reload() noexcept;
+
+	SVGDocumentRef _document;
+	SVGIconState _state = SVGIconState::uninitialized;
+	std::array<String, 4> _stateLayers; ///< In the order of the states' numbers.
+	BaseArray<LayerSwitch> _clientSwitches;
+	FileWatch _watch;
+};
+
+} // namespace orvan::svg
