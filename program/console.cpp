@@ -10,30 +10,36 @@ namespace orvan::program
 {
 namespace
 {
-[[noreturn]] void ThrowWriteError()
+int g_writeError = 0; ///< Why results could not be written; kept, because the stream forgets.
+
+void ThrowOnWriteError()
 {
-	if (errno == EPIPE)
+	if (g_writeError == EPIPE)
 		throw ClosedPipe();
-	throw Failure(std::string("The results could not be written: ") + std::strerror(errno));
+	if (g_writeError != 0)
+		throw Failure(std::string("The results could not be written: ") + std::strerror(g_writeError));
 }
 } // namespace
 
 void Print(std::string_view text)
 {
 	if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size())
-		ThrowWriteError();
+		g_writeError = errno;
+	ThrowOnWriteError();
 }
 
 void FlushOutput()
 {
 	if (std::fflush(stdout) != 0)
-		ThrowWriteError();
+		g_writeError = errno;
+	ThrowOnWriteError();
 }
 
 void PrintError(std::string_view line)
 {
 	// Flushed first, so that both streams stay in order where they end up in one place.
-	FlushOutput();
+	if (std::fflush(stdout) != 0)
+		g_writeError = errno;
 	const std::string text = std::string(line) + '\n';
 	std::fwrite(text.data(), 1, text.size(), stderr);
 }

@@ -36,7 +36,8 @@ void Print(std::string_view text);
 /// Hands buffered results over now. Throws like `Print`.
 void FlushOutput();
 
-/// Writes a line to standard error, after the results that were printed before it.
+/// Writes a line to standard error, after the results that were printed before it. Trouble with those shows at the next
+/// `Print` or `FlushOutput`, so that this can be called where exceptions must not pass.
 void PrintError(std::string_view line);
 
 /// True when standard output is a terminal whose user has nothing against colours (NO_COLOR).

@@ -1,7 +1,6 @@
 #include "document_loading.h"
 
 #include "console.h"
-#include "orvan/host/diagnostic_sink.h"
 #include "orvan/host/memory_files.h"
 
 #include <atomic>
@@ -11,9 +10,8 @@ namespace orvan::program
 {
 namespace
 {
-void Collect(const Diagnostic& diagnostic, void* context)
+Finding ToFinding(const Diagnostic& diagnostic)
 {
-	auto& outcome = *static_cast<LoadOutcome*>(context);
 	Finding finding{.text = std::string(diagnostic.text)};
 	if (const DocumentPosition* position = diagnostic.position)
 	{
@@ -22,6 +20,13 @@ void Collect(const Diagnostic& diagnostic, void* context)
 		finding.elementName = position->elementName;
 		finding.elementId = position->elementId;
 	}
+	return finding;
+}
+
+void Collect(const Diagnostic& diagnostic, void* context)
+{
+	auto& outcome = *static_cast<LoadOutcome*>(context);
+	Finding finding = ToFinding(diagnostic);
 	if (diagnostic.level != DiagnosticLevel::critical)
 		outcome.warnings.push_back(std::move(finding));
 	else if (!outcome.refusal)
@@ -161,6 +166,12 @@ int Report(const std::string& file, const LoadOutcome& outcome)
 		return 0;
 	PrintError(Describe(file, *outcome.refusal));
 	return 1;
+}
+
+void PrintDiagnostic(const Diagnostic& diagnostic, void* file)
+{
+	const char* const level = diagnostic.level == DiagnosticLevel::critical ? "CRITICAL: " : "WARNING: ";
+	PrintError(level + Describe(*static_cast<const std::string*>(file), ToFinding(diagnostic)));
 }
 
 } // namespace orvan::program

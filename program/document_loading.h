@@ -4,6 +4,7 @@
 /// holds a placeholder. Here both come together again.
 #pragma once
 
+#include "orvan/host/diagnostic_sink.h"
 #include "svg_base.h"
 
 #include <cstdint>
@@ -45,5 +46,9 @@ std::string Describe(const std::string& file, const Finding& finding);
 
 /// Prints what was said about a file to standard error. Returns the exit status that it calls for.
 int Report(const std::string& file, const LoadOutcome& outcome);
+
+/// A diagnostic sink for what is said about a file after it was loaded: prints it to standard error. `file` points to
+/// the file's name, a std::string.
+void PrintDiagnostic(const Diagnostic& diagnostic, void* file);
 
 } // namespace orvan::program

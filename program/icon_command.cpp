@@ -49,7 +49,7 @@ int SwitchLayers(const VectorIconRef& icon, const std::vector<std::string>& ids,
 	return status;
 }
 
-int ShowIcon(const Options& options, bool hasState)
+int ShowIcon(Options& options, bool hasState)
 {
 	const LoadOutcome outcome = LoadDocument(options.file, kVectorIconClass);
 	int status = Report(options.file, outcome);
@@ -59,6 +59,7 @@ int ShowIcon(const Options& options, bool hasState)
 	if (!icon)
 		throw Failure("Icons do not implement the icon interface.");
 
+	const ThreadDiagnosticSink sink(&PrintDiagnostic, &options.file);
 	if (hasState)
 		icon->SetState(static_cast<SVGIconState>(options.state));
 	status |= SwitchLayers(icon, options.enabled, true);
