@@ -1,0 +1,201 @@
+#include "icon_fixture.h"
+#include "orvan/host/file_monitor_pump.h"
+
+#include <thread>
+
+namespace orvan
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+/// Pumps until no file has changed for a quarter of a second.
+void PumpUntilQuiet()
+{
+	while (FileMonitorPump::Wait(250) > 0)
+	{
+	}
+}
+
+class LiveReload : public IconTest
+{
+protected:
+	LiveReload()
+	{
+		Write("first");
+		// A watch that starts within a clock step of the last change cannot tell whether it came before or after.
+		std::this_thread::sleep_for(std::chrono::milliseconds(30));
+	}
+
+	void Write(const std::string& mark) const
+	{
+		WriteFile(file, IconFile(kStateLayers, mark));
+	}
+
+	static VectorIconRef Follow(const fs::path& path)
+	{
+		VectorIconRef icon = LoadIcon(path);
+		icon->SetLiveReloadEnabled(true);
+		return icon;
+	}
+
+	CollectedDiagnostics diagnostics;
+};
+
+TEST_F(LiveReload, FollowsRewritesRenamesAndRecreation)
+{
+	const VectorIconRef icon = Follow(file);
+	Write("rewritten");
+	PumpUntilQuiet();
+	EXPECT_EQ("rewritten", RootId(icon));
+	WriteFile(folder / "new", IconFile(kStateLayers, "renamed"));
+	fs::rename(folder / "new", file);
+	PumpUntilQuiet();
+	EXPECT_EQ("renamed", RootId(icon));
+	fs::remove(file);
+	Write("recreated");
+	PumpUntilQuiet();
+	EXPECT_EQ("recreated", RootId(icon));
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(LiveReload, AppliesTheStateAndThenTheClientsSwitches)
+{
+	const VectorIconRef icon = Follow(file);
+	Must(icon->SetLayerEnabled(Text(kStateLayers[0]), true)); // Overruled by the state.
+	icon->SetState(SVGIconState::enabledActivatedNoHighlight);
+	Must(icon->ToggleLayer(Text(kStateLayers[3])));
+	Must(icon->SetLayerEnabled(Text("first"), true)); // Will be gone in between.
+	EXPECT_EQ("2121", Displays(icon));
+	Write("second");
+	PumpUntilQuiet();
+	EXPECT_EQ("second", RootId(icon));
+	EXPECT_EQ("2121", Displays(icon));
+	EXPECT_EQ(SVGIconState::enabledActivatedNoHighlight, icon->GetState());
+	Write("first");
+	PumpUntilQuiet();
+	EXPECT_EQ(SVGDisplay::shown, icon->GetLayer(Text("first"))->GetDisplay());
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(LiveReload, KeepsTheLastGoodTreeUntilTheFileIsGoodAgain)
+{
+	const VectorIconRef icon = Follow(file);
+	const SVGElementRef root = Cast<SVGDocumentInterface>(icon)->GetRootElement();
+	for (const char* refused : {"", "<svg><g>", "<html/>", "<svg><path d='M0'/></svg>"})
+	{
+		diagnostics.lines.clear();
+		WriteFile(file, refused);
+		PumpUntilQuiet();
+		EXPECT_EQ(root, Cast<SVGDocumentInterface>(icon)->GetRootElement()) << refused;
+		ASSERT_FALSE(diagnostics.lines.empty()) << refused;
+		EXPECT_NE(std::string::npos, diagnostics.lines.back().find("stays as it is")) << diagnostics.lines.back();
+	}
+	fs::remove(file);
+	PumpUntilQuiet();
+	EXPECT_NE(std::string::npos, diagnostics.lines.back().find("could not be loaded")) << diagnostics.lines.back();
+	EXPECT_TRUE(icon->GetLayer(Text(kStateLayers[0])));
+	Write("good");
+	PumpUntilQuiet();
+	EXPECT_EQ("good", RootId(icon));
+}
+
+TEST_F(LiveReload, TakesAHalfWrittenThenCompletedFileOnce)
+{
+	const VectorIconRef icon = Follow(file);
+	const std::string content = IconFile(kStateLayers, "whole");
+	{
+		std::ofstream out(file);
+		out << content.substr(0, 60) << std::flush;
+		PumpUntilQuiet();
+		EXPECT_EQ("first", RootId(icon));
+		out << content.substr(60);
+	}
+	PumpUntilQuiet();
+	EXPECT_EQ("whole", RootId(icon));
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(LiveReload, LeavesTheOldTreeToThoseWhoHoldIt)
+{
+	const VectorIconRef icon = Follow(file);
+	const SVGElementRef& current = Cast<SVGDocumentInterface>(icon)->GetRootElement();
+	const SVGElementRef old = current;
+	Write("second");
+	PumpUntilQuiet();
+	EXPECT_EQ("second", std::string(current->GetId().CString()));
+	EXPECT_EQ("first", std::string(old->GetId().CString()));
+	EXPECT_EQ(4u, Must(Cast<HierarchyObjectInterface>(old)->GetChildren()).GetCount());
+}
+
+TEST_F(LiveReload, ReachesEveryIconOfTheFileAndNoneThatIsReleasedOrSwitchedOff)
+{
+	const VectorIconRef first = Follow(file);
+	const VectorIconRef second = Follow(file);
+	const VectorIconRef off = Follow(file);
+	VectorIconRef released = Follow(file);
+	const VectorIconRef never = LoadIcon(file);
+	Write("second");
+	std::this_thread::sleep_for(std::chrono::milliseconds(100));
+	FileMonitorPump::DispatchDue(); // The change is noted for all of them now.
+	off->SetLiveReloadEnabled(false);
+	released = {};
+	PumpUntilQuiet();
+	EXPECT_EQ("second", RootId(first));
+	EXPECT_EQ("second", RootId(second));
+	EXPECT_EQ("first", RootId(off));
+	EXPECT_EQ("first", RootId(never));
+}
+
+TEST_F(LiveReload, SurvivesAnIconThatIsReleasedByWhoReadsItsWarnings)
+{
+	VectorIconRef icon = Follow(file);
+	const auto release = [](const Diagnostic&, void* context)
+	{
+		*static_cast<VectorIconRef*>(context) = nullptr;
+	};
+	const ThreadDiagnosticSink sink(release, &icon);
+	WriteFile(file, "<broken");
+	PumpUntilQuiet();
+	EXPECT_FALSE(icon);
+}
+
+TEST_F(LiveReload, NeedsTheGlobalSwitchToStartAndToLoad)
+{
+	const VectorIconRef before = Follow(file);
+	EXPECT_TRUE(before->GlobalGetLiveReloadEnabled());
+	before->GlobalSetLiveReloadEnabled(false);
+	const VectorIconRef refused = Follow(file);
+	EXPECT_FALSE(refused->GlobalGetLiveReloadEnabled());
+	Write("unseen");
+	PumpUntilQuiet();
+	EXPECT_EQ("first", RootId(before));
+	before->GlobalSetLiveReloadEnabled(true);
+	Write("seen");
+	PumpUntilQuiet();
+	EXPECT_EQ("seen", RootId(before));
+	EXPECT_EQ("first", RootId(refused)) << "its start was refused, and is not made up for";
+}
+
+TEST_F(LiveReload, GoesOnWithTheNextFileAndEndsWithReset)
+{
+	const VectorIconRef icon = Follow(file);
+	const auto document = Cast<SVGDocumentInterface>(icon);
+	const fs::path other = folder / "other.svg";
+	WriteFile(other, IconFile(kStateLayers, "other"));
+	Must(document->Init(Must(Url::FromPath(other.string()))));
+	WriteFile(other, IconFile(kStateLayers, "changed"));
+	Write("unseen");
+	PumpUntilQuiet();
+	EXPECT_EQ("changed", RootId(icon));
+	document->Reset();
+	WriteFile(other, IconFile(kStateLayers, "later"));
+	PumpUntilQuiet();
+	EXPECT_FALSE(document->GetRootElement());
+	icon->SetLiveReloadEnabled(true); // There is no file to follow.
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+} // namespace
+} // namespace orvan
