@@ -89,18 +89,7 @@ bool CairoContext::IsOutOfBudget() noexcept
 	return true;
 }
 
-SVGContextRef CairoContext::GetSelf() noexcept
-{
-	return SVGContextRef::From(this);
-}
-
 // Containers ---------------------------------------------------------------------------------------------------------
-
-template <typename I>
-Result<void> CairoContext::DrawChildren(const Ref<I>& element) noexcept
-{
-	return DrawSVGChildren(GetSelf(), element);
-}
 
 Result<void> CairoContext::DrawGroup(const SVGGroupElementRef& element) noexcept
 {
@@ -237,7 +226,7 @@ Result<void> CairoContext::DrawTarget(const SVGUseElementRef& use, const SVGElem
 		}
 	}
 	else
-		drawn = DrawSVGElement(GetSelf(), target);
+		drawn = DrawSVGElement(SVGContextRef::From(this), target);
 	_state = saved;
 	return drawn;
 }

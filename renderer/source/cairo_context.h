@@ -95,7 +95,10 @@ private:
 	template <typename I>
 	Result<void> DrawChildrenIn(const Ref<I>& element, const Rectangle& clip, const ViewboxFit& fit) noexcept;
 	template <typename I>
-	Result<void> DrawChildren(const Ref<I>& element) noexcept;
+	Result<void> DrawChildren(const Ref<I>& element) noexcept
+	{
+		return DrawSVGChildren(SVGContextRef::From(this), element);
+	}
 
 	// Shapes.
 	template <typename Build>
@@ -136,7 +139,6 @@ private:
 	void Omit(Omission omission) noexcept;
 	/// True when what is drawn by reference has used up what a picture may cost.
 	bool IsOutOfBudget() noexcept;
-	SVGContextRef GetSelf() noexcept;
 
 	Picture _picture;
 	PangoContextPtr _fonts;

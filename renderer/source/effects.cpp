@@ -210,7 +210,7 @@ Result<bool> CairoContext::ClipSimply(const SVGElementRef& clip) noexcept
 	cairo_new_path(_drawing);
 	_mode = Mode::outline;
 	if (scope.CanDraw())
-		ORVAN_TRY(DrawSVGElement(GetSelf(), content.shape));
+		ORVAN_TRY(DrawSVGElement(SVGContextRef::From(this), content.shape));
 	// Without a shape the path is empty, and everything is clipped away.
 	cairo_clip(_drawing);
 	return true;
