@@ -37,6 +37,7 @@ const char* ReadExponent(const char* at, const char* end, int& exponent)
 
 bool ReadDecimal(const char*& at, const char* end, bool mayHaveExponent, double& number)
 {
+	// A mantissa of too many digits wraps around; it is thrown away when the digits have been counted.
 	std::uint64_t mantissa = 0;
 	const char* after = ReadRun(at, end, mantissa);
 	std::ptrdiff_t digits = after - at;

@@ -2,6 +2,9 @@
 
 #include "grammar_library.h"
 
+// What has no fast form: the library's reading of these is a comparison with a few words, or happens once a document,
+// or is a walk over the text that leaves little to gain.
+
 namespace orvan::grammar
 {
 Parsed ParseDisplay(std::string_view text, std::int32_t& display)

@@ -30,6 +30,7 @@ Keyword Nothing()
 	return {NameOf<ValueTag>(), Parsed::nothing};
 }
 
+// The tables are short and most of their words differ in length, so that a walk over them costs a few nanoseconds.
 template <std::size_t count>
 Parsed Find(const std::array<Keyword, count>& keywords, std::string_view text, std::int32_t& code)
 {
@@ -43,6 +44,7 @@ Parsed Find(const std::array<Keyword, count>& keywords, std::string_view text, s
 }
 } // namespace
 
+// Relative and named sizes hang on the parent's size or the reader's taste, neither of which is known here.
 Parsed ParseFontSize(std::string_view text, Source source, Length& length)
 {
 	static const std::array keywords{Nothing<value::xx_small>(), Nothing<value::x_small>(), Nothing<value::small>(),
@@ -54,6 +56,7 @@ Parsed ParseFontSize(std::string_view text, Source source, Length& length)
 	return library::ParseLength(text, source, length);
 }
 
+// Whether an element is inline or a block makes no difference to a drawing: only its absence does.
 Parsed ParseDisplay(std::string_view text, std::int32_t& display)
 {
 	static const std::array keywords{

@@ -91,6 +91,8 @@ struct BoundLengthRule
 
 const LengthRule& LengthRuleOf(Source source)
 {
+	// The grammar of lengths in declarations knows no percentages; the one of percentages and lengths is what the
+	// library itself takes for properties.
 	using Dimension = svgpp::tag::length_dimension::not_width_nor_height;
 	static const BoundLengthRule<svgpp::length_grammar<AttributeSource, Iterator, LengthFactory, Dimension>>
 		ofAttribute;

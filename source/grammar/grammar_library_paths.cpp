@@ -13,6 +13,7 @@
 #include <svgpp/parser/grammar/transform.hpp>
 #include <svgpp/policy/transform_events.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orvan::grammar::library
@@ -25,6 +26,25 @@ namespace phoenix = boost::phoenix;
 using Iterator = const char*;
 
 using TransformEvents = svgpp::policy::transform_events::forward_to_method<TransformAdapter>;
+
+const char* SkipDigits(const char* at, const char* end)
+{
+	return std::find_if_not(at, end, IsDigit);
+}
+
+/// The number at `at`, if there is one, as written. No more than that is looked at: numbers may stand in a chain.
+std::string_view NumberAt(const char* at, const char* end)
+{
+	const auto skip = [end](const char* where, std::string_view any)
+	{
+		return where != end && any.find(*where) != any.npos ? where + 1 : where;
+	};
+	const char* const integer = skip(at, "+-");
+	const char* const fraction = skip(SkipDigits(integer, end), ".");
+	const char* const exponent = skip(SkipDigits(fraction, end), "eE");
+	const char* const after = SkipDigits(skip(exponent, "+-"), end);
+	return {at, static_cast<std::size_t>(after - at)};
+}
 } // namespace
 
 // Building a grammar takes longer than most values take to read, so each is built on first use and kept.
@@ -90,12 +110,12 @@ Parsed ParseTransform(std::string_view text, Matrix& matrix)
 bool ReadPathNumber(const char*& at, const char* end, double& number)
 {
 	static const qi::real_parser<double, svgpp::detail::svg_real_policies<double>> parser;
-	return qi::parse(at, end, parser, number);
+	return !HasRunawayExponent(NumberAt(at, end)) && qi::parse(at, end, parser, number);
 }
 
 bool ReadPointsNumber(const char*& at, const char* end, double& number)
 {
 	static const qi::real_parser<double, svgpp::detail::real_policies_without_inf_nan<double>> parser;
-	return qi::parse(at, end, parser, number);
+	return !HasRunawayExponent(NumberAt(at, end)) && qi::parse(at, end, parser, number);
 }
 } // namespace orvan::grammar::library

@@ -16,6 +16,7 @@ struct NamedUnit
 	LengthUnit unit;
 };
 
+// The most frequent first. A declaration may write them in any case; the library reads what is not lower case.
 constexpr std::array kUnits{
 	NamedUnit{"px", LengthUnit::px}, NamedUnit{"pt", LengthUnit::pt}, NamedUnit{"mm", LengthUnit::mm},
 	NamedUnit{"em", LengthUnit::em}, NamedUnit{"ex", LengthUnit::ex}, NamedUnit{"cm", LengthUnit::cm},
@@ -69,6 +70,7 @@ bool ReadLengths(std::string_view text, Lengths& lengths, std::size_t& count)
 
 Parsed ParseNumber(std::string_view text, Source source, double& number)
 {
+	// In a declaration an "e" is left over, and the library then refuses the text.
 	TextCursor cursor(text);
 	double result;
 	if (cursor.TakeNumber(source == Source::attribute, result) && cursor.IsAtEnd())

@@ -91,6 +91,7 @@ bool ReadColor(std::string_view text, PackedColor& color)
 	return FindColorKeyword(text, color);
 }
 
+/// The library takes any run of ASCII without a closing parenthesis for an IRI, quotes, blanks and all.
 bool ReadIri(std::string_view text, Reference& reference)
 {
 	if (text.empty() || !IsAscii(text) || text.find(')') != text.npos)

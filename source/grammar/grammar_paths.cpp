@@ -89,6 +89,8 @@ private:
 	/// Whether another group of numbers follows instead of a command or the end.
 	bool HasMore()
 	{
+		// All that numbers are made of, and all that parts them, comes before the letters. What is neither fails to be
+		// a number, or to be a command, later.
 		_reader.SkipSpaces();
 		const char next = _reader.Peek();
 		return next < 'A' && !_reader.IsAtEnd();
@@ -178,6 +180,7 @@ private:
 							  { PathEvents::path_quadratic_bezier_to(_adapter, n[0], n[1], Coordinates()); });
 	}
 
+	/// Arcs have flags between their numbers, and radii without signs.
 	template <typename Coordinates, After after>
 	bool ParseArc()
 	{
@@ -209,6 +212,9 @@ private:
 	PathAdapter _adapter;
 };
 } // namespace
+
+// Nothing goes back to the library from here: what this parser refuses, the library's grammar refuses as well, and
+// starting again would deliver segments twice.
 
 Parsed ParsePath(std::string_view text, PathSink& sink)
 {

@@ -4,6 +4,7 @@ namespace orvan::grammar
 {
 void PathReader::MoveToTail()
 {
+	// Zeros are neither digits nor blanks, and so end whatever runs up to them.
 	const std::size_t rest = static_cast<std::size_t>(_end - _at);
 	_tail.fill('\0');
 	std::copy_n(_at, rest, _tail.data());
@@ -31,6 +32,7 @@ bool PathReader::ReadUnusualNumber(After after, double& number)
 	if (needsPart && !isParted)
 		return false;
 
+	// The library reads signs itself, so that it must be given the number from its sign on.
 	const bool isNegative = Peek() == '-';
 	const char* first = _at;
 	if (isNegative || Peek() == '+')
