@@ -3,11 +3,13 @@
 #include "orvan/host/file_monitor_pump.h"
 #include "support.h"
 
+#include <atomic>
 #include <chrono>
 #include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -273,6 +275,26 @@ TEST_F(FileMonitor, NeverCallsAWatchThatHasEnded)
 	EXPECT_EQ(0, third.reports);
 }
 
+TEST_F(FileMonitor, EndingAWatchOnAnotherThreadWaitsForTheCallback)
+{
+	auto watcher = std::make_unique<Watcher>(file);
+	std::atomic<bool> isInside = false;
+	watcher->onReport = [&]
+	{
+		isInside = true;
+		std::this_thread::sleep_for(100ms);
+		isInside = false;
+	};
+	std::thread pump([] { PumpUntilQuiet(); });
+	WriteFile(file, "two");
+	while (!isInside)
+		std::this_thread::yield();
+	watcher->Stop();
+	EXPECT_FALSE(isInside);
+	watcher.reset();
+	pump.join();
+}
+
 TEST_F(FileMonitor, LetsACallbackReleaseItsOwnerAndStartAnother)
 {
 	std::unique_ptr<Watcher> next;
@@ -328,6 +350,22 @@ TEST_F(FileMonitor, WarnsWhenTheSystemDropsEventsAndMissesNoChange)
 	ASSERT_EQ(1u, diagnostics.lines.size());
 	EXPECT_EQ("Changes of files came faster than they were read; all watched files are looked at.",
 			  diagnostics.lines[0]);
+}
+
+TEST_F(FileMonitor, SaysThatTheSystemsMeansAreExhausted)
+{
+	// Run anew from the start, so that the monitor has not been opened yet.
+	GTEST_FLAG_SET(death_test_style, "threadsafe");
+	const auto start = [this]
+	{
+		const rlimit none{0, 0};
+		setrlimit(RLIMIT_NOFILE, &none);
+		const auto started = FileWatch::Start(
+			Must(Url::FromPath(file.string())), [](void*) noexcept {}, nullptr);
+		std::fprintf(stderr, "%s\n", MessageOf(started).c_str());
+		_exit(0);
+	};
+	EXPECT_EXIT(start(), testing::ExitedWithCode(0), "cannot be watched: Too many open files\\.");
 }
 
 TEST_F(FileMonitor, RefusesWhatIsNoPlaceOnDisk)

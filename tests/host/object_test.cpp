@@ -28,7 +28,6 @@ class ForeignInterface : public ObjectInterface
 {
 public:
 	static constexpr const char* kId = "net.orvan.test.interface.foreign";
-	static constexpr const char* kName = "orvan.ForeignInterface";
 	static constexpr int kSlotCount = 0;
 };
 

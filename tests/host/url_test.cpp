@@ -122,14 +122,28 @@ TEST_F(Urls, DoNotHangOnPipesDevicesAndSockets)
 	close(socket);
 }
 
-TEST_F(Urls, UnreadableFilesAreErrorsButStillFiles)
+TEST_F(Urls, TellWhatMayNotBeReadFromWhatMayNotBeSeen)
 {
-	if (geteuid() == 0)
-		GTEST_SKIP() << "root may read everything";
+	std::filesystem::create_directory(folder / "closed");
+	WriteFile(folder / "closed/file", "x");
 	WriteFile(folder / "secret", "x");
+	const Url hidden = UrlOfPath(folder / "closed/file");
+	const Url secret = UrlOfPath(folder / "secret");
+	chmod((folder / "").c_str(), 0755);
+	chmod((folder / "closed").c_str(), 0);
 	chmod((folder / "secret").c_str(), 0);
-	EXPECT_EQ(IoDetection::file, UrlOfPath(folder / "secret").IoDetect());
-	EXPECT_NE(std::string::npos, MessageOf(UrlOfPath(folder / "secret").OpenInputStream()).find("Permission denied"));
+	const auto check = [&]
+	{
+		// In a process of its own, so that root, who may read everything, can become nobody.
+		if (geteuid() == 0 && setuid(65534) != 0)
+			_exit(1);
+		EXPECT_EQ(IoDetection::error, hidden.IoDetect());
+		EXPECT_EQ(IoDetection::file, secret.IoDetect());
+		EXPECT_TRUE(MessageOf(secret.OpenInputStream()).ends_with("cannot be opened: Permission denied."));
+		_exit(HasFailure() ? 2 : 0);
+	};
+	EXPECT_EXIT(check(), testing::ExitedWithCode(0), "");
+	chmod((folder / "closed").c_str(), 0700);
 }
 
 TEST_F(Urls, ReportFilesThatShrinkWhileTheyAreRead)
