@@ -138,27 +138,25 @@ public:
 	{
 	}
 
-	Result<SVGElementRef> Build(const XmlNode& node)
+	/// Builds an element and everything below it; `parent` is null for the root.
+	Result<SVGElementRef> Build(const XmlNode& node, const HierarchyObjectRef& parent)
 	{
 		const std::string_view name = TagNameOf(node);
 		const TagRow* tag = kTagIndex.Find(kTags, name);
 		const SVGImportElementKind kind = tag != nullptr ? tag->kind : SVGImportElementKind::unknown;
-		SVGElementRef element = ORVAN_TRY(kFactories[static_cast<std::size_t>(kind)].Create<SVGElementInterface>());
-		const SVGElementRef* const parent = _context.element;
-		if (parent != nullptr)
-		{
-			ORVAN_TRY(Cast<HierarchyObjectInterface>(element)->InsertAsLastChildOf(
-				Cast<HierarchyObjectInterface>(*parent), {}));
-		}
-		_context.element = &element;
+		const auto hierarchy = ORVAN_TRY(kFactories[static_cast<std::size_t>(kind)].Create<HierarchyObjectInterface>());
+		if (parent)
+			ORVAN_TRY(hierarchy->InsertAsLastChildOf(parent, {}));
+		SVGElementRef element = Cast<SVGElementInterface>(hierarchy);
+		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);
 		_context.isPolygon = name == "polygon";
 		_context.elementName = NameOf(node);
 		ORVAN_TRY(SetAttributes(node));
 		if (kind == SVGImportElementKind::text)
 			ORVAN_TRY(SetText(node, element));
 		else
-			ORVAN_TRY(BuildChildren(node));
-		_context.element = parent;
+			ORVAN_TRY(BuildChildren(node, hierarchy));
+		_context.element = outerElement;
 		return element;
 	}
 
@@ -184,15 +182,15 @@ private:
 		std::string_view text;
 		if (const XmlNode* first = node.first_node())
 			text = first->type() == xml::node_data ? ORVAN_TRY(Decode(ValueOf(*first))) : ValueOf(*first);
-		return Cast<SVGTextElementInterface>(element)->SetText(ORVAN_TRY(String::Create(text)));
+		return Borrowed<SVGTextElementInterface>(element)->SetText(ORVAN_TRY(String::Create(text)));
 	}
 
-	Result<void> BuildChildren(const XmlNode& node)
+	Result<void> BuildChildren(const XmlNode& node, const HierarchyObjectRef& parent)
 	{
 		for (const XmlNode* child = node.first_node(); child != nullptr; child = child->next_sibling())
 		{
 			if (child->type() == xml::node_element)
-				ORVAN_TRY(Build(*child));
+				ORVAN_TRY(Build(*child, parent));
 		}
 		return {};
 	}
@@ -245,7 +243,7 @@ public:
 		{
 			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
 				continue;
-			SVGElementRef root = ORVAN_TRY(TreeBuilder(_context, hasReferences).Build(*node));
+			SVGElementRef root = ORVAN_TRY(TreeBuilder(_context, hasReferences).Build(*node, {}));
 			return ImportResult{std::move(root), std::move(_context.elementsById)};
 		}
 		return ImportResult();

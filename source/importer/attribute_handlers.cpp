@@ -79,7 +79,7 @@ Result<void> ImportLink(const Value& value)
 	grammar::Reference reference;
 	if (!value.Accept(grammar::ParseIri(value.text, reference)))
 		return {};
-	const auto use = Cast<SVGUseElementInterface>(value.Element());
+	const Borrowed<SVGUseElementInterface> use(value.Element());
 	if (!use)
 		return {};
 	const String link = ORVAN_TRY(String::Create(reference.text));
@@ -119,7 +119,7 @@ Result<void> ImportRadius(const Value& value)
 		return ImportPlainLength(value);
 	const SVGLength length = ScanLength(value.text);
 	value.Accept(std::isfinite(length.value) ? Parsed::value : Parsed::refused);
-	if (const auto radius = Cast<SVGRadiusInterface>(value.Element()))
+	if (const Borrowed<SVGRadiusInterface> radius(value.Element()); radius)
 		return radius->SetRadius(length);
 	return {};
 }
@@ -129,7 +129,7 @@ Result<void> ImportRadius(const Value& value)
 class PathElementSink final : public grammar::PathSink
 {
 public:
-	explicit PathElementSink(const SVGElementRef& element) noexcept : _path(Cast<SVGPathElementInterface>(element))
+	explicit PathElementSink(const SVGElementRef& element) noexcept : _path(element)
 	{
 	}
 
@@ -175,7 +175,7 @@ private:
 		}
 	}
 
-	SVGPathElementRef _path;
+	Borrowed<SVGPathElementInterface> _path;
 	Result<void> _result;
 };
 
@@ -201,7 +201,7 @@ Result<void> ImportViewBox(const Value& value)
 	grammar::ViewBox box;
 	if (!value.Accept(grammar::ParseViewBox(value.text, box)))
 		return {};
-	const auto fitted = Cast<SVGFitToViewboxInterface>(value.Element());
+	const Borrowed<SVGFitToViewboxInterface> fitted(value.Element());
 	if (!fitted)
 		return {};
 	const auto length = [](double number)
@@ -215,7 +215,7 @@ Result<void> ImportPreserveAspectRatio(const Value& value)
 {
 	grammar::AspectRatio ratio;
 	if (!value.Accept(grammar::ParsePreserveAspectRatio(value.text, ratio)) ||
-		!Cast<SVGFitToViewboxInterface>(value.Element()))
+		!Borrowed<SVGFitToViewboxInterface>(value.Element()))
 		return {};
 	return value.Store(
 		SVGPreserveAspectRatio{static_cast<SVGAlign>(ratio.align), static_cast<SVGMeetOrSlice>(ratio.meetOrSlice)});
@@ -318,7 +318,7 @@ Result<void> ImportReference(const Value& value)
 
 bool IsGradient(const SVGElementRef& element) noexcept
 {
-	return Cast<SVGLinearGradientElementInterface>(element) || Cast<SVGRadialGradientElementInterface>(element);
+	return Borrowed<SVGLinearGradientElementInterface>(element) || Borrowed<SVGRadialGradientElementInterface>(element);
 }
 
 template <auto parse>
@@ -333,7 +333,7 @@ Result<void> ImportGradientKeyword(const Value& value)
 Result<void> ImportOffset(const Value& value)
 {
 	double offset = 0.0;
-	if (!value.Accept(grammar::ParseOffset(value.text, offset)) || !Cast<SVGStopElementInterface>(value.Element()))
+	if (!value.Accept(grammar::ParseOffset(value.text, offset)) || !Borrowed<SVGStopElementInterface>(value.Element()))
 		return {};
 	return value.Store(offset);
 }
@@ -341,7 +341,7 @@ Result<void> ImportOffset(const Value& value)
 Result<void> ImportStopColor(const Value& value)
 {
 	grammar::PackedColor color = 0;
-	if (!value.Accept(grammar::ParseColor(value.text, color)) || !Cast<SVGStopElementInterface>(value.Element()))
+	if (!value.Accept(grammar::ParseColor(value.text, color)) || !Borrowed<SVGStopElementInterface>(value.Element()))
 		return {};
 	return value.Store(ToColor(color));
 }
@@ -350,7 +350,7 @@ Result<void> ImportStopOpacity(const Value& value)
 {
 	double opacity = 0.0;
 	if (!value.Accept(grammar::ParseNumber(value.text, value.source, opacity)) ||
-		!Cast<SVGStopElementInterface>(value.Element()))
+		!Borrowed<SVGStopElementInterface>(value.Element()))
 		return {};
 	return IgnoreUnlessOutOfMemory(value.Store(opacity));
 }
@@ -360,14 +360,14 @@ Result<void> ImportStopOpacity(const Value& value)
 
 Result<void> SetFontStyle(const Value& value, std::int32_t style)
 {
-	if (const auto text = Cast<SVGTextElementInterface>(value.Element()))
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
 		return text->SetFontStyle(static_cast<SVGFontStyle>(style));
 	return Value{value.context, SVGImportAttribute::fontStyle, {}, value.source}.Store(style);
 }
 
 Result<void> SetFontWeight(const Value& value, std::int32_t weight)
 {
-	if (const auto text = Cast<SVGTextElementInterface>(value.Element()))
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
 		return text->SetFontWeight(static_cast<SVGFontWeight>(weight));
 	return Value{value.context, SVGImportAttribute::fontWeight, {}, value.source}.Store(weight);
 }
@@ -377,7 +377,7 @@ Result<void> ImportFontSize(const Value& value)
 	grammar::Length length;
 	if (!value.Accept(grammar::ParseFontSize(value.text, value.source, length)))
 		return {};
-	if (const auto text = Cast<SVGTextElementInterface>(value.Element()))
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
 		return text->SetFontSize(ToLength(length));
 	return value.Store(ToLength(length));
 }
@@ -386,7 +386,7 @@ Result<void> ImportFontSize(const Value& value)
 Result<void> ImportFontFamily(const Value& value)
 {
 	const String family = ORVAN_TRY(String::Create(value.text));
-	if (const auto text = Cast<SVGTextElementInterface>(value.Element()))
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
 		ORVAN_TRY(text->SetFont(family));
 	else
 		ORVAN_TRY(value.Store(family));

@@ -1,6 +1,7 @@
 #include "length_scanner.h"
 
-#include <limits>
+#include <array>
+#include <cstdint>
 
 namespace orvan::svg
 {
@@ -49,6 +50,36 @@ std::size_t FindNumberEnd(std::string_view text) noexcept
 	return end;
 }
 
+/// The number in a text of digits with at most one point, when it has so few digits that it is exactly a quotient of
+/// two exact doubles; that is, nearly always. The text may begin with a sign.
+bool ConvertShortNumber(std::string_view text, Float& number) noexcept
+{
+	constexpr std::size_t kMostDigits = 15;
+	constexpr std::array<Float, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+															1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+	const bool isNegative = text.starts_with('-');
+	if (isNegative || text.starts_with('+'))
+		text.remove_prefix(1);
+	if (text.empty() || text.size() > kMostDigits + 1)
+		return false;
+	std::uint64_t digits = 0;
+	std::size_t decimals = 0;
+	for (std::size_t i = 0; i < text.size(); i++)
+	{
+		if (IsDigit(text[i]))
+			digits = digits * 10 + static_cast<std::uint64_t>(text[i] - '0');
+		else if (text[i] == '.')
+			decimals = text.size() - i - 1;
+		else
+			return false;
+	}
+	if (digits >= 1'000'000'000'000'000)
+		return false;
+	const Float magnitude = static_cast<Float>(digits) / kPowers[decimals];
+	number = isNegative ? -magnitude : magnitude;
+	return true;
+}
+
 } // namespace
 
 SVGLength ScanLength(std::string_view text) noexcept
@@ -72,7 +103,8 @@ SVGLength ScanLength(std::string_view text) noexcept
 			return {};
 		length.unit = known->unit;
 	}
-	if (!Host().parseFloat(text.data(), text.data() + end, &length.value))
+	if (!ConvertShortNumber(text.substr(0, end), length.value) &&
+		!Host().parseFloat(text.data(), text.data() + end, &length.value))
 		return {};
 	if (length.unit == SVGLengthUnit::percent)
 		length.value /= 100.0;

@@ -121,6 +121,15 @@ public:
 		return {};
 	}
 
+	/// Adds `count` elements of arbitrary bytes, for which there must be room, and returns the first.
+	T* AppendUninitialized(std::size_t count) noexcept
+		requires std::is_trivial_v<T>
+	{
+		T* first = _data + _size;
+		_size += count;
+		return first;
+	}
+
 	/// Makes room for at least `capacity` elements.
 	Result<void> Reserve(std::size_t capacity) noexcept
 	{

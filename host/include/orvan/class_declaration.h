@@ -49,8 +49,11 @@ struct Implements
 	template <typename Impl>
 	static constexpr InterfaceBinding BindingFor() noexcept
 	{
-		return {I::kId, I::kSlotCount, [](AnyMethod* slots) noexcept
-				{ Fill<Impl>(slots, std::make_integer_sequence<int, I::kSlotCount>()); }};
+		return {I::kId, I::kSlotCount,
+				[](AnyMethod* slots) noexcept
+				{
+					Fill<Impl>(slots, std::make_integer_sequence<int, I::kSlotCount>());
+				}};
 	}
 
 private:

@@ -126,6 +126,12 @@ public:
 		const DataType* type = value.GetType();
 		if (type == nullptr)
 			return IllegalArgumentError("An empty value cannot be stored under key @.", key);
+		if (type->isTrivial)
+		{
+			void* storage = ORVAN_TRY(Store(key, type));
+			std::memcpy(storage, value.GetValue(), type->size);
+			return {};
+		}
 		// Copied first, so that a failing copy leaves the dictionary as it was.
 		Data copy;
 		ORVAN_TRY(copy.CopyFrom(value));

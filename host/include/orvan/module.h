@@ -9,7 +9,8 @@
 ///     ORVAN_DEFINE_MODULE();
 ///     // in each unit
 ///     constexpr ClassDeclaration kLamp = DeclareClass<Lamp, Implements<LampInterface, Lamp>>("my.class.lamp");
-///     [[gnu::init_priority(1001)]] const RegistrationEntry entries[] = {{RegistrationEntry::Kind::unit, "lamp"}, kLamp};
+///     [[gnu::init_priority(1001)]] const RegistrationEntry entries[] = {{RegistrationEntry::Kind::unit, "lamp"},
+///     kLamp};
 #pragma once
 
 #include "orvan/class_declaration.h"
