@@ -17,9 +17,8 @@ public:
 	}
 
 	/// Recurses once for each level of the tree, of which a file can have only so many.
-	void WriteElement(const SVGElementRef& element, int depth)
+	void WriteElement(const SVGElementRef& element, int depth = 0)
 	{
-		_json.NewLine(depth);
 		_json.BeginObject();
 		_json.Member("class", element->GetClassId());
 		_json.Member("type", static_cast<int>(element->GetElementType()));
@@ -220,7 +219,10 @@ private:
 		_json.Key("children");
 		_json.BeginArray();
 		for (; child; child = child->GetNextSibling())
+		{
+			_json.NewLine(depth + 2);
 			WriteElement(Cast<SVGElementInterface>(child), depth + 1);
+		}
 		_json.EndArray();
 	}
 
@@ -245,7 +247,7 @@ void PrintTreeAsJson(const SVGDocumentRef& document, bool isPlaceholder)
 	json.EndArray();
 	json.NewLine(1);
 	json.Key("root");
-	TreeWriter(json).WriteElement(document->GetRootElement(), 2);
+	TreeWriter(json).WriteElement(document->GetRootElement());
 	json.NewLine(0);
 	json.EndObject();
 	json.Finish();
