@@ -1,0 +1,271 @@
+/// The importer: names, structure, texts, styles, lengths and what it says about files that it refuses. The values of
+/// the other attributes are in the corpus.
+#include "support/svg_module.h"
+
+namespace orvan
+{
+namespace
+{
+
+constexpr const char* kSvg =
+	"<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+	"xmlns:s='http://www.w3.org/2000/svg' xmlns:o='urn:other' xmlns:l='http://www.w3.org/1999/xlink'>";
+
+class Import : public SvgModuleTest
+{
+protected:
+	static SVGElementRef Root(std::string_view text)
+	{
+		return Load(text)->GetRootElement();
+	}
+
+	/// The only child of an svg element with this content.
+	static SVGElementRef Only(const std::string& content)
+	{
+		const auto first = Cast<HierarchyObjectInterface>(Root(kSvg + content + "</svg>"))->GetFirstChild();
+		return Cast<SVGElementInterface>(first);
+	}
+
+	static std::string TextOf(const std::string& content)
+	{
+		return Cast<SVGTextElementInterface>(Only("<text>" + content + "</text>"))->GetText().CString();
+	}
+
+	static SVGLength LengthOf(const std::string& text)
+	{
+		return Only("<rect x='" + text + "'/>")->GetAttributeDictionary().GetOr(10, SVGLength{-999.0});
+	}
+
+	/// `depth` nested elements with `leaf` in the innermost.
+	static std::string Nest(int depth, const std::string& leaf = "")
+	{
+		std::string text = "<svg>";
+		for (int i = 1; i < depth; i++)
+			text += "<g>";
+		text += leaf;
+		for (int i = 1; i < depth; i++)
+			text += "</g>";
+		return text + "</svg>";
+	}
+};
+
+TEST_F(Import, MakesTheElementOfEachTag)
+{
+	EXPECT_EQ("svg(g use defs symbol linear radial stop path path path rect circle circle line text mask clip svg)",
+			  OutlineOf("<svg><g/><use/><defs/><symbol/><linearGradient/><radialGradient/><stop/><path/><polygon/>"
+						"<polyline/><rect/><circle/><ellipse/><line/><text/><mask/><clipPath/><svg/></svg>"));
+	EXPECT_EQ("svg(g(g(rect)) g g)", OutlineOf("<svg><metadata><RDF><rect/></RDF></metadata><Rect/><image/></svg>"));
+}
+
+TEST_F(Import, BuildsElementsOnly)
+{
+	EXPECT_EQ("svg(g g rect)", OutlineOf("<?xml version='1.0'?><!DOCTYPE svg [<!ENTITY a '>'>]><!-- <g/> -->"
+										 "<svg>text<g/><![CDATA[<g/>]]><!-- <g/> --><?pi <g/>?>"
+										 "<style>a{}</style>&amp;<rect/></svg>"));
+}
+
+TEST_F(Import, TakesTheFirstSvgElementOfSeveralAtTheTop)
+{
+	EXPECT_EQ("svg#b", OutlineOf("<g id='a'/><svg id='b'/><svg id='c'/>"));
+}
+
+TEST_F(Import, KnowsSvgElementsUnderAnyPrefixOfTheirNamespaceAndNoOthers)
+{
+	EXPECT_EQ("svg(rect g(circle) g)", OutlineOf("<s:svg xmlns:s='http://www.w3.org/2000/svg' xmlns:o='urn:other'>"
+												 "<s:rect/><o:path><s:circle/></o:path><o:rect/></s:svg>"));
+	EXPECT_EQ("svg(rect)", OutlineOf("<svg xmlns='&ns_svg;'><rect/></svg>"));
+	EXPECT_EQ("svg(g)", OutlineOf("<svg xmlns:svg='urn:other'><svg:rect/></svg>"));
+}
+
+TEST_F(Import, KnowsAttributesUnderSvgAndXlinkPrefixesAndNoOthers)
+{
+	const SVGElementRef use = Only("<use o:x='1' s:y='2' o:href='#a' o:id='b'/>");
+	EXPECT_FALSE(use->HasAttribute(Attribute::x));
+	EXPECT_TRUE(use->HasAttribute(Attribute::y));
+	EXPECT_TRUE(use->GetId().IsEmpty());
+	const auto linkOf = [](const std::string& attributes)
+	{
+		return std::string(Cast<SVGUseElementInterface>(Only("<use " + attributes + "/>"))->GetLink());
+	};
+	EXPECT_EQ("", linkOf("o:href='#a'"));
+	EXPECT_EQ("a", linkOf("href='#a'"));
+	EXPECT_EQ("a", linkOf("xlink:href='#a'"));
+	EXPECT_EQ("a", linkOf("l:href='#a'"));
+	EXPECT_EQ("http://a/b.svg#c", linkOf("href='http://a/b.svg#c'"));
+	EXPECT_EQ("b", linkOf("href='#a' xlink:href='#b'")) << "the later one";
+}
+
+TEST_F(Import, DropsLinksOfOtherElements)
+{
+	const SVGElementRef gradient = Only("<linearGradient href='#a'/>");
+	EXPECT_EQ(0u, gradient->GetAttributeDictionary().GetCount());
+}
+
+TEST_F(Import, KeepsTheFirstElementOfAnIdAndTheLastIdOfAnElement)
+{
+	const SVGDocumentRef document = Load("<svg><g id='a' style='id:b'/><rect id='b'/></svg>");
+	EXPECT_EQ("svg(g#b rect#b)", Outline(document->GetRootElement()));
+	EXPECT_EQ("g#b", Outline(Find(document, "a")));
+	EXPECT_EQ("g#b", Outline(Find(document, "b")));
+	EXPECT_EQ("g", Outline(Only("<g class='a'/>")));
+}
+
+TEST_F(Import, AppliesStylesAtTheirPlaceAmongTheAttributes)
+{
+	const SVGElementRef late = Only("<rect fill='red' style='fill:blue; stroke-width : 2 ;unknown:1;style:fill:red'/>");
+	EXPECT_EQ((Color{0.0, 0.0, 1.0}), late->GetFill().color);
+	EXPECT_EQ((SVGLength{2.0, SVGLengthUnit::number}), late->GetStrokeWidth());
+	EXPECT_EQ((Color{1.0, 0.0, 0.0}), Only("<rect style='fill:blue' fill='red'/>")->GetFill().color);
+	EXPECT_EQ((Color{0.0, 0.0, 1.0}), Only("<rect style='fill:red;fill:blue'/>")->GetFill().color);
+	EXPECT_EQ(0u, Only("<rect style='style'/>")->GetAttributeDictionary().GetCount());
+	EXPECT_EQ((Vector2d{1.0, 2.0}), Only("<g style='transform:translate(1 2)'/>")->GetLocalTransform().offset);
+}
+
+TEST_F(Import, TakesTheTextOfTheFirstChildAlone)
+{
+	EXPECT_EQ(" a  b\n", TextOf(" a  b\n"));
+	EXPECT_EQ("a ", TextOf("a <tspan>b</tspan> c"));
+	EXPECT_EQ("", TextOf("<tspan>b</tspan> c"));
+	EXPECT_EQ("", TextOf(""));
+	EXPECT_EQ("a<b>&c", TextOf("a&lt;b&gt;&amp;c"));
+	EXPECT_EQ("<&amp;>", TextOf("<![CDATA[<&amp;>]]>"));
+	EXPECT_EQ("text", Outline(Only("<text><tspan id='t'/></text>"))) << "nested markup is not walked";
+}
+
+TEST_F(Import, ReplacesPredefinedAndNumericReferences)
+{
+	const auto idOf = [](const std::string& id)
+	{
+		return std::string(Only("<g id='" + id + "'/>")->GetId());
+	};
+	EXPECT_EQ("<>&\"'", idOf("&lt;&gt;&amp;&quot;&apos;"));
+	EXPECT_EQ("A\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", idOf("&#65;&#xe9;&#8364;&#x1F600;"));
+	EXPECT_EQ("&unknown;&", idOf("&unknown;&"));
+	EXPECT_EQ((SVGLength{12.0, SVGLengthUnit::number}), LengthOf("&#49;2"));
+	EXPECT_EQ("1:19 Exception parsing svg file. expected ;", RefusalOf("<svg id='a&#65;&#6 5;'/>"));
+}
+
+TEST_F(Import, ScansLengthsToTheLetter)
+{
+	using Unit = SVGLengthUnit;
+	const std::pair<const char*, SVGLength> cases[] = {
+		{"10", {10.0, Unit::number}},   {"10px", {10.0, Unit::px}},   {"-.5em", {-0.5, Unit::em}},
+		{"+1.5ex", {1.5, Unit::ex}},    {"2in", {2.0, Unit::in}},     {"2cm", {2.0, Unit::cm}},
+		{"2mm", {2.0, Unit::mm}},       {"2pt", {2.0, Unit::pt}},     {"2pc", {2.0, Unit::pc}},
+		{"50%", {0.5, Unit::percent}},  {"10pxx", {10.0, Unit::px}},  {"50% of it", {0.5, Unit::percent}},
+		{"1e2", {100.0, Unit::number}}, {"1E2mm", {100.0, Unit::mm}}, {"1em", {1.0, Unit::em}},
+		{"1e2em", {100.0, Unit::em}},   {"1e", {0.0, Unit::px}},      {"1e-3", {0.0, Unit::px}},
+		{"1e+3", {0.0, Unit::px}},      {"5.", {0.0, Unit::px}},      {"5.px", {0.0, Unit::px}},
+		{"5.25", {5.25, Unit::number}}, {"abc", {0.0, Unit::px}},     {" 1", {0.0, Unit::px}},
+		{"1 ", {0.0, Unit::px}},        {"1 px", {0.0, Unit::px}},    {"1PX", {0.0, Unit::px}},
+		{"1rem", {0.0, Unit::px}},      {"", {0.0, Unit::px}},        {"px", {0.0, Unit::px}},
+		{"-", {0.0, Unit::px}},         {"--1", {0.0, Unit::px}},     {"-1", {-1.0, Unit::number}},
+		{"1p", {0.0, Unit::px}},        {"1e-400", {0.0, Unit::px}},  {"0.1", {0.1, Unit::number}},
+		{"1.2.3", {0.0, Unit::px}},     {"inherit", {0.0, Unit::px}}, {"1,5", {0.0, Unit::px}},
+	};
+	for (const auto& [text, length] : cases)
+		EXPECT_EQ(length, LengthOf(text)) << '"' << text << '"';
+}
+
+TEST_F(Import, RefusesLengthsThatOverflow)
+{
+	EXPECT_EQ("1:15 rect Exception parsing svg file. Invalid value of SVG attribute (or property) \"x\": \"1e999\"",
+			  RefusalOf("<svg><rect x='1e999'/></svg>"));
+}
+
+TEST_F(Import, KeepsTheFamilyOfARadiusApart)
+{
+	EXPECT_EQ((SVGLength{3.0, SVGLengthUnit::px}), Cast<SVGRadiusInterface>(Only("<circle r='3px'/>"))->GetRadius());
+	const SVGElementRef ellipse = Only("<ellipse rx='1' ry='2'/>");
+	EXPECT_FALSE(ellipse->HasAttribute(Attribute::r));
+	EXPECT_TRUE(ellipse->HasAttribute(Attribute::rx));
+	EXPECT_TRUE(Only("<radialGradient r='3px'/>")->HasAttribute(Attribute::r));
+	EXPECT_TRUE(Only("<rect r='3px'/>")->HasAttribute(Attribute::r));
+}
+
+TEST_F(Import, SaysWhereARefusedValueStands)
+{
+	const std::string refusal = "Exception parsing svg file. Invalid value of SVG attribute (or property) ";
+	EXPECT_EQ("2:24 rect#b " + refusal + "\"fill\": \"reddish\"",
+			  RefusalOf("<svg id='a'>\n<g/><rect id='b' fill='reddish'/></svg>"));
+	EXPECT_EQ("2:1 s:rect " + refusal + "\"opacity\": \"0.5px\"",
+			  RefusalOf("<svg xmlns:s='http://www.w3.org/2000/svg'><s:rect style='fill:red;opacity:\n0.5px'/></svg>"))
+		<< "a declaration has a place of its own";
+	EXPECT_EQ("1:15 path " + refusal + "\"path\": \"M\"", RefusalOf("<svg><path d='M'/></svg>"));
+}
+
+TEST_F(Import, SaysWhereTheXmlIsWrong)
+{
+	EXPECT_EQ("1:1 Exception parsing svg file. expected <", RefusalOf("svg"));
+	EXPECT_EQ("3:6 Exception parsing svg file. invalid closing tag name", RefusalOf("<svg>\n<g>\n  </a></svg>"));
+	EXPECT_EQ("1:10 Exception parsing svg file. unexpected end of data", RefusalOf("<svg><g/>"));
+	EXPECT_EQ("No namespace definition found", RefusalOf("<svg><a:g/></svg>").substr(32));
+}
+
+TEST_F(Import, BoundsTheNestingBeforeTheParserRecurses)
+{
+	EXPECT_EQ("svg", Outline(Root(Nest(1024))).substr(0, 3));
+	const std::string deep =
+		"1:" + std::to_string(6 + 3 * 1023) + " Exception parsing svg file. elements are nested more than 1024 deep";
+	EXPECT_EQ(deep, RefusalOf(Nest(1025)));
+	EXPECT_EQ(deep, RefusalOf(Nest(1024, "<g/>"))) << "a leaf is an element too";
+	EXPECT_EQ(deep, RefusalOf(std::string(Nest(1025)).substr(0, 6 + 3 * 1024))) << "also when nothing is closed";
+}
+
+TEST_F(Import, CountsTheNestingOfElementsAlone)
+{
+	for (const std::string opening :
+		 {"<!-- <g> -->", "<![CDATA[<g>]]>", "<? <g> ?>", "<?<g>?>", "text > ", "<g a='<g>'/>", "<g a='/>'></g>",
+		  "<g a=\"'>\"/>", "<g a='\"' b='<g><g>'></g>", "<!-- > -> <g -->", "<g/\t\n>", "<!-->--><g></g>"})
+	{
+		std::string many;
+		for (int i = 0; i < 1100; i++)
+			many += opening;
+		const CollectedFindings findings;
+		const SVGDocumentRef document = MakeDocument();
+		Must(document->Init(TextFile("<svg>" + many + "</svg>").GetUrl()));
+		for (const std::string& line : findings.lines)
+			EXPECT_EQ(line.npos, line.find("nested")) << opening;
+	}
+}
+
+TEST_F(Import, IsNotFooledAboutTheNesting)
+{
+	// Each hides one opening tag from a careless count.
+	for (const std::string opening :
+		 {"<g a='>'>", "<g a='/>'>", "<g a=\"'\" b='/>'>", "<g><!-- </g> -->", "<a\">", "<g><![CDATA[</g>]]>",
+		  "<g><?</g>?>", "<g><!-- --><!--></g>-->", "<g a = '/>' >", "<g\n>", "<g><? ?>", "<g><?>/</g>?>"})
+	{
+		std::string many = "<svg>";
+		for (int i = 0; i < 200000; i++)
+			many += opening;
+		EXPECT_NE(std::string::npos, RefusalOf(many).find("nested more than 1024 deep")) << opening;
+	}
+}
+
+TEST_F(Import, RefusesZeroBytesWhereverTheyStand)
+{
+	using namespace std::string_view_literals;
+	for (const std::string_view text : {"<svg/>\0"sv, "\0<svg/>"sv, "<svg id='a\0'/>"sv, "<svg>\0</svg>"sv})
+	{
+		const std::string column = std::to_string(text.find('\0') + 1);
+		EXPECT_EQ("1:" + column + " Exception parsing svg file. unexpected zero byte", RefusalOf(text));
+	}
+}
+
+TEST_F(Import, BoundsTheNumberOfNamespacePrefixes)
+{
+	const auto declaring = [](int count)
+	{
+		std::string text = "<svg";
+		for (int i = 0; i < count; i++)
+			text += " xmlns:p" + std::to_string(i) + "='u'";
+		return text + "/>";
+	};
+	EXPECT_EQ("svg", OutlineOf(declaring(256)));
+	const std::string refusal = RefusalOf(declaring(257));
+	EXPECT_TRUE(refusal.ends_with(" Exception parsing svg file. more than 256 namespace prefixes are declared"));
+}
+
+} // namespace
+} // namespace orvan
