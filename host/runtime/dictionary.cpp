@@ -60,6 +60,36 @@ void DropValue(DictionaryBlock* block, const Entry& entry) noexcept
 		Host().free(value);
 }
 
+/// Makes the value of `entry`, of which `target` holds a copy of the bytes, a value of the target's own.
+ErrorBlock* CopyValue(const DictionaryBlock& source, const Entry& entry, DictionaryBlock* target) noexcept
+{
+	const DataType& type = *entry.type;
+	const bool isInline = Data::IsInline(&type);
+	void* value = ValueSlot(target, entry);
+	if (!isInline)
+	{
+		void* outside = Host().allocate(type.size);
+		if (outside == nullptr)
+			return OutOfMemoryError().Release();
+		std::memcpy(outside, source.ValueOf(entry), type.size);
+		std::memcpy(value, &outside, sizeof outside);
+		value = outside;
+	}
+	if (type.isTrivial)
+		return nullptr;
+	const DataTypeOperations& operations = *type.operations.load(std::memory_order_relaxed);
+	operations.construct(value, 1);
+	if (Result<void> copied = operations.copy(value, source.ValueOf(entry), 1); !copied.IsOk())
+	{
+		operations.destruct(value, 1);
+		if (!isInline)
+			Host().free(value);
+		return copied.GetError().Release();
+	}
+	type.liveValues.fetch_add(1, std::memory_order_relaxed);
+	return nullptr;
+}
+
 /// Moves everything into a block with room for one more entry and `bytes` more of values. The values move as bytes, and
 /// the gaps that replaced values left behind close.
 bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
@@ -149,20 +179,16 @@ ErrorBlock* DictionaryClone(const DictionaryBlock* block, DictionaryBlock** resu
 	DictionaryBlock* copy = AllocateBlock(block->entryCapacity, block->blockSize - ValueBegin(block->entryCapacity));
 	if (copy == nullptr)
 		return OutOfMemoryError().Release();
-	for (const Entry *entry = block->Entries(), *end = entry + block->count; entry != end; ++entry)
+	// Trivial values are copied as bytes, all at once; the others then one by one, each counted when it is there.
+	std::memcpy(static_cast<void*>(copy->Entries()), block->Entries(), block->valueEnd - sizeof(DictionaryBlock));
+	copy->valueEnd = block->valueEnd;
+	for (; copy->count < block->count; copy->count++)
 	{
-		const DataTypeOperations& operations = *entry->type->operations.load(std::memory_order_relaxed);
-		void* target = DictionaryStore(&copy, entry->key, entry->type);
-		if (target == nullptr)
+		const Entry& entry = block->Entries()[copy->count];
+		if (ErrorBlock* error = CopyValue(*block, entry, copy))
 		{
 			DictionaryRelease(copy);
-			return OutOfMemoryError().Release();
-		}
-		operations.construct(target, 1);
-		if (Result<void> copied = operations.copy(target, block->ValueOf(*entry), 1); !copied.IsOk())
-		{
-			DictionaryRelease(copy);
-			return copied.GetError().Release();
+			return error;
 		}
 	}
 	*result = copy;

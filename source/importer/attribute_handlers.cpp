@@ -1,4 +1,5 @@
 /// What each attribute does to an element: the table of attributes, and a handler for each.
+#include "element_base.h"
 #include "importer/length_scanner.h"
 #include "importer/names.h"
 #include "importer/parse_context.h"
@@ -94,13 +95,58 @@ Result<void> ImportTransform(const Value& value)
 	return IgnoreUnlessOutOfMemory(value.Element()->SetLocalTransform({{m.e, m.f}, {m.a, m.b}, {m.c, m.d}}));
 }
 
+/// True for attributes that say nothing outside of the element's dictionary.
+constexpr bool IsKeptInDictionary(SVGImportAttribute attribute) noexcept
+{
+	switch (attribute)
+	{
+	case SVGImportAttribute::id:
+	case SVGImportAttribute::href:
+	case SVGImportAttribute::transform:
+	case SVGImportAttribute::d:
+	case SVGImportAttribute::points:
+		return false;
+	default:
+		return true;
+	}
+}
+
+/// Dispatches the declarations; the result tells whether all of them went to the dictionary.
+Result<bool> ImportDeclarations(const Value& value)
+{
+	bool isAllInDictionary = true;
+	grammar::StyleSplitter splitter(value.text);
+	for (std::string_view name, text; splitter.Next(name, text);)
+	{
+		const SVGImportAttribute attribute = FindAttribute(name);
+		isAllInDictionary &= IsKeptInDictionary(attribute);
+		ORVAN_TRY(DispatchAttribute(value.context, attribute, text, Source::style));
+	}
+	return isAllInDictionary;
+}
+
 Result<void> ImportStyle(const Value& value)
 {
 	if (value.source == Source::style)
 		return {};
-	grammar::StyleSplitter splitter(value.text);
-	for (std::string_view name, text; splitter.Next(name, text);)
-		ORVAN_TRY(DispatchAttribute(value.context, FindAttribute(name), text, Source::style));
+	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
+	// text that was copied to replace references is not in place long enough to be compared with.
+	ElementBase* element = AsElement(static_cast<HierarchyObject*>(value.Element().GetObject()));
+	if (element == nullptr || element->GetAttributeDictionary().GetCount() != 0 ||
+		value.text.data() != value.context.rawValue.data())
+	{
+		ORVAN_TRY(ImportDeclarations(value));
+		return {};
+	}
+	StyleCache& cache = value.context.styles;
+	const StyleCache::Finding finding = cache.Find(value.text, element->GetElementType());
+	if (finding == StyleCache::Finding::kept)
+	{
+		element->ReplaceAttributes(cache.Get());
+		return {};
+	}
+	if (ORVAN_TRY(ImportDeclarations(value)) && finding == StyleCache::Finding::noted)
+		cache.Keep(element->GetAttributeDictionary());
 	return {};
 }
 

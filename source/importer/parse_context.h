@@ -2,6 +2,7 @@
 #pragma once
 
 #include "grammar.h"
+#include "importer/style_cache.h"
 #include "orvan/hash_map.h"
 #include "svg_elements.h"
 
@@ -18,6 +19,7 @@ struct SVGParseContext
 	bool isPolygon = false;     ///< The current tag is "polygon".
 	bool suppressesIds = false; ///< Ids are not entered into the table. Nothing sets it.
 	StringMap<SVGElementRef> elementsById;
+	StyleCache styles;
 
 	// Where a refused value stood, for the diagnostics.
 	std::string_view elementName; ///< The tag as written.
