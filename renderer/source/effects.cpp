@@ -103,6 +103,7 @@ void CairoContext::ClipToRectangle(const Rectangle& rectangle, const Matrix2d& t
 {
 	Outline outline(_drawing, transform);
 	outline.AddRectangle(rectangle.left, rectangle.top, rectangle.GetWidth(), rectangle.GetHeight(), 0.0, 0.0);
+	outline.Finish();
 	if (!outline.IsDrawable())
 		cairo_new_path(_drawing);
 	cairo_set_fill_rule(_drawing, CAIRO_FILL_RULE_WINDING);

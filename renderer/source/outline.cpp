@@ -56,8 +56,24 @@ Vector2d Outline::ToDevice(const Vector2d& point) noexcept
 	return device;
 }
 
+/// A subpath without length still shows its round or square caps. The library knows only half of that, so such a
+/// subpath gets a length that cannot be seen, along the x axis.
+void Outline::EndSubpath() noexcept
+{
+	if (_hasSegments && !_hasLength)
+	{
+		constexpr double kUnseen = 1.0 / 64.0;
+		const Vector2d device = ToDevice(_start);
+		const Vector2d& axis = _transform.axis1;
+		const double scale = kUnseen / std::hypot(axis.x, axis.y);
+		cairo_line_to(_drawing, device.x + axis.x * scale, device.y + axis.y * scale);
+	}
+	_hasSegments = _hasLength = false;
+}
+
 void Outline::MoveTo(const Vector2d& point) noexcept
 {
+	EndSubpath();
 	const Vector2d device = ToDevice(point);
 	cairo_move_to(_drawing, device.x, device.y);
 	_start = _current = point;
@@ -69,6 +85,8 @@ void Outline::LineTo(const Vector2d& point) noexcept
 	cairo_line_to(_drawing, device.x, device.y);
 	_userBounds.Add(_current);
 	_userBounds.Add(point);
+	_hasSegments = true;
+	_hasLength = _hasLength || !(point == _current);
 	_current = point;
 }
 
@@ -79,14 +97,20 @@ void Outline::CurveTo(const Vector2d& control1, const Vector2d& control2, const 
 	const Vector2d end = ToDevice(point);
 	cairo_curve_to(_drawing, c1.x, c1.y, c2.x, c2.y, end.x, end.y);
 	AddCurveBounds(control1, control2, point);
+	_hasSegments = true;
+	_hasLength = _hasLength || !(control1 == _current && control2 == _current && point == _current);
 	_current = point;
 }
 
 void Outline::Close() noexcept
 {
-	cairo_close_path(_drawing);
 	_userBounds.Add(_current);
 	_current = _start;
+	_hasSegments = true;
+	// Closing would replace the caps by a join.
+	if (_hasLength)
+		cairo_close_path(_drawing);
+	EndSubpath();
 }
 
 void Outline::AddCurveBounds(const Vector2d& c1, const Vector2d& c2, const Vector2d& end) noexcept

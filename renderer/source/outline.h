@@ -26,6 +26,12 @@ public:
 	void CurveTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept;
 	void Close() noexcept;
 
+	/// Ends the outline. To be called once, before anything is asked or drawn.
+	void Finish() noexcept
+	{
+		EndSubpath();
+	}
+
 	void AddPath(const BaseArray<SVGPathCommand>& commands) noexcept;
 	void AddEllipse(const Vector2d& center, double radiusX, double radiusY) noexcept;
 	/// A rectangle; the radii are limited to half of its sides.
@@ -51,6 +57,7 @@ public:
 
 private:
 	Vector2d ToDevice(const Vector2d& point) noexcept;
+	void EndSubpath() noexcept;
 	void AddCurveBounds(const Vector2d& c1, const Vector2d& c2, const Vector2d& end) noexcept;
 
 	cairo_t* _drawing;
@@ -60,6 +67,8 @@ private:
 	Vector2d _start;
 	Vector2d _current;
 	bool _isFinite = true;
+	bool _hasSegments = false; ///< The subpath has more than its start, ...
+	bool _hasLength = false;   ///< ... and leads away from it.
 };
 
 } // namespace orvan::cairo

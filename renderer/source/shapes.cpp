@@ -187,6 +187,7 @@ Result<void> CairoContext::DrawShape(ObjectBase* element, Build build) noexcept
 		return {};
 	Outline outline(_drawing, _state.transform);
 	ORVAN_TRY(build(outline));
+	outline.Finish();
 	if (!outline.IsDrawable())
 	{
 		cairo_new_path(_drawing);
@@ -216,6 +217,7 @@ Result<void> CairoContext::DrawShape(ObjectBase* element, Build build) noexcept
 				   {
 					   Outline again(_drawing, _state.transform);
 					   ORVAN_TRY(build(again));
+					   again.Finish();
 					   return PaintOutline(again, opacity);
 				   });
 }

@@ -87,6 +87,7 @@ PangoContextPtr CreateFontContext() noexcept
 	cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
 	cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
 	pango_cairo_context_set_font_options(context.get(), options.get());
+	pango_context_set_round_glyph_positions(context.get(), FALSE);
 	pango_cairo_context_set_resolution(context.get(), 72.0);
 	return context;
 }
