@@ -4,6 +4,7 @@
 #include "importer/names.h"
 #include "importer/parse_context.h"
 #include "importer/xml_guard.h"
+#include "importer/xml_memory.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
 
@@ -12,6 +13,9 @@
 #include <exception>
 #include <new>
 #include <optional>
+
+// Larger blocks than the library's own, so that giving them back early is worth the calls.
+#define RAPIDXML_DYNAMIC_POOL_SIZE (256 * 1024)
 #include <rapidxml_ns/rapidxml_ns.hpp>
 
 namespace orvan::svg
@@ -133,14 +137,16 @@ SVGImportAttribute NumberOf(const XmlAttribute& attribute) noexcept
 class TreeBuilder
 {
 public:
-	TreeBuilder(SVGParseContext& context, bool hasReferences) noexcept
-		: _context(context), _hasReferences(hasReferences)
+	TreeBuilder(SVGParseContext& context, XmlMemory& memory, bool hasReferences) noexcept
+		: _context(context), _memory(memory), _hasReferences(hasReferences)
 	{
 	}
 
-	/// Builds an element and everything below it; `parent` is null for the root.
+	/// Builds an element and everything below it; `parent` is null for the root. Of the XML tree, nothing is read any
+	/// more that comes before `node`.
 	Result<SVGElementRef> Build(const XmlNode& node, const HierarchyObjectRef& parent)
 	{
+		_memory.ReleaseBefore(&node);
 		const std::string_view name = TagNameOf(node);
 		const TagRow* tag = kTagIndex.Find(kTags, name);
 		const SVGImportElementKind kind = tag != nullptr ? tag->kind : SVGImportElementKind::unknown;
@@ -187,8 +193,9 @@ private:
 
 	Result<void> BuildChildren(const XmlNode& node, const HierarchyObjectRef& parent)
 	{
-		for (const XmlNode* child = node.first_node(); child != nullptr; child = child->next_sibling())
+		for (const XmlNode *child = node.first_node(), *next = nullptr; child != nullptr; child = next)
 		{
+			next = child->next_sibling(); // While it is still there.
 			if (child->type() == xml::node_element)
 				ORVAN_TRY(Build(*child, parent));
 		}
@@ -205,24 +212,12 @@ private:
 	}
 
 	SVGParseContext& _context;
+	XmlMemory& _memory;
 	bool _hasReferences;
 	BaseArray<char> _decoded;
 };
 
 // Driving ------------------------------------------------------------------------------------------------------------
-
-void* AllocateForXml(std::size_t bytes)
-{
-	void* memory = Host().allocate(bytes);
-	if (memory == nullptr)
-		throw std::bad_alloc();
-	return memory;
-}
-
-void FreeForXml(void* memory)
-{
-	Host().free(memory);
-}
 
 /// One import of one text.
 class ImportDriver
@@ -236,14 +231,15 @@ public:
 	Result<ImportResult> Run(char* text)
 	{
 		const bool hasReferences = GuardXml(_text);
+		XmlMemory memory;
 		xml::xml_document<char> document;
-		document.set_allocator(&AllocateForXml, &FreeForXml);
+		document.set_allocator(&XmlMemory::Allocate, &XmlMemory::Free);
 		document.parse<kParseFlags>(text);
 		for (const XmlNode* node = document.first_node(); node != nullptr; node = node->next_sibling())
 		{
 			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
 				continue;
-			SVGElementRef root = ORVAN_TRY(TreeBuilder(_context, hasReferences).Build(*node, {}));
+			SVGElementRef root = ORVAN_TRY(TreeBuilder(_context, memory, hasReferences).Build(*node, {}));
 			return ImportResult{std::move(root), std::move(_context.elementsById)};
 		}
 		return ImportResult();
