@@ -19,6 +19,15 @@ inline constexpr double kMaxPageSide = 14400.0;
 inline constexpr int kMaxDepth = 2048;
 /// Bytes of a text that are laid out; the layout's cost for one line grows faster than the line.
 inline constexpr std::size_t kMaxTextBytes = 32768;
+/// Largest size of a text's characters in pixels; the font library gives up somewhat beyond.
+inline constexpr double kMaxFontSize = 30000.0;
+
+/// What parts of a drawing cost, in pixels filled with a colour.
+inline constexpr double kElementWork = 4096.0;
+inline constexpr double kCommandWork = 256.0;    ///< A line or curve.
+inline constexpr double kDashWork = 512.0;       ///< A dash.
+inline constexpr double kCharacterWork = 1024.0; ///< A byte of a text.
+inline constexpr double kGradientFactor = 8.0;   ///< A pixel filled with a gradient.
 
 /// The reasons why something is left out; each is reported once a picture.
 enum class Omission : std::uint32_t
@@ -28,6 +37,7 @@ enum class Omission : std::uint32_t
 	work = 4,
 	layers = 8,
 	text = 16,
+	fontSize = 64,
 	dashes = 32,
 };
 
@@ -45,17 +55,17 @@ public:
 	{
 	}
 
-	/// Pays for one element drawn by reference and the pixels that it covers; false when there is nothing left.
-	bool PayForElement(double pixels) noexcept
+	/// Pays for something that costs as much as filling this many pixels; false when there is nothing left.
+	bool Pay(double pixels) noexcept
 	{
-		_work -= kElementWork + pixels;
+		_work -= pixels;
 		return _work > 0.0;
 	}
 
 	/// Pays for a layer that is alive until `CloseLayer`; false when there is no room for it.
 	bool OpenLayer(double pixels) noexcept
 	{
-		if (pixels > _layerPixels || !PayForElement(pixels * 2.0))
+		if (pixels > _layerPixels || !Pay(kElementWork + pixels * 2.0))
 			return false;
 		_layerPixels -= pixels;
 		return true;
@@ -72,9 +82,8 @@ public:
 	}
 
 private:
-	static constexpr double kElementWork = 4096.0;
-	static constexpr double kLeastWork = 2e9;
-	static constexpr double kLayersOfWork = 512.0;
+	static constexpr double kLeastWork = 4e9;
+	static constexpr double kLayersOfWork = 1024.0;
 	static constexpr double kLeastLayerPixels = 64.0 * 1024 * 1024;
 	static constexpr double kLayersAlive = 4.0;
 

@@ -65,7 +65,7 @@ void CairoContext::Omit(Omission omission) noexcept
 		WarningOutput("Elements more than @ levels deep are left out.", kMaxDepth);
 		break;
 	case Omission::work:
-		WarningOutput("References multiply beyond what a picture may cost; the rest of them is left out.");
+		WarningOutput("Elements drawn by reference and in layers cost more than a picture may; the rest is left out.");
 		break;
 	case Omission::layers:
 		WarningOutput("Elements that need more memory for layers than a picture may use are left out.");
@@ -73,20 +73,21 @@ void CairoContext::Omit(Omission omission) noexcept
 	case Omission::text:
 		WarningOutput("Texts are drawn up to @ bytes; the rest is left out.", kMaxTextBytes);
 		break;
+	case Omission::fontSize:
+		WarningOutput("Texts larger than @ pixels are left out.", kMaxFontSize);
+		break;
 	case Omission::dashes:
 		WarningOutput("Lines with too many dashes are drawn solid.");
 		break;
 	}
 }
 
-bool CairoContext::IsOutOfBudget() noexcept
+bool CairoContext::PayInReference(double work) noexcept
 {
-	if (_references == 0)
-		return false;
-	if (_budget.PayForElement(0.0))
-		return false;
+	if (_references == 0 || _budget.Pay(work))
+		return true;
 	Omit(Omission::work);
-	return true;
+	return false;
 }
 
 // Containers ---------------------------------------------------------------------------------------------------------
@@ -202,13 +203,13 @@ Result<void> CairoContext::DrawTarget(const SVGUseElementRef& use, const SVGElem
 			viewport.height = size.y;
 	};
 	Result<void> drawn;
-	if (const auto svg = Cast<SVGSVGElementInterface>(target); svg && _mode == Mode::paint)
+	if (const auto svg = Cast<SVGSVGElementInterface>(target); svg && _mode != Mode::clip)
 	{
 		SVGViewport viewport = svg->GetViewport();
 		resize(viewport);
 		drawn = DrawNested(svg, viewport);
 	}
-	else if (const auto symbol = Cast<SVGSymbolElementInterface>(target); symbol && _mode == Mode::paint)
+	else if (const auto symbol = Cast<SVGSymbolElementInterface>(target); symbol && _mode != Mode::clip)
 	{
 		SVGViewport viewport;
 		resize(viewport);

@@ -79,6 +79,7 @@ private:
 		paint,
 		clip,    ///< Collects the areas of shapes, whatever they are painted with.
 		outline, ///< Leaves a shape's outline as the drawing's path.
+		measure, ///< Draws nothing, but finds out what would be touched.
 	};
 
 	/// Where and how large something is, for effects; null pointers for what is not known.
@@ -112,6 +113,7 @@ private:
 	bool HasStroke() const noexcept;
 	double GetStrokeWidth() const noexcept;
 	bool SetDashes(double width) noexcept;
+	double GetWork(const Rectangle& painted, double details) const noexcept;
 	Rectangle GetPaintedBounds(const Rectangle& deviceBounds) const noexcept;
 	double Resolve(const SVGLength& length, Axis axis) const noexcept;
 
@@ -133,12 +135,13 @@ private:
 	void ClipToRectangle(const Rectangle& rectangle, const Matrix2d& transform) noexcept;
 	Result<void> EnterContent(const SVGElementRef& element) noexcept;
 	double GetMaskDetail() const noexcept;
+	Result<Rectangle> Measure(Drawing draw) noexcept;
 	Rectangle GetClipExtents() const noexcept;
 
 	/// Reports that something is left out; once a picture for each reason.
 	void Omit(Omission omission) noexcept;
-	/// True when what is drawn by reference has used up what a picture may cost.
-	bool IsOutOfBudget() noexcept;
+	/// Pays for work where the drawing is by reference; false when that is used up.
+	bool PayInReference(double work) noexcept;
 
 	Picture _picture;
 	PangoContextPtr _fonts;
@@ -149,6 +152,8 @@ private:
 	const ElementScope* _innermost = nullptr;
 	int _depth = 0;
 	int _references = 0; ///< Number of references that lead to where the drawing is.
+	int _layers = 0;     ///< Number of layers that are open.
+	Rectangle _measured; ///< What the measuring has found so far, in the drawing's coordinates.
 	std::uint32_t _omissions = 0;
 };
 

@@ -12,6 +12,8 @@ namespace orvan::cairo
 namespace
 {
 
+/// How many layers inside each other have their content measured before they are made.
+constexpr int kMeasuredLayers = 4;
 /// How many pixels a mask on a page has for each point.
 constexpr double kPageDetail = 4.0;
 
@@ -110,6 +112,18 @@ void CairoContext::ClipToRectangle(const Rectangle& rectangle, const Matrix2d& t
 	cairo_clip(_drawing);
 }
 
+/// What a drawing is going to touch.
+Result<Rectangle> CairoContext::Measure(Drawing draw) noexcept
+{
+	const Mode mode = std::exchange(_mode, Mode::measure);
+	const Rectangle outer = std::exchange(_measured, Rectangle());
+	Result<void> drawn = draw();
+	_mode = mode;
+	const Rectangle measured = std::exchange(_measured, outer);
+	ORVAN_TRY(drawn);
+	return measured;
+}
+
 /// The element that an effect names, when it is of the right kind. A reference that leads to nothing, or back to where
 /// it comes from, counts as none.
 Result<SVGElementRef> CairoContext::FindReferenced(const String* id, SVGImportElementKind kind) noexcept
@@ -132,6 +146,8 @@ Result<SVGElementRef> CairoContext::FindReferenced(const String* id, SVGImportEl
 
 Result<void> CairoContext::ComposeLayers(const Effects& effects, const Extent& extent, Drawing draw) noexcept
 {
+	if (_mode == Mode::measure)
+		return draw();
 	const SVGElementRef clip = ORVAN_TRY(FindReferenced(effects.clipPath, SVGImportElementKind::clipPath));
 	SVGElementRef mask;
 	double opacity = 1.0;
@@ -146,11 +162,13 @@ Result<void> CairoContext::ComposeLayers(const Effects& effects, const Extent& e
 	if (extent.device != nullptr)
 		ClipToRectangle(extent.device->RoundOut(), {});
 	const bool isClipSimple = !clip || ORVAN_TRY(ClipSimply(clip));
-	const Rectangle extents = GetClipExtents();
-	if (!(extents.GetArea() > 0.0))
-		return {};
 	if (isClipSimple && !mask && opacity == 1.0)
-		return draw();
+		return GetClipExtents().GetArea() > 0.0 ? draw() : Result<void>();
+	// Below a few layers measuring anew would cost more than it saves: the outer ones have set bounds already.
+	if (extent.device == nullptr && _layers < kMeasuredLayers)
+		ClipToRectangle(ORVAN_TRY(Measure(draw)).RoundOut(), {});
+	if (!(GetClipExtents().GetArea() > 0.0))
+		return {};
 	return ComposeAlpha(opacity, mask, isClipSimple ? SVGElementRef() : clip, extent, draw);
 }
 

@@ -28,6 +28,14 @@ struct Rectangle
 		bottom = std::max(bottom, point.y);
 	}
 
+	void Include(const Rectangle& other) noexcept
+	{
+		left = std::min(left, other.left);
+		top = std::min(top, other.top);
+		right = std::max(right, other.right);
+		bottom = std::max(bottom, other.bottom);
+	}
+
 	bool Contains(const Vector2d& point) const noexcept
 	{
 		return point.x >= left && point.x <= right && point.y >= top && point.y <= bottom;

@@ -85,6 +85,7 @@ void Outline::LineTo(const Vector2d& point) noexcept
 	cairo_line_to(_drawing, device.x, device.y);
 	_userBounds.Add(_current);
 	_userBounds.Add(point);
+	_commandCount++;
 	_hasSegments = true;
 	_hasLength = _hasLength || !(point == _current);
 	_current = point;
@@ -97,6 +98,7 @@ void Outline::CurveTo(const Vector2d& control1, const Vector2d& control2, const 
 	const Vector2d end = ToDevice(point);
 	cairo_curve_to(_drawing, c1.x, c1.y, c2.x, c2.y, end.x, end.y);
 	AddCurveBounds(control1, control2, point);
+	_commandCount++;
 	_hasSegments = true;
 	_hasLength = _hasLength || !(control1 == _current && control2 == _current && point == _current);
 	_current = point;

@@ -49,6 +49,12 @@ public:
 		return _userBounds;
 	}
 
+	/// Number of lines and curves.
+	int GetCommandCount() const noexcept
+	{
+		return _commandCount;
+	}
+
 	/// A box in the drawing's coordinates around everything, control points included.
 	const Rectangle& GetDeviceBounds() const noexcept
 	{
@@ -66,6 +72,7 @@ private:
 	Rectangle _deviceBounds;
 	Vector2d _start;
 	Vector2d _current;
+	int _commandCount = 0;
 	bool _isFinite = true;
 	bool _hasSegments = false; ///< The subpath has more than its start, ...
 	bool _hasLength = false;   ///< ... and leads away from it.

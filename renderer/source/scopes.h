@@ -21,7 +21,7 @@ public:
 			context.Omit(Omission::depth);
 			return;
 		}
-		if (context._drawing == nullptr || context.IsOutOfBudget())
+		if (context._drawing == nullptr || !context.PayInReference(kElementWork))
 			return;
 		_attributes = svgElement->GetAttributeDictionary();
 		State& state = context._state;
@@ -102,6 +102,7 @@ public:
 	LayerScope(CairoContext& context, double pixels) noexcept
 		: _context(context), _pixels(pixels), _isOpen(context._budget.OpenLayer(pixels))
 	{
+		context._layers++;
 		if (!_isOpen)
 			context.Omit(context._budget.IsExhausted() ? Omission::work : Omission::layers);
 	}
@@ -110,6 +111,7 @@ public:
 
 	~LayerScope()
 	{
+		_context._layers--;
 		if (_isOpen)
 			_context._budget.CloseLayer(_pixels);
 	}

@@ -67,7 +67,8 @@ bool CairoContext::HasFill() const noexcept
 bool CairoContext::HasStroke() const noexcept
 {
 	const SVGPaint* stroke = _state.style.stroke;
-	return _mode == Mode::paint && stroke != nullptr && stroke->type != SVGPaintType::none && GetStrokeWidth() > 0.0;
+	return (_mode == Mode::paint || _mode == Mode::measure) && stroke != nullptr &&
+		   stroke->type != SVGPaintType::none && GetStrokeWidth() > 0.0;
 }
 
 double CairoContext::GetStrokeWidth() const noexcept
@@ -123,7 +124,8 @@ bool CairoContext::SetDashes(double width) noexcept
 	double right = 0.0;
 	double bottom = 0.0;
 	cairo_path_extents(_drawing, &left, &top, &right, &bottom);
-	if ((right - left + bottom - top + width * scale) / (sum * scale) * count > kMaxDashes)
+	const double dashCount = (right - left + bottom - top + width * scale) / (sum * scale) * count;
+	if (dashCount > kMaxDashes || !PayInReference(dashCount * kDashWork))
 	{
 		Omit(Omission::dashes);
 		return false;
@@ -162,6 +164,18 @@ Rectangle CairoContext::GetPaintedBounds(const Rectangle& deviceBounds) const no
 	return deviceBounds.Grow(GetStrokeWidth() / 2.0 * reach * GetStretch(_state.transform) + 1.0);
 }
 
+/// What painting a box and going through `details` costs.
+double CairoContext::GetWork(const Rectangle& painted, double details) const noexcept
+{
+	const Style& style = _state.style;
+	const auto isGradient = [](const SVGPaint* paint)
+	{
+		return paint != nullptr && paint->type == SVGPaintType::reference;
+	};
+	const double factor = isGradient(style.fill) || isGradient(style.stroke) ? kGradientFactor : 1.0;
+	return painted.Intersect(GetClipExtents()).GetArea() * factor + details;
+}
+
 // Shapes -------------------------------------------------------------------------------------------------------------
 
 Result<void> CairoContext::PaintOutline(const Outline& outline, double opacity) noexcept
@@ -198,13 +212,15 @@ Result<void> CairoContext::DrawShape(ObjectBase* element, Build build) noexcept
 		cairo_set_fill_rule(_drawing, ToCairo(_state.style.fillRule));
 		return {};
 	}
-	const Vector2d& size = _picture.GetSize();
 	const Rectangle painted = GetPaintedBounds(outline.GetDeviceBounds());
-	if (_references != 0 && !_budget.PayForElement(painted.Intersect({0.0, 0.0, size.x, size.y}).GetArea()))
+	if (_mode == Mode::measure)
 	{
-		Omit(Omission::work);
+		_measured.Include(painted);
+		cairo_new_path(_drawing);
 		return {};
 	}
+	if (_references != 0 && !PayInReference(GetWork(painted, outline.GetCommandCount() * kCommandWork)))
+		return {};
 	Effects effects = scope.GetEffects();
 	// One paint alone can be made transparent itself; only fill and stroke together need a layer.
 	double opacity = 1.0;
@@ -318,11 +334,26 @@ Result<void> CairoContext::DrawText(const SVGTextElementRef& element) noexcept
 		Omit(Omission::text);
 	if (!line.IsDrawable())
 		return {};
+	if (_state.style.fontSize * GetStretch(_state.transform) > kMaxFontSize)
+	{
+		Omit(Omission::fontSize);
+		return {};
+	}
+	// Glyphs may reach out of their line's box.
+	const Rectangle box = line.GetBounds().Grow(_state.style.fontSize / 2.0);
+	const Rectangle painted = GetPaintedBounds(Transform(_state.transform, box));
+	if (_mode == Mode::measure)
+	{
+		_measured.Include(painted);
+		return {};
+	}
+	if (_references != 0 && !PayInReference(GetWork(painted, static_cast<double>(text.GetSize()) * kCharacterWork)))
+		return {};
 	Effects effects = scope.GetEffects();
 	double opacity = 1.0;
 	if (!HasFill() || !HasStroke())
 		opacity = std::exchange(effects.opacity, 1.0);
-	return Compose(effects, {&line.GetBounds(), nullptr}, [&]() noexcept { return PaintText(line, opacity); });
+	return Compose(effects, {&line.GetBounds(), &painted}, [&]() noexcept { return PaintText(line, opacity); });
 }
 
 } // namespace orvan::cairo
