@@ -1,0 +1,213 @@
+/// Loading and unloading the module, alone and beside others.
+#include "support/svg_module.h"
+
+#include <memory>
+#include <sstream>
+
+namespace orvan
+{
+namespace
+{
+
+std::string OutputOf(const std::string& command)
+{
+	std::string output;
+	const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
+	for (int c; (c = std::fgetc(pipe.get())) != EOF;)
+		output += static_cast<char>(c);
+	return output;
+}
+
+/// The lines of this process's memory map; those that mention `name`, when one is given.
+int CountMappings(const std::string& name = "")
+{
+	std::ifstream maps("/proc/self/maps");
+	int count = 0;
+	for (std::string line; std::getline(maps, line);)
+		count += line.find(name) != line.npos ? 1 : 0;
+	return count;
+}
+
+class ModuleLoading : public testing::Test
+{
+protected:
+	static SVGDocumentRef LoadDocument(std::string_view text)
+	{
+		const auto document = Must(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+		Must(document->Init(TextFile(text).GetUrl()));
+		return document;
+	}
+
+	static bool HasContext()
+	{
+		return CreateObject<SVGContextInterface>(kSVGContextClass).IsOk();
+	}
+};
+
+const std::string kModule = ORVAN_SVG_MODULE;
+
+TEST_F(ModuleLoading, ExportsTheDescriptorAndNothingElse)
+{
+	const std::string symbols = OutputOf("nm -D --defined-only --format=posix '" + kModule + "'");
+	EXPECT_TRUE(symbols.starts_with("g_orvan D ")) << symbols;
+	EXPECT_EQ(1, std::count(symbols.begin(), symbols.end(), '\n')) << symbols;
+}
+
+TEST_F(ModuleLoading, ImportsTheLanguagesRuntimeAndNothingElse)
+{
+	std::istringstream headers(OutputOf("objdump -p '" + kModule + "' | grep NEEDED"));
+	std::vector<std::string> unexpected;
+	int count = 0;
+	for (std::string word, name; headers >> word >> name; count++)
+	{
+		bool isRuntime = false;
+		for (const char* known : {"libc.so.", "libm.so.", "libstdc++.so.", "libgcc_s.so.", "ld-linux",
+								  // Sanitizers are in test builds only.
+								  "libasan.", "libubsan.", "libtsan.", "libclang_rt."})
+			isRuntime = isRuntime || name.starts_with(known);
+		if (!isRuntime)
+			unexpected.push_back(name);
+	}
+	EXPECT_EQ(std::vector<std::string>(), unexpected);
+	EXPECT_GT(count, 1);
+	const std::string imports = OutputOf("nm -D --undefined-only '" + kModule + "'");
+	EXPECT_EQ(imports.npos, imports.find("orvan")) << imports;
+	EXPECT_NE(imports.npos, imports.find("memcpy"));
+}
+
+TEST_F(ModuleLoading, LeavesNothingBehind)
+{
+	Module* module = Must(Module::Load(kModule));
+	EXPECT_GT(CountMappings(kModule), 0);
+	EXPECT_NE(nullptr, FindDataType<SVGPaint>()->operations.load());
+	Must(Module::Unload(module));
+	EXPECT_EQ(0, CountMappings(kModule)) << "the file is mapped still";
+	EXPECT_TRUE(Module::GetLoaded().empty());
+	for (const char* id : {kSVGDocumentClass, kVectorIconClass, "net.orvan.image.class.svgrectelement"})
+		EXPECT_EQ(ErrorClass::notFound, CreateObject<ObjectInterface>(id).GetError().GetClass());
+	EXPECT_EQ(nullptr, FindDataType<SVGPaint>()->operations.load());
+	EXPECT_EQ(nullptr, FindDataType<SVGElementRef>()->operations.load());
+}
+
+TEST_F(ModuleLoading, MayBeRepeatedAHundredTimesWithoutGrowth)
+{
+	std::int64_t allocations = 0;
+	int mappings = 0;
+	for (int round = 0; round < 100; round++)
+	{
+		Module* module = Must(Module::Load(kModule));
+		LoadDocument(
+			"<svg id='a' viewBox='0 0 1 1'><path d='M1 2A3 4 5 0 1 6 7' fill='red' transform='scale(2)'/></svg>");
+		Must(Module::Unload(module));
+		if (round < 10)
+		{
+			allocations = CountAllocations();
+			mappings = CountMappings();
+		}
+	}
+	EXPECT_EQ(allocations, CountAllocations());
+	EXPECT_LE(CountMappings(), mappings + 2);
+}
+
+TEST_F(ModuleLoading, MayNotBeUndoneWhileObjectsAreAlive)
+{
+	Module* module = Must(Module::Load(kModule));
+	SVGElementRef rect = Must(CreateObject<SVGElementInterface>("net.orvan.image.class.svgrectelement"));
+	SVGDocumentRef document = LoadDocument("<svg><g/></svg>");
+	EXPECT_EQ("Module 'net.orvan.svg' cannot be unloaded: 4 of its objects and values are alive.",
+			  MessageOf(Module::Unload(module)));
+	document = nullptr;
+	EXPECT_EQ("Module 'net.orvan.svg' cannot be unloaded: 1 of its objects and values are alive.",
+			  MessageOf(Module::Unload(module)));
+	Must(rect->SetOpacity(0.5)); // Everything works as before.
+	rect = nullptr;
+	EXPECT_EQ("no error", MessageOf(Module::Unload(module)));
+}
+
+TEST_F(ModuleLoading, MayNotBeUndoneWhileAClientKeepsValuesThatNeedIt)
+{
+	Module* module = Must(Module::Load(kModule));
+	DataDictionary dictionary;
+	Must(dictionary.Set(1, SVGPaint{SVGPaintType::reference, {}, Text("a")}));
+	Data data = Must(Data::Create(SVGLinearGradient()));
+	EXPECT_EQ("Module 'net.orvan.svg' cannot be unloaded: 2 of its objects and values are alive.",
+			  MessageOf(Module::Unload(module)));
+	dictionary = {};
+	data.Reset();
+	EXPECT_EQ("no error", MessageOf(Module::Unload(module)));
+}
+
+TEST_F(ModuleLoading, IsRefusedTwiceAndForFilesThatAreNoModules)
+{
+	const TemporaryFolder folder;
+	WriteFile(folder / "text.so", "This is no module.");
+	std::filesystem::create_symlink(kModule, folder / "link.so");
+	Module* module = Must(Module::Load(kModule));
+	EXPECT_EQ(ErrorClass::illegalState, Module::Load((folder / "link.so").string()).GetError().GetClass());
+	EXPECT_FALSE(Module::Load((folder / "text.so").string()).IsOk());
+	EXPECT_FALSE(Module::Load((folder / "missing.so").string()).IsOk());
+	std::filesystem::copy_file(kModule, folder / "copy.so");
+	EXPECT_EQ(ErrorClass::illegalState, Module::Load((folder / "copy.so").string()).GetError().GetClass());
+	EXPECT_EQ(1u, Module::GetLoaded().size());
+	EXPECT_EQ("svg", std::string(LoadDocument("<svg/>")->GetRootElement()->GetClassId()).substr(22, 3));
+	Must(Module::Unload(module));
+}
+
+TEST_F(ModuleLoading, RunsNothingOfAModuleForAnotherHost)
+{
+	unsetenv("ORVAN_FOREIGN_MODULE_RAN");
+	const auto module = Module::Load(ORVAN_FOREIGN_MODULE);
+	ASSERT_FALSE(module.IsOk());
+	EXPECT_EQ("Module '" ORVAN_FOREIGN_MODULE "' was built against host ABI version " +
+				  std::to_string(kHostAbiVersion + 41) + "; this host has version " + std::to_string(kHostAbiVersion) +
+				  ".",
+			  MessageOf(module));
+	EXPECT_EQ(nullptr, std::getenv("ORVAN_FOREIGN_MODULE_RAN"));
+}
+
+TEST_F(ModuleLoading, FindsADrawingContextOnlyWhereAnotherModuleBringsOne)
+{
+	Module* module = Must(Module::Load(kModule));
+	EXPECT_FALSE(HasContext());
+
+	CollectedDiagnostics diagnostics;
+	Module* guest = Must(Module::Load(ORVAN_GUEST_MODULE));
+	EXPECT_EQ(std::vector<std::string>{"Class 'net.orvan.test.class.lost' is not available. Interface "
+									   "'net.orvan.test.interface.lost' is not registered."},
+			  diagnostics.lines);
+	EXPECT_FALSE(CreateObject<ObjectInterface>("net.orvan.test.class.lost").IsOk());
+	EXPECT_TRUE(HasContext());
+
+	Must(Module::Unload(guest));
+	EXPECT_FALSE(HasContext());
+	Must(Module::Unload(module));
+}
+
+TEST_F(ModuleLoading, ADrawingContextOfAnotherModuleReceivesTheTree)
+{
+	Module* module = Must(Module::Load(kModule));
+	Module* guest = Must(Module::Load(ORVAN_GUEST_MODULE));
+	{
+		const SVGContextRef context = Must(CreateObject<SVGContextInterface>(kSVGContextClass));
+		const SVGDocumentRef document =
+			LoadDocument("<svg id='s'><defs><rect/></defs><g id='g'><path id='p'/></g><g display='none'><rect/></g>"
+						 "<ellipse id='c'/><symbol><rect/></symbol><mask><rect/></mask><clipPath><rect/></clipPath>"
+						 "<linearGradient><stop/></linearGradient><use id='u'/><line id='l'/><text id='t'>x</text>"
+						 "<unknown id='k'><rect id='r'/></unknown></svg>");
+		CollectedDiagnostics drawn;
+		EXPECT_EQ("no error", MessageOf(DrawSVGElement(context, document->GetRootElement())));
+		EXPECT_EQ((std::vector<std::string>{"svg s", "group g", "path p", "circle c", "use u", "line l", "text t",
+											"group k", "rectangle r"}),
+				  drawn.lines);
+
+		drawn.lines.clear();
+		const SVGDocumentRef broken = LoadDocument("<svg id='s'><g id='g'><rect id='broken'/></g><path id='p'/></svg>");
+		EXPECT_EQ("The pen is broken.", MessageOf(DrawSVGElement(context, broken->GetRootElement())));
+		EXPECT_EQ((std::vector<std::string>{"svg s", "group g"}), drawn.lines) << "an error ends the walk";
+	}
+	Must(Module::Unload(guest));
+	Must(Module::Unload(module));
+}
+
+} // namespace
+} // namespace orvan

@@ -1,0 +1,101 @@
+/// Running out of memory at every single allocation.
+#include "support/everything.h"
+#include "support/svg_module.h"
+
+namespace orvan
+{
+namespace
+{
+
+class OutOfMemory : public SvgModuleTest
+{
+protected:
+	OutOfMemory()
+	{
+		// The host keeps records of ids and types for ever; they are made here.
+		const CollectedFindings findings;
+		Must(document->Init(url));
+		outline = Outline(document->GetRootElement());
+		document->Reset();
+		EXPECT_EQ(std::vector<std::string>(), findings.lines);
+	}
+
+	/// Loads with the allocation `number` failing (and all after it, or not) and checks everything that may not happen.
+	/// True when the load got by without a failure.
+	bool LoadWithFailure(int number, AllocationFailure::Extent extent) const
+	{
+		SCOPED_TRACE(number);
+		const CollectedFindings findings;
+		const std::int64_t before = CountAllocations();
+		bool hasFailed = false;
+		{
+			const AllocationFailure failure(number, extent);
+			const Result<void> result = document->Init(url);
+			hasFailed = failure.HasFailed();
+			EXPECT_EQ(hasFailed, !result.IsOk());
+			if (!result.IsOk())
+			{
+				EXPECT_EQ(ErrorClass::outOfMemory, result.GetError().GetClass());
+				EXPECT_FALSE(document->GetRootElement()) << "a part of a tree, or a placeholder";
+			}
+		}
+		EXPECT_EQ(std::vector<std::string>(), findings.lines);
+		if (!hasFailed)
+		{
+			EXPECT_EQ(outline, Outline(document->GetRootElement()));
+		}
+		document->Reset();
+		EXPECT_EQ(before, CountAllocations());
+		return !hasFailed;
+	}
+
+	const TextFile file{kEverything};
+	const Url url = file.GetUrl();
+	const SVGDocumentRef document = MakeDocument();
+	std::string outline;
+};
+
+TEST_F(OutOfMemory, EndsALoadWithItsErrorAndLeavesNothing)
+{
+	for (const auto extent : {AllocationFailure::Extent::one, AllocationFailure::Extent::allFollowing})
+	{
+		int number = 1;
+		while (!LoadWithFailure(number, extent) && !HasFailure())
+			number++;
+		EXPECT_GT(number, 100);
+	}
+}
+
+TEST_F(OutOfMemory, LeavesTheDocumentUsable)
+{
+	for (const int number : {1, 2, 5, 20, 80})
+	{
+		{
+			const AllocationFailure failure(number, AllocationFailure::Extent::one);
+			EXPECT_FALSE(document->Init(url).IsOk());
+		}
+		Must(document->Init(url));
+		EXPECT_EQ(outline, Outline(document->GetRootElement()));
+	}
+}
+
+TEST_F(OutOfMemory, IsTheErrorOfEveryQueryThatAllocates)
+{
+	Must(document->Init(url));
+	const auto path = Cast<SVGPathElementInterface>(Find(document, "p"));
+	const auto gradient = Cast<SVGLinearGradientElementInterface>(Find(document, "lg"));
+	const SVGElementRef use = Find(document, "u");
+	const std::int64_t before = CountAllocations();
+	EXPECT_GT(FailEachAllocation([&] { return document->GetElementsByIdWithPrefix({}); }), 0);
+	EXPECT_GT(FailEachAllocation([&] { return path->GetPath(); }), 0);
+	EXPECT_GT(FailEachAllocation([&] { return gradient->GetLinearGradient(); }), 0);
+	for (const auto& element : {Find(document, "p"), Find(document, "layer1"), use, Find(document, "t")})
+		EXPECT_GT(FailEachAllocation([&] { return CloneObject(element); }), 0);
+	EXPECT_GT(
+		FailEachAllocation([&] { return CreateObject<SVGElementInterface>("net.orvan.image.class.svgrectelement"); }),
+		0);
+	EXPECT_EQ(before, CountAllocations());
+}
+
+} // namespace
+} // namespace orvan

@@ -1,0 +1,87 @@
+/// Pictures that the renderer's module makes of texts.
+#pragma once
+
+#include "svg_module.h"
+#include "svg_render_target.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace orvan
+{
+
+/// The pixels of a drawn text.
+class DrawnPicture
+{
+public:
+	DrawnPicture(const SVGDocumentRef& document, const SVGRenderOptions& options = {})
+		: _context(Must(CreateObject<SVGContextInterface>(kSVGContextClass))),
+		  _target(Cast<SVGRenderTargetInterface>(_context))
+	{
+		Must(_target->Begin(document, options));
+		Must(DrawSVGElement(_context, document->GetRootElement()));
+		_pixels = Must(_target->GetPixels());
+	}
+
+	/// The colour of a pixel: "rrggbb", with a fourth pair for its alpha unless it is opaque; "none" where nothing is.
+	std::string At(int x, int y) const
+	{
+		std::uint32_t pixel = 0;
+		std::memcpy(&pixel, _pixels.data + y * _pixels.stride + x * 4, sizeof(pixel));
+		const std::uint32_t alpha = pixel >> 24;
+		if (alpha == 0)
+			return "none";
+		char text[16];
+		const auto channel = [&](int shift)
+		{
+			return ((pixel >> shift & 255) * 255 + alpha / 2) / alpha;
+		};
+		std::snprintf(text, sizeof(text), "%02x%02x%02x%02x", channel(16), channel(8), channel(0), alpha);
+		return std::string(text, alpha == 255 ? 6 : 8);
+	}
+
+	const SVGRenderPixels& GetPixels() const
+	{
+		return _pixels;
+	}
+
+private:
+	SVGContextRef _context;
+	SVGRenderTargetRef _target;
+	SVGRenderPixels _pixels;
+};
+
+/// Loads the renderer beside the SVG module.
+class RendererTest : public SvgModuleTest
+{
+protected:
+	static void SetUpTestSuite()
+	{
+		SvgModuleTest::SetUpTestSuite();
+		_renderer = Must(Module::Load(ORVAN_CAIRO_MODULE));
+	}
+
+	static void TearDownTestSuite()
+	{
+		EXPECT_EQ("no error", MessageOf(Module::Unload(_renderer)));
+		SvgModuleTest::TearDownTestSuite();
+	}
+
+	/// The picture of elements in a document of 100 by 100.
+	static DrawnPicture Draw(const std::string& elements)
+	{
+		return DrawnPicture(Load(Document(elements)));
+	}
+
+	static std::string Document(const std::string& elements)
+	{
+		return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='100' "
+			   "height='100'>" +
+			   elements + "</svg>";
+	}
+
+private:
+	static inline Module* _renderer = nullptr;
+};
+
+} // namespace orvan
