@@ -26,6 +26,7 @@ using FailureHandler = std::function<void(const std::string& path, const Finding
 /// many places failed.
 std::pair<std::size_t, std::size_t> CheckAll(const Options& options, const FailureHandler& onFailure)
 {
+	// The files are listed before the first is loaded, so that the progress bar knows how many there are.
 	const SVGFiles found = FindSVGFiles(options.paths);
 	for (const auto& [path, reason] : found.troubles)
 		onFailure(path, Finding{.text = reason});
@@ -35,6 +36,7 @@ std::pair<std::size_t, std::size_t> CheckAll(const Options& options, const Failu
 	ProgressBar bar(found.files.size());
 	for (std::size_t i = 0; i < found.files.size(); i++)
 	{
+		// Failures are told in the order of the files, although threads may finish in another.
 		bool isLoaded = false;
 		while (!isLoaded)
 		{
@@ -48,6 +50,7 @@ std::pair<std::size_t, std::size_t> CheckAll(const Options& options, const Failu
 			onFailure(found.files[i], *refusal);
 		}
 	}
+	// A folder that cannot be read may hide files, so it counts as a failure of its own.
 	const auto [done, failed] = check.GetCounts();
 	return {done - failed, failed + found.troubles.size()};
 }
@@ -60,6 +63,7 @@ int CheckForPeople(const Options& options)
 	return failed == 0 ? 0 : 1;
 }
 
+/// Writes each failure as it comes, so that the list needs no memory and a reader sees it grow.
 int CheckAsJson(const Options& options)
 {
 	JsonWriter json;

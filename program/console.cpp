@@ -46,6 +46,7 @@ void PrintError(std::string_view line)
 
 bool OutputTakesColor()
 {
+	// NO_COLOR counts when it is set to anything but the empty text: no-color.org.
 	const char* const refusal = std::getenv("NO_COLOR");
 	const char* const terminal = std::getenv("TERM");
 	return isatty(STDOUT_FILENO) != 0 && (refusal == nullptr || *refusal == '\0') &&
@@ -62,11 +63,13 @@ std::string OneLine(std::string_view text, std::size_t limit)
 	std::size_t end = text.size();
 	if (end > limit)
 	{
+		// Bytes that continue a character go together with its first one.
 		end = limit;
 		while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
 			end--;
 	}
 	std::string line(text.substr(0, end));
+	// A file must be able neither to break the line nor to send commands to the terminal.
 	for (char& c : line)
 	{
 		if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)

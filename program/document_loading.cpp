@@ -10,6 +10,7 @@ namespace orvan::program
 {
 namespace
 {
+/// Keeps what a diagnostic says beyond the call that brings it.
 Finding ToFinding(const Diagnostic& diagnostic)
 {
 	Finding finding{.text = std::string(diagnostic.text)};
@@ -23,6 +24,7 @@ Finding ToFinding(const Diagnostic& diagnostic)
 	return finding;
 }
 
+/// The diagnostic sink while a file is loaded. The first critical one is the reason for a refusal.
 void Collect(const Diagnostic& diagnostic, void* context)
 {
 	auto& outcome = *static_cast<LoadOutcome*>(context);
@@ -54,6 +56,7 @@ Result<bool> IsPlaceholder(const Url& url, const char* classId)
 {
 	constexpr std::string_view kWord = "rect";
 	constexpr std::string_view kOtherWord = "path";
+	// Several threads may be at this, each with a file in memory of its own.
 	static std::atomic<unsigned> number = 0;
 
 	InputStream stream = ORVAN_TRY(url.OpenInputStream());
@@ -88,6 +91,7 @@ std::string DescribeTarget(const Url& url)
 		return " (it cannot be reached)";
 	case IoDetection::unknown:
 		return " (it is not an ordinary file)";
+	case IoDetection::outOfMemory:
 	case IoDetection::file:
 		break;
 	}
@@ -98,6 +102,7 @@ void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
 {
 	const Url url = ToUrl(file);
 	const SVGDocumentRef document = Unwrap(CreateObject<SVGDocumentInterface>(classId));
+	// Only this thread is redirected, so that files that are loaded side by side do not mix what is said about them.
 	const ThreadDiagnosticSink sink(&Collect, &outcome);
 	const Result<void> loaded = document->Init(url);
 	if (!loaded.IsOk())
@@ -108,6 +113,7 @@ void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
 	outcome.document = document;
 	if (!outcome.refusal && LooksLikePlaceholder(document->GetRootElement()))
 	{
+		// What the second load says has been said, or is about the changed words.
 		LoadOutcome unused;
 		const ThreadDiagnosticSink silence(&Collect, &unused);
 		if (IsPlaceholder(url, classId).GetValueOr(true))
@@ -120,6 +126,7 @@ Url ToUrl(const std::string& file)
 {
 	if (file.starts_with("file:") || file.starts_with("memory:"))
 		return Unwrap(Url::Create(file));
+	// Absolute, because the text is shown to others who do not stand in the same folder.
 	return Unwrap(Url::FromPath(std::filesystem::absolute(file).lexically_normal().native()));
 }
 
@@ -132,6 +139,7 @@ LoadOutcome LoadDocument(const std::string& file, const char* classId)
 	}
 	catch (const std::exception& exception)
 	{
+		// Memory, or no such class: told like a refusal, so that checking many files goes on.
 		outcome.document = nullptr;
 		outcome.refusal = Finding{.text = exception.what()};
 	}

@@ -43,6 +43,7 @@ int SwitchLayers(const VectorIconRef& icon, const std::vector<std::string>& ids,
 		const Result<void> switched = icon->SetLayerEnabled(Unwrap(String::Create(id)), enabled);
 		if (switched.IsOk())
 			continue;
+		// The other layers are switched all the same.
 		PrintError(std::string(switched.GetError().GetMessage().View()));
 		status = 1;
 	}
@@ -59,7 +60,9 @@ int ShowIcon(Options& options, bool hasState)
 	if (!icon)
 		throw Failure("Icons do not implement the icon interface.");
 
+	// From here on, switching layers and reloading have things to say about the file.
 	const ThreadDiagnosticSink sink(&PrintDiagnostic, &options.file);
+	// The state first: it switches the state layers, which --enable and --disable may then overrule.
 	if (hasState)
 		icon->SetState(static_cast<SVGIconState>(options.state));
 	status |= SwitchLayers(icon, options.enabled, true);

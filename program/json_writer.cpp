@@ -11,6 +11,7 @@ namespace orvan::program
 {
 namespace
 {
+/// The library knows which characters need escaping and what is no UTF-8.
 std::string Quote(std::string_view text)
 {
 	return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
@@ -39,6 +40,7 @@ void JsonWriter::BeginObject()
 
 void JsonWriter::EndObject()
 {
+	// No comma stands before a closing bracket, but one will before whatever follows it.
 	_needsComma = false;
 	Token("}");
 }
@@ -76,6 +78,7 @@ void JsonWriter::Value(double number)
 	// keep the sign of zero.
 	if (number == std::trunc(number) && std::abs(number) < kLargestPlainInteger)
 		return Token(number == 0 && std::signbit(number) ? "-0.0" : std::to_string(static_cast<std::int64_t>(number)));
+	// The library's own numbers are not always the shortest that read back the same; these are.
 	char text[32];
 	Token({text, std::to_chars(text, text + sizeof(text), number).ptr});
 }

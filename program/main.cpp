@@ -34,6 +34,7 @@ int Run(int argumentCount, char** arguments)
 	{
 		return commandLine.app.exit(error) == 0 ? 0 : kStatusWrongUsage;
 	}
+	// Here, and not at the end of the process, trouble with the last of the results can still be told.
 	FlushOutput();
 	return commandLine.exitStatus;
 }
@@ -42,6 +43,7 @@ int Run(int argumentCount, char** arguments)
 CLI::App* CommandLine::AddCommand(const std::string& name, const std::string& description, std::function<int()> run)
 {
 	CLI::App* const command = app.add_subcommand(name, description);
+	// Lets --modules stand behind the command as well.
 	command->fallthrough();
 	command->callback(
 		[this, run = std::move(run)]

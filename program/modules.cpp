@@ -42,6 +42,7 @@ void LoadModules(const std::string& folder)
 		if (module.IsOk())
 			continue;
 		const std::string reason = file.string() + ": " + std::string(module.GetError().GetMessage().View());
+		// Without the SVG module there is nothing to do; without a renderer there is.
 		if (file == files.front())
 			throw Failure(reason);
 		PrintError("WARNING: " + reason);

@@ -25,6 +25,7 @@ void ParallelCheck::Work()
 	while (_next < _files.size())
 	{
 		const std::size_t index = _next++;
+		// Taking the next file is all that threads share; loading one needs no lock.
 		lock.unlock();
 		std::optional<Finding> refusal = LoadDocument(_files[index]).refusal;
 		lock.lock();

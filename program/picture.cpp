@@ -14,6 +14,7 @@ constexpr const char* kPixelSuffix = ".png";
 
 void WritePicture(const SVGDocumentRef& document, SVGRenderOptions options, const std::string& path)
 {
+	// Whoever has registered the class draws; this program knows no renderer by name.
 	Result<SVGContextRef> created = CreateObject<SVGContextInterface>(kSVGContextClass);
 	if (!created.IsOk() && created.GetError().GetClass() == ErrorClass::notFound)
 		throw Failure("There is no renderer: " + std::string(created.GetError().GetMessage().View()));

@@ -22,6 +22,7 @@ void ProgressBar::Show(std::size_t done, std::size_t failed)
 	constexpr std::size_t kWidth = 40;
 	constexpr auto kInterval = std::chrono::milliseconds(100);
 	const auto now = std::chrono::steady_clock::now();
+	// Terminals are slow: a bar for each of thousands of files would take longer than loading them.
 	if (!_isOnTerminal || now < _nextTime)
 		return;
 	_nextTime = now + kInterval;
@@ -38,6 +39,7 @@ void ProgressBar::Hide()
 {
 	if (!_isShown)
 		return;
+	// Back to the start of the line, and erase it.
 	std::fputs("\r\033[K", stderr);
 	_isShown = false;
 }

@@ -23,6 +23,7 @@ struct EntryDescription
 
 void DescribeInterface(const InterfaceDeclaration& declaration, EntryDescription& description)
 {
+	// The names come in the order of their slots, which is what a caller depends on.
 	description.details = {{"name", declaration.name}, {"base", declaration.baseId}};
 	description.listName = "methods";
 	description.list.assign(declaration.methodNames, declaration.methodNames + declaration.slotCount);
@@ -30,6 +31,7 @@ void DescribeInterface(const InterfaceDeclaration& declaration, EntryDescription
 
 void DescribeClass(const ClassDeclaration& declaration, EntryDescription& description)
 {
+	// A class may be declared by one module for another to implement.
 	if (declaration.construct == nullptr)
 		description.details = {{"implementation", "none"}};
 	description.listName = "interfaces";
@@ -45,6 +47,7 @@ void DescribeFramework(const FrameworkDeclaration& declaration, EntryDescription
 	description.list.assign(declaration.headers, declaration.headers + declaration.headerCount);
 }
 
+/// Units, modules and reference types have no more to say than their names.
 EntryDescription Describe(const RegistrationEntry& entry)
 {
 	EntryDescription description;
@@ -94,6 +97,7 @@ void ForEachEntry(const Module& module, Handler handle)
 		handle(*entry, Describe(*entry), module.IsRegistered(*entry));
 }
 
+/// Prints an entry a line, with its list indented below.
 int PrintForPeople()
 {
 	for (const Module* module : Module::GetLoaded())
@@ -118,6 +122,7 @@ int PrintForPeople()
 	return 0;
 }
 
+/// Prints one object with the modules in the order of their loading.
 int PrintAsJson()
 {
 	JsonWriter json;
@@ -142,6 +147,7 @@ int PrintAsJson()
 						 json.Member("id", entry.GetName());
 						 for (const auto& [name, value] : description.details)
 							 json.Member(name, std::string_view(value));
+						 // What is as it should be is not said.
 						 if (!isRegistered)
 							 json.Member("registered", false);
 						 if (!description.listName.empty())

@@ -27,6 +27,7 @@ void AddRenderCommand(CommandLine& commandLine)
 									   options->rendering.background = *color;
 									   options->rendering.backgroundOpacity = 1.0;
 								   }
+								   // A placeholder is nothing to draw: no picture is better than a wrong one.
 								   const LoadOutcome outcome = LoadDocument(options->file);
 								   if (!outcome.refusal)
 									   WritePicture(outcome.document, options->rendering, options->picture);

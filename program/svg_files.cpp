@@ -17,9 +17,11 @@ void CollectFolder(const fs::path& folder, SVGFiles& found)
 		entries.push_back(at->path());
 	if (error)
 		found.troubles.emplace_back(folder.native(), error.message());
+	// The system gives them in any order; people and tests want the same one each time.
 	std::ranges::sort(entries);
 	for (const fs::path& entry : entries)
 	{
+		// Folders behind symbolic links are not entered: they may lead in circles.
 		const fs::file_status status = fs::symlink_status(entry, error);
 		if (fs::is_directory(status))
 			CollectFolder(entry, found);
@@ -38,7 +40,7 @@ SVGFiles FindSVGFiles(const std::vector<std::string>& paths)
 		if (fs::is_directory(path, error))
 			CollectFolder(path, found);
 		else
-			found.files.push_back(path);
+			found.files.push_back(path); // What does not exist fails when it is loaded, with its reason.
 	}
 	return found;
 }

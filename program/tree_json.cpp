@@ -37,6 +37,7 @@ public:
 	}
 
 private:
+	/// Colours and transforms are plain lists of numbers.
 	template <typename... Numbers>
 	void WriteNumbers(Numbers... numbers)
 	{
@@ -81,6 +82,7 @@ private:
 		WriteNumbers(color.red, color.green, color.blue);
 	}
 
+	/// The colour is there for every kind of paint; the reference only where there is one.
 	void Write(const SVGPaint& paint)
 	{
 		_json.BeginObject();
@@ -108,6 +110,7 @@ private:
 		_json.EndObject();
 	}
 
+	/// Attributes stand under their names, in the order of their numbers.
 	void WriteAttributes(const DataDictionary& attributes)
 	{
 		if (attributes.GetCount() == 0)
@@ -117,6 +120,7 @@ private:
 		for (const DataDictionary::Entry& entry : attributes)
 		{
 			const std::string_view name = GetAttributeName(entry.key);
+			// Clients may store values under keys of their own.
 			_json.Key(name.empty() ? std::to_string(entry.key) : std::string(name));
 			if (!VisitAttribute(attributes, entry, [this](const auto& value) { Write(value); }))
 				_json.Null();
@@ -129,6 +133,7 @@ private:
 	{
 		if (const auto path = Cast<SVGPathElementInterface>(element))
 			WritePath(Unwrap(path->GetPath()));
+		// Present even when empty: every text element has a text.
 		else if (const auto text = Cast<SVGTextElementInterface>(element))
 			_json.Member("text", text->GetText().View());
 		else if (const auto use = Cast<SVGUseElementInterface>(element))
@@ -154,6 +159,7 @@ private:
 		}
 	}
 
+	/// Writes only the points that a command uses, its end point last.
 	void WritePath(const BaseArray<SVGPathCommand>& path)
 	{
 		if (path.IsEmpty())
@@ -186,6 +192,7 @@ private:
 		_json.EndArray();
 	}
 
+	/// Gradients are shown as a renderer gets them, put together from attributes and stops.
 	template <typename Gradient>
 	void WriteGradient(std::string_view name, const Gradient& gradient,
 					   std::initializer_list<std::pair<std::string_view, Float>> geometry)
@@ -211,6 +218,7 @@ private:
 		_json.EndObject();
 	}
 
+	/// Goes from sibling to sibling: a list of all children would have to be allocated for each element.
 	void WriteChildren(const SVGElementRef& element, int depth)
 	{
 		auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild();

@@ -55,6 +55,7 @@ std::span<const std::string_view> GetKeywords(SVGImportAttribute attribute)
 	}
 }
 
+/// Clients may store any number; what has no name is a question mark.
 template <typename Table, typename Index>
 std::string_view Look(const Table& table, Index index)
 {
@@ -76,6 +77,7 @@ std::string ToText(const String& text)
 
 std::string ToText(const SVGLength& length)
 {
+	// Percentages are kept as fractions.
 	const bool isPercentage = length.unit == SVGLengthUnit::percent;
 	return ToText(isPercentage ? length.value * 100 : length.value) + std::string(Look(kUnitNames, length.unit));
 }
@@ -97,6 +99,7 @@ std::string ToText(const Color& color)
 	for (const Float component : {color.red, color.green, color.blue})
 	{
 		const Float byte = std::round(component * 255);
+		// Written so that a component that is no number counts as out of range, too.
 		if (!(byte >= 0 && byte <= 255))
 			return "rgb(" + ToText(color.red) + ' ' + ToText(color.green) + ' ' + ToText(color.blue) + ')';
 		const auto value = static_cast<unsigned>(byte);
@@ -161,6 +164,7 @@ public:
 	}
 
 private:
+	/// Colours are the terminal's own, so that they fit the user's scheme.
 	void AddColored(std::string_view color, std::string_view text)
 	{
 		if (_withColor)
@@ -185,6 +189,7 @@ private:
 			VisitAttribute(attributes, entry,
 						   [&]<typename T>(const T& value)
 						   {
+							   // All whole numbers among the attributes are enumerations.
 							   if constexpr (std::same_as<T, std::int32_t>)
 								   text = Look(keywords, value);
 							   else
@@ -199,6 +204,7 @@ private:
 	void AddContent(const SVGElementRef& element)
 	{
 		if (const auto path = Cast<SVGPathElementInterface>(element))
+			// A path would fill the screen.
 			AddProperty("commands", std::to_string(Unwrap(path->GetPath()).GetCount()));
 		else if (const auto use = Cast<SVGUseElementInterface>(element))
 			AddProperty("link", ToText(use->GetLink()));
