@@ -46,6 +46,7 @@ build()
 		cd "$project"
 		# Ninja configures again by itself when a build file has changed.
 		[[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" >&2
-		cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | sed '/^ninja: no work to do/d; /Re-checking globbed directories/d' >&2
+		cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 |
+			sed -u '/^ninja: no work to do/d; /Re-checking globbed directories/d' >&2
 	)
 }
