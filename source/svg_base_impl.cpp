@@ -13,7 +13,10 @@ Result<void> Document::Init(const Url& url) noexcept
 	const Url target = url; // The caller's may be this document's own, which `Reset` clears.
 	// Through the interface, so that an object that stands for a document and overrides `Reset` has its own called.
 	SVGDocumentRef::From(this)->Reset();
-	if (target.IoDetect() != IoDetection::file)
+	const IoDetection detected = target.IoDetect();
+	if (detected == IoDetection::outOfMemory)
+		return OutOfMemoryError();
+	if (detected != IoDetection::file)
 		return IoError(target, "Error parsing svg document. SVGDocument could not be initialized");
 	_url = target;
 	return Load();

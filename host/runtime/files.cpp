@@ -134,7 +134,10 @@ IoDetection DetectUrl(const Url& url) noexcept
 {
 	const Result<Location> location = Locate(url);
 	if (!location.IsOk())
-		return IoDetection::error;
+	{
+		return location.GetError().GetClass() == ErrorClass::outOfMemory ? IoDetection::outOfMemory
+																		 : IoDetection::error;
+	}
 	switch (location.GetValue().scheme)
 	{
 	case Scheme::file:

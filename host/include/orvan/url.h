@@ -20,7 +20,8 @@ enum class IoDetection : std::int32_t
 	nonExistent = 1, ///< Nothing.
 	directory = 2,
 	file = 3,
-	error = 4, ///< It could not be found out, for example for want of permission.
+	error = 4,       ///< It could not be found out, for example for want of permission.
+	outOfMemory = 5, ///< It could not be found out for want of memory.
 };
 
 /// A location: `file:` URLs name files on disk, `memory:` URLs files that a host program has published in memory. The
