@@ -4,6 +4,8 @@
 #include "svg_types.h"
 
 #include <bit>
+#include <cstdint>
+#include <limits>
 
 namespace orvan::svg
 {
@@ -19,11 +21,11 @@ public:
 	{
 		constexpr std::size_t kNeeded = 1 + 2 * sizeof...(points);
 		if (_words.GetCapacity() - _words.GetCount() < kNeeded) [[unlikely]]
-			ORVAN_TRY(_words.Reserve(std::max(kFirstWords, 2 * _words.GetCount())));
-		const std::size_t position = _count++ % kRun;
+			ORVAN_TRY(Grow());
+		const std::uint32_t position = _count++ % kRun;
 		if (position == 0)
 		{
-			_kindsAt = _words.GetCount();
+			_kindsAt = static_cast<std::uint32_t>(_words.GetCount());
 			*_words.AppendUninitialized(1) = 0;
 		}
 		_words[_kindsAt] |= static_cast<std::uint64_t>(type) << (2 * position);
@@ -59,7 +61,7 @@ public:
 			return point;
 		};
 		std::uint64_t kinds = 0;
-		for (std::size_t i = 0; i < _count; i++, kinds >>= 2)
+		for (std::uint32_t i = 0; i < _count; i++, kinds >>= 2)
 		{
 			if (i % kRun == 0)
 				kinds = *word++;
@@ -77,12 +79,20 @@ public:
 	}
 
 private:
-	static constexpr std::size_t kRun = 32; ///< Commands whose kinds fit one word.
+	static constexpr std::uint32_t kRun = 32; ///< Commands whose kinds fit one word.
 	static constexpr std::size_t kFirstWords = 64;
 
+	Result<void> Grow() noexcept
+	{
+		// Positions are kept in 32 bits; a path that large would take 32 GiB.
+		if (_words.GetCount() > std::numeric_limits<std::uint32_t>::max() / 2)
+			return OutOfMemoryError();
+		return _words.Reserve(std::max(kFirstWords, 2 * _words.GetCount()));
+	}
+
 	BaseArray<std::uint64_t> _words;
-	std::size_t _kindsAt = 0; ///< Where the kinds of the last run stand.
-	std::size_t _count = 0;
+	std::uint32_t _kindsAt = 0; ///< Where the kinds of the last run stand.
+	std::uint32_t _count = 0;
 };
 
 } // namespace orvan::svg

@@ -12,7 +12,7 @@ namespace
 using Entry = DictionaryBlock::Entry;
 
 constexpr std::uint32_t kFirstEntries = 4;
-constexpr std::uint32_t kFirstValueBytes = 96;
+constexpr std::uint32_t kFirstValueBytes = 64;
 
 /// Bytes that a value of the type takes inside the block: itself, or the pointer to it.
 std::uint32_t SlotSize(const DataType* type) noexcept

@@ -122,8 +122,7 @@ public:
 	}
 
 	/// Adds `count` elements of arbitrary bytes, for which there must be room, and returns the first.
-	T* AppendUninitialized(std::size_t count) noexcept
-		requires std::is_trivial_v<T>
+	T* AppendUninitialized(std::size_t count) noexcept requires std::is_trivial_v<T>
 	{
 		T* first = _data + _size;
 		_size += count;

@@ -76,10 +76,9 @@ public:
 		if (static_cast<double>(_count + 1) > kMaxLoadFactor * static_cast<double>(_buckets.GetCount()))
 			ORVAN_TRY(Grow());
 		ORVAN_TRY(ReserveIndex());
-		void* memory = Host().allocate(sizeof(Entry));
-		if (memory == nullptr)
-			return OutOfMemoryError();
-		Entry* entry = new (memory) Entry{nullptr, hash, key, std::move(value)};
+		if (_blocks == nullptr || _blocks->used == _blocks->size)
+			ORVAN_TRY(AddBlock());
+		Entry* entry = new (&_blocks->Entries()[_blocks->used++]) Entry{nullptr, hash, key, std::move(value)};
 		const std::size_t chainLength = Link(entry);
 		_count++;
 		AddToIndex(entry, chainLength);
@@ -89,12 +88,11 @@ public:
 	/// Drops every entry and frees the buckets.
 	void Reset() noexcept
 	{
-		ForEachEntry(
-			[](Entry* entry)
-			{
-				std::destroy_at(entry);
-				Host().free(entry);
-			});
+		while (_blocks != nullptr)
+		{
+			std::destroy_n(_blocks->Entries(), _blocks->used);
+			Host().free(std::exchange(_blocks, _blocks->next));
+		}
 		_buckets.Reset();
 		_occupied.Reset();
 		_index.Reset();
@@ -167,6 +165,22 @@ private:
 		Entry* tail;
 	};
 
+	/// Entries are made by the block, since single ones are never taken out. Blocks grow with the map.
+	struct Block
+	{
+		Block* next;
+		std::size_t size;
+		std::size_t used;
+
+		Entry* Entries() noexcept
+		{
+			return reinterpret_cast<Entry*>(this + 1);
+		}
+	};
+
+	static constexpr std::size_t kFirstBlock = 4;
+	static constexpr std::size_t kLargestBlock = 256;
+
 	/// Longest chain that is searched entry by entry. Beyond it, keys that collide on purpose would make loads
 	/// quadratic, so the map then finds all of its entries through an index of its own.
 	static constexpr std::size_t kLongestChain = 32;
@@ -216,6 +230,16 @@ private:
 		return length;
 	}
 
+	Result<void> AddBlock() noexcept
+	{
+		const std::size_t size = std::min(kLargestBlock, _blocks != nullptr ? 2 * _blocks->size : kFirstBlock);
+		void* memory = Host().allocate(sizeof(Block) + size * sizeof(Entry));
+		if (memory == nullptr)
+			return OutOfMemoryError();
+		_blocks = new (memory) Block{_blocks, size, 0};
+		return {};
+	}
+
 	Result<void> Grow() noexcept
 	{
 		const std::size_t size = _buckets.IsEmpty() ? 16 : 2 * _buckets.GetCount();
@@ -232,16 +256,6 @@ private:
 				Link(std::exchange(entry, entry->next));
 		}
 		return {};
-	}
-
-	template <typename Function>
-	void ForEachEntry(Function function) noexcept
-	{
-		for (const std::size_t index : _occupied)
-		{
-			for (Entry* entry = _buckets[index].head; entry != nullptr;)
-				function(std::exchange(entry, entry->next));
-		}
 	}
 
 	std::size_t IndexPosition(const String& key) const noexcept
@@ -266,7 +280,11 @@ private:
 		BaseArray<Entry*> index;
 		ORVAN_TRY(index.Resize(size));
 		_index = std::move(index);
-		ForEachEntry([this](Entry* entry) { PutIntoIndex(entry); });
+		for (Block* block = _blocks; block != nullptr; block = block->next)
+		{
+			for (std::size_t i = 0; i < block->used; i++)
+				PutIntoIndex(&block->Entries()[i]);
+		}
 		return {};
 	}
 
@@ -297,6 +315,7 @@ private:
 		std::swap(_buckets, other._buckets);
 		std::swap(_occupied, other._occupied);
 		std::swap(_index, other._index);
+		std::swap(_blocks, other._blocks);
 		std::swap(_mask, other._mask);
 		std::swap(_count, other._count);
 	}
@@ -304,6 +323,7 @@ private:
 	BaseArray<Bucket> _buckets;
 	BaseArray<std::size_t> _occupied; ///< Buckets that hold entries, in the order of their first entry.
 	BaseArray<Entry*> _index;         ///< Open addressing; empty unless a chain grew too long.
+	Block* _blocks = nullptr;         ///< The one that new entries go to, and behind it the full ones.
 	std::uint64_t _mask = ~std::uint64_t(0);
 	std::size_t _count = 0;
 };

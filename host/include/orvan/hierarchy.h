@@ -80,7 +80,6 @@ public:
 		_previous = newParent->_lastChild;
 		(_previous != nullptr ? _previous->_next : newParent->_firstChild) = this;
 		newParent->_lastChild = this;
-		newParent->_childCount++;
 		NotifyParentChanged();
 		return {};
 	}
@@ -93,7 +92,10 @@ public:
 	Result<BaseArray<HierarchyObjectRef>> GetChildren() const noexcept
 	{
 		BaseArray<HierarchyObjectRef> children;
-		ORVAN_TRY(children.Reserve(_childCount));
+		std::size_t count = 0;
+		for (const HierarchyObject* child = _firstChild; child != nullptr; child = child->_next)
+			count++;
+		ORVAN_TRY(children.Reserve(count));
 		for (HierarchyObject* child = _firstChild; child != nullptr; child = child->_next)
 			ORVAN_TRY(children.Append(HierarchyObjectRef::From(child)));
 		return children;
@@ -146,7 +148,6 @@ private:
 			return;
 		(_previous != nullptr ? _previous->_next : _parent->_firstChild) = _next;
 		(_next != nullptr ? _next->_previous : _parent->_lastChild) = _previous;
-		_parent->_childCount--;
 		_parent = _previous = _next = nullptr;
 		ReleaseReference();
 	}
@@ -155,7 +156,6 @@ private:
 	{
 		HierarchyObject* child = std::exchange(_firstChild, nullptr);
 		_lastChild = nullptr;
-		_childCount = 0;
 		while (child != nullptr)
 		{
 			HierarchyObject* const next = child->_next;
@@ -171,7 +171,6 @@ private:
 	HierarchyObject* _lastChild = nullptr;
 	HierarchyObject* _previous = nullptr;
 	HierarchyObject* _next = nullptr;
-	std::size_t _childCount = 0;
 };
 
 } // namespace orvan
