@@ -42,7 +42,7 @@ struct SVGRenderOptions
 	/// Factor on both sides and on everything in the picture. Must be greater than 0 and finite.
 	Float scale = 1.0;
 	/// The colour below the drawing, 0 to 1 each, and how opaque it is: at 0, the default, there is none.
-	Color background;
+	Color background{};
 	Float backgroundOpacity = 0.0;
 };
 

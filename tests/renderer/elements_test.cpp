@@ -1,0 +1,123 @@
+/// What the comparison with another library's pictures cannot show, because that library draws it differently.
+#include "support/drawn_picture.h"
+
+#include <limits>
+
+namespace orvan
+{
+namespace
+{
+
+using Elements = RendererTest;
+
+TEST_F(Elements, SymbolsAreCutOffAtTheirViewport)
+{
+	const auto picture = Draw("<symbol id='s'><circle r='30' fill='#f00'/></symbol>"
+							  "<use xlink:href='#s' x='50' y='50' width='20' height='20'/>");
+	EXPECT_EQ("ff0000", picture.At(55, 55));
+	EXPECT_EQ("none", picture.At(45, 45));
+	EXPECT_EQ("none", picture.At(72, 55));
+}
+
+TEST_F(Elements, TheSizeOfAUseReplacesThatOfTheSvgElementThatItStandsFor)
+{
+	const auto picture = Draw("<defs><svg id='s' width='90' height='90' viewBox='0 0 10 10'>"
+							  "<rect width='10' height='10' fill='#0f0'/></svg></defs>"
+							  "<use xlink:href='#s' width='40' height='20'/>");
+	// The view box is fitted into the middle of the new viewport.
+	EXPECT_EQ("none", picture.At(5, 10));
+	EXPECT_EQ("00ff00", picture.At(20, 10));
+	EXPECT_EQ("none", picture.At(20, 25));
+}
+
+TEST_F(Elements, ClipPathsOfClipPathsAndOfTheirShapesIntersect)
+{
+	const auto picture = Draw("<clipPath id='left'><rect width='50' height='100'/></clipPath>"
+							  "<clipPath id='corner' clip-path='url(#left)'><rect width='100' height='50'/></clipPath>"
+							  "<clipPath id='parts'><rect width='100' height='50' clip-path='url(#left)'/>"
+							  "<rect x='90' y='90' width='10' height='10'/></clipPath>"
+							  "<rect width='100' height='100' fill='#f00' clip-path='url(#corner)'/>"
+							  "<rect width='100' height='100' fill='#00f' opacity='.5' clip-path='url(#parts)'/>");
+	EXPECT_EQ("7f0080", picture.At(25, 25));
+	EXPECT_EQ("none", picture.At(75, 25));
+	EXPECT_EQ("none", picture.At(25, 75));
+	EXPECT_EQ("0000ff80", picture.At(95, 95));
+}
+
+TEST_F(Elements, GradientsWithoutExtentShowTheirLastStop)
+{
+	const auto picture = Draw(
+		"<linearGradient id='l' x1='.5' x2='.5'><stop stop-color='#f00'/>"
+		"<stop offset='1' stop-color='#0f0'/></linearGradient>"
+		"<radialGradient id='r' r='0'><stop stop-color='#f00'/><stop offset='1' stop-color='#00f'/></radialGradient>"
+		"<rect width='50' height='50' fill='url(#l)'/><rect x='50' width='50' height='50' fill='url(#r)'/>");
+	EXPECT_EQ("00ff00", picture.At(10, 25));
+	EXPECT_EQ("0000ff", picture.At(75, 25));
+}
+
+TEST_F(Elements, BoundingBoxesTurnWithTheirElements)
+{
+	// White in the first tenth of the box: a box around the turned circle would begin further out.
+	const std::string gradient = "<linearGradient id='g'><stop offset='.1' stop-color='#fff'/>"
+								 "<stop offset='.1' stop-color='#000'/></linearGradient>"
+								 "<mask id='m'><circle r='30' fill='url(#g)'/></mask>"
+								 "<g transform='translate(50 50) rotate(45)'>";
+	const auto filled = Draw(gradient + "<circle r='30' fill='url(#g)'/></g>");
+	EXPECT_EQ("ffffff", filled.At(31, 31));
+	EXPECT_EQ("000000", filled.At(40, 40));
+	const auto masked = Draw(gradient + "<g mask='url(#m)'><rect x='-50' y='-50' width='99' height='99'/></g></g>");
+	EXPECT_EQ("000000", masked.At(31, 31));
+	EXPECT_EQ("none", masked.At(40, 40));
+}
+
+TEST_F(Elements, MasksLimitAnElementToTheirRegion)
+{
+	const auto picture =
+		Draw("<mask id='user' x='10' y='10' width='20' height='20'><rect width='99' height='99' fill='#fff'/></mask>"
+			 "<mask id='box' x='.5' y='50%' width='.5' height='50%'><rect width='99' height='99' fill='#fff'/></mask>"
+			 "<rect width='40' height='40' fill='#f00' mask='url(#user)'/>"
+			 "<rect x='50' y='50' width='40' height='40' fill='#00f' mask='url(#box)'/>");
+	EXPECT_EQ("ff0000", picture.At(15, 15));
+	EXPECT_EQ("none", picture.At(35, 35));
+	EXPECT_EQ("none", picture.At(60, 60));
+	EXPECT_EQ("0000ff", picture.At(80, 80));
+}
+
+TEST_F(Elements, CoordinatesBeyondTheLibrarysReachEndOutsideOfThePicture)
+{
+	const auto picture = Draw("<rect x='-1e9' y='10' width='2e9' height='20' fill='#f00'/>"
+							  "<path d='M60 40h1e9v30h-1e9z' fill='#0f0'/>");
+	EXPECT_EQ("ff0000", picture.At(5, 20));
+	EXPECT_EQ("00ff00", picture.At(80, 50));
+	EXPECT_EQ("none", picture.At(30, 50));
+}
+
+TEST_F(Elements, ValuesThatAreNotFiniteDrawNothingAndDisturbNothingElse)
+{
+	const SVGDocumentRef document =
+		Load(Document("<path id='path' d='M0 0'/><rect id='turned' width='50' height='50'/><rect id='wide' width='50' "
+					  "height='50' fill='none' stroke='#000'/><circle id='circle' r='9'/><rect x='50' width='50' "
+					  "height='50' fill='#f00'/>"));
+	constexpr double kInfinity = std::numeric_limits<double>::infinity();
+	const double nan = std::numeric_limits<double>::quiet_NaN();
+	Must(Cast<SVGPathElementInterface>(Find(document, "path"))->LineTo({kInfinity, 50.0}));
+	Must(Cast<SVGPathElementInterface>(Find(document, "path"))->LineTo({0.0, 50.0}));
+	Must(Find(document, "turned")->SetRotation(nan));
+	Must(Find(document, "wide")->SetStrokeWidth({nan, SVGLengthUnit::number}));
+	Must(Cast<SVGRadiusInterface>(Find(document, "circle"))->SetRadius({kInfinity, SVGLengthUnit::number}));
+	const DrawnPicture picture(document);
+	for (const int at : {1, 10, 25, 49})
+		EXPECT_EQ("none", picture.At(at, at));
+	EXPECT_EQ("ff0000", picture.At(75, 25));
+}
+
+TEST_F(Elements, PropertiesComeFromWhereReferencedContentStands)
+{
+	const auto picture = Draw("<g fill='#fff'><mask id='m'><rect width='50' height='100'/></mask></g>"
+							  "<g fill='#00f' mask='url(#m)'><rect width='100' height='100'/></g>");
+	EXPECT_EQ("0000ff", picture.At(25, 50));
+	EXPECT_EQ("none", picture.At(75, 50));
+}
+
+} // namespace
+} // namespace orvan

@@ -1,0 +1,110 @@
+/// Documents that ask for too much.
+#include "support/drawn_picture.h"
+
+namespace orvan
+{
+namespace
+{
+
+class Limits : public RendererTest
+{
+protected:
+	/// Draws elements together with a red square at the lower right, which must be there whatever happens to the rest.
+	static std::vector<std::string> WarningsOf(const std::string& elements)
+	{
+		const SVGDocumentRef document = Load(Document(elements + kSquare));
+		const CollectedDiagnostics diagnostics;
+		EXPECT_EQ("ff0000", DrawnPicture(document).At(95, 95));
+		return diagnostics.lines;
+	}
+
+	static std::string Repeat(std::string_view text, int count)
+	{
+		std::string result;
+		for (int i = 0; i < count; i++)
+			result += text;
+		return result;
+	}
+
+	static constexpr const char* kSquare = "<rect x='90' y='90' width='10' height='10' fill='#f00'/>";
+};
+
+using Lines = std::vector<std::string>;
+
+TEST_F(Limits, ReferencesInCirclesAreReportedOnce)
+{
+	const Lines circle = {"References that lead in a circle are left out."};
+	EXPECT_EQ(circle, WarningsOf("<use id='a' xlink:href='#b'/><g id='b'><use xlink:href='#a'/></g>"));
+	EXPECT_EQ(circle, WarningsOf("<g id='a'><use xlink:href='#a'/><g><use xlink:href='#a'/></g></g>"));
+	EXPECT_EQ(circle, WarningsOf("<mask id='m'><rect width='9' height='9' mask='url(#m)'/></mask>"
+								 "<rect width='9' height='9' mask='url(#m)'/>"));
+	EXPECT_EQ(circle, WarningsOf("<clipPath id='a' clip-path='url(#b)'><rect width='9' height='9'/></clipPath>"
+								 "<clipPath id='b'><text clip-path='url(#a)'>x</text></clipPath>"
+								 "<rect width='9' height='9' clip-path='url(#a)'/>"));
+}
+
+TEST_F(Limits, ReferencesThatMultiplyEnd)
+{
+	for (const std::string attribute : {"", " opacity='.9'", " mask='url(#m)'", " clip-path='url(#c)'"})
+	{
+		std::string levels = "<mask id='m'><rect width='99' height='99' fill='#fff'/></mask><clipPath id='c'>"
+							 "<circle r='50'/><circle r='20'/></clipPath><defs><rect id='l0' width='99' height='9'/>";
+		for (int level = 1; level <= 10; level++)
+		{
+			const std::string below = std::to_string(level - 1);
+			levels += "<g id='l" + std::to_string(level) + "'>" +
+					  Repeat("<use xlink:href='#l" + below + "'" + attribute + "/>", 10) + "</g>";
+		}
+		EXPECT_EQ(
+			Lines{"Elements drawn by reference and in layers cost more than a picture may; the rest is left out."},
+			WarningsOf(levels + "</defs><use xlink:href='#l10'/>"))
+			<< attribute;
+	}
+}
+
+TEST_F(Limits, NestingIsDrawnAsDeepAsFilesMayHaveIt)
+{
+	constexpr int kDepth = 1000;
+	for (const std::string tag : {"<g>", "<svg>", "<g clip-path='url(#c)'>", "<g opacity='.999'>"})
+	{
+		const SVGDocumentRef document = Load(Document(
+			"<clipPath id='c'><circle r='80'/></clipPath>" + Repeat(tag, kDepth) +
+			"<rect width='50' height='50' fill='#00f'/>" + Repeat(tag == "<svg>" ? "</svg>" : "</g>", kDepth)));
+		const CollectedDiagnostics diagnostics;
+		const DrawnPicture picture(document);
+		EXPECT_EQ(Lines(), diagnostics.lines) << tag;
+		EXPECT_EQ("0000ff", picture.At(25, 25).substr(0, 6)) << tag;
+	}
+}
+
+TEST_F(Limits, NestingBeyondThatIsLeftOut)
+{
+	// Each of the uses leads into another deep nest.
+	std::string nests;
+	for (int i = 0; i < 4; i++)
+	{
+		nests += "<g id='n" + std::to_string(i) + "'>" + Repeat("<g>", 900) + "<use xlink:href='#n" +
+				 std::to_string(i + 1) + "'/>" + Repeat("</g>", 900) + "</g>";
+	}
+	EXPECT_EQ(Lines{"Elements more than 2048 levels deep are left out."},
+			  WarningsOf("<defs>" + nests + "</defs><use xlink:href='#n0'/>"));
+}
+
+TEST_F(Limits, TextsDashesAndLayersAreBounded)
+{
+	EXPECT_EQ(Lines{"Texts are drawn up to 32768 bytes; the rest is left out."},
+			  WarningsOf("<text y='20'>" + Repeat("word ", 10000) + "</text>"));
+	EXPECT_EQ(Lines{"Texts larger than 30000 pixels are left out."},
+			  WarningsOf("<text y='20' font-size='1e30'>A</text>"));
+	EXPECT_EQ(Lines{"Lines with too many dashes are drawn solid."},
+			  WarningsOf("<path d='M-1e7 5H1e7' stroke='#000' stroke-dasharray='.1'/>"));
+	const SVGDocumentRef large = Load("<svg width='3000' height='3000'>" + Repeat("<g opacity='.9'>", 50) +
+									  "<rect width='3000' height='3000'/>" + Repeat("</g>", 50) + "</svg>");
+	const CollectedDiagnostics diagnostics;
+	EXPECT_EQ("none", DrawnPicture(large).At(5, 5));
+	EXPECT_EQ(Lines{"Elements that need more memory for layers than a picture may use are left out."},
+			  diagnostics.lines);
+}
+
+} // namespace
+} // namespace orvan

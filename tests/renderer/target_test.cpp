@@ -1,0 +1,136 @@
+/// Pictures: their sizes, their files and the life of the module.
+#include "support/drawn_picture.h"
+
+#include <memory>
+#include <sstream>
+
+namespace orvan
+{
+namespace
+{
+
+class Target : public RendererTest
+{
+protected:
+	static SVGRenderTargetRef MakeTarget()
+	{
+		return Cast<SVGRenderTargetInterface>(Must(CreateObject<SVGContextInterface>(kSVGContextClass)));
+	}
+
+	static std::string SizeOf(const std::string& attributes, const SVGRenderOptions& options = {})
+	{
+		const SVGRenderTargetRef target = MakeTarget();
+		const Result<void> begun = target->Begin(Load("<svg " + attributes + "/>"), options);
+		if (!begun.IsOk())
+			return MessageOf(begun);
+		std::ostringstream text;
+		text << target->GetSize().x << " x " << target->GetSize().y;
+		return text.str();
+	}
+
+	static std::string Head(const std::filesystem::path& path)
+	{
+		std::string head(4, ' ');
+		std::ifstream(path, std::ios::binary).read(head.data(), 4);
+		return head;
+	}
+};
+
+TEST_F(Target, TheSizeComesFromTheDocumentAndTheOptions)
+{
+	EXPECT_EQ("96 x 48", SizeOf("width='1in' height='48'"));
+	EXPECT_EQ("30 x 20", SizeOf("viewBox='5 5 30 20'"));
+	EXPECT_EQ("60 x 40", SizeOf("width='60' viewBox='0 0 30 20'"));
+	EXPECT_EQ("300 x 150", SizeOf(""));
+	EXPECT_EQ("11 x 3", SizeOf("width='10.2' height='3'"));
+	EXPECT_EQ("40 x 20", SizeOf("viewBox='0 0 20 10'", {.width = 40.0}));
+	EXPECT_EQ("120 x 60", SizeOf("viewBox='0 0 20 10'", {.height = 20.0, .scale = 3.0}));
+	EXPECT_EQ("7 x 9", SizeOf("viewBox='0 0 20 10'", {.width = 7.0, .height = 9.0}));
+	EXPECT_EQ("72 x 36", SizeOf("width='96' height='48'", {.output = SVGRenderOutput::page}));
+}
+
+TEST_F(Target, SizesThatMakeNoSenseOrArePastAllBoundsAreRefused)
+{
+	EXPECT_EQ("A picture of 1e+06 by 1e+06 is too large: at most 32767 on a side and 67108864 pixels.",
+			  SizeOf("width='1000000' height='1000000'"));
+	EXPECT_EQ("A picture of 30000 by 30000 is too large: at most 32767 on a side and 67108864 pixels.",
+			  SizeOf("width='30000' height='30000'"));
+	EXPECT_EQ("The document is -1 by 5 in size: there is nothing to draw.", SizeOf("width='-1' height='5'"));
+	EXPECT_EQ("A picture of 0 by 0 at scale 0 cannot be made.", SizeOf("", {.scale = 0.0}));
+	EXPECT_EQ("A picture of -1 by 0 at scale 1 cannot be made.", SizeOf("", {.width = -1.0}));
+	EXPECT_EQ(ErrorClass::nullReference, MakeTarget()->Begin(MakeDocument(), {}).GetError().GetClass());
+}
+
+TEST_F(Target, AnOutermostElementIsFittedIntoTheSizeAskedFor)
+{
+	const SVGDocumentRef document =
+		Load("<svg width='10' height='10'><rect width='10' height='10' fill='#00f'/></svg>");
+	const DrawnPicture picture(
+		document, {.width = 40.0, .height = 20.0, .background = {1.0, 1.0, 0.0}, .backgroundOpacity = 1.0});
+	EXPECT_EQ("ffff00", picture.At(5, 10));
+	EXPECT_EQ("0000ff", picture.At(12, 2));
+	EXPECT_EQ("0000ff", picture.At(28, 18));
+	EXPECT_EQ("ffff00", picture.At(35, 10));
+}
+
+TEST_F(Target, FilesAreWrittenInTheirFormatAndTroublesAreReported)
+{
+	const TemporaryFolder folder;
+	const SVGDocumentRef document = Load(Document("<text y='50' mask='url(#m)'>Hello</text><mask id='m'>"
+												  "<rect width='100' height='100' fill='#fff'/></mask>"));
+	const SVGContextRef context = Must(CreateObject<SVGContextInterface>(kSVGContextClass));
+	const auto target = Cast<SVGRenderTargetInterface>(context);
+	EXPECT_EQ(ErrorClass::illegalState, target->Finish(Text("a.png")).GetError().GetClass());
+	for (const auto output : {SVGRenderOutput::pixels, SVGRenderOutput::page})
+	{
+		Must(target->Begin(document, {.output = output}));
+		Must(DrawSVGElement(context, document->GetRootElement()));
+		Must(target->Finish(Text((folder / "picture").string())));
+		EXPECT_EQ(output == SVGRenderOutput::pixels ? "\x89PNG" : "%PDF", Head(folder / "picture"));
+	}
+	EXPECT_EQ(ErrorClass::illegalState, target->GetPixels().GetError().GetClass());
+	EXPECT_EQ(ErrorClass::io, target->Finish(Text((folder / "no/picture").string())).GetError().GetClass());
+}
+
+TEST_F(Target, WhatIsDrawnAfterTheEndIsNotInThePicture)
+{
+	const SVGDocumentRef document = Load(Document("<rect width='100' height='100'/>"));
+	const SVGContextRef context = Must(CreateObject<SVGContextInterface>(kSVGContextClass));
+	const auto target = Cast<SVGRenderTargetInterface>(context);
+	Must(target->Begin(document, {}));
+	const SVGRenderPixels pixels = Must(target->GetPixels());
+	Must(DrawSVGElement(context, document->GetRootElement()));
+	EXPECT_EQ(0, pixels.data[50 * pixels.stride + 200 + 3]);
+}
+
+TEST(RendererModule, ExportsItsDescriptorAlone)
+{
+	const std::string command = "nm -D --defined-only --format=posix '" ORVAN_CAIRO_MODULE "' | cut -d' ' -f1";
+	const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
+	char names[256] = {};
+	const std::size_t count = std::fread(names, 1, sizeof(names) - 1, pipe.get());
+	EXPECT_EQ("g_orvan\n", std::string(names, count));
+}
+
+TEST(RendererModule, LoadsAndUnloadsAgainAndAgainWithTextDrawnInBetween)
+{
+	for (int round = 0; round < 20; round++)
+	{
+		Module* const svg = Must(Module::Load(ORVAN_SVG_MODULE));
+		Module* const renderer = Must(Module::Load(ORVAN_CAIRO_MODULE));
+		{
+			const SVGDocumentRef document = Must(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+			Must(document->Init(
+				TextFile("<svg width='50' height='50'><text y='40' font-size='50'>M</text></svg>").GetUrl()));
+			const DrawnPicture picture(document);
+			EXPECT_NE("none", picture.At(25, 30).substr(0, 4) + picture.At(8, 30));
+			EXPECT_FALSE(Module::Unload(renderer).IsOk());
+		}
+		Must(Module::Unload(renderer));
+		Must(Module::Unload(svg));
+		EXPECT_FALSE(CreateObject<SVGContextInterface>(kSVGContextClass).IsOk());
+	}
+}
+
+} // namespace
+} // namespace orvan
