@@ -92,7 +92,6 @@ std::string DescribeTarget(const Url& url)
 	case IoDetection::unknown:
 		return " (it is not an ordinary file)";
 	case IoDetection::outOfMemory:
-	case IoDetection::outOfMemory:
 	case IoDetection::file:
 		break;
 	}
