@@ -34,6 +34,16 @@ union Immortal
 };
 constinit Immortal g_outOfMemory;
 
+/// The message is made while the program starts. Later its memory may be refused, which would ask for this very error.
+[[maybe_unused]] const bool g_hasOutOfMemoryMessage = []
+{
+	Result<String> text = String::Create("There is not enough memory.");
+	if (!text.IsOk())
+		return false;
+	g_outOfMemory.block.message = std::move(text).GetValue();
+	return true;
+}();
+
 /// A message that is put together piece by piece. What does not fit into memory is left out; `IsComplete` tells.
 class MessageBuilder
 {
@@ -110,14 +120,6 @@ void WriteToConsole(const Diagnostic& diagnostic, void*)
 
 ErrorBlock* runtime::OutOfMemory() noexcept
 {
-	static std::once_flag once;
-	std::call_once(once,
-				   []
-				   {
-					   // The one text that cannot be refused its memory later on; without it the message stays empty.
-					   if (Result<String> text = String::Create("There is not enough memory."); text.IsOk())
-						   g_outOfMemory.block.message = std::move(text).GetValue();
-				   });
 	return &g_outOfMemory.block;
 }
 
