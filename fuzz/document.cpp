@@ -1,0 +1,60 @@
+#include "document.h"
+
+#include "require.h"
+
+#include "orvan/host/diagnostic_sink.h"
+#include "orvan/host/memory_files.h"
+#include "orvan/host/module_loader.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+namespace orvan::fuzz
+{
+namespace
+{
+/// Receives the messages of one load.
+struct Findings
+{
+	std::string_view text;
+	int count = 0;
+
+	static void Take(const Diagnostic& diagnostic, void* context)
+	{
+		auto& findings = *static_cast<Findings*>(context);
+		findings.count++;
+		Require(diagnostic.level == DiagnosticLevel::critical, "a load only ever has a critical message",
+				diagnostic.text);
+		if (const DocumentPosition* at = diagnostic.position)
+		{
+			const auto lines = std::count(findings.text.begin(), findings.text.end(), '\n') + 1;
+			Require(at->line >= 0 && at->line <= lines, "the line of a message is in the text", diagnostic.text);
+			Require(at->column >= 0 && static_cast<std::size_t>(at->column) <= findings.text.size() + 1,
+					"the column of a message is in the text", diagnostic.text);
+		}
+	}
+};
+} // namespace
+
+LoadedDocument LoadDocument(std::string_view text)
+{
+	static const bool isLoaded = Module::Load(ORVAN_SVG_MODULE).IsOk();
+	Require(isLoaded, "the module is loaded", ORVAN_SVG_MODULE);
+	static const Url url = Url::Create("memory:fuzz.svg").GetValue();
+
+	std::vector<char> bytes(text.begin(), text.end());
+	bytes.shrink_to_fit();
+	Require(MemoryFiles::Publish("fuzz.svg", {bytes.data(), bytes.size()}).IsOk(), "the file is published");
+	Findings findings{text};
+	LoadedDocument loaded{CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue()};
+	{
+		const ThreadDiagnosticSink sink(&Findings::Take, &findings);
+		Require(loaded.document->Init(url).IsOk(), "a file that can be read is loaded", text);
+	}
+	MemoryFiles::Withdraw("fuzz.svg");
+	Require(findings.count <= 1, "a load has at most one message", text);
+	loaded.isRefused = findings.count != 0;
+	return loaded;
+}
+} // namespace orvan::fuzz

@@ -1,0 +1,27 @@
+#pragma once
+
+/// Documents for fuzz targets: the module as a host loads it, and texts as files in memory.
+
+#include "svg_base.h"
+
+#include <string>
+#include <string_view>
+
+namespace orvan::fuzz
+{
+/// A document that has been loaded, with what the load had to say.
+struct LoadedDocument
+{
+	SVGDocumentRef document;
+	bool isRefused = false; ///< There was a critical message; the document holds the placeholder.
+};
+
+/// Loads a text. The file's bytes end where the text ends, so that a read beyond them is noticed. The load must
+/// succeed, with at most one message, whose place must be in the text.
+LoadedDocument LoadDocument(std::string_view text);
+
+/// Everything that an element says through its interfaces, except its children: equal texts mean equal elements. Ends
+/// the process when something is not as it must be: a number that is not finite, an enumeration's value that does not
+/// exist, a path without a start, stops that run backwards.
+std::string DescribeElement(const SVGElementRef& element);
+} // namespace orvan::fuzz
