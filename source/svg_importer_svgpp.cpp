@@ -142,26 +142,26 @@ public:
 	{
 	}
 
-	/// Builds an element and everything below it; `parent` is null for the root. Of the XML tree, nothing is read any
-	/// more that comes before `node`.
+	/// Builds an element and everything below it as the last child of `parent`, which is null for the root. Of the XML
+	/// tree, nothing is read any more that comes before `node`.
 	Result<SVGElementRef> Build(const XmlNode& node, const HierarchyObjectRef& parent)
 	{
 		_memory.ReleaseBefore(&node);
 		const std::string_view name = TagNameOf(node);
 		const TagRow* tag = kTagIndex.Find(kTags, name);
 		const SVGImportElementKind kind = tag != nullptr ? tag->kind : SVGImportElementKind::unknown;
-		const auto hierarchy = ORVAN_TRY(kFactories[static_cast<std::size_t>(kind)].Create<HierarchyObjectInterface>());
+		SVGElementRef element = ORVAN_TRY(kFactories[static_cast<std::size_t>(kind)].Create<SVGElementInterface>());
 		if (parent)
-			ORVAN_TRY(hierarchy->InsertAsLastChildOf(parent, {}));
-		SVGElementRef element = Cast<SVGElementInterface>(hierarchy);
+			ORVAN_TRY(Borrowed<HierarchyObjectInterface>(element)->InsertAsLastChildOf(parent, {}));
 		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);
+		_context.ownElement = AsElement(static_cast<HierarchyObject*>(element.GetObject()));
 		_context.isPolygon = name == "polygon";
 		_context.elementName = NameOf(node);
 		ORVAN_TRY(SetAttributes(node));
 		if (kind == SVGImportElementKind::text)
 			ORVAN_TRY(SetText(node, element));
-		else
-			ORVAN_TRY(BuildChildren(node, hierarchy));
+		else if (node.first_node() != nullptr)
+			ORVAN_TRY(BuildChildren(node, Cast<HierarchyObjectInterface>(element)));
 		_context.element = outerElement;
 		return element;
 	}

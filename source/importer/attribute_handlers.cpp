@@ -1,5 +1,4 @@
 /// What each attribute does to an element: the table of attributes, and a handler for each.
-#include "element_base.h"
 #include "importer/length_scanner.h"
 #include "importer/names.h"
 #include "importer/parse_context.h"
@@ -41,6 +40,8 @@ struct Value
 	template <typename T>
 	Result<void> Store(T value) const noexcept
 	{
+		if (context.ownElement != nullptr)
+			return context.ownElement->Store(attribute, std::move(value));
 		const Data data = ORVAN_TRY(Data::Create(std::move(value)));
 		return Element()->SetAttribute(attribute, data);
 	}
@@ -131,7 +132,7 @@ Result<void> ImportStyle(const Value& value)
 		return {};
 	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
 	// text that was copied to replace references is not in place long enough to be compared with.
-	ElementBase* element = AsElement(static_cast<HierarchyObject*>(value.Element().GetObject()));
+	ElementBase* const element = value.context.ownElement;
 	if (element == nullptr || element->GetAttributeDictionary().GetCount() != 0 ||
 		value.text.data() != value.context.rawValue.data())
 	{

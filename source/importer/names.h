@@ -1,14 +1,37 @@
 /// Looking names up in a table that is fixed at compile time.
 #pragma once
 
-#include "orvan/hash.h"
-
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace orvan::svg
 {
+
+/// Equality of two names of the same length. Names are short, so two overlapping words nearly always cover them; that
+/// is much cheaper than calling the library's comparison.
+inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
+{
+	const auto differ = [&]<typename Word>(std::size_t at, Word)
+	{
+		Word wordA;
+		Word wordB;
+		std::memcpy(&wordA, a + at, sizeof(Word));
+		std::memcpy(&wordB, b + at, sizeof(Word));
+		return wordA ^ wordB;
+	};
+	using std::uint16_t, std::uint32_t, std::uint64_t;
+	if (size > 16)
+		return std::memcmp(a, b, size) == 0;
+	if (size >= 8)
+		return (differ(0, uint64_t()) | differ(size - 8, uint64_t())) == 0;
+	if (size >= 4)
+		return (differ(0, uint32_t()) | differ(size - 4, uint32_t())) == 0;
+	if (size >= 2)
+		return differ(0, uint16_t()) == 0 && a[size - 1] == b[size - 1];
+	return size == 0 || *a == *b;
+}
 
 /// A hash table from names to the rows of a constexpr table. The compiler refuses a name that is listed twice.
 template <std::size_t rowCount>
@@ -38,7 +61,7 @@ public:
 		for (std::size_t at = Position(name); _slots[at] != 0; at = (at + 1) % kSlots)
 		{
 			const Row& row = rows[_slots[at] - 1u];
-			if (row.name == name)
+			if (row.name.size() == name.size() && AreEqual(row.name.data(), name.data(), name.size()))
 				return &row;
 		}
 		return nullptr;

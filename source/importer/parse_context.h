@@ -1,10 +1,10 @@
 /// The state of one import.
 #pragma once
 
+#include "element_base.h"
 #include "grammar.h"
 #include "importer/style_cache.h"
 #include "orvan/hash_map.h"
-#include "svg_elements.h"
 
 #include <string_view>
 
@@ -16,6 +16,8 @@ struct SVGParseContext
 {
 	/// The element whose attributes are being set and under which new elements are linked; null outside of the root.
 	const SVGElementRef* element = nullptr;
+	/// The same element when its class is this module's, for storing attributes without detours.
+	ElementBase* ownElement = nullptr;
 	bool isPolygon = false;     ///< The current tag is "polygon".
 	bool suppressesIds = false; ///< Ids are not entered into the table. Nothing sets it.
 	StringMap<SVGElementRef> elementsById;
