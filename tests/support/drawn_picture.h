@@ -4,7 +4,6 @@
 #include "svg_module.h"
 #include "svg_render_target.h"
 
-#include <cstdio>
 #include <cstring>
 
 namespace orvan
@@ -31,13 +30,17 @@ public:
 		const std::uint32_t alpha = pixel >> 24;
 		if (alpha == 0)
 			return "none";
-		char text[16];
-		const auto channel = [&](int shift)
+		std::string text;
+		const auto append = [&](std::uint32_t value)
 		{
-			return ((pixel >> shift & 255) * 255 + alpha / 2) / alpha;
+			text += "0123456789abcdef"[value >> 4 & 15];
+			text += "0123456789abcdef"[value & 15];
 		};
-		std::snprintf(text, sizeof(text), "%02x%02x%02x%02x", channel(16), channel(8), channel(0), alpha);
-		return std::string(text, alpha == 255 ? 6 : 8);
+		for (const int shift : {16, 8, 0})
+			append(((pixel >> shift & 255) * 255 + alpha / 2) / alpha);
+		if (alpha != 255)
+			append(alpha);
+		return text;
 	}
 
 	const SVGRenderPixels& GetPixels() const
