@@ -12,6 +12,9 @@ namespace
 TEST(Data, HoldsSmallValuesInsideAndLargeOnesInMemory)
 {
 	RegisterTestTypes();
+	// The record of a type is made when it is first mentioned, and stays.
+	ASSERT_NE(nullptr, FindDataType<Color>());
+	ASSERT_NE(nullptr, FindDataType<LargeValue>());
 	EXPECT_EQ(0, FailEachAllocation([] { return Data::Create(Color{1, 0.5, 0}); }));
 	EXPECT_EQ(1, FailEachAllocation([] { return Data::Create(LargeValue{{1, 2, 3, 4, 5, 6}}); }));
 	const Data data = Must(Data::Create(LargeValue{{1, 2, 3, 4, 5, 6}}));

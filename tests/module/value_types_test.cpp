@@ -142,11 +142,11 @@ TEST_F(ValueTypes, CopiesOfPaintsShareTheReference)
 TEST_F(ValueTypes, CopiesThatFailLeaveNothing)
 {
 	const SVGRadialGradient source = GradientWithStops(3);
+	const auto& operations = OperationsOf<SVGRadialGradient>();
 	EXPECT_EQ(2, FailEachAllocation(
 					 [&]() -> Result<void>
 					 {
 						 void* copy = &copy;
-						 const auto& operations = OperationsOf<SVGRadialGradient>();
 						 Result<void> copied = operations.createCopy(&source, &copy);
 						 EXPECT_EQ(copied.IsOk(), copy != nullptr);
 						 if (copy != nullptr)
