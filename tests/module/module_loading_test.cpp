@@ -106,7 +106,7 @@ TEST_F(ModuleLoading, MayBeRepeatedAHundredTimesWithoutGrowth)
 		}
 	}
 	EXPECT_EQ(allocations, CountAllocations());
-	EXPECT_LE(CountMappings(), mappings + 2);
+	EXPECT_LE(CountMappings(), mappings + 20) << "one a round would be ninety; allocators may take a few";
 }
 
 TEST_F(ModuleLoading, MayNotBeUndoneWhileObjectsAreAlive)

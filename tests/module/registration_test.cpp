@@ -148,9 +148,9 @@ TEST_F(Registration, NamesItselfOnceWithItsFrameworks)
 	EXPECT_EQ(FrameworkDeclaration::Role::defined, framework.role);
 	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon"),
 			  std::vector<std::string>(framework.headers, framework.headers + framework.headerCount));
-	for (const std::size_t used : {1, 2})
+	for (const std::size_t i : {1u, 2u})
 		EXPECT_EQ(FrameworkDeclaration::Role::used,
-				  Entries(Kind::framework)[used]->GetDeclaration<FrameworkDeclaration>().role);
+				  Entries(Kind::framework)[i]->GetDeclaration<FrameworkDeclaration>().role);
 }
 
 TEST_F(Registration, ComesInItsOrder)

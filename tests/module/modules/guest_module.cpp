@@ -48,7 +48,7 @@ class LostInterface : public ObjectInterface
 {
 public:
 	static constexpr const char* kId = "net.orvan.test.interface.lost";
-	static constexpr const char* kName = "orvan.LostInterface";
+	[[maybe_unused]] static constexpr const char* kName = "orvan.LostInterface";
 	static constexpr int kSlotCount = 0;
 };
 
