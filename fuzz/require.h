@@ -9,7 +9,7 @@
 namespace orvan::fuzz
 {
 /// Ends the process with a report when what must hold does not.
-inline void Require(bool isTrue, const char* what, std::string_view about = {})
+inline void Require(bool isTrue, const char* what, std::string_view about = "")
 {
 	if (isTrue)
 		return;
