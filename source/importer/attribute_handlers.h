@@ -1,0 +1,99 @@
+/// The handlers of the attributes: what each does to the element at hand.
+///
+/// A handler reads the value's text, refuses it by an exception (`Value::Accept`), and hands what it read to the
+/// element. Errors that it returns end the import.
+#pragma once
+
+#include "importer/attribute_value.h"
+
+namespace orvan::svg
+{
+
+// Identity, links and structure.
+Result<void> ImportId(const Value& value);
+Result<void> ImportLink(const Value& value);
+Result<void> ImportTransform(const Value& value);
+Result<void> ImportStyle(const Value& value);
+
+// Geometry.
+Result<void> ImportPlainLength(const Value& value);
+Result<void> ImportRadius(const Value& value);
+Result<void> ImportPathData(const Value& value);
+Result<void> ImportPoints(const Value& value);
+Result<void> ImportViewBox(const Value& value);
+Result<void> ImportPreserveAspectRatio(const Value& value);
+
+// Presentation. Opacities and the miter limit are kept as written: they do not pass through the setters, which clamp.
+Result<void> ImportNumber(const Value& value);
+Result<void> ImportDashArray(const Value& value);
+
+// Gradients and stops; on other elements their values are checked and dropped.
+Result<void> ImportOffset(const Value& value);
+Result<void> ImportStopColor(const Value& value);
+Result<void> ImportStopOpacity(const Value& value);
+
+// Fonts, to the setters of a text element; other elements keep them for texts below to inherit.
+Result<void> ImportFontSize(const Value& value);
+Result<void> ImportFontFamily(const Value& value);
+Result<void> ImportFontStyle(const Value& value);
+Result<void> ImportFontWeight(const Value& value);
+
+/// Reads a fill or stroke; the result tells whether there is anything to set. A local reference with a fallback sets
+/// nothing at all, and neither does an external one without; an external reference with a fallback sets the fallback.
+Result<bool> ReadPaint(const Value& value, SVGPaint& paint);
+
+bool IsGradient(const SVGElementRef& element) noexcept;
+
+// Handlers that differ only in the grammar or in the setter.
+
+/// An attribute whose value is one of some keywords: `parse` knows them, `set` is the element's setter.
+template <auto parse, auto set>
+Result<void> ImportKeyword(const Value& value)
+{
+	std::int32_t number = 0;
+	if (!value.Accept(parse(value.text, number)))
+		return {};
+	return [&]<typename T>(Result<void> (SVGElementInterface::*setter)(T) const)
+	{
+		return ((*value.Element()).*setter)(static_cast<T>(number));
+	}(set);
+}
+
+template <auto set>
+Result<void> ImportLength(const Value& value)
+{
+	grammar::Length length;
+	if (!value.Accept(grammar::ParseLength(value.text, value.source, length)))
+		return {};
+	return ((*value.Element()).*set)(ToLength(length));
+}
+
+template <auto set>
+Result<void> ImportPaint(const Value& value)
+{
+	SVGPaint paint;
+	if (!ORVAN_TRY(ReadPaint(value, paint)))
+		return {};
+	return IgnoreUnlessOutOfMemory(((*value.Element()).*set)(paint));
+}
+
+/// Mask and clip path.
+template <auto set>
+Result<void> ImportReference(const Value& value)
+{
+	std::string_view id;
+	if (!value.Accept(grammar::ParseMaskReference(value.text, id)))
+		return {};
+	return ((*value.Element()).*set)(ORVAN_TRY(String::Create(id)));
+}
+
+template <auto parse>
+Result<void> ImportGradientKeyword(const Value& value)
+{
+	std::int32_t number = 0;
+	if (!value.Accept(parse(value.text, number)) || !IsGradient(value.Element()))
+		return {};
+	return value.Store(number);
+}
+
+} // namespace orvan::svg

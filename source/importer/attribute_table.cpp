@@ -1,0 +1,135 @@
+/// The table of attributes, and dispatching by it.
+#include "importer/attribute_handlers.h"
+#include "importer/names.h"
+
+#include <array>
+#include <functional>
+
+namespace orvan::svg
+{
+
+namespace
+{
+
+using Importer = Result<void> (*)(const Value& value);
+using Attribute = SVGImportAttribute;
+using Element = SVGElementInterface;
+
+struct AttributeRow
+{
+	std::string_view name;
+	Attribute attribute;
+	Importer importer; ///< Null for an attribute that is known but ignored.
+};
+
+/// All attributes, in the order of their numbers.
+constexpr std::array kAttributes = {
+	AttributeRow{"id", Attribute::id, &ImportId},
+	AttributeRow{"class", Attribute::classNames, nullptr},
+	AttributeRow{"href", Attribute::href, &ImportLink},
+	AttributeRow{"xlink:href", Attribute::href, &ImportLink},
+	AttributeRow{"transform", Attribute::transform, &ImportTransform},
+	AttributeRow{"display", Attribute::display, &ImportKeyword<&grammar::ParseDisplay, &Element::SetDisplay>},
+	AttributeRow{"visibility", Attribute::visibility,
+				 &ImportKeyword<&grammar::ParseVisibility, &Element::SetVisibility>},
+	AttributeRow{"opacity", Attribute::opacity, &ImportNumber},
+	AttributeRow{"viewBox", Attribute::viewBox, &ImportViewBox},
+	AttributeRow{"preserveAspectRatio", Attribute::preserveAspectRatio, &ImportPreserveAspectRatio},
+	AttributeRow{"x", Attribute::x, &ImportPlainLength},
+	AttributeRow{"y", Attribute::y, &ImportPlainLength},
+	AttributeRow{"width", Attribute::width, &ImportPlainLength},
+	AttributeRow{"height", Attribute::height, &ImportPlainLength},
+	AttributeRow{"x1", Attribute::x1, &ImportPlainLength},
+	AttributeRow{"y1", Attribute::y1, &ImportPlainLength},
+	AttributeRow{"x2", Attribute::x2, &ImportPlainLength},
+	AttributeRow{"y2", Attribute::y2, &ImportPlainLength},
+	AttributeRow{"cx", Attribute::cx, &ImportPlainLength},
+	AttributeRow{"cy", Attribute::cy, &ImportPlainLength},
+	AttributeRow{"fx", Attribute::fx, &ImportPlainLength},
+	AttributeRow{"fy", Attribute::fy, &ImportPlainLength},
+	AttributeRow{"r", Attribute::r, &ImportRadius},
+	AttributeRow{"rx", Attribute::rx, &ImportPlainLength},
+	AttributeRow{"ry", Attribute::ry, &ImportPlainLength},
+	AttributeRow{"d", Attribute::d, &ImportPathData},
+	AttributeRow{"fill", Attribute::fill, &ImportPaint<&Element::SetFill>},
+	AttributeRow{"fill-rule", Attribute::fillRule, &ImportKeyword<&grammar::ParseFillRule, &Element::SetFillRule>},
+	AttributeRow{"fill-opacity", Attribute::fillOpacity, &ImportNumber},
+	AttributeRow{"stroke", Attribute::stroke, &ImportPaint<&Element::SetStroke>},
+	AttributeRow{"stroke-width", Attribute::strokeWidth, &ImportLength<&Element::SetStrokeWidth>},
+	AttributeRow{"stroke-opacity", Attribute::strokeOpacity, &ImportNumber},
+	AttributeRow{"stroke-linejoin", Attribute::strokeLineJoin,
+				 &ImportKeyword<&grammar::ParseLineJoin, &Element::SetStrokeLineJoin>},
+	AttributeRow{"stroke-linecap", Attribute::strokeLineCap,
+				 &ImportKeyword<&grammar::ParseLineCap, &Element::SetStrokeLineCap>},
+	AttributeRow{"stroke-miterlimit", Attribute::strokeMiterLimit, &ImportNumber},
+	AttributeRow{"stroke-dasharray", Attribute::strokeDashArray, &ImportDashArray},
+	AttributeRow{"stroke-dashoffset", Attribute::strokeDashOffset, &ImportLength<&Element::SetStrokeDashOffset>},
+	AttributeRow{"gradientUnits", Attribute::gradientUnits, &ImportGradientKeyword<&grammar::ParseGradientUnits>},
+	AttributeRow{"spreadMethod", Attribute::spreadMethod, &ImportGradientKeyword<&grammar::ParseSpreadMethod>},
+	AttributeRow{"offset", Attribute::offset, &ImportOffset},
+	AttributeRow{"stop-color", Attribute::stopColor, &ImportStopColor},
+	AttributeRow{"stop-opacity", Attribute::stopOpacity, &ImportStopOpacity},
+	AttributeRow{"font-size", Attribute::fontSize, &ImportFontSize},
+	AttributeRow{"font-family", Attribute::fontFamily, &ImportFontFamily},
+	AttributeRow{"font-style", Attribute::fontStyle, &ImportFontStyle},
+	AttributeRow{"font-weight", Attribute::fontWeight, &ImportFontWeight},
+	AttributeRow{"mask", Attribute::mask, &ImportReference<&Element::SetMask>},
+	AttributeRow{"clip-path", Attribute::clipPath, &ImportReference<&Element::SetClipPath>},
+	AttributeRow{"style", Attribute::style, &ImportStyle},
+	AttributeRow{"points", Attribute::points, &ImportPoints},
+};
+
+constexpr NameIndex<kAttributes.size()> kAttributeIndex(kAttributes);
+
+/// The importers by number. The compiler checks that every number from 1 to 49 is there, with one importer and the
+/// public name.
+constexpr std::array<Importer, kSVGAttributeNames.size()> kImporters = []
+{
+	std::array<Importer, kSVGAttributeNames.size()> importers{};
+	std::size_t reached = 0;
+	for (const AttributeRow& row : kAttributes)
+	{
+		const auto number = static_cast<std::size_t>(row.attribute);
+		if (number == reached ? importers[number] != row.importer : number != reached + 1)
+			throw "the numbers have a gap, or one has two importers";
+		if (number != reached && row.name != kSVGAttributeNames[number])
+			throw "the name differs from the public one";
+		importers[number] = row.importer;
+		reached = number;
+	}
+	if (reached + 1 != importers.size())
+		throw "the last numbers are missing";
+	return importers;
+}();
+
+} // namespace
+
+void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
+{
+	// A declaration of a style has a place of its own, unless the style was copied to replace references.
+	const char* end = rawValue.data() + rawValue.size();
+	const bool isInside = !std::less<>()(text.data(), rawValue.data()) && !std::less<>()(end, text.data());
+	refusedAt = isInside ? text.data() : rawValue.data();
+	refusedElementName = elementName;
+	refusedElementId = (*element)->GetId();
+	grammar::RaiseInvalidValue(attributeName, text);
+}
+
+SVGImportAttribute FindAttribute(std::string_view name) noexcept
+{
+	const AttributeRow* row = kAttributeIndex.Find(kAttributes, name);
+	return row != nullptr ? row->attribute : SVGImportAttribute::unknown;
+}
+
+Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
+							   grammar::Source source)
+{
+	const Importer importer = kImporters[static_cast<std::size_t>(attribute)];
+	if (importer == nullptr)
+		return {};
+	if (context.element == nullptr)
+		return NullReferenceError("There is no element to set an attribute of.");
+	return importer({context, attribute, text, source});
+}
+
+} // namespace orvan::svg

@@ -1,0 +1,59 @@
+/// An attribute value on its way to an element, and what all handlers do with one.
+#pragma once
+
+#include "importer/parse_context.h"
+
+namespace orvan::svg
+{
+
+/// One attribute value on its way to an element.
+struct Value
+{
+	SVGParseContext& context;
+	SVGImportAttribute attribute;
+	std::string_view text;
+	grammar::Source source;
+
+	const SVGElementRef& Element() const noexcept
+	{
+		return *context.element;
+	}
+
+	/// True when there is a value to set. Refused values do not return.
+	bool Accept(grammar::Parsed parsed) const
+	{
+		if (parsed == grammar::Parsed::refused)
+			context.Refuse(kSVGAttributeNames[static_cast<std::size_t>(attribute)].data(), text);
+		return parsed == grammar::Parsed::value;
+	}
+
+	/// Stores a value in the dictionary under the attribute's own number.
+	template <typename T>
+	Result<void> Store(T value) const noexcept
+	{
+		if (context.ownElement != nullptr)
+			return context.ownElement->Store(attribute, std::move(value));
+		const Data data = ORVAN_TRY(Data::Create(std::move(value)));
+		return Element()->SetAttribute(attribute, data);
+	}
+};
+
+/// A setter's error is of no consequence for the rest of the file, unless memory has run out.
+inline Result<void> IgnoreUnlessOutOfMemory(Result<void> result) noexcept
+{
+	if (!result.IsOk() && result.GetError().GetClass() == ErrorClass::outOfMemory)
+		return result;
+	return {};
+}
+
+inline SVGLength ToLength(const grammar::Length& length) noexcept
+{
+	return {length.value, static_cast<SVGLengthUnit>(length.unit)};
+}
+
+inline Color ToColor(grammar::PackedColor packed) noexcept
+{
+	return {(packed >> 16 & 0xff) / 255.0, (packed >> 8 & 0xff) / 255.0, (packed & 0xff) / 255.0};
+}
+
+} // namespace orvan::svg

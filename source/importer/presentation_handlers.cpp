@@ -1,0 +1,147 @@
+/// Handlers of paints, numbers, dashes, gradients and fonts.
+#include "importer/attribute_handlers.h"
+
+namespace orvan::svg
+{
+
+Result<void> ImportNumber(const Value& value)
+{
+	double number = 0.0;
+	if (!value.Accept(grammar::ParseNumber(value.text, value.source, number)))
+		return {};
+	return IgnoreUnlessOutOfMemory(value.Store(number));
+}
+
+Result<void> ImportDashArray(const Value& value)
+{
+	class Sink final : public grammar::LengthSink
+	{
+	public:
+		void Append(const grammar::Length& length) override
+		{
+			if (Result<void> appended = dashes.Append(ToLength(length)); !appended.IsOk())
+				result = std::move(appended);
+		}
+
+		BaseArray<SVGLength> dashes;
+		Result<void> result;
+	};
+
+	Sink sink;
+	if (!value.Accept(grammar::ParseDashArray(value.text, value.source, sink)))
+		return {};
+	ORVAN_TRY(std::move(sink.result));
+	return value.Element()->SetStrokeDashArray(sink.dashes);
+}
+
+Result<bool> ReadPaint(const Value& value, SVGPaint& paint)
+{
+	grammar::Paint parsed;
+	if (!value.Accept(grammar::ParsePaint(value.text, parsed)))
+		return false;
+	const bool isReference = parsed.kind == grammar::PaintKind::reference;
+	const bool hasFallback = parsed.fallback != grammar::PaintFallback::absent;
+	if (isReference && parsed.reference.isLocal == hasFallback)
+		return false;
+
+	if (isReference && !hasFallback)
+	{
+		paint.type = SVGPaintType::reference;
+		paint.reference = ORVAN_TRY(String::Create(parsed.reference.text));
+	}
+	else if (parsed.kind == grammar::PaintKind::none || parsed.fallback == grammar::PaintFallback::none)
+		paint.type = SVGPaintType::none;
+	else if (parsed.kind == grammar::PaintKind::color || parsed.fallback == grammar::PaintFallback::color)
+		paint.color = ToColor(parsed.color);
+	else
+		return false; // "currentColor" or "inherit", also as a fallback.
+	return true;
+}
+
+bool IsGradient(const SVGElementRef& element) noexcept
+{
+	return Borrowed<SVGLinearGradientElementInterface>(element) || Borrowed<SVGRadialGradientElementInterface>(element);
+}
+
+Result<void> ImportOffset(const Value& value)
+{
+	double offset = 0.0;
+	if (!value.Accept(grammar::ParseOffset(value.text, offset)) || !Borrowed<SVGStopElementInterface>(value.Element()))
+		return {};
+	return value.Store(offset);
+}
+
+Result<void> ImportStopColor(const Value& value)
+{
+	grammar::PackedColor color = 0;
+	if (!value.Accept(grammar::ParseColor(value.text, color)) || !Borrowed<SVGStopElementInterface>(value.Element()))
+		return {};
+	return value.Store(ToColor(color));
+}
+
+Result<void> ImportStopOpacity(const Value& value)
+{
+	double opacity = 0.0;
+	if (!value.Accept(grammar::ParseNumber(value.text, value.source, opacity)) ||
+		!Borrowed<SVGStopElementInterface>(value.Element()))
+		return {};
+	return IgnoreUnlessOutOfMemory(value.Store(opacity));
+}
+
+namespace
+{
+
+Result<void> SetFontStyle(const Value& value, std::int32_t style)
+{
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
+		return text->SetFontStyle(static_cast<SVGFontStyle>(style));
+	return Value{value.context, SVGImportAttribute::fontStyle, {}, value.source}.Store(style);
+}
+
+Result<void> SetFontWeight(const Value& value, std::int32_t weight)
+{
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
+		return text->SetFontWeight(static_cast<SVGFontWeight>(weight));
+	return Value{value.context, SVGImportAttribute::fontWeight, {}, value.source}.Store(weight);
+}
+
+} // namespace
+
+Result<void> ImportFontSize(const Value& value)
+{
+	grammar::Length length;
+	if (!value.Accept(grammar::ParseFontSize(value.text, value.source, length)))
+		return {};
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
+		return text->SetFontSize(ToLength(length));
+	return value.Store(ToLength(length));
+}
+
+/// The family also tells style and weight, for families such as "Helvetica-BoldItalic".
+Result<void> ImportFontFamily(const Value& value)
+{
+	const String family = ORVAN_TRY(String::Create(value.text));
+	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
+		ORVAN_TRY(text->SetFont(family));
+	else
+		ORVAN_TRY(value.Store(family));
+	if (value.text.find("Italic") != value.text.npos)
+		ORVAN_TRY(SetFontStyle(value, static_cast<std::int32_t>(SVGFontStyle::italic)));
+	if (value.text.find("Bold") != value.text.npos)
+		ORVAN_TRY(SetFontWeight(value, static_cast<std::int32_t>(SVGFontWeight::bold)));
+	return {};
+}
+
+Result<void> ImportFontStyle(const Value& value)
+{
+	std::int32_t style = 0;
+	return value.Accept(grammar::ParseFontStyle(value.text, style)) ? SetFontStyle(value, style) : Result<void>();
+}
+
+Result<void> ImportFontWeight(const Value& value)
+{
+	std::int32_t weight = 0;
+	return value.Accept(grammar::ParseFontWeight(value.text, weight)) ? SetFontWeight(value, weight) : Result<void>();
+}
+
+} // namespace orvan::svg

@@ -1,0 +1,98 @@
+/// Handlers of identity, links and structure.
+#include "importer/attribute_handlers.h"
+
+namespace orvan::svg
+{
+
+using grammar::Source;
+
+Result<void> ImportId(const Value& value)
+{
+	const String id = ORVAN_TRY(String::Create(value.text));
+	ORVAN_TRY(value.Element()->SetId(id));
+	if (!value.context.suppressesIds)
+		ORVAN_TRY(value.context.elementsById.Insert(id, value.Element()));
+	return {};
+}
+
+Result<void> ImportLink(const Value& value)
+{
+	grammar::Reference reference;
+	if (!value.Accept(grammar::ParseIri(value.text, reference)))
+		return {};
+	const Borrowed<SVGUseElementInterface> use(value.Element());
+	if (!use)
+		return {};
+	const String link = ORVAN_TRY(String::Create(reference.text));
+	return IgnoreUnlessOutOfMemory(use->SetLink(link));
+}
+
+Result<void> ImportTransform(const Value& value)
+{
+	grammar::Matrix m;
+	if (!value.Accept(grammar::ParseTransform(value.text, m)))
+		return {};
+	return IgnoreUnlessOutOfMemory(value.Element()->SetLocalTransform({{m.e, m.f}, {m.a, m.b}, {m.c, m.d}}));
+}
+
+namespace
+{
+
+/// True for attributes that say nothing outside of the element's dictionary.
+constexpr bool IsKeptInDictionary(SVGImportAttribute attribute) noexcept
+{
+	switch (attribute)
+	{
+	case SVGImportAttribute::id:
+	case SVGImportAttribute::href:
+	case SVGImportAttribute::transform:
+	case SVGImportAttribute::d:
+	case SVGImportAttribute::points:
+		return false;
+	default:
+		return true;
+	}
+}
+
+/// Dispatches the declarations; the result tells whether all of them went to the dictionary.
+Result<bool> ImportDeclarations(const Value& value)
+{
+	bool isAllInDictionary = true;
+	grammar::StyleSplitter splitter(value.text);
+	for (std::string_view name, text; splitter.Next(name, text);)
+	{
+		const SVGImportAttribute attribute = FindAttribute(name);
+		isAllInDictionary &= IsKeptInDictionary(attribute);
+		ORVAN_TRY(DispatchAttribute(value.context, attribute, text, Source::style));
+	}
+	return isAllInDictionary;
+}
+
+} // namespace
+
+Result<void> ImportStyle(const Value& value)
+{
+	if (value.source == Source::style)
+		return {};
+	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
+	// text that was copied to replace references is not in place long enough to be compared with.
+	ElementBase* const element = value.context.ownElement;
+	if (element == nullptr || element->GetAttributeDictionary().GetCount() != 0 ||
+		value.text.data() != value.context.rawValue.data())
+	{
+		ORVAN_TRY(ImportDeclarations(value));
+		return {};
+	}
+	StyleCache& cache = value.context.styles;
+	const StyleCache::Finding finding = cache.Find(value.text, element->GetElementType());
+	if (finding == StyleCache::Finding::kept)
+	{
+		element->ReplaceAttributes(cache.Get());
+		return {};
+	}
+	if (ORVAN_TRY(ImportDeclarations(value)) && finding == StyleCache::Finding::noted)
+		cache.Keep(element->GetAttributeDictionary());
+	return {};
+}
+
+} // namespace orvan::svg
