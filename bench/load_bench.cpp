@@ -1,5 +1,5 @@
-/// Whole loads: every file of a corpus, from bytes in memory (or on disk) to a finished tree and its release, beside the
-/// lower bounds and other libraries. `load_bench FOLDER… [--benchmark_…]`; each folder is a corpus.
+/// Whole loads: every file of a corpus, from bytes in memory (or on disk) to a finished tree and its release, beside
+/// the lower bounds and other libraries. `load_bench FOLDER… [--benchmark_…]`; each folder is a corpus.
 #include "corpus.h"
 
 #include "orvan/host/diagnostic_sink.h"
@@ -120,8 +120,8 @@ void LoadDocument(const Url& url)
 #ifdef ORVAN_BENCH_LIBRSVG
 void LoadWithLibrsvg(const CorpusFile& file)
 {
-	RsvgHandle* handle = rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(file.bytes.data()),
-												   file.bytes.size(), nullptr);
+	RsvgHandle* handle =
+		rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(file.bytes.data()), file.bytes.size(), nullptr);
 	benchmark::DoNotOptimize(handle);
 	if (handle != nullptr)
 		g_object_unref(handle);
@@ -157,7 +157,8 @@ void Register(const Corpus& corpus)
 		diskUrls->push_back(Url::FromPath(std::filesystem::absolute(file.path).string()).GetValue());
 	}
 	const CorpusFile* first = corpus.files.data();
-	add("document", [=](const CorpusFile& file) { LoadDocument((*memoryUrls)[static_cast<std::size_t>(&file - first)]); });
+	add("document",
+		[=](const CorpusFile& file) { LoadDocument((*memoryUrls)[static_cast<std::size_t>(&file - first)]); });
 	add("document_from_disk",
 		[=](const CorpusFile& file) { LoadDocument((*diskUrls)[static_cast<std::size_t>(&file - first)]); });
 #ifdef ORVAN_BENCH_LIBRSVG
