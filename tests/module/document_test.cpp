@@ -170,19 +170,5 @@ TEST_F(Document, HoldsAPlaceholderWhenTheFileHasNoUsableRoot)
 	}
 }
 
-TEST_F(Document, HoldsThousandsOfIdsEachOnce)
-{
-	std::string text = "<svg>";
-	Ids expected;
-	for (int i = 0; i < 5000; i++)
-	{
-		text += "<g id='n" + std::to_string(i) + "'/>";
-		expected.insert("n" + std::to_string(i));
-	}
-	Init(text + "</svg>");
-	EXPECT_EQ(expected, IdsWithPrefix(""));
-	EXPECT_EQ(Find(document, "n4711")->GetId(), "n4711");
-}
-
 } // namespace
 } // namespace orvan

@@ -101,23 +101,6 @@ TEST_F(Import, BoundsTheNestingBeforeTheParserRecurses)
 	EXPECT_EQ(deep, RefusalOf(std::string(Nest(1025)).substr(0, 6 + 3 * 1024))) << "also when nothing is closed";
 }
 
-TEST_F(Import, CountsTheNestingOfElementsAlone)
-{
-	for (const std::string opening :
-		 {"<!-- <g> -->", "<![CDATA[<g>]]>", "<? <g> ?>", "<?<g>?>", "text > ", "<g a='<g>'/>", "<g a='/>'></g>",
-		  "<g a=\"'>\"/>", "<g a='\"' b='<g><g>'></g>", "<!-- > -> <g -->", "<g/\t\n>", "<!-->--><g></g>"})
-	{
-		std::string many;
-		for (int i = 0; i < 1100; i++)
-			many += opening;
-		const CollectedFindings findings;
-		const SVGDocumentRef document = MakeDocument();
-		Must(document->Init(TextFile("<svg>" + many + "</svg>").GetUrl()));
-		for (const std::string& line : findings.lines)
-			EXPECT_EQ(line.npos, line.find("nested")) << opening;
-	}
-}
-
 TEST_F(Import, IsNotFooledAboutTheNesting)
 {
 	// Each hides one opening tag from a careless count.
