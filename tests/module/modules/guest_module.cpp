@@ -1,5 +1,5 @@
 /// A small renderer in a module of its own: it writes down what it is asked to draw. Beside it stands a class that no
-/// host can make, because nobody registers its interface.
+/// host can make, because nobody registers its interface, and an element of its own.
 #include "orvan/diagnostics.h"
 #include "orvan/module.h"
 #include "svg_base.h"
@@ -52,6 +52,60 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 
+/// An element that knows nothing but transforms. While it is not displayed, it fails.
+class ForeignElement : public HierarchyObject
+{
+public:
+	Result<void> SetDisplay(SVGDisplay display) noexcept
+	{
+		_display = display;
+		return {};
+	}
+
+	Result<Matrix2d> GetWorldTransform() noexcept
+	{
+		if (_display == SVGDisplay::none)
+			return IllegalStateError("The place is unknown.");
+		return Matrix2d{{100.0, 0.0}};
+	}
+
+	Result<void> MarkTransformDirty() noexcept
+	{
+		WarningOutput("marked");
+		return ResultOf(_display == SVGDisplay::none ? IllegalStateError("No mark sticks.").Release() : nullptr);
+	}
+
+private:
+	SVGDisplay _display = SVGDisplay::inherit;
+};
+
+template <typename Signature, auto method>
+AnyMethod BindSlot() noexcept
+{
+	return detail::Call<Signature>::template To<ForeignElement, ForeignElement, method>();
+}
+
+/// Only the slots that are called are filled.
+constexpr InterfaceBinding kForeignBindings[] = {
+	Implements<HierarchyObjectInterface, HierarchyObject>::BindingFor<ForeignElement>(),
+	{SVGElementInterface::kId, SVGElementInterface::kSlotCount,
+	 [](AnyMethod* slots) noexcept
+	 {
+		 std::fill_n(slots, SVGElementInterface::kSlotCount, nullptr);
+		 slots[10 - 1] = BindSlot<Result<Matrix2d>(), &ForeignElement::GetWorldTransform>();
+		 slots[13 - 1] = BindSlot<Result<void>(SVGDisplay), &ForeignElement::SetDisplay>();
+		 slots[39 - 1] = BindSlot<Result<void>(), &ForeignElement::MarkTransformDirty>();
+	 }},
+};
+
+constexpr ClassDeclaration kForeign = []
+{
+	ClassDeclaration declaration = DeclareClass<ForeignElement>("net.orvan.test.class.element");
+	declaration.bindings = kForeignBindings;
+	declaration.bindingCount = std::size(kForeignBindings);
+	return declaration;
+}();
+
 constexpr ClassDeclaration kLost =
 	DeclareClass<Context, Implements<SVGContextInterface, Context>, Implements<LostInterface, Context>>(
 		"net.orvan.test.class.lost");
@@ -62,6 +116,7 @@ const RegistrationEntry entries[] = {{RegistrationEntry::Kind::unit, "guest_modu
 									 {RegistrationEntry::Kind::module, "net.orvan.test.guest"},
 									 kLost,
 									 kContext,
+									 kForeign,
 									 kUse};
 
 } // namespace
