@@ -20,7 +20,11 @@ std::size_t CheckTree(const SVGDocumentRef& document)
 	{
 		count++;
 		const auto element = Cast<SVGElementInterface>(at);
-		fuzz::DescribeElement(element);
+		const std::string description = fuzz::DescribeElement(element);
+		// A gradient's copy has no stops: those are children.
+		if (!Cast<SVGLinearGradientElementInterface>(element) && !Cast<SVGRadialGradientElementInterface>(element))
+			Require(fuzz::DescribeElement(CloneObject(element).GetValue()) == description, "copies say the same",
+					description);
 		Require(element->GetWorldTransform().IsOk(), "there is a world transform");
 		if (const String id = element->GetId(); !id.IsEmpty())
 			Require(document->GetElementById(id).IsOk(), "elements are found by their id", id);
