@@ -168,6 +168,12 @@ constexpr Row kRows[] = {
 	 {
 		 return Svg("<path" + Repeat(" d='M0 0c1 2 3 4 5 6l1 2'", n) + "/>");
 	 }},
+	// What is allocated between keeps the path from growing where it is.
+	{"the path again, between ids", 1000,
+	 [](int n)
+	 {
+		 return Svg("<path style='" + RepeatNumbered("d:M0 0c1 2 3 4 5 6l1 2;id:a@;", n) + "'/>");
+	 }},
 	{"points", 20000,
 	 [](int n)
 	 {
