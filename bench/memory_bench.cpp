@@ -28,7 +28,6 @@ struct Usage
 	double kept = 0; ///< MiB.
 	long elements = 0;
 	long commands = 0;
-	long heapBytes = 0;
 };
 
 double ReadStatus(const char* field)
@@ -80,10 +79,8 @@ void LoadDocument(const char* path, Usage& usage)
 {
 	const auto document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue();
 	const Url url = Url::FromPath(path).GetValue();
-	const std::size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
 	if (!document->Init(url).IsOk())
 		std::abort();
-	usage.heapBytes = static_cast<long>(mallinfo2().uordblks + mallinfo2().hblkhd - before);
 	malloc_trim(0);
 	usage.kept = ReadStatus("VmRSS:");
 	Count(document->GetRootElement(), usage);
@@ -118,8 +115,7 @@ int main(int argumentCount, char** arguments)
 		std::printf("%-40s %5.1f MiB %5.1f MiB %5.1f MiB %9ld %9.1f %9ld\n",
 					std::strrchr(path, '/') ? std::strrchr(path, '/') + 1 : path, xml.peak, document.peak,
 					document.kept, document.elements,
-					static_cast<double>(document.heapBytes) / static_cast<double>(document.elements),
-					document.commands);
+					document.kept * 1024 * 1024 / static_cast<double>(document.elements), document.commands);
 	}
 	return 0;
 }

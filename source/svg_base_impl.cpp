@@ -82,6 +82,7 @@ Result<void> Document::Load() noexcept
 	ORVAN_TRY(buffer.ResizeUninitialized(static_cast<std::size_t>(length)));
 	ORVAN_TRY(stream.ReadBytes(buffer.begin(), length));
 	ORVAN_TRY(buffer.Append('\0'));
+	const BulkScope scope;
 	ImportResult imported = ORVAN_TRY(Import(buffer.begin(), static_cast<std::int64_t>(buffer.GetCount())));
 	if (!imported.root)
 		return BuildPlaceholder();

@@ -11,8 +11,8 @@ namespace
 
 using Entry = DictionaryBlock::Entry;
 
-constexpr std::uint32_t kFirstEntries = 4;
-constexpr std::uint32_t kFirstValueBytes = 64;
+constexpr std::uint32_t kFirstEntries = 2;
+constexpr std::uint32_t kFirstValueBytes = 48;
 
 /// Bytes that a value of the type takes inside the block: itself, or the pointer to it.
 std::uint32_t SlotSize(const DataType* type) noexcept
@@ -90,8 +90,58 @@ ErrorBlock* CopyValue(const DictionaryBlock& source, const Entry& entry, Diction
 	return nullptr;
 }
 
-/// Moves everything into a block with room for one more entry and `bytes` more of values. The values move as bytes, and
-/// the gaps that replaced values left behind close.
+/// Bytes that the values take without the gaps that replaced ones left behind.
+std::uint32_t CountValueBytes(const DictionaryBlock& block) noexcept
+{
+	std::uint32_t bytes = 0;
+	for (std::uint32_t i = 0; i < block.count; i++)
+		bytes += SlotSize(block.Entries()[i].type);
+	return bytes;
+}
+
+/// Moves everything into another block, without gaps. The values move as bytes.
+bool MoveToBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint64_t valueBytes) noexcept
+{
+	DictionaryBlock* old = *block;
+	DictionaryBlock* moved = AllocateBlock(entryCapacity, valueBytes);
+	if (moved == nullptr)
+		return false;
+	for (std::uint32_t i = 0; i < old->count; i++)
+	{
+		const Entry& from = old->Entries()[i];
+		moved->Entries()[i] = {from.key, moved->valueEnd, from.type};
+		std::memcpy(ValueSlot(moved, moved->Entries()[i]), ValueSlot(old, from), SlotSize(from.type));
+		moved->valueEnd += SlotSize(from.type);
+	}
+	moved->count = old->count;
+	Host().free(old);
+	*block = moved;
+	return true;
+}
+
+/// Makes the block larger where it stands, if its memory allows, and moves the values to behind the new entries.
+bool ExtendBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint64_t valueBytes) noexcept
+{
+	const std::uint64_t size = sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry) + valueBytes;
+	if (size > std::numeric_limits<std::uint32_t>::max())
+		return false;
+	auto* extended = static_cast<DictionaryBlock*>(Host().reallocate(*block, size));
+	if (extended == nullptr)
+		return false;
+	const std::uint32_t from = ValueBegin(extended->entryCapacity);
+	const std::uint32_t shift = ValueBegin(static_cast<std::uint32_t>(entryCapacity)) - from;
+	char* bytes = reinterpret_cast<char*>(extended);
+	std::memmove(bytes + from + shift, bytes + from, extended->valueEnd - from);
+	for (std::uint32_t i = 0; i < extended->count; i++)
+		extended->Entries()[i].offset += shift;
+	extended->entryCapacity = static_cast<std::uint32_t>(entryCapacity);
+	extended->valueEnd += shift;
+	extended->blockSize = static_cast<std::uint32_t>(size);
+	*block = extended;
+	return true;
+}
+
+/// Makes room for one more entry and `bytes` more of values.
 bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
 {
 	DictionaryBlock* old = *block;
@@ -101,23 +151,10 @@ bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
 		return *block != nullptr;
 	}
 	const std::uint64_t entries = old->count < old->entryCapacity ? old->entryCapacity : 2ull * old->entryCapacity;
-	std::uint64_t used = bytes;
-	for (std::uint32_t i = 0; i < old->count; i++)
-		used += SlotSize(old->Entries()[i].type);
-	DictionaryBlock* grown = AllocateBlock(entries, used + used / 2);
-	if (grown == nullptr)
-		return false;
-	for (std::uint32_t i = 0; i < old->count; i++)
-	{
-		const Entry& from = old->Entries()[i];
-		grown->Entries()[i] = {from.key, grown->valueEnd, from.type};
-		std::memcpy(ValueSlot(grown, grown->Entries()[i]), ValueSlot(old, from), SlotSize(from.type));
-		grown->valueEnd += SlotSize(from.type);
-	}
-	grown->count = old->count;
-	Host().free(old);
-	*block = grown;
-	return true;
+	const std::uint64_t used = CountValueBytes(*old);
+	const std::uint64_t wanted = used + used / 2 + bytes;
+	const bool hasGaps = ValueBegin(old->entryCapacity) + used != old->valueEnd;
+	return hasGaps ? MoveToBlock(block, entries, wanted) : ExtendBlock(block, entries, wanted);
 }
 
 } // namespace

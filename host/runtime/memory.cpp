@@ -1,9 +1,12 @@
 #include "memory.h"
 
+#include "bulk_memory.h"
 #include "orvan/host/allocation_failure.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 
 namespace orvan
 {
@@ -33,6 +36,13 @@ void Count(std::int64_t) noexcept
 }
 #endif
 
+// Sanitizers, and the count of blocks, see what becomes of a block only when it comes from the C library.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ORVAN_COUNT_ALLOCATIONS)
+constexpr bool kUsesBulk = false;
+#else
+constexpr bool kUsesBulk = true;
+#endif
+
 bool MustFail() noexcept
 {
 	if (t_plan.countdown == 0) [[likely]]
@@ -54,6 +64,11 @@ void* runtime::Allocate(std::size_t bytes) noexcept
 {
 	if (MustFail())
 		return nullptr;
+	if constexpr (kUsesBulk)
+	{
+		if (void* memory = AllocateInBulk(bytes))
+			return memory;
+	}
 	void* memory = std::malloc(bytes);
 	if (memory != nullptr)
 		Count(1);
@@ -64,6 +79,25 @@ void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
 {
 	if (MustFail())
 		return nullptr;
+	if (kUsesBulk && memory == nullptr)
+	{
+		if (void* fresh = AllocateInBulk(bytes))
+			return fresh;
+	}
+	if (kUsesBulk && IsInBulk(memory))
+	{
+		if (ResizeInBulk(memory, bytes))
+			return memory;
+		void* moved = AllocateInBulk(bytes);
+		if (moved == nullptr)
+			moved = std::malloc(bytes);
+		if (moved != nullptr)
+		{
+			std::memcpy(moved, memory, std::min(bytes, GetBulkSize(memory)));
+			FreeInBulk(memory);
+		}
+		return moved;
+	}
 	void* moved = std::realloc(memory, bytes);
 	if (moved != nullptr && memory == nullptr)
 		Count(1);
@@ -72,6 +106,8 @@ void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
 
 void runtime::Free(void* memory) noexcept
 {
+	if (kUsesBulk && IsInBulk(memory))
+		return FreeInBulk(memory);
 	if (memory != nullptr)
 		Count(-1);
 	std::free(memory);

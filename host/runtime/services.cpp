@@ -1,6 +1,7 @@
 /// The table that every module gets.
 #include "orvan/services.h"
 
+#include "bulk_memory.h"
 #include "dictionary.h"
 #include "errors.h"
 #include "file_monitor.h"
@@ -59,6 +60,8 @@ constexpr HostServices kServices = {
 	.allocate = &runtime::Allocate,
 	.reallocate = &runtime::Reallocate,
 	.free = &runtime::Free,
+	.beginBulk = &runtime::BeginBulk,
+	.endBulk = &runtime::EndBulk,
 	.outOfMemory = &runtime::OutOfMemory,
 	.makeError = &runtime::MakeError,
 	.releaseError = &runtime::ReleaseError,

@@ -46,6 +46,8 @@ struct HostServices
 	void* (*allocate)(std::size_t bytes) noexcept;
 	void* (*reallocate)(void* memory, std::size_t bytes) noexcept;
 	void (*free)(void* memory) noexcept;
+	void (*beginBulk)() noexcept;
+	void (*endBulk)() noexcept;
 
 	// Errors and diagnostics. Texts are copied, so that an error outlives the module that made it.
 	ErrorBlock* (*outOfMemory)() noexcept;
@@ -100,5 +102,23 @@ inline const HostServices& Host() noexcept
 {
 	return *detail::g_hostServices;
 }
+
+/// Says that what the thread allocates while it lives will be released together, by and large: the objects of a
+/// document, say. Such memory is cheaper to get and to give back. Scopes nest; they change nothing but speed.
+class BulkScope
+{
+public:
+	BulkScope() noexcept
+	{
+		Host().beginBulk();
+	}
+
+	BulkScope(const BulkScope&) = delete;
+
+	~BulkScope()
+	{
+		Host().endBulk();
+	}
+};
 
 } // namespace orvan

@@ -1,0 +1,133 @@
+#include "runtime/bulk_memory.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+
+namespace orvan::runtime
+{
+namespace
+{
+
+/// A block that is filled with a value, so that overlaps show.
+char* TakeBlock(std::size_t bytes, int value)
+{
+	auto* block = static_cast<char*>(AllocateInBulk(bytes));
+	if (block != nullptr)
+		std::memset(block, value, bytes);
+	return block;
+}
+
+bool HoldsOnly(const char* block, std::size_t bytes, int value)
+{
+	for (std::size_t i = 0; i < bytes; i++)
+	{
+		if (block[i] != static_cast<char>(value))
+			return false;
+	}
+	return true;
+}
+
+TEST(BulkMemory, GivesBlocksInsideOfScopesOnly)
+{
+	EXPECT_EQ(nullptr, AllocateInBulk(16));
+	BeginBulk();
+	char* block = TakeBlock(16, 1);
+	ASSERT_NE(nullptr, block);
+	EXPECT_EQ(0u, reinterpret_cast<std::uintptr_t>(block) % 16);
+	EXPECT_TRUE(IsInBulk(block));
+	EXPECT_FALSE(IsInBulk(nullptr));
+	EXPECT_FALSE(IsInBulk(&block));
+	EXPECT_EQ(nullptr, AllocateInBulk(1'000'000));
+	EndBulk();
+	EXPECT_EQ(nullptr, AllocateInBulk(16));
+	FreeInBulk(block);
+}
+
+TEST(BulkMemory, KeepsBlocksApartOverManyChunks)
+{
+	BeginBulk();
+	std::vector<char*> blocks;
+	for (int i = 0; i < 3000; i++)
+		blocks.push_back(TakeBlock(static_cast<std::size_t>(i % 300), i));
+	EndBulk();
+	for (int i = 0; i < 3000; i++)
+		EXPECT_TRUE(HoldsOnly(blocks[static_cast<std::size_t>(i)], static_cast<std::size_t>(i % 300), i));
+	for (char* block : blocks)
+		FreeInBulk(block);
+}
+
+TEST(BulkMemory, ResizesTheLastBlockInPlace)
+{
+	BeginBulk();
+	char* first = TakeBlock(32, 1);
+	char* last = TakeBlock(32, 2);
+	EXPECT_FALSE(ResizeInBulk(first, 64));
+	EXPECT_TRUE(ResizeInBulk(first, 8));
+	ASSERT_TRUE(ResizeInBulk(last, 4000));
+	EXPECT_LE(4000u, GetBulkSize(last));
+	EXPECT_FALSE(ResizeInBulk(last, 100'000));
+	std::memset(last, 2, 4000);
+	char* next = TakeBlock(32, 3);
+	EXPECT_LE(last + 4000, next);
+	EXPECT_TRUE(HoldsOnly(first, 8, 1));
+	EndBulk();
+	for (char* block : {first, last, next})
+		FreeInBulk(block);
+}
+
+TEST(BulkMemory, StartsOverWhenAllBlocksAreFreed)
+{
+	std::vector<char*> first;
+	for (int round = 0; round < 2; round++)
+	{
+		BeginBulk();
+		char* kept = TakeBlock(100, 1);
+		first.push_back(kept);
+		EndBulk();
+		FreeInBulk(kept);
+	}
+	EXPECT_EQ(first[0], first[1]);
+	// With a block in use the chunk goes on behind it.
+	BeginBulk();
+	char* used = TakeBlock(100, 1);
+	EndBulk();
+	BeginBulk();
+	char* other = TakeBlock(100, 2);
+	EndBulk();
+	EXPECT_NE(used, other);
+	FreeInBulk(used);
+	FreeInBulk(other);
+}
+
+TEST(BulkMemory, TakesBlocksBackFromOtherThreads)
+{
+	for (int round = 0; round < 20; round++)
+	{
+		std::vector<char*> blocks;
+		std::thread maker(
+			[&blocks]
+			{
+				BeginBulk();
+				for (int i = 0; i < 2000; i++)
+					blocks.push_back(TakeBlock(100, i));
+				EndBulk();
+			});
+		maker.join();
+		const auto release = [&blocks](std::size_t from)
+		{
+			for (std::size_t i = from; i < blocks.size(); i += 2)
+			{
+				EXPECT_TRUE(HoldsOnly(blocks[i], 100, static_cast<int>(i)));
+				FreeInBulk(blocks[i]);
+			}
+		};
+		std::thread odd(release, 1);
+		release(0);
+		odd.join();
+	}
+}
+
+} // namespace
+} // namespace orvan::runtime
