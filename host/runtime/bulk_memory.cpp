@@ -12,7 +12,7 @@ namespace orvan::runtime
 namespace
 {
 
-constexpr std::size_t kChunkSize = 64 * 1024;
+constexpr std::size_t kChunkSize = std::size_t(64) << 10;
 constexpr std::size_t kRegionSize = std::size_t(16) << 30; ///< Of addresses; memory is only taken where it is used.
 constexpr std::size_t kLargestBlock = 2048;
 constexpr std::size_t kWarmChunks = 256; ///< Free chunks that keep their memory; that of others goes to the system.
