@@ -38,7 +38,7 @@ bool IsTooLarge(std::string_view number) noexcept
 		if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec != std::errc())
 			return !isNegative;
 	}
-	return point - first + exponent > 0;
+	return exponent > first - point; // The exponent may be so large that it cannot be added to anything.
 }
 
 bool ParseFloat(const char* begin, const char* end, double* result) noexcept
