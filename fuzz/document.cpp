@@ -7,8 +7,6 @@
 #include "orvan/host/module_loader.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <vector>
 
 namespace orvan::fuzz
 {
@@ -37,22 +35,35 @@ struct Findings
 };
 } // namespace
 
+TextFile::TextFile(std::string_view text) : _bytes(text.begin(), text.end())
+{
+	_bytes.shrink_to_fit();
+	Require(MemoryFiles::Publish("fuzz.svg", {_bytes.data(), _bytes.size()}).IsOk(), "the file is published");
+}
+
+TextFile::~TextFile()
+{
+	MemoryFiles::Withdraw("fuzz.svg");
+}
+
+const Url& TextFile::GetUrl() const
+{
+	static const Url url = Url::Create("memory:fuzz.svg").GetValue();
+	return url;
+}
+
 LoadedDocument LoadDocument(std::string_view text)
 {
 	static const bool isLoaded = Module::Load(ORVAN_SVG_MODULE).IsOk();
 	Require(isLoaded, "the module is loaded", ORVAN_SVG_MODULE);
-	static const Url url = Url::Create("memory:fuzz.svg").GetValue();
 
-	std::vector<char> bytes(text.begin(), text.end());
-	bytes.shrink_to_fit();
-	Require(MemoryFiles::Publish("fuzz.svg", {bytes.data(), bytes.size()}).IsOk(), "the file is published");
+	const TextFile file(text);
 	Findings findings{text};
 	LoadedDocument loaded{CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue()};
 	{
 		const ThreadDiagnosticSink sink(&Findings::Take, &findings);
-		Require(loaded.document->Init(url).IsOk(), "a file that can be read is loaded", text);
+		Require(loaded.document->Init(file.GetUrl()).IsOk(), "a file that can be read is loaded", text);
 	}
-	MemoryFiles::Withdraw("fuzz.svg");
 	Require(findings.count <= 1, "a load has at most one message", text);
 	loaded.isRefused = findings.count != 0;
 	return loaded;

@@ -6,9 +6,25 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvan::fuzz
 {
+/// A text as a file in memory, for as long as this lives; one at a time. The file's bytes end where the text ends, so
+/// that a read beyond them is noticed.
+class TextFile
+{
+public:
+	explicit TextFile(std::string_view text);
+	TextFile(const TextFile&) = delete;
+	~TextFile();
+
+	const Url& GetUrl() const;
+
+private:
+	std::vector<char> _bytes;
+};
+
 /// A document that has been loaded, with what the load had to say.
 struct LoadedDocument
 {
