@@ -284,6 +284,17 @@ Census TakeCensus(std::string_view text) noexcept
 	return census;
 }
 
+/// The number of places that look like the declaration of a namespace prefix; at least as many as there are.
+std::size_t CountPrefixDeclarations(std::string_view text) noexcept
+{
+	constexpr std::string_view kDeclaration = "xmlns:";
+	std::size_t count = 0;
+	for (std::size_t at = text.find(kDeclaration); at != text.npos;
+		 at = text.find(kDeclaration, at + kDeclaration.size()))
+		count++;
+	return count;
+}
+
 } // namespace
 
 bool GuardXml(std::string_view text)
@@ -292,7 +303,9 @@ bool GuardXml(std::string_view text)
 	if (census.hasZero)
 		throw XmlError("unexpected zero byte", text.data() + text.find('\0'));
 	// Most files are too small to exceed a bound, and hold no reference that could be wrong.
-	if (census.lessThans > kMaxDepth || census.equals > kMaxNamespacePrefixes || census.hasAmpersand)
+	const bool mayExceedPrefixes =
+		census.equals > kMaxNamespacePrefixes && CountPrefixDeclarations(text) > kMaxNamespacePrefixes;
+	if (census.lessThans > kMaxDepth || mayExceedPrefixes || census.hasAmpersand)
 		Guard(text).Run();
 	return census.hasAmpersand;
 }
