@@ -96,19 +96,6 @@ private:
 		return next < 'A' && !_reader.IsAtEnd();
 	}
 
-	template <After after, std::size_t count>
-	bool ReadNumbers(std::array<double, count>& numbers)
-	{
-		if (!_reader.ReadNumber<after>(numbers[0]))
-			return false;
-		for (std::size_t i = 1; i != count; ++i)
-		{
-			if (!_reader.ReadNumber<After::number>(numbers[i]))
-				return false;
-		}
-		return true;
-	}
-
 	/// Reads groups of numbers up to the next command and hands each to `deliver`.
 	template <std::size_t count, After after = After::command, typename Deliver>
 	bool ParseGroups(Deliver deliver)
@@ -126,11 +113,29 @@ private:
 		return true;
 	}
 
+	template <After after, std::size_t count>
+	bool ReadNumbers(std::array<double, count>& numbers)
+	{
+		if constexpr (count == 1)
+			return _reader.ReadNumber<after>(numbers[0]);
+		else
+		{
+			if (!_reader.ReadPair<after, After::number>(numbers[0], numbers[1]))
+				return false;
+			for (std::size_t i = 2; i != count; i += 2)
+			{
+				if (!_reader.ReadPair<After::number, After::number>(numbers[i], numbers[i + 1]))
+					return false;
+			}
+			return true;
+		}
+	}
+
 	template <typename Coordinates>
 	bool ParseMove()
 	{
 		std::array<double, 2> point;
-		if (!ReadNumbers<After::command>(point))
+		if (!_reader.ReadPair<After::command, After::number>(point[0], point[1]))
 			return false;
 		PathEvents::path_move_to(_adapter, point[0], point[1], Coordinates());
 		return !HasMore() || ParseLines<Coordinates, After::number>();
@@ -188,7 +193,7 @@ private:
 		bool isLarge, isSweep;
 		if (!_reader.ReadMagnitude<after>(radiusX) || !_reader.ReadMagnitude<After::number>(radiusY) ||
 			!_reader.ReadNumber<After::number>(rotation) || !_reader.ReadFlag(isLarge) || !_reader.ReadFlag(isSweep) ||
-			!_reader.ReadNumber<After::number>(x) || !_reader.ReadNumber<After::number>(y))
+			!_reader.ReadPair<After::number, After::number>(x, y))
 			return false;
 		PathEvents::path_elliptical_arc_to(_adapter, radiusX, radiusY, rotation, isLarge, isSweep, x, y, Coordinates());
 		return true;
@@ -229,14 +234,14 @@ Parsed ParsePoints(std::string_view text, PathSink& sink)
 		return Parsed::value;
 
 	double x, y;
-	if (!reader.ReadNumber<After::start>(x) || !reader.ReadNumber<After::abscissa>(y))
+	if (!reader.ReadPair<After::start, After::abscissa>(x, y))
 		return Parsed::refused;
 	if (!std::isfinite(x) || !std::isfinite(y))
 		return Parsed::refused;
 	sink.MoveTo(x, y);
 	while (reader.HasPair())
 	{
-		if (!reader.ReadNumber<After::pair>(x) || !reader.ReadNumber<After::abscissa>(y))
+		if (!reader.ReadPair<After::pair, After::abscissa>(x, y))
 			return Parsed::refused;
 		if (!std::isfinite(x) || !std::isfinite(y))
 			return Parsed::refused;

@@ -1,16 +1,84 @@
 #include "path_reader.h"
 
+#include <cstring>
+
 namespace orvan::grammar
 {
+bool PathReader::ReadUsual(After after, double& number)
+{
+	const char* const from = _at;
+	const ShortDecimal usual = TakeUsual();
+	if (usual.digits > ShortDecimal::kMostDigits || HasOthers(from, _at))
+	{
+		_at = from;
+		return ReadUnusual(after, number);
+	}
+	number = Convert(usual, usual).first;
+	return true;
+}
+
+bool PathReader::ReadSlowly(After after, double& number)
+{
+	LookAhead(after);
+	return _ends != 0 && MayStandHere(after) ? ReadUsual(after, number) : ReadUnusual(after, number);
+}
+
+std::uint64_t PathReader::WithoutCommas(std::uint64_t places) const
+{
+	for (std::uint64_t left = places; left != 0; left &= left - 1)
+	{
+		const std::uint64_t place = CountTrailingZeros(left);
+		if (_at[place] == ',')
+			places ^= std::uint64_t{1} << place;
+	}
+	return places;
+}
+
+void PathReader::LookAhead(After after)
+{
+	if (!_isInTail && static_cast<std::size_t>(_end - _at) < kLookAhead)
+		MoveToTail();
+	const CharacterMasks is(_at);
+	const std::uint64_t behindPoint = is.points << 1;
+	const std::uint64_t inside = is.digits | is.points;
+	// A point starts another number when digits behind a point lead up to it, or a point does. Such digits are found by
+	// a carry that runs through them.
+	const std::uint64_t laterPoints = is.points & (((behindPoint & is.digits) + is.digits) | behindPoint);
+	const std::uint64_t starts = (inside & ~(inside << 1)) | laterPoints;
+	const std::uint64_t ends = (~inside & (inside << 1)) | laterPoints;
+	const std::uint64_t others = ~(inside | is.parts | is.minuses);
+
+	// Usually nothing, or a blank or comma, or those and a minus or a blank, or a minus alone stand before a number.
+	const std::uint64_t here = 1;
+	const std::uint64_t behindAny = ends | others << 1 | here;
+	const std::uint64_t part = behindAny & is.parts;
+	const std::uint64_t minusOnly = behindAny & is.minuses;
+	std::uint64_t second = part << 1 & is.minuses;
+	if (const std::uint64_t twoParts = part << 1 & is.parts; twoParts != 0) [[unlikely]]
+		second |= WithoutCommas(twoParts);
+	const std::uint64_t usual = behindAny | (minusOnly | part | second) << 1;
+	std::uint64_t unusual = (starts & ~usual) | (ends & (is.exponents | behindPoint));
+	// In "points", where each number is parted from the one before, a minus alone may do, or may not.
+	if (after == After::start || after == After::abscissa || after == After::pair)
+		unusual |= laterPoints | minusOnly << 1 | (after != After::start ? starts & here : 0);
+	const std::uint64_t beforeUnusual = (unusual & (0 - unusual)) - 1;
+	_seen = _at;
+	_starts = starts;
+	_points = is.points;
+	_ends = ends & beforeUnusual;
+	_signs = is.minuses << 1;
+	_others = others;
+}
+
 void PathReader::MoveToTail()
 {
 	// Zeros are neither digits nor blanks, and so end whatever runs up to them.
 	const std::size_t rest = static_cast<std::size_t>(_end - _at);
-	_tail.fill('\0');
-	std::copy_n(_at, rest, _tail.data());
+	std::memcpy(_tail.data(), _at, rest);
+	std::memset(_tail.data() + rest, 0, kLookAhead);
 	_at = _tail.data();
 	_end = _at + rest;
-	_lastSafe = _end;
+	_isInTail = true;
 }
 
 void PathReader::SkipSeparator(bool mayBeComma)
@@ -23,8 +91,9 @@ void PathReader::SkipSeparator(bool mayBeComma)
 	}
 }
 
-bool PathReader::ReadUnusualNumber(After after, double& number)
+bool PathReader::ReadUnusual(After after, double& number)
 {
+	_ends = 0; // What was seen ahead may be no number of its own.
 	const bool needsPart = after == After::abscissa || after == After::pair;
 	const char* const before = _at;
 	SkipSeparator(needsPart || after == After::number);
