@@ -1,6 +1,7 @@
 /// Sharing of attribute dictionaries between elements with the same "style".
 #pragma once
 
+#include "orvan/array.h"
 #include "orvan/data_dictionary.h"
 #include "orvan/hash.h"
 #include "svg_types.h"
@@ -29,20 +30,28 @@ public:
 	/// Looks a style up for elements of a kind, and notes it. The text must stay in place as long as the cache lives.
 	Finding Find(std::string_view text, SVGImportElementKind kind) noexcept
 	{
-		_current = &_entries[(HashBytes(text) ^ static_cast<std::uint64_t>(kind)) % kSize];
+		std::uint8_t& number = _numbers[(HashBytes(text) ^ static_cast<std::uint64_t>(kind)) % kSize];
+		if (number == 0)
+		{
+			// Without memory, styles are read as often as they come.
+			if (_entries.Append({text, kind, false, {}}).IsOk())
+				number = static_cast<std::uint8_t>(_entries.GetCount());
+			return Finding::unknown;
+		}
+		_current = &_entries[number - 1u];
 		if (_current->text == text && _current->kind == kind)
 			return _current->isKept ? Finding::kept : Finding::noted;
 		*_current = {text, kind, false, {}};
 		return Finding::unknown;
 	}
 
-	/// What the style that was last found comes to.
+	/// What the style that was last found, and is kept, comes to.
 	const DataDictionary& Get() const noexcept
 	{
 		return _current->attributes;
 	}
 
-	/// Keeps what the style that was last found comes to.
+	/// Keeps what the style that was last found, and is noted, comes to.
 	void Keep(const DataDictionary& attributes) noexcept
 	{
 		_current->attributes = attributes;
@@ -60,7 +69,8 @@ private:
 		DataDictionary attributes;
 	};
 
-	std::array<Entry, kSize> _entries;
+	BaseArray<Entry> _entries;                  ///< Only those in use: most files have few styles.
+	std::array<std::uint8_t, kSize> _numbers{}; ///< Numbers of the entries by hash, from 1.
 	Entry* _current = nullptr;
 };
 
