@@ -126,14 +126,14 @@ Parsed ParsePaint(std::string_view text, Paint& paint)
 	Paint result;
 	if (text == kNone)
 		result.kind = PaintKind::none;
-	else if (ReadColor(text, result.color))
-		result.kind = PaintKind::color;
-	else if (ReadFuncIri(text, result.reference))
-		result.kind = PaintKind::reference;
 	else if (text == kCurrentColor)
 		result.kind = PaintKind::currentColor;
 	else if (text == kInherit)
 		result.kind = PaintKind::inherit;
+	else if (ReadFuncIri(text, result.reference))
+		result.kind = PaintKind::reference;
+	else if (ReadColor(text, result.color)) // Last, since looking a word up takes longest.
+		result.kind = PaintKind::color;
 	else
 		return library::ParsePaint(text, paint);
 	paint = result;
