@@ -1,43 +1,25 @@
 #include "bulk_memory.h"
 
-#include <atomic>
-#include <cstdint>
 #include <mutex>
-#include <new>
 #include <sys/mman.h>
 #include <utility>
 
 namespace orvan::runtime
 {
+
+constinit thread_local detail::ThreadBulk detail::t_bulk;
+constinit std::atomic<std::uintptr_t> detail::g_begin = UINTPTR_MAX - kRegionSize;
+
 namespace
 {
 
-constexpr std::size_t kChunkSize = std::size_t(64) << 10;
-constexpr std::size_t kRegionSize = std::size_t(16) << 30; ///< Of addresses; memory is only taken where it is used.
-constexpr std::size_t kLargestBlock = 2048;
+using namespace detail;
+
 constexpr std::size_t kWarmChunks = 256; ///< Free chunks that keep their memory; that of others goes to the system.
-
-/// The head of a chunk. Blocks follow, each with its size in front.
-struct Chunk
-{
-	/// Blocks in use. While a thread takes blocks from the chunk, `kHeld` minus the blocks that were freed: so that
-	/// taking a block needs no atomic operation.
-	std::atomic<std::int64_t> live;
-	Chunk* next; ///< In the list of free chunks.
-};
-
 constexpr std::int64_t kHeld = std::int64_t(1) << 40;
-
-struct BlockHead
-{
-	std::uint64_t size; ///< Of the block with this head, a multiple of 16.
-};
 
 /// Blocks are aligned to 16 bytes, their heads stand before them.
 constexpr std::size_t kFirstOffset = (sizeof(Chunk) + sizeof(BlockHead) + 15) / 16 * 16 - sizeof(BlockHead);
-
-/// Where the addresses of chunks begin; so high that no block is there, while there are none.
-constinit std::atomic<std::uintptr_t> g_begin = UINTPTR_MAX - kRegionSize;
 
 /// The addresses that all chunks lie in, so that one comparison tells whether a block is from a chunk.
 class Region
@@ -98,34 +80,21 @@ Region& TheRegion() noexcept
 	return *region;
 }
 
-/// The chunk that a thread takes blocks from. Constant-initialised and never destroyed, so that it serves as long as
-/// the thread has any code.
-struct ThreadBulk
-{
-	Chunk* chunk = nullptr;
-	std::size_t offset = 0; ///< Of the next block's head.
-	std::int64_t taken = 0; ///< Blocks taken from the chunk.
-	int depth = 0;
-	bool isClosed = false; ///< The thread is ending.
-};
-
-constinit thread_local ThreadBulk t_bulk;
-
-/// Lets go of the chunk when the thread ends.
+/// Gives up what the thread keeps when it ends.
 struct ThreadCloser
 {
 	~ThreadCloser()
 	{
-		t_bulk.isClosed = true;
-		if (t_bulk.chunk != nullptr)
-			TheRegion().Release(std::exchange(t_bulk.chunk, nullptr), kHeld - t_bulk.taken);
+		ThreadBulk& bulk = t_bulk;
+		bulk.isOpen = false;
+		bulk.isClosed = true;
+		bulk.offset = kChunkSize;
+		if (bulk.chunk != nullptr)
+			TheRegion().Release(std::exchange(bulk.chunk, nullptr), kHeld - bulk.taken);
+		if (bulk.emptied != nullptr)
+			TheRegion().Release(std::exchange(bulk.emptied, nullptr), bulk.freed);
 	}
 };
-
-Chunk* ChunkOf(const void* memory) noexcept
-{
-	return reinterpret_cast<Chunk*>(reinterpret_cast<std::uintptr_t>(memory) / kChunkSize * kChunkSize);
-}
 
 BlockHead& HeadOf(const void* memory) noexcept
 {
@@ -137,26 +106,38 @@ std::size_t OffsetOf(const void* memory) noexcept
 	return reinterpret_cast<std::uintptr_t>(memory) % kChunkSize - sizeof(BlockHead);
 }
 
-constexpr std::size_t RoundUp(std::size_t bytes) noexcept
-{
-	return (bytes + sizeof(BlockHead) + 15) / 16 * 16;
-}
+} // namespace
 
-[[gnu::noinline]] bool TakeChunk(ThreadBulk& bulk) noexcept
+bool detail::TakeChunk(ThreadBulk& bulk) noexcept
 {
 	static thread_local ThreadCloser closer;
 	static_cast<void>(&closer);
 	if (bulk.isClosed)
 		return false;
+	bulk.isOpen = true;
 	if (bulk.chunk != nullptr)
 		TheRegion().Release(bulk.chunk, kHeld - bulk.taken);
 	bulk.chunk = TheRegion().Take();
-	bulk.offset = kFirstOffset;
+	bulk.offset = bulk.chunk != nullptr ? kFirstOffset : kChunkSize;
 	bulk.taken = 0;
 	return bulk.chunk != nullptr;
 }
 
-} // namespace
+/// Frees the last block of the chunk that the thread is emptying, or the first of another.
+void detail::FreeElsewhere(Chunk* chunk) noexcept
+{
+	ThreadBulk& bulk = t_bulk;
+	const std::int64_t freed = 1 + (chunk == bulk.emptied ? bulk.freed : 0);
+	if (chunk != bulk.emptied && bulk.emptied != nullptr)
+		TheRegion().Release(bulk.emptied, bulk.freed);
+	// Only the threads that take chunks see to it, when they end, that nothing is kept.
+	const bool isLast = chunk->live.load(std::memory_order_relaxed) == freed;
+	const bool isKept = bulk.isOpen && !isLast;
+	bulk.emptied = isKept ? chunk : nullptr;
+	bulk.freed = freed;
+	if (!isKept)
+		TheRegion().Release(chunk, freed);
+}
 
 void BeginBulk() noexcept
 {
@@ -177,26 +158,6 @@ void EndBulk() noexcept
 	t_bulk.depth--;
 }
 
-void* AllocateInBulk(std::size_t bytes) noexcept
-{
-	ThreadBulk& bulk = t_bulk;
-	if (bulk.depth == 0 || bytes > kLargestBlock)
-		return nullptr;
-	const std::size_t size = RoundUp(bytes);
-	if ((bulk.chunk == nullptr || kChunkSize - bulk.offset < size) && !TakeChunk(bulk))
-		return nullptr;
-	char* at = reinterpret_cast<char*>(bulk.chunk) + bulk.offset;
-	bulk.offset += size;
-	bulk.taken++;
-	return new (at) BlockHead{size} + 1;
-}
-
-bool IsInBulk(const void* memory) noexcept
-{
-	return reinterpret_cast<std::uintptr_t>(memory) - g_begin.load(std::memory_order_relaxed) <
-		   kRegionSize - kChunkSize;
-}
-
 std::size_t GetBulkSize(const void* memory) noexcept
 {
 	return HeadOf(memory).size - sizeof(BlockHead);
@@ -215,11 +176,6 @@ bool ResizeInBulk(void* memory, std::size_t bytes) noexcept
 		return true;
 	}
 	return bytes <= GetBulkSize(memory);
-}
-
-void FreeInBulk(void* memory) noexcept
-{
-	TheRegion().Release(ChunkOf(memory), 1);
 }
 
 } // namespace orvan::runtime

@@ -6,7 +6,10 @@
 /// for what is released together. Blocks may be freed at any time and by any thread.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
+#include <new>
 
 namespace orvan::runtime
 {
@@ -30,5 +33,95 @@ std::size_t GetBulkSize(const void* memory) noexcept;
 bool ResizeInBulk(void* memory, std::size_t bytes) noexcept;
 
 void FreeInBulk(void* memory) noexcept;
+
+// What every object passes through is inline, the rest in the source file.
+// ---------------------------------------------
+
+namespace detail
+{
+inline constexpr std::size_t kChunkSize = std::size_t(64) << 10;
+inline constexpr std::size_t kRegionSize = std::size_t(16) << 30; ///< Of addresses; memory is taken where it is used.
+inline constexpr std::size_t kLargestBlock = 2048;
+
+/// The head of a chunk. Blocks follow, each with its size in front.
+struct Chunk
+{
+	/// Blocks in use. While a thread takes blocks from the chunk, `kHeld` minus the blocks that other threads freed: so
+	/// that the thread itself needs no atomic operation.
+	std::atomic<std::int64_t> live;
+	Chunk* next; ///< In the list of free chunks.
+};
+
+struct BlockHead
+{
+	std::uint64_t size; ///< Of the block with this head, a multiple of 16.
+};
+
+/// The chunks that a thread works on. Constant-initialised and never destroyed, so that it serves as long as the thread
+/// has any code.
+struct ThreadBulk
+{
+	Chunk* chunk = nullptr;          ///< Held: the one that blocks are taken from.
+	std::size_t offset = kChunkSize; ///< Of the next block's head.
+	std::int64_t taken = 0;          ///< Blocks taken from the chunk, less those that the thread itself freed.
+	Chunk* emptied = nullptr;        ///< The other chunk that the thread freed blocks of most recently.
+	std::int64_t freed = 0;          ///< Blocks of it whose freeing the chunk has not been told of yet.
+	int depth = 0;                   ///< Of scopes.
+	bool isOpen = false;             ///< What is kept here will be given up when the thread ends.
+	bool isClosed = false;           ///< The thread is ending: nothing may be kept any more.
+};
+
+[[gnu::visibility("hidden")]] extern constinit thread_local ThreadBulk t_bulk;
+
+/// Where the addresses of chunks begin; so high that no block is there, while there are none.
+[[gnu::visibility("hidden")]] extern constinit std::atomic<std::uintptr_t> g_begin;
+
+bool TakeChunk(ThreadBulk& bulk) noexcept;
+void FreeElsewhere(Chunk* chunk) noexcept;
+
+inline Chunk* ChunkOf(const void* memory) noexcept
+{
+	return reinterpret_cast<Chunk*>(reinterpret_cast<std::uintptr_t>(memory) / kChunkSize * kChunkSize);
+}
+
+constexpr std::size_t RoundUp(std::size_t bytes) noexcept
+{
+	return (bytes + sizeof(BlockHead) + 15) / 16 * 16;
+}
+} // namespace detail
+
+inline void* AllocateInBulk(std::size_t bytes) noexcept
+{
+	detail::ThreadBulk& bulk = detail::t_bulk;
+	if (bulk.depth == 0 || bytes > detail::kLargestBlock)
+		return nullptr;
+	const std::size_t size = detail::RoundUp(bytes);
+	if (detail::kChunkSize - bulk.offset < size && !TakeChunk(bulk)) [[unlikely]]
+		return nullptr;
+	char* at = reinterpret_cast<char*>(bulk.chunk) + bulk.offset;
+	bulk.offset += size;
+	bulk.taken++;
+	return new (at) detail::BlockHead{size} + 1;
+}
+
+inline bool IsInBulk(const void* memory) noexcept
+{
+	return reinterpret_cast<std::uintptr_t>(memory) - detail::g_begin.load(std::memory_order_relaxed) <
+		   detail::kRegionSize - detail::kChunkSize;
+}
+
+inline void FreeInBulk(void* memory) noexcept
+{
+	detail::ThreadBulk& bulk = detail::t_bulk;
+	detail::Chunk* chunk = detail::ChunkOf(memory);
+	if (chunk == bulk.chunk)
+		bulk.taken--;
+	// Blocks that stood side by side are freed one after the other, as a rule, so the chunk is told of many at a time:
+	// at the latest when the thread has freed all that are left.
+	else if (chunk == bulk.emptied && chunk->live.load(std::memory_order_relaxed) > bulk.freed + 1)
+		bulk.freed++;
+	else
+		detail::FreeElsewhere(chunk);
+}
 
 } // namespace orvan::runtime
