@@ -234,7 +234,7 @@ ErrorBlock* DictionaryClone(const DictionaryBlock* block, DictionaryBlock** resu
 
 void DictionaryRelease(DictionaryBlock* block) noexcept
 {
-	if (block->references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+	if (!orvan::detail::ReleaseReference(block->references))
 		return;
 	for (std::uint32_t i = 0; i < block->count; i++)
 		DropValue(block, block->Entries()[i]);

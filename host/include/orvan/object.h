@@ -21,6 +21,7 @@
 #pragma once
 
 #include "orvan/hash.h"
+#include "orvan/reference_count.h"
 #include "orvan/result.h"
 
 #include <atomic>
@@ -78,7 +79,8 @@ public:
 
 	void ReleaseReference() const noexcept
 	{
-		if ((_word.fetch_sub(1, std::memory_order_acq_rel) & kCountMask) == 1)
+		// An object with weak references counts down to zero, by which they see that it is lost.
+		if (detail::ReleaseReference(_word, kCountMask))
 			Host().destroyObject(const_cast<ObjectBase*>(this));
 	}
 

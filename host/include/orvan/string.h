@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orvan/hash.h"
+#include "orvan/reference_count.h"
 #include "orvan/services.h"
 
 #include <atomic>
@@ -49,7 +50,7 @@ public:
 
 	~String()
 	{
-		if (_block != nullptr && _block->count.fetch_sub(1, std::memory_order_acq_rel) == 1)
+		if (_block != nullptr && detail::ReleaseReference(_block->count))
 			Host().free(_block);
 	}
 
