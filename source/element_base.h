@@ -52,10 +52,11 @@ public:
 	/// Copies everything but the place in the tree; the attributes are shared until one of the two writes.
 	Result<void> CopyStateTo(ElementBase& copy) const noexcept;
 
-	/// Another parent means another world transform.
+	/// Another parent means another world transform, if there is one: in a tree that is being loaded there is none.
 	void OnParentChanged() noexcept
 	{
-		IgnoreResult(MarkSubtreeDirty());
+		if (!_isTransformDirty)
+			IgnoreResult(MarkSubtreeDirty());
 	}
 
 	// Access to the dictionary, for this class, the components and the element classes.

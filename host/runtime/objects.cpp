@@ -54,13 +54,16 @@ WeakTable& TheWeakTable() noexcept
 	return *table;
 }
 
-/// The objects that this thread is about to destroy, linked through their counts. Destroying one object may release
-/// others; they queue up here instead of nesting, so that a deep tree does not use up the stack.
+/// Destroying one object may release others. They are destroyed at once, while what was just read of them is still in
+/// the processor's caches; but only to this depth, so that a deep tree does not use up the stack.
+constexpr int kDeepestNesting = 32;
+
+/// The objects beyond that depth that this thread is about to destroy, linked through their counts.
 struct ReleaseQueue
 {
 	ObjectBase* first = nullptr;
 	ObjectBase* last = nullptr;
-	bool isRunning = false;
+	int depth = 0; ///< Of the destructions that are under way.
 };
 
 constinit thread_local ReleaseQueue t_queue;
@@ -154,7 +157,7 @@ void runtime::DestroyObject(ObjectBase* object) noexcept
 		}
 	}
 	ReleaseQueue& queue = t_queue;
-	if (queue.isRunning)
+	if (queue.depth == kDeepestNesting)
 	{
 		ObjectAccess::Word(object).store(0, std::memory_order_relaxed);
 		if (queue.first == nullptr)
@@ -164,16 +167,16 @@ void runtime::DestroyObject(ObjectBase* object) noexcept
 		queue.last = object;
 		return;
 	}
-	queue.isRunning = true;
+	queue.depth++;
 	Destroy(object);
-	while (queue.first != nullptr)
+	while (queue.depth == 1 && queue.first != nullptr)
 	{
 		ObjectBase* next = queue.first;
 		const std::uint64_t link = ObjectAccess::Word(next).load(std::memory_order_relaxed);
 		queue.first = next == queue.last ? nullptr : reinterpret_cast<ObjectBase*>(link);
 		Destroy(next);
 	}
-	queue.isRunning = false;
+	queue.depth--;
 }
 
 WeakBlock* runtime::AcquireWeak(ObjectBase* object) noexcept

@@ -43,7 +43,7 @@ public:
 };
 
 /// The implementation of `HierarchyObjectInterface`, and the base of every class whose objects form trees. The links
-/// stand inside the objects, so inserting allocates nothing. Releasing a tree does not recurse, however deep it is.
+/// stand inside the objects, so inserting allocates nothing. Trees of any depth can be released.
 class HierarchyObject : public ObjectBase
 {
 public:
