@@ -11,8 +11,8 @@ namespace
 
 using Entry = DictionaryBlock::Entry;
 
-constexpr std::uint32_t kFirstEntries = 2;
-constexpr std::uint32_t kFirstValueBytes = 48;
+constexpr std::uint32_t kFirstEntries = 4;
+constexpr std::uint32_t kFirstValueBytes = 64;
 
 /// Bytes that a value of the type takes inside the block: itself, or the pointer to it.
 std::uint32_t SlotSize(const DataType* type) noexcept
@@ -44,7 +44,8 @@ DictionaryBlock* AllocateBlock(std::uint64_t entryCapacity, std::uint64_t valueB
 	if (memory == nullptr)
 		return nullptr;
 	const auto entries = static_cast<std::uint32_t>(entryCapacity);
-	return new (memory) DictionaryBlock{{1}, 0, entries, ValueBegin(entries), static_cast<std::uint32_t>(size), 0};
+	return new (memory)
+		DictionaryBlock{{1}, 0, entries, ValueBegin(entries), static_cast<std::uint32_t>(size), false, false};
 }
 
 /// Lets go of a value and, when it stands outside, of its memory.
@@ -114,6 +115,7 @@ bool MoveToBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint
 		moved->valueEnd += SlotSize(from.type);
 	}
 	moved->count = old->count;
+	moved->hasOwners = old->hasOwners;
 	Host().free(old);
 	*block = moved;
 	return true;
@@ -142,7 +144,7 @@ bool ExtendBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint
 }
 
 /// Makes room for one more entry and `bytes` more of values.
-bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
+[[gnu::noinline]] bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
 {
 	DictionaryBlock* old = *block;
 	if (old == nullptr)
@@ -151,10 +153,9 @@ bool Grow(DictionaryBlock** block, std::uint32_t bytes) noexcept
 		return *block != nullptr;
 	}
 	const std::uint64_t entries = old->count < old->entryCapacity ? old->entryCapacity : 2ull * old->entryCapacity;
-	const std::uint64_t used = CountValueBytes(*old);
+	const std::uint64_t used = old->hasGaps ? CountValueBytes(*old) : old->valueEnd - ValueBegin(old->entryCapacity);
 	const std::uint64_t wanted = used + used / 2 + bytes;
-	const bool hasGaps = ValueBegin(old->entryCapacity) + used != old->valueEnd;
-	return hasGaps ? MoveToBlock(block, entries, wanted) : ExtendBlock(block, entries, wanted);
+	return old->hasGaps ? MoveToBlock(block, entries, wanted) : ExtendBlock(block, entries, wanted);
 }
 
 } // namespace
@@ -169,17 +170,14 @@ void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType*
 			return nullptr;
 	}
 	const std::uint32_t bytes = SlotSize(type);
-	std::uint32_t at = 0;
 	const std::uint32_t count = *block != nullptr ? (*block)->count : 0;
-	if (count > 0)
-	{
-		const Entry* entries = (*block)->Entries();
-		at = static_cast<std::uint32_t>(
-			std::lower_bound(entries, entries + count, key, [](const Entry& e, std::int32_t k) { return e.key < k; }) -
-			entries);
-	}
+	// From the end, where most keys belong: the attributes of a file tend to come in their usual order.
+	std::uint32_t at = count;
+	while (at > 0 && (*block)->Entries()[at - 1].key >= key)
+		at--;
 	const bool isNew = at == count || (*block)->Entries()[at].key != key;
-	const bool reusesSlot = !isNew && SlotSize((*block)->Entries()[at].type) >= bytes;
+	const std::uint32_t oldBytes = isNew ? 0 : SlotSize((*block)->Entries()[at].type);
+	const bool reusesSlot = !isNew && oldBytes >= bytes;
 	if (!reusesSlot && (*block == nullptr || (isNew && count == (*block)->entryCapacity) ||
 						(*block)->blockSize - (*block)->valueEnd < bytes))
 	{
@@ -193,20 +191,27 @@ void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType*
 	Entry* entries = target.Entries();
 	if (isNew)
 	{
-		std::memmove(static_cast<void*>(entries + at + 1), entries + at, (count - at) * sizeof(Entry));
-		target.count++;
+		for (std::uint32_t i = target.count++; i > at; i--)
+			entries[i] = entries[i - 1];
 	}
 	else
+	{
 		DropValue(&target, entries[at]);
+		target.hasGaps |= oldBytes != bytes;
+	}
 	const std::uint32_t offset = reusesSlot ? entries[at].offset : target.valueEnd;
 	if (!reusesSlot)
 		target.valueEnd += bytes;
 	entries[at] = {key, offset, type};
 	if (!type->isTrivial)
+	{
 		type->liveValues.fetch_add(1, std::memory_order_relaxed);
+		target.hasOwners = true;
+	}
 	void* slot = ValueSlot(&target, entries[at]);
 	if (outside == nullptr)
 		return slot;
+	target.hasOwners = true;
 	std::memcpy(slot, &outside, sizeof outside);
 	return outside;
 }
@@ -219,6 +224,8 @@ ErrorBlock* DictionaryClone(const DictionaryBlock* block, DictionaryBlock** resu
 	// Trivial values are copied as bytes, all at once; the others then one by one, each counted when it is there.
 	std::memcpy(static_cast<void*>(copy->Entries()), block->Entries(), block->valueEnd - sizeof(DictionaryBlock));
 	copy->valueEnd = block->valueEnd;
+	copy->hasGaps = block->hasGaps;
+	copy->hasOwners = block->hasOwners;
 	for (; copy->count < block->count; copy->count++)
 	{
 		const Entry& entry = block->Entries()[copy->count];
@@ -236,7 +243,7 @@ void DictionaryRelease(DictionaryBlock* block) noexcept
 {
 	if (!orvan::detail::ReleaseReference(block->references))
 		return;
-	for (std::uint32_t i = 0; i < block->count; i++)
+	for (std::uint32_t i = 0; block->hasOwners && i < block->count; i++)
 		DropValue(block, block->Entries()[i]);
 	Host().free(block);
 }

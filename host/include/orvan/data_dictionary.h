@@ -28,7 +28,8 @@ struct DictionaryBlock
 	std::uint32_t entryCapacity;
 	std::uint32_t valueEnd; ///< Where the next value goes.
 	std::uint32_t blockSize;
-	std::uint32_t reserved;
+	bool hasGaps;   ///< Values that were replaced left room between the others.
+	bool hasOwners; ///< A value may own something, so that releasing it takes more than dropping its bytes.
 
 	const Entry* Entries() const noexcept
 	{
