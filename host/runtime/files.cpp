@@ -84,7 +84,7 @@ Result<StreamHandle*> Open(const Url& url) noexcept
 	switch (location.scheme)
 	{
 	case Scheme::file:
-		return OpenPath(url, location.name.CString());
+		return OpenPath(url, location.path.CString());
 	case Scheme::memory:
 		return OpenMemory(url, location.name);
 	case Scheme::unknown:
@@ -141,7 +141,7 @@ IoDetection DetectUrl(const Url& url) noexcept
 	switch (location.GetValue().scheme)
 	{
 	case Scheme::file:
-		return DetectPath(location.GetValue().name.CString());
+		return DetectPath(location.GetValue().path.CString());
 	case Scheme::memory:
 		return FindMemoryFile(location.GetValue().name) ? IoDetection::file : IoDetection::nonExistent;
 	case Scheme::unknown:

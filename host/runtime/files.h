@@ -26,11 +26,12 @@ struct Location
 	};
 
 	Scheme scheme;
-	String name; ///< The percent-decoded path on disk, or the name of a file in memory.
+	std::string_view name; ///< Of a file in memory; as it stands in the URL.
+	String path;           ///< Of a file on disk, percent-decoded.
 };
 
-/// Takes a URL apart. Fails when a `file:` URL names another machine or decodes to nothing that can be a path. A query
-/// or fragment is no part of the path.
+/// Takes a URL apart, which must outlive the result. Fails when a `file:` URL names another machine or decodes to
+/// nothing that can be a path. A query or fragment is no part of the path.
 Result<Location> Locate(const Url& url) noexcept;
 
 /// The bytes that are published in memory under `name`, if any.

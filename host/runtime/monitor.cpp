@@ -117,7 +117,7 @@ Result<MonitorRegistration*> Monitor::Start(const Url& url, FileChangeCallback c
 	const Location location = ORVAN_TRY(Locate(url));
 	if (location.scheme != Location::Scheme::file)
 		return IoError(url, "'@' cannot be watched: it is no file on disk.", url.GetText());
-	std::string path(location.name.View());
+	std::string path(location.path.View());
 	if (path.front() != '/')
 	{
 		const std::unique_ptr<char, decltype(&std::free)> current(get_current_dir_name(), &std::free);

@@ -67,14 +67,14 @@ template <typename Record>
 Record* Intern(StringMap<Record*> Registry::*map, std::string_view id) noexcept
 {
 	Registry& registry = TheRegistry();
+	{
+		const std::shared_lock lock(registry.mutex);
+		if (Record* const* known = (registry.*map).Find(id))
+			return *known;
+	}
 	Result<String> key = String::Create(id);
 	if (!key.IsOk())
 		return nullptr;
-	{
-		const std::shared_lock lock(registry.mutex);
-		if (Record* const* known = (registry.*map).Find(key.GetValue()))
-			return *known;
-	}
 	const std::unique_lock lock(registry.mutex);
 	if (Record* const* known = (registry.*map).Find(key.GetValue()))
 		return *known;

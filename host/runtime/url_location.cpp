@@ -56,9 +56,9 @@ Result<Location> Locate(const Url& url) noexcept
 {
 	std::string_view text = url.GetText();
 	if (Skip(text, "memory:"))
-		return Location{Location::Scheme::memory, ORVAN_TRY(String::Create(text))};
+		return Location{Location::Scheme::memory, text, {}};
 	if (!Skip(text, "file:"))
-		return Location{Location::Scheme::unknown, {}};
+		return Location{Location::Scheme::unknown, {}, {}};
 	if (Skip(text, "//"))
 	{
 		Skip(text, "localhost");
@@ -66,7 +66,7 @@ Result<Location> Locate(const Url& url) noexcept
 			return IoError(url, "URL '@' does not name a file of this machine.", url.GetText());
 	}
 	text = text.substr(0, text.find_first_of("?#"));
-	return Location{Location::Scheme::file, ORVAN_TRY(DecodePath(text, url))};
+	return Location{Location::Scheme::file, {}, ORVAN_TRY(DecodePath(text, url))};
 }
 
 } // namespace orvan::runtime

@@ -2,6 +2,8 @@
 
 #include "support.h"
 
+#include <array>
+
 namespace orvan
 {
 namespace
@@ -38,8 +40,17 @@ TEST(String, CopiesShareTheTextAndOutliveTheOriginal)
 
 TEST(String, EqualTextsHaveEqualHashesAtCompileTimeToo)
 {
-	constexpr std::uint64_t kHash = HashBytes("net.orvan.core.interface.object");
-	EXPECT_EQ(kHash, Text("net.orvan.core.interface.object").GetHash());
+	// Of every length of the last word.
+	static constexpr std::string_view kText = "\x80orvan.core";
+	constexpr auto kHashes = []
+	{
+		std::array<std::uint64_t, kText.size() + 1> hashes{};
+		for (std::size_t i = 0; i < hashes.size(); i++)
+			hashes[i] = HashBytes(kText.substr(0, i));
+		return hashes;
+	}();
+	for (std::size_t i = 0; i < kHashes.size(); i++)
+		EXPECT_EQ(kHashes[i], Text(kText.substr(0, i)).GetHash());
 	// Texts that differ only in trailing zero bytes fill the same words.
 	EXPECT_NE(HashBytes({"a\0", 2}), HashBytes("a"));
 }

@@ -26,6 +26,15 @@ constexpr std::uint64_t ReadBytes(const char* bytes, std::size_t count) noexcept
 		std::memcpy(&word, bytes, 8);
 		return word;
 	}
+	if (!std::is_constant_evaluated() && count >= 4)
+	{
+		// Two halves, which overlap in bytes that are the same in both.
+		std::uint32_t first = 0;
+		std::uint32_t last = 0;
+		std::memcpy(&first, bytes, 4);
+		std::memcpy(&last, bytes + count - 4, 4);
+		return first | static_cast<std::uint64_t>(last) << (8 * (count - 4));
+	}
 	std::uint64_t word = 0;
 	for (std::size_t i = 0; i < count; i++)
 		word |= static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);

@@ -66,6 +66,12 @@ public:
 		return entry != nullptr ? &entry->value : nullptr;
 	}
 
+	const V* Find(std::string_view key) const noexcept
+	{
+		const Entry* entry = FindEntry(key, HashBytes(key));
+		return entry != nullptr ? &entry->value : nullptr;
+	}
+
 	/// Adds an entry unless the key is already there, in which case the first value stays. The result tells whether the
 	/// entry was added; on failure the map is as it was.
 	Result<bool> Insert(const String& key, V value) noexcept
@@ -185,13 +191,13 @@ private:
 	/// quadratic, so the map then finds all of its entries through an index of its own.
 	static constexpr std::size_t kLongestChain = 32;
 
-	const Entry* FindEntry(const String& key, std::uint64_t hash) const noexcept
+	const Entry* FindEntry(std::string_view key, std::uint64_t hash) const noexcept
 	{
 		if (_buckets.IsEmpty())
 			return nullptr;
 		const auto matches = [&](const Entry* entry)
 		{
-			return entry->hash == hash && (entry->key.IsSameObject(key) || entry->key == key);
+			return entry->hash == hash && entry->key == key;
 		};
 		if (!_index.IsEmpty())
 		{
@@ -258,11 +264,11 @@ private:
 		return {};
 	}
 
-	std::size_t IndexPosition(const String& key) const noexcept
+	std::size_t IndexPosition(std::string_view key) const noexcept
 	{
 		// Another function than the map's own, with a secret that differs from map to map and run to run.
 		std::uint64_t state = reinterpret_cast<std::uintptr_t>(_index.begin()) * 0x9e3779b97f4a7c15;
-		for (const char c : key.View())
+		for (const char c : key)
 			state = detail::MixProduct(state ^ static_cast<unsigned char>(c), 0xe7037ed1a0b428db);
 		return (state ^ state >> 32) & (_index.GetCount() - 1);
 	}
