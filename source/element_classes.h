@@ -87,11 +87,32 @@ public:
 	Result<void> CopyStateTo(PathElement& copy) const noexcept;
 
 	Result<BaseArray<SVGPathCommand>> GetPath() const noexcept;
-	Result<void> MoveTo(const Vector2d& point) noexcept;
-	Result<void> LineTo(const Vector2d& point) noexcept;
-	Result<void> CubicBezierTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept;
-	Result<void> CloseSubpath() noexcept;
-	Result<void> PathExit() noexcept;
+
+	Result<void> MoveTo(const Vector2d& point) noexcept
+	{
+		return _path.Append(SVGPathCommandType::move, point);
+	}
+
+	Result<void> LineTo(const Vector2d& point) noexcept
+	{
+		return _path.Append(SVGPathCommandType::line, point);
+	}
+
+	Result<void> CubicBezierTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept
+	{
+		return _path.Append(SVGPathCommandType::cubic, control1, control2, point);
+	}
+
+	Result<void> CloseSubpath() noexcept
+	{
+		return _path.Append(SVGPathCommandType::close);
+	}
+
+	Result<void> PathExit() noexcept
+	{
+		_path.Compact();
+		return {};
+	}
 
 private:
 	PathData _path;

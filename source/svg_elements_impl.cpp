@@ -161,33 +161,6 @@ Result<BaseArray<SVGPathCommand>> PathElement::GetPath() const noexcept
 	return _path.GetCommands();
 }
 
-Result<void> PathElement::MoveTo(const Vector2d& point) noexcept
-{
-	return _path.Append(SVGPathCommandType::move, point);
-}
-
-Result<void> PathElement::LineTo(const Vector2d& point) noexcept
-{
-	return _path.Append(SVGPathCommandType::line, point);
-}
-
-Result<void> PathElement::CubicBezierTo(const Vector2d& control1, const Vector2d& control2,
-										const Vector2d& point) noexcept
-{
-	return _path.Append(SVGPathCommandType::cubic, control1, control2, point);
-}
-
-Result<void> PathElement::CloseSubpath() noexcept
-{
-	return _path.Append(SVGPathCommandType::close);
-}
-
-Result<void> PathElement::PathExit() noexcept
-{
-	_path.Compact();
-	return {};
-}
-
 // Text ---------------------------------------------------------------------------------------------------------------
 
 Result<void> TextElement::CopyStateTo(TextElement& copy) const noexcept

@@ -4,23 +4,10 @@
 
 namespace orvan::grammar
 {
-bool PathReader::ReadUsual(After after, double& number)
-{
-	const char* const from = _at;
-	const ShortDecimal usual = TakeUsual();
-	if (usual.digits > ShortDecimal::kMostDigits || HasOthers(from, _at))
-	{
-		_at = from;
-		return ReadUnusual(after, number);
-	}
-	number = Convert(usual, usual).first;
-	return true;
-}
-
 bool PathReader::ReadSlowly(After after, double& number)
 {
 	LookAhead(after);
-	return _ends != 0 && MayStandHere(after) ? ReadUsual(after, number) : ReadUnusual(after, number);
+	return (_ends != 0 && MayStandHere(after) && TakeNumber(number)) || ReadUnusual(after, number);
 }
 
 std::uint64_t PathReader::WithoutCommas(std::uint64_t places) const

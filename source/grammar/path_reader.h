@@ -73,11 +73,11 @@ public:
 	/// Reads a number with a sign or without and what parts it from what stands before. False when there is none; the
 	/// reader is then of no more use.
 	template <After after>
-	bool ReadNumber(double& number)
+	[[gnu::always_inline]] bool ReadNumber(double& number)
 	{
-		if (_ends == 0 || !MayStandHere(after)) [[unlikely]]
-			return ReadSlowly(after, number);
-		return ReadUsual(after, number);
+		if (_ends != 0 && MayStandHere(after)) [[likely]]
+			return TakeNumber(number) || ReadUnusual(after, number);
+		return ReadSlowly(after, number);
 	}
 
 	/// Reads two numbers as ReadNumber does, in less time than one after the other.
@@ -166,6 +166,21 @@ private:
 		return {_seen + start, integerDigits, hasPoint, length - hasPoint, _signs >> start & 1};
 	}
 
+	/// Takes the next number that was seen ahead. When that is not a usual one after all, it stays where it is.
+	bool TakeNumber(double& number)
+	{
+		const char* const from = _at;
+		const ShortDecimal usual = TakeUsual();
+		if (usual.digits <= ShortDecimal::kMostDigits) [[likely]]
+		{
+			number = Convert(usual);
+			if (!HasOthers(from, _at)) [[likely]]
+				return true;
+		}
+		_at = from;
+		return false;
+	}
+
 	/// Whether something that neither belongs to numbers nor parts them, such as a command, stands between two places
 	/// in what was seen.
 	bool HasOthers(const char* from, const char* to) const
@@ -176,7 +191,6 @@ private:
 	/// Those of some places ahead where no comma stands.
 	std::uint64_t WithoutCommas(std::uint64_t places) const;
 
-	bool ReadUsual(After after, double& number);
 	bool ReadSlowly(After after, double& number);
 	bool ReadUnusual(After after, double& number);
 	void LookAhead(After after);

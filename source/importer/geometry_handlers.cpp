@@ -1,4 +1,5 @@
 /// Handlers of lengths, paths and viewports.
+#include "element_classes.h"
 #include "importer/attribute_handlers.h"
 #include "importer/length_scanner.h"
 
@@ -30,44 +31,39 @@ Result<void> ImportRadius(const Value& value)
 namespace
 {
 
-/// Hands the segments of a path to a path element, and drops them for other elements. Of the element's errors only a
-/// lack of memory is kept.
+/// Hands the segments of a path to a path element. Of the element's errors only a lack of memory is kept.
+template <typename Path>
 class PathElementSink final : public grammar::PathSink
 {
 public:
-	explicit PathElementSink(const SVGElementRef& element) noexcept : _path(element)
+	explicit PathElementSink(Path path) noexcept : _path(path)
 	{
 	}
 
 	void MoveTo(double x, double y) override
 	{
-		if (_path)
-			Note(_path->MoveTo({x, y}));
+		Note(_path->MoveTo({x, y}));
 	}
 
 	void LineTo(double x, double y) override
 	{
-		if (_path)
-			Note(_path->LineTo({x, y}));
+		Note(_path->LineTo({x, y}));
 	}
 
 	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
 	{
-		if (_path)
-			Note(_path->CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
+		Note(_path->CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
 	}
 
 	void Close() override
 	{
-		if (_path)
-			Note(_path->CloseSubpath());
+		Note(_path->CloseSubpath());
 	}
 
 	/// The end of the attribute.
 	Result<void> Exit() noexcept
 	{
-		if (_path)
-			Note(_path->PathExit());
+		Note(_path->PathExit());
 		return std::move(_result);
 	}
 
@@ -81,27 +77,75 @@ private:
 		}
 	}
 
-	Borrowed<SVGPathElementInterface> _path;
+	Path _path;
 	Result<void> _result;
 };
+
+/// What elements without a path make of one.
+class NoPathSink final : public grammar::PathSink
+{
+public:
+	void MoveTo(double, double) override
+	{
+	}
+
+	void LineTo(double, double) override
+	{
+	}
+
+	void CubicTo(double, double, double, double, double, double) override
+	{
+	}
+
+	void Close() override
+	{
+	}
+
+	Result<void> Exit() noexcept
+	{
+		return {};
+	}
+};
+
+/// Calls `read` with the sink for the element at hand. The module's own class, which nearly every path has, is called
+/// directly, without an interface between.
+template <typename Read>
+Result<void> ReadPath(const Value& value, Read read)
+{
+	const auto readInto = [&read](auto sink)
+	{
+		read(sink);
+		return sink.Exit();
+	};
+	ElementBase* const own = value.context.ownElement;
+	if (own != nullptr && own->GetElementType() == SVGImportElementKind::path)
+		return readInto(PathElementSink(static_cast<PathElement*>(own)));
+	if (const Borrowed<SVGPathElementInterface> path(value.Element()); path)
+		return readInto(PathElementSink(path));
+	return readInto(NoPathSink());
+}
 
 } // namespace
 
 Result<void> ImportPathData(const Value& value)
 {
-	PathElementSink sink(value.Element());
-	if (grammar::ParsePath(value.text, sink) == Parsed::refused)
-		value.context.Refuse("path", value.text);
-	return sink.Exit();
+	return ReadPath(value,
+					[&value](grammar::PathSink& sink)
+					{
+						if (grammar::ParsePath(value.text, sink) == Parsed::refused)
+							value.context.Refuse("path", value.text);
+					});
 }
 
 Result<void> ImportPoints(const Value& value)
 {
-	PathElementSink sink(value.Element());
-	value.Accept(grammar::ParsePoints(value.text, sink));
-	if (value.context.isPolygon)
-		sink.Close();
-	return sink.Exit();
+	return ReadPath(value,
+					[&value](grammar::PathSink& sink)
+					{
+						value.Accept(grammar::ParsePoints(value.text, sink));
+						if (value.context.isPolygon)
+							sink.Close();
+					});
 }
 
 Result<void> ImportViewBox(const Value& value)
