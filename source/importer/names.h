@@ -9,8 +9,10 @@
 namespace orvan::svg
 {
 
-/// Equality of two names of the same length. Names are short, so two overlapping words nearly always cover them; that
-/// is much cheaper than calling the library's comparison.
+inline constexpr std::size_t kLongestName = 24;
+
+/// Equality of two names of the same length, `kLongestName` at most. Names are short, so that overlapping words cover
+/// them; that is much cheaper than calling the library's comparison.
 inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
 {
 	const auto differ = [&]<typename Word>(std::size_t at, Word)
@@ -23,7 +25,7 @@ inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
 	};
 	using std::uint16_t, std::uint32_t, std::uint64_t;
 	if (size > 16)
-		return std::memcmp(a, b, size) == 0;
+		return (differ(0, uint64_t()) | differ(8, uint64_t()) | differ(size - 8, uint64_t())) == 0;
 	if (size >= 8)
 		return (differ(0, uint64_t()) | differ(size - 8, uint64_t())) == 0;
 	if (size >= 4)
@@ -33,7 +35,8 @@ inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
 	return size == 0 || *a == *b;
 }
 
-/// A hash table from names to the rows of a constexpr table. The compiler refuses a name that is listed twice.
+/// A hash table from names to the rows of a constexpr table. Every name has a slot of its own, so that one comparison
+/// decides; the compiler looks for a multiplier with which that is so, and finds none when a name is listed twice.
 template <std::size_t rowCount>
 class NameIndex
 {
@@ -42,15 +45,17 @@ public:
 	template <typename Row>
 	consteval explicit NameIndex(const std::array<Row, rowCount>& rows)
 	{
-		for (std::size_t i = 0; i < rowCount; i++)
+		for (const Row& row : rows)
 		{
-			std::size_t at = Position(rows[i].name);
-			for (; _slots[at] != 0; at = (at + 1) % kSlots)
-			{
-				if (rows[_slots[at] - 1u].name == rows[i].name)
-					throw "a name is listed twice";
-			}
-			_slots[at] = static_cast<std::uint8_t>(i + 1);
+			if (row.name.size() > kLongestName)
+				throw "a name is too long to be compared";
+		}
+		constexpr std::uint32_t kGolden = 0x9e3779b1;
+		int left = 1000;
+		for (_multiplier = kGolden; !TryPlace(rows); _multiplier += 2 * kGolden)
+		{
+			if (left-- == 0)
+				throw "two names are the same, or agree in all that the hash looks at";
 		}
 	}
 
@@ -58,32 +63,48 @@ public:
 	template <typename Row>
 	const Row* Find(const std::array<Row, rowCount>& rows, std::string_view name) const noexcept
 	{
-		for (std::size_t at = Position(name); _slots[at] != 0; at = (at + 1) % kSlots)
-		{
-			const Row& row = rows[_slots[at] - 1u];
-			if (row.name.size() == name.size() && AreEqual(row.name.data(), name.data(), name.size()))
-				return &row;
-		}
-		return nullptr;
+		if (name.empty())
+			return nullptr;
+		const std::size_t number = _slots[Position(name)];
+		if (number == 0)
+			return nullptr;
+		const Row& row = rows[number - 1];
+		return row.name.size() == name.size() && AreEqual(row.name.data(), name.data(), name.size()) ? &row : nullptr;
 	}
 
 private:
-	static constexpr std::size_t kSlots = 256;
-	static_assert(rowCount < kSlots / 2);
+	static constexpr int kSlotBits = 8;
+	static_assert(rowCount < (1 << kSlotBits) / 2);
 
-	/// Length and three characters tell nearly all names of the tables apart.
-	static constexpr std::size_t Position(std::string_view name) noexcept
+	/// Gives each row its slot; false when two rows want the same.
+	template <typename Row>
+	constexpr bool TryPlace(const std::array<Row, rowCount>& rows) noexcept
 	{
-		if (name.empty())
-			return 0;
-		const auto at = [&](std::size_t i)
+		_slots = {};
+		for (std::size_t i = 0; i < rowCount; i++)
 		{
-			return static_cast<std::size_t>(static_cast<unsigned char>(name[i]));
-		};
-		return (at(0) * 31 + at(name.size() / 2) * 7 + at(name.size() - 1) * 3 + name.size() * 17) % kSlots;
+			std::uint8_t& slot = _slots[Position(rows[i].name)];
+			if (slot != 0)
+				return false;
+			slot = static_cast<std::uint8_t>(i + 1);
+		}
+		return true;
 	}
 
-	std::array<std::uint8_t, kSlots> _slots{};
+	/// Length and three characters tell the names of the tables apart.
+	constexpr std::size_t Position(std::string_view name) const noexcept
+	{
+		const auto at = [&](std::size_t i)
+		{
+			return static_cast<std::uint32_t>(static_cast<unsigned char>(name[i]));
+		};
+		const std::uint32_t key = at(0) | at(name.size() * 3 / 4) << 8 | at(name.size() - 1) << 16 |
+								  static_cast<std::uint32_t>(name.size()) << 24;
+		return key * _multiplier >> (32 - kSlotBits);
+	}
+
+	std::uint32_t _multiplier = 0;
+	std::array<std::uint8_t, std::size_t{1} << kSlotBits> _slots{};
 };
 
 } // namespace orvan::svg
