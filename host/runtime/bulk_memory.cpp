@@ -15,7 +15,10 @@ namespace
 
 using namespace detail;
 
-constexpr std::size_t kWarmChunks = 256; ///< Free chunks that keep their memory; that of others goes to the system.
+/// Free chunks that keep their memory, 64 MiB of it, which is also what the C library would keep; that of others goes
+/// to the system, and having it back costs as much again as filling it.
+constexpr std::size_t kWarmChunks = 1024;
+
 constexpr std::int64_t kHeld = std::int64_t(1) << 40;
 
 /// Blocks are aligned to 16 bytes, their heads stand before them.
