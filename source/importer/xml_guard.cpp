@@ -311,8 +311,10 @@ bool MayExceedBounds(std::string_view text) noexcept
 		}
 		lessThans += lessThansInBlock;
 		prefixes += prefixesInBlock;
+		if (lessThans > kMaxDepth || prefixes > kMaxNamespacePrefixes)
+			return true;
 	}
-	return lessThans > kMaxDepth || prefixes > kMaxNamespacePrefixes;
+	return false;
 }
 
 } // namespace
