@@ -198,6 +198,8 @@ public:
 	/// Removes all elements and releases the storage.
 	void Reset() noexcept
 	{
+		if (_data == nullptr) // As after a move: then there is nothing to call the host for.
+			return;
 		Clear();
 		Host().free(_data);
 		_data = nullptr;
