@@ -8,10 +8,10 @@ using grammar::Source;
 
 Result<void> ImportId(const Value& value)
 {
-	const String id = ORVAN_TRY(String::Create(value.text));
+	String id = ORVAN_TRY(String::Create(value.text));
 	ORVAN_TRY(value.Element()->SetId(id));
 	if (!value.context.suppressesIds)
-		ORVAN_TRY(value.context.elementsById.Insert(id, value.Element()));
+		ORVAN_TRY(value.context.elementsById.Insert(std::move(id), value.Element()));
 	return {};
 }
 

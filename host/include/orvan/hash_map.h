@@ -74,7 +74,7 @@ public:
 
 	/// Adds an entry unless the key is already there, in which case the first value stays. The result tells whether the
 	/// entry was added; on failure the map is as it was.
-	Result<bool> Insert(const String& key, V value) noexcept
+	Result<bool> Insert(String key, V value) noexcept
 	{
 		const std::uint64_t hash = key.GetHash();
 		if (FindEntry(key, hash) != nullptr)
@@ -84,7 +84,8 @@ public:
 		ORVAN_TRY(ReserveIndex());
 		if (_blocks == nullptr || _blocks->used == _blocks->size)
 			ORVAN_TRY(AddBlock());
-		Entry* entry = new (&_blocks->Entries()[_blocks->used++]) Entry{nullptr, hash, key, std::move(value)};
+		Entry* entry =
+			new (&_blocks->Entries()[_blocks->used++]) Entry{nullptr, hash, std::move(key), std::move(value)};
 		const std::size_t chainLength = Link(entry);
 		_count++;
 		AddToIndex(entry, chainLength);
