@@ -152,7 +152,7 @@ private:
 	}
 
 	/// Takes the next number that was seen ahead, of which there must be one. It may have too many digits.
-	ShortDecimal TakeUsual()
+	[[gnu::always_inline]] ShortDecimal TakeUsual()
 	{
 		const std::uint64_t start = CountTrailingZeros(_starts);
 		const std::uint64_t end = CountTrailingZeros(_ends);
@@ -167,7 +167,7 @@ private:
 	}
 
 	/// Takes the next number that was seen ahead. When that is not a usual one after all, it stays where it is.
-	bool TakeNumber(double& number)
+	[[gnu::always_inline]] bool TakeNumber(double& number)
 	{
 		const char* const from = _at;
 		const ShortDecimal usual = TakeUsual();

@@ -69,7 +69,7 @@ inline __m128d JoinDigits(__m128i digits)
 #endif
 
 /// The value of a number, exactly as `ReadDecimal` yields it.
-inline double Convert(const ShortDecimal& number)
+[[gnu::always_inline]] inline double Convert(const ShortDecimal& number)
 {
 #if defined(__SSE2__)
 	return _mm_cvtsd_f64(JoinDigits(_mm_cvtsi64_si128(GatherDigits(number)))) / DivisorOf(number);
@@ -85,7 +85,7 @@ inline double Convert(const ShortDecimal& number)
 }
 
 /// The values of two numbers, in less time than one after the other.
-inline std::pair<double, double> Convert(const ShortDecimal& first, const ShortDecimal& second)
+[[gnu::always_inline]] inline std::pair<double, double> Convert(const ShortDecimal& first, const ShortDecimal& second)
 {
 #if defined(__SSE2__)
 	const __m128d mantissas = JoinDigits(_mm_set_epi64x(GatherDigits(second), GatherDigits(first)));
