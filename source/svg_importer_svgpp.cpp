@@ -5,6 +5,7 @@
 #include "importer/parse_context.h"
 #include "importer/xml_guard.h"
 #include "importer/xml_memory.h"
+#include "importer/xml_parser.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
 
@@ -14,23 +15,13 @@
 #include <new>
 #include <optional>
 
-// Larger blocks than the library's own, so that giving them back early is worth the calls.
-#define RAPIDXML_DYNAMIC_POOL_SIZE (256 * 1024)
-#include <rapidxml_ns/rapidxml_ns.hpp>
-
 namespace orvan::svg
 {
 namespace
 {
 
-namespace xml = rapidxml_ns;
 using XmlNode = xml::xml_node<char>;
 using XmlAttribute = xml::xml_attribute<char>;
-
-/// The text stays as it is: names and values are views, references are replaced where a value is used. That keeps
-/// places in the text exact, and is faster.
-constexpr int kParseFlags =
-	xml::parse_validate_closing_tags | xml::parse_no_element_values | xml::parse_non_destructive;
 
 // Names --------------------------------------------------------------------------------------------------------------
 
@@ -234,7 +225,7 @@ public:
 		XmlMemory memory;
 		xml::xml_document<char> document;
 		document.set_allocator(&XmlMemory::Allocate, &XmlMemory::Free);
-		document.parse<kParseFlags>(text);
+		document.parse<kXmlParseFlags>(text);
 		for (const XmlNode* node = document.first_node(); node != nullptr; node = node->next_sibling())
 		{
 			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
