@@ -100,6 +100,11 @@ public:
 			return GetOr(property.key, property.absent);
 	}
 
+	const DataDictionary& Attributes() const noexcept
+	{
+		return _attributes;
+	}
+
 	/// Puts another dictionary in place, for changes that must happen together.
 	void ReplaceAttributes(DataDictionary attributes) noexcept
 	{

@@ -77,7 +77,7 @@ Result<void> ImportStyle(const Value& value)
 	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
 	// text that was copied to replace references is not in place long enough to be compared with.
 	ElementBase* const element = value.context.ownElement;
-	if (element == nullptr || element->GetAttributeDictionary().GetCount() != 0 ||
+	if (element == nullptr || element->Attributes().GetCount() != 0 ||
 		value.text.data() != value.context.rawValue.data())
 	{
 		ORVAN_TRY(ImportDeclarations(value));
@@ -91,7 +91,7 @@ Result<void> ImportStyle(const Value& value)
 		return {};
 	}
 	if (ORVAN_TRY(ImportDeclarations(value)) && finding == StyleCache::Finding::noted)
-		cache.Keep(element->GetAttributeDictionary());
+		cache.Keep(element->Attributes());
 	return {};
 }
 
