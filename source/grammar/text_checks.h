@@ -11,7 +11,11 @@ namespace orvan::grammar
 /// library's character functions, whose answers hang on the locale.
 inline bool IsAscii(std::string_view text)
 {
-	return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+	// All characters are looked at, which the compiler does many at a time.
+	unsigned bits = 0;
+	for (const char c : text)
+		bits |= static_cast<unsigned char>(c);
+	return bits < 0x80;
 }
 
 inline bool IsDigit(char c)
