@@ -34,6 +34,11 @@ std::size_t ReadDigits(std::string_view text, std::size_t at, std::uint64_t& num
 	return at;
 }
 
+/// As many digits as a double always holds exactly.
+constexpr std::size_t kMostDigits = 15;
+constexpr std::array<Float, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+														1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
 /// A number at the start of a text.
 struct Number
 {
@@ -45,9 +50,6 @@ struct Number
 
 Number ReadNumber(std::string_view text) noexcept
 {
-	constexpr std::size_t kMostDigits = 15;
-	constexpr std::array<Float, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-															1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 	const bool isNegative = text.starts_with('-');
 	const std::size_t begin = isNegative || text.starts_with('+') ? 1 : 0;
 	std::uint64_t digits = 0;
