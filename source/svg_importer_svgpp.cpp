@@ -20,6 +20,7 @@ namespace orvan::svg
 namespace
 {
 
+using XmlDocument = xml::xml_document<char>;
 using XmlNode = xml::xml_node<char>;
 using XmlAttribute = xml::xml_attribute<char>;
 
@@ -223,8 +224,10 @@ public:
 	{
 		const bool hasReferences = GuardXml(_text);
 		XmlMemory memory;
-		xml::xml_document<char> document;
-		document.set_allocator(&XmlMemory::Allocate, &XmlMemory::Free);
+		// Never destroyed: its pool would go through its blocks, of which most have been given back by then.
+		alignas(XmlDocument) unsigned char storage[sizeof(XmlDocument)];
+		XmlDocument& document = *new (storage) XmlDocument;
+		document.set_allocator(&XmlMemory::Allocate, nullptr);
 		document.parse<kXmlParseFlags>(text);
 		for (const XmlNode* node = document.first_node(); node != nullptr; node = node->next_sibling())
 		{

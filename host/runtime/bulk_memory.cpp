@@ -126,6 +126,19 @@ bool detail::TakeChunk(ThreadBulk& bulk) noexcept
 	return bulk.chunk != nullptr;
 }
 
+/// A block with a chunk of its own, when it comes close to filling one.
+void* detail::AllocateChunk(std::size_t bytes) noexcept
+{
+	constexpr std::size_t kRoom = kChunkSize - kFirstOffset;
+	if (bytes < kRoom / 16 * 15 || RoundUp(bytes) > kRoom)
+		return nullptr;
+	Chunk* chunk = TheRegion().Take();
+	if (chunk == nullptr)
+		return nullptr;
+	chunk->live.store(1, std::memory_order_relaxed);
+	return new (reinterpret_cast<char*>(chunk) + kFirstOffset) BlockHead{RoundUp(bytes)} + 1;
+}
+
 /// Frees the last block of the chunk that the thread is emptying, or the first of another.
 void detail::FreeElsewhere(Chunk* chunk) noexcept
 {

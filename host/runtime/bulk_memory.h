@@ -1,9 +1,10 @@
 /// Memory for many small blocks that come and go together, such as the objects of a document that is being loaded.
 ///
 /// Inside of a bulk scope a thread takes small blocks side by side from a chunk of 64 KiB: a few instructions each, in
-/// the order in which they will be walked and released, and the block at the end can grow in place. A chunk counts its
-/// blocks and is free again when the last of them is; single blocks are not used again, which is why bulk scopes are
-/// for what is released together. Blocks may be freed at any time and by any thread.
+/// the order in which they will be walked and released, and the block at the end can grow in place. A block that comes
+/// close to filling a chunk gets one of its own. A chunk counts its blocks and is free again when the last of them is;
+/// single blocks are not used again, which is why bulk scopes are for what is released together. Blocks may be freed at
+/// any time and by any thread.
 #pragma once
 
 #include <atomic>
@@ -77,6 +78,7 @@ struct ThreadBulk
 [[gnu::visibility("hidden")]] extern constinit std::atomic<std::uintptr_t> g_begin;
 
 bool TakeChunk(ThreadBulk& bulk) noexcept;
+void* AllocateChunk(std::size_t bytes) noexcept;
 void FreeElsewhere(Chunk* chunk) noexcept;
 
 inline Chunk* ChunkOf(const void* memory) noexcept
@@ -93,8 +95,10 @@ constexpr std::size_t RoundUp(std::size_t bytes) noexcept
 inline void* AllocateInBulk(std::size_t bytes) noexcept
 {
 	detail::ThreadBulk& bulk = detail::t_bulk;
-	if (bulk.depth == 0 || bytes > detail::kLargestBlock)
+	if (bulk.depth == 0)
 		return nullptr;
+	if (bytes > detail::kLargestBlock)
+		return detail::AllocateChunk(bytes);
 	const std::size_t size = detail::RoundUp(bytes);
 	if (detail::kChunkSize - bulk.offset < size && !TakeChunk(bulk)) [[unlikely]]
 		return nullptr;

@@ -1,9 +1,7 @@
 #include "xml_memory.h"
 
-#include <cstdint>
 #include <functional>
 #include <new>
-#include <sys/mman.h>
 
 namespace orvan::svg
 {
@@ -13,20 +11,6 @@ namespace
 /// In the part of thread storage that is laid out in advance. The other part is allocated at first use, where the leak
 /// checker of the sanitizers does not find its way.
 [[gnu::tls_model("initial-exec")]] constinit thread_local XmlMemory* t_memory = nullptr;
-
-/// Trees smaller than this stay to the end: handing pages back and getting new ones costs time, which counts more.
-constexpr std::size_t kWorthwhile = 8 * 1024 * 1024;
-
-/// Returns the pages inside of a block to the system. The first page stays: the pool keeps the way to its other blocks
-/// at the start of each. The block still belongs to the pool, which frees it in the end.
-void ReturnPages(char* begin, std::size_t size) noexcept
-{
-	constexpr std::uintptr_t kPage = 4096;
-	const std::uintptr_t from = (reinterpret_cast<std::uintptr_t>(begin) / kPage + 2) * kPage;
-	const std::uintptr_t to = (reinterpret_cast<std::uintptr_t>(begin) + size) / kPage * kPage;
-	if (from < to)
-		madvise(reinterpret_cast<void*>(from), to - from, MADV_DONTNEED);
-}
 
 } // namespace
 
@@ -38,6 +22,8 @@ XmlMemory::XmlMemory() noexcept
 XmlMemory::~XmlMemory()
 {
 	t_memory = nullptr;
+	for (; _released < _blocks.GetCount(); _released++)
+		Host().free(_blocks[_released].begin);
 }
 
 void* XmlMemory::Allocate(std::size_t bytes)
@@ -48,13 +34,7 @@ void* XmlMemory::Allocate(std::size_t bytes)
 		Host().free(memory);
 		throw std::bad_alloc();
 	}
-	t_memory->_total += bytes;
 	return memory;
-}
-
-void XmlMemory::Free(void* memory) noexcept
-{
-	Host().free(memory);
 }
 
 void XmlMemory::ReleaseBefore(const void* node) noexcept
@@ -63,22 +43,14 @@ void XmlMemory::ReleaseBefore(const void* node) noexcept
 	{
 		return !std::less<>()(node, block.begin) && std::less<>()(node, block.begin + block.size);
 	};
-	if (_total < kWorthwhile)
-		return;
+	std::size_t at = _released;
+	while (at < _blocks.GetCount() && !isIn(_blocks[at]))
+		at++;
 	// The pool's first nodes are in memory of its own; then the walk goes from block to block.
-	if (_blocks.IsEmpty() || (_reached > 0 && isIn(_blocks[_reached - 1])))
+	if (at == _blocks.GetCount())
 		return;
-	for (std::size_t next = _reached; next < _blocks.GetCount(); next++)
-	{
-		if (!isIn(_blocks[next]))
-			continue;
-		for (; _reached <= next; _reached++)
-		{
-			if (_reached > 0)
-				ReturnPages(_blocks[_reached - 1].begin, _blocks[_reached - 1].size);
-		}
-		return;
-	}
+	for (; _released < at; _released++)
+		Host().free(_blocks[_released].begin);
 }
 
 } // namespace orvan::svg

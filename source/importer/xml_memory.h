@@ -20,9 +20,9 @@ public:
 	XmlMemory(const XmlMemory&) = delete;
 	~XmlMemory();
 
-	/// For the parser's pool: throws `std::bad_alloc` when memory runs out, for want of another way to say so.
+	/// For the parser's pool: throws `std::bad_alloc` when memory runs out, for want of another way to say so. The
+	/// memory is good until it is given back, at the latest when the object goes; the pool must not free it.
 	static void* Allocate(std::size_t bytes);
-	static void Free(void* memory) noexcept;
 
 	/// Gives back what was allocated before the block that holds `node`.
 	void ReleaseBefore(const void* node) noexcept;
@@ -35,8 +35,7 @@ private:
 	};
 
 	BaseArray<Block> _blocks;
-	std::size_t _total = 0;   ///< Bytes in all blocks.
-	std::size_t _reached = 0; ///< Number of blocks that the walk has come to; all but the last have been released.
+	std::size_t _released = 0; ///< Number of blocks, from the first, that have been given back.
 };
 
 } // namespace orvan::svg

@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-// Larger blocks than the library's own, so that giving them back early is worth the calls.
-#define RAPIDXML_DYNAMIC_POOL_SIZE (256 * 1024)
+// Blocks that the host's bulk memory serves, so that the element tree grows into those that were given back.
+#define RAPIDXML_DYNAMIC_POOL_SIZE (64 * 1024 - 64)
 #include <rapidxml_ns/rapidxml_ns.hpp>
 
 namespace orvan::svg

@@ -58,6 +58,25 @@ TEST(BulkMemory, KeepsBlocksApartOverManyChunks)
 		FreeInBulk(block);
 }
 
+TEST(BulkMemory, GivesBlocksThatFillAChunkOneOfTheirOwn)
+{
+	BeginBulk();
+	char* small = TakeBlock(100, 1);
+	char* large = TakeBlock(65'000, 2);
+	char* next = TakeBlock(100, 3);
+	ASSERT_NE(nullptr, large);
+	EXPECT_TRUE(IsInBulk(large));
+	EXPECT_FALSE(ResizeInBulk(large, 66'000));
+	EXPECT_TRUE(HoldsOnly(small, 100, 1) && HoldsOnly(large, 65'000, 2) && HoldsOnly(next, 100, 3));
+	EXPECT_EQ(nullptr, AllocateInBulk(30'000));
+	EXPECT_EQ(nullptr, AllocateInBulk(65'536));
+	FreeInBulk(large);
+	EXPECT_EQ(large, AllocateInBulk(65'000)) << "whose chunk is free again";
+	EndBulk();
+	for (char* block : {small, large, next})
+		FreeInBulk(block);
+}
+
 TEST(BulkMemory, ResizesTheLastBlockInPlace)
 {
 	BeginBulk();
