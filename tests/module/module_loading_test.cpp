@@ -92,7 +92,7 @@ TEST_F(ModuleLoading, LeavesNothingBehind)
 TEST_F(ModuleLoading, MayBeRepeatedAHundredTimesWithoutGrowth)
 {
 	std::int64_t allocations = 0;
-	int mappings = 0;
+	[[maybe_unused]] int mappings = 0;
 	for (int round = 0; round < 100; round++)
 	{
 		Module* module = Must(Module::Load(kModule));
@@ -106,7 +106,9 @@ TEST_F(ModuleLoading, MayBeRepeatedAHundredTimesWithoutGrowth)
 		}
 	}
 	EXPECT_EQ(allocations, CountAllocations());
+#ifndef __SANITIZE_THREAD__ // Whose runtime maps a list of modules at every load, and keeps it.
 	EXPECT_LE(CountMappings(), mappings + 20) << "one a round would be ninety; allocators may take a few";
+#endif
 }
 
 TEST_F(ModuleLoading, MayNotBeUndoneWhileObjectsAreAlive)
