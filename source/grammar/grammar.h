@@ -214,7 +214,7 @@ Parsed ParseTransform(std::string_view text, Matrix& matrix);
 /// without a radius, or whose conversion is not finite, is a straight line. The empty text is an empty path.
 Parsed ParsePath(std::string_view text, PathSink& sink);
 
-/// "points": pairs of numbers; the first is a move, the others are lines. Nothing is closed. The empty text is no pair.
+/// "points": pairs of numbers; the first is a move, the others are lines. Nothing is closed. No pairs are nothing.
 Parsed ParsePoints(std::string_view text, PathSink& sink);
 
 /// Walks the declarations of a "style" attribute.

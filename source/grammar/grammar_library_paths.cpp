@@ -88,7 +88,9 @@ Parsed ParsePoints(std::string_view text, PathSink& sink)
 		else
 			sink.LineTo(pair.first, pair.second);
 	}
-	return pairs.error() ? Parsed::refused : Parsed::value;
+	if (pairs.error())
+		return Parsed::refused;
+	return isFirst ? Parsed::nothing : Parsed::value;
 }
 
 Parsed ParseTransform(std::string_view text, Matrix& matrix)

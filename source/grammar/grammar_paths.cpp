@@ -231,7 +231,7 @@ Parsed ParsePoints(std::string_view text, PathSink& sink)
 	PathReader reader(text);
 	reader.SkipSpaces();
 	if (reader.IsAtEnd())
-		return Parsed::value;
+		return Parsed::nothing;
 
 	double x, y;
 	if (!reader.ReadPair<After::start, After::abscissa>(x, y))

@@ -142,8 +142,8 @@ Result<void> ImportPoints(const Value& value)
 	return ReadPath(value,
 					[&value](grammar::PathSink& sink)
 					{
-						value.Accept(grammar::ParsePoints(value.text, sink));
-						if (value.context.isPolygon)
+						// Without points there is nothing to close: every path begins with a move.
+						if (value.Accept(grammar::ParsePoints(value.text, sink)) && value.context.isPolygon)
 							sink.Close();
 					});
 }

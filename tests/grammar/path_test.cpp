@@ -21,7 +21,7 @@ std::string Path(std::string_view text)
 std::string Points(std::string_view text)
 {
 	RecordingPathSink sink;
-	return ParsePoints(text, sink) == Parsed::value ? sink.text : kRefused;
+	return ParsePoints(text, sink) != Parsed::refused ? sink.text : kRefused;
 }
 
 TEST(Path, ReducesLinesToAbsoluteOnes)

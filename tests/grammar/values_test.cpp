@@ -434,7 +434,7 @@ std::string Everything(std::string_view text)
 	RecordingPathSink path;
 	all += ParsePath(text, path) == Parsed::value ? path.text : kRefused;
 	RecordingPathSink points;
-	all += ParsePoints(text, points) == Parsed::value ? points.text : kRefused;
+	all += ParsePoints(text, points) != Parsed::refused ? points.text : kRefused;
 	return all;
 }
 
