@@ -286,11 +286,6 @@ private:
 	int _prefixes = 0;
 };
 
-} // namespace
-
-namespace
-{
-
 /// Whether a look at the single characters leaves it open that the text exceeds a bound.
 bool MayExceedBounds(std::string_view text) noexcept
 {
