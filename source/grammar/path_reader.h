@@ -91,12 +91,11 @@ public:
 		const char* const from = _at;
 		const ShortDecimal first = TakeUsual();
 		const ShortDecimal second = TakeUsual();
-		if (first.digits <= ShortDecimal::kMostDigits && second.digits <= ShortDecimal::kMostDigits) [[likely]]
-		{
+		const bool areShort = first.digits <= ShortDecimal::kMostDigits && second.digits <= ShortDecimal::kMostDigits;
+		if (areShort) [[likely]]
 			std::tie(x, y) = Convert(first, second);
-			if (!HasOthers(from, _at)) [[likely]]
-				return true;
-		}
+		if ((areShort || (ConvertLong(first, x) && ConvertLong(second, y))) && !HasOthers(from, _at)) [[likely]]
+			return true;
 		_at = from;
 		return ReadUnusual(after, x) && ReadNumber<between>(y);
 	}
@@ -151,7 +150,8 @@ private:
 		return (after != After::command && after != After::start) || *_at != ',';
 	}
 
-	/// Takes the next number that was seen ahead, of which there must be one. It may have too many digits.
+	/// Takes the next number that was seen ahead, of which there must be one. It may have more digits
+	/// than a short decimal.
 	[[gnu::always_inline]] ShortDecimal TakeUsual()
 	{
 		const std::uint64_t start = CountTrailingZeros(_starts);
@@ -171,12 +171,11 @@ private:
 	{
 		const char* const from = _at;
 		const ShortDecimal usual = TakeUsual();
-		if (usual.digits <= ShortDecimal::kMostDigits) [[likely]]
-		{
+		const bool isShort = usual.digits <= ShortDecimal::kMostDigits;
+		if (isShort) [[likely]]
 			number = Convert(usual);
-			if (!HasOthers(from, _at)) [[likely]]
-				return true;
-		}
+		if ((isShort || ConvertLong(usual, number)) && !HasOthers(from, _at)) [[likely]]
+			return true;
 		_at = from;
 		return false;
 	}

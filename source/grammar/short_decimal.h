@@ -95,4 +95,7 @@ inline __m128d JoinDigits(__m128i digits)
 	return {Convert(first), Convert(second)};
 #endif
 }
+
+/// As `Convert` for any number of digits. False when there are more than eight before the point or behind it.
+bool ConvertLong(const ShortDecimal& number, double& value);
 } // namespace orvan::grammar
