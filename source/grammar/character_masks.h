@@ -4,7 +4,6 @@
 
 #include "text_checks.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 

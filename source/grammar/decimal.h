@@ -5,10 +5,8 @@
 /// ten. With more than fifteen digits that is not always the nearest double, but it is what the library yields.
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace orvan::grammar
 {

@@ -35,7 +35,7 @@ void PathReader::LookAhead(After after)
 	const std::uint64_t ends = (~inside & (inside << 1)) | laterPoints;
 	const std::uint64_t others = ~(inside | is.parts | is.minuses);
 
-	// Usually nothing, or a blank or comma, or those and a minus or a blank, or a minus alone stand before a number.
+	// What usually stands before a number: nothing, a minus, or a blank or comma and perhaps a minus or a blank.
 	const std::uint64_t here = 1;
 	const std::uint64_t behindAny = ends | others << 1 | here;
 	const std::uint64_t part = behindAny & is.parts;

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <string_view>
 #include <tuple>
@@ -28,9 +27,10 @@ enum class After
 ///
 /// Where numbers stand is found for sixty-four characters at once, up to the first number that is anything but usual:
 /// at most two characters before it, a minus included, then digits and perhaps a point, and no exponent. Usual numbers
-/// of up to eight digits are converted without a look at single characters, two at a time where they come in pairs.
-/// Others are read character by character, and by the library where digits are too many. Near its end the text is
-/// copied to a buffer of the reader's own, with zeros behind it, so that looking ahead never leaves what may be read.
+/// of up to eight digits before the point and up to eight behind it are converted without a look at single characters,
+/// two at a time where they come in pairs. Others are read character by character, and by the library where digits are
+/// too many. Near its end the text is copied to a buffer of the reader's own, with zeros behind it, so that looking
+/// ahead never leaves what may be read.
 class PathReader
 {
 public:
@@ -150,8 +150,8 @@ private:
 		return (after != After::command && after != After::start) || *_at != ',';
 	}
 
-	/// Takes the next number that was seen ahead, of which there must be one. It may have more digits
-	/// than a short decimal.
+	/// Takes the next number that was seen ahead, of which there must be one. It may have more digits than a short
+	/// decimal.
 	[[gnu::always_inline]] ShortDecimal TakeUsual()
 	{
 		const std::uint64_t start = CountTrailingZeros(_starts);

@@ -1,9 +1,10 @@
 #pragma once
 
-/// Decimal numbers of a few digits whose extent is known, converted two at a time.
+/// Decimal numbers of a few digits whose extent is known, converted one or two at a time.
 
 #include "decimal.h"
 
+#include <cstring>
 #include <utility>
 
 #if defined(__SSE2__)
