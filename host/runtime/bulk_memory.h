@@ -35,8 +35,7 @@ bool ResizeInBulk(void* memory, std::size_t bytes) noexcept;
 
 void FreeInBulk(void* memory) noexcept;
 
-// What every object passes through is inline, the rest in the source file.
-// ---------------------------------------------
+// What every block passes through is inline, the rest stands in the source file.
 
 namespace detail
 {
