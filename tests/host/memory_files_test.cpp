@@ -52,6 +52,30 @@ TEST(MemoryFiles, MayBeEmpty)
 	MemoryFiles::Withdraw("empty");
 }
 
+TEST(MemoryFiles, AreFoundHoweverManyThereAre)
+{
+	const auto nameOf = [](int i)
+	{
+		return "many/" + std::to_string(i);
+	};
+	const auto lengthOf = [&](int i) -> std::int64_t
+	{
+		const Url url = Must(Url::Create("memory:" + nameOf(i)));
+		return url.IoDetect() == IoDetection::file ? Must(Must(url.OpenInputStream()).GetStreamLength()) : -1;
+	};
+	constexpr int kCount = 700;
+	static const std::string bytes(kCount, 'x');
+	for (int i = 0; i < kCount; i++)
+		Must(MemoryFiles::Publish(nameOf(i), std::string_view(bytes).substr(0, static_cast<std::size_t>(i))));
+	for (int i = 0; i < kCount; i += 3)
+		MemoryFiles::Withdraw(nameOf(i));
+	for (int i = 0; i < kCount; i++)
+		EXPECT_EQ(i % 3 == 0 ? -1 : i, lengthOf(i));
+	for (int i = 0; i < kCount; i++)
+		MemoryFiles::Withdraw(nameOf(i));
+	EXPECT_EQ(-1, lengthOf(1));
+}
+
 TEST(MemoryFiles, AreSafeToReadWhileOthersComeAndGo)
 {
 	Must(MemoryFiles::Publish("steady", "content"));
