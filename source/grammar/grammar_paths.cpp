@@ -189,14 +189,20 @@ private:
 	template <typename Coordinates, After after>
 	bool ParseArc()
 	{
-		double radiusX, radiusY, rotation, x, y;
-		bool isLarge, isSweep;
-		if (!_reader.ReadMagnitude<after>(radiusX) || !_reader.ReadMagnitude<After::number>(radiusY) ||
-			!_reader.ReadNumber<After::number>(rotation) || !_reader.ReadFlag(isLarge) || !_reader.ReadFlag(isSweep) ||
-			!_reader.ReadPair<After::number, After::number>(x, y))
+		ArcValues arc;
+		if (!_reader.ReadArc<after>(arc) && !ReadArcSlowly<after>(arc))
 			return false;
-		PathEvents::path_elliptical_arc_to(_adapter, radiusX, radiusY, rotation, isLarge, isSweep, x, y, Coordinates());
+		PathEvents::path_elliptical_arc_to(_adapter, arc.radiusX, arc.radiusY, arc.rotation, arc.isLarge, arc.isSweep,
+										   arc.x, arc.y, Coordinates());
 		return true;
+	}
+
+	template <After after>
+	bool ReadArcSlowly(ArcValues& arc)
+	{
+		return _reader.ReadMagnitude<after>(arc.radiusX) && _reader.ReadMagnitude<After::number>(arc.radiusY) &&
+			   _reader.ReadNumber<After::number>(arc.rotation) && _reader.ReadFlag(arc.isLarge) &&
+			   _reader.ReadFlag(arc.isSweep) && _reader.ReadPair<After::number, After::number>(arc.x, arc.y);
 	}
 
 	template <typename Coordinates>

@@ -4,6 +4,16 @@
 
 namespace orvan::grammar
 {
+/// Reads two numbers of which the first was seen ahead and may stand where it does.
+bool PathReader::ReadOneByOne(After after, After between, double& x, double& y)
+{
+	if (!TakeNumber(x) && !ReadUnusual(after, x))
+		return false;
+	if (_ends == 0 || !MayStandHere(between))
+		return ReadSlowly(between, y);
+	return TakeNumber(y) || ReadUnusual(between, y);
+}
+
 bool PathReader::ReadSlowly(After after, double& number)
 {
 	LookAhead(after);

@@ -23,6 +23,14 @@ enum class After
 	pair      ///< A whole pair in "points": blanks or a comma.
 };
 
+/// What an arc is written with.
+struct ArcValues
+{
+	double radiusX, radiusY, rotation;
+	bool isLarge, isSweep;
+	double x, y;
+};
+
 /// Reads the numbers of path data and "points".
 ///
 /// Where numbers stand is found for sixty-four characters at once, up to the first number that is anything but usual:
@@ -88,16 +96,19 @@ public:
 			LookAhead(after);
 		if (!HasTwo() || !MayStandHere(after)) [[unlikely]]
 			return ReadSlowly(after, x) && ReadNumber<between>(y);
-		const char* const from = _at;
-		const ShortDecimal first = TakeUsual();
-		const ShortDecimal second = TakeUsual();
-		const bool areShort = first.digits <= ShortDecimal::kMostDigits && second.digits <= ShortDecimal::kMostDigits;
-		if (areShort) [[likely]]
-			std::tie(x, y) = Convert(first, second);
-		if ((areShort || (ConvertLong(first, x) && ConvertLong(second, y))) && !HasOthers(from, _at)) [[likely]]
-			return true;
-		_at = from;
-		return ReadUnusual(after, x) && ReadNumber<between>(y);
+		const std::uint64_t laterStarts = WithoutLowest(_starts);
+		const std::uint64_t laterEnds = WithoutLowest(_ends);
+		const std::uint64_t end = CountTrailingZeros(laterEnds);
+		const ShortDecimal first = Between(CountTrailingZeros(_starts), CountTrailingZeros(_ends));
+		const ShortDecimal second = Between(CountTrailingZeros(laterStarts), end);
+		if (first.digits > ShortDecimal::kMostDigits || second.digits > ShortDecimal::kMostDigits ||
+			HasOthers(_at, _seen + end)) [[unlikely]]
+			return ReadOneByOne(after, between, x, y);
+		std::tie(x, y) = Convert(first, second);
+		_starts = WithoutLowest(laterStarts);
+		_ends = WithoutLowest(laterEnds);
+		_at = _seen + end;
+		return true;
 	}
 
 	/// As ReadNumber after a command or a number, but without a sign.
@@ -106,6 +117,44 @@ public:
 	{
 		SkipSeparator(after == After::number);
 		return Peek() != '-' && Peek() != '+' && ReadNumber<After::command>(number);
+	}
+
+	/// Reads the seven values of an arc in less time than one after the other. They must have been seen ahead, the
+	/// flags as numbers of their own, which they need not be; nothing is taken otherwise.
+	template <After after>
+	bool ReadArc(ArcValues& arc)
+	{
+		constexpr std::size_t kCount = 7;
+		if (!HasSeen(kCount))
+			LookAhead(after);
+		if (!HasSeen(kCount) || !MayStandHere(after))
+			return false;
+		std::array<ShortDecimal, kCount> values;
+		std::uint64_t starts = _starts;
+		std::uint64_t ends = _ends;
+		std::uint64_t end = 0;
+		bool areShort = true;
+		for (ShortDecimal& value : values)
+		{
+			end = CountTrailingZeros(ends);
+			value = Between(CountTrailingZeros(starts), end);
+			areShort &= value.digits <= ShortDecimal::kMostDigits;
+			starts = WithoutLowest(starts);
+			ends = WithoutLowest(ends);
+		}
+		const auto& [radiusX, radiusY, rotation, isLarge, isSweep, x, y] = values;
+		if (!areShort || (radiusX.isNegative | radiusY.isNegative) != 0 || !IsFlag(isLarge) || !IsFlag(isSweep) ||
+			HasOthers(_at, _seen + end))
+			return false;
+		std::tie(arc.radiusX, arc.radiusY) = Convert(radiusX, radiusY);
+		arc.rotation = Convert(rotation);
+		arc.isLarge = *isLarge.text == '1';
+		arc.isSweep = *isSweep.text == '1';
+		std::tie(arc.x, arc.y) = Convert(x, y);
+		_starts = starts;
+		_ends = ends;
+		_at = _seen + end;
+		return true;
 	}
 
 	/// Reads a flag of an arc, a single digit that need not be parted from anything.
@@ -136,12 +185,32 @@ private:
 	/// The place of the lowest bit; there must be one.
 	static std::uint64_t CountTrailingZeros(std::uint64_t bits)
 	{
-		return static_cast<std::uint64_t>(__builtin_ctzll(bits));
+		return static_cast<unsigned>(__builtin_ctzll(bits));
+	}
+
+	static std::uint64_t WithoutLowest(std::uint64_t bits)
+	{
+		return bits & (bits - 1);
 	}
 
 	bool HasTwo() const
 	{
-		return (_ends & (_ends - 1)) != 0;
+		return WithoutLowest(_ends) != 0;
+	}
+
+	/// Whether as many numbers that are known to be usual are left.
+	bool HasSeen(std::size_t count) const
+	{
+		std::uint64_t ends = _ends;
+		for (std::size_t i = 1; i != count; ++i)
+			ends = WithoutLowest(ends);
+		return ends != 0;
+	}
+
+	static bool IsFlag(const ShortDecimal& value)
+	{
+		return value.digits == 1 && (value.hasPoint | value.isNegative) == 0 &&
+			   (*value.text == '0' || *value.text == '1');
 	}
 
 	/// Whether a number that was seen ahead may follow what stands before. Where commas may not stand was not seen.
@@ -154,12 +223,17 @@ private:
 	/// decimal.
 	[[gnu::always_inline]] ShortDecimal TakeUsual()
 	{
-		const std::uint64_t start = CountTrailingZeros(_starts);
 		const std::uint64_t end = CountTrailingZeros(_ends);
-		_starts &= _starts - 1;
-		_ends &= _ends - 1;
+		const ShortDecimal number = Between(CountTrailingZeros(_starts), end);
+		_starts = WithoutLowest(_starts);
+		_ends = WithoutLowest(_ends);
 		_at = _seen + end;
+		return number;
+	}
 
+	/// The number between two places in what was seen.
+	[[gnu::always_inline]] ShortDecimal Between(std::uint64_t start, std::uint64_t end) const
+	{
 		const std::uint64_t length = end - start;
 		const std::uint64_t integerDigits = CountTrailingZeros(_points >> start | std::uint64_t{1} << length);
 		const std::uint64_t hasPoint = integerDigits != length;
@@ -190,6 +264,7 @@ private:
 	/// Those of some places ahead where no comma stands.
 	std::uint64_t WithoutCommas(std::uint64_t places) const;
 
+	bool ReadOneByOne(After after, After between, double& x, double& y);
 	bool ReadSlowly(After after, double& number);
 	bool ReadUnusual(After after, double& number);
 	void LookAhead(After after);
