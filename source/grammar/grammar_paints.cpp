@@ -4,6 +4,8 @@
 #include "text_cursor.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 namespace orvan::grammar
 {
@@ -13,14 +15,18 @@ constexpr std::string_view kNone = "none";
 constexpr std::string_view kInherit = "inherit";
 constexpr std::string_view kCurrentColor = "currentColor";
 
-/// The value of a hexadecimal digit; sixteen for anything else.
-unsigned HexDigit(char c)
+/// The values of hexadecimal digits; sixteen for anything else. Letters and figures alternate without a rule, so that
+/// telling them apart by comparing would be guesswork for the processor.
+constexpr auto kHexDigits = []
 {
-	if (IsDigit(c))
-		return static_cast<unsigned>(c - '0');
-	const char folded = static_cast<char>(c | 0x20);
-	return folded >= 'a' && folded <= 'f' ? static_cast<unsigned>(folded - 'a' + 10) : 16;
-}
+	std::array<std::uint8_t, 256> values;
+	values.fill(16);
+	for (std::uint8_t i = 0; i != 10; ++i)
+		values['0' + i] = i;
+	for (std::uint8_t i = 0; i != 6; ++i)
+		values['a' + i] = values['A' + i] = static_cast<std::uint8_t>(10 + i);
+	return values;
+}();
 
 bool ReadHexColor(std::string_view digits, PackedColor& color)
 {
@@ -30,7 +36,7 @@ bool ReadHexColor(std::string_view digits, PackedColor& color)
 	unsigned bad = 0;
 	for (char c : digits)
 	{
-		const unsigned digit = HexDigit(c);
+		const unsigned digit = kHexDigits[static_cast<unsigned char>(c)];
 		bad |= digit & 16;
 		// Each digit of the short form stands for two.
 		packed = digits.size() == 3 ? packed << 8 | digit * 17 : packed << 4 | digit;
