@@ -116,6 +116,14 @@ public:
 		const DataType* type = FindDataType<T>();
 		if (type == nullptr)
 			return OutOfMemoryError();
+		if constexpr (std::is_trivially_copyable_v<T> && Data::kIsInline<T>)
+		{
+			if (void* storage = TryAppend(key, type, sizeof(T)))
+			{
+				std::construct_at(static_cast<T*>(storage), value);
+				return {};
+			}
+		}
 		void* storage = ORVAN_TRY(Store(key, type));
 		std::construct_at(static_cast<T*>(storage), std::move(value));
 		return {};
@@ -185,6 +193,22 @@ private:
 				return entry.key == key ? &entry : nullptr;
 		}
 		return nullptr;
+	}
+
+	/// Storage for a trivial value that stands in the block, when it goes behind all others and there is room: most of
+	/// a file's attributes are stored this way, without a call of the host. Null otherwise.
+	void* TryAppend(std::int32_t key, const DataType* type, std::size_t size) noexcept
+	{
+		if (_block == nullptr || _block->references.load(std::memory_order_acquire) != 1 ||
+			type->operations.load(std::memory_order_relaxed) == nullptr)
+			return nullptr;
+		DictionaryBlock& block = *_block;
+		const std::uint32_t bytes = (static_cast<std::uint32_t>(size) + 7u) & ~7u;
+		if (block.count == block.entryCapacity || block.blockSize - block.valueEnd < bytes ||
+			(block.count != 0 && block.Entries()[block.count - 1].key >= key))
+			return nullptr;
+		block.Entries()[block.count++] = {key, block.valueEnd, type};
+		return reinterpret_cast<char*>(&block) + std::exchange(block.valueEnd, block.valueEnd + bytes);
 	}
 
 	/// Makes the content this dictionary's own and returns raw storage for a value under `key`.

@@ -342,6 +342,10 @@ public:
 		return type->size <= kInlineSize && type->alignment <= 8;
 	}
 
+	/// The same of the type of `T`.
+	template <typename T>
+	static constexpr bool kIsInline = sizeof(T) <= kInlineSize && alignof(T) <= 8;
+
 private:
 	static Error MissingStorageError(const DataType* type) noexcept
 	{
