@@ -75,9 +75,11 @@ Result<void> ImportStyle(const Value& value)
 	if (value.source == Source::style)
 		return {};
 	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
-	// text that was copied to replace references is not in place long enough to be compared with.
+	// short one is read sooner than it is looked for, and a text that was copied to replace references is not in place
+	// long enough to be compared with.
+	constexpr std::size_t kShort = 16;
 	ElementBase* const element = value.context.ownElement;
-	if (element == nullptr || element->Attributes().GetCount() != 0 ||
+	if (element == nullptr || value.text.size() < kShort || element->Attributes().GetCount() != 0 ||
 		value.text.data() != value.context.rawValue.data())
 	{
 		ORVAN_TRY(ImportDeclarations(value));
