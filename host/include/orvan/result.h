@@ -40,7 +40,7 @@ public:
 	/// Moves the value; an error is shared, so that `other` keeps its state.
 	Result(Result&& other) noexcept
 	{
-		if (other.IsOk())
+		if (other.IsOk()) [[likely]]
 			std::construct_at(std::addressof(_value), std::move(other._value));
 		else
 			_error = other.GetError().Release();
@@ -58,7 +58,7 @@ public:
 
 	~Result()
 	{
-		if (_error == nullptr)
+		if (_error == nullptr) [[likely]]
 			std::destroy_at(std::addressof(_value));
 		else
 			Host().releaseError(_error);
@@ -133,7 +133,7 @@ public:
 
 	~Result()
 	{
-		if (_error != nullptr)
+		if (_error != nullptr) [[unlikely]]
 			Host().releaseError(_error);
 	}
 
@@ -166,7 +166,7 @@ void IgnoreResult(Result<T>&&) noexcept
 /// Turns what a function of the service table returned (null for success) into a result.
 inline Result<void> ResultOf(ErrorBlock* error) noexcept
 {
-	if (error != nullptr)
+	if (error != nullptr) [[unlikely]]
 		return Error(error);
 	return {};
 }
@@ -177,7 +177,7 @@ inline Result<String> String::Create(std::string_view text) noexcept
 	if (text.empty())
 		return result;
 	void* memory = text.size() < UINT32_MAX ? Host().allocate(sizeof(Block) + text.size() + 1) : nullptr;
-	if (memory == nullptr)
+	if (memory == nullptr) [[unlikely]]
 		return OutOfMemoryError();
 	result._block = new (memory) Block{{1}, static_cast<std::uint32_t>(text.size()), {0}};
 	std::memcpy(result._block->Text(), text.data(), text.size());
@@ -196,7 +196,7 @@ inline Result<String> String::Create(std::string_view text) noexcept
 #define ORVAN_TRY_NAMED(name, ...)                                                                                     \
 	__extension__({                                                                                                    \
 		auto&& name = (__VA_ARGS__);                                                                                   \
-		if (!name.IsOk())                                                                                              \
+		if (!name.IsOk()) [[unlikely]]                                                                                 \
 			return name.GetError();                                                                                    \
 		std::forward<decltype(name)>(name).GetValue();                                                                 \
 	})
