@@ -3,6 +3,7 @@
 #include <svgpp/utility/arc_endpoint_to_center.hpp>
 #include <svgpp/utility/arc_to_bezier.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -11,8 +12,6 @@ namespace orvan::grammar
 {
 namespace
 {
-using ArcToBezier = svgpp::arc_to_bezier<double>;
-
 constexpr double kQuarterTurn = boost::math::constants::half_pi<double>();
 constexpr double kFullTurn = boost::math::constants::two_pi<double>();
 
@@ -34,48 +33,189 @@ struct Cubics
 	std::size_t count = 0;
 };
 
-bool Convert(const Arc& arc, Cubics& cubics)
+/// An arc as the library's conversion wants it.
+struct CenteredArc
 {
-	const double rotation = arc.rotation * boost::math::constants::degree<double>();
-	double radiusX = arc.radiusX;
-	double radiusY = arc.radiusY;
-	double centerX, centerY, startAngle, endAngle;
-	svgpp::arc_endpoint_to_center(arc.startX, arc.startY, arc.endX, arc.endY, radiusX, radiusY, rotation, arc.isLarge,
-								  arc.isSweep, centerX, centerY, startAngle, endAngle);
-	if (arc.isSweep && endAngle < startAngle)
-		endAngle += kFullTurn;
-	else if (!arc.isSweep && endAngle > startAngle)
-		endAngle -= kFullTurn;
+	double centerX, centerY;
+	double radiusX, radiusY;
+	double rotation; ///< In radians, like the angles, which are those on the circle that the ellipse was.
+	double startAngle, endAngle;
+};
+
+/// False when the arc leaves the range of finite numbers.
+bool FindCenter(const Arc& arc, CenteredArc& result)
+{
+	result.radiusX = arc.radiusX;
+	result.radiusY = arc.radiusY;
+	result.rotation = arc.rotation * boost::math::constants::degree<double>();
+	svgpp::arc_endpoint_to_center(arc.startX, arc.startY, arc.endX, arc.endY, result.radiusX, result.radiusY,
+								  result.rotation, arc.isLarge, arc.isSweep, result.centerX, result.centerY,
+								  result.startAngle, result.endAngle);
+	if (arc.isSweep && result.endAngle < result.startAngle)
+		result.endAngle += kFullTurn;
+	else if (!arc.isSweep && result.endAngle > result.startAngle)
+		result.endAngle -= kFullTurn;
 
 	// The product of the squared radii stands in the middle of the conversion. When it overflows, the centre may come
 	// out finite, and wrong by the size of the radii.
-	const double squares = (radiusX * radiusX) * (radiusY * radiusY);
-	if (!std::isfinite(squares) || !std::isfinite(centerX) || !std::isfinite(centerY) || !std::isfinite(startAngle) ||
-		!std::isfinite(endAngle))
-		return false;
+	const double squares = (result.radiusX * result.radiusX) * (result.radiusY * result.radiusY);
+	return std::isfinite(squares) && std::isfinite(result.centerX) && std::isfinite(result.centerY) &&
+		   std::isfinite(result.startAngle) && std::isfinite(result.endAngle);
+}
 
-	const ArcToBezier converter(centerX, centerY, radiusX, radiusY, rotation, ArcToBezier::circle_angle_tag(),
-								startAngle, endAngle, ArcToBezier::max_angle_tag(), kQuarterTurn);
+/// Sines and cosines of the angles that half of all arcs are made of: multiples of an eighth of a turn. They come from
+/// the C library when the module is loaded, as they would for each arc.
+class EighthTurns
+{
+public:
+	struct Item
+	{
+		double angle, sine, cosine;
+	};
+
+	EighthTurns()
+	{
+		for (int i = -kMost; i <= kMost; ++i)
+		{
+			// The compiler must not know the angle: what it makes of a sine may differ in the last bit.
+			const volatile double angle = i * kEighth;
+			_items[static_cast<std::size_t>(i + kMost)] = {angle, std::sin(angle), std::cos(angle)};
+		}
+	}
+
+	/// The item for exactly this angle, or null. The angle must be finite.
+	const Item* Find(double angle) const
+	{
+		const double eighths = angle * (1 / kEighth);
+		if (std::fabs(eighths) > kMost)
+			return nullptr;
+		const Item& item = _items[static_cast<std::size_t>(static_cast<int>(eighths + (kMost + 0.5)))];
+		return item.angle == angle ? &item : nullptr;
+	}
+
+	static constexpr double kEighth = kQuarterTurn / 2;
+
+private:
+	/// Arcs start within half a turn of zero and are a turn long at most.
+	static constexpr int kMost = 12;
+
+	std::array<Item, 2 * kMost + 1> _items;
+};
+
+const EighthTurns g_eighthTurns;
+
+/// How far the control points of a cubic stand from its ends.
+double ControlDistance(double angle)
+{
+	const double tangent = std::tan(angle * 0.5);
+	return std::sin(angle) * (std::sqrt(4 + 3 * tangent * tangent) - 1) * boost::math::constants::third<double>();
+}
+
+/// That of an eighth of a turn, which a quarter is cut into.
+const double g_eighthDistance = []
+{
+	const volatile double angle = EighthTurns::kEighth;
+	return ControlDistance(angle);
+}();
+
+/// What the library's arc_to_bezier does: the same operations in the same order, so that the results are the same to
+/// the last bit. All that is left out is looking angles up for which it is known what comes out.
+class CubicMaker
+{
+public:
+	explicit CubicMaker(const CenteredArc& arc)
+		: _arc(arc), _sine(arc.rotation == 0 ? arc.rotation : std::sin(arc.rotation)),
+		  _cosine(arc.rotation == 0 ? 1 : std::cos(arc.rotation))
+	{
+	}
+
+	/// The library's count of cubics.
+	int CountCubics() const
+	{
+		return static_cast<int>(std::fabs(_arc.endAngle - _arc.startAngle) / kQuarterTurn + 1.0);
+	}
+
+	void Make(Cubics& cubics)
+	{
+		const int count = CountCubics();
+		const double step = (_arc.endAngle - _arc.startAngle) / count;
+		const double distance = step == EighthTurns::kEighth    ? g_eighthDistance
+								: step == -EighthTurns::kEighth ? -g_eighthDistance
+																: ControlDistance(step);
+		double angle = _arc.startAngle;
+		Place from = PlaceAt(angle, distance);
+		for (int i = 0; i != count; ++i)
+		{
+			angle += step;
+			const Place to = PlaceAt(angle, distance);
+			cubics.items[cubics.count++] = {
+				from.x + from.alongX, from.y + from.alongY, to.x - to.alongX, to.y - to.alongY, to.x, to.y};
+			from = to;
+		}
+	}
+
+private:
+	/// A point of the arc, and the way from there to a control point.
+	struct Place
+	{
+		double x, y;
+		double alongX, alongY;
+	};
+
+	Place PlaceAt(double angle, double distance) const
+	{
+		const EighthTurns::Item* const known = g_eighthTurns.Find(angle);
+		const double sine = known != nullptr ? known->sine : std::sin(angle);
+		const double cosine = known != nullptr ? known->cosine : std::cos(angle);
+		const double rightX = _arc.radiusX * cosine;
+		const double upY = _arc.radiusY * sine;
+		const double rightSlope = _arc.radiusX * sine;
+		const double upSlope = _arc.radiusY * cosine;
+		return {_arc.centerX + rightX * _cosine - upY * _sine, _arc.centerY + rightX * _sine + upY * _cosine,
+				(-rightSlope * _cosine - upSlope * _sine) * distance,
+				(-rightSlope * _sine + upSlope * _cosine) * distance};
+	}
+
+	const CenteredArc& _arc;
+	double _sine, _cosine;
+};
+
+bool MakeCubics(const CenteredArc& arc, Cubics& cubics)
+{
+	CubicMaker maker(arc);
+	const int count = maker.CountCubics();
+	if (count < 1 || count > static_cast<int>(cubics.items.size()))
+		return false;
+	maker.Make(cubics);
+	return true;
+}
+
+bool MakeCubicsByLibrary(const CenteredArc& arc, Cubics& cubics)
+{
+	using ArcToBezier = svgpp::arc_to_bezier<double>;
+
+	const ArcToBezier converter(arc.centerX, arc.centerY, arc.radiusX, arc.radiusY, arc.rotation,
+								ArcToBezier::circle_angle_tag(), arc.startAngle, arc.endAngle,
+								ArcToBezier::max_angle_tag(), kQuarterTurn);
 	if (converter.size() < 1 || converter.size() > static_cast<int>(cubics.items.size()))
 		return false;
 	for (ArcToBezier::iterator it(converter); !it.eof(); it.advance())
-	{
-		const Cubic cubic{it.p1x(), it.p1y(), it.p2x(), it.p2y(), it.p3x(), it.p3y()};
-		if (!IsFinite(cubic))
-			return false;
-		cubics.items[cubics.count++] = cubic;
-	}
+		cubics.items[cubics.count++] = {it.p1x(), it.p1y(), it.p2x(), it.p2y(), it.p3x(), it.p3y()};
 	return true;
 }
-} // namespace
 
-void DeliverArc(const Arc& arc, PathSink& sink)
+/// Delivers an arc by way of a function that makes cubics of it.
+template <auto makeCubics>
+void Deliver(const Arc& arc, PathSink& sink)
 {
 	if (arc.startX == arc.endX && arc.startY == arc.endY)
 		return;
 
 	Cubics cubics;
-	if (arc.radiusX == 0 || arc.radiusY == 0 || !Convert(arc, cubics))
+	CenteredArc centered;
+	const bool areMade =
+		arc.radiusX != 0 && arc.radiusY != 0 && FindCenter(arc, centered) && makeCubics(centered, cubics);
+	if (!areMade || !std::all_of(cubics.items.begin(), cubics.items.begin() + cubics.count, IsFinite))
 	{
 		sink.LineTo(arc.endX, arc.endY);
 		return;
@@ -89,5 +229,16 @@ void DeliverArc(const Arc& arc, PathSink& sink)
 		const Cubic& cubic = cubics.items[i];
 		sink.CubicTo(cubic.x1, cubic.y1, cubic.x2, cubic.y2, cubic.x, cubic.y);
 	}
+}
+} // namespace
+
+void DeliverArc(const Arc& arc, PathSink& sink)
+{
+	Deliver<&MakeCubics>(arc, sink);
+}
+
+void library::DeliverArc(const Arc& arc, PathSink& sink)
+{
+	Deliver<&MakeCubicsByLibrary>(arc, sink);
 }
 } // namespace orvan::grammar

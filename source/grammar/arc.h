@@ -22,4 +22,10 @@ struct Arc
 /// arc that ends where it starts delivers nothing; one without a radius, and one whose conversion leaves the range of
 /// finite numbers, is a straight line. Start and end must be finite.
 void DeliverArc(const Arc& arc, PathSink& sink);
+
+namespace library
+{
+/// The same with the library's own conversion, which is what says where the cubics lie.
+void DeliverArc(const Arc& arc, PathSink& sink);
+} // namespace library
 } // namespace orvan::grammar

@@ -56,7 +56,7 @@ Parsed ParsePath(std::string_view text, PathSink& sink)
 
 	if (HasRunawayExponent(text))
 		return Parsed::refused;
-	PathContext context(sink);
+	PathContext context(sink, &DeliverArc);
 	PathAdapter adapter(context);
 	Iterator at = text.data();
 	const Iterator end = at + text.size();

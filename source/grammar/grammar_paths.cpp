@@ -15,7 +15,7 @@ using Relative = svgpp::tag::coordinate::relative;
 class PathParser
 {
 public:
-	PathParser(std::string_view text, PathSink& sink) : _reader(text), _context(sink), _adapter(_context)
+	PathParser(std::string_view text, PathSink& sink) : _reader(text), _context(sink, &DeliverArc), _adapter(_context)
 	{
 	}
 

@@ -26,7 +26,8 @@ class PathContext
 public:
 	using Absolute = svgpp::tag::coordinate::absolute;
 
-	explicit PathContext(PathSink& sink) : _sink(sink)
+	/// `deliverArc` is what arcs are handed to.
+	PathContext(PathSink& sink, void (*deliverArc)(const Arc&, PathSink&)) : _sink(sink), _deliverArc(deliverArc)
 	{
 	}
 
@@ -65,7 +66,7 @@ public:
 	{
 		const Arc arc{_currentX, _currentY, radiusX, radiusY, rotation, isLarge, isSweep, x, y};
 		if (Check(radiusX, radiusY) && Check(rotation, 0) && Reach(x, y) && _isFinite)
-			DeliverArc(arc, _sink);
+			_deliverArc(arc, _sink);
 	}
 
 	void path_close_subpath()
@@ -97,6 +98,7 @@ private:
 	}
 
 	PathSink& _sink;
+	void (*_deliverArc)(const Arc&, PathSink&);
 	double _currentX = 0;
 	double _currentY = 0;
 	double _startX = 0;

@@ -81,26 +81,12 @@ void ExpectAgreement(std::span<const std::string_view> tokens, std::size_t most,
 
 TEST(Layers, AgreeOnPaths)
 {
-	static constexpr std::string_view kTokens[]{"M1 1",
-												"M1 1",
-												"l#,#",
-												"L # #",
-												"h#",
-												"V#",
-												"c#,# #,# #,#",
-												"S# #,# #",
-												"q#.5 1,1 1",
-												"t1 1",
-												"#",
-												"z",
-												" ",
-												"a5 5 0 01#,#",
-												"A1,2 3 1,0 4 5",
-												".",
-												"a1 2 # 0 1 #,#",
-												"A # #,0,1,0# #",
-												" 4 4 0 0 0 4-4 #",
-												"a.5 1 0 1 00 2 2"};
+	// clang-format off
+	static constexpr std::string_view kTokens[]{
+		"M1 1", "M1 1", "l#,#", "L # #", "h#", "V#", "c#,# #,# #,#", "S# #,# #", "q#.5 1,1 1", "t1 1", "#", "z", " ", ".",
+		"a5 5 0 01#,#", "A1,2 3 1,0 4 5", "a1 2 # 0 1 #,#", "A # #,0,1,0# #", "a4 4 0 0 1-4 4", "a3 3 0 1 0 6 0",
+		" 4 4 0 0 0 4-4 #", "a.5 1 0 1 00 2 2"};
+	// clang-format on
 	ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePath, library::ParsePath);
 }
 
