@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace orvan::grammar
 {
@@ -90,7 +92,8 @@ public:
 		if (std::fabs(eighths) > kMost)
 			return nullptr;
 		const Item& item = _items[static_cast<std::size_t>(static_cast<int>(eighths + (kMost + 0.5)))];
-		return item.angle == angle ? &item : nullptr;
+		// Bit by bit, since zero and minus zero have different sines.
+		return std::bit_cast<std::uint64_t>(item.angle) == std::bit_cast<std::uint64_t>(angle) ? &item : nullptr;
 	}
 
 	static constexpr double kEighth = kQuarterTurn / 2;
@@ -119,7 +122,7 @@ const double g_eighthDistance = []
 }();
 
 /// What the library's arc_to_bezier does: the same operations in the same order, so that the results are the same to
-/// the last bit. All that is left out is looking angles up for which it is known what comes out.
+/// the last bit. Left out are only sines, cosines and tangents that are known already.
 class CubicMaker
 {
 public:
@@ -129,16 +132,14 @@ public:
 	{
 	}
 
-	/// The library's count of cubics.
-	int CountCubics() const
+	/// False when there would be none, or too many.
+	bool Make(Cubics& cubics) const
 	{
-		return static_cast<int>(std::fabs(_arc.endAngle - _arc.startAngle) / kQuarterTurn + 1.0);
-	}
-
-	void Make(Cubics& cubics)
-	{
-		const int count = CountCubics();
-		const double step = (_arc.endAngle - _arc.startAngle) / count;
+		double step = _arc.endAngle - _arc.startAngle;
+		const int count = static_cast<int>(std::fabs(step) / kQuarterTurn + 1.0);
+		if (count < 1 || count > static_cast<int>(cubics.items.size()))
+			return false;
+		step /= count;
 		const double distance = step == EighthTurns::kEighth    ? g_eighthDistance
 								: step == -EighthTurns::kEighth ? -g_eighthDistance
 																: ControlDistance(step);
@@ -152,6 +153,7 @@ public:
 				from.x + from.alongX, from.y + from.alongY, to.x - to.alongX, to.y - to.alongY, to.x, to.y};
 			from = to;
 		}
+		return true;
 	}
 
 private:
@@ -182,12 +184,7 @@ private:
 
 bool MakeCubics(const CenteredArc& arc, Cubics& cubics)
 {
-	CubicMaker maker(arc);
-	const int count = maker.CountCubics();
-	if (count < 1 || count > static_cast<int>(cubics.items.size()))
-		return false;
-	maker.Make(cubics);
-	return true;
+	return CubicMaker(arc).Make(cubics);
 }
 
 bool MakeCubicsByLibrary(const CenteredArc& arc, Cubics& cubics)
