@@ -17,7 +17,7 @@ constexpr std::uint32_t kFirstValueBytes = 64;
 /// Bytes that a value of the type takes inside the block: itself, or the pointer to it.
 std::uint32_t SlotSize(const DataType* type) noexcept
 {
-	return Data::IsInline(type) ? (type->size + 7u) & ~7u : sizeof(void*);
+	return Data::IsInline(type) ? DictionaryBlock::RoundUp(type->size) : sizeof(void*);
 }
 
 void* ValueSlot(DictionaryBlock* block, const Entry& entry) noexcept

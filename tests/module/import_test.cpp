@@ -56,6 +56,30 @@ TEST_F(Import, KnowsSvgElementsUnderAnyPrefixOfTheirNamespaceAndNoOthers)
 	EXPECT_EQ("svg(g)", OutlineOf("<svg xmlns:svg='urn:other'><svg:rect/></svg>"));
 }
 
+TEST_F(Import, ElementsWithTheSameLongStyleShareItUntilOneIsChanged)
+{
+	std::string content;
+	for (const std::string style : {"fill-opacity:0.5;stroke:none", "opacity:1"})
+	{
+		for (int i = 0; i < 3; i++)
+			content += "<rect style='" + style + "'/>";
+	}
+	const auto root = Cast<HierarchyObjectInterface>(Load("<svg>" + content + "</svg>")->GetRootElement());
+	std::vector<SVGElementRef> rects;
+	for (const auto& child : Must(root->GetChildren()))
+		rects.push_back(Cast<SVGElementInterface>(child));
+	ASSERT_EQ(6u, rects.size());
+	const auto share = [&](int a, int b)
+	{
+		return rects[a]->GetAttributeDictionary().IsSameObject(rects[b]->GetAttributeDictionary());
+	};
+	EXPECT_TRUE(share(1, 2));
+	EXPECT_FALSE(share(4, 5));
+	Must(rects[2]->SetFillOpacity(0.25));
+	EXPECT_EQ(0.5, rects[1]->GetFillOpacity());
+	EXPECT_FALSE(share(1, 2));
+}
+
 TEST_F(Import, ReplacesPredefinedAndNumericReferences)
 {
 	const auto idOf = [](const std::string& id)

@@ -31,6 +31,12 @@ struct DictionaryBlock
 	bool hasGaps;   ///< Values that were replaced left room between the others.
 	bool hasOwners; ///< A value may own something, so that releasing it takes more than dropping its bytes.
 
+	/// Bytes that a value of some size takes among the values.
+	static constexpr std::uint32_t RoundUp(std::size_t size) noexcept
+	{
+		return (static_cast<std::uint32_t>(size) + 7u) & ~7u;
+	}
+
 	const Entry* Entries() const noexcept
 	{
 		return reinterpret_cast<const Entry*>(this + 1);
@@ -116,7 +122,7 @@ public:
 		const DataType* type = FindDataType<T>();
 		if (type == nullptr)
 			return OutOfMemoryError();
-		if constexpr (std::is_trivially_copyable_v<T> && Data::kIsInline<T>)
+		if constexpr (std::is_trivially_copyable_v<T> && Data::IsInline(sizeof(T), alignof(T)))
 		{
 			if (void* storage = TryAppend(key, type, sizeof(T)))
 			{
@@ -203,7 +209,7 @@ private:
 			type->operations.load(std::memory_order_relaxed) == nullptr)
 			return nullptr;
 		DictionaryBlock& block = *_block;
-		const std::uint32_t bytes = (static_cast<std::uint32_t>(size) + 7u) & ~7u;
+		const std::uint32_t bytes = DictionaryBlock::RoundUp(size);
 		if (block.count == block.entryCapacity || block.blockSize - block.valueEnd < bytes ||
 			(block.count != 0 && block.Entries()[block.count - 1].key >= key))
 			return nullptr;

@@ -339,12 +339,13 @@ public:
 	/// as bytes, so only size and alignment decide.
 	static bool IsInline(const DataType* type) noexcept
 	{
-		return type->size <= kInlineSize && type->alignment <= 8;
+		return IsInline(type->size, type->alignment);
 	}
 
-	/// The same of the type of `T`.
-	template <typename T>
-	static constexpr bool kIsInline = sizeof(T) <= kInlineSize && alignof(T) <= 8;
+	static constexpr bool IsInline(std::size_t size, std::size_t alignment) noexcept
+	{
+		return size <= kInlineSize && alignment <= 8;
+	}
 
 private:
 	static Error MissingStorageError(const DataType* type) noexcept
