@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Sets of files that the benchmarks load.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every attribute value function beside the grammar library's own reading of the same values.
 //
 // Path data comes in three styles: as icon optimisers write it (relative, no blank that can be spared), as drawing

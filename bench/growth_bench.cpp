@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Growth: files in which one thing becomes two, four and eight times as many, and what that does to the time of a
 /// load. `growth_bench [PART OF A NAME]` prints a table; it fails when a time grows clearly faster than the thing does.
 #include "orvan/hash.h"

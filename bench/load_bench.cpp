@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Whole loads: every file of a corpus, from bytes in memory (or on disk) to a finished tree and its release, beside
 /// the lower bounds and other libraries. `load_bench FOLDER… [--benchmark_…]`; each folder is a corpus.
 #include "corpus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Memory of a load: `memory_bench FILE…` prints for each file the growth of the process at the peak of the load and
 /// once the tree is all that is left, beside a plain parse of the XML; with bytes per element and per path command.
 /// Every measurement runs in a process of its own.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Drawing a folder of files with the renderer's module and, where it is installed, with librsvg.
 if(TARGET orvan_svg_cairo AND librsvg_FOUND)
 	add_executable(render_bench render_bench.cpp corpus.cpp)

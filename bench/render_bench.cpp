@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Drawing: every file of a folder from bytes in memory to pixels, and from a finished tree to pixels, beside librsvg.
 /// `render_bench FOLDER… [--benchmark_…]`. Only files that both draw are measured; all pictures are 128 pixels wide.
 #include "corpus.h"

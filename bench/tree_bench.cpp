@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What clients do with a tree: making elements, finding them, their attributes, transforms and copies. All through the
 /// module's interfaces, as a client reaches them.
 #include "orvan/host/memory_files.h"

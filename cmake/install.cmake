@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` puts where. The modules stand where the program looks for them: in lib/orvan beside bin. The
 # program and further modules say so in their own folders.
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # orvan_add_module(NAME ID SOURCES…): a loadable module, built as lib/orvan/ID.so, that exports `g_orvan` and nothing else.
 function(orvan_add_module name id)
 	add_library(${name} MODULE ${ARGN})

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// What the fuzz targets have in common: both layers of the grammar read the input, and the process ends with a report

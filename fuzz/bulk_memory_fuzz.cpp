@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bulk memory: blocks that are made, resized and freed in any order keep their bytes to themselves.
 
 #include "require.h"

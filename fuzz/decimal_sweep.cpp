@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compares the numbers of the fast layer with those of the library, over random short texts: decimal_sweep [millions].
 // What stops the conversion short is compared as well: where a number ends, and what is no number at all.
 

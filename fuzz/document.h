@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Documents for fuzz targets: the module as a host loads it, and texts as files in memory.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole files, through the document.
 
 #include "document.h"

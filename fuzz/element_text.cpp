@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an element says, in words that can be compared, checked on the way.
 
 #include "attribute_values.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Path data and "points".
 
 #include "agreement.h"

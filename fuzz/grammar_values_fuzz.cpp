@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers, lengths, lists of them, view boxes and transforms.
 
 #include "agreement.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Colours, paints, references, keywords and style declarations.
 
 #include "agreement.h"

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 // The scanner of plain lengths, beside its rules as they would be read aloud.
 
-#include "importer/length_scanner.h"
+#include "importer/attributes/length_scanner.h"
 #include "require.h"
 
 #include <bit>

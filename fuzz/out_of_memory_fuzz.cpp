@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole files, one of whose allocations fails, or one and all behind it. Which is drawn from the file by a hash, so
 // that every file is an input.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a fuzz target over files without the fuzzer: NAME_replay [--values] PATH…
 // Folders are searched for files. With --values the inputs are the attribute values of the files, one by one.
 

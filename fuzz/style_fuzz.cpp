@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Styles that several elements have, which share what the first of them came to, beside a style that is read by itself.
 
 #include "document.h"

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 // The guard in front of the XML parser, beside the parser itself.
 
-#include "importer/xml_guard.h"
+#include "importer/xml/xml_guard.h"
 #include "require.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// SVG documents, and the interface that renderers implement.
 ///
 ///     SVGDocumentRef document = ORVAN_TRY(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The interfaces of the elements of an SVG tree.
 ///
 /// Every element implements `SVGElementInterface` (identity, presentation, transforms) and the host's

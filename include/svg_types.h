@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The value types of the SVG framework: plain records that elements carry and renderers read.
 ///
 /// Every type has usable defaults, is owned by whoever holds it and is registered with the host as a data type, so that

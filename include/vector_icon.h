@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Vector icons: SVG documents whose layers switch with a state.
 ///
 ///     VectorIconRef icon = ORVAN_TRY(CreateObject<VectorIconInterface>(kVectorIconClass));

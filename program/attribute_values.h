@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Looking at the values of an element's attributes.
 #pragma once
 

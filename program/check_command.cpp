@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "console.h"
 #include "json_writer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Colours on the command line.
 #pragma once
 

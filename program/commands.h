@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The program's commands. Each adds itself to the command line; what it then does sets the exit status.
 #pragma once
 

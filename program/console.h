@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the program says: results to standard output, diagnostics to standard error.
 #pragma once
 

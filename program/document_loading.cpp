@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "document_loading.h"
 
 #include "console.h"

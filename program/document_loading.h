@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Loading a document, and finding out how that went.
 ///
 /// A file whose content is refused does not make `Init` fail: the reason goes to the diagnostics, and the document

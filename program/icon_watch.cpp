@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "icon_watch.h"
 
 #include "console.h"

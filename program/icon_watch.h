@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Following an icon's file.
 #pragma once
 

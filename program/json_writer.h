@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Writing JSON piece by piece, so that a large tree needs no second one in memory.
 #pragma once
 

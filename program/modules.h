@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Finding and opening the modules that the program works with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "parallel_check.h"
 
 #include <chrono>

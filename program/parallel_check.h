@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Loading many files at once.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Pictures, by whatever renderer is there.
 #pragma once
 

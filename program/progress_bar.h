@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A progress bar on standard error.
 #pragma once
 

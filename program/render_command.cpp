@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color_argument.h"
 #include "commands.h"
 #include "document_loading.h"

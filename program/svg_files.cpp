@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "svg_files.h"
 
 #include <algorithm>

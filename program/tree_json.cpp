@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tree_json.h"
 
 #include "attribute_values.h"

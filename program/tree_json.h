@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A document as JSON.
 #pragma once
 

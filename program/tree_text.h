@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A document for people to read.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the scripts at the root share; sourced by them. Everything that is said goes to standard error, because standard
 # output belongs to the program.
 

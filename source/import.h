@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The import driver: the bytes of a file in, a tree out.
 #pragma once
 

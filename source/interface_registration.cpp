@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The interfaces that the SVG framework defines, and the data types of references to them.
 #include "registration.h"
 #include "vector_icon.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The module itself: its descriptor, its name and the frameworks that it defines and uses.
 #include "registration.h"
 

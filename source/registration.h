@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The order in which the units of the module register, whatever order they are linked in.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The SVG document.
 #include "svg_document.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The implementation of `SVGDocumentInterface`.
 #pragma once
 

@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 /// The element classes and the value types: their code that is more than a line, and their registration.
-#include "element_classes.h"
+#include "elements/element_classes.h"
 #include "registration.h"
 
 #include <algorithm>

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: MIT
 /// The importer: the driver that parses the XML, and the builder that walks it.
 #include "import.h"
 
 #include "importer/names.h"
 #include "importer/parse_context.h"
-#include "importer/xml_guard.h"
-#include "importer/xml_memory.h"
-#include "importer/xml_parser.h"
+#include "importer/xml/xml_guard.h"
+#include "importer/xml/xml_memory.h"
+#include "importer/xml/xml_parser.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
 

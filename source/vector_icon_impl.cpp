@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Vector icons.
 #include "vector_icon_impl.h"
 

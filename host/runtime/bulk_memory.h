@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Memory for many small blocks that come and go together, such as the objects of a document that is being loaded.
 ///
 /// Inside of a bulk scope a thread takes small blocks side by side from a chunk of 64 KiB: a few instructions each, in

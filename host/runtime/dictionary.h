@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The half of `DataDictionary` that allocates and releases.
 #pragma once
 

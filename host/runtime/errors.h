@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Error objects and diagnostics.
 #pragma once
 

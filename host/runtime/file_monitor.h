@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The monitor behind `FileWatch` and `FileMonitorPump`.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// One watch of the file monitor: what it waits for and when it is due.
 #pragma once
 

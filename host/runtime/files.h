@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What URLs designate, and streams on it: files on disk and files in memory.
 #pragma once
 

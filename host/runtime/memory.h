@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Memory of host types: the C library's heap, with a hook that lets tests make allocations fail.
 #pragma once
 

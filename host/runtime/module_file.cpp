@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "module_file.h"
 
 #include "orvan/module.h"

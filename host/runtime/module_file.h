@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Looking into a module's file without loading it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/host/module_loader.h"
 
 #include "module_file.h"

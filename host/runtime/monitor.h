@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The watches of all files over one inotify instance.
 #pragma once
 

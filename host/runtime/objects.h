@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Making, copying and releasing objects, and weak references to them.
 #pragma once
 

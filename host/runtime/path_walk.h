@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The places that decide what a path leads to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The registries: what is known under which id. Records are made at the first mention of an id and are never freed, so
 /// that pointers to them can be kept across loading and unloading of modules.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The table that every module gets.
 #include "orvan/services.h"
 

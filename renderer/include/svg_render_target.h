@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The interface by which a host program gets a picture out of a renderer.
 ///
 /// A renderer's object of class `kSVGContextClass` implements it beside `SVGContextInterface`: one receives the tree,

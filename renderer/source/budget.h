@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What one picture may cost. Files come from anywhere: a few lines of SVG can ask for years of drawing, by references
 /// that multiply at each level, and for all the memory of a machine, by layers inside layers. What is drawn in place is
 /// bounded by the file's size; the rest is bounded here.

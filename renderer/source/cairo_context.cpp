@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The pictures, and the elements that contain others.
 #include "cairo_context.h"
 

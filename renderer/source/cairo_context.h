@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The drawing context: receives the elements of a tree and draws them into a picture.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What applies to an element as one picture: clip path, mask and opacity.
 ///
 /// An element with such effects is drawn into a layer as large as the part of the picture that can change, and the

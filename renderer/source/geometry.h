@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Rectangles and what transforms do to them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Owners for the drawing libraries' objects.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The outline of a shape on its way into the drawing library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Colours and gradients as sources of the drawing library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Fill and stroke: what they are painted with, how far they reach and what they cost.
 #include "cairo_context.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The picture that is being made: its size, its surface and its file.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Finding what a document's references name.
 #pragma once
 

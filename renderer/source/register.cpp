@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The module: its descriptor, and what it registers.
 #include "cairo_context.h"
 #include "orvan/module.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What is set up around an element while it is drawn, and taken down afterwards.
 #pragma once
 

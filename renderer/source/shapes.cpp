@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The elements that are drawn themselves.
 #include "cairo_context.h"
 #include "scopes.h"

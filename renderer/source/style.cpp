@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "style.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The properties that elements inherit, and the ones that they do not.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Text on its way into the drawing library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "viewbox.h"
 
 #include "geometry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Fitting a view box into a viewport.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "arc.h"
 
 #include <svgpp/utility/arc_endpoint_to_center.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Decimal numbers of up to nineteen digits, converted exactly as the grammar library converts them: the digits,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "grammar.h"
 
 #include "grammar_library.h"

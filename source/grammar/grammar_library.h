@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// The authority: every value as the grammar library itself reads it, slowly. The functions of grammar.h answer plain

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "grammar_library.h"
 #include "library_keywords.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's assertions would end the process over bytes that its grammars then refuse anyway. They are switched off
 // before anything of Boost is seen.
 #define BOOST_DISABLE_ASSERTS

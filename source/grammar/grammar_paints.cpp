@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color_keywords.h"
 #include "grammar.h"
 #include "grammar_library.h"

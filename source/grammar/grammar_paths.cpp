@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "grammar.h"
 #include "path_context.h"
 #include "path_reader.h"

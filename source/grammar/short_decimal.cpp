@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "short_decimal.h"
 
 namespace orvan::grammar

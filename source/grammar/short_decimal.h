@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Decimal numbers of a few digits whose extent is known, converted one or two at a time.

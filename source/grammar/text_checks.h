@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Kinds of characters, and checks of a text for what the grammar library must not be given.

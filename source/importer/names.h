@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Looking names up in a table that is fixed at compile time.
 #pragma once
 

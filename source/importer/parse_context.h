@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 /// The state of one import.
 #pragma once
 
-#include "element_base.h"
+#include "elements/element_base.h"
 #include "grammar.h"
 #include "importer/style_cache.h"
 #include "orvan/hash_map.h"

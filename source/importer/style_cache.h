@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Sharing of attribute dictionaries between elements with the same "style".
 #pragma once
 

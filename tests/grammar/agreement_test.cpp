@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fast layer and the library, side by side over random texts that are nearly, or fully, values. The fuzz targets do
 // the same in earnest; this is what every test run can afford.
 

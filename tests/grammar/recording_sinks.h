@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Sinks that write down what they are given, each number in the fewest digits that tell it from every other.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/array.h"
 
 #include "support.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/bulk_memory.h"
 
 #include <cstring>

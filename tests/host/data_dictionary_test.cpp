@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/data_dictionary.h"
 
 #include "runtime/registry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/data_type.h"
 
 #include "runtime/registry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/diagnostics.h"
 
 #include "support.h"

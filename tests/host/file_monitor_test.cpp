@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/file_monitor.h"
 
 #include "orvan/host/file_monitor_pump.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/hash_map.h"
 
 #include "support.h"

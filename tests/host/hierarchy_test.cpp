@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/hierarchy.h"
 
 #include "runtime/registry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/host/memory_files.h"
 
 #include "orvan/url.h"

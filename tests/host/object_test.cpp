@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/object.h"
 
 #include "orvan/class_declaration.h"

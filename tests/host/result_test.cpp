@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/result.h"
 
 #include "orvan/url.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/string.h"
 
 #include "support.h"

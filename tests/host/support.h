@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the host's tests share.
 #pragma once
 

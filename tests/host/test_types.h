@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Data types of the tests.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "orvan/url.h"
 
 #include "support.h"

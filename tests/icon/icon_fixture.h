@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Icons of the loaded module.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "icon_fixture.h"
 
 namespace orvan

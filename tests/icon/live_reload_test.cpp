@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "icon_fixture.h"
 #include "orvan/host/file_monitor_pump.h"
 

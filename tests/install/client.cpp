@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A small host: loads the SVG module and an icon, puts the icon into each of its states, and tells which colour its
 /// visible layer has then.
 #include <orvan/host/module_loader.h>

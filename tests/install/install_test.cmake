@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Installs the build into a fresh prefix, builds the client against what is there and nothing else, and runs it and the
 # installed program. Arguments: BUILD, SOURCE, WORK (folders), GENERATOR, COMPILER, FLAGS.
 function(run)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The corpus: small files with one issue each. Beside each stands the tree that the host program must print for it
 /// (`.json`: the ids in order, and the root), or what is said about it when it is refused (`.error.txt`).
 #include "program/program_run.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The document: loading, asking, forgetting.
 #include "support/svg_module.h"
 

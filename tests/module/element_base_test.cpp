@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What all elements share: attributes and transforms.
 #include "support/svg_module.h"
 

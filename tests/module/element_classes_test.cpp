@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The element classes and their components, on elements that a client makes and edits itself.
 #include "support/svg_module.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The importer: what makes an element, references, the scanner of lengths, and the bounds in front of the XML parser.
 /// Attributes, styles, texts and the places of refusals are in the corpus.
 #include "support/svg_module.h"

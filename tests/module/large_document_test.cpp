@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Documents so large that the importer gives the XML tree back while it builds the elements.
 #include "support/svg_module.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Loading and unloading the module, alone and beside others.
 #include "support/svg_module.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Files that are broken in every place: each ends in an error, a placeholder or a tree.
 #include "support/everything.h"
 #include "support/svg_module.h"

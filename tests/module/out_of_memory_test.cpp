@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Running out of memory at every single allocation.
 #include "support/everything.h"
 #include "support/svg_module.h"

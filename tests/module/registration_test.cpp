@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the module publishes, against lists that are written down here once more.
 #include "support/svg_module.h"
 

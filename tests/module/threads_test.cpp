@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Documents on many threads; the thread sanitizer watches.
 #include "support/everything.h"
 #include "support/svg_module.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The value types, through the operations that the module registered.
 #include "support/svg_module.h"
 

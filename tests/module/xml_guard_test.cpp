@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 /// The guard in front of the XML parser, held against the parser itself.
-#include "importer/xml_guard.h"
+#include "importer/xml/xml_guard.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Running the program.
 #pragma once
 

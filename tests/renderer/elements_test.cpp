@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What the comparison with another library's pictures cannot show, because that library draws it differently.
 #include "support/drawn_picture.h"
 

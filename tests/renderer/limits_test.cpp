@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Documents that ask for too much.
 #include "support/drawn_picture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Pictures: their sizes, their files and the life of the module.
 #include "support/drawn_picture.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Pictures that the renderer's module makes of texts.
 #pragma once
 

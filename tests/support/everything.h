@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A small file that uses every element and every attribute.
 #pragma once
 

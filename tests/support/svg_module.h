@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The SVG module, loaded from its file as a host loads it, and documents made from texts.
 #pragma once
 

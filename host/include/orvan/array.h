@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A growable array whose growth can fail.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// How a module describes the classes that it implements.
 ///
 ///     constexpr ClassDeclaration kRect = DeclareClass<RectElement,

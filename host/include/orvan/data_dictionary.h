@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A small dictionary from integer keys to values of registered data types.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Data types: values that the host can keep, copy and release without knowing their C++ type.
 ///
 /// A type takes part by a `DataTypeTraits` with its published id; the module that owns the type registers its

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Messages for the host's console.
 ///
 ///     WarningOutput("Layer '@' is missing.", id);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Errors: what went wrong, as a sentence, with the class of the error and the place in the code that made it.
 ///
 ///     return IllegalArgumentError("Layer '@' has no parent.", id);

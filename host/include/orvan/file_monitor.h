@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Being told when a file changes.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Message texts whose "@" are replaced by arguments, checked by the compiler.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// 2D vectors, affine matrices and colours in 64-bit floats.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The host's 64-bit hash of bytes: fast, well mixed, the same in every process and usable at compile time.
 #pragma once
 

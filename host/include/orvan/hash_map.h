@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A hash map with a documented iteration order.
 #pragma once
 

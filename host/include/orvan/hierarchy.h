@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Objects that form trees: each has at most one parent and any number of ordered children.
 #pragma once
 

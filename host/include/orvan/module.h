@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The module side of loading: the descriptor `g_orvan`, the single symbol that a module exports, and the entries that
 /// link themselves into it while the module's static data is initialised.
 ///

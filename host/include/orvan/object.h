@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The object model: reference-counted objects that are reached only through interfaces.
 ///
 /// An object is a block of memory with a class. A class implements interfaces; for each pair of class and interface the

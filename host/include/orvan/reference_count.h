@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Counting the references to something that is shared.
 #pragma once
 

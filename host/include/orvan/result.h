@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// `Result<T>`: a value or an error, and `ORVAN_TRY` to pass errors up.
 ///
 ///     Result<Int> Count(const Url& url)

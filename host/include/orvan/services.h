@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The table of services that the host hands to every module.
 ///
 /// A module is linked against nothing of the host: the loader writes the address of this table into the module's

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Shared, immutable UTF-8 text.
 #pragma once
 

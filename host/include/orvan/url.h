@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Locations of files, and input streams on them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A module for another version of the host. If any of its code ran, the environment would tell.
 #include "orvan/module.h"
 

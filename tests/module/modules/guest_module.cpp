@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// A small renderer in a module of its own: it writes down what it is asked to draw. Beside it stands a class that no
 /// host can make, because nobody registers its interface, and an element of its own.
 #include "orvan/diagnostics.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// For tests: making allocations fail.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// For host programs: where diagnostics go.
 #pragma once
 

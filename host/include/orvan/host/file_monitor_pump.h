@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// For host programs: driving the file monitor.
 ///
 /// The monitor has no thread of its own. A host with an event loop polls the descriptor for input, and calls

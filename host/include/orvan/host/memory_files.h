@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// For host programs: files in memory.
 ///
 ///     MemoryFiles::Publish("icons/lamp.svg", bytes);      // readable as "memory:icons/lamp.svg"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// For host programs: opening modules and looking at what they publish.
 ///
 ///     Result<Module*> module = Module::Load("/usr/lib/orvan/net.orvan.svg.so");

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 /// Handlers of lengths, paths and viewports.
-#include "element_classes.h"
-#include "importer/attribute_handlers.h"
-#include "importer/length_scanner.h"
+#include "elements/element_classes.h"
+#include "importer/attributes/attribute_handlers.h"
+#include "importer/attributes/length_scanner.h"
 
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "length_scanner.h"
 
 #include <array>

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 /// The element classes: the base with what each kind adds to it.
 #pragma once
 
-#include "element_components.h"
-#include "path_data.h"
+#include "elements/element_components.h"
+#include "elements/path_data.h"
 
 namespace orvan::svg
 {

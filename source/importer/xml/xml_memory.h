@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The memory of one XML tree, given back while the tree is walked.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The storage of a path.
 #pragma once
 

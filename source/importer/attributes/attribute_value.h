@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// An attribute value on its way to an element, and what all handlers do with one.
 #pragma once
 

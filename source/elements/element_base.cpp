@@ -1,4 +1,5 @@
-#include "element_base.h"
+// SPDX-License-Identifier: MIT
+#include "elements/element_base.h"
 
 #include <cmath>
 

@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 /// Handlers of paints, numbers, dashes, gradients and fonts.
-#include "importer/attribute_handlers.h"
+#include "importer/attributes/attribute_handlers.h"
 
 namespace orvan::svg
 {

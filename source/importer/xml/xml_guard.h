@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// Checks that a text is safe to hand to the XML parser.
 ///
 /// The parser recurses into nested elements, looks namespace prefixes up one by one, and stops at a zero byte; a small

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The XML library, as the importer uses it. To be included by one unit only.
 #pragma once
 

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 /// The handlers of the attributes: what each does to the element at hand.
 ///
 /// A handler reads the value's text, refuses it by an exception (`Value::Accept`), and hands what it read to the
 /// element. Errors that it returns end the import.
 #pragma once
 
-#include "importer/attribute_value.h"
+#include "importer/attributes/attribute_value.h"
 
 namespace orvan::svg
 {

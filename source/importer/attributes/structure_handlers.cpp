@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 /// Handlers of identity, links and structure.
-#include "importer/attribute_handlers.h"
+#include "importer/attributes/attribute_handlers.h"
 
 namespace orvan::svg
 {

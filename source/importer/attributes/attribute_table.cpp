@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 /// The table of attributes, and dispatching by it.
-#include "importer/attribute_handlers.h"
+#include "importer/attributes/attribute_handlers.h"
 #include "importer/names.h"
 
 #include <array>

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 /// The component interfaces: views of an element's attributes, made for the duration of one call.
 ///
 /// A component holds no state. It reads and writes the dictionary entries that the importer fills, so that a value is
 /// the same whichever way it is reached.
 #pragma once
 
-#include "element_base.h"
+#include "elements/element_base.h"
 
 namespace orvan::svg
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// The importer's own scanner for plain lengths, which is laxer than the grammar of other attributes.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// What all elements share: identity, attributes and transforms.
 #pragma once
 
