@@ -82,11 +82,14 @@ constexpr std::array kAttributes = {
 
 constexpr NameIndex<kAttributes.size()> kAttributeIndex(kAttributes);
 
+/// Numbers from here on belong to the complete import.
+constexpr std::size_t kNumberCount = static_cast<std::size_t>(Attribute::points) + 1;
+
 /// The importers by number. The compiler checks that every number from 1 to 49 is there, with one importer and the
 /// public name.
-constexpr std::array<Importer, kSVGAttributeNames.size()> kImporters = []
+constexpr std::array<Importer, kNumberCount> kImporters = []
 {
-	std::array<Importer, kSVGAttributeNames.size()> importers{};
+	std::array<Importer, kNumberCount> importers{};
 	std::size_t reached = 0;
 	for (const AttributeRow& row : kAttributes)
 	{
