@@ -19,6 +19,10 @@
 /// | text | position |
 /// | mask | position, size |
 ///
+/// Beside the interface of each kind stands the id of its class, by which an element is made:
+///
+///     SVGElementRef rect = ORVAN_TRY(CreateObject<SVGElementInterface>(kSVGRectElementClass));
+///
 /// Properties stand in the element's attribute dictionary under the numbers of `SVGImportAttribute`; components,
 /// setters and the importer all use the same entries, so a value is the same whichever way it is reached. A getter of
 /// an absent property returns SVG's initial value; `HasAttribute` tells absent from set. Nothing is inherited here:
@@ -145,6 +149,8 @@ public:
 	ORVAN_METHOD(54, String, GetClipPath, ())
 };
 using SVGElementRef = Ref<SVGElementInterface>;
+/// The class of plain elements, which are of no kind (`unknown`). No import makes them.
+inline constexpr const char* kSVGElementClass = "net.orvan.image.class.svgelement";
 
 // Components ---------------------------------------------------------------------------------------------------------
 
@@ -236,6 +242,7 @@ public:
 	ORVAN_METHOD(2, SVGViewport, GetViewport, ())
 };
 using SVGSVGElementRef = Ref<SVGSVGElementInterface>;
+inline constexpr const char* kSVGSVGElementClass = "net.orvan.image.class.svgsvgelement";
 
 /// An element that stands for another one.
 class SVGUseElementInterface : public ObjectInterface
@@ -256,6 +263,7 @@ public:
 	ORVAN_METHOD(4, Result<void>, SetShadowRoot, (const SVGElementRef& element), element)
 };
 using SVGUseElementRef = Ref<SVGUseElementInterface>;
+inline constexpr const char* kSVGUseElementClass = "net.orvan.image.class.svguseelement";
 
 /// Definitions: nothing in it is drawn in place.
 class SVGDefsElementInterface : public ObjectInterface
@@ -266,6 +274,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGDefsElementRef = Ref<SVGDefsElementInterface>;
+inline constexpr const char* kSVGDefsElementClass = "net.orvan.image.class.svgdefselement";
 
 /// A template for use elements: not drawn in place.
 class SVGSymbolElementInterface : public ObjectInterface
@@ -276,6 +285,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGSymbolElementRef = Ref<SVGSymbolElementInterface>;
+inline constexpr const char* kSVGSymbolElementClass = "net.orvan.image.class.svgsymbolelement";
 
 /// A group, or an element of an unknown tag.
 class SVGGroupElementInterface : public ObjectInterface
@@ -286,6 +296,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGGroupElementRef = Ref<SVGGroupElementInterface>;
+inline constexpr const char* kSVGGroupElementClass = "net.orvan.image.class.svggroupelement";
 
 /// A linear gradient.
 class SVGLinearGradientElementInterface : public ObjectInterface
@@ -300,6 +311,7 @@ public:
 	ORVAN_METHOD(1, Result<SVGLinearGradient>, GetLinearGradient, ())
 };
 using SVGLinearGradientElementRef = Ref<SVGLinearGradientElementInterface>;
+inline constexpr const char* kSVGLinearGradientElementClass = "net.orvan.image.class.svglineargradientelement";
 
 /// A radial gradient.
 class SVGRadialGradientElementInterface : public ObjectInterface
@@ -313,6 +325,7 @@ public:
 	ORVAN_METHOD(1, Result<SVGRadialGradient>, GetRadialGradient, ())
 };
 using SVGRadialGradientElementRef = Ref<SVGRadialGradientElementInterface>;
+inline constexpr const char* kSVGRadialGradientElementClass = "net.orvan.image.class.svgradialgradientelement";
 
 /// A stop of a gradient.
 class SVGStopElementInterface : public ObjectInterface
@@ -330,6 +343,7 @@ public:
 	ORVAN_METHOD(3, Float, GetOpacity, ())
 };
 using SVGStopElementRef = Ref<SVGStopElementInterface>;
+inline constexpr const char* kSVGStopElementClass = "net.orvan.image.class.svgstopelement";
 
 /// A path, polygon or polyline.
 class SVGPathElementInterface : public ObjectInterface
@@ -351,6 +365,7 @@ public:
 	ORVAN_METHOD(6, Result<void>, PathExit, ())
 };
 using SVGPathElementRef = Ref<SVGPathElementInterface>;
+inline constexpr const char* kSVGPathElementClass = "net.orvan.image.class.svgpathelement";
 
 /// A rectangle; see its position, size and radius interfaces.
 class SVGRectElementInterface : public ObjectInterface
@@ -361,6 +376,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGRectElementRef = Ref<SVGRectElementInterface>;
+inline constexpr const char* kSVGRectElementClass = "net.orvan.image.class.svgrectelement";
 
 /// A circle or ellipse; see its position and radius interfaces.
 class SVGCircleElementInterface : public ObjectInterface
@@ -371,6 +387,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGCircleElementRef = Ref<SVGCircleElementInterface>;
+inline constexpr const char* kSVGCircleElementClass = "net.orvan.image.class.svgcircleelement";
 
 /// A line between two points. Absent coordinates are 0 px.
 class SVGLineElementInterface : public ObjectInterface
@@ -394,6 +411,7 @@ public:
 	ORVAN_METHOD(12, SVGLength2d, GetPt2, ())
 };
 using SVGLineElementRef = Ref<SVGLineElementInterface>;
+inline constexpr const char* kSVGLineElementClass = "net.orvan.image.class.svglineelement";
 
 /// A run of text.
 class SVGTextElementInterface : public ObjectInterface
@@ -421,6 +439,7 @@ public:
 	ORVAN_METHOD(10, SVGFontWeight, GetFontWeight, ())
 };
 using SVGTextElementRef = Ref<SVGTextElementInterface>;
+inline constexpr const char* kSVGTextElementClass = "net.orvan.image.class.svgtextelement";
 
 /// A mask: not drawn in place, but used by elements that name it.
 class SVGMaskElementInterface : public ObjectInterface
@@ -431,6 +450,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGMaskElementRef = Ref<SVGMaskElementInterface>;
+inline constexpr const char* kSVGMaskElementClass = "net.orvan.image.class.svgmaskelement";
 
 /// A clip path: not drawn in place, but used by elements that name it.
 class SVGClipPathElementInterface : public ObjectInterface
@@ -441,6 +461,7 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 using SVGClipPathElementRef = Ref<SVGClipPathElementInterface>;
+inline constexpr const char* kSVGClipPathElementClass = "net.orvan.image.class.svgclippathelement";
 
 ORVAN_DATA_TYPE(SVGElementRef, "orvan::SVGElementRef", "orvan::SVGElementRef");
 ORVAN_DATA_TYPE(SVGFitToViewboxRef, "orvan::SVGFitToViewboxRef", "orvan::SVGFitToViewboxRef");

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 /// The interfaces that the SVG framework defines, and the data types of references to them.
+#include "elements/class_table.h"
 #include "registration.h"
 #include "vector_icon.h"
+
+#include <utility>
 
 namespace orvan::svg
 {
@@ -10,59 +13,52 @@ namespace
 
 ORVAN_REGISTER(ORVAN_ORDER_INTERFACES, unitEntry)(Kind::unit, "interface_registration");
 
-ORVAN_REGISTER(ORVAN_ORDER_INTERFACES, interfaceEntries)
-[] = {
-	kInterfaceDeclaration<SVGDocumentInterface>,
-	kInterfaceDeclaration<SVGContextInterface>,
-	kInterfaceDeclaration<SVGElementInterface>,
-	kInterfaceDeclaration<SVGFitToViewboxInterface>,
-	kInterfaceDeclaration<SVGRadiusInterface>,
-	kInterfaceDeclaration<SVGPositionInterface>,
-	kInterfaceDeclaration<SVGSizeInterface>,
-	kInterfaceDeclaration<SVGSVGElementInterface>,
-	kInterfaceDeclaration<SVGUseElementInterface>,
-	kInterfaceDeclaration<SVGDefsElementInterface>,
-	kInterfaceDeclaration<SVGSymbolElementInterface>,
-	kInterfaceDeclaration<SVGGroupElementInterface>,
-	kInterfaceDeclaration<SVGLinearGradientElementInterface>,
-	kInterfaceDeclaration<SVGRadialGradientElementInterface>,
-	kInterfaceDeclaration<SVGStopElementInterface>,
-	kInterfaceDeclaration<SVGPathElementInterface>,
-	kInterfaceDeclaration<SVGRectElementInterface>,
-	kInterfaceDeclaration<SVGCircleElementInterface>,
-	kInterfaceDeclaration<SVGLineElementInterface>,
-	kInterfaceDeclaration<SVGTextElementInterface>,
-	kInterfaceDeclaration<SVGMaskElementInterface>,
-	kInterfaceDeclaration<SVGClipPathElementInterface>,
-	kInterfaceDeclaration<VectorIconInterface>,
+template <typename... Interfaces>
+struct InterfaceEntries
+{
+	RegistrationEntry entries[sizeof...(Interfaces)] = {kInterfaceDeclaration<Interfaces>...};
 };
 
-ORVAN_REGISTER(ORVAN_ORDER_INTERFACES, referenceEntries)
-[] = {
-	ReferenceEntry<VectorIconInterface>(),
-	ReferenceEntry<SVGClipPathElementInterface>(),
-	ReferenceEntry<SVGMaskElementInterface>(),
-	ReferenceEntry<SVGTextElementInterface>(),
-	ReferenceEntry<SVGLineElementInterface>(),
-	ReferenceEntry<SVGCircleElementInterface>(),
-	ReferenceEntry<SVGRectElementInterface>(),
-	ReferenceEntry<SVGPathElementInterface>(),
-	ReferenceEntry<SVGStopElementInterface>(),
-	ReferenceEntry<SVGRadialGradientElementInterface>(),
-	ReferenceEntry<SVGLinearGradientElementInterface>(),
-	ReferenceEntry<SVGGroupElementInterface>(),
-	ReferenceEntry<SVGSymbolElementInterface>(),
-	ReferenceEntry<SVGDefsElementInterface>(),
-	ReferenceEntry<SVGUseElementInterface>(),
-	ReferenceEntry<SVGSVGElementInterface>(),
-	ReferenceEntry<SVGElementInterface>(),
-	ReferenceEntry<SVGSizeInterface>(),
-	ReferenceEntry<SVGPositionInterface>(),
-	ReferenceEntry<SVGRadiusInterface>(),
-	ReferenceEntry<SVGFitToViewboxInterface>(),
-	ReferenceEntry<SVGContextInterface>(),
-	ReferenceEntry<SVGDocumentInterface>(),
+template <typename... Interfaces>
+struct ReferenceEntries
+{
+	RegistrationEntry entries[sizeof...(Interfaces)] = {ReferenceEntry<Interfaces>()...};
 };
+
+// The own interfaces of the element classes; but not that of row 0, which all elements share.
+
+constexpr std::size_t kLastRow = ElementClasses::kCount - 1;
+
+template <std::size_t... numbers>
+InterfaceEntries<typename ElementClasses::Row<1 + numbers>::Interface...>
+	OwnInterfaces(std::index_sequence<numbers...>);
+
+template <std::size_t... numbers>
+ReferenceEntries<typename ElementClasses::Row<kLastRow - numbers>::Interface...>
+	OwnReferences(std::index_sequence<numbers...>);
+
+using ElementInterfaceEntries = decltype(OwnInterfaces(std::make_index_sequence<kLastRow>()));
+using ElementReferenceEntries = decltype(OwnReferences(std::make_index_sequence<kLastRow>()));
+
+// Interfaces, from the general to the special.
+
+using SharedInterfaceEntries =
+	InterfaceEntries<SVGDocumentInterface, SVGContextInterface, SVGElementInterface, SVGFitToViewboxInterface,
+					 SVGRadiusInterface, SVGPositionInterface, SVGSizeInterface>;
+
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, SharedInterfaceEntries, sharedInterfaces);
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, ElementInterfaceEntries, elementInterfaces);
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, InterfaceEntries<VectorIconInterface>, iconInterface);
+
+// References to them, from the special to the general.
+
+using SharedReferenceEntries =
+	ReferenceEntries<SVGElementInterface, SVGSizeInterface, SVGPositionInterface, SVGRadiusInterface,
+					 SVGFitToViewboxInterface, SVGContextInterface, SVGDocumentInterface>;
+
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, ReferenceEntries<VectorIconInterface>, iconReference);
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, ElementReferenceEntries, elementReferences);
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, SharedReferenceEntries, sharedReferences);
 
 } // namespace
 } // namespace orvan::svg

@@ -18,6 +18,9 @@ namespace orvan::svg
 /// One registration of a unit; `order` is the unit's from above.
 #define ORVAN_REGISTER(order, name) [[gnu::init_priority(order)]] const RegistrationEntry name
 
+/// The registrations of all that a list holds; `Entries` is a class whose members are the entries.
+#define ORVAN_REGISTER_ALL(order, Entries, name) [[gnu::init_priority(order)]] const Entries name
+
 using Kind = RegistrationEntry::Kind;
 
 /// The registration of a value type, and of an interface's reference type.

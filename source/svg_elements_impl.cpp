@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// The element classes and the value types: their code that is more than a line, and their registration.
-#include "elements/element_classes.h"
+#include "elements/class_table.h"
 #include "registration.h"
 
 #include <algorithm>
@@ -74,17 +74,17 @@ Result<void> UseElement::SetShadowRoot(const SVGElementRef& element) noexcept
 
 // Gradients ----------------------------------------------------------------------------------------------------------
 
-Float StopElement::Stop::GetOffset() const noexcept
+Float Stop::GetOffset() const noexcept
 {
 	return ClampToUnit(_element.GetOr(SVGImportAttribute::offset, 0.0));
 }
 
-Color StopElement::Stop::GetColor() const noexcept
+Color Stop::GetColor() const noexcept
 {
 	return _element.GetOr(SVGImportAttribute::stopColor, Color());
 }
 
-Float StopElement::Stop::GetOpacity() const noexcept
+Float Stop::GetOpacity() const noexcept
 {
 	return _element.GetOr(SVGImportAttribute::stopOpacity, 1.0);
 }
@@ -175,51 +175,14 @@ Result<void> TextElement::CopyStateTo(TextElement& copy) const noexcept
 namespace
 {
 
-/// The declaration of an element class: the two interfaces of every element, and its own.
-template <typename Element, typename... Bindings>
-constexpr ClassDeclaration DeclareElement(const char* id) noexcept
+/// The declarations of the classes, in the order of the table.
+template <typename... Rows>
+constexpr std::array<ClassDeclaration, sizeof...(Rows)> DeclareAll(ClassList<Rows...>) noexcept
 {
-	return DeclareClass<Element, Implements<SVGElementInterface, ElementBase>,
-						Implements<HierarchyObjectInterface, HierarchyObject>, Bindings...>(id);
+	return {Rows::Declare()...};
 }
 
-constexpr std::array kElementClasses = {
-	DeclareElement<BaseElement>("net.orvan.image.class.svgelement"),
-	DeclareElement<SVGElement, Implements<SVGSVGElementInterface, SVGElement>,
-				   Implements<SVGFitToViewboxInterface, FitToViewbox>, Implements<SVGPositionInterface, Position>,
-				   Implements<SVGSizeInterface, Size>>("net.orvan.image.class.svgsvgelement"),
-	DeclareElement<UseElement, Implements<SVGUseElementInterface, UseElement>,
-				   Implements<SVGPositionInterface, Position>, Implements<SVGSizeInterface, Size>>(
-		"net.orvan.image.class.svguseelement"),
-	DeclareElement<DefsElement, Implements<SVGDefsElementInterface, DefsElement>>(
-		"net.orvan.image.class.svgdefselement"),
-	DeclareElement<SymbolElement, Implements<SVGSymbolElementInterface, SymbolElement>,
-				   Implements<SVGFitToViewboxInterface, FitToViewbox>>("net.orvan.image.class.svgsymbolelement"),
-	DeclareElement<GroupElement, Implements<SVGGroupElementInterface, GroupElement>>(
-		"net.orvan.image.class.svggroupelement"),
-	DeclareElement<LinearGradientElement, Implements<SVGLinearGradientElementInterface, LinearGradientElement>>(
-		"net.orvan.image.class.svglineargradientelement"),
-	DeclareElement<RadialGradientElement, Implements<SVGRadialGradientElementInterface, RadialGradientElement>>(
-		"net.orvan.image.class.svgradialgradientelement"),
-	DeclareElement<StopElement, Implements<SVGStopElementInterface, StopElement::Stop>>(
-		"net.orvan.image.class.svgstopelement"),
-	DeclareElement<PathElement, Implements<SVGPathElementInterface, PathElement>>(
-		"net.orvan.image.class.svgpathelement"),
-	DeclareElement<RectElement, Implements<SVGRectElementInterface, RectElement>,
-				   Implements<SVGPositionInterface, Position>, Implements<SVGSizeInterface, Size>,
-				   Implements<SVGRadiusInterface, Radius>>("net.orvan.image.class.svgrectelement"),
-	DeclareElement<CircleElement, Implements<SVGCircleElementInterface, CircleElement>,
-				   Implements<SVGPositionInterface, CenterPosition>, Implements<SVGRadiusInterface, Radius>>(
-		"net.orvan.image.class.svgcircleelement"),
-	DeclareElement<LineElement, Implements<SVGLineElementInterface, LineEnds>>("net.orvan.image.class.svglineelement"),
-	DeclareElement<TextElement, Implements<SVGTextElementInterface, TextElement>,
-				   Implements<SVGPositionInterface, Position>>("net.orvan.image.class.svgtextelement"),
-	DeclareElement<MaskElement, Implements<SVGMaskElementInterface, MaskElement>,
-				   Implements<SVGPositionInterface, Position>, Implements<SVGSizeInterface, Size>>(
-		"net.orvan.image.class.svgmaskelement"),
-	DeclareElement<ClipPathElement, Implements<SVGClipPathElementInterface, ClipPathElement>>(
-		"net.orvan.image.class.svgclippathelement"),
-};
+constexpr std::array kElementClasses = DeclareAll(ElementClasses());
 
 } // namespace
 
@@ -247,14 +210,17 @@ constexpr UseDeclaration kUses[] = {
 
 ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, unitEntry)(Kind::unit, "svg_elements_impl");
 
-ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, classEntries)
-[] = {
-	kElementClasses[0],  kElementClasses[1],  kElementClasses[2],  kElementClasses[3],
-	kElementClasses[4],  kElementClasses[5],  kElementClasses[6],  kElementClasses[7],
-	kElementClasses[8],  kElementClasses[9],  kElementClasses[10], kElementClasses[11],
-	kElementClasses[12], kElementClasses[13], kElementClasses[14], kElementClasses[15],
+template <typename Numbers>
+struct ClassEntries;
+
+template <std::size_t... numbers>
+struct ClassEntries<std::index_sequence<numbers...>>
+{
+	RegistrationEntry entries[sizeof...(numbers)] = {kElementClasses[numbers]...};
 };
-static_assert(std::size(classEntries) == kElementClasses.size());
+
+using ElementClassEntries = ClassEntries<std::make_index_sequence<kElementClasses.size()>>;
+ORVAN_REGISTER_ALL(ORVAN_ORDER_ELEMENTS, ElementClassEntries, classEntries);
 
 ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, dataTypeEntries)
 [] = {

@@ -2,8 +2,8 @@
 /// The importer: the driver that parses the XML, and the builder that walks it.
 #include "import.h"
 
-#include "importer/names.h"
 #include "importer/parse_context.h"
+#include "importer/tags.h"
 #include "importer/xml/xml_guard.h"
 #include "importer/xml/xml_memory.h"
 #include "importer/xml/xml_parser.h"
@@ -53,56 +53,6 @@ std::string_view ValueOf(const xml::xml_base<char>& node) noexcept
 	return {node.value(), node.value_size()};
 }
 
-struct TagRow
-{
-	std::string_view name;
-	SVGImportElementKind kind;
-};
-
-/// All tags. Polygons and polylines are paths, ellipses are circles.
-constexpr std::array kTags = {
-	TagRow{"svg", SVGImportElementKind::svg},
-	TagRow{"g", SVGImportElementKind::group},
-	TagRow{"use", SVGImportElementKind::use},
-	TagRow{"defs", SVGImportElementKind::defs},
-	TagRow{"symbol", SVGImportElementKind::symbol},
-	TagRow{"linearGradient", SVGImportElementKind::linearGradient},
-	TagRow{"radialGradient", SVGImportElementKind::radialGradient},
-	TagRow{"stop", SVGImportElementKind::stop},
-	TagRow{"path", SVGImportElementKind::path},
-	TagRow{"polygon", SVGImportElementKind::path},
-	TagRow{"polyline", SVGImportElementKind::path},
-	TagRow{"rect", SVGImportElementKind::rect},
-	TagRow{"circle", SVGImportElementKind::circle},
-	TagRow{"ellipse", SVGImportElementKind::circle},
-	TagRow{"line", SVGImportElementKind::line},
-	TagRow{"text", SVGImportElementKind::text},
-	TagRow{"mask", SVGImportElementKind::mask},
-	TagRow{"clipPath", SVGImportElementKind::clipPath},
-};
-
-constexpr NameIndex<kTags.size()> kTagIndex(kTags);
-
-/// The classes by kind. An unknown tag makes a group.
-constinit const std::array<ObjectFactory, 16> kFactories = {
-	ObjectFactory("net.orvan.image.class.svggroupelement"),
-	ObjectFactory("net.orvan.image.class.svgsvgelement"),
-	ObjectFactory("net.orvan.image.class.svggroupelement"),
-	ObjectFactory("net.orvan.image.class.svguseelement"),
-	ObjectFactory("net.orvan.image.class.svgdefselement"),
-	ObjectFactory("net.orvan.image.class.svgsymbolelement"),
-	ObjectFactory("net.orvan.image.class.svglineargradientelement"),
-	ObjectFactory("net.orvan.image.class.svgradialgradientelement"),
-	ObjectFactory("net.orvan.image.class.svgstopelement"),
-	ObjectFactory("net.orvan.image.class.svgpathelement"),
-	ObjectFactory("net.orvan.image.class.svgrectelement"),
-	ObjectFactory("net.orvan.image.class.svgcircleelement"),
-	ObjectFactory("net.orvan.image.class.svglineelement"),
-	ObjectFactory("net.orvan.image.class.svgtextelement"),
-	ObjectFactory("net.orvan.image.class.svgmaskelement"),
-	ObjectFactory("net.orvan.image.class.svgclippathelement"),
-};
-
 /// The tag's name without the prefix when that is bound to the SVG namespace, as written otherwise.
 std::string_view TagNameOf(const XmlNode& node) noexcept
 {
@@ -141,9 +91,9 @@ public:
 	{
 		_memory.ReleaseBefore(&node);
 		const std::string_view name = TagNameOf(node);
-		const TagRow* tag = kTagIndex.Find(kTags, name);
-		const SVGImportElementKind kind = tag != nullptr ? tag->kind : SVGImportElementKind::unknown;
-		SVGElementRef element = ORVAN_TRY(kFactories[static_cast<std::size_t>(kind)].Create<SVGElementInterface>());
+		const SVGImportElementKind kind = KindOfTag(name);
+		const ObjectFactory& factory = kElementFactories[static_cast<std::size_t>(kind)];
+		SVGElementRef element = ORVAN_TRY(factory.Create<SVGElementInterface>());
 		if (parent)
 			ORVAN_TRY(Borrowed<HierarchyObjectInterface>(element)->InsertAsLastChildOf(parent, {}));
 		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);

@@ -13,6 +13,8 @@ template <SVGImportElementKind kind>
 class PlainElement : public ElementBase
 {
 public:
+	static constexpr SVGImportElementKind kKind = kind;
+
 	PlainElement() noexcept : ElementBase(kind)
 	{
 	}
@@ -27,6 +29,7 @@ using CircleElement = PlainElement<SVGImportElementKind::circle>;
 using LineElement = PlainElement<SVGImportElementKind::line>;
 using MaskElement = PlainElement<SVGImportElementKind::mask>;
 using ClipPathElement = PlainElement<SVGImportElementKind::clipPath>;
+using StopElement = PlainElement<SVGImportElementKind::stop>;
 
 class SVGElement : public PlainElement<SVGImportElementKind::svg>
 {
@@ -50,24 +53,22 @@ private:
 	WeakRef _shadowRoot; ///< Weak, so that uses that lead in circles keep nobody alive.
 };
 
-class StopElement : public PlainElement<SVGImportElementKind::stop>
+/// The methods of the stop's own interface. `GetOpacity` is not that of the element.
+class Stop
 {
 public:
-	/// The methods of the stop's own interface. `GetOpacity` is not that of the element.
-	class Stop
+	using Interface = SVGStopElementInterface;
+
+	explicit Stop(ElementBase& element) noexcept : _element(element)
 	{
-	public:
-		explicit Stop(ElementBase& element) noexcept : _element(element)
-		{
-		}
+	}
 
-		Float GetOffset() const noexcept;
-		Color GetColor() const noexcept;
-		Float GetOpacity() const noexcept;
+	Float GetOffset() const noexcept;
+	Color GetColor() const noexcept;
+	Float GetOpacity() const noexcept;
 
-	private:
-		ElementBase& _element;
-	};
+private:
+	ElementBase& _element;
 };
 
 class LinearGradientElement : public PlainElement<SVGImportElementKind::linearGradient>

@@ -2,7 +2,7 @@
 /// The component interfaces: views of an element's attributes, made for the duration of one call.
 ///
 /// A component holds no state. It reads and writes the dictionary entries that the importer fills, so that a value is
-/// the same whichever way it is reached.
+/// the same whichever way it is reached. `Interface` names the one that it answers for.
 #pragma once
 
 #include "elements/element_base.h"
@@ -64,6 +64,8 @@ template <SVGImportAttribute first, SVGImportAttribute second>
 class PositionAt : public LengthPair<first, second>
 {
 public:
+	using Interface = SVGPositionInterface;
+
 	using LengthPair<first, second>::LengthPair;
 
 	Result<void> SetX(const SVGLength& x) noexcept { return this->SetFirst(x); }
@@ -80,6 +82,8 @@ using CenterPosition = PositionAt<SVGImportAttribute::cx, SVGImportAttribute::cy
 class Size : public LengthPair<SVGImportAttribute::width, SVGImportAttribute::height>
 {
 public:
+	using Interface = SVGSizeInterface;
+
 	using LengthPair::LengthPair;
 
 	Result<void> SetWidth(const SVGLength& width) noexcept { return SetFirst(width); }
@@ -94,6 +98,8 @@ public:
 class LineEnds
 {
 public:
+	using Interface = SVGLineElementInterface;
+
 	explicit LineEnds(ElementBase& element) noexcept : _first(element), _second(element) {}
 
 	Result<void> SetX1(const SVGLength& x) noexcept { return _first.SetX(x); }
@@ -120,6 +126,8 @@ private:
 class Radius : public LengthPair<SVGImportAttribute::rx, SVGImportAttribute::ry>
 {
 public:
+	using Interface = SVGRadiusInterface;
+
 	using LengthPair::LengthPair;
 
 	Result<void> SetRadiusX(const SVGLength& radius) noexcept
@@ -162,6 +170,8 @@ private:
 class FitToViewbox
 {
 public:
+	using Interface = SVGFitToViewboxInterface;
+
 	explicit FitToViewbox(ElementBase& element) noexcept : _element(element)
 	{
 	}
