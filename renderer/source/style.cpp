@@ -48,6 +48,20 @@ double ToUserUnits(const SVGLength& length, Axis axis, const Viewport& viewport,
 		return length.value * (axis == Axis::horizontal ? viewport.width
 							   : axis == Axis::vertical ? viewport.height
 														: viewport.GetDiagonal());
+	case SVGLengthUnit::q:
+		return length.value * kPixelsPerInch / 101.6;
+	case SVGLengthUnit::rem:
+		return length.value * 16.0;
+	case SVGLengthUnit::ch:
+		return length.value * fontSize / 2.0;
+	case SVGLengthUnit::vw:
+		return length.value * viewport.width / 100.0;
+	case SVGLengthUnit::vh:
+		return length.value * viewport.height / 100.0;
+	case SVGLengthUnit::vmin:
+		return length.value * std::min(viewport.width, viewport.height) / 100.0;
+	case SVGLengthUnit::vmax:
+		return length.value * std::max(viewport.width, viewport.height) / 100.0;
 	case SVGLengthUnit::px:
 	case SVGLengthUnit::number:
 		break;
