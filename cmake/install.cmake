@@ -3,17 +3,24 @@
 # program and further modules say so in their own folders.
 include(CMakePackageConfigHelpers)
 
-set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvan-svg)
-
 install(TARGETS orvan_host orvan_host_api orvan_svg_api orvan_svg_render_api EXPORT orvan-svg-targets
 	ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY host/include/ DESTINATION include)
 install(DIRECTORY include/ renderer/include/ DESTINATION include/orvan-svg FILES_MATCHING PATTERN *.h)
 install(TARGETS orvan_svg LIBRARY DESTINATION ${ORVAN_INSTALLED_MODULES})
 
+# How others find it: as a CMake package and with pkg-config, wherever the prefix is moved to.
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvan-svg)
 install(EXPORT orvan-svg-targets NAMESPACE orvan:: DESTINATION ${package_folder})
 configure_package_config_file(cmake/orvan-svg-config.cmake.in ${PROJECT_BINARY_DIR}/orvan-svg-config.cmake
 	INSTALL_DESTINATION ${package_folder} PATH_VARS ORVAN_INSTALLED_MODULES)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/orvan-svg-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/orvan-svg-config.cmake ${PROJECT_BINARY_DIR}/orvan-svg-config-version.cmake
-	DESTINATION ${package_folder})
+	cmake/modules.cmake cmake/module.map DESTINATION ${package_folder})
+
+file(RELATIVE_PATH ORVAN_PREFIX_FROM_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(cmake/orvan-svg.pc.in ${PROJECT_BINARY_DIR}/orvan-svg.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/orvan-svg.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES README.md LICENSE THIRD-PARTY.md CHANGELOG.md DESTINATION share/doc/orvan-svg)
+install(DIRECTORY docs examples DESTINATION share/doc/orvan-svg)

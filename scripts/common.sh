@@ -12,9 +12,30 @@ build_packages=(
 	libgtest-dev
 )
 test_packages=(
-	binutils clang-format
+	binutils clang-format clang-tidy doxygen
 	python3 python3-numpy python3-pil librsvg2-bin # pictures to compare with
 )
+
+lock_timeout=900 # Seconds that the package manager may be busy with something else.
+
+# apt_get ARGS…: apt-get as root, which waits while somebody else is installing packages. It waits for the lock of the
+# packages by itself when it is told to, but never for those of the lists and of the archives; then it is tried again.
+apt_get()
+{
+	local errors status deadline=$((SECONDS + lock_timeout))
+	while true; do
+		status=0
+		{
+			errors=$("${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+				apt-get -q -o DPkg::Lock::Timeout="$lock_timeout" "$@" 2>&1 >&3 3>&- </dev/null) || status=$?
+		} 3>&2
+		if ((status == 0 || SECONDS >= deadline)) || ! grep -q '^E: Could not get lock' <<<"$errors"; then
+			[[ -z $errors ]] || printf '%s\n' "$errors" >&2
+			return "$status"
+		fi
+		sleep 1
+	done
+}
 
 # install_missing PACKAGE…: installs the Debian packages that are not there yet; does nothing when all are.
 install_missing()
@@ -24,7 +45,7 @@ install_missing()
 		[[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] || missing+=("$package")
 	done
 	((${#missing[@]})) || return 0
-	local as_root=()
+	as_root=()
 	if ((EUID != 0)); then
 		if ! command -v sudo >/dev/null; then
 			echo "Missing packages, and neither root nor sudo to install them: ${missing[*]}" >&2
@@ -33,9 +54,8 @@ install_missing()
 		as_root=(sudo)
 	fi
 	echo "Installing ${missing[*]}" >&2
-	"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q update >&2 </dev/null
-	"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-		apt-get -q -y --no-install-recommends install "${missing[@]}" >&2 </dev/null
+	apt_get update
+	apt_get -y --no-install-recommends install "${missing[@]}"
 }
 
 # build PRESET [TARGET…]: configures where that has not been done, and builds the targets (all when none is named).
