@@ -51,7 +51,15 @@ enum class LengthUnit : std::int32_t
 	pt = 6,
 	pc = 7,
 	percent = 8, ///< The value is a fraction: 50% is 0.5.
-	none = 9     ///< A plain number.
+	none = 9,    ///< A plain number.
+	// What only the complete import delivers.
+	q = 10,    ///< A quarter of a millimetre.
+	rem = 11,  ///< The font size of the root.
+	ch = 12,   ///< The advance of the digit zero.
+	vw = 13,   ///< A hundredth of the viewport's width.
+	vh = 14,   ///< A hundredth of the viewport's height.
+	vmin = 15, ///< The smaller of the two.
+	vmax = 16  ///< The larger of the two.
 };
 
 /// A length with the unit it was written in. Negative lengths are accepted everywhere.
