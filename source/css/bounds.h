@@ -20,7 +20,7 @@ inline constexpr std::size_t kMaxDeclarations = 1'000'000;
 
 /// Compounds of one selector without those inside its parentheses: "a > b.c d" has three. A selector with more makes
 /// its rule invalid.
-inline constexpr std::size_t kMaxCompounds = 256;
+inline constexpr std::size_t kMaxCompounds = 64;
 
 /// Selectors nested in parentheses: ":not(:is(a))" is two deep. A selector that is nested deeper makes its rule
 /// invalid.

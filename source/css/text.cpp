@@ -74,6 +74,12 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right)
 		   std::equal(left.begin(), left.end(), right.begin(), [](char a, char b) { return ToLower(a) == ToLower(b); });
 }
 
+bool EndsInEscape(std::string_view text)
+{
+	const std::size_t last = text.find_last_not_of('\\');
+	return (text.size() - (last == text.npos ? 0 : last + 1)) % 2 != 0;
+}
+
 std::string_view Unescape(std::string_view text, Arena& arena)
 {
 	if (text.find('\\') == text.npos && text.find('\0') == text.npos)

@@ -16,6 +16,9 @@ using Arena = std::pmr::monotonic_buffer_resource;
 /// True when both are the same but for the case of ASCII letters.
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 
+/// True when the last byte is a backslash that no other one escapes.
+bool EndsInEscape(std::string_view text);
+
 /// With every escape replaced by its character and zero bytes by U+FFFD, as in a name or the content of a string: an
 /// escaped line end vanishes.
 std::string_view Unescape(std::string_view text, Arena& arena);

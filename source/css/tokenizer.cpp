@@ -20,13 +20,6 @@ bool IsUrl(std::string_view name, bool isPlain)
 	// Six digits and a blank for each of three letters.
 	return name.size() <= 24 && EqualsIgnoringCase(Unescape(name, arena), "url");
 }
-
-/// True when the last byte is a backslash that no other one escapes.
-bool EndsInEscape(std::string_view text)
-{
-	const std::size_t last = text.find_last_not_of('\\');
-	return (text.size() - (last == text.npos ? 0 : last + 1)) % 2 != 0;
-}
 } // namespace
 
 std::string_view Token::Name() const
@@ -79,7 +72,8 @@ std::int32_t Token::Integer() const
 	return static_cast<std::int32_t>(isNegative ? -value : value);
 }
 
-Tokenizer::Tokenizer(std::string_view text) : _begin(text.data()), _end(text.data() + text.size()), _at(_begin)
+Tokenizer::Tokenizer(std::string_view text, std::size_t start)
+	: _begin(text.data()), _end(text.data() + text.size()), _at(_begin + start)
 {
 	Advance();
 }

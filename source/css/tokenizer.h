@@ -83,8 +83,9 @@ struct Token
 class Tokenizer
 {
 public:
-	/// Stands on the first token. The text may have any bytes; the caller keeps it alive.
-	explicit Tokenizer(std::string_view text);
+	/// Stands on the first token, or on the first one from a place on. The text may have any bytes; the caller keeps it
+	/// alive. A copy goes on by itself.
+	explicit Tokenizer(std::string_view text, std::size_t start = 0);
 
 	/// The token it stands on; `end` behind the last one.
 	const Token& Current() const
@@ -142,8 +143,8 @@ private:
 	void ReadRestOfBadUrl();
 	TokenType ReadPunctuation(char c);
 
-	const char* const _begin;
-	const char* const _end;
+	const char* _begin;
+	const char* _end;
 	const char* _at;
 	Token _current;
 	std::size_t _commentCount = 0;

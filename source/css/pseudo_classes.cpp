@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "pseudo_classes.h"
+
+#include "text.h"
+
+namespace orvan::css
+{
+namespace
+{
+template <typename Meaning>
+struct Row
+{
+	std::string_view name;
+	Meaning meaning;
+};
+
+constexpr Row<PseudoClass> kClasses[]{
+	{"first-child", PseudoClass::firstChild},
+	{"last-child", PseudoClass::lastChild},
+	{"only-child", PseudoClass::onlyChild},
+	{"first-of-type", PseudoClass::firstOfType},
+	{"last-of-type", PseudoClass::lastOfType},
+	{"only-of-type", PseudoClass::onlyOfType},
+	{"root", PseudoClass::root},
+	{"scope", PseudoClass::root},
+	{"empty", PseudoClass::empty},
+	{"link", PseudoClass::link},
+	{"any-link", PseudoClass::link},
+	{"defined", PseudoClass::always},
+	{"hover", PseudoClass::user},
+	{"active", PseudoClass::user},
+	{"focus", PseudoClass::user},
+	{"focus-visible", PseudoClass::user},
+	{"focus-within", PseudoClass::user},
+	{"visited", PseudoClass::never},
+	{"target", PseudoClass::never},
+	{"autofill", PseudoClass::never},
+	{"checked", PseudoClass::never},
+	{"default", PseudoClass::never},
+	{"disabled", PseudoClass::never},
+	{"enabled", PseudoClass::never},
+	{"fullscreen", PseudoClass::never},
+	{"host", PseudoClass::never},
+	{"in-range", PseudoClass::never},
+	{"indeterminate", PseudoClass::never},
+	{"invalid", PseudoClass::never},
+	{"modal", PseudoClass::never},
+	{"open", PseudoClass::never},
+	{"optional", PseudoClass::never},
+	{"out-of-range", PseudoClass::never},
+	{"picture-in-picture", PseudoClass::never},
+	{"placeholder-shown", PseudoClass::never},
+	{"popover-open", PseudoClass::never},
+	{"read-only", PseudoClass::never},
+	{"read-write", PseudoClass::never},
+	{"required", PseudoClass::never},
+	{"user-invalid", PseudoClass::never},
+	{"user-valid", PseudoClass::never},
+	{"valid", PseudoClass::never},
+};
+
+constexpr Row<PseudoFunction> kFunctions[]{
+	{"is", PseudoFunction::is},
+	{"where", PseudoFunction::where},
+	{"not", PseudoFunction::isNot},
+	{"nth-child", PseudoFunction::nthChild},
+	{"nth-last-child", PseudoFunction::nthLastChild},
+	{"nth-of-type", PseudoFunction::nthOfType},
+	{"nth-last-of-type", PseudoFunction::nthLastOfType},
+	{"lang", PseudoFunction::language},
+	{"dir", PseudoFunction::never},
+};
+
+struct PseudoElement
+{
+	std::string_view name;
+	bool mayHaveSingleColon;
+};
+
+constexpr PseudoElement kElements[]{
+	{"before", true},
+	{"after", true},
+	{"first-line", true},
+	{"first-letter", true},
+	{"backdrop", false},
+	{"cue", false},
+	{"file-selector-button", false},
+	{"grammar-error", false},
+	{"marker", false},
+	{"placeholder", false},
+	{"selection", false},
+	{"spelling-error", false},
+	{"target-text", false},
+	{"view-transition", false},
+};
+
+template <typename Meaning, std::size_t count>
+Meaning Find(const Row<Meaning> (&rows)[count], std::string_view name)
+{
+	for (const Row<Meaning>& row : rows)
+	{
+		if (EqualsIgnoringCase(row.name, name))
+			return row.meaning;
+	}
+	return Meaning::unknown;
+}
+} // namespace
+
+PseudoClass FindPseudoClass(std::string_view name)
+{
+	return Find(kClasses, name);
+}
+
+PseudoFunction FindPseudoFunction(std::string_view name)
+{
+	return Find(kFunctions, name);
+}
+
+bool IsPseudoElement(std::string_view name, bool hasSingleColon)
+{
+	for (const PseudoElement& element : kElements)
+	{
+		if (EqualsIgnoringCase(element.name, name))
+			return element.mayHaveSingleColon || !hasSingleColon;
+	}
+	// What browsers call by a name of their own is valid to them, whether they know it or not.
+	return !hasSingleColon && name.size() > 8 && EqualsIgnoringCase(name.substr(0, 8), "-webkit-");
+}
+} // namespace orvan::css
