@@ -13,7 +13,7 @@ namespace
 using Entry = DictionaryBlock::Entry;
 
 constexpr std::uint32_t kFirstEntries = 4;
-constexpr std::uint32_t kFirstValueBytes = 64;
+constexpr std::uint32_t kFirstValueBytes = 80;
 
 /// Bytes that a value of the type takes inside the block: itself, or the pointer to it.
 std::uint32_t SlotSize(const DataType* type) noexcept
@@ -215,6 +215,22 @@ void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType*
 	target.hasOwners = true;
 	std::memcpy(slot, &outside, sizeof outside);
 	return outside;
+}
+
+void DictionaryRemove(DictionaryBlock* block, std::int32_t key) noexcept
+{
+	Entry* const end = block->Entries() + block->count;
+	Entry* const entry = std::find_if(block->Entries(), end, [key](const Entry& other) { return other.key == key; });
+	if (entry == end)
+		return;
+	DropValue(block, *entry);
+	const std::uint32_t bytes = SlotSize(entry->type);
+	if (entry->offset + bytes == block->valueEnd)
+		block->valueEnd -= bytes;
+	else
+		block->hasGaps = true;
+	std::copy(entry + 1, end, entry);
+	block->count--;
 }
 
 ErrorBlock* DictionaryClone(const DictionaryBlock* block, DictionaryBlock** result) noexcept

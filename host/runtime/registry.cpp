@@ -168,6 +168,8 @@ struct HostTypes
 		Add<Float>();
 		Add<String>();
 		Add<Color>();
+		Add<Vector2d>();
+		Add<Matrix2d>();
 		for (const char* header : {"object", "string", "array", "url", "data_type", "data_dictionary", "hierarchy",
 								   "geometry", "diagnostics", "file_monitor", "class_declaration", "module"})
 			IgnoreResult(AddHeader(header));

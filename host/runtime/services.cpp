@@ -87,6 +87,7 @@ constexpr HostServices kServices = {
 	.watchFile = &runtime::WatchFile,
 	.unwatchFile = &runtime::UnwatchFile,
 	.parseFloat = &ParseFloat,
+	.dictionaryRemove = &runtime::DictionaryRemove,
 };
 
 /// The host's own types are there before `main` starts, so that data can be made without any module.

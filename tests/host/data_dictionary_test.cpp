@@ -55,6 +55,12 @@ TEST(DataDictionary, KeepsItsEntriesInTheOrderOfTheirKeys)
 		const std::int32_t key = i * 37 % 101 - 50;
 		Must(dictionary.Set(key, Float(i)));
 		model[key] = i;
+		if (i % 3 == 0)
+		{
+			const std::int32_t gone = i * 53 % 101 - 50;
+			EXPECT_EQ(model.erase(gone) != 0, Must(dictionary.Remove(gone)));
+			EXPECT_FALSE(dictionary.Has(gone));
+		}
 	}
 	ASSERT_EQ(model.size(), dictionary.GetCount());
 	auto expected = model.begin();
@@ -124,6 +130,44 @@ TEST(DataDictionary, CopiesShareOneContentUntilOneIsWritten)
 	const BaseArray<Float>* numbers = first.Find<BaseArray<Float>>(3);
 	Must(first.Set(1, 0.8));
 	EXPECT_EQ(numbers, first.Find<BaseArray<Float>>(3));
+}
+
+TEST(DataDictionary, GivesBackWhatIsRemovedAndLeavesCopiesAlone)
+{
+	const auto live = FindDataType<String>()->liveValues.load();
+	const auto allocations = CountAllocations();
+	{
+		const DataDictionary original = MixedDictionary();
+		DataDictionary dictionary = original;
+		EXPECT_FALSE(Must(dictionary.Remove(9)));
+		EXPECT_TRUE(dictionary.IsSameObject(original)) << "nothing was there to be removed";
+		EXPECT_EQ(3, FailEachAllocation(
+						 [&]
+						 {
+							 dictionary = original;
+							 Result<bool> removed = dictionary.Remove(1);
+							 EXPECT_EQ(removed.IsOk(), !dictionary.Has(1));
+							 return removed;
+						 }))
+			<< "the copied block, large value and array";
+		// Again and again in the room of one, among values of all kinds: the block must not grow.
+		Must(dictionary.Set(1, 0.25));
+		const DataDictionary::Entry* entries = dictionary.begin();
+		for (int round = 0; round < 100; round++)
+		{
+			Must(dictionary.Remove(1));
+			Must(dictionary.Set(1, Float(round)));
+		}
+		EXPECT_EQ(entries, dictionary.begin());
+		for (const std::int32_t key : {2, 4, 3, 1})
+			EXPECT_TRUE(Must(dictionary.Remove(key)));
+		EXPECT_TRUE(dictionary.IsSameObject(DataDictionary())) << "an empty dictionary takes no memory";
+		EXPECT_EQ(0.5, original.GetOr(1, 0.0));
+		EXPECT_EQ((std::vector<std::int32_t>{1, 2, 3, 4}), Keys(original));
+		EXPECT_EQ(live + 1, FindDataType<String>()->liveValues.load());
+	}
+	EXPECT_EQ(live, FindDataType<String>()->liveValues.load());
+	EXPECT_EQ(allocations, CountAllocations());
 }
 
 TEST(DataDictionary, IsAsItWasAfterAFailedWrite)

@@ -116,6 +116,11 @@ TEST(DataTypeRegistry, KnowsArraysByTheElementsIdAndRefusesASecondOwner)
 	EXPECT_EQ("Data type 'net.orvan.datatype.Float' is already registered.",
 			  MessageOf(runtime::AddDataType(kDataTypeDeclaration<Float>)));
 	EXPECT_NE(nullptr, FindDataType<Float>()->operations.load());
+	// The types of geometry are the host's own, as are their arrays.
+	const Data map = Must(Data::Create(Matrix2d{{1, 2}, {3, 4}, {5, 6}}));
+	EXPECT_STREQ("net.orvan.datatype.Matrix2d", map.GetType()->id);
+	EXPECT_EQ((Vector2d{5, 6}), map.Get<Matrix2d>()->axis2);
+	EXPECT_STREQ("net.orvan.datatype.Vector2d[]", Must(Data::Create(BaseArray<Vector2d>())).GetType()->id);
 }
 
 } // namespace

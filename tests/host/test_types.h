@@ -9,7 +9,7 @@ namespace orvan
 
 struct LargeValue
 {
-	Float numbers[6] = {};
+	Float numbers[7] = {};
 };
 
 struct UnregisteredValue

@@ -12,6 +12,7 @@
 #include <concepts>
 #include <cstddef>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace orvan
@@ -50,19 +51,25 @@ struct Implements
 	template <typename Impl>
 	static constexpr InterfaceBinding BindingFor() noexcept
 	{
-		return {I::kId, I::kSlotCount,
-				[](AnyMethod* slots) noexcept
-				{
-					Fill<Impl>(slots, std::make_integer_sequence<int, I::kSlotCount>());
-				}};
+		// A component that is an object by itself is reached without knowing the class that derives from it, so that
+		// all classes with this component share its slot entries.
+		constexpr bool kIsObject = std::derived_from<Component, ObjectBase>;
+		static_assert(!kIsObject || std::derived_from<Impl, Component>, "the class does not have this component");
+		return {I::kId, I::kSlotCount, &Fill<std::conditional_t<kIsObject, Component, Impl>>};
 	}
 
 private:
-	template <typename Impl, int... numbers>
-	static void Fill([[maybe_unused]] AnyMethod* slots, std::integer_sequence<int, numbers...>) noexcept
+	template <typename Object>
+	static void Fill(AnyMethod* slots) noexcept
+	{
+		FillSlots<Object>(slots, std::make_integer_sequence<int, I::kSlotCount>());
+	}
+
+	template <typename Object, int... numbers>
+	static void FillSlots([[maybe_unused]] AnyMethod* slots, std::integer_sequence<int, numbers...>) noexcept
 	{
 		if constexpr (sizeof...(numbers) > 0)
-			((slots[numbers] = I::template Bind<Impl, Component>(Slot<numbers + 1>())), ...);
+			((slots[numbers] = I::template Bind<Object, Component>(Slot<numbers + 1>())), ...);
 	}
 };
 

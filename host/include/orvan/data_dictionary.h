@@ -29,7 +29,7 @@ struct DictionaryBlock
 	std::uint32_t entryCapacity;
 	std::uint32_t valueEnd; ///< Where the next value goes.
 	std::uint32_t blockSize;
-	bool hasGaps;   ///< Values that were replaced left room between the others.
+	bool hasGaps;   ///< Values that were replaced or removed left room between the others.
 	bool hasOwners; ///< A value may own something, so that releasing it takes more than dropping its bytes.
 
 	/// Bytes that a value of some size takes among the values.
@@ -158,6 +158,23 @@ public:
 		return {};
 	}
 
+	/// Takes the value of `key` out; the result says whether there was one. Removing the last entry gives the memory
+	/// back. Only a dictionary that shares its content with copies allocates here, to have one of its own, and thus can
+	/// run out of memory; it is then as it was, as are the copies in any case.
+	Result<bool> Remove(std::int32_t key) noexcept
+	{
+		if (!Has(key))
+			return false;
+		if (_block->count == 1)
+		{
+			Host().dictionaryRelease(std::exchange(_block, nullptr));
+			return true;
+		}
+		ORVAN_TRY(MakeOwn());
+		Host().dictionaryRemove(_block, key);
+		return true;
+	}
+
 	/// A copy of the value of `key`; not found when it is absent.
 	Result<Data> GetData(std::int32_t key) const noexcept
 	{
@@ -218,17 +235,25 @@ private:
 		return reinterpret_cast<char*>(&block) + std::exchange(block.valueEnd, block.valueEnd + bytes);
 	}
 
-	/// Makes the content this dictionary's own and returns raw storage for a value under `key`.
-	Result<void*> Store(std::int32_t key, const DataType* type) noexcept
+	/// Makes the content, of which there must be some, this dictionary's own.
+	Result<void> MakeOwn() noexcept
 	{
-		if (type->operations.load(std::memory_order_relaxed) == nullptr)
-			return NotFoundError("No loaded module provides data type '@'.", type->id);
-		if (_block != nullptr && _block->references.load(std::memory_order_acquire) > 1)
+		if (_block->references.load(std::memory_order_acquire) > 1)
 		{
 			DictionaryBlock* own = nullptr;
 			ORVAN_TRY(ResultOf(Host().dictionaryClone(_block, &own)));
 			Host().dictionaryRelease(std::exchange(_block, own));
 		}
+		return {};
+	}
+
+	/// Makes the content this dictionary's own and returns raw storage for a value under `key`.
+	Result<void*> Store(std::int32_t key, const DataType* type) noexcept
+	{
+		if (type->operations.load(std::memory_order_relaxed) == nullptr)
+			return NotFoundError("No loaded module provides data type '@'.", type->id);
+		if (_block != nullptr)
+			ORVAN_TRY(MakeOwn());
 		void* storage = Host().dictionaryStore(&_block, key, type);
 		if (storage == nullptr)
 			return OutOfMemoryError();

@@ -85,6 +85,8 @@ ORVAN_DATA_TYPE(std::int32_t, "net.orvan.datatype.Int32", "Int32");
 ORVAN_DATA_TYPE(Float, "net.orvan.datatype.Float", "Float");
 ORVAN_DATA_TYPE(String, "net.orvan.datatype.String", "orvan::String");
 ORVAN_DATA_TYPE(Color, "net.orvan.datatype.Color", "orvan::Color");
+ORVAN_DATA_TYPE(Vector2d, "net.orvan.datatype.Vector2d", "orvan::Vector2d");
+ORVAN_DATA_TYPE(Matrix2d, "net.orvan.datatype.Matrix2d", "orvan::Matrix2d");
 
 /// Arrays of a data type: the element type's id followed by "[]".
 template <typename T>
@@ -230,12 +232,12 @@ constexpr const DataTypeOperations* detail::ArrayOperations() noexcept
 		return nullptr;
 }
 
-/// A value of any registered data type, or none. Values of up to 40 bytes that are at ease with being moved as bytes
+/// A value of any registered data type, or none. Values of up to 48 bytes that are at ease with being moved as bytes
 /// stand inside; larger ones in host memory. Copying may fail, so it is spelled `CopyFrom`.
 class Data
 {
 public:
-	static constexpr std::size_t kInlineSize = 40;
+	static constexpr std::size_t kInlineSize = 48;
 
 	Data() noexcept = default;
 	Data(const Data&) = delete; ///< Would have no way to report a failed allocation; use `CopyFrom`.

@@ -165,8 +165,8 @@ struct Call<R(Args...)>
 	/// Exceptions end here instead of crossing the module's border.
 	using Thunk = R (*)(ObjectBase* self, Args...) noexcept;
 
-	/// The slot entry that calls `method` of `Component` on an object of class `Impl`. A component is a base of the
-	/// implementation class, or a stateless view that is made from it for the call.
+	/// The slot entry that calls `method` of `Component` on an object of class `Impl`. A component is that class or a
+	/// base of it, or a stateless view that is made from it for the call.
 	template <typename Impl, typename Component, auto method>
 	static AnyMethod To() noexcept
 	{

@@ -14,7 +14,7 @@ namespace orvan
 
 /// Version of everything that a module and a host have to agree on: this table, the object header, the method tables,
 /// the layouts of strings, arrays, dictionaries and registration entries. Raised with every change of one of them.
-inline constexpr std::uint32_t kHostAbiVersion = 1;
+inline constexpr std::uint32_t kHostAbiVersion = 2;
 
 class Data;
 class ObjectBase;
@@ -90,6 +90,11 @@ struct HostServices
 	// Numbers, independent of the locale: false unless the whole text is a decimal number, as in "-1.5e3" or ".5".
 	// Correctly rounded; too large a number gives an infinity, too small a one zero.
 	bool (*parseFloat)(const char* begin, const char* end, double* result) noexcept;
+
+	// What came later stands here, at the end.
+
+	/// Takes the entry of `key` out of a block that is not shared; nothing when there is none.
+	void (*dictionaryRemove)(DictionaryBlock* block, std::int32_t key) noexcept;
 };
 
 namespace detail
