@@ -6,12 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory_resource>
+#include <string_view>
 #include <vector>
 
 namespace orvan::css
 {
-/// What was found out about the children of elements that have many, so that a walk over all of them does not count
-/// from the first one again and again.
+/// What was found out about some children of elements that have many, so that nobody counts from the first one again
+/// and again.
 class SiblingMemory
 {
 public:
@@ -19,21 +20,27 @@ public:
 	{
 	}
 
+	/// What is remembered, and of what. A question is known by the address of whatever asks it; the type is the type of
+	/// element that it is about, if any.
 	struct Entry
 	{
-		Element parent = nullptr;
-		const void* question = nullptr; ///< What was asked: an address of a selector's part.
-		std::uint64_t detail = 0;       ///< What the question depends on besides.
-		Element child = nullptr;        ///< The child for which `count` is the answer; null when nothing was found yet.
-		std::uint32_t count = 0;
-		std::uint32_t total = 0; ///< The answer for all children; 0 when nobody asked.
+		Element element = nullptr;
+		const void* question = nullptr;
+		std::string_view type;
+		std::uint32_t answer = 0;
 	};
 
-	/// The entry of this question, a new one when it was never asked. Good until the next call. Throws std::bad_alloc.
-	Entry& At(Element parent, const void* question, std::uint64_t detail);
+	/// The answer to the question about the element; null when it was never found out. Good until the next `Put`.
+	const std::uint32_t* Find(Element element, const void* question, std::string_view type) const;
+
+	/// Remembers an answer. Throws std::bad_alloc.
+	void Put(const Entry& entry);
 
 private:
-	std::pmr::vector<Entry> _entries; ///< Open addressing, a power of two.
+	std::size_t FindPlace(Element element, const void* question, std::string_view type) const;
+	void Grow();
+
+	std::pmr::vector<Entry> _entries; ///< Open addressing; the size is a power of two.
 	std::size_t _used = 0;
 };
 } // namespace orvan::css

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "css/cascade.h"
+
+#include "css_tree.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace orvan::css
+{
+namespace
+{
+/// The values that apply to an element, in ascending order of precedence.
+std::string Collect(Cascade& cascade, Element element, std::span<const Declaration> inlineStyle = {})
+{
+	std::string values;
+	for (const Declaration* declaration : cascade.Collect(element, inlineStyle))
+		values += (values.empty() ? "" : " ") + std::string(declaration->value);
+	return values;
+}
+
+Tree MakeTree(std::string_view notation)
+{
+	Tree tree;
+	tree.Read(notation);
+	return tree;
+}
+
+TEST(CssCascade, OrdersByImportanceLayerWeightAndOrder)
+{
+	const Tree tree = MakeTree("svg(rect#a.b.c)");
+	StyleSheet sheet;
+	sheet.Add(".b{x:1}rect{x:2}#a{x:3}.b,.c,#z{x:4;x:5!important}", {.source = 0});
+	sheet.Add(".c{x:6}*{x:7!important}circle,.d{x:8}", {.source = 1});
+	sheet.Add("rect{x:9;x:10!important}", {.source = 2, .layer = 1});
+	Arena arena;
+	std::pmr::vector<Declaration> inlineStyle;
+	ReadDeclarations("x:11!important;x:12", {.arena = arena}, inlineStyle);
+	Cascade cascade(sheet, tree);
+	EXPECT_EQ(Collect(cascade, &tree.nodes[1], inlineStyle), "2 1 4 6 3 9 12 7 5 10 11");
+	EXPECT_EQ(Collect(cascade, &tree.nodes[0]), "7");
+	StyleSheet empty;
+	Cascade none(empty, tree);
+	EXPECT_EQ(Collect(none, &tree.nodes[1], inlineStyle), "12 11");
+}
+
+TEST(CssCascade, TakesTheWeightiestSelectorOfAList)
+{
+	const Tree tree = MakeTree("svg(rect#a.b)");
+	StyleSheet sheet;
+	sheet.Add("#a,rect{x:1}.b{x:2}rect,.b{x:3}", {});
+	Cascade cascade(sheet, tree);
+	EXPECT_EQ(Collect(cascade, &tree.nodes[1]), "2 3 1");
+}
+
+TEST(CssCascade, FindsRulesByIdClassAndType)
+{
+	const Tree tree = MakeTree("svg(rect#id7.c3.c5.c3 c3#c5.id7 rect)");
+	StyleSheet sheet;
+	std::string text = "*{x:all}:is(.c3){x:is}rect.c5{x:both}svg rect#id7.c9{x:no}";
+	for (int i = 0; i < 10; i++)
+	{
+		const std::string number = std::to_string(i);
+		text += "#id" + number + "{x:i" + number + "}.c" + number + "{x:c" + number + "}";
+	}
+	text += "c3{x:t}rect{x:r}";
+	sheet.Add(text, {});
+	Cascade cascade(sheet, tree);
+	EXPECT_EQ(Collect(cascade, &tree.nodes[1]), "all r is c3 c5 both i7");
+	EXPECT_EQ(Collect(cascade, &tree.nodes[2]), "all t");
+	EXPECT_EQ(Collect(cascade, &tree.nodes[3]), "all r");
+}
+
+/// Steps for an element, of all elements of a tree under a sheet.
+std::uint64_t FindWork(const Tree& tree, std::string_view text, std::size_t& matched)
+{
+	StyleSheet sheet;
+	sheet.Add(text, {});
+	EXPECT_FALSE(sheet.IsEmpty());
+	Cascade cascade(sheet, tree);
+	matched = 0;
+	for (const Tree::Node& node : tree.nodes)
+		matched += cascade.Collect(&node).size();
+	EXPECT_FALSE(cascade.IsBudgetExceeded());
+	return cascade.WorkDone() / tree.nodes.size();
+}
+
+TEST(CssCascade, CostsAFewStepsForEachElement)
+{
+	constexpr std::size_t kCount = 10'000;
+	Tree flat;
+	Tree::Node& root = flat.Add(nullptr, "svg");
+	std::string manyRules;
+	for (std::size_t i = 0; i < kCount; i++)
+	{
+		Tree::Node& node = flat.Add(&root, i % 2 ? "rect" : "g");
+		node.classes = "c" + std::to_string(i);
+		if (i % 3 == 0)
+			flat.Add(&node, "a"), flat.Add(&node, "b");
+		manyRules += ".c" + std::to_string(i) + "{x:1}";
+	}
+	std::size_t matched;
+	EXPECT_LE(FindWork(flat, manyRules, matched), 2U);
+	EXPECT_EQ(matched, kCount);
+
+	// Nothing is counted or looked for from the first sibling on, again and again, also when children come in between.
+	const struct
+	{
+		const char* selector;
+		std::size_t matched;
+	} cases[]{
+		{"g:nth-child(2n+1)", kCount / 2},
+		{":nth-last-child(2n)", kCount / 2 + (kCount + 2) / 3},
+		{"rect:nth-of-type(2n)", kCount / 4},
+		{"svg>g:nth-last-of-type(2n)", kCount / 4},
+		{":nth-child(2n of rect)", kCount / 4},
+		{"circle ~ g", 0},
+		{".c0 ~ g", kCount / 2 - 1},
+		{".c0 ~ g ~ rect", kCount / 2 - 1},
+		{".c9999 ~ *", 0},
+		{"circle ~ g > a", 0},
+		{"rect:first-of-type ~ *", kCount - 2},
+		{"rect:not(:nth-child(n+3)), rect:not(:is(.c0 ~ *))", 1},
+	};
+	for (const auto& each : cases)
+	{
+		EXPECT_LE(FindWork(flat, std::string(each.selector) + "{x:1}", matched), 60U) << each.selector;
+		EXPECT_EQ(matched, each.matched) << each.selector;
+	}
+}
+
+TEST(CssCascade, TriesNoAncestorTwice)
+{
+	constexpr std::size_t kDepth = 1000;
+	Tree deep;
+	Tree::Node* node = nullptr;
+	for (std::size_t i = 0; i < kDepth; i++)
+		node = &deep.Add(node, "g");
+	std::string selector = "a ";
+	for (int i = 0; i < 60; i++)
+		selector += i % 2 ? "g > " : "g ";
+	StyleSheet sheet;
+	sheet.Add(selector + "g{x:1}", {});
+	Cascade cascade(sheet, deep);
+	EXPECT_EQ(cascade.Collect(node).size(), 0U);
+	EXPECT_LE(cascade.WorkDone(), kDepth * 61);
+}
+
+TEST(CssCascade, GivesUpOnHostileSheets)
+{
+	Tree deep;
+	Tree::Node* node = nullptr;
+	for (std::size_t i = 0; i < 1000; i++)
+		(node = &deep.Add(node, "g"))->attributes.emplace_back("k", std::string(10'000, 'a'));
+	const std::string part = std::string(5'000, 'a') + "b";
+	for (const std::string& selector : {std::string(":is(:is(:is(a g) g) g) g"), "[k*='" + part + "']"})
+	{
+		StyleSheet sheet;
+		sheet.Add(selector + "{x:1}g{x:2}", {});
+		Cascade cascade(sheet, deep);
+		std::size_t matched = 0;
+		for (int i = 0; i < 20; i++)
+		{
+			for (const Tree::Node& each : deep.nodes)
+				matched += cascade.Collect(&each).size();
+		}
+		EXPECT_TRUE(cascade.IsBudgetExceeded());
+		EXPECT_LE(cascade.WorkDone(), kFreeWork + 20'000 * kWorkPerElement + 1'000'000);
+		EXPECT_LT(matched, 20'000U);
+		Arena arena;
+		std::pmr::vector<Declaration> inlineStyle;
+		ReadDeclarations("x:3", {.arena = arena}, inlineStyle);
+		EXPECT_EQ(Collect(cascade, node, inlineStyle), "3");
+	}
+}
+} // namespace
+} // namespace orvan::css
