@@ -1,30 +1,23 @@
 // SPDX-License-Identifier: MIT
-/// Owners for the drawing libraries' objects.
+/// Owners for the drawing library's objects, and values in its form.
 #pragma once
 
-#include <cairo.h>
-#include <pango/pangocairo.h>
+#include "drawing/fonts.h"
+#include "orvan/geometry.h"
 
-#include <memory>
+#include <cairo.h>
 
 namespace orvan::cairo
 {
 
-template <auto release>
-struct Releaser
-{
-	void operator()(auto* handle) const noexcept
-	{
-		release(handle);
-	}
-};
+using CairoPtr = std::unique_ptr<cairo_t, drawing::Releaser<&cairo_destroy>>;
+using SurfacePtr = std::unique_ptr<cairo_surface_t, drawing::Releaser<&cairo_surface_destroy>>;
+using PatternPtr = std::unique_ptr<cairo_pattern_t, drawing::Releaser<&cairo_pattern_destroy>>;
+using FontOptionsPtr = std::unique_ptr<cairo_font_options_t, drawing::Releaser<&cairo_font_options_destroy>>;
 
-using CairoPtr = std::unique_ptr<cairo_t, Releaser<&cairo_destroy>>;
-using SurfacePtr = std::unique_ptr<cairo_surface_t, Releaser<&cairo_surface_destroy>>;
-using PatternPtr = std::unique_ptr<cairo_pattern_t, Releaser<&cairo_pattern_destroy>>;
-using FontOptionsPtr = std::unique_ptr<cairo_font_options_t, Releaser<&cairo_font_options_destroy>>;
-using PangoContextPtr = std::unique_ptr<PangoContext, Releaser<&g_object_unref>>;
-using PangoLayoutPtr = std::unique_ptr<PangoLayout, Releaser<&g_object_unref>>;
-using FontDescriptionPtr = std::unique_ptr<PangoFontDescription, Releaser<&pango_font_description_free>>;
+inline cairo_matrix_t ToCairo(const Matrix2d& m) noexcept
+{
+	return {m.axis1.x, m.axis1.y, m.axis2.x, m.axis2.y, m.offset.x, m.offset.y};
+}
 
 } // namespace orvan::cairo

@@ -1,25 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "picture.h"
 
-#include "budget.h"
-#include "style.h"
+#include "drawing/document_size.h"
+#include "drawing/lengths.h"
+#include "drawing/limits.h"
 
 #include <cairo-pdf.h>
 
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <optional>
 
 namespace orvan::cairo
 {
 namespace
 {
 
+using namespace drawing;
+
 constexpr double kPointsPerUnit = 72.0 / 96.0;
-/// What a document gets that says nothing about its size.
-constexpr Vector2d kDefaultSize{300.0, 150.0};
 
 Result<void> ToResult(cairo_status_t status) noexcept
 {
@@ -28,40 +29,6 @@ Result<void> ToResult(cairo_status_t status) noexcept
 	if (status == CAIRO_STATUS_NO_MEMORY)
 		return OutOfMemoryError();
 	return UnknownError("The picture could not be drawn: @.", std::string_view(cairo_status_to_string(status)));
-}
-
-/// A side that does not depend on what the document is shown in.
-std::optional<double> GetAbsolute(const SVGLength& length, const DataDictionary& attributes) noexcept
-{
-	if (length.unit == SVGLengthUnit::percent)
-		return std::nullopt;
-	Style style;
-	style.Apply(attributes);
-	return ToUserUnits(length, Axis::other, {}, style.fontSize);
-}
-
-/// The size that the document gives itself; 0 or less where it asks for nothing to be drawn.
-Vector2d GetNaturalSize(const SVGElementRef& root) noexcept
-{
-	const auto svg = Cast<SVGSVGElementInterface>(root);
-	const auto fit = Cast<SVGFitToViewboxInterface>(root);
-	if (!svg || !fit)
-		return kDefaultSize;
-	const SVGViewport viewport = svg->GetViewport();
-	const DataDictionary attributes = root->GetAttributeDictionary();
-	const std::optional<double> width = GetAbsolute(viewport.width, attributes);
-	const std::optional<double> height = GetAbsolute(viewport.height, attributes);
-	const SVGViewbox viewbox = fit->GetViewbox();
-	Vector2d content = kDefaultSize;
-	if (!viewbox.isDefault && viewbox.width.value > 0.0 && viewbox.height.value > 0.0)
-		content = {viewbox.width.value, viewbox.height.value};
-	if (width && height)
-		return {*width, *height};
-	if (width)
-		return {*width, *width * content.y / content.x};
-	if (height)
-		return {*height * content.x / content.y, *height};
-	return content;
 }
 
 bool IsSide(double side) noexcept
@@ -108,7 +75,7 @@ Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderO
 	Picture picture;
 	picture._document = document;
 	picture._output = options.output;
-	picture._naturalSize = cairo::GetNaturalSize(document->GetRootElement());
+	picture._naturalSize = drawing::GetNaturalSize(document->GetRootElement());
 	picture._viewportSize = ORVAN_TRY(cairo::GetViewportSize(options, picture._naturalSize));
 
 	const bool isPage = options.output == SVGRenderOutput::page;

@@ -2,7 +2,6 @@
 /// The picture that is being made: its size, its surface and its file.
 #pragma once
 
-#include "geometry.h"
 #include "handles.h"
 #include "svg_render_target.h"
 

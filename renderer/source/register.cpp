@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// The module: its descriptor, and what it registers.
-#include "cairo_context.h"
+#include "context.h"
 #include "orvan/module.h"
 #include "svg_render_target.h"
 
@@ -20,8 +20,8 @@ constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.core.framework", FrameworkDeclaration::Role::used, nullptr, 0},
 };
 constexpr ClassDeclaration kContext =
-	DeclareClass<CairoContext, Implements<SVGContextInterface, CairoContext>,
-				 Implements<SVGRenderTargetInterface, CairoContext>>(kSVGContextClass);
+	DeclareClass<Context, Implements<SVGContextInterface, Context>, Implements<SVGRenderTargetInterface, Context>>(
+		kSVGContextClass);
 
 [[gnu::init_priority(1001)]] const RegistrationEntry entries[] = {
 	{Kind::unit, "register"},

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+/// How large a document wants to be shown.
+#pragma once
+
+#include "svg_base.h"
+
+namespace orvan::drawing
+{
+
+/// The size in user units that a document with this root gives itself: the width and height of an svg element, where
+/// these are missing or relative the size of its view box, and without one 300 by 150. 0 or less where it asks for
+/// nothing to be drawn.
+Vector2d GetNaturalSize(const SVGElementRef& root) noexcept;
+
+} // namespace orvan::drawing

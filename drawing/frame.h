@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+/// What is in force around and in an element while it is visited.
+#pragma once
+
+#include "effects.h"
+#include "geometry.h"
+#include "lengths.h"
+#include "limits.h"
+#include "style.h"
+
+namespace orvan::drawing
+{
+
+/// What holds at one place of the tree. Handed on by value: a change is in force for what it is handed to and no
+/// longer.
+struct Place
+{
+	Matrix2d transform; ///< From the coordinates in force to those of the picture.
+	Viewport viewport;
+	Style style;
+	bool isByReference = false; ///< The place was reached by a use, a mask or the like: work there is paid for.
+
+	double Resolve(const SVGLength& length, Axis axis) const noexcept
+	{
+		return ToUserUnits(length, axis, viewport, style.fontSize);
+	}
+};
+
+/// An element being visited. Frames stand on the stack and form a chain from the element outwards, references followed:
+/// that is how references in circles are found.
+struct Frame
+{
+	/// Enters an element from `outside`. `outer` is the frame that the element is reached from, null for the first.
+	Frame(ObjectBase* visited, const Place& outside, const Frame* outerFrame, Limits& limits) noexcept;
+
+	Frame(const Frame&) = delete;
+
+	/// True when the element is this one's or stands around it, references followed.
+	bool IsWithin(const ObjectBase* other) const noexcept
+	{
+		for (const Frame* frame = this; frame != nullptr; frame = frame->outer)
+		{
+			if (frame->element == other)
+				return true;
+		}
+		return false;
+	}
+
+	/// True when the element itself says something about an attribute.
+	bool Has(SVGImportAttribute key) const noexcept
+	{
+		return attributes.Has(static_cast<std::int32_t>(key));
+	}
+
+	double Resolve(const SVGLength& length, Axis axis) const noexcept
+	{
+		return place.Resolve(length, axis);
+	}
+
+	ObjectBase* element;
+	const Frame* outer;
+	int depth;
+	Place place; ///< In the element: its own transform and properties are in force.
+	DataDictionary attributes;
+	Effects effects;
+	/// False when the element is out of bounds in some way, or flattened to nothing by its transform.
+	bool canDraw = false;
+};
+
+} // namespace orvan::drawing

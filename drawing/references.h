@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+/// Following what references name.
+#pragma once
+
+#include "frame.h"
+#include "scene.h"
+
+namespace orvan::drawing
+{
+
+/// The element with this id, or null: a reference that leads nowhere is no error.
+inline Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& id) noexcept
+{
+	auto found = document->GetElementById(id);
+	if (!found.IsOk() && found.GetError().GetClass() != ErrorClass::outOfMemory)
+		return SVGElementRef();
+	return found;
+}
+
+/// The element that an effect of `frame` names, when it is an `I`; null for no reference (`id` null), for one that
+/// leads to nothing, and, with a report, for one that leads back to where it comes from.
+template <typename I>
+Result<SVGElementRef> FindEffect(Scene& scene, const String* id, const Frame& frame) noexcept
+{
+	if (id == nullptr)
+		return SVGElementRef();
+	SVGElementRef found = ORVAN_TRY(FindElement(scene.document, *id));
+	if (!Borrowed<I>(found))
+		return SVGElementRef();
+	if (frame.IsWithin(found.GetObject()))
+	{
+		scene.limits.Omit(Omission::cycle);
+		return SVGElementRef();
+	}
+	return found;
+}
+
+/// What holds around content that stands elsewhere in the document and is drawn for `user`: the user's coordinates, and
+/// the properties that are inherited where the content stands.
+inline Result<Place> GetContentPlace(const SVGElementRef& content, const Frame& user) noexcept
+{
+	Place place = user.place;
+	place.style = ORVAN_TRY(GetInheritedStyle(content));
+	place.isByReference = true;
+	return place;
+}
+
+} // namespace orvan::drawing

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "strokes.h"
+
+namespace orvan::drawing
+{
+
+bool HasFill(const Style& style) noexcept
+{
+	return style.fill == nullptr || style.fill->type != SVGPaintType::none;
+}
+
+bool HasStroke(const Place& place) noexcept
+{
+	const SVGPaint* stroke = place.style.stroke;
+	return stroke != nullptr && stroke->type != SVGPaintType::none && GetStrokeWidth(place) > 0.0;
+}
+
+double GetStrokeWidth(const Place& place) noexcept
+{
+	const double width = place.Resolve(place.style.strokeWidth, Axis::other);
+	return std::isfinite(width) ? width : 0.0;
+}
+
+} // namespace orvan::drawing

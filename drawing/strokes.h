@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+/// Which of its paints an element has, and how wide its stroke is.
+#pragma once
+
+#include "frame.h"
+
+namespace orvan::drawing
+{
+
+/// True when something is filled, with whatever paint.
+bool HasFill(const Style& style) noexcept;
+/// True when something is stroked, with whatever paint, and the stroke has a width.
+bool HasStroke(const Place& place) noexcept;
+/// The width of strokes in user units; 0 when it makes no sense.
+double GetStrokeWidth(const Place& place) noexcept;
+
+} // namespace orvan::drawing

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+/// The cascade: the properties that elements inherit.
+#pragma once
+
+#include "lengths.h"
+#include "svg_elements.h"
+
+namespace orvan::drawing
+{
+
+/// The inherited properties at one place of the tree. Pointers lead into the attributes of elements that are above that
+/// place, and which nothing changes during a walk; null stands for the initial value.
+struct Style
+{
+	const SVGPaint* fill = nullptr;
+	const SVGPaint* stroke = nullptr;
+	const BaseArray<SVGLength>* dashes = nullptr;
+	const String* fontFamily = nullptr;
+	double fillOpacity = 1.0;
+	double strokeOpacity = 1.0;
+	double miterLimit = 4.0;
+	double dashFontSize = 16.0; ///< The font size where the dashes were given, for their units em and ex.
+	double fontSize = 16.0;     ///< In user units.
+	SVGLength strokeWidth{1.0, SVGLengthUnit::number};
+	SVGLength dashOffset{0.0, SVGLengthUnit::number};
+	SVGFillRule fillRule = SVGFillRule::nonzero;
+	SVGLineCap lineCap = SVGLineCap::butt;
+	SVGLineJoin lineJoin = SVGLineJoin::miter;
+	SVGVisibility visibility = SVGVisibility::visible;
+	SVGFontStyle fontStyle = SVGFontStyle::normal;
+	SVGFontWeight fontWeight = SVGFontWeight::normal;
+
+	/// Takes over what an element says itself.
+	void Apply(const DataDictionary& attributes) noexcept;
+};
+
+/// The properties that an element gets from the elements around it, where it stands in the document.
+Result<Style> GetInheritedStyle(const SVGElementRef& element) noexcept;
+
+} // namespace orvan::drawing

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include "walk.h"
+
+#include "references.h"
+
+namespace orvan::drawing
+{
+
+Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	const Borrowed<SVGElementInterface> svgElement(element);
+	if (!svgElement || svgElement->GetDisplay() == SVGDisplay::none)
+		return {};
+	if (const ShapeKind kind = GetShapeKind(element); kind != ShapeKind::none)
+		return DrawShape(kind, element, outside, outer);
+	if (Borrowed<SVGGroupElementInterface>(element))
+		return DrawGroup(element, outside, outer);
+	if (Borrowed<SVGUseElementInterface>(element))
+		return DrawUse(element, outside, outer);
+	if (Borrowed<SVGTextElementInterface>(element))
+		return DrawText(element, outside, outer);
+	if (const Borrowed<SVGSVGElementInterface> svg(element); svg)
+	{
+		return outer == nullptr ? DrawOutermost(element, outside)
+								: DrawViewport(element, svg->GetViewport(), outside, outer);
+	}
+	return {};
+}
+
+Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Frame& frame) noexcept
+{
+	const Borrowed<HierarchyObjectInterface> hierarchy(parent);
+	if (!hierarchy)
+		return {};
+	for (auto child = hierarchy->GetFirstChild(); child; child = child->GetNextSibling())
+		ORVAN_TRY(DrawElement(child.GetObject(), place, &frame));
+	return {};
+}
+
+Result<void> Walk::DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	const Frame frame(element, outside, outer, _scene.limits);
+	if (!frame.canDraw)
+		return {};
+	const Outline outline = ORVAN_TRY(GetOutline(kind, element, frame));
+	return _sink.DrawShape(frame, outline);
+}
+
+Result<void> Walk::DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	const Frame frame(element, outside, outer, _scene.limits);
+	const String text = Borrowed<SVGTextElementInterface>(element)->GetText();
+	if (!frame.canDraw || text.IsEmpty())
+		return {};
+	const SVGLength2d position = Borrowed<SVGPositionInterface>(element)->GetPosition();
+	bool isShortened = false;
+	const TextLine line =
+		ORVAN_TRY(TextLine::Create(_scene.fonts, text, frame.place.style, frame.Resolve(position.x, Axis::horizontal),
+								   frame.Resolve(position.y, Axis::vertical), isShortened));
+	if (isShortened)
+		_scene.limits.Omit(Omission::text);
+	if (!line.IsDrawable())
+		return {};
+	if (frame.place.style.fontSize * GetStretch(frame.place.transform) > kMaxFontSize)
+	{
+		_scene.limits.Omit(Omission::fontSize);
+		return {};
+	}
+	return _sink.DrawText(frame, line);
+}
+
+// Containers ---------------------------------------------------------------------------------------------------------
+
+Result<void> Walk::DrawGroup(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	if (!_sink.TakesContainers())
+		return {};
+	const Frame frame(element, outside, outer, _scene.limits);
+	if (!frame.canDraw)
+		return {};
+	const auto draw = [&](Sink& sink) noexcept
+	{
+		return Walk(_scene, sink).DrawChildren(element, frame.place, frame);
+	};
+	return _sink.DrawGroup(frame, draw);
+}
+
+Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noexcept
+{
+	Frame frame(element, outside, nullptr, _scene.limits);
+	if (!frame.canDraw)
+		return {};
+	const Borrowed<SVGFitToViewboxInterface> fitting(element);
+	SVGViewbox viewbox = fitting->GetViewbox();
+	if (viewbox.isDefault)
+	{
+		// The document's own size is what a picture of another size is fitted to.
+		viewbox.width.value = _scene.naturalSize.x;
+		viewbox.height.value = _scene.naturalSize.y;
+		viewbox.isDefault = false;
+	}
+	const Rectangle area{0.0, 0.0, _scene.viewportSize.x, _scene.viewportSize.y};
+	const auto fit = FitViewbox(area, viewbox, fitting->GetPreserveAspectRatio());
+	if (!fit)
+		return {};
+	frame.place.transform = frame.place.transform * fit->transform;
+	frame.place.viewport = fit->viewport;
+	const auto draw = [&](Sink& sink) noexcept
+	{
+		return Walk(_scene, sink).DrawChildren(element, frame.place, frame);
+	};
+	return _sink.DrawGroup(frame, draw);
+}
+
+Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport, const Place& outside,
+								const Frame* outer) noexcept
+{
+	if (!_sink.TakesContainers())
+		return {};
+	const Frame frame(element, outside, outer, _scene.limits);
+	if (!frame.canDraw)
+		return {};
+	const double x = frame.Resolve(viewport.x, Axis::horizontal);
+	const double y = frame.Resolve(viewport.y, Axis::vertical);
+	const Rectangle area{x, y, x + frame.Resolve(viewport.width, Axis::horizontal),
+						 y + frame.Resolve(viewport.height, Axis::vertical)};
+	const Borrowed<SVGFitToViewboxInterface> fitting(element);
+	const auto fit = FitViewbox(area, fitting->GetViewbox(), fitting->GetPreserveAspectRatio());
+	if (!fit)
+		return {};
+	Place inside = frame.place;
+	inside.transform = inside.transform * fit->transform;
+	inside.viewport = fit->viewport;
+	if (!IsInvertible(inside.transform))
+		return {};
+	const auto draw = [&](Sink& sink) noexcept
+	{
+		return Walk(_scene, sink).DrawChildren(element, inside, frame);
+	};
+	const auto drawClipped = [&](Sink& sink) noexcept
+	{
+		return sink.DrawClipped(frame.place, area, draw);
+	};
+	return _sink.DrawGroup(frame, drawClipped);
+}
+
+// Uses ---------------------------------------------------------------------------------------------------------------
+
+Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	const Frame frame(element, outside, outer, _scene.limits);
+	const String link = Borrowed<SVGUseElementInterface>(element)->GetLink();
+	if (!frame.canDraw || link.IsEmpty())
+		return {};
+	const SVGElementRef target = ORVAN_TRY(FindElement(_scene.document, link));
+	if (!target || target->GetDisplay() == SVGDisplay::none)
+		return {};
+	if (frame.IsWithin(target.GetObject()))
+	{
+		_scene.limits.Omit(Omission::cycle);
+		return {};
+	}
+	const auto draw = [&](Sink& sink) noexcept
+	{
+		return Walk(_scene, sink).DrawTarget(frame, target.GetObject());
+	};
+	return _sink.DrawGroup(frame, draw);
+}
+
+Result<void> Walk::DrawTarget(const Frame& use, ObjectBase* target) noexcept
+{
+	const SVGLength2d position = Borrowed<SVGPositionInterface>(use.element)->GetPosition();
+	const SVGLength2d size = Borrowed<SVGSizeInterface>(use.element)->GetSize();
+	Place inside = use.place;
+	inside.isByReference = true;
+	inside.transform = inside.transform * Translation(inside.Resolve(position.x, Axis::horizontal),
+													  inside.Resolve(position.y, Axis::vertical));
+	const Borrowed<SVGSVGElementInterface> svg(target);
+	if (!svg && !Borrowed<SVGSymbolElementInterface>(target))
+		return DrawElement(target, inside, &use);
+	// A size of the use element replaces that of the viewport that it stands for.
+	SVGViewport viewport = svg ? svg->GetViewport() : SVGViewport();
+	if (use.Has(SVGImportAttribute::width))
+		viewport.width = size.x;
+	if (use.Has(SVGImportAttribute::height))
+		viewport.height = size.y;
+	return DrawViewport(target, viewport, inside, &use);
+}
+
+} // namespace orvan::drawing

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+/// What the parts of one picture share, and where they draw.
+#pragma once
+
+#include "drawing/frame.h"
+#include "drawing/scene.h"
+#include "handles.h"
+#include "svg_render_target.h"
+
+namespace orvan::cairo
+{
+
+/// A picture being drawn.
+struct Job
+{
+	drawing::Scene scene;
+	SVGRenderOutput output = SVGRenderOutput::pixels;
+};
+
+/// Where a part draws: the picture, or a surface that is made for it. All surfaces of a picture have its coordinates,
+/// and the drawing library's own transform is the identity between calls: outlines are transformed on their way in, and
+/// strokes and text set a transform only for as long as they take. Clips are the library's.
+struct Canvas
+{
+	Job& job;
+	cairo_t* drawing;
+
+	/// What can still be drawn on, in the picture's coordinates; empty when everything is clipped away.
+	drawing::Rectangle GetClipExtents() const noexcept;
+	/// Clips to a rectangle in the coordinates of `transform`.
+	void ClipTo(const drawing::Rectangle& rectangle, const Matrix2d& transform) const noexcept;
+};
+
+/// Keeps the drawing library's own state, clips included, and brings it back.
+class SavedDrawing
+{
+public:
+	explicit SavedDrawing(const Canvas& canvas) noexcept : _drawing(canvas.drawing)
+	{
+		cairo_save(_drawing);
+	}
+
+	SavedDrawing(const SavedDrawing&) = delete;
+
+	~SavedDrawing()
+	{
+		cairo_restore(_drawing);
+	}
+
+private:
+	cairo_t* _drawing;
+};
+
+} // namespace orvan::cairo

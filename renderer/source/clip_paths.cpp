@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+#include "clip_paths.h"
+
+#include "composition.h"
+#include "drawing/references.h"
+#include "drawing/walk.h"
+#include "glyphs.h"
+#include "painter.h"
+#include "paths.h"
+
+namespace orvan::cairo
+{
+namespace
+{
+
+using namespace drawing;
+
+/// Collects the areas of shapes and texts, whatever they are painted with. Of the effects only clip paths count.
+class ClipSink final : public Sink
+{
+public:
+	explicit ClipSink(const Canvas& canvas) noexcept : _canvas(canvas)
+	{
+	}
+
+	bool TakesContainers() const noexcept override
+	{
+		return false;
+	}
+
+	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override
+	{
+		const auto fill = [&]() noexcept
+		{
+			cairo_set_fill_rule(_canvas.drawing, ToCairo(frame.place.style.fillRule));
+			cairo_fill(_canvas.drawing);
+		};
+		if (frame.place.style.visibility != SVGVisibility::visible)
+			return {};
+		const PathExtent extent = SetPath(_canvas.drawing, outline, frame.place.transform);
+		const Rectangle touched = extent.bounds.Grow(1.0);
+		const double work = touched.Intersect(_canvas.GetClipExtents()).GetArea() + extent.segmentCount * kCommandWork;
+		if (!extent.IsDrawable() || !_canvas.job.scene.limits.Pay(work))
+		{
+			cairo_new_path(_canvas.drawing);
+			return {};
+		}
+		cairo_set_source_rgba(_canvas.drawing, 0.0, 0.0, 0.0, 1.0);
+		if (frame.effects.clipPath == nullptr)
+		{
+			fill();
+			return {};
+		}
+		const auto fillAnew = [&](Sink&) noexcept -> Result<void>
+		{
+			SetPath(_canvas.drawing, outline, frame.place.transform);
+			cairo_set_source_rgba(_canvas.drawing, 0.0, 0.0, 0.0, 1.0);
+			fill();
+			return {};
+		};
+		return ComposeClipped(frame, {nullptr, &touched}, fillAnew);
+	}
+
+	Result<void> DrawText(const Frame& frame, const TextLine& line) noexcept override
+	{
+		if (frame.place.style.visibility != SVGVisibility::visible)
+			return {};
+		const Rectangle touched = Transform(frame.place.transform, line.GetReach()).Grow(1.0);
+		const double work = touched.Intersect(_canvas.GetClipExtents()).GetArea() + line.GetLength() * kCharacterWork;
+		if (!_canvas.job.scene.limits.Pay(work))
+			return {};
+		const auto fill = [&](Sink&) noexcept -> Result<void>
+		{
+			cairo_set_source_rgba(_canvas.drawing, 0.0, 0.0, 0.0, 1.0);
+			FillGlyphs(_canvas.drawing, line, frame.place.transform);
+			cairo_new_path(_canvas.drawing);
+			return {};
+		};
+		return ComposeClipped(frame, {nullptr, &touched}, fill);
+	}
+
+	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override
+	{
+		return ComposeClipped(frame, {}, content);
+	}
+
+	Result<void> DrawClipped(const Place&, const Rectangle&, const Content&) noexcept override
+	{
+		return {};
+	}
+
+private:
+	Result<void> ComposeClipped(const Frame& frame, const Extent& extent, const Content& content) noexcept
+	{
+		Effects effects;
+		effects.clipPath = frame.effects.clipPath;
+		return Compose(_canvas, frame, effects, extent, content, *this);
+	}
+
+	const Canvas& _canvas;
+};
+
+/// What a clip path is made of, as far as that decides how to apply it.
+struct ClipContent
+{
+	SVGElementRef shape; ///< The only shape, or null.
+	bool isSimple = true;
+};
+
+ClipContent GetClipContent(const SVGElementRef& clip) noexcept
+{
+	ClipContent content;
+	const auto hierarchy = Cast<HierarchyObjectInterface>(clip);
+	for (auto child = hierarchy->GetFirstChild(); child && content.isSimple; child = child->GetNextSibling())
+	{
+		const auto element = Cast<SVGElementInterface>(child);
+		if (!element || element->GetDisplay() == SVGDisplay::none)
+			continue;
+		const bool isShape = Cast<SVGPathElementInterface>(child) || Cast<SVGRectElementInterface>(child) ||
+							 Cast<SVGCircleElementInterface>(child);
+		if (isShape)
+		{
+			content.isSimple = !content.shape && !element->HasAttribute(SVGImportAttribute::clipPath);
+			content.shape = element;
+		}
+		else if (Cast<SVGUseElementInterface>(child) || Cast<SVGTextElementInterface>(child))
+			content.isSimple = false;
+	}
+	return content;
+}
+
+} // namespace
+
+Result<SVGElementRef> FindClipPath(Job& job, const Effects& effects, const Frame& frame) noexcept
+{
+	return FindEffect<SVGClipPathElementInterface>(job.scene, effects.clipPath, frame);
+}
+
+Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const Frame& user) noexcept
+{
+	const ClipContent content = GetClipContent(clip);
+	if (!content.isSimple)
+		return false;
+	Limits& limits = canvas.job.scene.limits;
+	const Place place = ORVAN_TRY(GetContentPlace(clip, user));
+	const Frame frame(clip.GetObject(), place, &user, limits);
+	const SVGElementRef nested = ORVAN_TRY(FindClipPath(canvas.job, frame.effects, frame));
+	if (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame)))
+		return false;
+	cairo_new_path(canvas.drawing);
+	if (frame.canDraw && content.shape)
+	{
+		ObjectBase* const shape = content.shape.GetObject();
+		const Frame inner(shape, frame.place, &frame, limits);
+		if (inner.canDraw && inner.place.style.visibility == SVGVisibility::visible)
+		{
+			const Outline outline = ORVAN_TRY(GetOutline(GetShapeKind(shape), shape, inner));
+			if (!SetPath(canvas.drawing, outline, inner.place.transform).IsDrawable())
+				cairo_new_path(canvas.drawing);
+			cairo_set_fill_rule(canvas.drawing, ToCairo(inner.place.style.fillRule));
+		}
+	}
+	// Without a shape the path is empty, and everything is clipped away.
+	cairo_clip(canvas.drawing);
+	return true;
+}
+
+Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip, const Frame& user) noexcept
+{
+	const Place place = ORVAN_TRY(GetContentPlace(clip, user));
+	const Frame frame(clip.GetObject(), place, &user, canvas.job.scene.limits);
+	cairo_push_group_with_content(canvas.drawing, CAIRO_CONTENT_ALPHA);
+	Result<void> drawn;
+	if (frame.canDraw)
+	{
+		ClipSink sink(canvas);
+		const auto draw = [&](Sink& inner) noexcept
+		{
+			return Walk(canvas.job.scene, inner).DrawChildren(clip.GetObject(), frame.place, frame);
+		};
+		drawn = sink.DrawGroup(frame, draw);
+	}
+	PatternPtr coverage(cairo_pop_group(canvas.drawing));
+	ORVAN_TRY(drawn);
+	return coverage;
+}
+
+} // namespace orvan::cairo

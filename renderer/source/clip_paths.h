@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+/// Clip paths.
+#pragma once
+
+#include "canvas.h"
+#include "drawing/sink.h"
+
+namespace orvan::cairo
+{
+
+/// The clip path that `effects` names, or null: a reference that leads to nothing, or back to where it comes from,
+/// counts as none.
+Result<SVGElementRef> FindClipPath(Job& job, const drawing::Effects& effects, const drawing::Frame& frame) noexcept;
+
+/// Clips the canvas to a clip path of at most one plain shape; false, and no change, when it is more than that.
+Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user) noexcept;
+
+/// The areas of a clip path's shapes together, as coverage. `user` is the element that is clipped.
+Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user) noexcept;
+
+} // namespace orvan::cairo

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "context.h"
+
+#include "drawing/walk.h"
+#include "painter.h"
+
+#include <dlfcn.h>
+
+namespace orvan::cairo
+{
+
+using namespace drawing;
+
+Result<void> Context::Initialize() noexcept
+{
+	// The font library registers its types with a library that never leaves the process, and cannot do so twice.
+	dlopen("libpangocairo-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+	return {};
+}
+
+Result<void> Context::Begin(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept
+{
+	_job.reset();
+	_picture = Picture();
+	_picture = ORVAN_TRY(Picture::Create(document, options));
+	_job.emplace(Job{{document, _picture.GetNaturalSize(), _picture.GetViewportSize(), _fonts,
+					  Limits(_picture.GetSize().x * _picture.GetSize().y)},
+					 options.output});
+	return {};
+}
+
+Vector2d Context::GetSize() const noexcept
+{
+	return _picture.GetSize();
+}
+
+Result<void> Context::Finish(const String& path) noexcept
+{
+	_job.reset();
+	return _picture.Write(path);
+}
+
+Result<SVGRenderPixels> Context::GetPixels() noexcept
+{
+	_job.reset();
+	return _picture.GetPixels();
+}
+
+/// Draws an element with everything below it; nothing when there is no picture.
+Result<void> Context::Draw(ObjectBase* element) noexcept
+{
+	if (!_job)
+		return {};
+	Place place;
+	place.transform = Scaling(_picture.GetUnit(), _picture.GetUnit());
+	place.viewport = {_picture.GetViewportSize().x, _picture.GetViewportSize().y};
+	const Canvas canvas{*_job, _picture.GetDrawing()};
+	Painter painter(canvas);
+	return Walk(_job->scene, painter).DrawElement(element, place, nullptr);
+}
+
+Result<void> Context::DrawSVG(const SVGSVGElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawUse(const SVGUseElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawGroup(const SVGGroupElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawPath(const SVGPathElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawRectangle(const SVGRectElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawLine(const SVGLineElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawCircle(const SVGCircleElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+Result<void> Context::DrawText(const SVGTextElementRef& element) noexcept
+{
+	return Draw(element.GetObject());
+}
+
+} // namespace orvan::cairo

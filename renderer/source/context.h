@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+/// The drawing context: what a host hands a tree to.
+#pragma once
+
+#include "canvas.h"
+#include "glyphs.h"
+#include "picture.h"
+
+#include <optional>
+
+namespace orvan::cairo
+{
+
+/// The implementation of `SVGContextInterface` and `SVGRenderTargetInterface`. It owns the picture; drawing is a walk
+/// with a painter.
+class Context : public ObjectBase
+{
+public:
+	/// Keeps the font libraries in memory for the life of the process, since they cannot be loaded a second time.
+	Result<void> Initialize() noexcept;
+
+	// SVGRenderTargetInterface
+	Result<void> Begin(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept;
+	Vector2d GetSize() const noexcept;
+	Result<void> Finish(const String& path) noexcept;
+	Result<SVGRenderPixels> GetPixels() noexcept;
+
+	// SVGContextInterface: a host hands over elements one at a time, most often just the root.
+	Result<void> DrawSVG(const SVGSVGElementRef& element) noexcept;
+	Result<void> DrawUse(const SVGUseElementRef& element) noexcept;
+	Result<void> DrawGroup(const SVGGroupElementRef& element) noexcept;
+	Result<void> DrawPath(const SVGPathElementRef& element) noexcept;
+	Result<void> DrawRectangle(const SVGRectElementRef& element) noexcept;
+	Result<void> DrawLine(const SVGLineElementRef& element) noexcept;
+	Result<void> DrawCircle(const SVGCircleElementRef& element) noexcept;
+	Result<void> DrawText(const SVGTextElementRef& element) noexcept;
+
+private:
+	Result<void> Draw(ObjectBase* element) noexcept;
+
+	Picture _picture;
+	drawing::Fonts _fonts{&MakeFontContext};
+	std::optional<Job> _job; ///< Between `Begin` and the end of the picture.
+};
+
+} // namespace orvan::cairo

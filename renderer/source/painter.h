@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+/// Painting: the sink that makes pictures.
+#pragma once
+
+#include "canvas.h"
+#include "drawing/sink.h"
+
+namespace orvan::cairo
+{
+
+cairo_fill_rule_t ToCairo(SVGFillRule rule) noexcept;
+
+/// Fills and strokes what it is told onto a canvas, with all effects. The canvas must outlive it.
+class Painter final : public drawing::Sink
+{
+public:
+	explicit Painter(const Canvas& canvas) noexcept : _canvas(canvas)
+	{
+	}
+
+	Result<void> DrawShape(const drawing::Frame& frame, const drawing::Outline& outline) noexcept override;
+	Result<void> DrawText(const drawing::Frame& frame, const drawing::TextLine& line) noexcept override;
+	Result<void> DrawGroup(const drawing::Frame& frame, const drawing::Content& content) noexcept override;
+	Result<void> DrawClipped(const drawing::Place& place, const drawing::Rectangle& clip,
+							 const drawing::Content& content) noexcept override;
+
+private:
+	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline, double opacity) noexcept;
+	Result<void> PaintText(const drawing::Frame& frame, const drawing::TextLine& line, double opacity) noexcept;
+	Result<bool> SetFill(const drawing::Frame& frame, const drawing::Rectangle& bounds, double opacity) noexcept;
+	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::Rectangle& bounds, double opacity) noexcept;
+	/// Pays for painting a box and going through `details`, where that is to be paid for.
+	bool Pay(const drawing::Place& place, const drawing::Rectangle& painted, double details) noexcept;
+
+	const Canvas& _canvas;
+};
+
+} // namespace orvan::cairo
