@@ -19,7 +19,7 @@ std::optional<double> GetAbsolute(const SVGLength& length, const DataDictionary&
 	if (length.unit == SVGLengthUnit::percent)
 		return std::nullopt;
 	Style style;
-	style.Apply(attributes);
+	style.Apply(attributes, {});
 	return ToUserUnits(length, Axis::other, {}, style.fontSize);
 }
 

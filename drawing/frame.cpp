@@ -16,7 +16,7 @@ Frame::Frame(ObjectBase* visited, const Place& outside, const Frame* outerFrame,
 		return;
 	const Borrowed<SVGElementInterface> svgElement(element);
 	attributes = svgElement->GetAttributeDictionary();
-	place.style.Apply(attributes);
+	place.style.Apply(attributes, place.viewport);
 	effects = Effects(attributes);
 	place.transform = place.transform * svgElement->GetLocalTransform();
 	canDraw = IsInvertible(place.transform);

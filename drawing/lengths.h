@@ -2,6 +2,7 @@
 /// Lengths in user units, and what percentages refer to.
 #pragma once
 
+#include "orvan/geometry.h"
 #include "svg_types.h"
 
 namespace orvan::drawing
@@ -12,6 +13,20 @@ struct Viewport
 {
 	double width = 0.0;
 	double height = 0.0;
+
+	/// What the units refer to that the nearest viewport does not change.
+	struct Outermost
+	{
+		double width = 0.0; ///< Size of the outermost viewport in user units.
+		double height = 0.0;
+		double fontSize = 16.0; ///< The font size of the outermost element.
+	} outermost;
+
+	void Resize(const Vector2d& size) noexcept
+	{
+		width = size.x;
+		height = size.y;
+	}
 
 	/// What percentages refer to that are neither horizontal nor vertical.
 	double GetDiagonal() const noexcept;

@@ -40,7 +40,7 @@ Result<SVGElementRef> FindEffect(Scene& scene, const String* id, const Frame& fr
 inline Result<Place> GetContentPlace(const SVGElementRef& content, const Frame& user) noexcept
 {
 	Place place = user.place;
-	place.style = ORVAN_TRY(GetInheritedStyle(content));
+	place.style = ORVAN_TRY(GetInheritedStyle(content, user.place.viewport));
 	place.isByReference = true;
 	return place;
 }

@@ -8,17 +8,19 @@ namespace orvan::drawing
 namespace
 {
 
-/// Font-relative units are made absolute where they are given, percentages only where they are used.
+/// Font-relative units are made absolute where they are given, all others only where they are used.
 SVGLength Fix(const SVGLength& length, double fontSize) noexcept
 {
-	if (length.unit == SVGLengthUnit::percent)
+	const bool isFontRelative =
+		length.unit == SVGLengthUnit::em || length.unit == SVGLengthUnit::ex || length.unit == SVGLengthUnit::ch;
+	if (!isFontRelative)
 		return length;
 	return {ToUserUnits(length, Axis::other, {}, fontSize), SVGLengthUnit::number};
 }
 
 } // namespace
 
-void Style::Apply(const DataDictionary& attributes) noexcept
+void Style::Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept
 {
 	const auto read = [&]<typename T>(const DataDictionary::Entry& entry, T& property)
 	{
@@ -40,7 +42,8 @@ void Style::Apply(const DataDictionary& attributes) noexcept
 	if (const auto* size = attributes.Find<SVGLength>(static_cast<std::int32_t>(SVGImportAttribute::fontSize)))
 	{
 		const double parent = fontSize;
-		fontSize = size->unit == SVGLengthUnit::percent ? size->value * parent : Fix(*size, parent).value;
+		fontSize = size->unit == SVGLengthUnit::percent ? size->value * parent
+														: ToUserUnits(*size, Axis::other, viewport, parent);
 	}
 	for (const DataDictionary::Entry& entry : attributes)
 	{
@@ -100,7 +103,7 @@ void Style::Apply(const DataDictionary& attributes) noexcept
 	}
 }
 
-Result<Style> GetInheritedStyle(const SVGElementRef& element) noexcept
+Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport) noexcept
 {
 	BaseArray<SVGElementRef> ancestors;
 	auto at = Cast<HierarchyObjectInterface>(element);
@@ -112,7 +115,7 @@ Result<Style> GetInheritedStyle(const SVGElementRef& element) noexcept
 	}
 	Style style;
 	for (std::size_t i = ancestors.GetCount(); i-- > 0;)
-		style.Apply(ancestors[i]->GetAttributeDictionary());
+		style.Apply(ancestors[i]->GetAttributeDictionary(), viewport);
 	return style;
 }
 

@@ -30,11 +30,11 @@ struct Style
 	SVGFontStyle fontStyle = SVGFontStyle::normal;
 	SVGFontWeight fontWeight = SVGFontWeight::normal;
 
-	/// Takes over what an element says itself.
-	void Apply(const DataDictionary& attributes) noexcept;
+	/// Takes over what an element says itself. The viewport is for font sizes in units of the outermost one.
+	void Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept;
 };
 
 /// The properties that an element gets from the elements around it, where it stands in the document.
-Result<Style> GetInheritedStyle(const SVGElementRef& element) noexcept;
+Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport) noexcept;
 
 } // namespace orvan::drawing

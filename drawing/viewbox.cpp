@@ -56,18 +56,18 @@ std::optional<ViewboxFit> FitViewbox(const Rectangle& area, const SVGViewbox& vi
 		return std::nullopt;
 	if (viewbox.isDefault)
 		return ViewboxFit{Translation(area.left, area.top), {width, height}};
-	const Viewport content{viewbox.width.value, viewbox.height.value};
-	if (!IsSize(content.width, content.height))
+	const Vector2d content{viewbox.width.value, viewbox.height.value};
+	if (!IsSize(content.x, content.y))
 		return std::nullopt;
 
-	double scaleX = width / content.width;
-	double scaleY = height / content.height;
+	double scaleX = width / content.x;
+	double scaleY = height / content.y;
 	if (rule.align != SVGAlign::none)
 		scaleX = scaleY =
 			rule.meetOrSlice == SVGMeetOrSlice::slice ? std::max(scaleX, scaleY) : std::min(scaleX, scaleY);
 	const Alignment alignment = GetAlignment(rule.align);
-	const Matrix2d transform = Translation(area.left + (width - content.width * scaleX) * alignment.x,
-										   area.top + (height - content.height * scaleY) * alignment.y) *
+	const Matrix2d transform = Translation(area.left + (width - content.x * scaleX) * alignment.x,
+										   area.top + (height - content.y * scaleY) * alignment.y) *
 							   Scaling(scaleX, scaleY) * Translation(-viewbox.x.value, -viewbox.y.value);
 	return ViewboxFit{transform, content};
 }

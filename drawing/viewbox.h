@@ -14,7 +14,7 @@ namespace orvan::drawing
 struct ViewboxFit
 {
 	Matrix2d transform; ///< From the content's coordinates to those in which the viewport stands.
-	Viewport viewport;  ///< What percentages in the content refer to.
+	Vector2d size;      ///< Of the viewport in the content's coordinates: what percentages refer to.
 };
 
 /// Fits `viewbox` into the viewport `area`; a default view box leaves the scale alone. Nothing when

@@ -104,7 +104,8 @@ Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noex
 	if (!fit)
 		return {};
 	frame.place.transform = frame.place.transform * fit->transform;
-	frame.place.viewport = fit->viewport;
+	frame.place.viewport.Resize(fit->size);
+	frame.place.viewport.outermost.fontSize = frame.place.style.fontSize;
 	const auto draw = [&](Sink& sink) noexcept
 	{
 		return Walk(_scene, sink).DrawChildren(element, frame.place, frame);
@@ -130,7 +131,7 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 		return {};
 	Place inside = frame.place;
 	inside.transform = inside.transform * fit->transform;
-	inside.viewport = fit->viewport;
+	inside.viewport.Resize(fit->size);
 	if (!IsInvertible(inside.transform))
 		return {};
 	const auto draw = [&](Sink& sink) noexcept

@@ -53,7 +53,8 @@ Result<void> Context::Draw(ObjectBase* element) noexcept
 		return {};
 	Place place;
 	place.transform = Scaling(_picture.GetUnit(), _picture.GetUnit());
-	place.viewport = {_picture.GetViewportSize().x, _picture.GetViewportSize().y};
+	const Vector2d& size = _picture.GetViewportSize();
+	place.viewport = {size.x, size.y, {size.x, size.y}};
 	const Canvas canvas{*_job, _picture.GetDrawing()};
 	Painter painter(canvas);
 	return Walk(_job->scene, painter).DrawElement(element, place, nullptr);
