@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "console.h"
+#include "document_loading.h"
+#include "file_arguments.h"
 #include "json_writer.h"
-#include "parallel_check.h"
+#include "ordered_tasks.h"
 #include "progress_bar.h"
 #include "svg_files.h"
 
-#include <algorithm>
-#include <functional>
+#include <atomic>
 #include <memory>
 
 namespace orvan::program
@@ -17,43 +18,60 @@ namespace
 struct Options
 {
 	std::vector<std::string> paths;
-	unsigned jobs = 0;
+	std::optional<std::uint32_t> jobs;
 	bool asJson = false;
+};
+
+struct Counts
+{
+	std::size_t loaded = 0;
+	std::size_t failed = 0;
 };
 
 using FailureHandler = std::function<void(const std::string& path, const Finding& finding)>;
 
-/// Checks everything and hands over the failures in the order of the files. Returns how many files were fine and how
-/// many places failed.
-std::pair<std::size_t, std::size_t> CheckAll(const Options& options, const FailureHandler& onFailure)
+/// Checks everything and hands over the failures in the order of the files, although threads finish in another.
+Counts CheckAll(const Options& options, const FailureHandler& onFailure)
 {
+	constexpr auto kPatience = std::chrono::milliseconds(100); // Between two looks at the progress.
 	// The files are listed before the first is loaded, so that the progress bar knows how many there are.
 	const SVGFiles found = FindSVGFiles(options.paths);
 	for (const auto& [path, reason] : found.troubles)
 		onFailure(path, Finding{.text = reason});
+	// A folder that cannot be read may hide files, so it counts as a failure of its own.
+	Counts counts{.failed = found.troubles.size()};
 
-	const unsigned processors = std::max(1u, std::thread::hardware_concurrency());
-	ParallelCheck check(found.files, options.jobs != 0 ? options.jobs : processors);
+	using Refusal = std::optional<Finding>;
+	std::atomic<std::size_t> done = 0;
+	std::atomic<std::size_t> failed = 0;
+	// What remains of a file is little, so that nobody needs to wait for a slow one.
+	OrderedTasks<Refusal> tasks(found.files.size(), GetThreadCount(options.jobs), found.files.size(),
+								[&](std::size_t index)
+								{
+									Refusal refusal = LoadDocument(found.files[index]).refusal;
+									failed += refusal ? 1 : 0;
+									done++;
+									return refusal;
+								});
 	ProgressBar bar(found.files.size());
-	for (std::size_t i = 0; i < found.files.size(); i++)
+	for (const std::string& file : found.files)
 	{
-		// Failures are told in the order of the files, although threads may finish in another.
-		bool isLoaded = false;
-		while (!isLoaded)
+		std::optional<Refusal> refusal;
+		while (!refusal)
 		{
-			isLoaded = check.WaitFor(i);
-			const auto [done, failed] = check.GetCounts();
+			refusal = tasks.Take(kPatience);
 			bar.Show(done, failed);
 		}
-		if (const auto& refusal = check.GetRefusal(i))
+		if (!*refusal)
 		{
-			bar.Hide();
-			onFailure(found.files[i], *refusal);
+			counts.loaded++;
+			continue;
 		}
+		counts.failed++;
+		bar.Hide();
+		onFailure(file, **refusal);
 	}
-	// A folder that cannot be read may hide files, so it counts as a failure of its own.
-	const auto [done, failed] = check.GetCounts();
-	return {done - failed, failed + found.troubles.size()};
+	return counts;
 }
 
 int CheckForPeople(const Options& options)
@@ -67,7 +85,8 @@ int CheckForPeople(const Options& options)
 /// Writes each failure as it comes, so that the list needs no memory and a reader sees it grow.
 int CheckAsJson(const Options& options)
 {
-	JsonWriter json;
+	ConsoleOutput console;
+	JsonWriter json(console);
 	json.BeginObject();
 	json.NewLine(1);
 	json.Key("failures");
@@ -78,15 +97,7 @@ int CheckAsJson(const Options& options)
 											   json.NewLine(2);
 											   json.BeginObject();
 											   json.Member("path", std::string_view(path));
-											   json.Member("reason", std::string_view(OneLine(finding.text)));
-											   if (finding.line > 0)
-												   json.Member("line", finding.line);
-											   if (finding.column > 0)
-												   json.Member("column", finding.column);
-											   if (!finding.elementName.empty())
-												   json.Member("element", std::string_view(finding.elementName));
-											   if (!finding.elementId.empty())
-												   json.Member("id", std::string_view(finding.elementId));
+											   WriteFinding(json, finding);
 											   json.EndObject();
 										   });
 	json.EndArray();
@@ -104,13 +115,12 @@ int CheckAsJson(const Options& options)
 void AddCheckCommand(CommandLine& commandLine)
 {
 	const auto options = std::make_shared<Options>();
-	CLI::App* const command = commandLine.AddCommand(
+	Command command = commandLine.AddCommand(
 		"check", "Load every .svg file under the paths and say which fail",
-		[options] { return options->asJson ? CheckAsJson(*options) : CheckForPeople(*options); });
-	command->add_option("PATH", options->paths, "Files and folders")->required();
-	command->add_option("-j,--jobs", options->jobs, "Number of threads (all processors when not given)")
-		->check(CLI::Range(1, 1024));
-	command->add_flag("--json", options->asJson, "Print JSON");
+		[options](Modules&) { return options->asJson ? CheckAsJson(*options) : CheckForPeople(*options); });
+	command.AddArguments("PATH", "Files and folders; - is standard input", options->paths);
+	AddJobsOption(command, options->jobs);
+	command.AddFlag("--json", "Print JSON", options->asJson);
 }
 
 } // namespace orvan::program

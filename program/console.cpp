@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "console.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -45,6 +46,23 @@ void PrintError(std::string_view line)
 	std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
+std::string ReadInput()
+{
+	std::string bytes;
+	while (true)
+	{
+		constexpr std::size_t kPiece = 1 << 16;
+		const std::size_t size = bytes.size();
+		bytes.resize(size + kPiece);
+		const ssize_t count = read(STDIN_FILENO, bytes.data() + size, kPiece);
+		bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+		if (count < 0 && errno != EINTR)
+			throw Failure(std::string("Standard input cannot be read: ") + std::strerror(errno));
+		if (count == 0)
+			return bytes;
+	}
+}
+
 bool OutputTakesColor()
 {
 	// NO_COLOR counts when it is set to anything but the empty text: no-color.org.
@@ -70,11 +88,15 @@ std::string OneLine(std::string_view text, std::size_t limit)
 			end--;
 	}
 	std::string line(text.substr(0, end));
-	// A file must be able neither to break the line nor to send commands to the terminal.
+	// A file must be able neither to break the line nor to send commands to the terminal, for which there are control
+	// characters of two bytes, too: 0xC2 and one below 0xA0.
+	unsigned char last = 0;
 	for (char& c : line)
 	{
-		if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
+		const auto byte = static_cast<unsigned char>(c);
+		if (byte < 0x20 || byte == 0x7f || (last == 0xc2 && byte < 0xa0))
 			c = ' ';
+		last = byte;
 	}
 	if (end < text.size())
 		line += "…";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// What the program says: results to standard output, diagnostics to standard error.
+/// What the program says: results to standard output, diagnostics to standard error; and what goes wrong with that.
 #pragma once
 
 #include "orvan/result.h"
@@ -41,15 +41,24 @@ void FlushOutput();
 /// `Print` or `FlushOutput`, so that this can be called where exceptions must not pass.
 void PrintError(std::string_view line);
 
+/// Everything that standard input has. Throws `Failure` when it cannot be read.
+std::string ReadInput();
+
 /// True when standard output is a terminal whose user has nothing against colours (NO_COLOR).
 bool OutputTakesColor();
 
 /// True when standard error is a terminal.
 bool ErrorIsTerminal();
 
-/// A text from a file, fit for one line on a terminal: control characters become spaces, and what is longer than
-/// `limit` bytes ends in "…", never inside of a character.
+/// A text from a file, or the name of one, fit for one line on a terminal: control characters become spaces, and what
+/// is longer than `limit` bytes ends in "…", never inside of a character.
 std::string OneLine(std::string_view text, std::size_t limit = 400);
+
+/// The same without a limit, for names, which are good for nothing when they are cut.
+inline std::string WholeLine(std::string_view text)
+{
+	return OneLine(text, text.size());
+}
 
 /// The value of a result; an error becomes a `Failure`.
 template <typename T>

@@ -2,6 +2,7 @@
 #include "document_loading.h"
 
 #include "console.h"
+#include "file_arguments.h"
 #include "orvan/host/memory_files.h"
 
 #include <atomic>
@@ -99,9 +100,34 @@ std::string DescribeTarget(const Url& url)
 	return {};
 }
 
+/// A file in memory with what standard input has.
+class StandardInput
+{
+public:
+	StandardInput() : _bytes(ReadInput())
+	{
+		Unwrap(MemoryFiles::Publish(kName, _bytes));
+	}
+
+	StandardInput(const StandardInput&) = delete;
+
+	~StandardInput()
+	{
+		MemoryFiles::Withdraw(kName);
+	}
+
+	static constexpr const char* kName = "standard-input.svg";
+
+private:
+	const std::string _bytes;
+};
+
 void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
 {
-	const Url url = ToUrl(file);
+	std::optional<StandardInput> input;
+	if (file == "-")
+		input.emplace();
+	const Url url = ToUrl(input ? std::string("memory:") + StandardInput::kName : file);
 	const SVGDocumentRef document = Unwrap(CreateObject<SVGDocumentInterface>(classId));
 	// Only this thread is redirected, so that files that are loaded side by side do not mix what is said about them.
 	const ThreadDiagnosticSink sink(&Collect, &outcome);
@@ -149,7 +175,7 @@ LoadOutcome LoadDocument(const std::string& file, const char* classId)
 
 std::string Describe(const std::string& file, const Finding& finding)
 {
-	std::string line = file;
+	std::string line = GetDisplayName(file);
 	if (finding.line > 0)
 	{
 		line += ':' + std::to_string(finding.line);
@@ -167,13 +193,35 @@ std::string Describe(const std::string& file, const Finding& finding)
 	return line;
 }
 
-int Report(const std::string& file, const LoadOutcome& outcome)
+void WriteFinding(JsonWriter& json, const Finding& finding)
+{
+	json.Member("reason", std::string_view(OneLine(finding.text)));
+	if (finding.line > 0)
+		json.Member("line", finding.line);
+	if (finding.column > 0)
+		json.Member("column", finding.column);
+	if (!finding.elementName.empty())
+		json.Member("element", std::string_view(finding.elementName));
+	if (!finding.elementId.empty())
+		json.Member("id", std::string_view(finding.elementId));
+}
+
+void PrintFailureAsJson(JsonWriter& json, const std::string& file, const Finding& finding)
+{
+	json.BeginObject();
+	json.Member("url", ToUrl(file).GetText().View());
+	WriteFinding(json, finding);
+	json.EndObject();
+	json.Finish();
+}
+
+int Report(const std::string& file, const LoadOutcome& outcome, Output& output)
 {
 	for (const Finding& warning : outcome.warnings)
-		PrintError("WARNING: " + Describe(file, warning));
+		output.PrintError("WARNING: " + Describe(file, warning));
 	if (!outcome.refusal)
 		return 0;
-	PrintError(Describe(file, *outcome.refusal));
+	output.PrintError(Describe(file, *outcome.refusal));
 	return 1;
 }
 

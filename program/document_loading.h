@@ -5,7 +5,9 @@
 /// holds a placeholder. Here both come together again.
 #pragma once
 
+#include "json_writer.h"
 #include "orvan/host/diagnostic_sink.h"
+#include "output.h"
 #include "svg_base.h"
 
 #include <cstdint>
@@ -38,15 +40,21 @@ struct LoadOutcome
 /// absolute.
 Url ToUrl(const std::string& file);
 
-/// Loads a file into a new object of class `classId`, which must implement the document interface. Never throws for
-/// anything that a file can bring about. Several threads may load at once.
+/// Loads a file, or standard input for "-", into a new object of class `classId`, which must implement the document
+/// interface. Never throws for anything that a file can bring about. Several threads may load at once.
 LoadOutcome LoadDocument(const std::string& file, const char* classId = kSVGDocumentClass);
 
 /// The line that tells people about a finding: `file:line:column: text (<element id="…">)`, as far as known.
 std::string Describe(const std::string& file, const Finding& finding);
 
-/// Prints what was said about a file to standard error. Returns the exit status that it calls for.
-int Report(const std::string& file, const LoadOutcome& outcome);
+/// Writes what is known of a finding as members of the object that has been begun.
+void WriteFinding(JsonWriter& json, const Finding& finding);
+
+/// Prints one object for a file that there is nothing to show of: its URL, and why.
+void PrintFailureAsJson(JsonWriter& json, const std::string& file, const Finding& finding);
+
+/// Says what was said about a file. Returns the exit status that it calls for.
+int Report(const std::string& file, const LoadOutcome& outcome, Output& output);
 
 /// A diagnostic sink for what is said about a file after it was loaded: prints it to standard error. `file` points to
 /// the file's name, a std::string.

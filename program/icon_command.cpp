@@ -3,9 +3,11 @@
 #include "console.h"
 #include "document_loading.h"
 #include "icon_watch.h"
+#include "modules.h"
 #include "picture.h"
 #include "vector_icon.h"
 
+#include <limits>
 #include <memory>
 
 namespace orvan::program
@@ -15,7 +17,7 @@ namespace
 struct Options
 {
 	std::string file;
-	std::uint32_t state = 0;
+	std::optional<std::uint32_t> state;
 	std::vector<std::string> enabled;
 	std::vector<std::string> disabled;
 	std::string picture;
@@ -29,7 +31,7 @@ void PrintLayers(const SVGElementRef& element)
 	if (const String id = element->GetId(); !id.IsEmpty())
 	{
 		const bool isShown = element->GetDisplay() != SVGDisplay::none;
-		Print((isShown ? "shown   " : "hidden  ") + OneLine(id.View()) + '\n');
+		Print((isShown ? "shown   " : "hidden  ") + WholeLine(id.View()) + '\n');
 	}
 	for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child; child = child->GetNextSibling())
 		PrintLayers(Cast<SVGElementInterface>(child));
@@ -51,10 +53,11 @@ int SwitchLayers(const VectorIconRef& icon, const std::vector<std::string>& ids,
 	return status;
 }
 
-int ShowIcon(Options& options, bool hasState)
+int ShowIcon(Options& options)
 {
 	const LoadOutcome outcome = LoadDocument(options.file, kVectorIconClass);
-	int status = Report(options.file, outcome);
+	ConsoleOutput console;
+	int status = Report(options.file, outcome, console);
 	if (!outcome.document)
 		return status;
 	const auto icon = Cast<VectorIconInterface>(outcome.document);
@@ -64,15 +67,15 @@ int ShowIcon(Options& options, bool hasState)
 	// From here on, switching layers and reloading have things to say about the file.
 	const ThreadDiagnosticSink sink(&PrintDiagnostic, &options.file);
 	// The state first: it switches the state layers, which --enable and --disable may then overrule.
-	if (hasState)
-		icon->SetState(static_cast<SVGIconState>(options.state));
+	if (options.state)
+		icon->SetState(static_cast<SVGIconState>(*options.state));
 	status |= SwitchLayers(icon, options.enabled, true);
 	status |= SwitchLayers(icon, options.disabled, false);
 	const auto show = [&]
 	{
 		PrintLayers(outcome.document->GetRootElement());
-		if (!options.picture.empty())
-			WritePicture(outcome.document, {}, options.picture);
+		if (const auto kind = GetPictureKind(options.picture))
+			WritePicture(outcome.document, {.output = *kind}, options.picture, console);
 	};
 	show();
 	if (options.watches)
@@ -91,24 +94,24 @@ int ShowIcon(Options& options, bool hasState)
 void AddIconCommand(CommandLine& commandLine)
 {
 	const auto options = std::make_shared<Options>();
-	const auto stateOption = std::make_shared<CLI::Option*>();
-	CLI::App* const command = commandLine.AddCommand("icon", "Load a file as an icon and print its layers",
-													 [=] { return ShowIcon(*options, (*stateOption)->count() != 0); });
-	command->add_option("FILE", options->file, "Path or file: URL")->required();
-	*stateOption = command->add_option("--state", options->state, "State to show: 0 to 3 have layers");
-	command->add_option("--enable", options->enabled, "Show the layer with this id")
-		->type_name("ID")
-		->expected(1)
-		->take_all();
-	command->add_option("--disable", options->disabled, "Hide the layer with this id")
-		->type_name("ID")
-		->expected(1)
-		->take_all();
-	command->add_option("-o,--output", options->picture, "Also draw the icon into this .png or .pdf file")
-		->type_name("OUT")
-		->check(&CheckPictureName);
-	command->add_flag("--watch", options->watches,
-					  "Follow the file and print again at every reload, until interrupted");
+	Command command = commandLine.AddCommand("icon", "Load a file as an icon and print its layers",
+											 [options](Modules& modules)
+											 {
+												 if (!options->picture.empty())
+													 modules.LoadOtherModules();
+												 return ShowIcon(*options);
+											 });
+	command.AddArgument("FILE", "Path or file: URL", options->file);
+	command.AddNumber({.names = "--state", .help = "State to show: 0 to 3 have layers", .value = "N"}, options->state,
+					  0, std::numeric_limits<std::uint32_t>::max());
+	command.AddTexts({.names = "--enable", .help = "Show the layer with this id", .value = "ID"}, options->enabled);
+	command.AddTexts({.names = "--disable", .help = "Hide the layer with this id", .value = "ID"}, options->disabled);
+	command.AddText({.names = "-o,--output",
+					 .help = "Also draw the icon into this .png or .pdf file",
+					 .value = "OUT",
+					 .check = &CheckPictureName},
+					options->picture);
+	command.AddFlag("--watch", "Follow the file and print again at every reload, until interrupted", options->watches);
 }
 
 } // namespace orvan::program

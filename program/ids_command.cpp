@@ -2,37 +2,94 @@
 #include "commands.h"
 #include "console.h"
 #include "document_loading.h"
+#include "file_arguments.h"
 
+#include <filesystem>
 #include <memory>
 
 namespace orvan::program
 {
+namespace
+{
+struct Options
+{
+	FileArguments files;
+	std::optional<std::string> prefix;
+	bool asJson = false;
+};
+
+/// The last of several arguments is a prefix unless it looks like a file. `--prefix` leaves no doubt.
+bool LooksLikeFile(const std::string& argument)
+{
+	const std::filesystem::path path(argument);
+	std::error_code ignored;
+	return argument == "-" || argument.find('/') != argument.npos || path.extension() == ".svg" ||
+		   path.extension() == ".svgz" || std::filesystem::is_regular_file(path, ignored);
+}
+
+void TakePrefix(Options& options)
+{
+	std::vector<std::string>& files = options.files.files;
+	if (options.prefix || files.size() < 2 || LooksLikeFile(files.back()))
+		return;
+	options.prefix = files.back();
+	files.pop_back();
+}
+
+void PrintAsJson(const FileTurn& turn, const LoadOutcome& outcome, const BaseArray<SVGElementRef>& elements)
+{
+	JsonWriter json(turn.output, JsonWriter::Layout::oneLine);
+	if (!outcome.document)
+		return PrintFailureAsJson(json, turn.file, *outcome.refusal);
+	json.BeginObject();
+	json.Member("url", outcome.document->GetUrl().GetText().View());
+	json.Key("ids");
+	json.BeginArray();
+	for (const SVGElementRef& element : elements)
+		json.Value(element->GetId().View());
+	json.EndArray();
+	json.EndObject();
+	json.Finish();
+}
+
+void PrintAsText(const FileTurn& turn, const BaseArray<SVGElementRef>& elements)
+{
+	// As other tools do it that look for something in several files.
+	const std::string place = turn.isAlone ? std::string() : GetDisplayName(turn.file) + ':';
+	for (const SVGElementRef& element : elements)
+		turn.output.Print(place + WholeLine(element->GetId().View()) + '\n');
+}
+
+int PrintIds(const Options& options, const FileTurn& turn)
+{
+	const LoadOutcome outcome = LoadDocument(turn.file);
+	BaseArray<SVGElementRef> elements;
+	if (outcome.document)
+	{
+		const String prefix = Unwrap(String::Create(options.prefix.value_or("")));
+		elements = Unwrap(outcome.document->GetElementsByIdWithPrefix(prefix));
+	}
+	if (options.asJson)
+		PrintAsJson(turn, outcome, elements);
+	else
+		PrintAsText(turn, elements);
+	return Report(turn.file, outcome, turn.output);
+}
+} // namespace
 
 void AddIdsCommand(CommandLine& commandLine)
 {
-	struct Options
-	{
-		std::string file;
-		std::string prefix;
-	};
 	const auto options = std::make_shared<Options>();
-	CLI::App* const command =
-		commandLine.AddCommand("ids", "Print the ids of a file, in the order of the id table",
-							   [options]
-							   {
-								   const LoadOutcome outcome = LoadDocument(options->file);
-								   if (outcome.document)
-								   {
-									   const String prefix = Unwrap(String::Create(options->prefix));
-									   const auto elements =
-										   Unwrap(outcome.document->GetElementsByIdWithPrefix(prefix));
-									   for (const SVGElementRef& element : elements)
-										   Print(std::string(element->GetId().View()) + '\n');
-								   }
-								   return Report(options->file, outcome);
-							   });
-	command->add_option("FILE", options->file, "Path or file: URL")->required();
-	command->add_option("PREFIX", options->prefix, "Print only ids that begin so");
+	Command command = commandLine.AddCommand("ids", "Print the ids of files, in the order of the id table",
+											 [options](Modules&)
+											 {
+												 TakePrefix(*options);
+												 return ForEachFile(options->files, [options](const FileTurn& turn)
+																	{ return PrintIds(*options, turn); });
+											 });
+	options->files.AddTo(command, "Paths or file: URLs; - is standard input. A last one that is no file is a prefix");
+	command.AddText({.names = "--prefix", .help = "Print only ids that begin so", .value = "PREFIX"}, options->prefix);
+	command.AddFlag("--json", "Print JSON, an object a line for each file", options->asJson);
 }
 
 } // namespace orvan::program

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "json_writer.h"
 
-#include "console.h"
-
 #include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
@@ -22,15 +20,15 @@ std::string Quote(std::string_view text)
 void JsonWriter::Separate()
 {
 	if (std::exchange(_needsComma, true))
-		Print(_indentation >= 0 ? "," : ", ");
+		_output.Print(_indentation >= 0 ? "," : ", ");
 	if (_indentation >= 0)
-		Print('\n' + std::string(static_cast<std::size_t>(std::exchange(_indentation, -1)), ' '));
+		_output.Print('\n' + std::string(static_cast<std::size_t>(std::exchange(_indentation, -1)), ' '));
 }
 
 void JsonWriter::Token(std::string_view text)
 {
 	Separate();
-	Print(text);
+	_output.Print(text);
 }
 
 void JsonWriter::BeginObject()
@@ -61,7 +59,7 @@ void JsonWriter::EndArray()
 void JsonWriter::Key(std::string_view name)
 {
 	Token(Quote(name));
-	Print(": ");
+	_output.Print(": ");
 	_needsComma = false;
 }
 
@@ -96,12 +94,13 @@ void JsonWriter::Value(std::string_view text)
 
 void JsonWriter::NewLine(int depth)
 {
-	_indentation = depth;
+	if (_layout == Layout::lines)
+		_indentation = depth;
 }
 
 void JsonWriter::Finish()
 {
-	Print("\n");
+	_output.Print("\n");
 }
 
 } // namespace orvan::program

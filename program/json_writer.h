@@ -2,6 +2,8 @@
 /// Writing JSON piece by piece, so that a large tree needs no second one in memory.
 #pragma once
 
+#include "output.h"
+
 #include <concepts>
 #include <cstdint>
 #include <string>
@@ -10,11 +12,21 @@
 namespace orvan::program
 {
 
-/// Prints JSON to standard output in UTF-8. Numbers have the shortest form that reads back as the same double; numbers
+/// Prints JSON in UTF-8. Numbers have the shortest form that reads back as the same double; numbers
 /// that JSON cannot express are null. Bytes that are no UTF-8 become U+FFFD.
 class JsonWriter
 {
 public:
+	enum class Layout
+	{
+		lines,  ///< Starts a line where `NewLine` asks for one.
+		oneLine ///< Everything stands in one line, for readers that take one value a line.
+	};
+
+	explicit JsonWriter(Output& output, Layout layout = Layout::lines) : _output(output), _layout(layout)
+	{
+	}
+
 	void BeginObject();
 	void EndObject();
 	void BeginArray();
@@ -53,6 +65,8 @@ private:
 	void Token(std::string_view text);
 	void Separate();
 
+	Output& _output;
+	const Layout _layout;
 	bool _needsComma = false;
 	int _indentation = -1;
 };

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "console.h"
-#include "modules.h"
 
 #include <csignal>
 #include <cstdio>
@@ -17,44 +16,18 @@ constexpr int kStatusWrongUsage = 2;
 int Run(int argumentCount, char** arguments)
 {
 	CommandLine commandLine;
-	commandLine.app.description("Looks at SVG files through the SVG module.");
-	commandLine.app.require_subcommand(1);
-	commandLine.app.add_option("--modules", commandLine.moduleFolder, "Folder with the modules to load")
-		->type_name("DIR");
 	AddTreeCommand(commandLine);
 	AddIdsCommand(commandLine);
 	AddCheckCommand(commandLine);
 	AddRegistryCommand(commandLine);
 	AddIconCommand(commandLine);
 	AddRenderCommand(commandLine);
-	try
-	{
-		commandLine.app.parse(argumentCount, arguments);
-	}
-	catch (const CLI::ParseError& error)
-	{
-		return commandLine.app.exit(error) == 0 ? 0 : kStatusWrongUsage;
-	}
+	const int status = commandLine.Run(argumentCount, arguments);
 	// Here, and not at the end of the process, trouble with the last of the results can still be told.
 	FlushOutput();
-	return commandLine.exitStatus;
+	return status;
 }
 } // namespace
-
-CLI::App* CommandLine::AddCommand(const std::string& name, const std::string& description, std::function<int()> run)
-{
-	CLI::App* const command = app.add_subcommand(name, description);
-	// Lets --modules stand behind the command as well.
-	command->fallthrough();
-	command->callback(
-		[this, run = std::move(run)]
-		{
-			LoadModules(moduleFolder);
-			exitStatus = run();
-		});
-	return command;
-}
-
 } // namespace orvan::program
 
 int main(int argumentCount, char** arguments)

@@ -6,47 +6,65 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace orvan::program
 {
 namespace
 {
+namespace fs = std::filesystem;
+
 constexpr const char* kSVGModuleFile = "net.orvan.svg.so";
+
+/// Why a module could not be opened; empty when it was.
+std::string Load(const fs::path& file)
+{
+	const Result<Module*> module = Module::Load(file.string());
+	return module.IsOk() ? std::string() : file.string() + ": " + std::string(module.GetError().GetMessage().View());
+}
 } // namespace
 
-void LoadModules(const std::string& folder)
+Modules::Modules(const std::string& folder) : _folder(folder)
 {
-	namespace fs = std::filesystem;
-	std::error_code error;
-	fs::path place = folder;
-	if (folder.empty())
-		place = fs::read_symlink("/proc/self/exe", error).parent_path().parent_path() / "lib" / "orvan";
+	std::error_code ignored;
+	if (_folder.empty())
+		_folder = fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path() / "lib" / "orvan";
+}
 
-	std::vector<fs::path> files;
-	for (fs::directory_iterator at(place, error), end; !error && at != end; at.increment(error))
+void Modules::LoadSVGModule()
+{
+	const fs::path file = fs::path(_folder) / kSVGModuleFile;
+	std::error_code error;
+	if (const fs::file_status status = fs::status(file, error); fs::exists(status))
 	{
-		if (at->path().extension() == ".so")
+		if (const std::string reason = Load(file); !reason.empty())
+			throw Failure(reason);
+	}
+	else if (fs::directory_iterator(_folder, error); error)
+		throw Failure("The modules' folder " + _folder + " cannot be read: " + error.message());
+	else
+		throw Failure("There is no " + std::string(kSVGModuleFile) + " in " + _folder + ".");
+}
+
+void Modules::LoadOtherModules()
+{
+	if (std::exchange(_hasLoadedOthers, true))
+		return;
+	std::vector<fs::path> files;
+	std::error_code error;
+	for (fs::directory_iterator at(_folder, error), end; !error && at != end; at.increment(error))
+	{
+		if (at->path().extension() == ".so" && at->path().filename() != kSVGModuleFile)
 			files.push_back(at->path());
 	}
 	if (error)
-		throw Failure("The modules' folder " + place.string() + " cannot be read: " + error.message());
-	// Others build on the classes and interfaces that the SVG module publishes.
-	std::ranges::sort(files, {},
-					  [](const fs::path& file) { return std::pair(file.filename() != kSVGModuleFile, file.native()); });
-	if (files.empty() || files.front().filename() != kSVGModuleFile)
-		throw Failure("There is no " + std::string(kSVGModuleFile) + " in " + place.string() + ".");
-
+		throw Failure("The modules' folder " + _folder + " cannot be read: " + error.message());
+	std::ranges::sort(files);
 	for (const fs::path& file : files)
 	{
-		const Result<Module*> module = Module::Load(file.string());
-		if (module.IsOk())
-			continue;
-		const std::string reason = file.string() + ": " + std::string(module.GetError().GetMessage().View());
-		// Without the SVG module there is nothing to do; without a renderer there is.
-		if (file == files.front())
-			throw Failure(reason);
-		PrintError("WARNING: " + reason);
+		if (const std::string reason = Load(file); !reason.empty())
+			PrintError("WARNING: " + reason);
 	}
 }
 

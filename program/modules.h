@@ -7,9 +7,25 @@
 namespace orvan::program
 {
 
-/// Opens every module ("*.so") in `folder`, or where that is empty in "../lib/orvan" beside the program's own folder:
-/// first the SVG module, then the others by name. Throws `Failure` when the SVG module is missing or cannot be opened;
-/// any other that cannot be opened is reported on standard error and left out.
-void LoadModules(const std::string& folder);
+/// The modules in one folder. Opening one must not overlap other use of the host, so commands open what they need
+/// before they start threads. What is open stays open to the end of the process.
+class Modules
+{
+public:
+	/// Where `folder` is empty, the modules stand in "../lib/orvan" beside the program's own folder.
+	explicit Modules(const std::string& folder);
+
+	/// Opens the SVG module. Throws `Failure` when it is missing or cannot be opened.
+	void LoadSVGModule();
+
+	/// Opens every other module ("*.so") by name, the first time that it is called. Done only for commands that use
+	/// one: a renderer brings forty libraries along, whose loading takes longer than most files. A module that cannot
+	/// be opened is reported on standard error and left out.
+	void LoadOtherModules();
+
+private:
+	std::string _folder;
+	bool _hasLoadedOthers = false;
+};
 
 } // namespace orvan::program

@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "console.h"
 #include "json_writer.h"
+#include "modules.h"
 #include "orvan/host/module_loader.h"
 
 #include <memory>
@@ -126,7 +127,8 @@ int PrintForPeople()
 /// Prints one object with the modules in the order of their loading.
 int PrintAsJson()
 {
-	JsonWriter json;
+	ConsoleOutput console;
+	JsonWriter json(console);
 	json.BeginObject();
 	json.NewLine(1);
 	json.Key("modules");
@@ -175,10 +177,14 @@ int PrintAsJson()
 void AddRegistryCommand(CommandLine& commandLine)
 {
 	const auto asJson = std::make_shared<bool>(false);
-	CLI::App* const command =
-		commandLine.AddCommand("registry", "Print what the modules publish, in registration order",
-							   [asJson] { return *asJson ? PrintAsJson() : PrintForPeople(); });
-	command->add_flag("--json", *asJson, "Print JSON");
+	commandLine
+		.AddCommand("registry", "Print what the modules publish, in registration order",
+					[asJson](Modules& modules)
+					{
+						modules.LoadOtherModules();
+						return *asJson ? PrintAsJson() : PrintForPeople();
+					})
+		.AddFlag("--json", "Print JSON", *asJson);
 }
 
 } // namespace orvan::program

@@ -24,7 +24,10 @@ void CollectFolder(const fs::path& folder, SVGFiles& found)
 	{
 		// Folders behind symbolic links are not entered: they may lead in circles.
 		const fs::file_status status = fs::symlink_status(entry, error);
-		if (fs::is_directory(status))
+		// What cannot be looked at may be a folder full of files. What has gone since the folder was read is no more.
+		if (error && status.type() != fs::file_type::not_found)
+			found.troubles.emplace_back(entry.native(), error.message());
+		else if (fs::is_directory(status))
 			CollectFolder(entry, found);
 		else if (entry.extension() == ".svg" && !(fs::is_symlink(status) && fs::is_directory(entry, error)))
 			found.files.push_back(entry.native());

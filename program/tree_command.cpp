@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "console.h"
 #include "document_loading.h"
+#include "file_arguments.h"
 #include "tree_json.h"
 #include "tree_text.h"
 
@@ -9,28 +10,47 @@
 
 namespace orvan::program
 {
+namespace
+{
+struct Options
+{
+	FileArguments files;
+	bool asJson = false;
+};
+
+/// Each of several files gets one line, also one of which there is no tree, so that readers can count.
+void PrintAsJson(const FileTurn& turn, const LoadOutcome& outcome)
+{
+	JsonWriter json(turn.output, turn.isAlone ? JsonWriter::Layout::lines : JsonWriter::Layout::oneLine);
+	if (outcome.document)
+		PrintTreeAsJson(json, outcome.document, outcome.refusal.has_value());
+	else if (!turn.isAlone)
+		PrintFailureAsJson(json, turn.file, *outcome.refusal);
+}
+
+void PrintAsText(const FileTurn& turn, const LoadOutcome& outcome)
+{
+	if (!outcome.document)
+		return;
+	PrintHeading(turn);
+	PrintTreeAsText(turn.output, outcome.document, OutputTakesColor());
+}
+} // namespace
 
 void AddTreeCommand(CommandLine& commandLine)
 {
-	struct Options
-	{
-		std::string file;
-		bool asJson = false;
-	};
 	const auto options = std::make_shared<Options>();
-	CLI::App* const command =
-		commandLine.AddCommand("tree", "Print the element tree of a file",
-							   [options]
-							   {
-								   const LoadOutcome outcome = LoadDocument(options->file);
-								   if (outcome.document && options->asJson)
-									   PrintTreeAsJson(outcome.document, outcome.refusal.has_value());
-								   else if (outcome.document)
-									   PrintTreeAsText(outcome.document, OutputTakesColor());
-								   return Report(options->file, outcome);
-							   });
-	command->add_option("FILE", options->file, "Path or file: URL")->required();
-	command->add_flag("--json", options->asJson, "Print JSON with all values");
+	const auto printTree = [options](const FileTurn& turn)
+	{
+		const LoadOutcome outcome = LoadDocument(turn.file);
+		(options->asJson ? &PrintAsJson : &PrintAsText)(turn, outcome);
+		return Report(turn.file, outcome, turn.output);
+	};
+	Command command =
+		commandLine.AddCommand("tree", "Print the element tree of files",
+							   [options, printTree](Modules&) { return ForEachFile(options->files, printTree); });
+	options->files.AddTo(command);
+	command.AddFlag("--json", "Print JSON with all values", options->asJson);
 }
 
 } // namespace orvan::program

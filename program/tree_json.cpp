@@ -3,7 +3,6 @@
 
 #include "attribute_values.h"
 #include "console.h"
-#include "json_writer.h"
 
 namespace orvan::program
 {
@@ -239,9 +238,8 @@ private:
 };
 } // namespace
 
-void PrintTreeAsJson(const SVGDocumentRef& document, bool isPlaceholder)
+void PrintTreeAsJson(JsonWriter& json, const SVGDocumentRef& document, bool isPlaceholder)
 {
-	JsonWriter json;
 	json.BeginObject();
 	json.NewLine(1);
 	json.Member("url", document->GetUrl().GetText().View());

@@ -143,7 +143,7 @@ std::string ToText(const Matrix2d& m)
 class TextTree
 {
 public:
-	explicit TextTree(bool withColor) : _withColor(withColor)
+	TextTree(Output& output, bool withColor) : _output(output), _withColor(withColor)
 	{
 	}
 
@@ -158,7 +158,7 @@ public:
 			AddProperty("transform", ToText(transform));
 		AddAttributes(element->GetAttributeDictionary());
 		AddContent(element);
-		Print(_line += '\n');
+		_output.Print(_line += '\n');
 		for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child;
 			 child = child->GetNextSibling())
 			PrintElement(Cast<SVGElementInterface>(child), depth + 1);
@@ -213,14 +213,15 @@ private:
 			AddProperty("text", ToText(text->GetText()));
 	}
 
+	Output& _output;
 	bool _withColor;
 	std::string _line;
 };
 } // namespace
 
-void PrintTreeAsText(const SVGDocumentRef& document, bool withColor)
+void PrintTreeAsText(Output& output, const SVGDocumentRef& document, bool withColor)
 {
-	TextTree(withColor).PrintElement(document->GetRootElement(), 0);
+	TextTree(output, withColor).PrintElement(document->GetRootElement(), 0);
 }
 
 } // namespace orvan::program

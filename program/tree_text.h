@@ -2,12 +2,13 @@
 /// A document for people to read.
 #pragma once
 
+#include "output.h"
 #include "svg_base.h"
 
 namespace orvan::program
 {
 
 /// Prints the tree of a document, indented, one element a line; with colours when `withColor`.
-void PrintTreeAsText(const SVGDocumentRef& document, bool withColor);
+void PrintTreeAsText(Output& output, const SVGDocumentRef& document, bool withColor);
 
 } // namespace orvan::program

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 namespace orvan::test
 {
@@ -38,7 +39,9 @@ TEST(CheckCommand, ReportsTheSameAsJson)
 	const auto& failure = report["failures"].at(0);
 	EXPECT_EQ(failure["path"], bad);
 	EXPECT_EQ(failure["line"], 2);
+	EXPECT_EQ(failure["column"], 17);
 	EXPECT_EQ(failure["element"], "path");
+	EXPECT_TRUE(failure["reason"].get<std::string>().starts_with("Exception parsing svg file. ")) << failure;
 	EXPECT_EQ(failure["id"], "p");
 }
 
@@ -51,11 +54,30 @@ TEST(CheckCommand, LoadsManyFilesOnManyThreads)
 	EXPECT_TRUE(run.output.ends_with("\n297 loaded, 3 failed\n")) << run.output;
 }
 
-TEST(CheckCommand, FailsForPathsThatLeadNowhere)
+TEST(CheckCommand, FailsForPlacesThatItCannotReach)
 {
 	const ProgramRun run = RunProgram({"check", "/nowhere"});
 	EXPECT_EQ(run.status, 1);
 	EXPECT_TRUE(run.output.ends_with("\n0 loaded, 1 failed\n")) << run.output;
+
+	// A folder whose path is longer than the system takes, with a name that is allowed in it.
+	const TemporaryFolder folder;
+	const std::string name(200, 'd');
+	const std::string makeFolders = "(cd '" + folder.GetPath().string() + "'; while mkdir " + name + " && cd " + name +
+									"; do :; done) 2>/dev/null; ";
+	const ProgramRun deep = RunProgram({"check", folder.GetPath()}, {.setup = makeFolders});
+	EXPECT_EQ(deep.status, 1);
+	EXPECT_NE(deep.output.find("File name too long\n0 loaded, 1 failed\n"), deep.output.npos) << deep.output;
+
+	if (geteuid() == 0)
+		return; // Who may do everything reaches everything.
+	const TemporaryFolder closed;
+	closed.Write("inner/a.svg", kGood);
+	std::filesystem::permissions(closed.GetPath(), std::filesystem::perms::owner_read);
+	const ProgramRun refused = RunProgram({"check", closed.GetPath()});
+	std::filesystem::permissions(closed.GetPath(), std::filesystem::perms::owner_all);
+	EXPECT_EQ(refused.status, 1);
+	EXPECT_TRUE(refused.output.ends_with("\n0 loaded, 1 failed\n")) << refused.output;
 }
 } // namespace
 } // namespace orvan::test

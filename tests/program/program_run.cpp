@@ -17,21 +17,23 @@ std::string Quote(const std::string& text)
 		quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
 	return quoted + "'";
 }
+} // namespace
 
 std::string ReadFile(const std::filesystem::path& path)
 {
 	std::ifstream file(path, std::ios::binary);
 	return {std::istreambuf_iterator<char>(file), {}};
 }
-} // namespace
 
-ProgramRun RunProgram(const std::vector<std::string>& arguments)
+ProgramRun RunProgram(const std::vector<std::string>& arguments, const ProgramStreams& streams)
 {
 	const TemporaryFolder folder;
-	std::string command = Quote(ORVAN_PROGRAM);
+	std::string command = streams.setup + Quote(ORVAN_PROGRAM);
 	for (const std::string& argument : arguments)
 		command += ' ' + Quote(argument);
-	command += " >" + Quote(folder.GetPath() / "output") + " 2>" + Quote(folder.GetPath() / "errors");
+	command += " <" + Quote(folder.Write("input", streams.input));
+	command += " >" + Quote(streams.output.empty() ? (folder.GetPath() / "output").native() : streams.output);
+	command += " 2>" + Quote(folder.GetPath() / "errors");
 	const int result = std::system(command.c_str());
 	return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, ReadFile(folder.GetPath() / "output"),
 			ReadFile(folder.GetPath() / "errors")};

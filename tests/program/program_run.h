@@ -18,8 +18,18 @@ struct ProgramRun
 	std::string errors;
 };
 
+/// Where a run's streams lead, in the shell's words.
+struct ProgramStreams
+{
+	std::string input = {};  ///< What standard input has.
+	std::string output = {}; ///< Where standard output goes; empty for `ProgramRun::output`.
+	std::string setup = {};  ///< Commands that are run before the program.
+};
+
 /// Runs the program with these arguments, to its end.
-ProgramRun RunProgram(const std::vector<std::string>& arguments);
+ProgramRun RunProgram(const std::vector<std::string>& arguments, const ProgramStreams& streams = {});
+
+std::string ReadFile(const std::filesystem::path& path);
 
 /// A folder of the test's own that goes with it.
 class TemporaryFolder

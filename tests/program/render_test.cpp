@@ -2,7 +2,6 @@
 #include "program_run.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 
 namespace orvan::test
@@ -13,9 +12,12 @@ constexpr const char* kSample = ORVAN_EXAMPLES "/sample.svg";
 
 std::string FirstBytes(const std::string& path, std::size_t count)
 {
-	std::string bytes(count, '\0');
-	std::ifstream(path, std::ios::binary).read(bytes.data(), static_cast<std::streamsize>(count));
-	return bytes;
+	return ReadFile(path).substr(0, count);
+}
+
+std::size_t CountFiles(const TemporaryFolder& folder)
+{
+	return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.GetPath()), {}));
 }
 
 TEST(RenderCommand, WritesThePictureThatTheSuffixNames)
@@ -29,6 +31,67 @@ TEST(RenderCommand, WritesThePictureThatTheSuffixNames)
 	// The width and the height, which follows in the document's proportions, stand at the beginning of a PNG.
 	EXPECT_EQ(FirstBytes(png, 24), std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x60\0\0\0\x40", 24));
 	EXPECT_EQ(FirstBytes(pdf, 5), "%PDF-");
+}
+
+TEST(RenderCommand, ReplacesAPictureOnlyByAWholeOne)
+{
+	namespace fs = std::filesystem;
+	const TemporaryFolder folder;
+	const std::string picture = folder.Write("a.png", "the old picture");
+	const fs::path link = folder.GetPath() / "link.png";
+	fs::create_symlink("a.png", link);
+	constexpr auto kMode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+	fs::permissions(picture, kMode);
+
+	// Every write beyond the first block fails, as on a full disk.
+	const ProgramRun full = RunProgram({"render", kSample, "-o", link}, {.setup = "trap '' XFSZ; ulimit -f 1; "});
+	EXPECT_EQ(full.status, 1);
+	EXPECT_NE(full.errors.find(kSample), full.errors.npos) << full.errors;
+	EXPECT_EQ(ReadFile(picture), "the old picture");
+	EXPECT_EQ(CountFiles(folder), 2) << "nothing is left behind";
+
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", link}).status, 0);
+	EXPECT_EQ(FirstBytes(picture, 4), "\x89PNG");
+	EXPECT_TRUE(fs::is_symlink(link));
+	EXPECT_EQ(fs::status(picture).permissions(), kMode);
+	EXPECT_EQ(CountFiles(folder), 2);
+
+	const fs::path fresh = folder.GetPath() / "fresh.png";
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", fresh}, {.setup = "umask 027; "}).status, 0);
+	EXPECT_EQ(fs::status(fresh).permissions(), kMode);
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", "/dev/null", "--format", "pdf"}).status, 2);
+	fs::create_symlink("/dev/null", folder.GetPath() / "null.pdf");
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", folder.GetPath() / "null.pdf"}).status, 0);
+	EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(RenderCommand, DrawsSeveralFilesIntoAFolder)
+{
+	const TemporaryFolder folder;
+	const std::string pictures = folder.GetPath() / "new/pictures/";
+	const std::string refused = folder.Write("refused.svg", "<svg>");
+	const ProgramRun run = RunProgram({"render", kSample, refused, ORVAN_EXAMPLES "/lamp.svg", "-", "-o", pictures},
+									  {.input = ReadFile(kSample)});
+	EXPECT_EQ(run.status, 1);
+	EXPECT_EQ(run.errors.find(refused + ":1:"), 0) << run.errors;
+	EXPECT_EQ(FirstBytes(pictures + "lamp.png", 4), "\x89PNG");
+	EXPECT_EQ(ReadFile(pictures + "stdin.png"), ReadFile(pictures + "sample.png"));
+	EXPECT_FALSE(std::filesystem::exists(pictures + "refused.png"));
+
+	const std::string twin = folder.Write("twin/sample.svg", ReadFile(kSample));
+	EXPECT_EQ(RunProgram({"render", kSample, twin, "-o", pictures}).status, 2);
+	EXPECT_EQ(RunProgram({"render", kSample, twin, "-o", folder.GetPath() / "a.png"}).status, 2);
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", folder.GetPath(), "--format", "pdf"}).status, 0);
+	EXPECT_EQ(FirstBytes(folder.GetPath() / "sample.pdf", 5), "%PDF-");
+}
+
+TEST(RenderCommand, WritesAPictureToStandardOutput)
+{
+	const TemporaryFolder folder;
+	const std::string png = folder.GetPath() / "a.png";
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", png}).status, 0);
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", "-"}).output, ReadFile(png));
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", "-", "--format", "pdf"}).output.substr(0, 5), "%PDF-");
 }
 
 TEST(RenderCommand, TellsWrongUsageFromAPictureThatCannotBeMade)

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "program_run.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 namespace orvan::test
 {
@@ -128,12 +130,49 @@ TEST(TreeCommand, EndsWellWhenItsReaderGoes)
 	EXPECT_EQ(std::system(command.c_str()), 0);
 }
 
+TEST(TreeCommand, TakesSeveralFilesAndStandardInput)
+{
+	const TemporaryFolder folder;
+	std::vector<std::string> arguments = {"tree", "--json", "--jobs", "4"};
+	for (int i = 0; i < 200; i++)
+		arguments.push_back(folder.Write(std::to_string(i) + ".svg", Svg("<g id='g" + std::to_string(i) + "'/>")));
+	arguments.push_back("/nowhere/a.svg");
+	arguments.push_back("-");
+	const ProgramRun run = RunProgram(arguments, {.input = Svg("<g id='input'/>")});
+	EXPECT_EQ(run.status, 1);
+	std::istringstream lines(run.output);
+	std::vector<json> trees;
+	for (std::string line; std::getline(lines, line);)
+		trees.push_back(json::parse(line));
+	ASSERT_EQ(trees.size(), 202);
+	for (std::size_t i = 0; i < 200; i++)
+		EXPECT_EQ(trees[i]["ids"], json({"g" + std::to_string(i)}));
+	EXPECT_EQ(trees[200]["url"], "file:///nowhere/a.svg");
+	EXPECT_NE(trees[200]["reason"].get<std::string>().find("there is no such file"), std::string::npos);
+	EXPECT_EQ(trees[201]["ids"], json({"input"}));
+
+	const std::string good = folder.Write("a.svg", Svg(""));
+	const std::string bad = folder.Write("b.svg", "<svg>");
+	const ProgramRun text = RunProgram({"tree", good, bad, good});
+	EXPECT_EQ(text.status, 1);
+	EXPECT_EQ(text.output, good + ":\nsvg\n\n" + bad + ":\nsvg\n  rect\n\n" + good + ":\nsvg\n");
+	EXPECT_EQ(RunProgram({"tree", "-", "-"}).status, 2);
+	EXPECT_EQ(RunProgram({"tree", "-"}, {.input = "<svg>"}).errors.find("<stdin>:1:"), 0);
+}
+
 TEST(IdsCommand, PrintsTheIdsThatBeginWithThePrefix)
 {
 	const TemporaryFolder folder;
 	const std::string path = folder.Write("a.svg", Svg("<g id='layer1'/><g id='Layer2'/><g id='p'/>"));
+	const std::string other = folder.Write("b.svg", Svg("<g id='layer3'/>"));
 	EXPECT_EQ(RunProgram({"ids", path, "layer"}).output, "layer1\n");
 	EXPECT_EQ(RunProgram({"ids", path}).output.size(), std::string("layer1\nLayer2\np\n").size());
+	EXPECT_EQ(RunProgram({"ids", path, other, "layer"}).output, path + ":layer1\n" + other + ":layer3\n");
+	EXPECT_EQ(RunProgram({"ids", "--json", "--prefix", "L", path}).output,
+			  "{\"url\": \"file://" + path + "\", \"ids\": [\"Layer2\"]}\n");
+	const ProgramRun missing = RunProgram({"ids", "--json", path, "missing.svg"});
+	EXPECT_EQ(missing.status, 1);
+	EXPECT_NE(missing.output.find("missing.svg\", \"reason\": "), missing.output.npos) << missing.output;
 }
 
 TEST(Program, TellsAFileThatIsNotThereFromAWrongCommandLine)
@@ -142,9 +181,54 @@ TEST(Program, TellsAFileThatIsNotThereFromAWrongCommandLine)
 	EXPECT_EQ(missing.status, 1);
 	EXPECT_EQ(missing.output, "");
 	EXPECT_NE(missing.errors.find("there is no such file"), missing.errors.npos) << missing.errors;
-	EXPECT_EQ(RunProgram({"tree"}).status, 2);
 	EXPECT_EQ(RunProgram({"draw", "a.svg"}).status, 2);
-	EXPECT_EQ(RunProgram({"--help"}).status, 0);
+	EXPECT_EQ(RunProgram({"tree", "a.svg", "--jobs", "0"}).status, 2);
+	for (const std::vector<std::string>& arguments : {std::vector<std::string>{"tree"}, {"tree", ""}, {"icon", ""}})
+	{
+		const ProgramRun wrong = RunProgram(arguments);
+		EXPECT_EQ(wrong.status, 2);
+		EXPECT_NE(wrong.errors.find("FILE"), wrong.errors.npos) << wrong.errors;
+		EXPECT_NE(wrong.errors.find("Run with --help"), wrong.errors.npos) << wrong.errors;
+	}
+}
+
+TEST(Program, TellsItsVersionAndHowToUseIt)
+{
+	EXPECT_EQ(RunProgram({"--version"}).output, "orvan-svg " ORVAN_VERSION "\n");
+	const ProgramRun help = RunProgram({"--help"});
+	EXPECT_EQ(help.status, 0);
+	EXPECT_NE(help.output.find("\n  check  "), help.output.npos) << help.output;
+	EXPECT_EQ(help.errors, "");
+}
+
+TEST(Program, FailsWhenResultsCannotBeWritten)
+{
+	const std::string lamp = ORVAN_EXAMPLES "/lamp.svg";
+	for (const std::vector<std::string>& arguments :
+		 {std::vector<std::string>{"ids", lamp}, {"--help"}, {"check", lamp}, {"render", lamp, "-o", "-"}})
+	{
+		const ProgramRun run = RunProgram(arguments, {.output = "/dev/full"});
+		EXPECT_EQ(run.status, 1) << arguments[0];
+		EXPECT_NE(run.errors.find("No space left on device"), run.errors.npos) << run.errors;
+	}
+}
+
+TEST(Program, SendsNoControlCharactersToTheTerminal)
+{
+	const TemporaryFolder folder;
+	const std::string bad =
+		folder.Write("a\033[31m\nb\xc2\x9b.svg", Svg("<g id='\033[1m&#x9b;x' fill='\033]0;&#7;'/>"));
+	const ProgramRun check = RunProgram({"check", bad});
+	const ProgramRun tree = RunProgram({"tree", bad, folder.Write("c.svg", Svg("<g id='\033[1m&#x9b;x'/>"))});
+	const ProgramRun ids = RunProgram({"ids", folder.GetPath() / "c.svg"});
+	EXPECT_EQ(ids.output, " [1m\xc2 x\n");
+	for (const std::string& text : {check.output, check.errors, tree.output, tree.errors})
+	{
+		EXPECT_EQ(text.find_first_of("\033\007"), text.npos) << text;
+		EXPECT_EQ(text.find("\xc2\x9b"), text.npos) << text;
+	}
+	EXPECT_TRUE(check.output.ends_with("\n0 loaded, 1 failed\n")) << check.output;
+	EXPECT_EQ(std::ranges::count(check.output, '\n'), 2) << check.output;
 }
 } // namespace
 } // namespace orvan::test
