@@ -13,13 +13,17 @@ namespace
 /// The value with what the end of the text has cut off.
 std::string_view Complete(std::string_view value, std::string_view missing, Arena& arena)
 {
-	// A backslash at the end of a string means nothing, and must not escape the quote that is put behind it.
-	const bool isString = !missing.empty() && (missing.back() == '"' || missing.back() == '\'');
-	if (isString && EndsInEscape(value))
+	// A backslash at the end must not escape what is put behind it. In a string it means nothing, in a name U+FFFD.
+	std::string_view joint;
+	if (EndsInEscape(value))
+	{
 		value.remove_suffix(1);
-	const std::size_t size = value.size() + missing.size();
+		joint = missing.back() == '"' || missing.back() == '\'' ? "" : "\xef\xbf\xbd";
+	}
+	const std::size_t size = value.size() + joint.size() + missing.size();
 	const auto text = static_cast<char*>(arena.allocate(size, 1));
-	std::reverse_copy(missing.begin(), missing.end(), std::copy(value.begin(), value.end(), text));
+	char* const end = std::copy(joint.begin(), joint.end(), std::copy(value.begin(), value.end(), text));
+	std::reverse_copy(missing.begin(), missing.end(), end);
 	return {text, size};
 }
 } // namespace
@@ -38,7 +42,7 @@ void DeclarationReader::Read(bool isInBraces)
 			break;
 		case TokenType::atKeyword:
 			Report(_tokens.Offset(), "An at-rule among declarations is skipped.");
-			SkipStatement(_tokens, isInBraces);
+			SkipStatement(_tokens, isInBraces, true);
 			break;
 		case TokenType::closeCurly:
 			if (isInBraces)
@@ -65,7 +69,7 @@ void DeclarationReader::ReadDeclaration(bool isInBraces)
 	if (ReadName(declaration))
 		message = ReadValue(declaration, isInBraces);
 	else
-		SkipStatement(_tokens, isInBraces);
+		SkipStatement(_tokens, isInBraces, isInBraces);
 	if (message)
 		Report(declaration.offset, message);
 	else
@@ -108,8 +112,8 @@ const char* DeclarationReader::ReadValue(Declaration& declaration, bool isInBrac
 		}
 		if (token.type == TokenType::openCurly && !declaration.isCustom)
 		{
-			// This was the beginning of a rule, and ends where the rule does.
-			scanner.TakeComponent(_tokens);
+			// In a rule this was the beginning of another one, and ends where that does.
+			SkipStatement(_tokens, isInBraces, isInBraces);
 			return "A block is no value; rules inside rules are skipped.";
 		}
 		if (token.IsDelimiter('!'))

@@ -3,6 +3,9 @@
 
 #include "text.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace orvan::css
 {
 namespace
@@ -26,12 +29,13 @@ constexpr Row<PseudoClass> kClasses[]{
 	{"empty", PseudoClass::empty},
 	{"link", PseudoClass::link},
 	{"any-link", PseudoClass::link},
+	{"-webkit-any-link", PseudoClass::link},
 	{"defined", PseudoClass::always},
-	{"hover", PseudoClass::user},
-	{"active", PseudoClass::user},
-	{"focus", PseudoClass::user},
-	{"focus-visible", PseudoClass::user},
-	{"focus-within", PseudoClass::user},
+	{"hover", PseudoClass::never},
+	{"active", PseudoClass::never},
+	{"focus", PseudoClass::never},
+	{"focus-visible", PseudoClass::never},
+	{"focus-within", PseudoClass::never},
 	{"visited", PseudoClass::never},
 	{"target", PseudoClass::never},
 	{"autofill", PseudoClass::never},
@@ -68,7 +72,8 @@ constexpr Row<PseudoFunction> kFunctions[]{
 	{"nth-of-type", PseudoFunction::nthOfType},
 	{"nth-last-of-type", PseudoFunction::nthLastOfType},
 	{"lang", PseudoFunction::language},
-	{"dir", PseudoFunction::never},
+	{"dir", PseudoFunction::direction},
+	{"state", PseudoFunction::never},
 };
 
 struct PseudoElement
@@ -125,5 +130,12 @@ bool IsPseudoElement(std::string_view name, bool hasSingleColon)
 	}
 	// What browsers call by a name of their own is valid to them, whether they know it or not.
 	return !hasSingleColon && name.size() > 8 && EqualsIgnoringCase(name.substr(0, 8), "-webkit-");
+}
+
+bool IsPseudoElementFunction(std::string_view name)
+{
+	constexpr std::string_view kNames[]{"part", "slotted", "highlight"};
+	return std::any_of(std::begin(kNames), std::end(kNames),
+					   [name](std::string_view known) { return EqualsIgnoringCase(known, name); });
 }
 } // namespace orvan::css

@@ -10,7 +10,6 @@ enum class PseudoClass
 {
 	unknown,
 	never, ///< Valid, but of states that a drawing is never in.
-	user,  ///< Likewise; may also stand behind a pseudo-element.
 	always,
 	root,
 	empty,
@@ -28,6 +27,7 @@ enum class PseudoFunction
 {
 	unknown,
 	never, ///< Valid, but of what a drawing does not have.
+	direction,
 	is,
 	where,
 	isNot,
@@ -44,4 +44,7 @@ PseudoFunction FindPseudoFunction(std::string_view name);
 
 /// True for a pseudo-element without parentheses. Those of old may have a single colon.
 bool IsPseudoElement(std::string_view name, bool hasSingleColon);
+
+/// True for a pseudo-element with parentheses.
+bool IsPseudoElementFunction(std::string_view name);
 } // namespace orvan::css

@@ -47,6 +47,7 @@ constexpr AttributeOperator kOperators[]{
 };
 
 constexpr std::string_view kUnexpected = "The selector has something unexpected.";
+constexpr std::string_view kUnknownPseudo = "The selector has an unknown pseudo-class or pseudo-element.";
 constexpr std::string_view kTooLong = "The selector is too long, or nested too deep.";
 } // namespace
 
@@ -324,33 +325,36 @@ bool SelectorParser::ParsePseudo(Draft& draft)
 	const bool hasSingleColon = _tokens.Current().type != TokenType::colon;
 	if (!hasSingleColon)
 		_tokens.Advance();
-	if (_tokens.Current().type == TokenType::function && hasSingleColon)
+	const bool isFunction = _tokens.Current().type == TokenType::function;
+	if (!isFunction && _tokens.Current().type != TokenType::ident)
+		return Fail(kUnknownPseudo);
+	const std::string_view name = Name();
+	if (isFunction && hasSingleColon)
 	{
-		const PseudoFunction function = FindPseudoFunction(Name());
+		const PseudoFunction function = FindPseudoFunction(name);
 		if (function == PseudoFunction::unknown || draft.hasPseudoElement)
-			return Fail("The selector has an unknown pseudo-class.");
+			return Fail(kUnknownPseudo);
 		_tokens.Advance();
 		return ParsePseudoFunction(draft, function);
 	}
-	if (_tokens.Current().type != TokenType::ident)
-		return Fail("The selector has an unknown pseudo-class or pseudo-element.");
-	const std::string_view name = Name();
-	const PseudoClass pseudoClass = hasSingleColon ? FindPseudoClass(name) : PseudoClass::unknown;
+	const PseudoClass pseudoClass =
+		hasSingleColon && !draft.hasPseudoElement ? FindPseudoClass(name) : PseudoClass::unknown;
 	if (pseudoClass != PseudoClass::unknown)
 	{
-		if (draft.hasPseudoElement && pseudoClass != PseudoClass::user)
-			return Fail(kUnexpected);
 		AddPseudoClass(draft, pseudoClass);
+		_tokens.Advance();
+		return true;
 	}
+	// A pseudo-element cannot be told from its element by what contains both.
+	const bool isKnown = isFunction ? IsPseudoElementFunction(name) : IsPseudoElement(name, hasSingleColon);
+	if (_nesting > 0 || draft.hasPseudoElement || !isKnown)
+		return Fail(kUnknownPseudo);
+	Add(draft, SimpleKind::never, kOfType);
+	draft.hasPseudoElement = true;
+	if (isFunction)
+		ValueScanner().TakeComponent(_tokens);
 	else
-	{
-		// A pseudo-element cannot be told from its element by what contains both.
-		if (_nesting > 0 || draft.hasPseudoElement || !IsPseudoElement(name, hasSingleColon))
-			return Fail("The selector has an unknown pseudo-class or pseudo-element.");
-		Add(draft, SimpleKind::never, kOfType);
-		draft.hasPseudoElement = true;
-	}
-	_tokens.Advance();
+		_tokens.Advance();
 	return true;
 }
 
@@ -364,7 +368,6 @@ void SelectorParser::AddPseudoClass(Draft& draft, PseudoClass pseudoClass)
 	{
 	case PseudoClass::unknown:
 	case PseudoClass::never:
-	case PseudoClass::user:
 		Add(draft, SimpleKind::never, kOfClass);
 		break;
 	case PseudoClass::always:
@@ -444,15 +447,18 @@ bool SelectorParser::ParsePseudoFunction(Draft& draft, PseudoFunction function)
 	case PseudoFunction::language:
 		return ParseLanguages(draft);
 	case PseudoFunction::never:
+	case PseudoFunction::direction:
 	case PseudoFunction::unknown:
 		break;
 	}
 	_tokens.SkipWhitespace();
 	if (_tokens.Current().type != TokenType::ident)
 		return Fail(kUnexpected);
+	// As in browsers, where no attribute of a drawing turns it.
+	const bool matches = function == PseudoFunction::direction && EqualsIgnoringCase(Name(), "ltr");
+	Add(draft, matches ? SimpleKind::always : SimpleKind::never, kOfClass);
 	_tokens.Advance();
 	_tokens.SkipWhitespace();
-	Add(draft, SimpleKind::never, kOfClass);
 	return CloseFunction();
 }
 

@@ -50,7 +50,7 @@ void SheetReader::ReadAtRule(int mediaNesting)
 	{
 		if (!EqualsIgnoringCase(name, "charset"))
 			Report(offset, "Of the at-rules only @media is read.");
-		return SkipStatement(_tokens, isInBraces);
+		return SkipStatement(_tokens, isInBraces, true);
 	}
 	_tokens.Advance();
 	const bool holds = ReadMediaCondition(_tokens);
@@ -58,7 +58,7 @@ void SheetReader::ReadAtRule(int mediaNesting)
 	if (isTooDeep)
 		Report(offset, "@media is nested too deep.");
 	if (!holds || isTooDeep || _tokens.Current().type != TokenType::openCurly)
-		return SkipStatement(_tokens, isInBraces);
+		return SkipStatement(_tokens, isInBraces, true);
 	_tokens.Advance();
 	ReadRules(mediaNesting + 1);
 	if (_tokens.Current().type == TokenType::closeCurly)

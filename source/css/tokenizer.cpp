@@ -15,10 +15,11 @@ bool IsUrl(std::string_view name, bool isPlain)
 {
 	if (isPlain)
 		return EqualsIgnoringCase(name, "url");
-	char room[32];
+	// For each letter a backslash, six digits and a line end of two bytes; what is no letter takes more room.
+	constexpr std::size_t kLongest = 27;
+	char room[3 * kLongest];
 	Arena arena(room, sizeof room, std::pmr::null_memory_resource());
-	// Six digits and a blank for each of three letters.
-	return name.size() <= 24 && EqualsIgnoringCase(Unescape(name, arena), "url");
+	return name.size() <= kLongest && EqualsIgnoringCase(Unescape(name, arena), "url");
 }
 } // namespace
 

@@ -76,7 +76,7 @@ std::string_view ValueScanner::Missing()
 	return {_closers.data(), count};
 }
 
-void SkipStatement(Tokenizer& tokens, bool isInBraces)
+void SkipStatement(Tokenizer& tokens, bool isInBraces, bool mayEndInBlock)
 {
 	ValueScanner scanner;
 	for (;;)
@@ -88,7 +88,10 @@ void SkipStatement(Tokenizer& tokens, bool isInBraces)
 		case TokenType::semicolon:
 			return tokens.Advance();
 		case TokenType::openCurly:
-			return scanner.TakeComponent(tokens);
+			scanner.TakeComponent(tokens);
+			if (mayEndInBlock)
+				return;
+			break;
 		case TokenType::closeCurly:
 			if (isInBraces)
 				return;

@@ -62,7 +62,8 @@ private:
 	bool _hasVariables = false;
 };
 
-/// Passes everything up to and including the next semicolon or block that stands outside of brackets: what is left of
-/// an at-rule, and of a declaration that makes no sense. Stops in front of a "}" when `isInBraces`.
-void SkipStatement(Tokenizer& tokens, bool isInBraces);
+/// Passes everything up to and including the next semicolon that stands outside of brackets, or the next block if it
+/// may end in one: what is left of an at-rule, and of a declaration that makes no sense. Stops in front of a "}" when
+/// `isInBraces`.
+void SkipStatement(Tokenizer& tokens, bool isInBraces, bool mayEndInBlock);
 } // namespace orvan::css

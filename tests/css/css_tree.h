@@ -80,15 +80,15 @@ public:
 
 	bool GetAttribute(Element element, std::string_view name, std::string_view& value) const override
 	{
-		for (const auto& [key, text] : At(element).attributes)
-		{
-			if (key == name)
-			{
-				value = text;
-				return true;
-			}
-		}
-		return false;
+		const Node& node = At(element);
+		const std::string* found = name == "id" ? &node.id : name == "class" ? &node.classes : nullptr;
+		if (found && found->empty())
+			return false;
+		for (const auto& [key, text] : node.attributes)
+			found = found || key != name ? found : &text;
+		if (found)
+			value = *found;
+		return found;
 	}
 
 	bool GetPrefixedAttribute(Element element, std::string_view localName, std::size_t index,

@@ -77,7 +77,7 @@ TEST(CssDeclarations, ThatAreInvalidCostOnlyThemselves)
 	expect("--a:b!c;z:1", "0");
 	expect("--a:);z:1", "0");
 	expect("{;};z:1", "0");
-	expect("a:hover{b:c}z:1", "0");
+	expect("a:hover{b:c}y:1;z:1", "0");
 	expect("@media x{c:d}z:1;@foo;", "0 17");
 	// Brackets shield what is in them, also from a declaration that is given up.
 	EXPECT_EQ(Read("a(;z:1);y:2").declarations, "y=2");

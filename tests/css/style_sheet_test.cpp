@@ -67,7 +67,7 @@ TEST(CssStyleSheet, DropsInvalidRulesAsAWhole)
 	expect("a ({}){x:1}b{z:1}", "2");
 	expect("--x:hover{x:1}b{z:1}", "0");
 	expect("b{z:1}a", "7");
-	expect("b{z:1;a{x:1}}", "6");
+	expect("b{a:hover{x:1}c{}z:1;a{x:1}}", "2 14 21");
 	expect("{x:1}b{z:1}", "0");
 }
 
