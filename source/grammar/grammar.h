@@ -28,7 +28,8 @@ namespace orvan::grammar
 enum class Source
 {
 	attribute,
-	style
+	style,
+	sheet ///< A declaration of a style sheet, which only the complete import reads.
 };
 
 /// The outcome of reading a value. The result argument is written only when this is `value`.

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "path_reader.h"
 
+#include "complete/value_cursor.h"
+
 #include <cstring>
 
 namespace orvan::grammar
 {
 /// Reads two numbers of which the first was seen ahead and may stand where it does.
-bool PathReader::ReadOneByOne(After after, After between, double& x, double& y)
+template <PathDialect dialect>
+bool PathReader<dialect>::ReadOneByOne(After after, After between, double& x, double& y)
 {
 	if (!TakeNumber(x) && !ReadUnusual(after, x))
 		return false;
@@ -15,13 +18,15 @@ bool PathReader::ReadOneByOne(After after, After between, double& x, double& y)
 	return TakeNumber(y) || ReadUnusual(between, y);
 }
 
-bool PathReader::ReadSlowly(After after, double& number)
+template <PathDialect dialect>
+bool PathReader<dialect>::ReadSlowly(After after, double& number)
 {
 	LookAhead(after);
 	return (_ends != 0 && MayStandHere(after) && TakeNumber(number)) || ReadUnusual(after, number);
 }
 
-std::uint64_t PathReader::WithoutCommas(std::uint64_t places) const
+template <PathDialect dialect>
+std::uint64_t PathReader<dialect>::WithoutCommas(std::uint64_t places) const
 {
 	for (std::uint64_t left = places; left != 0; left &= left - 1)
 	{
@@ -32,7 +37,8 @@ std::uint64_t PathReader::WithoutCommas(std::uint64_t places) const
 	return places;
 }
 
-void PathReader::LookAhead(After after)
+template <PathDialect dialect>
+void PathReader<dialect>::LookAhead(After after)
 {
 	if (!_isInTail && static_cast<std::size_t>(_end - _at) < kLookAhead)
 		MoveToTail();
@@ -68,7 +74,8 @@ void PathReader::LookAhead(After after)
 	_others = others;
 }
 
-void PathReader::MoveToTail()
+template <PathDialect dialect>
+void PathReader<dialect>::MoveToTail()
 {
 	// Zeros are neither digits nor blanks, and so end whatever runs up to them.
 	const std::size_t rest = static_cast<std::size_t>(_end - _at);
@@ -79,7 +86,8 @@ void PathReader::MoveToTail()
 	_isInTail = true;
 }
 
-void PathReader::SkipSeparator(bool mayBeComma)
+template <PathDialect dialect>
+void PathReader<dialect>::SkipSeparator(bool mayBeComma)
 {
 	SkipSpaces();
 	if (mayBeComma && Peek() == ',')
@@ -89,7 +97,8 @@ void PathReader::SkipSeparator(bool mayBeComma)
 	}
 }
 
-bool PathReader::ReadUnusual(After after, double& number)
+template <PathDialect dialect>
+bool PathReader<dialect>::ReadUnusual(After after, double& number)
 {
 	_ends = 0; // What was seen ahead may be no number of its own.
 	const bool needsPart = after == After::abscissa || after == After::pair;
@@ -99,7 +108,7 @@ bool PathReader::ReadUnusual(After after, double& number)
 	if (needsPart && !isParted)
 		return false;
 
-	// The library reads signs itself, so that it must be given the number from its sign on.
+	// Both of what reads long numbers read signs themselves, so that it must be given the number from its sign on.
 	const bool isNegative = Peek() == '-';
 	const char* first = _at;
 	if (isNegative || Peek() == '+')
@@ -111,7 +120,12 @@ bool PathReader::ReadUnusual(After after, double& number)
 		_at = first;
 		return true;
 	}
+	if constexpr (dialect == PathDialect::complete)
+		return complete::ReadLongNumber(_at, _end, true, number);
 	const bool isPathData = after == After::command || after == After::number;
 	return isPathData ? library::ReadPathNumber(_at, _end, number) : library::ReadPointsNumber(_at, _end, number);
 }
+
+template class PathReader<PathDialect::plain>;
+template class PathReader<PathDialect::complete>;
 } // namespace orvan::grammar

@@ -24,6 +24,13 @@ enum class After
 	pair      ///< A whole pair in "points": blanks or a comma.
 };
 
+/// Whose path data is read.
+enum class PathDialect
+{
+	plain,   ///< The grammar library's, to the letter.
+	complete ///< What browsers take: numbers may end with their point, and radii may be negative.
+};
+
 /// What an arc is written with.
 struct ArcValues
 {
@@ -40,6 +47,7 @@ struct ArcValues
 /// two at a time where they come in pairs. Others are read character by character, and by the library where digits are
 /// too many. Near its end the text is copied to a buffer of the reader's own, with zeros behind it, so that looking
 /// ahead never leaves what may be read.
+template <PathDialect dialect>
 class PathReader
 {
 public:
@@ -61,6 +69,20 @@ public:
 			++_at;
 	}
 
+	/// How many characters are left.
+	std::size_t CountRest() const
+	{
+		return static_cast<std::size_t>(_end - _at);
+	}
+
+	/// Takes a comma, and the blanks behind it, that nothing but a command or the end follows. Blanks were skipped.
+	void SkipLastComma()
+	{
+		const char* const next = std::find_if_not(_at + 1, _end, IsSpace);
+		if (next == _end || IsLetter(*next))
+			_at = next;
+	}
+
 	/// Whether anything but blanks is left; takes nothing.
 	bool HasPair() const
 	{
@@ -77,6 +99,12 @@ public:
 	void Take()
 	{
 		++_at;
+	}
+
+	/// Undoes the last `Take`.
+	void PutBack()
+	{
+		--_at;
 	}
 
 	/// Reads a number with a sign or without and what parts it from what stands before. False when there is none; the
@@ -112,50 +140,39 @@ public:
 		return true;
 	}
 
-	/// As ReadNumber after a command or a number, but without a sign.
+	/// Reads a radius as ReadNumber after a command or a number; in plain path data it has no sign.
 	template <After after>
-	bool ReadMagnitude(double& number)
+	bool ReadRadius(double& number)
 	{
+		if constexpr (dialect == PathDialect::complete)
+			return ReadNumber<after>(number);
 		SkipSeparator(after == After::number);
 		return Peek() != '-' && Peek() != '+' && ReadNumber<After::command>(number);
 	}
 
-	/// Reads the seven values of an arc in less time than one after the other. They must have been seen ahead, the
-	/// flags as numbers of their own, which they need not be; nothing is taken otherwise.
+	/// Reads the seven values of an arc in less time than one after the other. They must have been seen ahead; nothing
+	/// is taken otherwise.
 	template <After after>
 	bool ReadArc(ArcValues& arc)
 	{
-		constexpr std::size_t kCount = 7;
-		if (!HasSeen(kCount))
-			LookAhead(after);
-		if (!HasSeen(kCount) || !MayStandHere(after))
-			return false;
-		std::array<ShortDecimal, kCount> values;
-		std::uint64_t starts = _starts;
-		std::uint64_t ends = _ends;
-		std::uint64_t end = 0;
-		bool areShort = true;
-		for (ShortDecimal& value : values)
+		// Flags that run together are seen as one number, and together with the abscissa.
+		constexpr std::size_t kFewest = 5;
+		bool isFresh = false;
+		if (!HasSeen(kFewest))
 		{
-			end = CountTrailingZeros(ends);
-			value = Between(CountTrailingZeros(starts), end);
-			areShort &= value.digits <= ShortDecimal::kMostDigits;
-			starts = WithoutLowest(starts);
-			ends = WithoutLowest(ends);
+			LookAhead(after);
+			isFresh = true;
 		}
-		const auto& [radiusX, radiusY, rotation, isLarge, isSweep, x, y] = values;
-		if (!areShort || (radiusX.isNegative | radiusY.isNegative) != 0 || !IsFlag(isLarge) || !IsFlag(isSweep) ||
-			HasOthers(_at, _seen + end))
-			return false;
-		std::tie(arc.radiusX, arc.radiusY) = Convert(radiusX, radiusY);
-		arc.rotation = Convert(rotation);
-		arc.isLarge = *isLarge.text == '1';
-		arc.isSweep = *isSweep.text == '1';
-		std::tie(arc.x, arc.y) = Convert(x, y);
-		_starts = starts;
-		_ends = ends;
-		_at = _seen + end;
-		return true;
+		while (HasSeen(kFewest) && MayStandHere(after))
+		{
+			if (TakeArc(arc))
+				return true;
+			if (isFresh)
+				return false;
+			LookAhead(after);
+			isFresh = true;
+		}
+		return false;
 	}
 
 	/// Reads a flag of an arc, a single digit that need not be parted from anything.
@@ -208,10 +225,73 @@ private:
 		return ends != 0;
 	}
 
-	static bool IsFlag(const ShortDecimal& value)
+	/// Moves behind blanks, a comma, and blanks in what was seen ahead.
+	std::uint64_t BehindSeparator(std::uint64_t place) const
 	{
-		return value.digits == 1 && (value.hasPoint | value.isNegative) == 0 &&
-			   (*value.text == '0' || *value.text == '1');
+		const auto skipSpaces = [this, &place]
+		{
+			while (place < CharacterMasks::kCount && IsSpace(_seen[place]))
+				++place;
+		};
+		skipSpaces();
+		if (_seen[place] == ',')
+		{
+			++place;
+			skipSpaces();
+		}
+		return place;
+	}
+
+	/// Takes an arc, of which enough was seen ahead for it to be there.
+	bool TakeArc(ArcValues& arc)
+	{
+		std::uint64_t starts = _starts;
+		std::uint64_t ends = _ends;
+		std::uint64_t end = 0;
+		bool areShort = true;
+		const auto take = [&]
+		{
+			end = CountTrailingZeros(ends);
+			const ShortDecimal value = Between(CountTrailingZeros(starts), end);
+			areShort &= value.digits <= ShortDecimal::kMostDigits;
+			starts = WithoutLowest(starts);
+			ends = WithoutLowest(ends);
+			return value;
+		};
+		const ShortDecimal radiusX = take();
+		const ShortDecimal radiusY = take();
+		const ShortDecimal rotation = take();
+		if (dialect == PathDialect::plain && (radiusX.isNegative | radiusY.isNegative) != 0)
+			return false;
+
+		// Flags need not be parted from anything, so that they are looked at one by one.
+		const std::uint64_t largePlace = BehindSeparator(end);
+		const std::uint64_t sweepPlace = BehindSeparator(largePlace + 1);
+		const std::uint64_t behind = sweepPlace + 1;
+		const char large = _seen[largePlace];
+		const char sweep = _seen[sweepPlace];
+		if (behind >= CharacterMasks::kCount - 1 || (large != '0' && large != '1') || (sweep != '0' && sweep != '1'))
+			return false;
+		// What runs on behind them is the abscissa.
+		const std::uint64_t here = std::uint64_t{1} << behind;
+		starts &= ~(here - 1);
+		starts |= IsDigit(_seen[behind]) || _seen[behind] == '.' ? here : 0;
+		ends &= ~(here | (here - 1));
+		if (WithoutLowest(ends) == 0)
+			return false;
+		const ShortDecimal x = take();
+		const ShortDecimal y = take();
+		if (!areShort || HasOthers(_at, _seen + end))
+			return false;
+		std::tie(arc.radiusX, arc.radiusY) = Convert(radiusX, radiusY);
+		arc.rotation = Convert(rotation);
+		arc.isLarge = large == '1';
+		arc.isSweep = sweep == '1';
+		std::tie(arc.x, arc.y) = Convert(x, y);
+		_starts = starts;
+		_ends = ends;
+		_at = _seen + end;
+		return true;
 	}
 
 	/// Whether a number that was seen ahead may follow what stands before. Where commas may not stand was not seen.
@@ -286,4 +366,7 @@ private:
 	bool _isInTail = false;
 	std::array<char, 2 * kLookAhead> _tail;
 };
+
+extern template class PathReader<PathDialect::plain>;
+extern template class PathReader<PathDialect::complete>;
 } // namespace orvan::grammar

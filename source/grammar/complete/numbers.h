@@ -76,14 +76,14 @@ Parsed ParseBoolean(std::string_view text, bool& isTrue) noexcept;
 
 /// The lengths of SVG: "stroke-width", "stroke-dashoffset", "x", "cx", "r", "x1", "refX", "textLength" … A number, a
 /// number with a unit, or a percentage (as its fraction). Plain numbers are lengths in declarations, too.
-/// Sums of lengths in "calc()" are taken when all terms come to one unit.
+/// "calc()" and other functions are refused.
 Parsed ParseLength(std::string_view text, Source source, Range range, Length& length) noexcept;
 
 /// As ParseLength, or "auto" (`nothing`): "width", "height", "rx", "ry".
 Parsed ParseLengthOrAuto(std::string_view text, Source source, Range range, Length& length) noexcept;
 
-/// "letter-spacing" and "word-spacing": "normal" is a length of 0 with unit none, or a length; a plain number other
-/// than 0 is a length only in attributes. Percentages are taken.
+/// "letter-spacing" and "word-spacing": "normal", which is a length of 0 with unit none, or a length; a plain number
+/// other than 0 is a length but in sheets. Percentages are taken.
 Parsed ParseSpacing(std::string_view text, Source source, Length& length) noexcept;
 
 /// "stroke-dasharray": lengths and percentages of which none is negative, parted by blanks, a comma, or both. "none" is

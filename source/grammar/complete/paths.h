@@ -18,16 +18,9 @@ Progress ParsePath(std::string_view text, PathSink& sink);
 /// fault at that number.
 Progress ParsePoints(std::string_view text, PathSink& sink);
 
-enum class PathRule
-{
-	nonzero,
-	evenodd
-};
-
 /// The property "d": "path(…)".
 struct PathFunction
 {
-	PathRule rule = PathRule::nonzero;
 	std::string_view data;   ///< Path data to be read with `ParsePath`. Points into the value.
 	bool hasEscapes = false; ///< Whether `data` is to go through `ResolveEscapes` first.
 };

@@ -21,7 +21,7 @@ struct FontSize
 	Length size{16, LengthUnit::px}; ///< The keywords from xx-small to xxx-large are 9 to 48 px.
 };
 
-/// "font-size": not negative; a plain number other than 0 is a size only in attributes.
+/// "font-size": not negative; a plain number other than 0 is a size but in sheets.
 Parsed ParseFontSize(std::string_view text, Source source, FontSize& size) noexcept;
 
 enum class FontWeightKind

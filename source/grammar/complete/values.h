@@ -10,6 +10,8 @@
 ///     else if (complete::ParsePaint(" URL('#a') rgb(0 50% 0 / .5) /* sic */", paint) == Parsed::refused)
 ///         Report("fill", text);
 ///
+/// Calls name the namespace, as here: many functions have the name and the arguments of their plain kin.
+///
 /// What holds for all functions of the room:
 ///
 /// - Each reads one whole value. Blanks around it are skipped, and in CSS values also comments, wherever CSS lets them
@@ -22,10 +24,10 @@
 /// - Nothing depends on the locale, nothing throws but what a sink or an allocation throws, and all functions may run
 ///   side by side in any number of threads.
 ///
-/// `Source` tells the two kinds of values apart. `attribute` is a presentation attribute or an attribute that is no
-/// property: lengths need no unit anywhere, and a number may end with its decimal point ("13."). `style` is a
-/// declaration of a sheet or of "style", where CSS decides: "13." is refused, and a length without a unit is one only
-/// where SVG's own properties allow it.
+/// `Source` tells the kinds of values apart. `attribute` is a presentation attribute or an attribute that is no
+/// property: a length needs no unit, and a number may end with its decimal point ("13."). `style` and `sheet` are
+/// declarations, where CSS decides: "13." is refused, and a length without a unit is one only where SVG's own
+/// properties allow it, and in "style" for the sizes of fonts and their spacing as well.
 
 #include "complete/colors.h"
 #include "complete/filters.h"
