@@ -31,6 +31,51 @@
 namespace orvan
 {
 
+// The classes, for `CreateObject`. ------------------------------------------------------------------------------------
+
+inline constexpr const char* kSVGPatternElementClass = "net.orvan.image.class.svgpatternelement";
+inline constexpr const char* kSVGMarkerElementClass = "net.orvan.image.class.svgmarkerelement";
+inline constexpr const char* kSVGImageElementClass = "net.orvan.image.class.svgimageelement";
+inline constexpr const char* kSVGSwitchElementClass = "net.orvan.image.class.svgswitchelement";
+inline constexpr const char* kSVGAnchorElementClass = "net.orvan.image.class.svganchorelement";
+inline constexpr const char* kSVGTspanElementClass = "net.orvan.image.class.svgtspanelement";
+inline constexpr const char* kSVGTextPathElementClass = "net.orvan.image.class.svgtextpathelement";
+inline constexpr const char* kSVGFilterElementClass = "net.orvan.image.class.svgfilterelement";
+inline constexpr const char* kSVGFeBlendElementClass = "net.orvan.image.class.svgfeblendelement";
+inline constexpr const char* kSVGFeColorMatrixElementClass = "net.orvan.image.class.svgfecolormatrixelement";
+inline constexpr const char* kSVGFeComponentTransferElementClass =
+	"net.orvan.image.class.svgfecomponenttransferelement";
+inline constexpr const char* kSVGFeCompositeElementClass = "net.orvan.image.class.svgfecompositeelement";
+inline constexpr const char* kSVGFeConvolveMatrixElementClass = "net.orvan.image.class.svgfeconvolvematrixelement";
+inline constexpr const char* kSVGFeDiffuseLightingElementClass = "net.orvan.image.class.svgfediffuselightingelement";
+inline constexpr const char* kSVGFeDisplacementMapElementClass = "net.orvan.image.class.svgfedisplacementmapelement";
+inline constexpr const char* kSVGFeDropShadowElementClass = "net.orvan.image.class.svgfedropshadowelement";
+inline constexpr const char* kSVGFeFloodElementClass = "net.orvan.image.class.svgfefloodelement";
+inline constexpr const char* kSVGFeGaussianBlurElementClass = "net.orvan.image.class.svgfegaussianblurelement";
+inline constexpr const char* kSVGFeImageElementClass = "net.orvan.image.class.svgfeimageelement";
+inline constexpr const char* kSVGFeMergeElementClass = "net.orvan.image.class.svgfemergeelement";
+inline constexpr const char* kSVGFeMorphologyElementClass = "net.orvan.image.class.svgfemorphologyelement";
+inline constexpr const char* kSVGFeOffsetElementClass = "net.orvan.image.class.svgfeoffsetelement";
+inline constexpr const char* kSVGFeSpecularLightingElementClass = "net.orvan.image.class.svgfespecularlightingelement";
+inline constexpr const char* kSVGFeTileElementClass = "net.orvan.image.class.svgfetileelement";
+inline constexpr const char* kSVGFeTurbulenceElementClass = "net.orvan.image.class.svgfeturbulenceelement";
+inline constexpr const char* kSVGFeDistantLightElementClass = "net.orvan.image.class.svgfedistantlightelement";
+inline constexpr const char* kSVGFePointLightElementClass = "net.orvan.image.class.svgfepointlightelement";
+inline constexpr const char* kSVGFeSpotLightElementClass = "net.orvan.image.class.svgfespotlightelement";
+inline constexpr const char* kSVGFeFuncRElementClass = "net.orvan.image.class.svgfefuncrelement";
+inline constexpr const char* kSVGFeFuncGElementClass = "net.orvan.image.class.svgfefuncgelement";
+inline constexpr const char* kSVGFeFuncBElementClass = "net.orvan.image.class.svgfefuncbelement";
+inline constexpr const char* kSVGFeFuncAElementClass = "net.orvan.image.class.svgfefuncaelement";
+inline constexpr const char* kSVGFeMergeNodeElementClass = "net.orvan.image.class.svgfemergenodeelement";
+inline constexpr const char* kSVGTitleElementClass = "net.orvan.image.class.svgtitleelement";
+inline constexpr const char* kSVGDescElementClass = "net.orvan.image.class.svgdescelement";
+inline constexpr const char* kSVGStyleElementClass = "net.orvan.image.class.svgstyleelement";
+inline constexpr const char* kSVGMetadataElementClass = "net.orvan.image.class.svgmetadataelement";
+inline constexpr const char* kSVGForeignObjectElementClass = "net.orvan.image.class.svgforeignobjectelement";
+inline constexpr const char* kSVGTextRunElementClass = "net.orvan.image.class.svgtextrunelement";
+
+// Interfaces ---------------------------------------------------------------------------------------------------------
+
 /// Elements that name another one, or a file, by "href".
 class SVGLinkInterface : public ObjectInterface
 {

@@ -16,6 +16,7 @@
 #pragma once
 
 #include "orvan/array.h"
+#include "orvan/data_type.h"
 #include "orvan/object.h"
 #include "orvan/string.h"
 #include "orvan/url.h"

@@ -4,8 +4,8 @@
 #include "console.h"
 #include "file_arguments.h"
 #include "orvan/host/memory_files.h"
+#include "svg_import.h"
 
-#include <atomic>
 #include <filesystem>
 
 namespace orvan::program
@@ -35,49 +35,6 @@ void Collect(const Diagnostic& diagnostic, void* context)
 		outcome.warnings.push_back(std::move(finding));
 	else if (!outcome.refusal)
 		outcome.refusal = std::move(finding);
-}
-
-/// True for an svg element that has nothing of its own but one rect that has nothing at all.
-bool LooksLikePlaceholder(const SVGElementRef& root)
-{
-	const auto isBare = [](const SVGElementRef& element, SVGImportElementKind kind)
-	{
-		return element && element->GetElementType() == kind && element->GetId().IsEmpty() &&
-			   element->GetAttributeDictionary().GetCount() == 0 && element->GetLocalTransform() == Matrix2d();
-	};
-	if (!isBare(root, SVGImportElementKind::svg))
-		return false;
-	const auto child = Cast<HierarchyObjectInterface>(root)->GetFirstChild();
-	return child && !child->GetNextSibling() && !child->GetFirstChild() &&
-		   isBare(Cast<SVGElementInterface>(child), SVGImportElementKind::rect);
-}
-
-/// Tells a placeholder from the tree of a file that holds just that, an svg element with a bare rect. The file is
-/// loaded again with another word in place of "rect": if a rect stands there still, it cannot be the file's.
-Result<bool> IsPlaceholder(const Url& url, const char* classId)
-{
-	constexpr std::string_view kWord = "rect";
-	constexpr std::string_view kOtherWord = "path";
-	// Several threads may be at this, each with a file in memory of its own.
-	static std::atomic<unsigned> number = 0;
-
-	InputStream stream = ORVAN_TRY(url.OpenInputStream());
-	std::string bytes(static_cast<std::size_t>(ORVAN_TRY(stream.GetStreamLength())), '\0');
-	ORVAN_TRY(stream.ReadBytes(bytes.data(), static_cast<std::int64_t>(bytes.size())));
-	for (std::size_t at = 0; (at = bytes.find(kWord, at)) != bytes.npos;)
-		bytes.replace(at, kWord.size(), kOtherWord);
-
-	const std::string name = "placeholder-" + std::to_string(number++) + ".svg";
-	ORVAN_TRY(MemoryFiles::Publish(name, bytes));
-	const auto load = [&]() -> Result<bool>
-	{
-		const auto document = ORVAN_TRY(CreateObject<SVGDocumentInterface>(classId));
-		ORVAN_TRY(document->Init(ORVAN_TRY(Url::Create("memory:" + name))));
-		return LooksLikePlaceholder(document->GetRootElement());
-	};
-	Result<bool> result = load();
-	MemoryFiles::Withdraw(name);
-	return result;
 }
 
 /// What the host can add to an error that only says that there is no file.
@@ -138,13 +95,12 @@ void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
 		return;
 	}
 	outcome.document = document;
-	if (!outcome.refusal && LooksLikePlaceholder(document->GetRootElement()))
+	const SVGImportReport report = Unwrap(Cast<SVGDocumentImportInterface>(document)->GetImportReport());
+	if (report.outcome == SVGImportOutcome::noSvgElement)
 	{
-		// What the second load says has been said, or is about the changed words.
-		LoadOutcome unused;
-		const ThreadDiagnosticSink silence(&Collect, &unused);
-		if (IsPlaceholder(url, classId).GetValueOr(true))
-			outcome.refusal = Finding{.text = "no svg element"};
+		// The warning says the same.
+		outcome.warnings.clear();
+		outcome.refusal = Finding{.text = "no svg element"};
 	}
 }
 } // namespace

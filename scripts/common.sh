@@ -7,6 +7,7 @@ project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build_packages=(
 	g++ cmake ninja-build pkg-config
 	libsvgpp-dev libboost-dev              # the attribute grammar and the XML parser
+	zlib1g-dev                             # packed files
 	libcli11-dev nlohmann-json3-dev        # the host program
 	libcairo2-dev libpango1.0-dev          # the renderer
 	libgtest-dev

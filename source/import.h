@@ -4,8 +4,7 @@
 
 #include "orvan/hash_map.h"
 #include "svg_elements.h"
-
-#include <cstdint>
+#include "svg_import.h"
 
 namespace orvan::svg
 {
@@ -17,11 +16,12 @@ struct ImportResult
 	StringMap<SVGElementRef> elementsById;
 };
 
-/// Imports a text of `count` bytes, the last of which is a terminating zero; a count below 1 is no text at all. The
-/// text is parsed where it stands and must stay in place until the function returns.
+/// Imports the bytes of a file, behind which a terminating zero stands that the count contains; no bytes at all are no
+/// text. They are taken over, and parsed where they stand.
 ///
 /// Fails with errors of the host, such as out of memory. A text that is refused (broken XML, an invalid value) is no
-/// failure: the reason goes to the diagnostics, with the place in the text beside it, and the root is null.
-Result<ImportResult> Import(char* text, std::int64_t count) noexcept;
+/// failure: the reason goes to the diagnostics, with the place in the text beside it, and to the report, and the root
+/// is null.
+Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& options, SVGImportReport& report) noexcept;
 
 } // namespace orvan::svg

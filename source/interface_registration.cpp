@@ -2,6 +2,7 @@
 /// The interfaces that the SVG framework defines, and the data types of references to them.
 #include "elements/class_table.h"
 #include "registration.h"
+#include "svg_import.h"
 #include "vector_icon.h"
 
 #include <utility>
@@ -50,6 +51,24 @@ ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, SharedInterfaceEntries, sharedInterfa
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, ElementInterfaceEntries, elementInterfaces);
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, InterfaceEntries<VectorIconInterface>, iconInterface);
 
+// What is published since then; new ones come at the end.
+
+template <typename... Interfaces>
+struct InterfaceList
+{
+	using Entries = InterfaceEntries<Interfaces...>;
+	using References = ReferenceEntries<Interfaces...>;
+};
+
+using LaterInterfaces =
+	InterfaceList<SVGDocumentImportInterface, SVGLinkInterface, SVGPatternElementInterface, SVGMarkerElementInterface,
+				  SVGImageElementInterface, SVGSwitchElementInterface, SVGAnchorElementInterface,
+				  SVGTextContentInterface, SVGTextPathElementInterface, SVGTextRunInterface, SVGFilterElementInterface,
+				  SVGFilterPrimitiveInterface, SVGFilterPartInterface, SVGDescriptionInterface,
+				  SVGForeignObjectElementInterface>;
+
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, LaterInterfaces::Entries, laterInterfaces);
+
 // References to them, from the special to the general.
 
 using SharedReferenceEntries =
@@ -59,6 +78,7 @@ using SharedReferenceEntries =
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, ReferenceEntries<VectorIconInterface>, iconReference);
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, ElementReferenceEntries, elementReferences);
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, SharedReferenceEntries, sharedReferences);
+ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, LaterInterfaces::References, laterReferences);
 
 } // namespace
 } // namespace orvan::svg

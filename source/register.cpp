@@ -9,7 +9,8 @@ namespace orvan::svg
 namespace
 {
 
-constexpr const char* kHeaders[] = {"svg_types", "svg_elements", "svg_base", "vector_icon"};
+constexpr const char* kHeaders[] = {"svg_types",   "svg_elements", "svg_base",
+									"vector_icon", "svg_import",   "svg_complete"};
 
 constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.svg.framework", FrameworkDeclaration::Role::defined, kHeaders, std::size(kHeaders)},

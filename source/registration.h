@@ -14,6 +14,7 @@ namespace orvan::svg
 #define ORVAN_ORDER_ELEMENTS 1004
 #define ORVAN_ORDER_IMPORTER 1005
 #define ORVAN_ORDER_ICON 1006
+#define ORVAN_ORDER_COMPLETE 1007 // What the complete import adds, after all that was there before.
 
 /// One registration of a unit; `order` is the unit's from above.
 #define ORVAN_REGISTER(order, name) [[gnu::init_priority(order)]] const RegistrationEntry name

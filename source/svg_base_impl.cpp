@@ -30,6 +30,7 @@ void Document::Reset() noexcept
 		root->RemoveAllChildren();
 	_rootElement = nullptr;
 	_url = Url();
+	_report = SVGImportReport();
 	_isPlaceholder = false;
 }
 
@@ -70,7 +71,40 @@ void Document::TakeContentOf(Document& other) noexcept
 {
 	_elementsById = std::move(other._elementsById);
 	_rootElement = std::move(other._rootElement);
+	_report = std::move(other._report);
 	_isPlaceholder = other._isPlaceholder;
+}
+
+Result<void> Document::SetImportOptions(const SVGImportOptions& options) noexcept
+{
+	_options = options;
+	return {};
+}
+
+const SVGImportOptions& Document::GetImportOptions() const noexcept
+{
+	return _options;
+}
+
+Result<void> Document::InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept
+{
+	if (count < 0 || (bytes == nullptr && count > 0))
+		return IllegalArgumentError("There are no @ bytes to load a document from.", count);
+	const Url base = baseUrl; // The caller's may be this document's own, which `Reset` clears.
+	SVGDocumentRef::From(this)->Reset();
+	_url = base;
+	BaseArray<char> copy;
+	ORVAN_TRY(copy.Reserve(static_cast<std::size_t>(count) + 1));
+	ORVAN_TRY(copy.AppendAll(static_cast<const char*>(bytes), static_cast<std::size_t>(count)));
+	ORVAN_TRY(copy.Append('\0'));
+	return LoadBytes(std::move(copy));
+}
+
+Result<SVGImportReport> Document::GetImportReport() const noexcept
+{
+	SVGImportReport report;
+	ORVAN_TRY(report.CopyFrom(_report));
+	return report;
 }
 
 Result<void> Document::Load() noexcept
@@ -83,8 +117,13 @@ Result<void> Document::Load() noexcept
 	ORVAN_TRY(buffer.ResizeUninitialized(static_cast<std::size_t>(length)));
 	ORVAN_TRY(stream.ReadBytes(buffer.begin(), length));
 	ORVAN_TRY(buffer.Append('\0'));
+	return LoadBytes(std::move(buffer));
+}
+
+Result<void> Document::LoadBytes(BaseArray<char> bytes) noexcept
+{
 	const BulkScope scope;
-	ImportResult imported = ORVAN_TRY(Import(buffer.begin(), static_cast<std::int64_t>(buffer.GetCount())));
+	ImportResult imported = ORVAN_TRY(Import(std::move(bytes), _options, _report));
 	if (!imported.root)
 		return BuildPlaceholder();
 	_rootElement = std::move(imported.root);
@@ -105,7 +144,8 @@ namespace
 {
 
 constexpr ClassDeclaration kDocumentClass =
-	DeclareClass<Document, Implements<SVGDocumentInterface, Document>>(kSVGDocumentClass);
+	DeclareClass<Document, Implements<SVGDocumentInterface, Document>,
+				 Implements<SVGDocumentImportInterface, Document>>(kSVGDocumentClass);
 constexpr ClassDeclaration kContextClass = DeclareClassWithoutImplementation(kSVGContextClass);
 
 constexpr UseDeclaration kUses[] = {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-/// The implementation of `SVGDocumentInterface`.
+/// The implementation of `SVGDocumentInterface` and `SVGDocumentImportInterface`.
 #pragma once
 
 #include "orvan/hash_map.h"
 #include "svg_base.h"
+#include "svg_import.h"
 
 namespace orvan::svg
 {
@@ -19,6 +20,11 @@ public:
 	Result<SVGElementRef> GetElementById(const String& id) const noexcept;
 	Result<BaseArray<SVGElementRef>> GetElementsByIdWithPrefix(const String& prefix) const noexcept;
 
+	Result<void> SetImportOptions(const SVGImportOptions& options) noexcept;
+	const SVGImportOptions& GetImportOptions() const noexcept;
+	Result<void> InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept;
+	Result<SVGImportReport> GetImportReport() const noexcept;
+
 	// For icons, which keep their tree when the file has become unusable.
 
 	/// True when the file was refused, so that the tree is a placeholder.
@@ -28,11 +34,14 @@ public:
 
 private:
 	Result<void> Load() noexcept;
+	Result<void> LoadBytes(BaseArray<char> bytes) noexcept;
 	Result<void> BuildPlaceholder() noexcept;
 
 	StringMap<SVGElementRef> _elementsById;
 	SVGElementRef _rootElement;
 	Url _url;
+	SVGImportOptions _options;
+	SVGImportReport _report;
 	bool _isPlaceholder = false;
 };
 

@@ -170,19 +170,27 @@ Result<void> TextElement::CopyStateTo(TextElement& copy) const noexcept
 	return ElementBase::CopyStateTo(copy);
 }
 
+String TextElement::GetText() const noexcept
+{
+	if (FirstChild() == nullptr)
+		return _text;
+	return TextContent(const_cast<TextElement&>(*this)).GetCharacters().GetValueOr(String());
+}
+
 // Classes ------------------------------------------------------------------------------------------------------------
 
 namespace
 {
 
 /// The declarations of the classes, in the order of the table.
-template <typename... Rows>
-constexpr std::array<ClassDeclaration, sizeof...(Rows)> DeclareAll(ClassList<Rows...>) noexcept
+template <typename... Rows, typename... CompleteRows>
+constexpr std::array<ClassDeclaration, sizeof...(Rows) + sizeof...(CompleteRows)>
+DeclareAll(ClassList<Rows...>, ClassList<CompleteRows...>) noexcept
 {
-	return {Rows::Declare()...};
+	return {Rows::Declare()..., CompleteRows::Declare()...};
 }
 
-constexpr std::array kElementClasses = DeclareAll(ElementClasses());
+constexpr std::array kElementClasses = DeclareAll(ElementClasses(), CompleteElementClasses());
 
 } // namespace
 
@@ -210,17 +218,20 @@ constexpr UseDeclaration kUses[] = {
 
 ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, unitEntry)(Kind::unit, "svg_elements_impl");
 
-template <typename Numbers>
+template <std::size_t first, typename Numbers>
 struct ClassEntries;
 
-template <std::size_t... numbers>
-struct ClassEntries<std::index_sequence<numbers...>>
+template <std::size_t first, std::size_t... numbers>
+struct ClassEntries<first, std::index_sequence<numbers...>>
 {
-	RegistrationEntry entries[sizeof...(numbers)] = {kElementClasses[numbers]...};
+	RegistrationEntry entries[sizeof...(numbers)] = {kElementClasses[first + numbers]...};
 };
 
-using ElementClassEntries = ClassEntries<std::make_index_sequence<kElementClasses.size()>>;
+using ElementClassEntries = ClassEntries<0, std::make_index_sequence<ElementClasses::kCount>>;
+using CompleteClassEntries =
+	ClassEntries<ElementClasses::kCount, std::make_index_sequence<CompleteElementClasses::kCount>>;
 ORVAN_REGISTER_ALL(ORVAN_ORDER_ELEMENTS, ElementClassEntries, classEntries);
+ORVAN_REGISTER_ALL(ORVAN_ORDER_COMPLETE, CompleteClassEntries, completeClassEntries);
 
 ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, dataTypeEntries)
 [] = {
@@ -229,6 +240,13 @@ ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, dataTypeEntries)
 	DataTypeEntry<SVGGradientStop>(),   DataTypeEntry<SVGLinearGradient>(),
 	DataTypeEntry<SVGRadialGradient>(), DataTypeEntry<SVGViewbox>(),
 	DataTypeEntry<SVGViewport>(),       DataTypeEntry<SVGPreserveAspectRatio>(),
+};
+
+ORVAN_REGISTER(ORVAN_ORDER_COMPLETE, completeDataTypeEntries)
+[] = {
+	DataTypeEntry<SVGOrient>(),
+	DataTypeEntry<SVGBaselineShift>(),
+	DataTypeEntry<SVGFilterFunction>(),
 };
 
 ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, useEntries)[] = {kUses[0], kUses[1], kUses[2], kUses[3]};

@@ -2,56 +2,26 @@
 /// The importer: the driver that parses the XML, and the builder that walks it.
 #include "import.h"
 
+#include "importer/complete/tree_builder.h"
 #include "importer/parse_context.h"
 #include "importer/tags.h"
-#include "importer/xml/xml_guard.h"
-#include "importer/xml/xml_memory.h"
-#include "importer/xml/xml_parser.h"
+#include "importer/text/source_text.h"
+#include "importer/xml/xml_tree.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
+#include <functional>
 #include <new>
-#include <optional>
+#include <utility>
 
 namespace orvan::svg
 {
 namespace
 {
 
-using XmlDocument = xml::xml_document<char>;
-using XmlNode = xml::xml_node<char>;
-using XmlAttribute = xml::xml_attribute<char>;
-
 // Names --------------------------------------------------------------------------------------------------------------
-
-constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
-constexpr std::string_view kXlinkNamespace = "http://www.w3.org/1999/xlink";
-
-template <typename Node>
-std::string_view NameOf(const Node& node) noexcept
-{
-	return {node.name(), node.name_size()};
-}
-
-template <typename Node>
-std::string_view LocalNameOf(const Node& node) noexcept
-{
-	return {node.local_name(), node.local_name_size()};
-}
-
-template <typename Node>
-std::string_view NamespaceOf(const Node& node) noexcept
-{
-	return {node.namespace_uri(), node.namespace_uri_size()};
-}
-
-std::string_view ValueOf(const xml::xml_base<char>& node) noexcept
-{
-	return {node.value(), node.value_size()};
-}
 
 /// The tag's name without the prefix when that is bound to the SVG namespace, as written otherwise.
 std::string_view TagNameOf(const XmlNode& node) noexcept
@@ -80,8 +50,8 @@ SVGImportAttribute NumberOf(const XmlAttribute& attribute) noexcept
 class TreeBuilder
 {
 public:
-	TreeBuilder(SVGParseContext& context, XmlMemory& memory, bool hasReferences) noexcept
-		: _context(context), _memory(memory), _hasReferences(hasReferences)
+	TreeBuilder(SVGParseContext& context, XmlTree& tree) noexcept
+		: _context(context), _tree(tree), _values(tree.HasReferences())
 	{
 	}
 
@@ -89,7 +59,7 @@ public:
 	/// tree, nothing is read any more that comes before `node`.
 	Result<SVGElementRef> Build(const XmlNode& node, const HierarchyObjectRef& parent)
 	{
-		_memory.ReleaseBefore(&node);
+		_tree.ReleaseBefore(node);
 		const std::string_view name = TagNameOf(node);
 		const SVGImportElementKind kind = KindOfTag(name);
 		const ObjectFactory& factory = kElementFactories[static_cast<std::size_t>(kind)];
@@ -119,7 +89,7 @@ private:
 			if (number == SVGImportAttribute::unknown)
 				continue;
 			_context.rawValue = ValueOf(*attribute);
-			const std::string_view text = ORVAN_TRY(Decode(_context.rawValue));
+			const std::string_view text = ORVAN_TRY(_values.Decode(_context.rawValue));
 			ORVAN_TRY(DispatchAttribute(_context, number, text, grammar::Source::attribute));
 		}
 		return {};
@@ -130,7 +100,7 @@ private:
 	{
 		std::string_view text;
 		if (const XmlNode* first = node.first_node())
-			text = first->type() == xml::node_data ? ORVAN_TRY(Decode(ValueOf(*first))) : ValueOf(*first);
+			text = first->type() == xml::node_data ? ORVAN_TRY(_values.Decode(ValueOf(*first))) : ValueOf(*first);
 		return Borrowed<SVGTextElementInterface>(element)->SetText(ORVAN_TRY(String::Create(text)));
 	}
 
@@ -145,89 +115,125 @@ private:
 		return {};
 	}
 
-	/// The text with its references replaced; good until the next call.
-	Result<std::string_view> Decode(std::string_view text)
-	{
-		if (!_hasReferences || text.find('&') == text.npos)
-			return text;
-		ORVAN_TRY(_decoded.ResizeUninitialized(text.size()));
-		return std::string_view(_decoded.begin(), DecodeReferences(text, _decoded.begin()));
-	}
-
 	SVGParseContext& _context;
-	XmlMemory& _memory;
-	bool _hasReferences;
-	BaseArray<char> _decoded;
+	XmlTree& _tree;
+	ReferenceDecoder _values;
 };
 
 // Driving ------------------------------------------------------------------------------------------------------------
 
-/// One import of one text.
+/// One import of one file.
 class ImportDriver
 {
 public:
-	explicit ImportDriver(std::string_view text) noexcept : _text(text)
+	explicit ImportDriver(const SVGImportOptions& options) noexcept : _options(options), _complete(options)
 	{
+		if (options.isTolerant)
+			_plain.findings = &_complete.Findings();
 	}
 
-	/// `text` is the driver's text, terminated by a zero.
-	Result<ImportResult> Run(char* text)
+	Result<ImportResult> Run(BaseArray<char> bytes)
 	{
-		const bool hasReferences = GuardXml(_text);
-		XmlMemory memory;
-		// Never destroyed: its pool would go through its blocks, of which most have been given back by then.
-		alignas(XmlDocument) unsigned char storage[sizeof(XmlDocument)];
-		XmlDocument& document = *new (storage) XmlDocument;
-		document.set_allocator(&XmlMemory::Allocate, nullptr);
-		document.parse<kXmlParseFlags>(text);
-		for (const XmlNode* node = document.first_node(); node != nullptr; node = node->next_sibling())
-		{
-			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
-				continue;
-			SVGElementRef root = ORVAN_TRY(TreeBuilder(_context, memory, hasReferences).Build(*node, {}));
-			return ImportResult{std::move(root), std::move(_context.elementsById)};
-		}
-		return ImportResult();
-	}
-
-	/// The place in the text that an exception is about.
-	DocumentPosition PositionOf(const std::exception& exception) const noexcept
-	{
-		DocumentPosition position;
-		const char* where = _context.refusedAt;
-		if (const auto* syntaxError = dynamic_cast<const xml::parse_error*>(&exception))
-			where = syntaxError->where<char>();
-		else if (const auto* xmlError = dynamic_cast<const XmlError*>(&exception))
-			where = xmlError->GetWhere();
+		if (_options.isComplete)
+			_source = ORVAN_TRY(ReadSourceText(std::move(bytes)));
 		else
+			_source.text = std::move(bytes);
+		XmlTree tree(_source.text.begin(), Text().size());
+		return _options.isComplete ? BuildComplete(tree) : BuildPlain(tree);
+	}
+
+	/// Takes down what an exception is about, which ends the import.
+	Result<void> NoteRefusal(const std::exception& exception, DocumentPosition& position) noexcept
+	{
+		FindingPlace place;
+		if (const auto* syntaxError = dynamic_cast<const xml::parse_error*>(&exception))
+			place.where = syntaxError->where<char>();
+		else if (const auto* xmlError = dynamic_cast<const XmlError*>(&exception))
+			place.where = xmlError->GetWhere();
+		else if (_options.isComplete)
+			place = {_complete.refusedAt.where, _complete.refusedAt.elementTag, _complete.refusedElementId, {}};
+		else
+			place = {_plain.refusedAt, _plain.refusedElementName, _plain.refusedElementId, {}};
+		position.elementName = place.elementTag;
+		position.elementId = place.elementId;
+		const std::string_view original = _source.ForPlaces();
+		if (IsInside(place.where))
 		{
-			position.elementName = _context.refusedElementName;
-			position.elementId = _context.refusedElementId;
+			const std::size_t offset =
+				_source.positions.ToOriginal(static_cast<std::size_t>(place.where - Text().data()));
+			const std::string_view before = original.substr(0, offset);
+			position.line = 1 + std::count(before.begin(), before.end(), '\n');
+			// Without a line break before it, npos + 1 is 0: the column counts from the start of the text.
+			position.column = static_cast<std::int64_t>(before.size() - (before.rfind('\n') + 1)) + 1;
 		}
-		if (where == nullptr)
-			return position;
-		const std::string_view before = _text.substr(0, static_cast<std::size_t>(where - _text.data()));
-		position.line = 1 + std::count(before.begin(), before.end(), '\n');
-		// Without a line break before it, npos + 1 is 0: the column counts from the start of the text.
-		position.column = static_cast<std::int64_t>(before.size() - (before.rfind('\n') + 1)) + 1;
-		return position;
+		_isRefused = true;
+		return _complete.Findings().Add(SVGFindingLevel::critical, place, exception.what());
+	}
+
+	/// Hands over what became of the import. `hasRoot` tells whether there is a tree.
+	Result<void> MakeReport(SVGImportReport& report, bool hasRoot) noexcept
+	{
+		FindingList& findings = _complete.Findings();
+		report.outcome = _isRefused                 ? SVGImportOutcome::refused
+						 : !hasRoot                 ? SVGImportOutcome::noSvgElement
+						 : findings.GetCount() == 0 ? SVGImportOutcome::loaded
+													: SVGImportOutcome::loadedWithFindings;
+		return findings.GetCount() == 0 ? Result<void>()
+										: findings.MoveTo(report, Text(), _source.ForPlaces(), _source.positions);
 	}
 
 private:
-	std::string_view _text;
-	SVGParseContext _context;
+	std::string_view Text() const noexcept
+	{
+		const std::size_t count = _source.text.GetCount();
+		return {_source.text.begin(), count == 0 ? 0 : count - 1};
+	}
+
+	bool IsInside(const char* where) const noexcept
+	{
+		return where != nullptr && !std::less<>()(where, Text().data()) &&
+			   !std::less<>()(Text().data() + Text().size(), where);
+	}
+
+	Result<ImportResult> BuildPlain(XmlTree& tree)
+	{
+		for (const XmlNode* node = tree.FirstNode(); node != nullptr; node = node->next_sibling())
+		{
+			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
+				continue;
+			SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tree).Build(*node, {}));
+			return ImportResult{std::move(root), std::move(_plain.elementsById)};
+		}
+		return ImportResult();
+	}
+
+	Result<ImportResult> BuildComplete(XmlTree& tree)
+	{
+		for (const XmlNode* node = tree.FirstNode(); node != nullptr; node = node->next_sibling())
+		{
+			if (node->type() != xml::node_element || complete::TagOfNode(*node) != complete::TagOf(Kind::svg))
+				continue;
+			complete::TreeBuilder builder(_complete, tree);
+			SVGElementRef root = ORVAN_TRY(builder.BuildDocument(*node, _options.styleSheet.View()));
+			return ImportResult{std::move(root), _complete.TakeIds()};
+		}
+		return ImportResult();
+	}
+
+	using Kind = SVGImportElementKind;
+
+	const SVGImportOptions& _options;
+	SourceText _source;
+	SVGParseContext _plain;
+	complete::Importer _complete;
+	bool _isRefused = false;
 };
 
-} // namespace
-
-Result<ImportResult> Import(char* text, std::int64_t count) noexcept
+Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noexcept
 {
-	if (count < 1)
-		return ImportResult();
-	ImportDriver driver({text, static_cast<std::size_t>(count) - 1});
 	try
 	{
-		return driver.Run(text);
+		return driver.Run(std::move(bytes));
 	}
 	catch (const std::bad_alloc&)
 	{
@@ -235,14 +241,35 @@ Result<ImportResult> Import(char* text, std::int64_t count) noexcept
 	}
 	catch (const std::exception& exception)
 	{
-		const DocumentPosition position = driver.PositionOf(exception);
+		DocumentPosition position;
+		const Result<void> noted = driver.NoteRefusal(exception, position);
 		CriticalOutput(&position, "Exception parsing svg file. @", exception.what());
+		ORVAN_TRY(noted);
 	}
 	catch (...)
 	{
 		CriticalOutput(nullptr, "Exception parsing svg file. Exception @", "of an unknown type");
+		DocumentPosition position;
+		ORVAN_TRY(driver.NoteRefusal(XmlError("an exception of an unknown type", nullptr), position));
 	}
 	return ImportResult();
+}
+
+} // namespace
+
+Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& options, SVGImportReport& report) noexcept
+{
+	if (bytes.IsEmpty())
+	{
+		report.outcome = SVGImportOutcome::noSvgElement;
+		return ImportResult();
+	}
+	ImportDriver driver(options);
+	ImportResult result = ORVAN_TRY(RunGuarded(driver, std::move(bytes)));
+	ORVAN_TRY(driver.MakeReport(report, static_cast<bool>(result.root)));
+	if (report.outcome == SVGImportOutcome::noSvgElement)
+		WarningOutput("The file holds no svg element.");
+	return result;
 }
 
 namespace

@@ -73,6 +73,37 @@ Result<BaseArray<SVGElementRef>> VectorIconImpl::GetElementsByIdWithPrefix(const
 	return _document->GetElementsByIdWithPrefix(prefix);
 }
 
+Result<void> VectorIconImpl::SetImportOptions(const SVGImportOptions& options) noexcept
+{
+	return Content().SetImportOptions(options);
+}
+
+const SVGImportOptions& VectorIconImpl::GetImportOptions() const noexcept
+{
+	return Content().GetImportOptions();
+}
+
+/// An icon from memory has no file to follow.
+Result<void> VectorIconImpl::InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept
+{
+	_watch.Stop();
+	_clientSwitches.Clear();
+	ORVAN_TRY(Content().InitFromMemory(bytes, count, baseUrl));
+	if (_state != SVGIconState::uninitialized)
+		ApplyState();
+	return {};
+}
+
+Result<SVGImportReport> VectorIconImpl::GetImportReport() const noexcept
+{
+	return Content().GetImportReport();
+}
+
+Document& VectorIconImpl::Content() const noexcept
+{
+	return static_cast<Document&>(*_document.GetObject());
+}
+
 Result<void> VectorIconImpl::SetLayerEnabled(const String& id, bool enabled) noexcept
 {
 	const SVGElementRef layer = ORVAN_TRY(_document->GetElementById(id));
@@ -188,6 +219,8 @@ void VectorIconImpl::Reload() noexcept
 	// Whoever reads the diagnostics may let the icon go.
 	const ObjectRef self = ObjectRef::From(this);
 	Result<SVGDocumentRef> fresh = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
+	if (fresh.IsOk())
+		IgnoreResult(static_cast<Document&>(*fresh.GetValue().GetObject()).SetImportOptions(GetImportOptions()));
 	Result<void> loaded = fresh.IsOk() ? fresh.GetValue()->Init(GetUrl()) : Result<void>(fresh.GetError());
 	if (!loaded.IsOk())
 	{
@@ -202,7 +235,7 @@ void VectorIconImpl::Reload() noexcept
 		return;
 	}
 	// Into the same document, so that references to its root, which the interface hands out, stay good.
-	static_cast<Document&>(*_document.GetObject()).TakeContentOf(document);
+	Content().TakeContentOf(document);
 	if (_state != SVGIconState::uninitialized)
 		ApplyState();
 	ApplyClientSwitches();
@@ -213,7 +246,8 @@ namespace
 
 constexpr ClassDeclaration kIconClass =
 	DeclareClass<VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>,
-				 Implements<SVGDocumentInterface, VectorIconImpl>>(kVectorIconClass);
+				 Implements<SVGDocumentInterface, VectorIconImpl>,
+				 Implements<SVGDocumentImportInterface, VectorIconImpl>>(kVectorIconClass);
 
 constexpr UseDeclaration kUses[] = {
 	{"vector_icon_impl", "VectorIconInterface", "vector_icon"},

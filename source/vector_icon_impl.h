@@ -3,12 +3,15 @@
 #pragma once
 
 #include "orvan/file_monitor.h"
+#include "svg_import.h"
 #include "vector_icon.h"
 
 #include <array>
 
 namespace orvan::svg
 {
+
+class Document;
 
 /// An icon owns a document and answers for it. The state is the icon's own: it outlives the document's content and is
 /// applied to each new one; so are the layers that the client switched, as long as they are of the same file.
@@ -24,6 +27,11 @@ public:
 	const SVGElementRef& GetRootElement() const noexcept;
 	Result<SVGElementRef> GetElementById(const String& id) const noexcept;
 	Result<BaseArray<SVGElementRef>> GetElementsByIdWithPrefix(const String& prefix) const noexcept;
+
+	Result<void> SetImportOptions(const SVGImportOptions& options) noexcept;
+	const SVGImportOptions& GetImportOptions() const noexcept;
+	Result<void> InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept;
+	Result<SVGImportReport> GetImportReport() const noexcept;
 
 	// The icon.
 	Result<void> SetLayerEnabled(const String& id, bool enabled) noexcept;
@@ -43,6 +51,7 @@ private:
 		SVGDisplay display;
 	};
 
+	Document& Content() const noexcept;
 	Result<void> SwitchLayer(const SVGElementRef& layer, const String& id, SVGDisplay display) noexcept;
 	Result<void> ShowState() noexcept;
 	void ApplyState() noexcept;

@@ -5,6 +5,7 @@
 /// references to them, the importer's tags, and the class that it makes for each kind.
 #pragma once
 
+#include "elements/complete_classes.h"
 #include "elements/element_classes.h"
 
 #include <algorithm>
@@ -104,16 +105,58 @@ using ElementClasses = ClassList<
 	ElementClass<kSVGDefsElementClass, "defs", DefsElement, SVGDefsElementInterface>,
 	ElementClass<kSVGSymbolElementClass, "symbol", SymbolElement, SVGSymbolElementInterface, FitToViewbox>,
 	ElementClass<kSVGGroupElementClass, "g", GroupElement, SVGGroupElementInterface>,
-	ElementClass<kSVGLinearGradientElementClass, "linearGradient", LinearGradientElement, SVGLinearGradientElementInterface>,
-	ElementClass<kSVGRadialGradientElementClass, "radialGradient", RadialGradientElement, SVGRadialGradientElementInterface>,
+	ElementClass<kSVGLinearGradientElementClass, "linearGradient", LinearGradientElement, SVGLinearGradientElementInterface, Link>,
+	ElementClass<kSVGRadialGradientElementClass, "radialGradient", RadialGradientElement, SVGRadialGradientElementInterface, Link>,
 	ElementClass<kSVGStopElementClass, "stop", StopElement, SVGStopElementInterface, Stop>,
 	ElementClass<kSVGPathElementClass, "path polygon polyline", PathElement, SVGPathElementInterface>,
 	ElementClass<kSVGRectElementClass, "rect", RectElement, SVGRectElementInterface, Position, Size, Radius>,
 	ElementClass<kSVGCircleElementClass, "circle ellipse", CircleElement, SVGCircleElementInterface, CenterPosition, Radius>,
 	ElementClass<kSVGLineElementClass, "line", LineElement, SVGLineElementInterface, LineEnds>,
-	ElementClass<kSVGTextElementClass, "text", TextElement, SVGTextElementInterface, Position>,
+	ElementClass<kSVGTextElementClass, "text", TextElement, SVGTextElementInterface, Position, TextContent>,
 	ElementClass<kSVGMaskElementClass, "mask", MaskElement, SVGMaskElementInterface, Position, Size>,
 	ElementClass<kSVGClipPathElementClass, "clipPath", ClipPathElement, SVGClipPathElementInterface>>;
+
+/// The classes of the elements that only the complete import makes, published after all others.
+using CompleteElementClasses = ClassList<
+	ElementClass<kSVGPatternElementClass, "pattern", PlainElement<SVGImportElementKind::pattern>, SVGPatternElementInterface, Pattern, Link, FitToViewbox, Position, Size>,
+	ElementClass<kSVGMarkerElementClass, "marker", PlainElement<SVGImportElementKind::marker>, SVGMarkerElementInterface, Marker, FitToViewbox>,
+	ElementClass<kSVGImageElementClass, "image", PlainElement<SVGImportElementKind::image>, SVGImageElementInterface, Image, Link, Position, Size>,
+	ElementClass<kSVGSwitchElementClass, "switch", SwitchElement, SVGSwitchElementInterface, Grouping>,
+	ElementClass<kSVGAnchorElementClass, "a", PlainElement<SVGImportElementKind::anchor>, SVGAnchorElementInterface, Anchor, Grouping, TextContent, Link>,
+	ElementClass<kSVGTspanElementClass, "tspan", PlainElement<SVGImportElementKind::tspan>, SVGTextContentInterface, TextContent>,
+	ElementClass<kSVGTextPathElementClass, "textPath", PlainElement<SVGImportElementKind::textPath>, SVGTextPathElementInterface, TextPath, TextContent, Link>,
+	ElementClass<kSVGFilterElementClass, "filter", PlainElement<SVGImportElementKind::filter>, SVGFilterElementInterface, Filter, Link, Position, Size>,
+	ElementClass<kSVGFeBlendElementClass, "feBlend", PlainElement<SVGImportElementKind::feBlend>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeColorMatrixElementClass, "feColorMatrix", PlainElement<SVGImportElementKind::feColorMatrix>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeComponentTransferElementClass, "feComponentTransfer", PlainElement<SVGImportElementKind::feComponentTransfer>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeCompositeElementClass, "feComposite", PlainElement<SVGImportElementKind::feComposite>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeConvolveMatrixElementClass, "feConvolveMatrix", PlainElement<SVGImportElementKind::feConvolveMatrix>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeDiffuseLightingElementClass, "feDiffuseLighting", PlainElement<SVGImportElementKind::feDiffuseLighting>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeDisplacementMapElementClass, "feDisplacementMap", PlainElement<SVGImportElementKind::feDisplacementMap>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeDropShadowElementClass, "feDropShadow", PlainElement<SVGImportElementKind::feDropShadow>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeFloodElementClass, "feFlood", PlainElement<SVGImportElementKind::feFlood>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeGaussianBlurElementClass, "feGaussianBlur", PlainElement<SVGImportElementKind::feGaussianBlur>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeImageElementClass, "feImage", PlainElement<SVGImportElementKind::feImage>, SVGFilterPrimitiveInterface, FilterPrimitive, Link, Position, Size>,
+	ElementClass<kSVGFeMergeElementClass, "feMerge", PlainElement<SVGImportElementKind::feMerge>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeMorphologyElementClass, "feMorphology", PlainElement<SVGImportElementKind::feMorphology>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeOffsetElementClass, "feOffset", PlainElement<SVGImportElementKind::feOffset>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeSpecularLightingElementClass, "feSpecularLighting", PlainElement<SVGImportElementKind::feSpecularLighting>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeTileElementClass, "feTile", PlainElement<SVGImportElementKind::feTile>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeTurbulenceElementClass, "feTurbulence", PlainElement<SVGImportElementKind::feTurbulence>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,
+	ElementClass<kSVGFeDistantLightElementClass, "feDistantLight", PlainElement<SVGImportElementKind::feDistantLight>, SVGFilterPartInterface>,
+	ElementClass<kSVGFePointLightElementClass, "fePointLight", PlainElement<SVGImportElementKind::fePointLight>, SVGFilterPartInterface>,
+	ElementClass<kSVGFeSpotLightElementClass, "feSpotLight", PlainElement<SVGImportElementKind::feSpotLight>, SVGFilterPartInterface>,
+	ElementClass<kSVGFeFuncRElementClass, "feFuncR", PlainElement<SVGImportElementKind::feFuncR>, SVGFilterPartInterface>,
+	ElementClass<kSVGFeFuncGElementClass, "feFuncG", PlainElement<SVGImportElementKind::feFuncG>, SVGFilterPartInterface>,
+	ElementClass<kSVGFeFuncBElementClass, "feFuncB", PlainElement<SVGImportElementKind::feFuncB>, SVGFilterPartInterface>,
+	ElementClass<kSVGFeFuncAElementClass, "feFuncA", PlainElement<SVGImportElementKind::feFuncA>, SVGFilterPartInterface>,
+	ElementClass<kSVGFeMergeNodeElementClass, "feMergeNode", PlainElement<SVGImportElementKind::feMergeNode>, SVGFilterPartInterface>,
+	ElementClass<kSVGTitleElementClass, "title", CharacterElement<SVGImportElementKind::title>, SVGDescriptionInterface>,
+	ElementClass<kSVGDescElementClass, "desc", CharacterElement<SVGImportElementKind::desc>, SVGDescriptionInterface>,
+	ElementClass<kSVGStyleElementClass, "style", CharacterElement<SVGImportElementKind::style>, SVGDescriptionInterface>,
+	ElementClass<kSVGMetadataElementClass, "metadata", CharacterElement<SVGImportElementKind::metadata>, SVGDescriptionInterface>,
+	ElementClass<kSVGForeignObjectElementClass, "foreignObject", PlainElement<SVGImportElementKind::foreignObject>, SVGForeignObjectElementInterface, Position, Size>,
+	ElementClass<kSVGTextRunElementClass, "", CharacterElement<SVGImportElementKind::textRun>, SVGTextRunInterface>>;
 
 // clang-format on
 

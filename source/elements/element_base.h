@@ -146,6 +146,13 @@ public:
 		return _attributes.SetData(static_cast<std::int32_t>(key), value);
 	}
 
+	/// Takes an attribute away; does nothing when it is absent.
+	Result<void> Remove(SVGImportAttribute key) noexcept
+	{
+		ORVAN_TRY(_attributes.Remove(static_cast<std::int32_t>(key)));
+		return {};
+	}
+
 	bool HasAttribute(SVGImportAttribute key) const noexcept
 	{
 		return _attributes.Has(static_cast<std::int32_t>(key));

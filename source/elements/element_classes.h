@@ -90,6 +90,12 @@ public:
 
 	Result<BaseArray<SVGPathCommand>> GetPath() const noexcept;
 
+	/// Takes all commands away.
+	void Clear() noexcept
+	{
+		_path = PathData();
+	}
+
 	Result<void> MoveTo(const Vector2d& point) noexcept
 	{
 		return _path.Append(SVGPathCommandType::move, point);
@@ -126,8 +132,9 @@ public:
 	Result<void> CopyStateTo(TextElement& copy) const noexcept;
 
 	// clang-format off
-	Result<void> SetText(const String& text) noexcept { _text = text; return {}; }
-	String GetText() const noexcept { return _text; }
+	/// The text takes the place of what stands below.
+	Result<void> SetText(const String& text) noexcept { RemoveAllChildren(); _text = text; return {}; }
+	String GetText() const noexcept;
 	Result<void> SetFontSize(const SVGLength& size) noexcept { return Set(kFontSize, size); }
 	SVGLength GetFontSize() const noexcept { return Get(kFontSize); }
 	Result<void> SetFont(const String& family) noexcept { return Store(SVGImportAttribute::fontFamily, family); }

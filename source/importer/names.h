@@ -10,7 +10,7 @@
 namespace orvan::svg
 {
 
-inline constexpr std::size_t kLongestName = 24;
+inline constexpr std::size_t kLongestName = 32;
 
 /// Equality of two names of the same length, `kLongestName` at most. Names are short, so that overlapping words cover
 /// them; that is much cheaper than calling the library's comparison.
@@ -25,6 +25,9 @@ inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
 		return wordA ^ wordB;
 	};
 	using std::uint16_t, std::uint32_t, std::uint64_t;
+	if (size > 24)
+		return (differ(0, uint64_t()) | differ(8, uint64_t()) | differ(16, uint64_t()) |
+				differ(size - 8, uint64_t())) == 0;
 	if (size > 16)
 		return (differ(0, uint64_t()) | differ(8, uint64_t()) | differ(size - 8, uint64_t())) == 0;
 	if (size >= 8)
@@ -106,6 +109,64 @@ private:
 
 	std::uint32_t _multiplier = 0;
 	std::array<std::uint8_t, std::size_t{1} << kSlotBits> _slots{};
+};
+
+/// A hash table from names to the rows of a constexpr table that is too large for a perfect hash: names that want the
+/// same slot stand in the next ones (linear probing).
+template <std::size_t rowCount>
+class ProbedNameIndex
+{
+public:
+	/// `rows` must have a member `name`; the index refers to them by position.
+	template <typename Row>
+	consteval explicit ProbedNameIndex(const std::array<Row, rowCount>& rows)
+	{
+		for (std::size_t i = 0; i < rowCount; i++)
+		{
+			const std::string_view name = rows[i].name;
+			if (name.empty() || name.size() > kLongestName)
+				throw "a name is empty, or too long to be compared";
+			std::size_t slot = Position(name);
+			for (; _slots[slot] != 0; slot = (slot + 1) % kSlotCount)
+			{
+				if (rows[_slots[slot] - 1u].name == name)
+					throw "a name is listed twice";
+			}
+			_slots[slot] = static_cast<std::uint8_t>(i + 1);
+		}
+	}
+
+	/// The row of `name`, or null.
+	template <typename Row>
+	const Row* Find(const std::array<Row, rowCount>& rows, std::string_view name) const noexcept
+	{
+		if (name.empty())
+			return nullptr;
+		for (std::size_t slot = Position(name); _slots[slot] != 0; slot = (slot + 1) % kSlotCount)
+		{
+			const Row& row = rows[_slots[slot] - 1u];
+			if (row.name.size() == name.size() && AreEqual(row.name.data(), name.data(), name.size()))
+				return &row;
+		}
+		return nullptr;
+	}
+
+private:
+	static constexpr std::size_t kSlotCount = 1024;
+	static_assert(rowCount < 256);
+
+	static constexpr std::size_t Position(std::string_view name) noexcept
+	{
+		const auto at = [&](std::size_t i)
+		{
+			return static_cast<std::uint32_t>(static_cast<unsigned char>(name[i]));
+		};
+		const std::uint32_t key = at(0) | at(name.size() / 2) << 8 | at(name.size() - 1) << 16 |
+								  (static_cast<std::uint32_t>(name.size()) + at(name.size() * 3 / 4) * 7) << 24;
+		return (key * 0x9e3779b1u >> 16) % kSlotCount;
+	}
+
+	std::array<std::uint8_t, kSlotCount> _slots{};
 };
 
 } // namespace orvan::svg

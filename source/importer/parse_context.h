@@ -4,6 +4,7 @@
 
 #include "elements/element_base.h"
 #include "grammar.h"
+#include "importer/findings.h"
 #include "importer/style_cache.h"
 #include "orvan/hash_map.h"
 
@@ -31,8 +32,12 @@ struct SVGParseContext
 	std::string_view refusedElementName;
 	String refusedElementId;
 
-	/// Ends the import: throws the invalid-value error for an attribute, and keeps the place.
-	[[noreturn]] void Refuse(const char* attributeName, std::string_view text);
+	/// Takes the findings of a tolerant import; null when a refused value ends the import.
+	FindingList* findings = nullptr;
+
+	/// Refuses the value of an attribute: throws the invalid-value error and keeps the place or, in a tolerant import,
+	/// makes a finding of it, and the value counts as absent.
+	void Refuse(const char* attributeName, std::string_view text);
 };
 
 /// Sets the attribute `attribute` of the context's element from its text. Errors end the import; a value that is

@@ -9,7 +9,7 @@ namespace orvan
 
 struct LargeValue
 {
-	Float numbers[7] = {};
+	Float numbers[8] = {};
 };
 
 struct UnregisteredValue

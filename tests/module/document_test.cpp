@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// The document: loading, asking, forgetting.
 #include "support/svg_module.h"
+#include "svg_import.h"
 
 #include <set>
 
@@ -163,7 +164,12 @@ TEST_F(Document, HoldsAPlaceholderWhenTheFileHasNoUsableRoot)
 {
 	for (const std::string_view text : {"", " \n", "<html><svg id='a'/></html>", "<!-- <svg/> -->", "<SVG/>", "<g/>"})
 	{
-		const SVGDocumentRef loaded = Load(text);
+		const CollectedFindings findings;
+		const SVGDocumentRef loaded = MakeDocument();
+		Must(loaded->Init(TextFile(text).GetUrl()));
+		EXPECT_EQ(std::vector<std::string>{"The file holds no svg element."}, findings.lines) << text;
+		EXPECT_EQ(SVGImportOutcome::noSvgElement,
+				  Must(Cast<SVGDocumentImportInterface>(loaded)->GetImportReport()).outcome);
 		EXPECT_EQ("svg(rect)", Outline(loaded->GetRootElement())) << text;
 		EXPECT_EQ(0u, loaded->GetRootElement()->GetAttributeDictionary().GetCount());
 		EXPECT_TRUE(Must(loaded->GetElementsByIdWithPrefix({})).IsEmpty()) << text;

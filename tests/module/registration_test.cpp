@@ -60,21 +60,57 @@ constexpr InterfaceRow kInterfaces[] = {
 	{"vectoricon", "VectorIcon",
 	 "SetLayerEnabled ToggleLayer GetLayer SetState GetState SetLiveReloadEnabled GlobalSetLiveReloadEnabled "
 	 "GlobalGetLiveReloadEnabled"},
+	// Published later, in this order.
+	{"svgdocumentimport", "SVGDocumentImport", "SetImportOptions GetImportOptions InitFromMemory GetImportReport"},
+	{"svglink", "SVGLink", "SetLink GetLink"},
+	{"svgpatternelement", "SVGPatternElement",
+	 "SetPatternUnits GetPatternUnits SetPatternContentUnits GetPatternContentUnits SetPatternTransform "
+	 "GetPatternTransform"},
+	{"svgmarkerelement", "SVGMarkerElement",
+	 "SetRefX GetRefX SetRefY GetRefY SetMarkerWidth GetMarkerWidth SetMarkerHeight GetMarkerHeight SetMarkerUnits "
+	 "GetMarkerUnits SetOrient GetOrient"},
+	{"svgimageelement", "SVGImageElement", "SetPreserveAspectRatio GetPreserveAspectRatio"},
+	{"svgswitchelement", "SVGSwitchElement", ""},
+	{"svganchorelement", "SVGAnchorElement", "SetTarget GetTarget"},
+	{"svgtextcontent", "SVGTextContent",
+	 "GetCharacters SetXList GetXList SetYList GetYList SetDxList GetDxList SetDyList GetDyList SetRotations "
+	 "GetRotations"},
+	{"svgtextpathelement", "SVGTextPathElement", "SetStartOffset GetStartOffset"},
+	{"svgtextrun", "SVGTextRun", "SetText GetText"},
+	{"svgfilterelement", "SVGFilterElement", "SetFilterUnits GetFilterUnits SetPrimitiveUnits GetPrimitiveUnits"},
+	{"svgfilterprimitive", "SVGFilterPrimitive", "SetInput GetInput SetSecondInput GetSecondInput SetResult GetResult"},
+	{"svgfilterpart", "SVGFilterPart", ""},
+	{"svgdescription", "SVGDescription", "SetText GetText"},
+	{"svgforeignobjectelement", "SVGForeignObjectElement", ""},
 };
 
 constexpr const char* kReferenceTypes =
 	"VectorIcon SVGClipPathElement SVGMaskElement SVGTextElement SVGLineElement SVGCircleElement SVGRectElement "
 	"SVGPathElement SVGStopElement SVGRadialGradientElement SVGLinearGradientElement SVGGroupElement SVGSymbolElement "
 	"SVGDefsElement SVGUseElement SVGSVGElement SVGElement SVGSize SVGPosition SVGRadius SVGFitToViewbox SVGContext "
-	"SVGDocument";
+	"SVGDocument "
+	// Published later, in this order.
+	"SVGDocumentImport SVGLink SVGPatternElement SVGMarkerElement SVGImageElement SVGSwitchElement SVGAnchorElement "
+	"SVGTextContent SVGTextPathElement SVGTextRun SVGFilterElement SVGFilterPrimitive SVGFilterPart SVGDescription "
+	"SVGForeignObjectElement";
 
 constexpr const char* kClasses =
 	"svgdocument svgcontext svgelement svgsvgelement svguseelement svgdefselement svgsymbolelement svggroupelement "
 	"svglineargradientelement svgradialgradientelement svgstopelement svgpathelement svgrectelement svgcircleelement "
-	"svglineelement svgtextelement svgmaskelement svgclippathelement vectoricon";
+	"svglineelement svgtextelement svgmaskelement svgclippathelement vectoricon "
+	// Published later, in this order.
+	"svgpatternelement svgmarkerelement svgimageelement svgswitchelement svganchorelement svgtspanelement "
+	"svgtextpathelement svgfilterelement svgfeblendelement svgfecolormatrixelement svgfecomponenttransferelement "
+	"svgfecompositeelement svgfeconvolvematrixelement svgfediffuselightingelement svgfedisplacementmapelement "
+	"svgfedropshadowelement svgfefloodelement svgfegaussianblurelement svgfeimageelement svgfemergeelement "
+	"svgfemorphologyelement svgfeoffsetelement svgfespecularlightingelement svgfetileelement svgfeturbulenceelement "
+	"svgfedistantlightelement svgfepointlightelement svgfespotlightelement svgfefuncrelement svgfefuncgelement "
+	"svgfefuncbelement svgfefuncaelement svgfemergenodeelement svgtitleelement svgdescelement svgstyleelement "
+	"svgmetadataelement svgforeignobjectelement svgtextrunelement";
 
 constexpr const char* kDataTypes = "SVGPaint SVGLength SVGLength2d SVGPathCommand SVGGradientStop SVGLinearGradient "
-								   "SVGRadialGradient SVGViewbox SVGViewport SVGPreserveAspectRatio";
+								   "SVGRadialGradient SVGViewbox SVGViewport SVGPreserveAspectRatio SVGOrient "
+								   "SVGBaselineShift SVGFilterFunction";
 
 class Registration : public SvgModuleTest
 {
@@ -147,7 +183,7 @@ TEST_F(Registration, NamesItselfOnceWithItsFrameworks)
 			  Names(Kind::framework));
 	const auto& framework = Entries(Kind::framework)[0]->GetDeclaration<FrameworkDeclaration>();
 	EXPECT_EQ(FrameworkDeclaration::Role::defined, framework.role);
-	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon"),
+	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete"),
 			  std::vector<std::string>(framework.headers, framework.headers + framework.headerCount));
 	for (const std::size_t i : {1u, 2u})
 		EXPECT_EQ(FrameworkDeclaration::Role::used,

@@ -232,12 +232,12 @@ constexpr const DataTypeOperations* detail::ArrayOperations() noexcept
 		return nullptr;
 }
 
-/// A value of any registered data type, or none. Values of up to 48 bytes that are at ease with being moved as bytes
+/// A value of any registered data type, or none. Values of up to 56 bytes that are at ease with being moved as bytes
 /// stand inside; larger ones in host memory. Copying may fail, so it is spelled `CopyFrom`.
 class Data
 {
 public:
-	static constexpr std::size_t kInlineSize = 48;
+	static constexpr std::size_t kInlineSize = 56;
 
 	Data() noexcept = default;
 	Data(const Data&) = delete; ///< Would have no way to report a failed allocation; use `CopyFrom`.

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <functional>
+#include <new>
 
 namespace orvan::svg
 {
@@ -106,6 +107,14 @@ constexpr std::array<Importer, kNumberCount> kImporters = []
 	return importers;
 }();
 
+Result<void> NoteFinding(SVGParseContext& context, std::string_view attributeName, std::string_view text) noexcept
+{
+	const String message = ORVAN_TRY(DescribeRefusedValue(attributeName, text));
+	return context.findings->Add(SVGFindingLevel::warning,
+								 {context.refusedAt, context.elementName, (*context.element)->GetId(), attributeName},
+								 message.View());
+}
+
 } // namespace
 
 void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
@@ -114,6 +123,13 @@ void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 	const char* end = rawValue.data() + rawValue.size();
 	const bool isInside = !std::less<>()(text.data(), rawValue.data()) && !std::less<>()(end, text.data());
 	refusedAt = isInside ? text.data() : rawValue.data();
+	if (findings != nullptr)
+	{
+		const Result<void> noted = NoteFinding(*this, attributeName, text);
+		if (!noted.IsOk())
+			throw std::bad_alloc();
+		return;
+	}
 	refusedElementName = elementName;
 	refusedElementId = (*element)->GetId();
 	grammar::RaiseInvalidValue(attributeName, text);

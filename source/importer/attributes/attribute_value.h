@@ -20,7 +20,7 @@ struct Value
 		return *context.element;
 	}
 
-	/// True when there is a value to set. Refused values do not return.
+	/// True when there is a value to set. A refused one does not return, unless the import is tolerant.
 	bool Accept(grammar::Parsed parsed) const
 	{
 		if (parsed == grammar::Parsed::refused)

@@ -14,7 +14,8 @@ using grammar::Parsed;
 Result<void> ImportPlainLength(const Value& value)
 {
 	const SVGLength length = ScanLength(value.text);
-	value.Accept(std::isfinite(length.value) ? Parsed::value : Parsed::refused);
+	if (!value.Accept(std::isfinite(length.value) ? Parsed::value : Parsed::refused))
+		return {};
 	return value.Store(length);
 }
 
@@ -23,7 +24,8 @@ Result<void> ImportRadius(const Value& value)
 	if (value.Element()->GetElementType() != SVGImportElementKind::circle)
 		return ImportPlainLength(value);
 	const SVGLength length = ScanLength(value.text);
-	value.Accept(std::isfinite(length.value) ? Parsed::value : Parsed::refused);
+	if (!value.Accept(std::isfinite(length.value) ? Parsed::value : Parsed::refused))
+		return {};
 	if (const Borrowed<SVGRadiusInterface> radius(value.Element()); radius)
 		return radius->SetRadius(length);
 	return {};
@@ -143,7 +145,8 @@ Result<void> ImportPoints(const Value& value)
 	return ReadPath(value,
 					[&value](grammar::PathSink& sink)
 					{
-						// Without points there is nothing to close: every path begins with a move.
+						// Without points there is nothing to close: every path begins with a move. Of a value with a
+						// fault a tolerant import keeps what stands before it, open.
 						if (value.Accept(grammar::ParsePoints(value.text, sink)) && value.context.isPolygon)
 							sink.Close();
 					});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The XML library, as the importer uses it. To be included by one unit only.
+/// The XML library, as the importer uses it; see `xml_tree.h` for what owns a tree.
 #pragma once
 
 #include <cstring>

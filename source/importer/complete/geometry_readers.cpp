@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+/// Readers of paths, transforms and viewports.
+#include "importer/complete/importer.h"
+#include "importer/complete/value_readers.h"
+
+#include "elements/element_classes.h"
+
+#include <string>
+
+namespace orvan::svg::complete
+{
+
+using grammar::Parsed;
+using grammar::Source;
+
+namespace
+{
+
+/// Hands the segments of a path to a path element.
+class PathElementSink final : public grammar::PathSink
+{
+public:
+	explicit PathElementSink(PathElement& path) noexcept : _path(path)
+	{
+	}
+
+	void MoveTo(double x, double y) override
+	{
+		Note(_path.MoveTo({x, y}));
+	}
+
+	void LineTo(double x, double y) override
+	{
+		Note(_path.LineTo({x, y}));
+		_hasLines = true;
+	}
+
+	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
+	{
+		Note(_path.CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
+	}
+
+	void Close() override
+	{
+		Note(_path.CloseSubpath());
+	}
+
+	Result<void> Exit() noexcept
+	{
+		Note(_path.PathExit());
+		return std::move(_result);
+	}
+
+	bool HasLines() const noexcept
+	{
+		return _hasLines;
+	}
+
+private:
+	void Note(Result<void> result) noexcept
+	{
+		if (!result.IsOk()) [[unlikely]]
+			_result = std::move(result);
+	}
+
+	PathElement& _path;
+	Result<void> _result;
+	bool _hasLines = false;
+};
+
+Matrix2d ToMatrix(const grammar::Matrix& m) noexcept
+{
+	return {{m.e, m.f}, {m.a, m.b}, {m.c, m.d}};
+}
+
+SVGLength ToLength(const grammar::Length& length) noexcept
+{
+	return {length.value, static_cast<SVGLengthUnit>(length.unit)};
+}
+
+Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept
+{
+	if (progress.isWhole)
+		return Reading::applied;
+	application.importer.faultOffset = progress.offset;
+	return Reading::partial;
+}
+
+Result<Reading> ReadPath(const Application& application, std::string_view data)
+{
+	auto& path = static_cast<PathElement&>(application.element);
+	path.Clear();
+	PathElementSink sink(path);
+	const grammar::complete::Progress progress = grammar::complete::ParsePath(data, sink);
+	ORVAN_TRY(sink.Exit());
+	return ReadingOf(application, progress);
+}
+
+} // namespace
+
+Result<Reading> ReadPathData(const Application& application)
+{
+	if (application.source == Source::attribute)
+		return ReadPath(application, application.text);
+	grammar::complete::PathFunction function;
+	switch (grammar::complete::ParsePathFunction(application.text, function))
+	{
+	case Parsed::refused:
+		return Reading::refused;
+	case Parsed::nothing: // "none"
+		static_cast<PathElement&>(application.element).Clear();
+		return Reading::applied;
+	case Parsed::value:
+		break;
+	}
+	if (!function.hasEscapes)
+		return ReadPath(application, function.data);
+	return ReadPath(application, grammar::complete::ResolveEscapes(function.data));
+}
+
+Result<Reading> ReadPoints(const Application& application)
+{
+	auto& path = static_cast<PathElement&>(application.element);
+	path.Clear();
+	PathElementSink sink(path);
+	const grammar::complete::Progress progress = grammar::complete::ParsePoints(application.text, sink);
+	if (application.tag == Tag::polygon && sink.HasLines())
+		sink.Close();
+	ORVAN_TRY(sink.Exit());
+	return ReadingOf(application, progress);
+}
+
+Result<Reading> ReadTransform(const Application& application)
+{
+	grammar::Matrix matrix;
+	if (application.source == Source::attribute)
+	{
+		if (grammar::complete::ParseTransformAttribute(application.text, matrix) != Parsed::value)
+			return Reading::refused;
+	}
+	else
+	{
+		grammar::complete::Transform transform;
+		const grammar::complete::RelativeUnits units{.viewportWidth = application.importer.viewport.x,
+													 .viewportHeight = application.importer.viewport.y};
+		if (grammar::complete::ParseTransformProperty(application.text, units, transform) != Parsed::value)
+			return Reading::refused;
+		matrix = transform.For(application.importer.viewport.x, application.importer.viewport.y);
+	}
+	ORVAN_TRY(application.element.SetLocalTransform(ToMatrix(matrix)));
+	return Reading::applied;
+}
+
+Result<Reading> ReadMatrix(const Application& application)
+{
+	grammar::Matrix matrix;
+	if (grammar::complete::ParseTransformAttribute(application.text, matrix) != Parsed::value)
+		return Reading::refused;
+	ORVAN_TRY(application.element.Store(application.rule.number, ToMatrix(matrix)));
+	return Reading::applied;
+}
+
+Result<Reading> ReadTransformOrigin(const Application& application)
+{
+	grammar::complete::TransformOrigin origin;
+	if (grammar::complete::ParseTransformOrigin(application.text, application.source, origin) != Parsed::value)
+		return Reading::refused;
+	ORVAN_TRY(application.element.Store(application.rule.number, SVGLength2d{ToLength(origin.x), ToLength(origin.y)}));
+	return Reading::applied;
+}
+
+Result<Reading> ReadViewBox(const Application& application)
+{
+	grammar::ViewBox box;
+	if (grammar::complete::ParseViewBox(application.text, box) != Parsed::value)
+		return Reading::refused;
+	const auto length = [](double number)
+	{
+		return SVGLength{number, SVGLengthUnit::number};
+	};
+	ORVAN_TRY(
+		application.element.Store(application.rule.number, SVGViewbox{length(box.x), length(box.y), length(box.width),
+																	  length(box.height), false}));
+	return Reading::applied;
+}
+
+Result<Reading> ReadAspectRatio(const Application& application)
+{
+	grammar::AspectRatio ratio;
+	if (grammar::complete::ParsePreserveAspectRatio(application.text, ratio) != Parsed::value)
+		return Reading::refused;
+	ORVAN_TRY(application.element.Store(
+		application.rule.number,
+		SVGPreserveAspectRatio{static_cast<SVGAlign>(ratio.align), static_cast<SVGMeetOrSlice>(ratio.meetOrSlice)}));
+	return Reading::applied;
+}
+
+} // namespace orvan::svg::complete

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+/// Readers of numbers, lengths and lists of them.
+#include "importer/complete/importer.h"
+#include "importer/complete/value_readers.h"
+
+namespace orvan::svg::complete
+{
+
+using grammar::Parsed;
+using grammar::complete::Range;
+using Number = SVGImportAttribute;
+
+namespace
+{
+
+SVGLength ToLength(const grammar::Length& length) noexcept
+{
+	return {length.value, static_cast<SVGLengthUnit>(length.unit)};
+}
+
+template <typename T>
+Result<Reading> Store(const Application& application, Parsed parsed, T value) noexcept
+{
+	if (parsed == Parsed::refused)
+		return Reading::refused;
+	if (parsed == Parsed::value)
+		ORVAN_TRY(application.element.Store(application.rule.number, std::move(value)));
+	return Reading::applied;
+}
+
+/// Collects numbers or lengths into an array of the host's.
+template <typename Base, typename Item, typename Read>
+class Collector final : public Base
+{
+public:
+	void Append(Read item) override
+	{
+		Result<void> appended = items.Append(Convert(item));
+		if (!appended.IsOk()) [[unlikely]]
+			result = std::move(appended);
+	}
+
+	BaseArray<Item> items;
+	Result<void> result;
+
+private:
+	static Item Convert(Read item) noexcept
+	{
+		if constexpr (std::is_same_v<Item, SVGLength>)
+			return ToLength(item);
+		else
+			return item;
+	}
+};
+
+using LengthCollector = Collector<grammar::LengthSink, SVGLength, const grammar::Length&>;
+using NumberCollector = Collector<grammar::complete::NumberSink, Float, double>;
+
+Result<Reading> StoreLength(const Application& application, Range range) noexcept
+{
+	grammar::Length length;
+	const Parsed parsed = grammar::complete::ParseLength(application.text, application.source, range, length);
+	return Store(application, parsed, ToLength(length));
+}
+
+/// "auto" says nothing, and takes away what was said before.
+Result<Reading> StoreLengthOrAuto(const Application& application) noexcept
+{
+	grammar::Length length;
+	const Parsed parsed =
+		grammar::complete::ParseLengthOrAuto(application.text, application.source, Range::notNegative, length);
+	if (parsed == Parsed::nothing)
+		ORVAN_TRY(application.element.Remove(application.rule.number));
+	return Store(application, parsed, ToLength(length));
+}
+
+bool IsText(Tag tag) noexcept
+{
+	return tag == TagOf(SVGImportElementKind::text) || tag == TagOf(SVGImportElementKind::tspan);
+}
+
+Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept
+{
+	if (progress.isWhole)
+		return Reading::applied;
+	application.importer.faultOffset = progress.offset;
+	return Reading::partial;
+}
+
+/// On text a list, whose first value stands where a single one would.
+Result<Reading> StorePosition(const Application& application, SVGImportAttribute list)
+{
+	if (!IsText(application.tag))
+		return StoreLength(application, Range::any);
+	LengthCollector collector;
+	const grammar::complete::Progress progress = grammar::complete::ParseLengthList(application.text, collector);
+	ORVAN_TRY(std::move(collector.result));
+	if (!collector.items.IsEmpty())
+		ORVAN_TRY(application.element.Store(application.rule.number, collector.items[0]));
+	if (collector.items.GetCount() > 1)
+		ORVAN_TRY(application.element.Store(list, std::move(collector.items)));
+	return ReadingOf(application, progress);
+}
+
+} // namespace
+
+Result<Reading> ReadNumber(const Application& application)
+{
+	double number = 0.0;
+	const Parsed parsed = grammar::complete::ParseNumber(application.text, application.source, Range::any, number);
+	return Store(application, parsed, number);
+}
+
+Result<Reading> ReadNotNegativeNumber(const Application& application)
+{
+	double number = 0.0;
+	const Parsed parsed =
+		grammar::complete::ParseNumber(application.text, application.source, Range::notNegative, number);
+	return Store(application, parsed, number);
+}
+
+Result<Reading> ReadNumbers(const Application& application)
+{
+	NumberCollector collector;
+	const grammar::complete::Progress progress = grammar::complete::ParseNumberList(application.text, collector);
+	ORVAN_TRY(std::move(collector.result));
+	ORVAN_TRY(application.element.Store(application.rule.number, std::move(collector.items)));
+	return ReadingOf(application, progress);
+}
+
+Result<Reading> ReadNumberPair(const Application& application)
+{
+	double first = 0.0;
+	double second = 0.0;
+	if (grammar::complete::ParseNumberPair(application.text, first, second) != Parsed::value)
+		return Reading::refused;
+	BaseArray<Float> pair;
+	ORVAN_TRY(pair.Append(first));
+	ORVAN_TRY(pair.Append(second));
+	return Store(application, Parsed::value, std::move(pair));
+}
+
+Result<Reading> ReadAlpha(const Application& application)
+{
+	double alpha = 0.0;
+	const Parsed parsed = grammar::complete::ParseAlpha(application.text, application.source, alpha);
+	return Store(application, parsed, alpha);
+}
+
+Result<Reading> ReadOffset(const Application& application)
+{
+	double offset = 0.0;
+	const Parsed parsed = grammar::complete::ParseOffset(application.text, offset);
+	return Store(application, parsed, offset);
+}
+
+Result<Reading> ReadLength(const Application& application)
+{
+	return StoreLength(application, Range::any);
+}
+
+Result<Reading> ReadNotNegativeLength(const Application& application)
+{
+	return StoreLength(application, Range::notNegative);
+}
+
+Result<Reading> ReadSize(const Application& application)
+{
+	return StoreLengthOrAuto(application);
+}
+
+Result<Reading> ReadRadius(const Application& application)
+{
+	return StoreLengthOrAuto(application);
+}
+
+Result<Reading> ReadX(const Application& application)
+{
+	return StorePosition(application, Number::xList);
+}
+
+Result<Reading> ReadY(const Application& application)
+{
+	return StorePosition(application, Number::yList);
+}
+
+Result<Reading> ReadShift(const Application& application)
+{
+	if (!IsText(application.tag))
+		return ReadNumber(application);
+	LengthCollector collector;
+	const grammar::complete::Progress progress = grammar::complete::ParseLengthList(application.text, collector);
+	ORVAN_TRY(std::move(collector.result));
+	ORVAN_TRY(application.element.Store(application.rule.number, std::move(collector.items)));
+	return ReadingOf(application, progress);
+}
+
+Result<Reading> ReadSpacing(const Application& application)
+{
+	grammar::Length length;
+	const Parsed parsed = grammar::complete::ParseSpacing(application.text, application.source, length);
+	return Store(application, parsed, ToLength(length));
+}
+
+Result<Reading> ReadReferencePoint(const Application& application)
+{
+	static constexpr grammar::complete::Keyword kSides[] = {
+		{"left", 0}, {"top", 0}, {"center", 50}, {"right", 100}, {"bottom", 100}};
+	std::int32_t percent = 0;
+	if (grammar::complete::ParseKeyword(application.text, kSides, percent) == Parsed::value)
+		return Store(application, Parsed::value, SVGLength{percent / 100.0, SVGLengthUnit::percent});
+	return StoreLength(application, Range::any);
+}
+
+Result<Reading> ReadDashArray(const Application& application)
+{
+	LengthCollector collector;
+	const Parsed parsed = grammar::complete::ParseDashArray(application.text, application.source, collector);
+	ORVAN_TRY(std::move(collector.result));
+	return Store(application, parsed, std::move(collector.items));
+}
+
+Result<Reading> ReadOrient(const Application& application)
+{
+	grammar::complete::Orient orient;
+	const Parsed parsed = grammar::complete::ParseOrient(application.text, orient);
+	return Store(application, parsed, SVGOrient{static_cast<SVGOrientType>(orient.kind), orient.degrees});
+}
+
+Result<Reading> ReadBaselineShift(const Application& application)
+{
+	grammar::complete::BaselineShift shift;
+	const Parsed parsed = grammar::complete::ParseBaselineShift(application.text, application.source, shift);
+	return Store(application, parsed,
+				 SVGBaselineShift{static_cast<SVGBaselineShiftType>(shift.kind), ToLength(shift.length)});
+}
+
+} // namespace orvan::svg::complete

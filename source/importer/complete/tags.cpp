@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "importer/complete/tags.h"
+
+#include <array>
+#include <utility>
+
+namespace orvan::svg::complete
+{
+namespace
+{
+
+struct Row
+{
+	std::string_view name;
+	Tag tag = Tag::unknown;
+};
+
+/// Calls `visit` with each tag of a list of classes and its kind.
+template <typename List, typename Visit>
+constexpr void VisitTagsOf(Visit visit)
+{
+	List::VisitTags(
+		[&visit](std::string_view tags, SVGImportElementKind kind)
+		{
+			while (!tags.empty())
+			{
+				const std::string_view tag = tags.substr(0, tags.find(' '));
+				visit(tag, kind);
+				tags.remove_prefix(std::min(tag.size() + 1, tags.size()));
+			}
+		});
+}
+
+template <typename Visit>
+constexpr void VisitAll(Visit visit)
+{
+	VisitTagsOf<ElementClasses>(visit);
+	VisitTagsOf<CompleteElementClasses>(visit);
+}
+
+constexpr std::size_t kTagCount = []
+{
+	std::size_t count = 0;
+	VisitAll([&count](std::string_view, SVGImportElementKind) { count++; });
+	return count;
+}();
+
+constexpr std::array<Row, kTagCount> kTags = []
+{
+	std::array<Row, kTagCount> rows;
+	std::size_t count = 0;
+	VisitAll(
+		[&](std::string_view name, SVGImportElementKind kind)
+		{
+			Tag tag = TagOf(kind);
+			if (name == "polygon")
+				tag = Tag::polygon;
+			else if (name == "polyline")
+				tag = Tag::polyline;
+			else if (name == "ellipse")
+				tag = Tag::ellipse;
+			rows[count++] = {name, tag};
+		});
+	return rows;
+}();
+
+constexpr ProbedNameIndex<kTags.size()> kIndex(kTags);
+
+constexpr const char* FindClassId(SVGImportElementKind kind) noexcept
+{
+	const char* const id = ElementClasses::FindId(kind);
+	return id != nullptr ? id : CompleteElementClasses::FindId(kind);
+}
+
+template <std::size_t... kinds>
+constexpr std::array<ObjectFactory, sizeof...(kinds)> MakeFactories(std::index_sequence<kinds...>) noexcept
+{
+	return {ObjectFactory(FindClassId(static_cast<SVGImportElementKind>(kinds)))...};
+}
+
+constinit const std::array kFactories =
+	MakeFactories(std::make_index_sequence<static_cast<std::size_t>(SVGImportElementKind::textRun) + 1>());
+
+} // namespace
+
+Tag FindTag(std::string_view name) noexcept
+{
+	const Row* row = kIndex.Find(kTags, name);
+	return row != nullptr ? row->tag : Tag::unknown;
+}
+
+const ObjectFactory& FactoryOf(Tag tag) noexcept
+{
+	return kFactories[static_cast<std::size_t>(KindOf(tag))];
+}
+
+} // namespace orvan::svg::complete

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+/// Readers of identity, links, texts and keywords.
+#include "importer/complete/importer.h"
+#include "importer/complete/value_readers.h"
+
+#include "elements/element_classes.h"
+
+#include <string>
+
+namespace orvan::svg::complete
+{
+
+using grammar::Parsed;
+using grammar::complete::Keyword;
+
+namespace
+{
+
+Result<Reading> StoreText(const Application& application, std::string_view text) noexcept
+{
+	ORVAN_TRY(application.element.Store(application.rule.number, ORVAN_TRY(String::Create(text))));
+	return Reading::applied;
+}
+
+/// The id or IRI of a reference as a text of the host's.
+Result<String> TextOf(const grammar::complete::Reference& reference)
+{
+	return reference.hasEscapes ? String::Create(grammar::complete::ResolveEscapes(reference.text))
+								: String::Create(reference.text);
+}
+
+Result<Reading> StoreKeyword(const Application& application, Parsed parsed, std::int32_t value) noexcept
+{
+	if (parsed != Parsed::value)
+		return Reading::refused;
+	ORVAN_TRY(application.element.Store(application.rule.number, value));
+	return Reading::applied;
+}
+
+} // namespace
+
+Result<Reading> ReadNothing(const Application&)
+{
+	return Reading::applied;
+}
+
+Result<Reading> ReadId(const Application& application)
+{
+	String id = ORVAN_TRY(String::Create(application.text));
+	ORVAN_TRY(application.element.SetId(id));
+	ORVAN_TRY(application.importer.RegisterId(application.element, std::move(id)));
+	return Reading::applied;
+}
+
+Result<Reading> ReadLink(const Application& application)
+{
+	grammar::complete::Reference reference;
+	if (grammar::complete::ParseIri(application.text, reference) != Parsed::value)
+		return Reading::applied;
+	// Outside of CSS a backslash is one.
+	String link = ORVAN_TRY(String::Create(reference.text));
+	if (application.tag == TagOf(SVGImportElementKind::use))
+		ORVAN_TRY(static_cast<UseElement&>(application.element).SetLink(link));
+	else
+		ORVAN_TRY(application.element.Store(SVGImportAttribute::link, std::move(link)));
+	return Reading::applied;
+}
+
+Result<Reading> ReadText(const Application& application)
+{
+	constexpr std::string_view kBlanks = " \t\r\n";
+	const std::size_t first = application.text.find_first_not_of(kBlanks);
+	if (first == application.text.npos)
+		return StoreText(application, {});
+	return StoreText(application,
+					 application.text.substr(first, application.text.find_last_not_of(kBlanks) + 1 - first));
+}
+
+Result<Reading> ReadRawText(const Application& application)
+{
+	return StoreText(application, application.text);
+}
+
+Result<Reading> ReadReference(const Application& application)
+{
+	grammar::complete::Reference reference;
+	switch (grammar::complete::ParseReference(application.text, reference))
+	{
+	case Parsed::refused:
+		return Reading::refused;
+	case Parsed::nothing: // "none"
+		return StoreText(application, {});
+	case Parsed::value:
+		break;
+	}
+	ORVAN_TRY(application.element.Store(application.rule.number, ORVAN_TRY(TextOf(reference))));
+	return Reading::applied;
+}
+
+Result<Reading> ReadMarkers(const Application& application)
+{
+	for (const std::string_view name : {"marker-start", "marker-mid", "marker-end"})
+	{
+		Application single{application.importer, application.element, application.tag,
+						   *FindRule(name),      application.text,    application.source};
+		if (ORVAN_TRY(ReadReference(single)) == Reading::refused)
+			return Reading::refused; // The first one tells.
+	}
+	return Reading::applied;
+}
+
+Result<Reading> ReadKeyword(const Application& application)
+{
+	std::int32_t value = 0;
+	const Parsed parsed = grammar::complete::ParseKeyword(application.text, application.rule.keywords, value);
+	return StoreKeyword(application, parsed, value);
+}
+
+Result<Reading> ReadExactKeyword(const Application& application)
+{
+	std::int32_t value = 0;
+	const Parsed parsed = grammar::complete::ParseExactKeyword(application.text, application.rule.keywords, value);
+	return StoreKeyword(application, parsed, value);
+}
+
+/// Of all that "display" can say, only whether the element shows makes a difference.
+Result<Reading> ReadDisplay(const Application& application)
+{
+	static constexpr Keyword kKeywords[] = {{"none", 2},          {"inline", 0},
+											{"block", 0},         {"inline-block", 0},
+											{"list-item", 0},     {"contents", 0},
+											{"flex", 0},          {"inline-flex", 0},
+											{"grid", 0},          {"inline-grid", 0},
+											{"table", 0},         {"inline-table", 0},
+											{"flow-root", 0},     {"table-row-group", 0},
+											{"table-row", 0},     {"table-header-group", 0},
+											{"table-cell", 0},    {"table-footer-group", 0},
+											{"table-column", 0},  {"table-column-group", 0},
+											{"table-caption", 0}, {"math", 0},
+											{"flow", 0},          {"ruby", 0},
+											{"ruby-text", 0},     {"-webkit-box", 0},
+											{"-webkit-flex", 0},  {"-webkit-inline-box", 0}};
+	std::int32_t value = 0;
+	if (grammar::complete::ParseKeyword(application.text, kKeywords, value) != Parsed::value)
+		return Reading::refused;
+	if (value == 0)
+		ORVAN_TRY(application.element.Remove(SVGImportAttribute::display));
+	else
+		ORVAN_TRY(application.element.SetDisplay(SVGDisplay::none));
+	return Reading::applied;
+}
+
+Result<Reading> ReadType(const Application& application)
+{
+	static constexpr Keyword kColorMatrixType[] = {
+		{"matrix", 0}, {"saturate", 1}, {"hueRotate", 2}, {"luminanceToAlpha", 3}};
+	static constexpr Keyword kTransferType[] = {
+		{"identity", 0}, {"table", 1}, {"discrete", 2}, {"linear", 3}, {"gamma", 4}};
+	static constexpr Keyword kTurbulenceType[] = {{"turbulence", 0}, {"fractalNoise", 1}};
+	const Tag tag = application.tag;
+	const std::span<const Keyword> keywords =
+		tag == TagOf(SVGImportElementKind::feColorMatrix)  ? std::span<const Keyword>(kColorMatrixType)
+		: tag == TagOf(SVGImportElementKind::feTurbulence) ? std::span<const Keyword>(kTurbulenceType)
+														   : std::span<const Keyword>(kTransferType);
+	std::int32_t value = 0;
+	return StoreKeyword(application, grammar::complete::ParseExactKeyword(application.text, keywords, value), value);
+}
+
+Result<Reading> ReadOperator(const Application& application)
+{
+	static constexpr Keyword kCompositeOperator[] = {{"over", 0}, {"in", 1},         {"out", 2},    {"atop", 3},
+													 {"xor", 4},  {"arithmetic", 5}, {"lighter", 6}};
+	static constexpr Keyword kMorphologyOperator[] = {{"erode", 0}, {"dilate", 1}};
+	const std::span<const Keyword> keywords = application.tag == TagOf(SVGImportElementKind::feComposite)
+												  ? std::span<const Keyword>(kCompositeOperator)
+												  : std::span<const Keyword>(kMorphologyOperator);
+	std::int32_t value = 0;
+	return StoreKeyword(application, grammar::complete::ParseExactKeyword(application.text, keywords, value), value);
+}
+
+Result<Reading> ReadXmlSpace(const Application& application)
+{
+	const auto space = application.text == "preserve" ? SVGWhiteSpace::pre : SVGWhiteSpace::normal;
+	ORVAN_TRY(application.element.Store(SVGImportAttribute::whiteSpace, static_cast<std::int32_t>(space)));
+	return Reading::applied;
+}
+
+} // namespace orvan::svg::complete

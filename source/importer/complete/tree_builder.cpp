@@ -1,0 +1,330 @@
+// SPDX-License-Identifier: MIT
+#include "importer/complete/tree_builder.h"
+
+#include "elements/complete_classes.h"
+
+#include <functional>
+
+namespace orvan::svg::complete
+{
+
+using Kind = SVGImportElementKind;
+using grammar::Source;
+
+namespace
+{
+
+constexpr std::string_view kXlinkHref = "xlink:href";
+
+bool IsSvg(const XmlNode& node) noexcept
+{
+	const std::string_view space = NamespaceOf(node);
+	return space == kSvgNamespace || (node.prefix_size() == 0 && space.empty());
+}
+
+/// The rule of an XML attribute; null when it is not known. Names without a prefix, links under any prefix of their
+/// namespace, and the two attributes of XML's own that count.
+const Rule* RuleOf(const XmlAttribute& attribute) noexcept
+{
+	const std::string_view name = NameOf(attribute);
+	if (attribute.prefix_size() == 0)
+		return FindRule(name);
+	if (name == kXlinkHref || (LocalNameOf(attribute) == "href" && NamespaceOf(attribute) == kXlinkNamespace))
+		return FindRule(kXlinkHref);
+	return name == "xml:space" || name == "xml:lang" ? FindRule(name) : nullptr;
+}
+
+bool CountsAsAttribute(const Rule& rule) noexcept
+{
+	return rule.role != Role::declaration;
+}
+
+bool IsText(const XmlNode& node) noexcept
+{
+	return node.type() == xml::node_data || node.type() == xml::node_cdata;
+}
+
+/// Elements whose characters are text of a drawing, inside of a text element.
+bool HoldsText(Tag tag) noexcept
+{
+	static constexpr TagSet kHolders{Kind::text, Kind::tspan, Kind::textPath, Kind::anchor};
+	return kHolders.Has(tag);
+}
+
+bool HoldsCharacters(Tag tag) noexcept
+{
+	static constexpr TagSet kHolders{Kind::title, Kind::desc, Kind::style, Kind::metadata};
+	return kHolders.Has(tag);
+}
+
+/// The size that percentages of an svg element's content refer to, where it is known.
+Vector2d ViewportOf(const ElementBase& svg, const Vector2d& outer) noexcept
+{
+	if (const auto* box = svg.Find<SVGViewbox>(SVGImportAttribute::viewBox))
+		return {box->width.value, box->height.value};
+	const auto side = [&](SVGImportAttribute key, Float whole)
+	{
+		const SVGLength length = svg.GetOr(key, SVGLength{1.0, SVGLengthUnit::percent});
+		switch (length.unit)
+		{
+		case SVGLengthUnit::px:
+		case SVGLengthUnit::number:
+			return length.value;
+		case SVGLengthUnit::percent:
+			return length.value * whole;
+		default:
+			return whole;
+		}
+	};
+	return {side(SVGImportAttribute::width, outer.x), side(SVGImportAttribute::height, outer.y)};
+}
+
+bool PreservesSpace(std::int32_t whiteSpace) noexcept
+{
+	const auto value = static_cast<SVGWhiteSpace>(whiteSpace);
+	return value == SVGWhiteSpace::pre || value == SVGWhiteSpace::preWrap || value == SVGWhiteSpace::breakSpaces;
+}
+
+} // namespace
+
+Tag TagOfNode(const XmlNode& node) noexcept
+{
+	return IsSvg(node) ? FindTag(LocalNameOf(node)) : Tag::unknown;
+}
+
+TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree) noexcept
+	: _importer(importer), _tree(tree), _sheets(importer, _memory), _values(tree.HasReferences()),
+	  _styles(tree.HasReferences()), _arena(&_memory), _declarations(&_memory)
+{
+}
+
+Result<SVGElementRef> TreeBuilder::BuildDocument(const XmlNode& root, std::string_view clientSheet)
+{
+	ORVAN_TRY(_sheets.Collect(root, clientSheet));
+	return Build(root, nullptr, {});
+}
+
+Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* parent, const Surroundings& outer)
+{
+	// Selectors look back.
+	if (_sheets.IsEmpty())
+		_tree.ReleaseBefore(node);
+	const bool isSvg = IsSvg(node);
+	const Tag tag = isSvg ? FindTag(LocalNameOf(node)) : Tag::unknown;
+	const SVGElementRef reference = ORVAN_TRY(FactoryOf(tag).Create<SVGElementInterface>());
+	auto& element = static_cast<ElementBase&>(*static_cast<HierarchyObject*>(reference.GetObject()));
+	if (parent != nullptr)
+		ORVAN_TRY(element.InsertAsLastChildOf(HierarchyObjectRef::From(parent), {}));
+	_elementTag = NameOf(node);
+
+	Surroundings inner = outer;
+	if (isSvg)
+	{
+		_importer.viewport = outer.viewport;
+		const std::string_view style = ORVAN_TRY(SetAttributes(node, element, tag));
+		ORVAN_TRY(SetDeclarations(node, element, tag, style));
+		if (const auto* whiteSpace = element.Find<std::int32_t>(SVGImportAttribute::whiteSpace))
+			inner.preservesSpace = PreservesSpace(*whiteSpace);
+		if (tag == TagOf(Kind::svg))
+			inner.viewport = ViewportOf(element, outer.viewport);
+	}
+	else if (const XmlAttribute* id = node.first_attribute("id", 2))
+	{
+		const std::string_view text = ORVAN_TRY(_values.Decode(ValueOf(*id)));
+		ORVAN_TRY(_importer.Apply(*FindRule("id"), element, tag, text, Source::attribute, {id->value(), _elementTag}));
+	}
+
+	if (node.first_node() == nullptr)
+		return reference;
+	if (tag == TagOf(Kind::text) && outer.text == nullptr)
+	{
+		TextRuns runs;
+		inner.text = &runs;
+		ORVAN_TRY(BuildChildren(node, element, inner));
+		ORVAN_TRY(runs.Finish());
+		return reference;
+	}
+	if (!HoldsText(tag))
+		inner.text = nullptr;
+	if (HoldsCharacters(tag))
+		ORVAN_TRY(SetCharacters(node, element, tag));
+	ORVAN_TRY(BuildChildren(node, element, inner));
+	return reference;
+}
+
+/// Sets all attributes but the style, whose text is the result: it comes after the sheets.
+Result<std::string_view> TreeBuilder::SetAttributes(const XmlNode& node, ElementBase& element, Tag tag)
+{
+	std::string_view style;
+	bool hasLink = false;
+	_rawStyle = {};
+	for (const XmlAttribute* attribute = node.first_attribute(); attribute != nullptr;
+		 attribute = attribute->next_attribute())
+	{
+		const Rule* const rule = RuleOf(*attribute);
+		if (rule == nullptr || !CountsAsAttribute(*rule))
+			continue;
+		const std::string_view raw = ValueOf(*attribute);
+		if (rule->number == SVGImportAttribute::style)
+		{
+			_rawStyle = raw;
+			style = ORVAN_TRY(_styles.Decode(raw));
+			continue;
+		}
+		if (rule->number == SVGImportAttribute::href)
+		{
+			const bool isPrefixed = attribute->prefix_size() != 0;
+			if (isPrefixed && hasLink)
+				continue; // The one without a prefix wins.
+			hasLink |= !isPrefixed;
+		}
+		const std::string_view text = ORVAN_TRY(_values.Decode(raw));
+		ORVAN_TRY(_importer.Apply(*rule, element, tag, text, Source::attribute, {raw.data(), _elementTag}));
+	}
+	return style;
+}
+
+Result<void> TreeBuilder::SetDeclarations(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style)
+{
+	if (_sheets.IsEmpty())
+		return style.empty() ? Result<void>() : SetInlineStyle(node, element, tag, style);
+	_declarations.clear();
+	if (!style.empty())
+		css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource}, _declarations);
+	for (const css::Declaration* declaration : _sheets.DeclarationsFor(node, _declarations))
+	{
+		const bool isInline = declaration->source == StyleSheets::kInlineSource;
+		const char* where = isInline ? _rawStyle.data() : _sheets.PlaceOf(*declaration);
+		if (isInline && style.data() == _rawStyle.data())
+			where += declaration->valueOffset;
+		ORVAN_TRY(Declare(node, element, tag, *declaration, where));
+	}
+	return _sheets.ReportBudget();
+}
+
+/// The usual case, without any sheet: the style attribute alone.
+Result<void> TreeBuilder::SetInlineStyle(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style)
+{
+	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
+	// short one is read sooner than it is looked for, and a text that was decoded is not in place long enough.
+	constexpr std::size_t kShort = 16;
+	const bool isInPlace = style.data() == _rawStyle.data();
+	StyleCache::Finding finding = StyleCache::Finding::unknown;
+	if (isInPlace && style.size() >= kShort && element.Attributes().GetCount() == 0)
+	{
+		finding = _styleCache.Find(style, static_cast<SVGImportElementKind>(tag));
+		if (finding == StyleCache::Finding::kept)
+		{
+			element.ReplaceAttributes(_styleCache.Get());
+			return {};
+		}
+	}
+	_declarations.clear();
+	css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource}, _declarations);
+	bool isShareable = true;
+	bool hasImportant = false;
+	for (const css::Declaration& declaration : _declarations)
+		hasImportant |= declaration.isImportant;
+	for (int pass = 0; pass <= (hasImportant ? 1 : 0); pass++)
+	{
+		for (const css::Declaration& declaration : _declarations)
+		{
+			if (declaration.isImportant != (pass == 1))
+				continue;
+			const char* const where = _rawStyle.data() + (isInPlace ? declaration.valueOffset : 0);
+			isShareable &= ORVAN_TRY(Declare(node, element, tag, declaration, where));
+		}
+	}
+	if (finding == StyleCache::Finding::noted && isShareable)
+		_styleCache.Keep(element.Attributes());
+	return {};
+}
+
+/// Sets one declaration. The result tells whether the element's dictionary says all that it did, for any element.
+Result<bool> TreeBuilder::Declare(const XmlNode&, ElementBase& element, Tag tag, const css::Declaration& declaration,
+								  const char* where)
+{
+	// A sheet's declaration is looked up and, when it is refused, reported once; the tag remembers both.
+	constexpr std::uint32_t kRefused = 1u << 31;
+	constexpr std::uint32_t kUnknown = kRefused - 1;
+	if (declaration.tag == 0)
+	{
+		const Rule* const found = declaration.isCustom ? nullptr : FindRule(declaration.name);
+		declaration.tag = found == nullptr || !IsProperty(*found)
+							  ? kUnknown
+							  : static_cast<std::uint32_t>(found - AllRules().data()) + 1;
+	}
+	const std::uint32_t number = declaration.tag & ~kRefused;
+	if (number == kUnknown)
+		return true;
+	if (declaration.hasVariables)
+		return true; // Nothing is put in the place of var(): the declaration counts as absent.
+	const Rule& rule = AllRules()[number - 1];
+	if ((declaration.tag & kRefused) != 0)
+		return false;
+	if (ORVAN_TRY(_importer.ApplyDeclaration(rule, element, tag, declaration.value, {where, _elementTag})))
+	{
+		declaration.tag |= kRefused;
+		return false;
+	}
+	return rule.number != SVGImportAttribute::transform && rule.number != SVGImportAttribute::d &&
+		   !grammar::complete::EqualsIgnoreCase(declaration.value, "inherit");
+}
+
+Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner)
+{
+	for (const XmlNode *child = node.first_node(), *next = nullptr; child != nullptr; child = next)
+	{
+		if (inner.text != nullptr && IsText(*child))
+		{
+			ORVAN_TRY(AppendRun(child, element, inner));
+			next = child;
+			continue;
+		}
+		next = child->next_sibling(); // While it is still there.
+		if (child->type() == xml::node_element)
+			ORVAN_TRY(Build(*child, &element, inner));
+	}
+	return {};
+}
+
+/// Makes one run of adjacent character data and CDATA sections, and moves behind them.
+Result<void> TreeBuilder::AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner)
+{
+	BaseArray<char> joined;
+	std::string_view characters;
+	const XmlNode* const first = node;
+	for (; node != nullptr && IsText(*node); node = node->next_sibling())
+	{
+		const std::string_view raw = ValueOf(*node);
+		characters = node->type() == xml::node_data ? ORVAN_TRY(_values.Decode(raw)) : raw;
+		if (node != first || (node->next_sibling() != nullptr && IsText(*node->next_sibling())))
+			ORVAN_TRY(joined.AppendAll(characters.data(), characters.size()));
+	}
+	if (!joined.IsEmpty())
+		characters = {joined.begin(), joined.GetCount()};
+	return inner.text->Append(parent, characters, inner.preservesSpace);
+}
+
+/// Keeps the characters of a title, a description, a style or metadata as they stand.
+Result<void> TreeBuilder::SetCharacters(const XmlNode& node, ElementBase& element, Tag tag)
+{
+	BaseArray<char> characters;
+	for (const XmlNode* child = node.first_node(); child != nullptr; child = child->next_sibling())
+	{
+		if (!IsText(*child))
+			continue;
+		const std::string_view raw = ValueOf(*child);
+		const std::string_view text = child->type() == xml::node_data ? ORVAN_TRY(_values.Decode(raw)) : raw;
+		ORVAN_TRY(characters.AppendAll(text.data(), text.size()));
+	}
+	const bool isBlank = std::string_view(characters.begin(), characters.GetCount()).find_first_not_of(" \t\r\n") ==
+						 std::string_view::npos;
+	// What stands between the elements of metadata says nothing.
+	if (isBlank && tag == TagOf(Kind::metadata))
+		return {};
+	const String text = ORVAN_TRY(String::Create({characters.begin(), characters.GetCount()}));
+	return Borrowed<SVGDescriptionInterface>(SVGElementRef::From(&element))->SetText(text);
+}
+
+} // namespace orvan::svg::complete

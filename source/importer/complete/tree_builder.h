@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+/// The complete import's walk over the XML tree.
+#pragma once
+
+#include "css/declarations.h"
+#include "importer/complete/host_memory.h"
+#include "importer/complete/importer.h"
+#include "importer/complete/style_sheets.h"
+#include "importer/complete/text_runs.h"
+#include "importer/style_cache.h"
+#include "importer/xml/xml_tree.h"
+
+namespace orvan::svg::complete
+{
+
+/// The tag of an XML element: `unknown` for elements of other namespaces and for tags that nobody knows.
+Tag TagOfNode(const XmlNode& node) noexcept;
+
+/// Makes the elements of a document. The recursion is as deep as the elements are nested, which `GuardXml` bounds.
+class TreeBuilder
+{
+public:
+	TreeBuilder(Importer& importer, XmlTree& tree) noexcept;
+	TreeBuilder(const TreeBuilder&) = delete;
+
+	/// Builds the document below its svg element. `clientSheet` cascades after the document's own sheets.
+	Result<SVGElementRef> BuildDocument(const XmlNode& root, std::string_view clientSheet);
+
+private:
+	/// What an element inherits while it is built.
+	struct Surroundings
+	{
+		Vector2d viewport;
+		bool preservesSpace = false;
+		TextRuns* text = nullptr; ///< Inside of a text: that text's runs.
+	};
+
+	Result<SVGElementRef> Build(const XmlNode& node, HierarchyObject* parent, const Surroundings& outer);
+	Result<std::string_view> SetAttributes(const XmlNode& node, ElementBase& element, Tag tag);
+	Result<void> SetDeclarations(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style);
+	Result<void> SetInlineStyle(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style);
+	Result<bool> Declare(const XmlNode& node, ElementBase& element, Tag tag, const css::Declaration& declaration,
+						 const char* where);
+	Result<void> BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner);
+	Result<void> AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner);
+	Result<void> SetCharacters(const XmlNode& node, ElementBase& element, Tag tag);
+
+	Importer& _importer;
+	XmlTree& _tree;
+	HostMemory _memory;
+	StyleSheets _sheets;
+	ReferenceDecoder _values;
+	ReferenceDecoder _styles; ///< Style attributes stay good while their declarations are set.
+	StyleCache _styleCache;
+	css::Arena _arena;
+	std::pmr::vector<css::Declaration> _declarations; ///< Those of the style attribute at hand; kept for its room.
+	std::string_view _rawStyle;
+	std::string_view _elementTag;
+};
+
+} // namespace orvan::svg::complete

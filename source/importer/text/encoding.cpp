@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include "importer/text/encoding.h"
+
+#include <algorithm>
+#include <array>
+
+namespace orvan::svg
+{
+namespace
+{
+
+constexpr char32_t kReplacement = 0xfffd;
+
+/// The characters of the bytes 0x80 to 0x9f in Windows-1252; the other bytes are their own characters.
+constexpr std::array<char16_t, 32> kWindows1252 = {
+	0x20ac, 0x81,   0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
+	0x2039, 0x0152, 0x8d,   0x017d, 0x8f,   0x90,   0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
+	0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0x9d,   0x017e, 0x0178,
+};
+
+/// Length of the UTF-8 sequence at the start of a text, 0 when it is broken.
+std::size_t SequenceLength(std::string_view text) noexcept
+{
+	const auto at = [&](std::size_t i)
+	{
+		return static_cast<unsigned char>(text[i]);
+	};
+	const auto continues = [&](std::size_t count)
+	{
+		if (text.size() <= count)
+			return false;
+		for (std::size_t i = 1; i <= count; i++)
+		{
+			if ((at(i) & 0xc0) != 0x80)
+				return false;
+		}
+		return true;
+	};
+	const unsigned char first = at(0);
+	if (first < 0x80)
+		return 1;
+	if (first >= 0xc2 && first < 0xe0)
+		return continues(1) ? 2 : 0;
+	if (first >= 0xe0 && first < 0xf0)
+	{
+		if (!continues(2) || (first == 0xe0 && at(1) < 0xa0) || (first == 0xed && at(1) >= 0xa0))
+			return 0; // Written longer than needed, or half of a surrogate pair.
+		return 3;
+	}
+	if (first >= 0xf0 && first < 0xf5)
+	{
+		if (!continues(3) || (first == 0xf0 && at(1) < 0x90) || (first == 0xf4 && at(1) >= 0x90))
+			return 0;
+		return 4;
+	}
+	return 0;
+}
+
+/// Characters at the start of a text that are ASCII. Most files are nothing else, so they are looked at in blocks that
+/// the compiler makes vectors of.
+std::size_t CountAscii(std::string_view text) noexcept
+{
+	constexpr std::size_t kBlock = 128;
+	std::size_t i = 0;
+	for (; i + kBlock <= text.size(); i += kBlock)
+	{
+		unsigned char bits = 0;
+		for (std::size_t at = 0; at < kBlock; at++)
+			bits = static_cast<unsigned char>(bits | static_cast<unsigned char>(text[i + at]));
+		if (bits >= 0x80)
+			break;
+	}
+	while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80)
+		i++;
+	return i;
+}
+
+/// The value of "encoding" in the XML declaration at the start of a text; empty when there is none.
+std::string_view DeclaredEncoding(std::string_view text) noexcept
+{
+	if (!text.starts_with("<?xml"))
+		return {};
+	text = text.substr(0, text.find("?>"));
+	std::size_t at = text.find("encoding");
+	if (at == text.npos)
+		return {};
+	at = text.find_first_of("\"'", at);
+	if (at == text.npos)
+		return {};
+	const std::size_t end = text.find(text[at], at + 1);
+	return end == text.npos ? std::string_view() : text.substr(at + 1, end - at - 1);
+}
+
+Result<BaseArray<char>> FromUtf16(std::string_view bytes, bool isBigEndian) noexcept
+{
+	const auto unit = [&](std::size_t i)
+	{
+		const auto low = static_cast<unsigned char>(bytes[i + (isBigEndian ? 1 : 0)]);
+		const auto high = static_cast<unsigned char>(bytes[i + (isBigEndian ? 0 : 1)]);
+		return static_cast<char32_t>(low | high << 8);
+	};
+	BaseArray<char> text;
+	ORVAN_TRY(text.Reserve(bytes.size() / 2 + 1));
+	for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+	{
+		char32_t character = unit(i);
+		if (character >= 0xd800 && character < 0xe000)
+		{
+			const char32_t second = character < 0xdc00 && i + 3 < bytes.size() ? unit(i + 2) : 0;
+			if (second >= 0xdc00 && second < 0xe000)
+			{
+				character = 0x10000 + ((character - 0xd800) << 10) + (second - 0xdc00);
+				i += 2;
+			}
+			else
+				character = kReplacement;
+		}
+		ORVAN_TRY(AppendUtf8(text, character));
+	}
+	return text;
+}
+
+Result<BaseArray<char>> FromWindows1252(std::string_view bytes) noexcept
+{
+	BaseArray<char> text;
+	ORVAN_TRY(text.Reserve(bytes.size() + bytes.size() / 8 + 1));
+	for (const char c : bytes)
+	{
+		const auto byte = static_cast<unsigned char>(c);
+		ORVAN_TRY(AppendUtf8(text, byte >= 0x80 && byte < 0xa0 ? kWindows1252[byte - 0x80u] : byte));
+	}
+	return text;
+}
+
+Result<BaseArray<char>> MendUtf8(std::string_view bytes) noexcept
+{
+	BaseArray<char> text;
+	ORVAN_TRY(text.Reserve(bytes.size() + 16));
+	while (!bytes.empty())
+	{
+		const std::size_t length = std::max(SequenceLength(bytes), CountAscii(bytes));
+		if (length == 0)
+			ORVAN_TRY(AppendUtf8(text, kReplacement));
+		for (const char c : bytes.substr(0, length))
+			ORVAN_TRY(text.Append(c));
+		bytes.remove_prefix(std::max<std::size_t>(length, 1));
+	}
+	return text;
+}
+
+} // namespace
+
+Result<void> AppendUtf8(BaseArray<char>& target, char32_t character) noexcept
+{
+	if (character > 0x10ffff || (character >= 0xd800 && character < 0xe000))
+		character = kReplacement;
+	const auto put = [&](char32_t byte)
+	{
+		return target.Append(static_cast<char>(byte));
+	};
+	if (character < 0x80)
+		return put(character);
+	if (character < 0x800)
+		ORVAN_TRY(put(0xc0 | character >> 6));
+	else if (character < 0x10000)
+	{
+		ORVAN_TRY(put(0xe0 | character >> 12));
+		ORVAN_TRY(put(0x80 | (character >> 6 & 0x3f)));
+	}
+	else
+	{
+		ORVAN_TRY(put(0xf0 | character >> 18));
+		ORVAN_TRY(put(0x80 | (character >> 12 & 0x3f)));
+		ORVAN_TRY(put(0x80 | (character >> 6 & 0x3f)));
+	}
+	return put(0x80 | (character & 0x3f));
+}
+
+Encoding FindEncoding(std::string_view bytes) noexcept
+{
+	using namespace std::string_view_literals;
+	if (bytes.starts_with("\xff\xfe"sv) || bytes.starts_with("<\0?\0"sv))
+		return Encoding::utf16LittleEndian;
+	if (bytes.starts_with("\xfe\xff"sv) || bytes.starts_with("\0<\0?"sv))
+		return Encoding::utf16BigEndian;
+	if (bytes.starts_with("\xef\xbb\xbf"sv))
+		return Encoding::utf8;
+	const std::string_view declared = DeclaredEncoding(bytes);
+	const auto is = [&](std::string_view name)
+	{
+		return declared.size() == name.size() &&
+			   std::equal(name.begin(), name.end(), declared.begin(),
+						  [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b + ('a' - 'A') : b); });
+	};
+	if (declared.empty() || is("utf-8") || is("utf8"))
+		return Encoding::utf8;
+	for (const std::string_view name :
+		 {"iso-8859-1"sv, "iso8859-1"sv, "iso_8859-1"sv, "latin1"sv, "latin-1"sv, "l1"sv, "windows-1252"sv, "cp1252"sv,
+		  "cp-1252"sv, "x-cp1252"sv, "us-ascii"sv, "ascii"sv})
+	{
+		if (is(name))
+			return Encoding::windows1252;
+	}
+	return Encoding::unknown;
+}
+
+bool IsUtf8(std::string_view text) noexcept
+{
+	while (true)
+	{
+		text.remove_prefix(CountAscii(text));
+		if (text.empty())
+			return true;
+		const std::size_t length = SequenceLength(text);
+		if (length == 0)
+			return false;
+		text.remove_prefix(length);
+	}
+}
+
+Result<BaseArray<char>> ToUtf8(std::string_view bytes, Encoding encoding) noexcept
+{
+	switch (encoding)
+	{
+	case Encoding::utf16LittleEndian:
+	case Encoding::utf16BigEndian:
+	{
+		const bool isBigEndian = encoding == Encoding::utf16BigEndian;
+		if (bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff"))
+			bytes.remove_prefix(2);
+		return FromUtf16(bytes, isBigEndian);
+	}
+	case Encoding::windows1252:
+		return FromWindows1252(bytes);
+	case Encoding::utf8:
+	case Encoding::unknown:
+		break;
+	}
+	return MendUtf8(bytes);
+}
+
+} // namespace orvan::svg

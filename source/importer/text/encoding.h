@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "orvan/array.h"
+#include "orvan/result.h"
+
+#include <string_view>
+
+namespace orvan::svg
+{
+
+/// How the characters of a file are written.
+enum class Encoding
+{
+	utf8,
+	utf16LittleEndian,
+	utf16BigEndian,
+	windows1252, ///< Also what calls itself Latin-1 or ASCII: browsers read both as this.
+	unknown,     ///< The XML declaration names something else.
+};
+
+/// The encoding of an XML text, by its mark or its XML declaration.
+Encoding FindEncoding(std::string_view bytes) noexcept;
+
+/// Whether a text is well-formed UTF-8.
+bool IsUtf8(std::string_view text) noexcept;
+
+/// The text in UTF-8, without a mark; what is broken becomes U+FFFD. Not for `Encoding::unknown`.
+Result<BaseArray<char>> ToUtf8(std::string_view bytes, Encoding encoding) noexcept;
+
+/// Appends a character as UTF-8; what is no character becomes U+FFFD.
+Result<void> AppendUtf8(BaseArray<char>& target, char32_t character) noexcept;
+
+} // namespace orvan::svg

@@ -1,0 +1,354 @@
+// SPDX-License-Identifier: MIT
+#include "importer/text/entities.h"
+
+#include "importer/text/encoding.h"
+#include "importer/xml/xml_guard.h"
+#include "orvan/hash_map.h"
+#include "orvan/string.h"
+
+#include <algorithm>
+
+namespace orvan::svg
+{
+namespace
+{
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+/// An internal subset, with its brackets; empty when there is none.
+std::string_view FindSubset(std::string_view text) noexcept
+{
+	// Comments and processing instructions may come first, and may hold anything.
+	for (std::size_t at = 0; (at = text.find('<', at)) != text.npos;)
+	{
+		const std::string_view rest = text.substr(at);
+		std::string_view end;
+		if (rest.starts_with("<!--"))
+			end = "-->";
+		else if (rest.starts_with("<?"))
+			end = "?>";
+		else if (!rest.starts_with("<!DOCTYPE"))
+			return {};
+		else
+		{
+			const std::size_t open = rest.find_first_of("[>");
+			const std::size_t close = open == rest.npos || rest[open] == '>' ? rest.npos : rest.find("]", open);
+			// The last bracket before the end: values may hold some.
+			std::size_t last = close;
+			while (last != rest.npos)
+			{
+				const std::size_t next = rest.find_first_not_of(kBlanks, last + 1);
+				if (next == rest.npos || rest[next] == '>')
+					return next == rest.npos ? std::string_view() : rest.substr(open, last + 1 - open);
+				last = rest.find(']', last + 1);
+			}
+			return {};
+		}
+		at = text.find(end, at);
+		if (at == text.npos)
+			return {};
+	}
+	return {};
+}
+
+/// Reads the declarations of an internal subset.
+class SubsetReader
+{
+public:
+	explicit SubsetReader(std::string_view subset) noexcept : _rest(subset)
+	{
+	}
+
+	/// The next general entity with a value of its own; false behind the last.
+	bool Next(std::string_view& name, std::string_view& value) noexcept
+	{
+		while (true)
+		{
+			const std::size_t at = _rest.find("<");
+			if (at == _rest.npos)
+				return false;
+			_rest.remove_prefix(at);
+			if (_rest.starts_with("<!--"))
+				SkipPast("-->");
+			else if (_rest.starts_with("<?"))
+				SkipPast("?>");
+			else if (!_rest.starts_with("<!ENTITY"))
+				SkipDeclaration();
+			else if (ReadEntity(name, value))
+				return true;
+		}
+	}
+
+private:
+	void SkipPast(std::string_view mark) noexcept
+	{
+		const std::size_t at = _rest.find(mark);
+		_rest.remove_prefix(at == _rest.npos ? _rest.size() : at + mark.size());
+	}
+
+	/// Quoted values may hold ">".
+	void SkipDeclaration() noexcept
+	{
+		while (!_rest.empty())
+		{
+			const std::size_t at = _rest.find_first_of("\"'>");
+			if (at == _rest.npos)
+				break;
+			const char c = _rest[at];
+			_rest.remove_prefix(at + 1);
+			if (c == '>')
+				return;
+			SkipPast({&c, 1});
+		}
+		_rest = {};
+	}
+
+	std::string_view Word() noexcept
+	{
+		_rest.remove_prefix(std::min(_rest.find_first_not_of(kBlanks), _rest.size()));
+		const std::string_view word = _rest.substr(0, _rest.find_first_of(" \t\r\n\"'>"));
+		_rest.remove_prefix(word.size());
+		return word;
+	}
+
+	bool ReadEntity(std::string_view& name, std::string_view& value) noexcept
+	{
+		_rest.remove_prefix(std::string_view("<!ENTITY").size());
+		name = Word();
+		const std::string_view keyword = name == "%" ? name : Word();
+		const bool isInternal =
+			!name.empty() && keyword.empty() && !_rest.empty() && (_rest[0] == '"' || _rest[0] == '\'');
+		if (isInternal)
+			value = _rest.substr(1, _rest.find(_rest[0], 1) - 1);
+		SkipDeclaration();
+		return isInternal;
+	}
+
+	std::string_view _rest;
+};
+
+/// Puts a text together in which references are replaced.
+class Expander
+{
+public:
+	Expander(std::string_view text, PositionMap& positions) noexcept : _text(text), _positions(positions)
+	{
+	}
+
+	Result<BaseArray<char>> Run()
+	{
+		const std::string_view subset = FindSubset(_text);
+		ORVAN_TRY(ReadDeclarations(subset));
+		ORVAN_TRY(_result.Reserve(_text.size() + _text.size() / 8));
+		const auto start = static_cast<std::size_t>(subset.data() + subset.size() - _text.data());
+		ORVAN_TRY(Copy(0, start));
+		ORVAN_TRY(ExpandMarkup(start));
+		return std::move(_result);
+	}
+
+private:
+	enum class Context
+	{
+		content,
+		attribute,
+	};
+
+	struct Entity
+	{
+		std::string_view value;
+		bool isOpen = false; ///< Its value is being put in.
+	};
+
+	Result<void> ReadDeclarations(std::string_view subset)
+	{
+		SubsetReader reader(subset);
+		for (std::string_view name, value; reader.Next(name, value);)
+		{
+			if (_entities.GetCount() == kMaxEntities)
+				throw XmlError("more than 4096 entities are declared", name.data());
+			// The first declaration of a name holds.
+			if (ORVAN_TRY(_numbers.Insert(ORVAN_TRY(String::Create(name)), _entities.GetCount())))
+				ORVAN_TRY(_entities.Append({value}));
+		}
+		return {};
+	}
+
+	Result<void> Copy(std::size_t from, std::size_t to) noexcept
+	{
+		const std::size_t count = _result.GetCount();
+		ORVAN_TRY(_result.ResizeUninitialized(count + (to - from)));
+		std::copy_n(_text.data() + from, to - from, _result.begin() + count);
+		return {};
+	}
+
+	/// Walks the markup behind the document type, so that comments, CDATA sections and processing instructions stay as
+	/// they are.
+	Result<void> ExpandMarkup(std::size_t at)
+	{
+		while (at < _text.size())
+		{
+			const std::size_t markup = std::min(_text.find('<', at), _text.size());
+			ORVAN_TRY(ExpandRange(at, markup, Context::content));
+			at = markup;
+			const std::string_view rest = _text.substr(at);
+			std::string_view end;
+			if (rest.starts_with("<!--"))
+				end = "-->";
+			else if (rest.starts_with("<![CDATA["))
+				end = "]]>";
+			else if (rest.starts_with("<?"))
+				end = "?>";
+			else
+			{
+				at = ORVAN_TRY(ExpandTag(at));
+				continue;
+			}
+			const std::size_t close = _text.find(end, at);
+			const std::size_t next = close == _text.npos ? _text.size() : close + end.size();
+			ORVAN_TRY(Copy(at, next));
+			at = next;
+		}
+		return {};
+	}
+
+	/// Returns where the tag ends.
+	Result<std::size_t> ExpandTag(std::size_t at)
+	{
+		while (at < _text.size())
+		{
+			const std::size_t stop = std::min(_text.find_first_of("\"'>", at), _text.size());
+			const std::size_t next = std::min(stop + 1, _text.size());
+			ORVAN_TRY(Copy(at, next));
+			at = next;
+			if (stop == _text.size() || _text[stop] == '>')
+				break;
+			const std::size_t quote = std::min(_text.find(_text[stop], at), _text.size());
+			ORVAN_TRY(ExpandRange(at, quote, Context::attribute));
+			ORVAN_TRY(Copy(quote, std::min(quote + 1, _text.size())));
+			at = std::min(quote + 1, _text.size());
+		}
+		return at;
+	}
+
+	Result<void> ExpandRange(std::size_t from, std::size_t to, Context context)
+	{
+		while (from < to)
+		{
+			const std::size_t ampersand = std::min(_text.find('&', from), to);
+			ORVAN_TRY(Copy(from, ampersand));
+			from = ampersand;
+			if (from == to)
+				break;
+			const std::string_view name = NameAt(_text.substr(0, to), from);
+			Entity* const entity = Find(name);
+			if (entity == nullptr)
+			{
+				ORVAN_TRY(Copy(from, from + 1));
+				from++;
+				continue;
+			}
+			const std::size_t start = _result.GetCount();
+			_reference = _text.data() + from;
+			_left = kMaxEntitySize;
+			ORVAN_TRY(Put(*entity, context));
+			_growth += _result.GetCount() - start;
+			if (_growth > kMaxEntityGrowth * std::max(_text.size(), kMaxEntitySize))
+				throw XmlError("the entities come to more than ten times the file", _reference);
+			const std::size_t end = from + name.size() + 2;
+			ORVAN_TRY(_positions.Note(start, _result.GetCount(), from, end));
+			from = end;
+		}
+		return {};
+	}
+
+	/// The name in the reference at `at`, where a "&" stands; empty when there is none.
+	static std::string_view NameAt(std::string_view text, std::size_t at) noexcept
+	{
+		constexpr std::size_t kLongestName = 256;
+		const std::string_view name = text.substr(at + 1, kLongestName);
+		const std::size_t end = name.find(';');
+		return end == name.npos ? std::string_view() : name.substr(0, end);
+	}
+
+	Entity* Find(std::string_view name) noexcept
+	{
+		const std::size_t* const number = name.empty() ? nullptr : _numbers.Find(name);
+		return number != nullptr ? &_entities[*number] : nullptr;
+	}
+
+	/// Puts in what an entity stands for; the depth is that of declared entities within each other.
+	Result<void> Put(Entity& entity, Context context)
+	{
+		if (entity.isOpen)
+			throw XmlError("an entity contains itself", _reference);
+		entity.isOpen = true;
+		TakeRoom(1); // Entities that come to nothing take time, too.
+		if (++_depth > kMaxDepthOfEntities)
+			throw XmlError("entities are nested more than 64 deep", _reference);
+		const std::string_view value = entity.value;
+		for (std::size_t at = 0; at < value.size();)
+		{
+			const char c = value[at];
+			if (c == '&')
+			{
+				const std::string_view name = NameAt(value, at);
+				if (Entity* const inner = Find(name))
+				{
+					ORVAN_TRY(Put(*inner, context));
+					at += name.size() + 2;
+					continue;
+				}
+			}
+			ORVAN_TRY(PutCharacter(c, context));
+			at++;
+		}
+		_depth--;
+		entity.isOpen = false;
+		return {};
+	}
+
+	Result<void> PutCharacter(char c, Context context)
+	{
+		std::string_view text(&c, 1);
+		if (context == Context::attribute)
+			text = c == '"' ? "&quot;" : c == '\'' ? "&apos;" : c == '<' ? "&lt;" : text;
+		TakeRoom(text.size());
+		for (const char put : text)
+			ORVAN_TRY(_result.Append(put));
+		return {};
+	}
+
+	void TakeRoom(std::size_t size)
+	{
+		if (size > _left)
+			throw XmlError("an entity comes to more than 64 KiB", _reference);
+		_left -= size;
+	}
+
+	static constexpr int kMaxDepthOfEntities = 64;
+
+	std::string_view _text;
+	PositionMap& _positions;
+	BaseArray<char> _result;
+	BaseArray<Entity> _entities;
+	StringMap<std::size_t> _numbers;  ///< Places among the entities, by name.
+	const char* _reference = nullptr; ///< The reference that is being replaced.
+	std::size_t _left = 0;            ///< What it may still come to.
+	std::size_t _growth = 0;          ///< What all references have come to.
+	int _depth = 0;
+};
+
+} // namespace
+
+bool DeclaresEntities(std::string_view text) noexcept
+{
+	// Nearly all files are done after a look at their first bytes.
+	return FindSubset(text).find("<!ENTITY") != std::string_view::npos;
+}
+
+Result<BaseArray<char>> ReplaceEntities(std::string_view text, PositionMap& positions)
+{
+	return Expander(text, positions).Run();
+}
+
+} // namespace orvan::svg

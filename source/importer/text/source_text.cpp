@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "importer/text/source_text.h"
+
+#include "importer/text/encoding.h"
+#include "importer/text/entities.h"
+#include "importer/text/gzip.h"
+#include "importer/xml/xml_guard.h"
+
+#include <utility>
+
+namespace orvan::svg
+{
+namespace
+{
+
+/// Brings bytes, without a terminating zero, into UTF-8.
+Result<void> MakeUtf8(BaseArray<char>& bytes)
+{
+	const std::string_view text(bytes.begin(), bytes.GetCount());
+	const Encoding encoding = FindEncoding(text);
+	// What names an encoding that is not known may be written in UTF-8 all the same.
+	const bool isUtf8 = encoding == Encoding::utf8 || encoding == Encoding::unknown;
+	if (isUtf8 && IsUtf8(text))
+		return {};
+	if (encoding == Encoding::unknown)
+		throw XmlError("the encoding that the XML declaration names is not known", text.data());
+	bytes = ORVAN_TRY(ToUtf8(text, encoding));
+	return {};
+}
+
+} // namespace
+
+Result<SourceText> ReadSourceText(BaseArray<char> bytes)
+{
+	SourceText source;
+	ORVAN_TRY(bytes.ResizeUninitialized(bytes.GetCount() - 1)); // Gives no memory back, so that the zero has its place.
+	if (const std::string_view packed(bytes.begin(), bytes.GetCount()); IsGzip(packed))
+		bytes = ORVAN_TRY(Gunzip(packed, kMaxUnpackedSize));
+	ORVAN_TRY(MakeUtf8(bytes));
+	if (const std::string_view text(bytes.begin(), bytes.GetCount()); DeclaresEntities(text))
+	{
+		source.text = ORVAN_TRY(ReplaceEntities(text, source.positions));
+		source.original = std::move(bytes);
+	}
+	else
+		source.text = std::move(bytes);
+	ORVAN_TRY(source.text.Append('\0'));
+	return source;
+}
+
+} // namespace orvan::svg
