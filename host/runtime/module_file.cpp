@@ -111,7 +111,7 @@ std::optional<std::uint64_t> FindSymbol(const MappedFile& file, std::string_view
 
 } // namespace
 
-Result<std::uint64_t> ReadAbiVersion(const std::string& path) noexcept
+Result<AbiVersion> ReadAbiVersion(const std::string& path) noexcept
 {
 	errno = 0;
 	const MappedFile file(path.c_str());
@@ -124,7 +124,7 @@ Result<std::uint64_t> ReadAbiVersion(const std::string& path) noexcept
 	if (!offset)
 		return IllegalArgumentError("File '@' is not a module: it does not export '@'.", path.c_str(), kModuleSymbol);
 	const auto magic = file.Read<std::uint64_t>(*offset + offsetof(ModuleDescriptor, magic));
-	const auto version = file.Read<std::uint64_t>(*offset + offsetof(ModuleDescriptor, abiVersion));
+	const auto version = file.Read<AbiVersion>(*offset + offsetof(ModuleDescriptor, abiVersion));
 	if (!version || magic != ModuleDescriptor::kMagic)
 		return IllegalArgumentError("File '@' is not a module: its descriptor is not one.", path.c_str());
 	return *version;

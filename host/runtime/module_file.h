@@ -12,6 +12,6 @@ namespace orvan::runtime
 
 /// The ABI version that the module in this file was built against. An I/O error when the file cannot be read, an
 /// illegal-argument error when it is no module.
-Result<std::uint64_t> ReadAbiVersion(const std::string& path) noexcept;
+Result<AbiVersion> ReadAbiVersion(const std::string& path) noexcept;
 
 } // namespace orvan::runtime

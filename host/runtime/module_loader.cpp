@@ -30,6 +30,57 @@ std::string CanonicalPath(const std::string& path)
 
 using Kind = RegistrationEntry::Kind;
 
+bool IsSame(std::string_view a, std::string_view b) noexcept
+{
+	return a == b;
+}
+
+/// What the registries do with the entries of one kind.
+struct Registrar
+{
+	Kind kind;
+	Result<void> (*add)(const RegistrationEntry& entry) noexcept;
+	void (*remove)(const RegistrationEntry& entry) noexcept;
+};
+
+/// A registrar whose functions take the declaration of the entry.
+template <typename Declaration, Result<void> (*add)(const Declaration&) noexcept,
+		  void (*remove)(const Declaration&) noexcept>
+constexpr Registrar Over(Kind kind) noexcept
+{
+	return {kind, [](const RegistrationEntry& entry) noexcept { return add(entry.GetDeclaration<Declaration>()); },
+			[](const RegistrationEntry& entry) noexcept
+			{
+				remove(entry.GetDeclaration<Declaration>());
+			}};
+}
+
+template <runtime::Ownership ownership>
+Result<void> AddDataType(const DataTypeDeclaration& declaration) noexcept
+{
+	return runtime::AddDataType(declaration, ownership);
+}
+
+constexpr Registrar kRegistrars[] = {
+	Over<InterfaceDeclaration, &runtime::AddInterface, &runtime::RemoveInterface>(Kind::interface),
+	Over<DataTypeDeclaration, &AddDataType<runtime::Ownership::shared>, &runtime::RemoveDataType>(Kind::referenceType),
+	Over<DataTypeDeclaration, &AddDataType<runtime::Ownership::single>, &runtime::RemoveDataType>(Kind::dataType),
+	Over<ClassDeclaration, &runtime::AddClass, &runtime::RemoveClass>(Kind::classImplementation),
+	Over<FrameworkDeclaration, &runtime::AddFramework, &runtime::RemoveFramework>(Kind::framework),
+};
+
+/// The others, units for example, have but a name.
+constexpr Registrar kNoRegistrar = {Kind::unit, [](const RegistrationEntry&) noexcept { return Result<void>(); },
+									[](const RegistrationEntry&) noexcept {
+									}};
+
+const Registrar& RegistrarOf(const RegistrationEntry& entry) noexcept
+{
+	const Registrar* found = std::find_if(std::begin(kRegistrars), std::end(kRegistrars),
+										  [&entry](const Registrar& row) { return row.kind == entry.GetKind(); });
+	return found != std::end(kRegistrars) ? *found : kNoRegistrar;
+}
+
 } // namespace
 
 Module::Module(std::string path, void* handle, ModuleDescriptor* descriptor)
@@ -46,11 +97,12 @@ Result<Module*> Module::Load(const std::string& givenPath) noexcept
 		if (module->_path == path)
 			return IllegalStateError("Module '@' is already loaded.", path.c_str());
 	}
-	const std::uint64_t version = ORVAN_TRY(runtime::ReadAbiVersion(path));
-	if (version != kHostAbiVersion)
+	const AbiVersion version = ORVAN_TRY(runtime::ReadAbiVersion(path));
+	if (!CanLoad(kHostAbiVersion, version))
 	{
-		return IllegalArgumentError("Module '@' was built against host ABI version @; this host has version @.",
-									path.c_str(), version, kHostAbiVersion);
+		return IllegalArgumentError("Module '@' was built against host ABI version @.@; this host has version @.@.",
+									path.c_str(), version.major, version.minor, kHostAbiVersion.major,
+									kHostAbiVersion.minor);
 	}
 	void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
 	if (handle == nullptr)
@@ -75,6 +127,7 @@ Result<void> Module::Unload(Module* module) noexcept
 		return IllegalStateError("Module '@' cannot be unloaded: @ of its objects and values are alive.",
 								 module->_id.c_str(), live);
 	}
+	ORVAN_TRY(module->CheckUsers());
 	module->WithdrawAll();
 	Modules().erase(std::find(Modules().begin(), Modules().end(), module));
 	const std::unique_ptr<Module> owned(module);
@@ -94,11 +147,35 @@ bool Module::IsRegistered(const RegistrationEntry& entry) const noexcept
 	return std::find(_registered.begin(), _registered.end(), &entry) != _registered.end();
 }
 
-Result<void> Module::RegisterAll() noexcept
+/// Takes the module's name over. Looked for before anything is registered: of a second copy of a module it is the name
+/// that says what is wrong, not the first thing that both would register.
+Result<void> Module::TakeName() noexcept
 {
 	for (const RegistrationEntry* entry = _descriptor->first; entry != nullptr; entry = entry->GetNext())
 	{
-		if (Result<void> registered = Register(*entry); registered.IsOk())
+		if (entry->GetKind() != Kind::module)
+			continue;
+		if (!_id.empty())
+			return IllegalStateError("Module '@' names itself twice.", _path.c_str());
+		for (const Module* other : Modules())
+		{
+			if (other->_id == entry->GetName())
+			{
+				return IllegalStateError("Module '@' is already loaded, from '@'.", entry->GetName(),
+										 other->_path.c_str());
+			}
+		}
+		_id = entry->GetName();
+	}
+	return {};
+}
+
+Result<void> Module::RegisterAll() noexcept
+{
+	ORVAN_TRY(TakeName());
+	for (const RegistrationEntry* entry = _descriptor->first; entry != nullptr; entry = entry->GetNext())
+	{
+		if (Result<void> registered = RegistrarOf(*entry).add(*entry); registered.IsOk())
 			_registered.push_back(entry);
 		else if (entry->GetKind() == Kind::classImplementation &&
 				 registered.GetError().GetClass() != ErrorClass::outOfMemory)
@@ -121,71 +198,68 @@ Result<void> Module::RegisterAll() noexcept
 	return {};
 }
 
-Result<void> Module::Register(const RegistrationEntry& entry) noexcept
-{
-	switch (entry.GetKind())
-	{
-	case Kind::interface:
-		return runtime::AddInterface(entry.GetDeclaration<InterfaceDeclaration>());
-	case Kind::referenceType:
-	case Kind::dataType:
-		return runtime::AddDataType(entry.GetDeclaration<DataTypeDeclaration>());
-	case Kind::classImplementation:
-		return runtime::AddClass(entry.GetDeclaration<ClassDeclaration>());
-	case Kind::module:
-		if (!_id.empty())
-			return IllegalStateError("Module '@' names itself twice.", _path.c_str());
-		for (const Module* other : Modules())
-		{
-			if (other->_id == entry.GetName())
-				return IllegalStateError("A module '@' is already loaded.", entry.GetName());
-		}
-		_id = entry.GetName();
-		return {};
-	case Kind::framework:
-	{
-		const auto& framework = entry.GetDeclaration<FrameworkDeclaration>();
-		for (int i = 0; i < framework.headerCount; i++)
-			ORVAN_TRY(runtime::AddHeader(framework.headers[i]));
-		return {};
-	}
-	case Kind::unit:
-	case Kind::use:
-		break;
-	}
-	return {};
-}
-
 void Module::WithdrawAll() noexcept
 {
 	for (; !_registered.empty(); _registered.pop_back())
+		RegistrarOf(*_registered.back()).remove(*_registered.back());
+}
+
+/// True when this module defines a framework of that name.
+bool Module::Defines(const char* framework) const noexcept
+{
+	return Has<FrameworkDeclaration>(
+		Kind::framework, [framework](const FrameworkDeclaration& declaration)
+		{ return declaration.role == FrameworkDeclaration::Role::defined && IsSame(declaration.id, framework); });
+}
+
+/// True when this module uses the framework, or takes something from one of its headers.
+bool Module::Uses(const FrameworkDeclaration& framework) const noexcept
+{
+	const auto isHeader = [&framework](const UseDeclaration& use)
 	{
-		const RegistrationEntry& entry = *_registered.back();
-		switch (entry.GetKind())
+		return std::any_of(framework.headers, framework.headers + framework.headerCount,
+						   [&use](const char* header) { return IsSame(header, use.header); });
+	};
+	return Has<UseDeclaration>(Kind::use, isHeader) ||
+		   Has<FrameworkDeclaration>(Kind::framework,
+									 [&framework](const FrameworkDeclaration& declaration) {
+										 return declaration.role == FrameworkDeclaration::Role::used &&
+												IsSame(declaration.id, framework.id);
+									 });
+}
+
+/// Another loaded module that needs `framework` of this one, as nobody else defines it; null when there is none.
+const Module* Module::FindUser(const FrameworkDeclaration& framework) const noexcept
+{
+	const Module* user = nullptr;
+	for (const Module* other : Modules())
+	{
+		if (other == this)
+			continue;
+		if (other->Defines(framework.id))
+			return nullptr;
+		if (user == nullptr && other->Uses(framework))
+			user = other;
+	}
+	return user;
+}
+
+/// An error when another loaded module is built on a framework of this one.
+Result<void> Module::CheckUsers() const noexcept
+{
+	for (const RegistrationEntry* entry : _registered)
+	{
+		if (entry->GetKind() != Kind::framework)
+			continue;
+		const auto& framework = entry->GetDeclaration<FrameworkDeclaration>();
+		const Module* user = framework.role == FrameworkDeclaration::Role::defined ? FindUser(framework) : nullptr;
+		if (user != nullptr)
 		{
-		case Kind::interface:
-			runtime::RemoveInterface(entry.GetDeclaration<InterfaceDeclaration>());
-			break;
-		case Kind::referenceType:
-		case Kind::dataType:
-			runtime::RemoveDataType(entry.GetDeclaration<DataTypeDeclaration>());
-			break;
-		case Kind::classImplementation:
-			runtime::RemoveClass(entry.GetDeclaration<ClassDeclaration>());
-			break;
-		case Kind::framework:
-		{
-			const auto& framework = entry.GetDeclaration<FrameworkDeclaration>();
-			for (int i = framework.headerCount; i-- > 0;)
-				runtime::RemoveHeader(framework.headers[i]);
-			break;
-		}
-		case Kind::unit:
-		case Kind::module:
-		case Kind::use:
-			break;
+			return IllegalStateError("Module '@' cannot be unloaded: module '@' uses its framework '@'.", _id.c_str(),
+									 user->_id.c_str(), framework.id);
 		}
 	}
+	return {};
 }
 
 std::int64_t Module::CountLive() const noexcept

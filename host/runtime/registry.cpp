@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "registry.h"
 
+#include "orvan/diagnostics.h"
 #include "orvan/hash_map.h"
 #include "orvan/hierarchy.h"
 
+#include <algorithm>
 #include <cstring>
 #include <mutex>
 #include <shared_mutex>
@@ -13,21 +15,70 @@ namespace orvan::runtime
 namespace
 {
 
-/// Interfaces and headers: how many loaded modules provide them, and for interfaces the declaration.
-struct Provision
+/// The modules' declarations of one thing, in the order of their registration; the first is in use.
+template <typename Declaration>
+class Providers
 {
-	const InterfaceDeclaration* declaration = nullptr;
-	int count = 0;
+public:
+	Result<void> Add(const Declaration& declaration) noexcept
+	{
+		return _list.Append(&declaration);
+	}
+
+	/// Takes a declaration out; false when it is not among them.
+	bool Remove(const Declaration& declaration) noexcept
+	{
+		const Declaration** at = std::find(_list.begin(), _list.end(), &declaration);
+		if (at == _list.end())
+			return false;
+		std::copy(at + 1, _list.end(), at);
+		IgnoreResult(_list.Resize(_list.GetCount() - 1));
+		return true;
+	}
+
+	const Declaration* GetFirst() const noexcept
+	{
+		return _list.IsEmpty() ? nullptr : _list[0];
+	}
+
+	bool IsShared() const noexcept
+	{
+		return _list.GetCount() > 1;
+	}
+
+private:
+	BaseArray<const Declaration*> _list;
+};
+
+struct ClassRecord : ClassInfo
+{
+	Providers<ClassDeclaration> implementations;
+	int openDeclarations = 0; ///< By frameworks that leave the implementation to others.
+};
+
+struct DataTypeRecord : DataType
+{
+	Providers<DataTypeOperations> providers;
+};
+
+struct InterfaceRecord
+{
+	Providers<InterfaceDeclaration> providers;
+};
+
+struct HeaderRecord
+{
+	int count = 0; ///< Of loaded modules that provide it.
 };
 
 /// Records by id. Lookups, which dominate by far, share the lock.
 struct Registry
 {
 	std::shared_mutex mutex;
-	StringMap<ClassInfo*> classes;
-	StringMap<DataType*> dataTypes;
-	StringMap<Provision*> interfaces;
-	StringMap<Provision*> headers;
+	StringMap<ClassRecord*> classes;
+	StringMap<DataTypeRecord*> dataTypes;
+	StringMap<InterfaceRecord*> interfaces;
+	StringMap<HeaderRecord*> headers;
 };
 
 /// Never destroyed: references may be released while the process ends.
@@ -47,20 +98,6 @@ char* CopyText(std::string_view text) noexcept
 		copy[text.size()] = '\0';
 	}
 	return copy;
-}
-
-void SetId(ClassInfo& record, const char* id) noexcept
-{
-	record.id = id;
-}
-
-void SetId(DataType& record, const char* id) noexcept
-{
-	record.id = id;
-}
-
-void SetId(Provision&, const char*) noexcept
-{
 }
 
 /// The record of `id` in `map`, made if need be; null when memory runs out.
@@ -84,36 +121,34 @@ Record* Intern(StringMap<Record*> Registry::*map, std::string_view id) noexcept
 	if (memory != nullptr && text != nullptr)
 	{
 		auto* record = new (memory) Record{};
-		SetId(*record, text);
+		if constexpr (requires { record->id; })
+			record->id = std::exchange(text, nullptr);
 		if ((registry.*map).Insert(key.GetValue(), record).IsOk())
 		{
-			if constexpr (!requires { record->id; })
-				Host().free(text);
+			Host().free(text);
 			return record;
 		}
+		if constexpr (requires { record->id; })
+			text = const_cast<char*>(record->id);
 	}
 	Host().free(text);
 	Host().free(memory);
 	return nullptr;
 }
 
-Provision* FindInterface(std::string_view id) noexcept
-{
-	return Intern(&Registry::interfaces, id);
-}
-
-/// The host hands out the method table of a class for an interface: as many slots as the interface was registered with.
+/// The host hands out the method table of a class for an interface: as many slots as the class was built for.
 Result<void> ObtainTable(const InterfaceBinding& binding, MethodTable& table) noexcept
 {
-	const Provision* known = FindInterface(binding.interfaceId);
+	const InterfaceRecord* known = Intern(&Registry::interfaces, binding.interfaceId);
 	if (known == nullptr)
 		return OutOfMemoryError();
-	if (known->declaration == nullptr)
+	const InterfaceDeclaration* declaration = known->providers.GetFirst();
+	if (declaration == nullptr)
 		return NotFoundError("Interface '@' is not registered.", binding.interfaceId);
-	if (known->declaration->slotCount != binding.slotCount)
+	if (declaration->slotCount < binding.slotCount)
 	{
 		return IllegalArgumentError("Interface '@' has @ slots, but the class was built for @.", binding.interfaceId,
-									known->declaration->slotCount, binding.slotCount);
+									declaration->slotCount, binding.slotCount);
 	}
 	auto* slots = static_cast<AnyMethod*>(
 		Host().allocate(sizeof(AnyMethod) * static_cast<std::size_t>(std::max(1, binding.slotCount))));
@@ -131,23 +166,77 @@ void ReleaseTables(ClassInfo& info) noexcept
 	info.tableCount = 0;
 }
 
-DataType* InternDataType(std::string_view id) noexcept
+/// Gives a class the implementation that comes first, if there is any.
+Result<void> UseFirstImplementation(ClassRecord& record) noexcept
 {
-	return Intern(&Registry::dataTypes, id);
+	const ClassDeclaration* declaration = record.implementations.GetFirst();
+	if (declaration == nullptr)
+		return {};
+	for (int i = 0; i < declaration->bindingCount; i++)
+	{
+		if (Result<void> obtained = ObtainTable(declaration->bindings[i], record.tables[i]); !obtained.IsOk())
+		{
+			ReleaseTables(record);
+			return obtained;
+		}
+		record.tableCount = i + 1;
+	}
+	record.declaration.store(declaration, std::memory_order_release);
+	return {};
 }
 
-Result<void> SetOperations(const char* id, const DataTypeOperations* operations) noexcept
+bool AreEqual(const InterfaceDeclaration& a, const InterfaceDeclaration& b) noexcept
 {
-	DataType* type = InternDataType(id);
+	const auto isSameText = [](const char* x, const char* y)
+	{
+		return std::strcmp(x, y) == 0;
+	};
+	return a.slotCount == b.slotCount && isSameText(a.name, b.name) && isSameText(a.baseId, b.baseId) &&
+		   std::equal(a.methodNames, a.methodNames + a.slotCount, b.methodNames, isSameText);
+}
+
+bool HaveEqualLayout(const DataType& type, const DataTypeOperations& operations) noexcept
+{
+	return type.size == operations.size && type.alignment == operations.alignment &&
+		   type.isTrivial == operations.isTrivial;
+}
+
+/// Registers the operations of one id. What is wrong with them is found before anything is written: a record that is in
+/// use decides how the values of the type are copied and released.
+Result<void> AddOperations(const char* id, const DataTypeOperations& operations, Ownership ownership) noexcept
+{
+	DataTypeRecord* type = Intern(&Registry::dataTypes, id);
 	if (type == nullptr)
 		return OutOfMemoryError();
-	const DataTypeOperations* none = nullptr;
-	type->size = operations->size;
-	type->alignment = operations->alignment;
-	type->isTrivial = operations->isTrivial;
-	if (!type->operations.compare_exchange_strong(none, operations))
+	const std::unique_lock lock(TheRegistry().mutex);
+	const bool isSame = HaveEqualLayout(*type, operations);
+	if (type->operations.load() != nullptr && (ownership == Ownership::single || !isSame))
 		return IllegalStateError("Data type '@' is already registered.", id);
+	// Values that are dropped without their operations are not counted: some may outlive the module that they were of.
+	if (type->size != 0 && type->isTrivial && !isSame)
+		return IllegalStateError("Data type '@' was registered with another layout before.", id);
+	ORVAN_TRY(type->providers.Add(operations));
+	type->size = operations.size;
+	type->alignment = operations.alignment;
+	type->isTrivial = operations.isTrivial;
+	type->operations.store(type->providers.GetFirst());
 	return {};
+}
+
+void RemoveOperations(std::string_view id, const DataTypeOperations& operations) noexcept
+{
+	DataTypeRecord* type = Intern(&Registry::dataTypes, id);
+	const std::unique_lock lock(TheRegistry().mutex);
+	if (type != nullptr && type->providers.Remove(operations))
+		type->operations.store(type->providers.GetFirst());
+}
+
+/// Values of a type that need just these operations.
+std::int64_t CountValues(std::string_view id, const DataTypeOperations& operations) noexcept
+{
+	const DataTypeRecord* type = Intern(&Registry::dataTypes, id);
+	const bool isNeeded = type != nullptr && type->providers.GetFirst() == &operations && !type->providers.IsShared();
+	return isNeeded ? type->liveValues.load(std::memory_order_acquire) : 0;
 }
 
 /// The id of the arrays of a data type; empty when memory runs out.
@@ -157,6 +246,24 @@ String ArrayId(const char* id) noexcept
 	if (text.AppendAll(id, std::strlen(id)).IsOk() && text.AppendAll("[]", 2).IsOk())
 		return String::Create({text.begin(), text.GetCount()}).GetValueOr(String());
 	return {};
+}
+
+Result<void> AddHeader(std::string_view header) noexcept
+{
+	HeaderRecord* known = Intern(&Registry::headers, header);
+	if (known == nullptr)
+		return OutOfMemoryError();
+	const std::unique_lock lock(TheRegistry().mutex);
+	known->count++;
+	return {};
+}
+
+void RemoveHeader(std::string_view header) noexcept
+{
+	HeaderRecord* known = Intern(&Registry::headers, header);
+	const std::unique_lock lock(TheRegistry().mutex);
+	if (known != nullptr)
+		known->count--;
 }
 
 /// The host's own types, for which no module has to be loaded.
@@ -170,8 +277,9 @@ struct HostTypes
 		Add<Color>();
 		Add<Vector2d>();
 		Add<Matrix2d>();
-		for (const char* header : {"object", "string", "array", "url", "data_type", "data_dictionary", "hierarchy",
-								   "geometry", "diagnostics", "file_monitor", "class_declaration", "module"})
+		for (const char* header :
+			 {"object", "string", "array", "url", "data_type", "data_dictionary", "hierarchy", "geometry",
+			  "diagnostics", "file_stamp", "file_monitor", "class_declaration", "module"})
 			IgnoreResult(AddHeader(header));
 		IgnoreResult(AddInterface(kInterfaceDeclaration<ObjectInterface>));
 		IgnoreResult(AddInterface(kInterfaceDeclaration<HierarchyObjectInterface>));
@@ -180,7 +288,7 @@ struct HostTypes
 	template <typename T>
 	static void Add() noexcept
 	{
-		IgnoreResult(AddDataType(kDataTypeDeclaration<T>));
+		IgnoreResult(AddDataType(kDataTypeDeclaration<T>, Ownership::single));
 	}
 };
 
@@ -193,108 +301,114 @@ ClassInfo* FindClass(const char* id) noexcept
 
 const DataType* FindDataType(const char* id) noexcept
 {
-	return InternDataType(id);
+	return Intern(&Registry::dataTypes, id);
 }
 
 Result<void> AddInterface(const InterfaceDeclaration& declaration) noexcept
 {
-	Provision* known = FindInterface(declaration.id);
+	InterfaceRecord* known = Intern(&Registry::interfaces, declaration.id);
 	if (known == nullptr)
 		return OutOfMemoryError();
 	const std::unique_lock lock(TheRegistry().mutex);
-	if (known->declaration != nullptr)
-		return IllegalStateError("Interface '@' is already registered.", declaration.id);
-	known->declaration = &declaration;
-	return {};
+	const InterfaceDeclaration* first = known->providers.GetFirst();
+	if (first != nullptr && !AreEqual(*first, declaration))
+		return IllegalStateError("Interface '@' is already registered, and is another one.", declaration.id);
+	return known->providers.Add(declaration);
 }
 
 void RemoveInterface(const InterfaceDeclaration& declaration) noexcept
 {
-	if (Provision* known = FindInterface(declaration.id))
-	{
-		const std::unique_lock lock(TheRegistry().mutex);
-		known->declaration = nullptr;
-	}
+	InterfaceRecord* known = Intern(&Registry::interfaces, declaration.id);
+	const std::unique_lock lock(TheRegistry().mutex);
+	if (known != nullptr)
+		known->providers.Remove(declaration);
 }
 
 Result<void> AddClass(const ClassDeclaration& declaration) noexcept
 {
-	ClassInfo* info = FindClass(declaration.id);
-	if (info == nullptr)
+	ClassRecord* record = Intern(&Registry::classes, declaration.id);
+	if (record == nullptr)
 		return OutOfMemoryError();
 	if (declaration.construct == nullptr)
-		return {};
-	if (info->declaration.load() != nullptr)
-		return IllegalStateError("Class '@' already has an implementation.", declaration.id);
-	for (int i = 0; i < declaration.bindingCount; i++)
 	{
-		if (Result<void> obtained = ObtainTable(declaration.bindings[i], info->tables[i]); !obtained.IsOk())
-		{
-			ReleaseTables(*info);
-			return obtained;
-		}
-		info->tableCount = i + 1;
+		record->openDeclarations++;
+		return {};
 	}
-	info->declaration.store(&declaration, std::memory_order_release);
-	return {};
+	const bool isFirst = record->implementations.GetFirst() == nullptr;
+	if (!isFirst && record->openDeclarations == 0)
+		return IllegalStateError("Class '@' already has an implementation.", declaration.id);
+	ORVAN_TRY(record->implementations.Add(declaration));
+	Result<void> used = isFirst ? UseFirstImplementation(*record) : Result<void>();
+	if (!used.IsOk())
+		record->implementations.Remove(declaration);
+	return used;
 }
 
 void RemoveClass(const ClassDeclaration& declaration) noexcept
 {
-	ClassInfo* info = FindClass(declaration.id);
-	if (info == nullptr || info->declaration.load() != &declaration)
+	ClassRecord* record = Intern(&Registry::classes, declaration.id);
+	if (record == nullptr)
 		return;
-	info->declaration.store(nullptr, std::memory_order_release);
-	ReleaseTables(*info);
+	if (declaration.construct == nullptr)
+	{
+		record->openDeclarations--;
+		return;
+	}
+	record->implementations.Remove(declaration);
+	if (record->declaration.load() != &declaration)
+		return;
+	record->declaration.store(nullptr, std::memory_order_release);
+	ReleaseTables(*record);
+	if (const Result<void> used = UseFirstImplementation(*record); !used.IsOk())
+		WarningOutput("Class '@' is not available. @", declaration.id, used.GetError());
 }
 
-Result<void> AddDataType(const DataTypeDeclaration& declaration) noexcept
+Result<void> AddDataType(const DataTypeDeclaration& declaration, Ownership ownership) noexcept
 {
 	const String arrayId = ArrayId(declaration.id);
 	if (arrayId.IsEmpty())
 		return OutOfMemoryError();
-	ORVAN_TRY(SetOperations(declaration.id, declaration.operations));
+	ORVAN_TRY(AddOperations(declaration.id, *declaration.operations, ownership));
 	if (declaration.operations->array == nullptr)
 		return {};
-	Result<void> added = SetOperations(arrayId.CString(), declaration.operations->array);
+	Result<void> added = AddOperations(arrayId.CString(), *declaration.operations->array, ownership);
 	if (!added.IsOk())
-		RemoveDataType(declaration);
+		RemoveOperations(declaration.id, *declaration.operations);
 	return added;
 }
 
 void RemoveDataType(const DataTypeDeclaration& declaration) noexcept
 {
-	if (DataType* type = InternDataType(declaration.id))
-		type->operations.store(nullptr);
+	RemoveOperations(declaration.id, *declaration.operations);
+	if (declaration.operations->array == nullptr)
+		return;
 	if (const String arrayId = ArrayId(declaration.id); !arrayId.IsEmpty())
-	{
-		if (DataType* type = InternDataType(arrayId))
-			type->operations.store(nullptr);
-	}
+		RemoveOperations(arrayId, *declaration.operations->array);
 }
 
-Result<void> AddHeader(std::string_view header) noexcept
+Result<void> AddFramework(const FrameworkDeclaration& declaration) noexcept
 {
-	Provision* known = Intern(&Registry::headers, header);
-	if (known == nullptr)
-		return OutOfMemoryError();
-	const std::unique_lock lock(TheRegistry().mutex);
-	known->count++;
+	for (int i = 0; i < declaration.headerCount; i++)
+	{
+		if (Result<void> added = AddHeader(declaration.headers[i]); !added.IsOk())
+		{
+			while (i-- > 0)
+				RemoveHeader(declaration.headers[i]);
+			return added;
+		}
+	}
 	return {};
 }
 
-void RemoveHeader(std::string_view header) noexcept
+void RemoveFramework(const FrameworkDeclaration& declaration) noexcept
 {
-	if (Provision* known = Intern(&Registry::headers, header))
-	{
-		const std::unique_lock lock(TheRegistry().mutex);
-		known->count--;
-	}
+	for (int i = declaration.headerCount; i-- > 0;)
+		RemoveHeader(declaration.headers[i]);
 }
 
 bool HasHeader(std::string_view header) noexcept
 {
-	const Provision* known = Intern(&Registry::headers, header);
+	const HeaderRecord* known = Intern(&Registry::headers, header);
 	const std::shared_lock lock(TheRegistry().mutex);
 	return known != nullptr && known->count > 0;
 }
@@ -307,12 +421,10 @@ std::int64_t CountLiveObjects(const ClassDeclaration& declaration) noexcept
 
 std::int64_t CountLiveValues(const DataTypeDeclaration& declaration) noexcept
 {
-	std::int64_t count = 0;
-	if (const DataType* type = InternDataType(declaration.id))
-		count += type->liveValues.load();
+	std::int64_t count = CountValues(declaration.id, *declaration.operations);
 	const String arrayId = ArrayId(declaration.id);
-	if (const DataType* type = arrayId.IsEmpty() ? nullptr : InternDataType(arrayId))
-		count += type->liveValues.load();
+	if (declaration.operations->array != nullptr && !arrayId.IsEmpty())
+		count += CountValues(arrayId, *declaration.operations->array);
 	return count;
 }
 

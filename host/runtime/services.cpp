@@ -57,7 +57,6 @@ bool ParseFloat(const char* begin, const char* end, double* result) noexcept
 
 constexpr HostServices kServices = {
 	.abiVersion = kHostAbiVersion,
-	.structureSize = sizeof(HostServices),
 	.allocate = &runtime::Allocate,
 	.reallocate = &runtime::Reallocate,
 	.free = &runtime::Free,

@@ -12,7 +12,8 @@ namespace orvan
 
 void RegisterTestTypes()
 {
-	static const bool isRegistered = runtime::AddDataType(kDataTypeDeclaration<LargeValue>).IsOk();
+	static const bool isRegistered =
+		runtime::AddDataType(kDataTypeDeclaration<LargeValue>, runtime::Ownership::single).IsOk();
 	ASSERT_TRUE(isRegistered);
 }
 

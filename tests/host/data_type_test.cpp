@@ -114,7 +114,7 @@ TEST(DataTypeRegistry, KnowsArraysByTheElementsIdAndRefusesASecondOwner)
 {
 	EXPECT_STREQ("net.orvan.datatype.Float[]", FindDataType<BaseArray<Float>>()->id);
 	EXPECT_EQ("Data type 'net.orvan.datatype.Float' is already registered.",
-			  MessageOf(runtime::AddDataType(kDataTypeDeclaration<Float>)));
+			  MessageOf(runtime::AddDataType(kDataTypeDeclaration<Float>, runtime::Ownership::single)));
 	EXPECT_NE(nullptr, FindDataType<Float>()->operations.load());
 	// The types of geometry are the host's own, as are their arrays.
 	const Data map = Must(Data::Create(Matrix2d{{1, 2}, {3, 4}, {5, 6}}));

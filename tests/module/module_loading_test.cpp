@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// Loading and unloading the module, alone and beside others.
+#include "modules/pen.h"
 #include "support/svg_module.h"
 
 #include <memory>
@@ -37,6 +38,13 @@ protected:
 		const auto document = Must(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
 		Must(document->Init(TextFile(text).GetUrl()));
 		return document;
+	}
+
+	/// Who makes the pens of a class; empty when nobody does.
+	static std::string MakerOf(const char* classId)
+	{
+		const auto pen = CreateObject<PenInterface>(classId);
+		return pen.IsOk() ? Must(pen.GetValue()->GetMaker()).CString() : "";
 	}
 
 	static bool HasContext()
@@ -150,7 +158,8 @@ TEST_F(ModuleLoading, IsRefusedTwiceAndForFilesThatAreNoModules)
 	EXPECT_FALSE(Module::Load((folder / "text.so").string()).IsOk());
 	EXPECT_FALSE(Module::Load((folder / "missing.so").string()).IsOk());
 	std::filesystem::copy_file(kModule, folder / "copy.so");
-	EXPECT_EQ(ErrorClass::illegalState, Module::Load((folder / "copy.so").string()).GetError().GetClass());
+	EXPECT_EQ("Module 'net.orvan.svg' is already loaded, from '" + std::filesystem::canonical(kModule).string() + "'.",
+			  MessageOf(Module::Load((folder / "copy.so").string())));
 	EXPECT_EQ(1u, Module::GetLoaded().size());
 	EXPECT_EQ("svg", std::string(LoadDocument("<svg/>")->GetRootElement()->GetClassId()).substr(22, 3));
 	Must(Module::Unload(module));
@@ -161,11 +170,73 @@ TEST_F(ModuleLoading, RunsNothingOfAModuleForAnotherHost)
 	unsetenv("ORVAN_FOREIGN_MODULE_RAN");
 	const auto module = Module::Load(ORVAN_FOREIGN_MODULE);
 	ASSERT_FALSE(module.IsOk());
-	EXPECT_EQ("Module '" ORVAN_FOREIGN_MODULE "' was built against host ABI version " +
-				  std::to_string(kHostAbiVersion + 41) + "; this host has version " + std::to_string(kHostAbiVersion) +
-				  ".",
+	const std::string major = std::to_string(kHostAbiVersion.major) + '.';
+	EXPECT_EQ("Module '" ORVAN_FOREIGN_MODULE "' was built against host ABI version " + major +
+				  std::to_string(kHostAbiVersion.minor + 41) + "; this host has version " + major +
+				  std::to_string(kHostAbiVersion.minor) + ".",
 			  MessageOf(module));
 	EXPECT_EQ(nullptr, std::getenv("ORVAN_FOREIGN_MODULE_RAN"));
+}
+
+TEST_F(ModuleLoading, TwoRenderersShareAnInterfaceAndAHostChoosesByClass)
+{
+	CollectedDiagnostics diagnostics;
+	Module* module = Must(Module::Load(kModule));
+	Module* first = Must(Module::Load(ORVAN_FIRST_MODULE));
+	Module* second = Must(Module::Load(ORVAN_SECOND_MODULE));
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+	EXPECT_EQ("first", MakerOf(kSVGContextClass));
+	EXPECT_EQ("first", MakerOf("net.orvan.test.class.first"));
+	EXPECT_EQ("second", MakerOf("net.orvan.test.class.second"));
+
+	Data pen = Must(Data::Create(Must(CreateObject<PenInterface>("net.orvan.test.class.second"))));
+	EXPECT_EQ("Module 'net.orvan.test.second' cannot be unloaded: 1 of its objects and values are alive.",
+			  MessageOf(Module::Unload(second)));
+	EXPECT_EQ("no error", MessageOf(Module::Unload(first))) << "the reference is none that needs it";
+	EXPECT_EQ("second", MakerOf(kSVGContextClass)) << "whoever came next takes over";
+	EXPECT_EQ("", MakerOf("net.orvan.test.class.first"));
+	EXPECT_EQ("second", std::string(Must((*pen.Get<PenRef>())->GetMaker()).CString()));
+	pen.Reset();
+
+	EXPECT_EQ("Module 'net.orvan.svg' cannot be unloaded: module 'net.orvan.test.second' uses its framework "
+			  "'net.orvan.svg.framework'.",
+			  MessageOf(Module::Unload(module)));
+	Must(Module::Unload(second));
+	EXPECT_EQ("", MakerOf(kSVGContextClass));
+	Module* guest = Must(Module::Load(ORVAN_GUEST_MODULE)); // Which only names a header of the framework.
+	EXPECT_EQ("Module 'net.orvan.svg' cannot be unloaded: module 'net.orvan.test.guest' uses its framework "
+			  "'net.orvan.svg.framework'.",
+			  MessageOf(Module::Unload(module)));
+	Must(Module::Unload(guest));
+	EXPECT_EQ("no error", MessageOf(Module::Unload(module)));
+}
+
+TEST_F(ModuleLoading, AModuleThatIsRefusedLeavesNothingBehindAndTheOthersAsTheyAre)
+{
+	Module* module = Must(Module::Load(kModule));
+	Module* first = Must(Module::Load(ORVAN_FIRST_MODULE));
+	{
+		const auto rect = Must(CreateObject<SVGElementInterface>("net.orvan.image.class.svgrectelement"));
+		Must(rect->SetFill({SVGPaintType::reference, {}, Text("a paint of some length")}));
+		EXPECT_EQ("Data type 'net.orvan.datatype.SVGPaint' is already registered.",
+				  MessageOf(Module::Load(ORVAN_FLAWED_MODULE)));
+		EXPECT_EQ(0, CountMappings(ORVAN_FLAWED_MODULE));
+		EXPECT_EQ("a paint of some length", rect->GetFill().reference.View());
+		EXPECT_EQ("first", MakerOf(kSVGContextClass));
+		EXPECT_EQ("", MakerOf("net.orvan.test.class.flawed"));
+	}
+	Must(Module::Unload(first));
+	EXPECT_EQ("Data type 'net.orvan.datatype.SVGPaint' is already registered.",
+			  MessageOf(Module::Load(ORVAN_FLAWED_MODULE)));
+	EXPECT_EQ("", MakerOf(kSVGContextClass));
+	EXPECT_FALSE(Data::Create(PenRef()).IsOk()) << "its reference type is still there";
+	EXPECT_EQ(1u, Module::GetLoaded().size());
+	Must(Module::Unload(module));
+	const CollectedDiagnostics aboutClasses;
+	EXPECT_EQ("Unit 'guest_module' uses 'SVGContextInterface' of header 'svg_base', which no loaded framework "
+			  "provides.",
+			  MessageOf(Module::Load(ORVAN_GUEST_MODULE)));
+	EXPECT_TRUE(Module::GetLoaded().empty());
 }
 
 TEST_F(ModuleLoading, FindsADrawingContextOnlyWhereAnotherModuleBringsOne)

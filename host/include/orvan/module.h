@@ -147,7 +147,7 @@ struct ModuleDescriptor
 	static constexpr std::uint64_t kMagic = 0x31'6e61'7672'6f; // "orvan1"
 
 	std::uint64_t magic = kMagic;
-	std::uint64_t abiVersion = kHostAbiVersion;
+	AbiVersion abiVersion = kHostAbiVersion;                     ///< What the module was built against.
 	const HostServices** hostServices = &detail::g_hostServices; ///< Where the loader puts the host's services.
 	RegistrationEntry* first = nullptr;
 	RegistrationEntry* last = nullptr;

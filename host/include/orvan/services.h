@@ -13,8 +13,36 @@ namespace orvan
 {
 
 /// Version of everything that a module and a host have to agree on: this table, the object header, the method tables,
-/// the layouts of strings, arrays, dictionaries and registration entries. Raised with every change of one of them.
-inline constexpr std::uint32_t kHostAbiVersion = 2;
+/// the layouts of strings, arrays, dictionaries and registration entries.
+///
+/// The rule of compatibility, for all of the binary interface:
+///
+/// - What is published keeps its meaning: ids of interfaces, classes and data types, slots, attribute numbers, values
+///   of enumerations, places in the table of services. New things come after them, at the end.
+/// - A service at the end of the table raises `minor`. Every other change of what the first sentence lists raises
+///   `major` and sets `minor` to zero. A host loads the modules that were built against the same `major` and against no
+///   later `minor`, as `CanLoad` says; it finds the version in the module's file before any code of the module runs.
+/// - A method at the end of an interface raises neither: an interface's version is its number of slots. A class may
+///   have been built against fewer slots than its interface has by now, never against more. A client gets an interface
+///   of an object when the object's class has at least the slots that the client was compiled for; otherwise it finds
+///   that the object does not implement it.
+/// - Modules have no version of their own that anybody compares.
+struct AbiVersion
+{
+	std::uint32_t major;
+	std::uint32_t minor;
+
+	friend constexpr bool operator==(const AbiVersion&, const AbiVersion&) noexcept = default;
+};
+
+/// The version that these headers describe.
+inline constexpr AbiVersion kHostAbiVersion = {2, 0};
+
+/// True when a host of one version can load a module that was built against another.
+constexpr bool CanLoad(const AbiVersion& host, const AbiVersion& module) noexcept
+{
+	return host.major == module.major && host.minor >= module.minor;
+}
 
 class Data;
 class ObjectBase;
@@ -31,17 +59,19 @@ struct WeakBlock;
 struct DocumentPosition;
 enum class ErrorClass : std::int32_t;
 enum class DiagnosticLevel : std::int32_t;
+enum class FileChangeOutcome : std::int32_t;
 enum class IoDetection : std::int32_t;
 
 /// Function called by the file monitor when a watched file has changed; see `FileMonitor`.
 using FileChangeCallback = void (*)(void* context) noexcept;
+/// The same for a client that tells the host what it did.
+using FileChangeHandler = FileChangeOutcome (*)(void* context) noexcept;
 
 /// One function for each host service. Every function is safe to call from any thread unless it says otherwise, and
 /// none lets an exception out. Headers wrap each of them; module code has no reason to use the table directly.
 struct HostServices
 {
-	std::uint32_t abiVersion;
-	std::uint32_t structureSize;
+	AbiVersion abiVersion; ///< The host's.
 
 	// Memory. Each may return null: an allocation that fails is an ordinary event and ends as the out-of-memory error.
 	void* (*allocate)(std::size_t bytes) noexcept;

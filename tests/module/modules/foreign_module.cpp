@@ -5,7 +5,8 @@
 #include <cstdlib>
 
 const orvan::HostServices* orvan::detail::g_hostServices = nullptr;
-constinit orvan::ModuleDescriptor g_orvan{orvan::ModuleDescriptor::kMagic, orvan::kHostAbiVersion + 41};
+constinit orvan::ModuleDescriptor g_orvan{orvan::ModuleDescriptor::kMagic,
+										  {orvan::kHostAbiVersion.major, orvan::kHostAbiVersion.minor + 41}};
 
 namespace
 {
