@@ -58,7 +58,7 @@ void WatchIcon(const VectorIconRef& icon, const std::function<void()>& onReload)
 {
 	const InterruptMask mask;
 	icon->SetLiveReloadEnabled(true);
-	if (FileMonitorPump::GetDescriptor() < 0)
+	if (FileMonitorPump::CountWatches() == 0)
 		throw Failure("The file cannot be watched.");
 
 	const auto document = Cast<SVGDocumentInterface>(icon);

@@ -11,21 +11,52 @@
 
 namespace orvan::runtime
 {
+namespace
+{
 
-ErrorBlock* WatchFile(const Url& url, FileChangeCallback callback, void* context, MonitorRegistration** result) noexcept
+/// Starts a watch for one of the two kinds of functions to call.
+Result<MonitorRegistration*> Start(const Url& url, FileChangeCallback callback, FileChangeHandler handler,
+								   void* context, const FileWatchOptions& options) noexcept
 {
 	try
 	{
-		Result<MonitorRegistration*> started = Monitor::Get().Start(url, callback, context);
-		if (!started.IsOk())
-			return started.GetError().Release();
-		*result = started.GetValue();
-		return nullptr;
+		auto watch = std::make_unique<MonitorRegistration>();
+		watch->callback = callback;
+		watch->handler = handler;
+		watch->context = context;
+		watch->owner = ORVAN_TRY(WeakRef::To(options.owner));
+		return Monitor::Get().Start(std::move(watch), url, options.loaded);
 	}
 	catch (const std::bad_alloc&)
 	{
-		return OutOfMemoryError().Release();
+		return OutOfMemoryError();
 	}
+}
+
+ErrorBlock* Hand(Result<MonitorRegistration*> started, MonitorRegistration** result) noexcept
+{
+	if (!started.IsOk())
+		return started.GetError().Release();
+	*result = started.GetValue();
+	return nullptr;
+}
+
+} // namespace
+
+ErrorBlock* WatchFile(const Url& url, FileChangeCallback callback, void* context, MonitorRegistration** result) noexcept
+{
+	return Hand(Start(url, callback, nullptr, context, {}), result);
+}
+
+ErrorBlock* FollowFile(const Url& url, FileChangeHandler handler, void* context, const FileWatchOptions& options,
+					   MonitorRegistration** result) noexcept
+{
+	return Hand(Start(url, nullptr, handler, context, options), result);
+}
+
+void RetryPostponed() noexcept
+{
+	Monitor::Get().RetryPostponed();
 }
 
 void UnwatchFile(MonitorRegistration* registration) noexcept
@@ -48,18 +79,18 @@ int FileMonitorPump::GetTimeout() noexcept
 	return runtime::Monitor::Get().GetTimeout();
 }
 
-int FileMonitorPump::DispatchDue() noexcept
+int FileMonitorPump::DispatchDue(FileChangeObserver observer, void* context) noexcept
 {
-	return runtime::Monitor::Get().Dispatch();
+	return runtime::Monitor::Get().Dispatch(observer, context);
 }
 
-int FileMonitorPump::Wait(int milliseconds) noexcept
+int FileMonitorPump::Wait(int milliseconds, FileChangeObserver observer, void* context) noexcept
 {
 	using runtime::Clock;
 	const auto end = Clock::now() + std::chrono::milliseconds(std::max(0, milliseconds));
 	for (;;)
 	{
-		if (const int count = DispatchDue(); count > 0)
+		if (const int count = DispatchDue(observer, context); count > 0)
 			return count;
 		const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
 		if (milliseconds >= 0 && left <= 0)
@@ -72,6 +103,11 @@ int FileMonitorPump::Wait(int milliseconds) noexcept
 		if (poll(&descriptor, 1, timeout) < 0 && errno == EINTR)
 			return 0;
 	}
+}
+
+int FileMonitorPump::CountWatches() noexcept
+{
+	return runtime::Monitor::Get().CountWatches();
 }
 
 } // namespace orvan

@@ -2,12 +2,10 @@
 /// One watch of the file monitor: what it waits for and when it is due.
 #pragma once
 
-#include "orvan/services.h"
+#include "orvan/file_monitor.h"
 
 #include <chrono>
-#include <ctime>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace orvan
@@ -16,25 +14,6 @@ namespace runtime
 {
 
 using Clock = std::chrono::steady_clock;
-
-/// What tells one content of a path from another without reading it. All zero while there is no file.
-struct FileIdentity
-{
-	/// The identity of what stands at `path` now.
-	static FileIdentity Of(const std::string& path) noexcept;
-
-	/// True when the file was changed so short a time ago that a further change may leave the identity as it is: file
-	/// systems take their time from a clock that moves in steps.
-	bool IsTooRecent() const noexcept;
-
-	friend bool operator==(const FileIdentity&, const FileIdentity&) noexcept = default;
-
-	dev_t device = 0;
-	ino_t inode = 0;
-	off_t size = 0;
-	std::int64_t modified = 0; ///< Nanoseconds, as the next one.
-	std::int64_t changed = 0;
-};
 
 /// A name in a folder that the system watches for us.
 struct WatchedName
@@ -54,20 +33,23 @@ struct MonitorRegistration
 	void Note(runtime::Clock::time_point now) noexcept;
 
 	/// Takes the file as it is now for reported; true when it differs, or may differ, from what was reported before.
-	bool TakeIdentity() noexcept;
+	bool TakeStamp() noexcept;
 
 	std::string path;
-	FileChangeCallback callback;
-	void* context;
+	FileChangeCallback callback = nullptr;
+	FileChangeHandler handler = nullptr; ///< In place of the callback, for clients that tell what they did.
+	void* context = nullptr;
+	WeakRef owner;
 
 	std::vector<runtime::WatchedName> names;
-	runtime::FileIdentity reported; ///< As of the last report, or of the start.
-	bool isUncertain = false;       ///< That identity was too recent to tell a further change by it.
+	FileStamp reported; ///< As of the last report, or of the start.
 
 	bool isDue = false;
 	bool hasWriter = false;   ///< A writer has not closed the file yet.
 	bool mustFollow = false;  ///< The path may lead elsewhere now.
 	bool isUnwatched = false; ///< The system refused; tried again when due.
+	bool isPostponed = false; ///< The client has not taken the last report yet.
+	bool mustReport = false;  ///< Whatever the file looks like.
 	runtime::Clock::time_point burstBegin;
 	runtime::Clock::time_point deadline;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "files.h"
 
+#include "file_stamps.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -19,6 +21,7 @@ struct StreamHandle
 	const char* memory;
 	std::int64_t length;
 	std::int64_t position; ///< In memory; a descriptor has its own.
+	FileStamp stamp;       ///< Of the file behind a descriptor, as of its opening.
 };
 
 namespace runtime
@@ -38,12 +41,14 @@ IoDetection DetectPath(const char* path) noexcept
 	return S_ISDIR(status.st_mode) ? IoDetection::directory : IoDetection::unknown;
 }
 
-Result<StreamHandle*> MakeHandle(const Url& url, int descriptor, std::string_view memory, std::int64_t length) noexcept
+Result<StreamHandle*> MakeHandle(const Url& url, int descriptor, std::string_view memory,
+								 const FileStamp& stamp) noexcept
 {
 	void* storage = Host().allocate(sizeof(StreamHandle));
 	if (storage == nullptr)
 		return OutOfMemoryError();
-	return new (storage) StreamHandle{url, descriptor, memory.data(), length, 0};
+	const std::int64_t length = descriptor < 0 ? static_cast<std::int64_t>(memory.size()) : stamp.size;
+	return new (storage) StreamHandle{url, descriptor, memory.data(), length, 0, stamp};
 }
 
 Result<StreamHandle*> OpenMemory(const Url& url, std::string_view name) noexcept
@@ -51,7 +56,7 @@ Result<StreamHandle*> OpenMemory(const Url& url, std::string_view name) noexcept
 	const std::optional<std::string_view> bytes = FindMemoryFile(name);
 	if (!bytes)
 		return IoError(url, "'@' cannot be opened: no such file is published in memory.", url.GetText());
-	return MakeHandle(url, -1, *bytes, static_cast<std::int64_t>(bytes->size()));
+	return MakeHandle(url, -1, *bytes, {});
 }
 
 Result<StreamHandle*> OpenDescriptor(const Url& url, int descriptor) noexcept
@@ -64,7 +69,7 @@ Result<StreamHandle*> OpenDescriptor(const Url& url, int descriptor) noexcept
 		return IoError(url, "'@' cannot be opened: it is a directory.", url.GetText());
 	if (!S_ISREG(status.st_mode))
 		return IoError(url, "'@' cannot be opened: it is not a regular file.", url.GetText());
-	return MakeHandle(url, descriptor, {}, status.st_size);
+	return MakeHandle(url, descriptor, {}, StampOf(status));
 }
 
 Result<StreamHandle*> OpenPath(const Url& url, const char* path) noexcept
@@ -179,6 +184,20 @@ void CloseStream(StreamHandle* stream) noexcept
 		close(stream->descriptor);
 	std::destroy_at(stream);
 	Host().free(stream);
+}
+
+void StampStream(const StreamHandle* stream, FileStamp* result) noexcept
+{
+	*result = stream->stamp;
+}
+
+void StampFile(const Url& url, FileStamp* result) noexcept
+{
+	const Result<Location> location = Locate(url);
+	if (location.IsOk() && location.GetValue().scheme == Scheme::file)
+		*result = StampOfPath(location.GetValue().path.CString());
+	else
+		*result = {};
 }
 
 } // namespace runtime

@@ -15,6 +15,8 @@ ErrorBlock* OpenStream(const Url& url, StreamHandle** result) noexcept;
 ErrorBlock* StreamLength(StreamHandle* stream, std::int64_t* length) noexcept;
 ErrorBlock* ReadStream(StreamHandle* stream, void* buffer, std::int64_t bytes) noexcept;
 void CloseStream(StreamHandle* stream) noexcept;
+void StampStream(const StreamHandle* stream, FileStamp* result) noexcept;
+void StampFile(const Url& url, FileStamp* result) noexcept;
 
 /// What a URL says, before anything is looked up.
 struct Location

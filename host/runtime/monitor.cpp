@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace orvan::runtime
@@ -57,6 +59,40 @@ public:
 private:
 	Monitor& _monitor;
 };
+
+/// Opens what the monitor needs of the system; once it has succeeded, nothing. Leaves the system's error number.
+bool Monitor::Open() noexcept
+{
+	if (_pollDescriptor >= 0)
+		return true;
+	if (_descriptor < 0)
+		_descriptor = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+	if (_descriptor >= 0 && _alarm < 0)
+		_alarm = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+	const int both = _alarm >= 0 ? epoll_create1(EPOLL_CLOEXEC) : -1;
+	if (both < 0)
+		return false;
+	for (const int descriptor : {_descriptor, _alarm})
+	{
+		epoll_event event = {};
+		event.events = EPOLLIN;
+		if (epoll_ctl(both, EPOLL_CTL_ADD, descriptor, &event) != 0)
+		{
+			const int error = errno;
+			close(both);
+			errno = error;
+			return false;
+		}
+	}
+	_pollDescriptor = both;
+	return true;
+}
+
+/// Wakes a pump that may be waiting on another thread and cannot know what has become due.
+void Monitor::WakePump() noexcept
+{
+	eventfd_write(_alarm, 1);
+}
 
 /// Has the path of `watch` watched as it leads now. The result is the system's error number, 0 for success.
 int Monitor::Follow(MonitorRegistration& watch)
@@ -113,12 +149,14 @@ void Monitor::Leave(MonitorRegistration* watch, const WatchedName& name) noexcep
 	}
 }
 
-Result<MonitorRegistration*> Monitor::Start(const Url& url, FileChangeCallback callback, void* context)
+Result<MonitorRegistration*> Monitor::Start(std::unique_ptr<MonitorRegistration> watch, const Url& url,
+											const FileStamp* loaded)
 {
 	const Location location = ORVAN_TRY(Locate(url));
 	if (location.scheme != Location::Scheme::file)
 		return IoError(url, "'@' cannot be watched: it is no file on disk.", url.GetText());
-	std::string path(location.path.View());
+	std::string& path = watch->path;
+	path = location.path.View();
 	if (path.front() != '/')
 	{
 		const std::unique_ptr<char, decltype(&std::free)> current(get_current_dir_name(), &std::free);
@@ -128,24 +166,25 @@ Result<MonitorRegistration*> Monitor::Start(const Url& url, FileChangeCallback c
 	}
 
 	const std::lock_guard lock(_mutex);
-	if (_descriptor < 0)
-		_descriptor = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-	if (_descriptor < 0)
+	if (!Open())
 		return IoError(url, "'@' cannot be watched: @.", url.GetText(), SystemErrorText(errno));
-	auto watch = std::make_unique<MonitorRegistration>();
-	watch->path = std::move(path);
-	watch->callback = callback;
-	watch->context = context;
 	_watches.reserve(_watches.size() + 1);
 	int error = ENOMEM;
 	try
 	{
 		error = Follow(*watch);
-		watch->TakeIdentity();
 	}
 	catch (const std::bad_alloc&)
 	{
 		// Ends as the system's own want of memory does.
+	}
+	// Looked at after the system has begun to watch, so that there is no moment in which a change is missed.
+	watch->TakeStamp();
+	if (loaded != nullptr && watch->reported.MayDifferFrom(*loaded))
+	{
+		watch->mustReport = true;
+		watch->Note(Clock::now());
+		WakePump();
 	}
 	if (error == 0 && watch->names.empty())
 		error = EACCES;
@@ -170,7 +209,26 @@ void Monitor::Stop(MonitorRegistration* watch) noexcept
 int Monitor::GetDescriptor() noexcept
 {
 	const std::lock_guard lock(_mutex);
-	return _descriptor;
+	return Open() ? _pollDescriptor : -1;
+}
+
+int Monitor::CountWatches() noexcept
+{
+	const std::lock_guard lock(_mutex);
+	return static_cast<int>(_watches.size());
+}
+
+void Monitor::RetryPostponed() noexcept
+{
+	const std::lock_guard lock(_mutex);
+	for (const auto& watch : _watches)
+	{
+		if (!std::exchange(watch->isPostponed, false))
+			continue;
+		watch->mustReport = true;
+		watch->Note(Clock::now());
+		WakePump();
+	}
 }
 
 int Monitor::GetTimeout() noexcept
@@ -246,8 +304,10 @@ void Monitor::TakeFor(MonitorRegistration& watch, const inotify_event& event, st
 
 void Monitor::ReadEvents(Clock::time_point now)
 {
-	if (_descriptor < 0)
+	if (_pollDescriptor < 0)
 		return;
+	eventfd_t ignored;
+	eventfd_read(_alarm, &ignored);
 	alignas(inotify_event) char buffer[16384];
 	// Bounded, so that whoever writes without end cannot keep the host in here.
 	for (int round = 0; round < 64; round++)
@@ -284,10 +344,16 @@ MonitorRegistration* Monitor::NextDue(Clock::time_point now) noexcept
 bool Monitor::CloseBurst(MonitorRegistration& watch) noexcept
 {
 	watch.isDue = watch.hasWriter = false;
-	return watch.TakeIdentity();
+	const bool mustReport = std::exchange(watch.mustReport, false);
+	return watch.TakeStamp() || mustReport;
 }
 
-int Monitor::Dispatch()
+bool Monitor::IsActive(const MonitorRegistration* watch) const noexcept
+{
+	return std::any_of(_watches.begin(), _watches.end(), [watch](const auto& owned) { return owned.get() == watch; });
+}
+
+int Monitor::Dispatch(FileChangeObserver observer, void* observerContext)
 {
 	std::unique_lock lock(_mutex);
 	const auto now = Clock::now();
@@ -301,17 +367,39 @@ int Monitor::Dispatch()
 			FollowAgain(*watch, now);
 		if (!isChanged)
 			continue;
-		const FileChangeCallback callback = watch->callback;
-		void* const context = watch->context;
-		_running.push_back(watch);
-		lock.unlock();
-		callback(context);
-		lock.lock();
-		_running.pop_back();
-		_callbackDone.notify_all();
 		count++;
+		Call(watch, lock, observer, observerContext);
 	}
 	return count;
+}
+
+/// Makes the callback of a watch, which may be gone afterwards, and tells the observer.
+void Monitor::Call(MonitorRegistration* watch, std::unique_lock<std::mutex>& lock, FileChangeObserver observer,
+				   void* observerContext)
+{
+	const FileChangeCallback callback = watch->callback;
+	const FileChangeHandler handler = watch->handler;
+	void* const context = watch->context;
+	FileChangeReport report{{}, watch->owner.Lock(), FileChangeOutcome::noted};
+	const std::string path = observer != nullptr ? watch->path : std::string();
+	_running.push_back(watch);
+	lock.unlock();
+	if (handler != nullptr)
+		report.outcome = handler(context);
+	else
+		callback(context);
+	lock.lock();
+	_running.pop_back();
+	_callbackDone.notify_all();
+	if (report.outcome == FileChangeOutcome::postponed && IsActive(watch))
+		watch->isPostponed = true;
+	lock.unlock();
+	report.path = path;
+	if (observer != nullptr)
+		observer(report, observerContext);
+	// Here the owner's last reference may go, and with it the watch.
+	report.owner = nullptr;
+	lock.lock();
 }
 
 Monitor& Monitor::Get() noexcept

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "file_watch.h"
-#include "orvan/url.h"
+#include "orvan/host/file_monitor_pump.h"
 
 #include <condition_variable>
 #include <memory>
@@ -23,11 +23,15 @@ namespace orvan::runtime
 class Monitor
 {
 public:
-	Result<MonitorRegistration*> Start(const Url& url, FileChangeCallback callback, void* context);
+	/// Starts `watch`, which says whom to call, on a file. `loaded` is the file as the client has it, or null.
+	Result<MonitorRegistration*> Start(std::unique_ptr<MonitorRegistration> watch, const Url& url,
+									   const FileStamp* loaded);
 	void Stop(MonitorRegistration* watch) noexcept;
 	int GetDescriptor() noexcept;
 	int GetTimeout() noexcept;
-	int Dispatch();
+	int Dispatch(FileChangeObserver observer, void* observerContext);
+	void RetryPostponed() noexcept;
+	int CountWatches() noexcept;
 
 	/// The process's monitor; never destroyed, because watches may end while the process does.
 	static Monitor& Get() noexcept;
@@ -39,6 +43,8 @@ private:
 	/// The watches that wait for a name in one folder.
 	using Folder = std::unordered_multimap<std::string, MonitorRegistration*>;
 
+	bool Open() noexcept;
+	void WakePump() noexcept;
 	int Follow(MonitorRegistration& watch);
 	void FollowAgain(MonitorRegistration& watch, Clock::time_point now);
 	void Leave(MonitorRegistration* watch, const WatchedName& name) noexcept;
@@ -48,9 +54,14 @@ private:
 	void NoteAll(Clock::time_point now) noexcept;
 	MonitorRegistration* NextDue(Clock::time_point now) noexcept;
 	bool CloseBurst(MonitorRegistration& watch) noexcept;
+	void Call(MonitorRegistration* watch, std::unique_lock<std::mutex>& lock, FileChangeObserver observer,
+			  void* observerContext);
+	bool IsActive(const MonitorRegistration* watch) const noexcept;
 
 	std::mutex _mutex;
-	int _descriptor = -1;
+	int _descriptor = -1;     ///< Of the system's watches.
+	int _alarm = -1;          ///< Readable when something is due of which the system knows nothing.
+	int _pollDescriptor = -1; ///< Readable when one of the two is; -1 as long as not all three are there.
 	std::vector<std::unique_ptr<MonitorRegistration>> _watches;
 	std::unordered_map<int, Folder> _folders;
 

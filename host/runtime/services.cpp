@@ -87,6 +87,10 @@ constexpr HostServices kServices = {
 	.unwatchFile = &runtime::UnwatchFile,
 	.parseFloat = &ParseFloat,
 	.dictionaryRemove = &runtime::DictionaryRemove,
+	.stampFile = &runtime::StampFile,
+	.stampStream = &runtime::StampStream,
+	.followFile = &runtime::FollowFile,
+	.retryPostponed = &runtime::RetryPostponed,
 };
 
 /// The host's own types are there before `main` starts, so that data can be made without any module.

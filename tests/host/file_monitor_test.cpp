@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "orvan/file_monitor.h"
 
+#include "orvan/class_declaration.h"
 #include "orvan/host/file_monitor_pump.h"
+#include "runtime/registry.h"
 #include "support.h"
 
 #include <atomic>
@@ -68,6 +70,71 @@ void PumpFor(std::chrono::milliseconds time)
 		FileMonitorPump::Wait(static_cast<int>((end - std::chrono::steady_clock::now()) / 1ms) + 1);
 }
 
+/// Number of folders that the system watches for this process.
+int CountSystemWatches()
+{
+	int count = 0;
+	for (const auto& entry : fs::directory_iterator("/proc/self/fdinfo"))
+	{
+		std::ifstream info(entry.path());
+		for (std::string line; std::getline(info, line);)
+			count += line.starts_with("inotify wd:") ? 1 : 0;
+	}
+	return count;
+}
+
+/// An object that follows a file and answers as the test wants.
+class Follower : public ObjectBase
+{
+public:
+	Result<void> Follow(const fs::path& path, const FileStamp* loaded) noexcept
+	{
+		_watch = ORVAN_TRY(FileWatch::Start(ORVAN_TRY(Url::FromPath(path.native())), &Report, this,
+											{.loaded = loaded, .owner = this}));
+		return {};
+	}
+
+	FileChangeOutcome outcome = FileChangeOutcome::reloaded;
+	int reports = 0;
+	ObjectRef* lastReference = nullptr; ///< Dropped by the callback.
+
+private:
+	static FileChangeOutcome Report(void* context) noexcept
+	{
+		auto& self = *static_cast<Follower*>(context);
+		self.reports++;
+		if (self.lastReference != nullptr)
+			*self.lastReference = nullptr;
+		return self.outcome;
+	}
+
+	FileWatch _watch;
+};
+
+constexpr ClassDeclaration kFollower = DeclareClass<Follower>("net.orvan.test.class.follower");
+
+/// A follower with the reference that keeps it.
+struct FollowerRef
+{
+	FollowerRef()
+	{
+		[[maybe_unused]] static const bool isRegistered = runtime::AddClass(kFollower).IsOk();
+		reference = Must(CreateObject<ObjectInterface>(kFollower.id));
+	}
+
+	Follower* operator->() const
+	{
+		return static_cast<Follower*>(reference.GetObject());
+	}
+
+	ObjectRef reference;
+};
+
+FileStamp StampOf(const fs::path& path)
+{
+	return Must(Must(Url::FromPath(path.native())).OpenInputStream()).GetStamp();
+}
+
 class FileMonitor : public testing::Test
 {
 protected:
@@ -94,6 +161,134 @@ TEST_F(FileMonitor, ReportsARewriteOnce)
 	std::ifstream(file).get();
 	PumpUntilQuiet();
 	EXPECT_EQ(1, watcher.reports);
+}
+
+TEST_F(FileMonitor, CountsWhatHasChangedSinceTheLoadAsAChange)
+{
+	const Url url = Must(Url::FromPath(file.string()));
+	const FileStamp loaded = StampOf(file);
+	EXPECT_FALSE(url.GetStamp().MayDifferFrom(loaded));
+	FollowerRef follower;
+	Must(follower->Follow(file, &loaded));
+	PumpUntilQuiet();
+	EXPECT_EQ(0, follower->reports) << "nothing has happened";
+
+	// Of the same length, and within one step of the file system's clock.
+	WriteFile(file, "two");
+	const FileStamp recent = StampOf(file);
+	WriteFile(file, "six");
+	PumpUntilQuiet();
+	EXPECT_EQ(1, follower->reports);
+	Must(follower->Follow(file, &recent));
+	PumpUntilQuiet();
+	EXPECT_EQ(2, follower->reports);
+	PumpUntilQuiet();
+	EXPECT_EQ(2, follower->reports) << "once";
+
+	// A stream is what it was opened on, whatever the name stands for later.
+	std::this_thread::sleep_for(30ms);
+	const InputStream stream = Must(url.OpenInputStream());
+	WriteFile(folder / "new", "new");
+	fs::rename(folder / "new", file);
+	EXPECT_TRUE(url.GetStamp().MayDifferFrom(stream.GetStamp()));
+	fs::remove(file);
+	const FileStamp nothing = url.GetStamp();
+	EXPECT_EQ(0u, nothing.inode);
+	Must(follower->Follow(file, &nothing));
+	PumpUntilQuiet();
+	EXPECT_EQ(2, follower->reports) << "nothing was there, and nothing is";
+	WriteFile(file, "back");
+	Must(follower->Follow(file, &nothing));
+	PumpUntilQuiet();
+	EXPECT_EQ(3, follower->reports);
+	EXPECT_EQ(0u, Must(Url::Create("memory:a.svg")).GetStamp().changed);
+}
+
+TEST_F(FileMonitor, TellsTheHostWhatWasDoneForWhichObject)
+{
+	struct Line
+	{
+		std::string path;
+		ObjectRef owner;
+		FileChangeOutcome outcome;
+	};
+	std::vector<Line> lines;
+	const auto dispatch = [&lines]
+	{
+		const auto observe = [](const FileChangeReport& report, void* context) noexcept
+		{
+			static_cast<std::vector<Line>*>(context)->push_back(
+				{std::string(report.path), report.owner, report.outcome});
+		};
+		while (FileMonitorPump::Wait(250, observe, &lines) > 0)
+		{
+		}
+	};
+	FollowerRef follower;
+	Must(follower->Follow(file, nullptr));
+	Watcher watcher(file);
+	WriteFile(file, "two");
+	dispatch();
+	ASSERT_EQ(2u, lines.size());
+	EXPECT_EQ(file.native(), lines[0].path);
+	EXPECT_EQ(follower.reference, lines[0].owner);
+	EXPECT_EQ(FileChangeOutcome::reloaded, lines[0].outcome);
+	EXPECT_FALSE(lines[1].owner);
+	EXPECT_EQ(FileChangeOutcome::noted, lines[1].outcome);
+	lines.clear();
+
+	follower->outcome = FileChangeOutcome::postponed;
+	WriteFile(file, "three");
+	dispatch();
+	EXPECT_EQ(2, follower->reports);
+	follower->outcome = FileChangeOutcome::reloaded;
+	FileWatch::RetryPostponed();
+	dispatch();
+	FileWatch::RetryPostponed();
+	dispatch();
+	EXPECT_EQ(3, follower->reports) << "postponed once, made up for once";
+	EXPECT_EQ(2, watcher.reports);
+	ASSERT_EQ(3u, lines.size());
+	EXPECT_EQ(FileChangeOutcome::postponed, lines[0].outcome);
+	lines.clear();
+
+	follower->lastReference = &follower.reference;
+	WriteFile(file, "four");
+	dispatch();
+	ASSERT_EQ(2u, lines.size());
+	EXPECT_TRUE(lines[0].owner) << "alive until the host has been told";
+	EXPECT_EQ(2, FileMonitorPump::CountWatches());
+	lines.clear();
+	EXPECT_EQ(1, FileMonitorPump::CountWatches()) << "then it goes, and its watch with it";
+}
+
+TEST_F(FileMonitor, HasItsDescriptorFromTheStartAndWakesWhoPollsIt)
+{
+	EXPECT_EQ(0, FileMonitorPump::CountWatches());
+	const int descriptor = FileMonitorPump::GetDescriptor();
+	ASSERT_GE(descriptor, 0);
+	const FileStamp stale = StampOf(file);
+	WriteFile(file, "another length");
+	// Another thread starts a watch for which the system has nothing to tell; the pump knows of no time to wake up at.
+	FollowerRef follower;
+	EXPECT_EQ(-1, FileMonitorPump::GetTimeout());
+	std::thread loader(
+		[&]
+		{
+			std::this_thread::sleep_for(50ms);
+			Must(follower->Follow(file, &stale));
+		});
+	const auto begin = std::chrono::steady_clock::now();
+	EXPECT_EQ(1, FileMonitorPump::Wait(20'000));
+	EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s) << "it slept past what was due";
+	loader.join();
+	EXPECT_EQ(descriptor, FileMonitorPump::GetDescriptor());
+	pollfd polled{descriptor, POLLIN, 0};
+	EXPECT_EQ(0, poll(&polled, 1, 0));
+	WriteFile(file, "again");
+	EXPECT_EQ(1, poll(&polled, 1, 10'000));
+	EXPECT_EQ(1, FileMonitorPump::Wait(20'000));
+	EXPECT_LT(std::chrono::steady_clock::now() - begin, 15s);
 }
 
 TEST_F(FileMonitor, FollowsTheNameWhenTheFileIsReplaced)
@@ -196,6 +391,8 @@ TEST_F(FileMonitor, FollowsLinksThatAreReplacedAndTheirTargets)
 	fs::rename(folder / "new", folder / "link.svg");
 	PumpUntilQuiet();
 	EXPECT_EQ(4, watcher.reports) << "the file's link leads elsewhere";
+	const int depth = static_cast<int>(std::distance(folder.GetPath().begin(), folder.GetPath().end()));
+	EXPECT_EQ(depth + 1, CountSystemWatches()) << "the folders on the way and v1, no longer v2";
 }
 
 TEST_F(FileMonitor, FollowsFoldersThatDisappearAndComeBack)
@@ -246,6 +443,10 @@ TEST_F(FileMonitor, ServesHundredsOfFilesOfAFolderAndTheSameFileTwice)
 	PumpUntilQuiet();
 	for (int i = 0; i <= 400; i++)
 		EXPECT_EQ(i == 7 || i == 399 || i == 400, watchers[static_cast<std::size_t>(i)]->reports) << i;
+	const int depth = static_cast<int>(std::distance(folder.GetPath().begin(), folder.GetPath().end()));
+	EXPECT_EQ(depth, CountSystemWatches()) << "one for each folder on the way";
+	watchers.clear();
+	EXPECT_EQ(0, CountSystemWatches());
 }
 
 TEST_F(FileMonitor, NeverCallsAWatchThatHasEnded)

@@ -81,6 +81,11 @@ public:
 		return _path / name;
 	}
 
+	const std::filesystem::path& GetPath() const
+	{
+		return _path;
+	}
+
 private:
 	std::filesystem::path _path;
 };

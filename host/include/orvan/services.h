@@ -52,6 +52,8 @@ struct ClassInfo;
 struct DataType;
 struct DictionaryBlock;
 struct ErrorBlock;
+struct FileStamp;
+struct FileWatchOptions;
 struct FormatArgument;
 struct MonitorRegistration;
 struct StreamHandle;
@@ -125,6 +127,14 @@ struct HostServices
 
 	/// Takes the entry of `key` out of a block that is not shared; nothing when there is none.
 	void (*dictionaryRemove)(DictionaryBlock* block, std::int32_t key) noexcept;
+
+	/// What a URL designates now, and what a stream was opened on; see `FileStamp`.
+	void (*stampFile)(const Url& url, FileStamp* result) noexcept;
+	void (*stampStream)(const StreamHandle* stream, FileStamp* result) noexcept;
+	ErrorBlock* (*followFile)(const Url& url, FileChangeHandler handler, void* context, const FileWatchOptions& options,
+							  MonitorRegistration** result) noexcept;
+	/// Makes every change due again that a handler has postponed.
+	void (*retryPostponed)() noexcept;
 };
 
 namespace detail

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orvan/array.h"
+#include "orvan/file_stamp.h"
 #include "orvan/result.h"
 #include "orvan/string.h"
 
@@ -63,6 +64,15 @@ public:
 		return Host().detectUrl(*this);
 	}
 
+	/// The file that the URL designates at this moment, for telling later whether it has changed: whoever lets somebody
+	/// else load the file takes the stamp before. All zero when there is none on disk. Links are followed.
+	FileStamp GetStamp() const noexcept
+	{
+		FileStamp stamp;
+		Host().stampFile(*this, &stamp);
+		return stamp;
+	}
+
 	/// Opens what the URL designates for reading. An I/O error with this URL when that is not possible.
 	Result<InputStream> OpenInputStream() const noexcept;
 
@@ -98,6 +108,15 @@ public:
 		std::int64_t length = 0;
 		ORVAN_TRY(ResultOf(Host().streamLength(_handle, &length)));
 		return length;
+	}
+
+	/// The open file as of its opening; all zero when it is none on disk. What was read differs from what is there
+	/// later only if the stamps do.
+	FileStamp GetStamp() const noexcept
+	{
+		FileStamp stamp;
+		Host().stampStream(_handle, &stamp);
+		return stamp;
 	}
 
 	/// Reads exactly `bytes` bytes. When the stream ends before, the I/O error says how many came.
