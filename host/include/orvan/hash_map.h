@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orvan/array.h"
+#include "orvan/internal/collision_index.h"
 #include "orvan/string.h"
 
 #include <cstddef>
@@ -82,14 +83,18 @@ public:
 			return false;
 		if (static_cast<double>(_count + 1) > kMaxLoadFactor * static_cast<double>(_buckets.GetCount()))
 			ORVAN_TRY(Grow());
-		ORVAN_TRY(ReserveIndex());
+		if (_index.MustGrow(_count))
+			ORVAN_TRY(BuildIndex());
 		if (_blocks == nullptr || _blocks->used == _blocks->size)
 			ORVAN_TRY(AddBlock());
 		Entry* entry =
 			new (&_blocks->Entries()[_blocks->used++]) Entry{nullptr, hash, std::move(key), std::move(value)};
 		const std::size_t chainLength = Link(entry);
 		_count++;
-		AddToIndex(entry, chainLength);
+		if (!_index.IsEmpty())
+			_index.Add(entry);
+		else if (chainLength > Index::kLongestChain)
+			IgnoreResult(BuildIndex()); // Without memory for it the chains still answer, only more slowly.
 		return true;
 	}
 
@@ -189,30 +194,17 @@ private:
 	static constexpr std::size_t kFirstBlock = 4;
 	static constexpr std::size_t kLargestBlock = 256;
 
-	/// Longest chain that is searched entry by entry. Beyond it, keys that collide on purpose would make loads
-	/// quadratic, so the map then finds all of its entries through an index of its own.
-	static constexpr std::size_t kLongestChain = 32;
+	using Index = internal::CollisionIndex<Entry>;
 
 	const Entry* FindEntry(std::string_view key, std::uint64_t hash) const noexcept
 	{
 		if (_buckets.IsEmpty())
 			return nullptr;
-		const auto matches = [&](const Entry* entry)
-		{
-			return entry->hash == hash && entry->key == key;
-		};
 		if (!_index.IsEmpty())
-		{
-			for (std::size_t at = IndexPosition(key);; at = (at + 1) & (_index.GetCount() - 1))
-			{
-				const Entry* entry = _index[at];
-				if (entry == nullptr || matches(entry))
-					return entry;
-			}
-		}
+			return _index.Find(key, hash);
 		for (const Entry* entry = _buckets[hash & _mask].head; entry != nullptr; entry = entry->next)
 		{
-			if (matches(entry))
+			if (entry->hash == hash && entry->key == key)
 				return entry;
 		}
 		return nullptr;
@@ -233,7 +225,7 @@ private:
 		bucket.tail->next = entry;
 		bucket.tail = entry;
 		std::size_t length = 0;
-		for (const Entry* at = bucket.head; at != nullptr && length <= kLongestChain; at = at->next)
+		for (const Entry* at = bucket.head; at != nullptr && length <= Index::kLongestChain; at = at->next)
 			length++;
 		return length;
 	}
@@ -266,56 +258,18 @@ private:
 		return {};
 	}
 
-	std::size_t IndexPosition(std::string_view key) const noexcept
+	/// Has the index find all entries from here on.
+	Result<void> BuildIndex() noexcept
 	{
-		// Another function than the map's own, with a secret that differs from map to map and run to run.
-		std::uint64_t state = reinterpret_cast<std::uintptr_t>(_index.begin()) * 0x9e3779b97f4a7c15;
-		for (const char c : key)
-			state = detail::MixProduct(state ^ static_cast<unsigned char>(c), 0xe7037ed1a0b428db);
-		return (state ^ state >> 32) & (_index.GetCount() - 1);
-	}
-
-	/// Keeps the index, once there is one, at most half full.
-	Result<void> ReserveIndex() noexcept
-	{
-		if (_index.IsEmpty() || 2 * (_count + 1) <= _index.GetCount())
-			return {};
-		return BuildIndex(2 * _index.GetCount());
-	}
-
-	Result<void> BuildIndex(std::size_t size) noexcept
-	{
-		BaseArray<Entry*> index;
-		ORVAN_TRY(index.Resize(size));
-		_index = std::move(index);
-		for (Block* block = _blocks; block != nullptr; block = block->next)
-		{
-			for (std::size_t i = 0; i < block->used; i++)
-				PutIntoIndex(&block->Entries()[i]);
-		}
-		return {};
-	}
-
-	void PutIntoIndex(Entry* entry) noexcept
-	{
-		std::size_t at = IndexPosition(entry->key);
-		while (_index[at] != nullptr)
-			at = (at + 1) & (_index.GetCount() - 1);
-		_index[at] = entry;
-	}
-
-	void AddToIndex(Entry* entry, std::size_t chainLength) noexcept
-	{
-		if (!_index.IsEmpty())
-			PutIntoIndex(entry);
-		else if (chainLength > kLongestChain)
-		{
-			std::size_t size = 256;
-			while (size < 4 * _count)
-				size *= 2;
-			// Without memory for the index the chains still answer, only more slowly.
-			IgnoreResult(BuildIndex(size));
-		}
+		return _index.Build(_count,
+							[this](auto add)
+							{
+								for (Block* block = _blocks; block != nullptr; block = block->next)
+								{
+									for (std::size_t i = 0; i < block->used; i++)
+										add(&block->Entries()[i]);
+								}
+							});
 	}
 
 	void Swap(StringMap& other) noexcept
@@ -330,7 +284,7 @@ private:
 
 	BaseArray<Bucket> _buckets;
 	BaseArray<std::size_t> _occupied; ///< Buckets that hold entries, in the order of their first entry.
-	BaseArray<Entry*> _index;         ///< Open addressing; empty unless a chain grew too long.
+	Index _index;                     ///< Empty unless a chain grew too long.
 	Block* _blocks = nullptr;         ///< The one that new entries go to, and behind it the full ones.
 	std::uint64_t _mask = ~std::uint64_t(0);
 	std::size_t _count = 0;
