@@ -53,7 +53,10 @@ public:
 		if (_end - _next < kChunkSize ||
 			mprotect(reinterpret_cast<void*>(_next), kChunkSize, PROT_READ | PROT_WRITE) != 0)
 			return nullptr;
-		return new (reinterpret_cast<void*>(std::exchange(_next, _next + kChunkSize))) Chunk{{kHeld}, nullptr};
+		void* fresh = reinterpret_cast<void*>(std::exchange(_next, _next + kChunkSize));
+		KeepAlive(fresh, kChunkSize);
+		Poison(static_cast<char*>(fresh) + sizeof(Chunk), kChunkSize - sizeof(Chunk));
+		return new (fresh) Chunk{{kHeld}, nullptr};
 	}
 
 	/// Gives up blocks, or a thread's hold.
@@ -100,9 +103,9 @@ struct ThreadCloser
 	}
 };
 
-BlockHead& HeadOf(const void* memory) noexcept
+BlockHead* HeadOf(void* memory) noexcept
 {
-	return *(static_cast<BlockHead*>(const_cast<void*>(memory)) - 1);
+	return static_cast<BlockHead*>(memory) - 1;
 }
 
 std::size_t OffsetOf(const void* memory) noexcept
@@ -137,7 +140,7 @@ void* detail::AllocateChunk(std::size_t bytes) noexcept
 	if (chunk == nullptr)
 		return nullptr;
 	chunk->live.store(1, std::memory_order_relaxed);
-	return new (reinterpret_cast<char*>(chunk) + kFirstOffset) BlockHead{RoundUp(bytes)} + 1;
+	return OpenBlock(reinterpret_cast<char*>(chunk) + kFirstOffset, RoundUp(bytes), bytes);
 }
 
 /// Frees the last block of the chunk that the thread is emptying, or the first of another.
@@ -177,22 +180,30 @@ void EndBulk() noexcept
 
 std::size_t GetBulkSize(const void* memory) noexcept
 {
-	return HeadOf(memory).size - sizeof(BlockHead);
+	const auto* head = static_cast<const BlockHead*>(memory) - 1;
+	Unpoison(head, sizeof(BlockHead));
+	const std::size_t size = head->size;
+	Poison(head, sizeof(BlockHead));
+	return size - sizeof(BlockHead);
 }
 
 bool ResizeInBulk(void* memory, std::size_t bytes) noexcept
 {
 	ThreadBulk& bulk = t_bulk;
-	BlockHead& head = HeadOf(memory);
+	std::size_t size = GetBulkSize(memory) + sizeof(BlockHead);
 	const std::size_t offset = OffsetOf(memory);
-	const bool isLast = ChunkOf(memory) == bulk.chunk && offset + head.size == bulk.offset;
-	if (isLast && bytes < kChunkSize && RoundUp(bytes) <= kChunkSize - offset)
+	const bool isLast = ChunkOf(memory) == bulk.chunk && offset + size == bulk.offset;
+	const bool fits = isLast && bytes < kChunkSize && RoundUp(bytes) <= kChunkSize - offset;
+	if (!fits && bytes > size - sizeof(BlockHead))
+		return false;
+	Poison(memory, size - sizeof(BlockHead));
+	if (fits)
 	{
-		head.size = RoundUp(bytes);
-		bulk.offset = offset + head.size;
-		return true;
+		size = RoundUp(bytes);
+		bulk.offset = offset + size;
 	}
-	return bytes <= GetBulkSize(memory);
+	OpenBlock(HeadOf(memory), size, bytes);
+	return true;
 }
 
 } // namespace orvan::runtime

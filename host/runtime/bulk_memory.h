@@ -6,7 +6,12 @@
 /// close to filling a chunk gets one of its own. A chunk counts its blocks and is free again when the last of them is;
 /// single blocks are not used again, which is why bulk scopes are for what is released together. Blocks may be freed at
 /// any time and by any thread.
+///
+/// The address sanitizer sees what becomes of each block: a free one, the heads and what is left of the last sixteen
+/// bytes of a block are poisoned.
 #pragma once
+
+#include "poison.h"
 
 #include <atomic>
 #include <cstddef>
@@ -77,6 +82,25 @@ struct ThreadBulk
 /// Where the addresses of chunks begin; so high that no block is there, while there are none.
 [[gnu::visibility("hidden")]] extern constinit std::atomic<std::uintptr_t> g_begin;
 
+/// Makes the block behind `head` one of `size` bytes, of which the first `bytes` may be touched.
+inline void* OpenBlock(void* head, std::size_t size, std::size_t bytes) noexcept
+{
+	Unpoison(head, sizeof(BlockHead) + (bytes != 0 ? bytes : 1));
+	void* memory = new (head) BlockHead{size} + 1;
+	Poison(head, sizeof(BlockHead));
+	return memory;
+}
+
+/// Poisons a block that is being freed, and finds one that is free already.
+inline void CloseBlock(void* memory) noexcept
+{
+	if constexpr (kPoisons)
+	{
+		static_cast<void>(*static_cast<volatile char*>(memory));
+		Poison(memory, GetBulkSize(memory));
+	}
+}
+
 bool TakeChunk(ThreadBulk& bulk) noexcept;
 void* AllocateChunk(std::size_t bytes) noexcept;
 void FreeElsewhere(Chunk* chunk) noexcept;
@@ -105,7 +129,7 @@ inline void* AllocateInBulk(std::size_t bytes) noexcept
 	char* at = reinterpret_cast<char*>(bulk.chunk) + bulk.offset;
 	bulk.offset += size;
 	bulk.taken++;
-	return new (at) detail::BlockHead{size} + 1;
+	return detail::OpenBlock(at, size, bytes);
 }
 
 inline bool IsInBulk(const void* memory) noexcept
@@ -116,6 +140,7 @@ inline bool IsInBulk(const void* memory) noexcept
 
 inline void FreeInBulk(void* memory) noexcept
 {
+	detail::CloseBlock(memory);
 	detail::ThreadBulk& bulk = detail::t_bulk;
 	detail::Chunk* chunk = detail::ChunkOf(memory);
 	if (chunk == bulk.chunk)

@@ -37,8 +37,8 @@ void Count(std::int64_t) noexcept
 }
 #endif
 
-// Sanitizers, and the count of blocks, see what becomes of a block only when it comes from the C library.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ORVAN_COUNT_ALLOCATIONS)
+// The thread sanitizer sees what becomes of a block only when it comes from the C library.
+#ifdef __SANITIZE_THREAD__
 constexpr bool kUsesBulk = false;
 #else
 constexpr bool kUsesBulk = true;
@@ -65,12 +65,9 @@ void* runtime::Allocate(std::size_t bytes) noexcept
 {
 	if (MustFail())
 		return nullptr;
-	if constexpr (kUsesBulk)
-	{
-		if (void* memory = AllocateInBulk(bytes))
-			return memory;
-	}
-	void* memory = std::malloc(bytes);
+	void* memory = kUsesBulk ? AllocateInBulk(bytes) : nullptr;
+	if (memory == nullptr)
+		memory = std::malloc(bytes);
 	if (memory != nullptr)
 		Count(1);
 	return memory;
@@ -83,7 +80,10 @@ void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
 	if (kUsesBulk && memory == nullptr)
 	{
 		if (void* fresh = AllocateInBulk(bytes))
+		{
+			Count(1);
 			return fresh;
+		}
 	}
 	if (kUsesBulk && IsInBulk(memory))
 	{
@@ -94,7 +94,9 @@ void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
 			moved = std::malloc(bytes);
 		if (moved != nullptr)
 		{
-			std::memcpy(moved, memory, std::min(bytes, GetBulkSize(memory)));
+			const std::size_t kept = std::min(bytes, GetBulkSize(memory));
+			Unpoison(memory, kept); // The room of the block, of which less may have been asked for.
+			std::memcpy(moved, memory, kept);
 			FreeInBulk(memory);
 		}
 		return moved;
@@ -107,10 +109,10 @@ void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
 
 void runtime::Free(void* memory) noexcept
 {
-	if (kUsesBulk && IsInBulk(memory))
-		return FreeInBulk(memory);
 	if (memory != nullptr)
 		Count(-1);
+	if (kUsesBulk && IsInBulk(memory))
+		return FreeInBulk(memory);
 	std::free(memory);
 }
 

@@ -97,6 +97,26 @@ TEST(BulkMemory, ResizesTheLastBlockInPlace)
 		FreeInBulk(block);
 }
 
+#ifdef ORVAN_ADDRESS_SANITIZER
+TEST(BulkMemory, IsGuardedByTheAddressSanitizer)
+{
+	BeginBulk();
+	char* first = TakeBlock(20, 1);
+	char* second = TakeBlock(32, 2);
+	EXPECT_TRUE(ResizeInBulk(second, 30));
+	EXPECT_DEATH(TakeBlock(20, 1)[20] = 1, "use-after-poison") << "what is left of the last sixteen bytes";
+	EXPECT_DEATH(*static_cast<volatile char*>(second - 1) = 1, "use-after-poison") << "the head of the block";
+	EXPECT_DEATH(*static_cast<volatile char*>(second + 30) = 1, "use-after-poison") << "a block made smaller";
+	EXPECT_DEATH(*static_cast<volatile char*>(second + 5000) = 1, "use-after-poison") << "what nobody has taken";
+	FreeInBulk(first);
+	EXPECT_DEATH(*static_cast<volatile char*>(first) = 1, "use-after-poison");
+	EXPECT_DEATH(FreeInBulk(first), "use-after-poison") << "freed twice";
+	second[29] = 1;
+	FreeInBulk(second);
+	EndBulk();
+}
+#endif
+
 TEST(BulkMemory, StartsOverWhenAllBlocksAreFreed)
 {
 	std::vector<char*> first;
