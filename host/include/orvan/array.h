@@ -47,21 +47,26 @@ public:
 		Reset();
 	}
 
+	/// Number of elements.
 	std::size_t GetCount() const noexcept
 	{
 		return _size;
 	}
 
+	/// Number of elements that there is room for before the storage has to grow.
 	std::size_t GetCapacity() const noexcept
 	{
 		return _capacity;
 	}
 
+	/// True when there is no element, whatever the capacity.
 	bool IsEmpty() const noexcept
 	{
 		return _size == 0;
 	}
 
+	/// The first element, and the place behind the last; good until the array grows or is released. Both may be null
+	/// when it is empty.
 	T* begin() noexcept
 	{
 		return _data;
@@ -93,6 +98,7 @@ public:
 		return _data[index];
 	}
 
+	/// All elements; good as long as `begin`.
 	operator std::span<const T>() const noexcept
 	{
 		return {_data, _size};

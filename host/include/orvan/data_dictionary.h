@@ -88,11 +88,13 @@ public:
 			Host().dictionaryRelease(_block);
 	}
 
+	/// Number of entries.
 	std::size_t GetCount() const noexcept
 	{
 		return _block != nullptr ? _block->count : 0;
 	}
 
+	/// True when there is a value under `key`, of whatever type.
 	bool Has(std::int32_t key) const noexcept
 	{
 		return FindEntry(key) != nullptr;

@@ -345,6 +345,7 @@ public:
 		return IsInline(type->size, type->alignment);
 	}
 
+	/// The same for a size and an alignment in bytes.
 	static constexpr bool IsInline(std::size_t size, std::size_t alignment) noexcept
 	{
 		return size <= kInlineSize && alignment <= 8;

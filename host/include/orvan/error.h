@@ -95,6 +95,7 @@ public:
 			Host().releaseError(_block);
 	}
 
+	/// The kind of error, by which callers decide.
 	ErrorClass GetClass() const noexcept
 	{
 		return _block->errorClass;
@@ -118,6 +119,7 @@ public:
 		return _block->file;
 	}
 
+	/// The line in `GetFile`, from 1; 0 for the out-of-memory error.
 	int GetLine() const noexcept
 	{
 		return _block->line;

@@ -21,6 +21,7 @@ struct FormatArgument
 		number,
 	};
 
+	/// A text, which must outlive the argument.
 	explicit FormatArgument(std::string_view value) noexcept : kind(Kind::text), text(value)
 	{
 	}
@@ -42,11 +43,13 @@ struct FormatArgument
 	{
 	}
 
+	/// A whole number, written in decimal.
 	explicit FormatArgument(std::integral auto value) noexcept
 		: kind(Kind::integer), integer(static_cast<std::int64_t>(value))
 	{
 	}
 
+	/// A number, written in the shortest form that reads back as the same value.
 	explicit FormatArgument(std::floating_point auto value) noexcept : kind(Kind::number), number(value)
 	{
 	}

@@ -13,16 +13,19 @@ struct Vector2d
 	Float x = 0.0;
 	Float y = 0.0;
 
+	/// The sum, coordinate by coordinate.
 	friend constexpr Vector2d operator+(const Vector2d& a, const Vector2d& b) noexcept
 	{
 		return {a.x + b.x, a.y + b.y};
 	}
 
+	/// The difference, coordinate by coordinate.
 	friend constexpr Vector2d operator-(const Vector2d& a, const Vector2d& b) noexcept
 	{
 		return {a.x - b.x, a.y - b.y};
 	}
 
+	/// True when both coordinates are the same; 0 equals -0, and NaN nothing.
 	friend constexpr bool operator==(const Vector2d&, const Vector2d&) noexcept = default;
 };
 
@@ -51,6 +54,7 @@ struct Matrix2d
 		return {a.Apply(b.offset), a.ApplyToDirection(b.axis1), a.ApplyToDirection(b.axis2)};
 	}
 
+	/// True when all six numbers are the same, as for vectors.
 	friend constexpr bool operator==(const Matrix2d&, const Matrix2d&) noexcept = default;
 };
 
@@ -61,6 +65,7 @@ struct Color
 	Float green = 0.0;
 	Float blue = 0.0;
 
+	/// True when all three channels are the same, as for vectors.
 	friend constexpr bool operator==(const Color&, const Color&) noexcept = default;
 };
 

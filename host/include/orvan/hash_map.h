@@ -56,6 +56,7 @@ public:
 		Reset();
 	}
 
+	/// Number of entries.
 	std::size_t GetCount() const noexcept
 	{
 		return _count;

@@ -60,6 +60,7 @@ public:
 		DropChildren();
 	}
 
+	/// Slot 1 of the interface, as the others in their order: see there.
 	Result<void> InsertAsLastChildOf(const HierarchyObjectRef& parent, const HierarchyBranch&) noexcept
 	{
 		if (!parent)
@@ -85,11 +86,13 @@ public:
 		return {};
 	}
 
+	/// The parent; null for a root. Never fails.
 	Result<HierarchyObjectRef> GetParent() const noexcept
 	{
 		return HierarchyObjectRef::From(_parent);
 	}
 
+	/// The children in order; fails for want of memory.
 	Result<BaseArray<HierarchyObjectRef>> GetChildren() const noexcept
 	{
 		BaseArray<HierarchyObjectRef> children;
@@ -102,16 +105,19 @@ public:
 		return children;
 	}
 
+	/// Lets go of all children; those that are held elsewhere become roots.
 	void RemoveAllChildren() noexcept
 	{
 		DropChildren();
 	}
 
+	/// The first child; null when there is none.
 	HierarchyObjectRef GetFirstChild() const noexcept
 	{
 		return HierarchyObjectRef::From(_firstChild);
 	}
 
+	/// The next child of the same parent; null for the last and for a root.
 	HierarchyObjectRef GetNextSibling() const noexcept
 	{
 		return HierarchyObjectRef::From(_next);
@@ -119,16 +125,19 @@ public:
 
 	// The uncounted links, for implementation classes that walk their own trees.
 
+	/// The parent; null for a root.
 	HierarchyObject* Parent() const noexcept
 	{
 		return _parent;
 	}
 
+	/// The first child; null when there is none.
 	HierarchyObject* FirstChild() const noexcept
 	{
 		return _firstChild;
 	}
 
+	/// The next child of the same parent; null for the last and for a root.
 	HierarchyObject* NextSibling() const noexcept
 	{
 		return _next;

@@ -107,27 +107,32 @@ public:
 	RegistrationEntry(const RegistrationEntry&) = delete;
 	~RegistrationEntry();
 
+	/// What is registered, and with it the type of the declaration.
 	Kind GetKind() const noexcept
 	{
 		return _kind;
 	}
 
+	/// The id or the name under which it is registered.
 	const char* GetName() const noexcept
 	{
 		return _name;
 	}
 
+	/// What is declared. Only for the type that the kind calls for, and not for units and modules.
 	template <typename Declaration>
 	const Declaration& GetDeclaration() const noexcept
 	{
 		return *static_cast<const Declaration*>(_declaration);
 	}
 
+	/// The entry that follows in the module's list; null for the last.
 	const RegistrationEntry* GetNext() const noexcept
 	{
 		return _next;
 	}
 
+	/// The entry before; null for the first.
 	const RegistrationEntry* GetPrevious() const noexcept
 	{
 		return _previous;
@@ -180,16 +185,19 @@ inline constexpr InterfaceDeclaration kInterfaceDeclaration = {I::kId, I::kName,
 template <typename I>
 struct ReferenceComparison
 {
+	/// Equal or incomparable: there is no order among objects.
 	static CompareResult Compare(const void* a, const void* b) noexcept
 	{
 		return IsEqual(a, b) ? CompareResult::equal : CompareResult::incomparable;
 	}
 
+	/// True when both refer to the same object, or to none.
 	static bool IsEqual(const void* a, const void* b) noexcept
 	{
 		return *static_cast<const Ref<I>*>(a) == *static_cast<const Ref<I>*>(b);
 	}
 
+	/// By the object's address, so that it differs from run to run.
 	static std::uint64_t Hash(const void* value) noexcept
 	{
 		return reinterpret_cast<std::uintptr_t>(static_cast<const Ref<I>*>(value)->GetObject());

@@ -73,11 +73,13 @@ public:
 	}
 	ObjectBase& operator=(const ObjectBase&) = delete;
 
+	/// Counts one more reference. Safe from any thread that holds one.
 	void AddReference() const noexcept
 	{
 		_word.fetch_add(1, std::memory_order_relaxed);
 	}
 
+	/// Counts one reference less; with the last one the object is destroyed, on this thread.
 	void ReleaseReference() const noexcept
 	{
 		// An object with weak references counts down to zero, by which they see that it is lost.
@@ -283,6 +285,7 @@ public:
 		return result;
 	}
 
+	/// False for the null reference.
 	explicit operator bool() const noexcept
 	{
 		return _interface._object != nullptr;
@@ -305,6 +308,7 @@ public:
 		return _interface._object;
 	}
 
+	/// Exchanges what the two refer to, without counting.
 	void Swap(Ref& other) noexcept
 	{
 		std::swap(_interface, other._interface);
@@ -345,11 +349,13 @@ public:
 			_interface._object = object;
 	}
 
+	/// The interface of what `reference` refers to; empty when that does not implement it.
 	template <typename From>
 	explicit Borrowed(const Ref<From>& reference) noexcept : Borrowed(reference.GetObject())
 	{
 	}
 
+	/// False when empty.
 	explicit operator bool() const noexcept
 	{
 		return _interface._object != nullptr;
@@ -368,6 +374,7 @@ private:
 class ObjectFactory
 {
 public:
+	/// A factory for the class of this id, which must live as long as the factory. Nothing is looked up yet.
 	constexpr explicit ObjectFactory(const char* classId) noexcept : _classId(classId)
 	{
 	}

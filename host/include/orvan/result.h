@@ -65,6 +65,7 @@ public:
 			Host().releaseError(_error);
 	}
 
+	/// True when there is a value; false when there is an error.
 	bool IsOk() const noexcept
 	{
 		return _error == nullptr;
@@ -81,6 +82,7 @@ public:
 		return _value;
 	}
 
+	/// The value, moved out; only when `IsOk`.
 	T GetValue() && noexcept
 	{
 		return std::move(_value);
@@ -138,15 +140,18 @@ public:
 			Host().releaseError(_error);
 	}
 
+	/// True when it worked; false when there is an error.
 	bool IsOk() const noexcept
 	{
 		return _error == nullptr;
 	}
 
+	/// Nothing: there for code that handles results of any type.
 	void GetValue() const noexcept
 	{
 	}
 
+	/// A reference to the error; only when not `IsOk`.
 	Error GetError() const noexcept
 	{
 		if (_error->count.load(std::memory_order_relaxed) != 0)

@@ -32,6 +32,7 @@ struct AbiVersion
 	std::uint32_t major;
 	std::uint32_t minor;
 
+	/// True when both numbers are the same; what fits together is asked of `CanLoad`.
 	friend constexpr bool operator==(const AbiVersion&, const AbiVersion&) noexcept = default;
 };
 

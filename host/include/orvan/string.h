@@ -59,6 +59,7 @@ public:
 	/// include `orvan/result.h`.
 	static Result<String> Create(std::string_view text) noexcept;
 
+	/// True for the text without bytes, which takes no memory.
 	bool IsEmpty() const noexcept
 	{
 		return _block == nullptr;
@@ -76,6 +77,7 @@ public:
 		return _block != nullptr ? std::string_view(_block->Text(), _block->size) : std::string_view();
 	}
 
+	/// As `View`.
 	operator std::string_view() const noexcept
 	{
 		return View();
@@ -107,16 +109,19 @@ public:
 		return _block == other._block;
 	}
 
+	/// Exchanges the texts of the two.
 	void Swap(String& other) noexcept
 	{
 		std::swap(_block, other._block);
 	}
 
+	/// True when the bytes are the same; nothing is folded or normalised.
 	friend bool operator==(const String& a, const String& b) noexcept
 	{
 		return a._block == b._block || a.View() == b.View();
 	}
 
+	/// The same with a text of another kind.
 	friend bool operator==(const String& a, std::string_view b) noexcept
 	{
 		return a.View() == b;

@@ -53,6 +53,7 @@ public:
 		return _text;
 	}
 
+	/// True for the empty URL, which designates nothing.
 	bool IsEmpty() const noexcept
 	{
 		return _text.IsEmpty();
@@ -76,6 +77,7 @@ public:
 	/// Opens what the URL designates for reading. An I/O error with this URL when that is not possible.
 	Result<InputStream> OpenInputStream() const noexcept;
 
+	/// True when the texts are the same; two ways of writing one place differ.
 	friend bool operator==(const Url& a, const Url& b) noexcept = default;
 
 private:
