@@ -28,6 +28,10 @@
 /// an absent property returns SVG's initial value; `HasAttribute` tells absent from set. Nothing is inherited here:
 /// that is the renderer's business.
 ///
+/// `CloneObject` copies an element with its id, its kind and all that was set. The copy shares the attributes until one
+/// of the two writes. It stands where any new element stands: in no tree, without children, in no document's id table,
+/// with a dirty world transform.
+///
 /// Setters fail for want of memory only, unless they say otherwise, and then change nothing. Elements do no locking.
 /// Reading one element from several threads is safe, except that `GetWorldTransform` writes a cache.
 #pragma once
@@ -63,7 +67,8 @@ public:
 	ORVAN_METHOD(7, bool, HasAttribute, (SVGImportAttribute key), key)
 
 	/// Sets the transform from the element's to its parent's coordinates, and marks the world transforms of the element
-	/// and of everything below as dirty. Does not change translation, rotation, pivot and scale.
+	/// and of everything below as dirty. Does not change translation, rotation, pivot and scale. Fails also as
+	/// `MarkTransformDirty` does; the transform is set then nevertheless. So do the seven setters further down.
 	ORVAN_METHOD(8, Result<void>, SetLocalTransform, (const Matrix2d& transform), transform)
 	ORVAN_METHOD(9, Matrix2d, GetLocalTransform, ())
 	/// The transform from the element's to the root's coordinates: the product of the local transforms from the root
@@ -76,7 +81,7 @@ public:
 	ORVAN_METHOD(13, Result<void>, SetDisplay, (SVGDisplay display), display)
 	/// Initially inherit (nothing was said).
 	ORVAN_METHOD(14, SVGDisplay, GetDisplay, ())
-	/// Sets the opacity, clamped to 0 … 1.
+	/// Sets the opacity, clamped to 0 … 1. NaN is an illegal argument, as for the other opacities.
 	ORVAN_METHOD(15, Result<void>, SetOpacity, (Float opacity), opacity)
 	/// Initially 1. A file's opacity is kept as written and may lie outside of 0 … 1; renderers clamp.
 	ORVAN_METHOD(16, Float, GetOpacity, ())
@@ -119,7 +124,8 @@ public:
 	/// Initially 0 (user units).
 	ORVAN_METHOD(38, SVGLength, GetStrokeDashOffset, ())
 
-	/// Marks the cached world transforms of the element and of everything below as out of date.
+	/// Marks the cached world transforms of the element and of everything below as out of date. When an element of
+	/// another module fails to mark itself, all others are marked, and its error is the result.
 	ORVAN_METHOD(39, Result<void>, MarkTransformDirty, ())
 	ORVAN_METHOD(40, bool, IsTransformDirty, ())
 
@@ -185,9 +191,9 @@ public:
 	ORVAN_METHOD(3, Result<void>, SetRadiusY, (const SVGLength& radius), radius)
 	/// The vertical radius. When absent: of a circle its radius, of a rectangle its horizontal radius; else 0 px.
 	ORVAN_METHOD(4, SVGLength, GetRadiusY, ())
-	/// Sets the radius of a circle ("r").
+	/// Sets the radius ("r") of a circle. Of a rectangle it sets both radii too.
 	ORVAN_METHOD(5, Result<void>, SetRadius, (const SVGLength& radius), radius)
-	/// The radius; 0 px when absent, as for an ellipse.
+	/// What `SetRadius` or the file's "r" said; 0 px when absent, as for an ellipse.
 	ORVAN_METHOD(6, SVGLength, GetRadius, ())
 };
 using SVGRadiusRef = Ref<SVGRadiusInterface>;

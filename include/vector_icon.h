@@ -46,7 +46,7 @@ public:
 	/// Stores the state and shows its layer alone of the four state layers. Does nothing when the state is the one
 	/// already stored. A missing layer is reported as a warning, after which layers may be partly switched.
 	ORVAN_METHOD(4, void, SetState, (SVGIconState state), state)
-	/// The stored state; `uninitialized` for a new icon.
+	/// The stored state; `uninitialized` for a new icon, whose layers are as the file has them until a state is set.
 	ORVAN_METHOD(5, SVGIconState, GetState, ())
 	/// Starts or stops following the icon's file. Starting does nothing unless the global switch is on and the icon has
 	/// a file, and warns when the file cannot be watched. While it is followed, a change of the file reloads the icon

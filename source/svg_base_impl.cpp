@@ -6,8 +6,44 @@
 #include "orvan/hierarchy.h"
 #include "registration.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace orvan::svg
 {
+
+namespace
+{
+
+/// Takes out every element that stands further up already.
+Result<void> RemoveRepeated(BaseArray<SVGElementRef>& elements) noexcept
+{
+	struct Place
+	{
+		std::uintptr_t object;
+		std::size_t index;
+	};
+	BaseArray<Place> places;
+	ORVAN_TRY(places.Reserve(elements.GetCount()));
+	for (std::size_t i = 0; i < elements.GetCount(); i++)
+		IgnoreResult(places.Append({reinterpret_cast<std::uintptr_t>(elements[i].GetObject()), i}));
+	const auto byIndex = [](const Place& a, const Place& b)
+	{
+		return a.index < b.index;
+	};
+	std::sort(places.begin(), places.end(),
+			  [&](const Place& a, const Place& b)
+			  { return a.object != b.object ? a.object < b.object : byIndex(a, b); });
+	auto* const end =
+		std::unique(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.object == b.object; });
+	std::sort(places.begin(), end, byIndex);
+	std::size_t count = 0;
+	for (const Place* place = places.begin(); place != end; place++)
+		elements[count++].Swap(elements[place->index]);
+	return elements.Resize(count);
+}
+
+} // namespace
 
 Result<void> Document::Init(const Url& url) noexcept
 {
@@ -54,11 +90,19 @@ Result<SVGElementRef> Document::GetElementById(const String& id) const noexcept
 Result<BaseArray<SVGElementRef>> Document::GetElementsByIdWithPrefix(const String& prefix) const noexcept
 {
 	BaseArray<SVGElementRef> found;
+	// An element that took two ids is in the table twice. Its id is at most one of the two keys, so that only entries
+	// whose key is not their element's id need a closer look.
+	bool hasOtherIds = false;
 	for (const auto& entry : _elementsById)
 	{
-		if (entry.value->GetId().View().starts_with(prefix.View()))
-			ORVAN_TRY(found.Append(entry.value));
+		const String id = entry.value->GetId();
+		if (!id.View().starts_with(prefix.View()))
+			continue;
+		hasOtherIds |= id != entry.key;
+		ORVAN_TRY(found.Append(entry.value));
 	}
+	if (hasOtherIds)
+		ORVAN_TRY(RemoveRepeated(found));
 	return found;
 }
 

@@ -13,17 +13,10 @@ namespace orvan::svg
 
 Result<void> SVGElement::SetViewport(const SVGViewport& viewport) noexcept
 {
-	DataDictionary changed = GetAttributeDictionary();
-	const auto set = [&](SVGImportAttribute key, const SVGLength& value)
-	{
-		return changed.Set(static_cast<std::int32_t>(key), value);
-	};
-	ORVAN_TRY(set(SVGImportAttribute::x, viewport.x));
-	ORVAN_TRY(set(SVGImportAttribute::y, viewport.y));
-	ORVAN_TRY(set(SVGImportAttribute::width, viewport.width));
-	ORVAN_TRY(set(SVGImportAttribute::height, viewport.height));
-	ReplaceAttributes(std::move(changed));
-	return {};
+	return StoreAll<SVGLength>({{SVGImportAttribute::x, viewport.x},
+								{SVGImportAttribute::y, viewport.y},
+								{SVGImportAttribute::width, viewport.width},
+								{SVGImportAttribute::height, viewport.height}});
 }
 
 SVGViewport SVGElement::GetViewport() const noexcept

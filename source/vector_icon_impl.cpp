@@ -39,7 +39,7 @@ Result<void> VectorIconImpl::Init(const Url& url) noexcept
 	_watch.Stop();
 	_clientSwitches.Clear();
 	ORVAN_TRY(_document->Init(url));
-	if (_state != SVGIconState::uninitialized)
+	if (_isStateSet)
 		ApplyState();
 	if (isFollowing)
 		SetLiveReloadEnabled(true);
@@ -89,7 +89,7 @@ Result<void> VectorIconImpl::InitFromMemory(const void* bytes, std::int64_t coun
 	_watch.Stop();
 	_clientSwitches.Clear();
 	ORVAN_TRY(Content().InitFromMemory(bytes, count, baseUrl));
-	if (_state != SVGIconState::uninitialized)
+	if (_isStateSet)
 		ApplyState();
 	return {};
 }
@@ -127,6 +127,7 @@ void VectorIconImpl::SetState(SVGIconState state) noexcept
 	if (state == _state)
 		return;
 	_state = state;
+	_isStateSet = true;
 	// The state has the last word about its layers, also after a reload.
 	const auto isOfState = [this](const LayerSwitch& entry)
 	{
@@ -236,7 +237,7 @@ void VectorIconImpl::Reload() noexcept
 	}
 	// Into the same document, so that references to its root, which the interface hands out, stay good.
 	Content().TakeContentOf(document);
-	if (_state != SVGIconState::uninitialized)
+	if (_isStateSet)
 		ApplyState();
 	ApplyClientSwitches();
 }

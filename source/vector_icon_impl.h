@@ -60,6 +60,7 @@ private:
 
 	SVGDocumentRef _document;
 	SVGIconState _state = SVGIconState::uninitialized;
+	bool _isStateSet = false;           ///< A client may set `uninitialized`, too, which hides all layers.
 	std::array<String, 4> _stateLayers; ///< In the order of the states' numbers.
 	BaseArray<LayerSwitch> _clientSwitches;
 	FileWatch _watch;

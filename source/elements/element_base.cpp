@@ -18,7 +18,7 @@ Result<void> ElementBase::CopyStateTo(ElementBase& copy) const noexcept
 	copy._attributes = _attributes;
 	copy._id = _id;
 	copy._type = _type;
-	// The copy stands outside of the tree, where its world transform is another one.
+	// The copy stands outside of every tree, like a new element: its world transform is another one.
 	copy._isTransformDirty = true;
 	return {};
 }
@@ -101,12 +101,46 @@ Result<void> ElementBase::MarkTransformDirty() noexcept
 	return MarkSubtreeDirty();
 }
 
-/// An element that is dirty has no clean element below it: a world transform is only ever computed together with those
-/// of all ancestors, and whoever comes under another parent is marked. So marking stops where it meets a dirty element.
+void ElementBase::OnChildAdded(ObjectBase& child) noexcept
+{
+	const ElementBase* element = AsElement(static_cast<HierarchyObject*>(&child));
+	if (element != nullptr && !element->_hasForeignBelow)
+		return;
+	for (HierarchyObject* at = this; at != nullptr; at = at->Parent())
+	{
+		if (ElementBase* above = AsElement(at))
+			above->_hasForeignBelow = true;
+	}
+}
+
+/// True when a walk that marks has this element before it or has been here.
+bool ElementBase::IsBelowMarking() const noexcept
+{
+	for (HierarchyObject* at = Parent(); at != nullptr; at = at->Parent())
+	{
+		if (const ElementBase* above = AsElement(at); above != nullptr && above->_isMarking)
+			return true;
+	}
+	return false;
+}
+
+/// Among elements of this module, one that is dirty has no clean one below it: a world transform is only ever computed
+/// together with those of all ancestors, and whoever comes under another parent is marked. So marking stops where it
+/// meets a dirty element, unless there is something foreign below, which may do as it likes.
+///
+/// Foreign elements are told, and what stands below them is marked whether they pass it on or not. When one of them
+/// fails, the others are marked nevertheless; the first error is the result.
 Result<void> ElementBase::MarkSubtreeDirty() noexcept
 {
-	if (_isTransformDirty)
+	const auto isSettled = [](const ElementBase& element)
+	{
+		return element._isTransformDirty && !element._hasForeignBelow;
+	};
+	// A foreign element that passes a mark on comes upon what the walk reaches by itself.
+	if (isSettled(*this) || (_hasForeignBelow && IsBelowMarking()))
 		return {};
+	Result<void> result;
+	_isMarking = true;
 	_isTransformDirty = true;
 	HierarchyObject* at = FirstChild();
 	while (at != nullptr)
@@ -114,14 +148,17 @@ Result<void> ElementBase::MarkSubtreeDirty() noexcept
 		HierarchyObject* below = nullptr;
 		if (ElementBase* element = AsElement(at))
 		{
-			if (!element->_isTransformDirty)
-			{
-				element->_isTransformDirty = true;
+			if (!isSettled(*element))
 				below = element->FirstChild();
-			}
+			element->_isTransformDirty = true;
 		}
 		else if (const auto foreign = SVGElementRef::From(at))
-			ORVAN_TRY(foreign->MarkTransformDirty());
+		{
+			Result<void> marked = foreign->MarkTransformDirty();
+			if (result.IsOk())
+				result = std::move(marked);
+			below = at->FirstChild();
+		}
 		if (below != nullptr)
 		{
 			at = below;
@@ -131,7 +168,8 @@ Result<void> ElementBase::MarkSubtreeDirty() noexcept
 			at = at->Parent();
 		at = at != this ? at->NextSibling() : nullptr;
 	}
-	return {};
+	_isMarking = false;
+	return result;
 }
 
 Result<void> ElementBase::RebuildLocalTransform() noexcept

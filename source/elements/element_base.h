@@ -4,11 +4,16 @@
 
 #include "svg_elements.h"
 
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+#include <utility>
+
 namespace orvan::svg
 {
 
 /// A presentation property: where it stands in the dictionary, what a getter returns when it is absent, and the
-/// limiter that a setter applies. Enumerations stand in the dictionary as Int32.
+/// limiter that a setter applies, which then refuses NaN. Enumerations stand in the dictionary as Int32.
 template <typename T>
 struct Property
 {
@@ -17,9 +22,10 @@ struct Property
 	T (*limit)(T value) = nullptr;
 };
 
+/// The nearest number of 0 … 1; 0 for what is no number.
 constexpr Float ClampToUnit(Float value) noexcept
 {
-	return value < 0.0 ? 0.0 : value > 1.0 ? 1.0 : value;
+	return value > 0.0 ? std::min(value, 1.0) : 0.0;
 }
 
 inline constexpr Property<SVGVisibility> kVisibility{SVGImportAttribute::visibility, SVGVisibility::visible};
@@ -56,9 +62,11 @@ public:
 	/// Another parent means another world transform, if there is one: in a tree that is being loaded there is none.
 	void OnParentChanged() noexcept
 	{
-		if (!_isTransformDirty)
+		if (!_isTransformDirty || _hasForeignBelow)
 			IgnoreResult(MarkSubtreeDirty());
 	}
+
+	void OnChildAdded(ObjectBase& child) noexcept;
 
 	// Access to the dictionary, for this class, the components and the element classes.
 
@@ -66,6 +74,17 @@ public:
 	Result<void> Store(SVGImportAttribute key, T value) noexcept
 	{
 		return _attributes.Set(static_cast<std::int32_t>(key), std::move(value));
+	}
+
+	/// Stores all of these values or, when memory runs out, none.
+	template <typename T>
+	Result<void> StoreAll(std::initializer_list<std::pair<SVGImportAttribute, T>> values) noexcept
+	{
+		DataDictionary changed = _attributes;
+		for (const auto& [key, value] : values)
+			ORVAN_TRY(changed.Set(static_cast<std::int32_t>(key), value));
+		_attributes = std::move(changed);
+		return {};
 	}
 
 	template <typename T>
@@ -84,8 +103,15 @@ public:
 	template <typename T>
 	Result<void> Set(const Property<T>& property, T value) noexcept
 	{
-		if (property.limit != nullptr)
-			value = property.limit(value);
+		if constexpr (std::is_floating_point_v<T>)
+		{
+			if (property.limit != nullptr)
+			{
+				if (std::isnan(value))
+					return IllegalArgumentError("NaN is no opacity.");
+				value = property.limit(value);
+			}
+		}
 		if constexpr (std::is_enum_v<T>)
 			return Store(property.key, static_cast<std::int32_t>(value));
 		else
@@ -234,6 +260,7 @@ private:
 	Result<Transforms*> OwnTransforms() noexcept;
 	Result<void> RebuildLocalTransform() noexcept;
 	Result<void> UpdateWorldTransform() noexcept;
+	bool IsBelowMarking() const noexcept;
 	Result<void> MarkSubtreeDirty() noexcept;
 	const Transforms& CurrentTransforms() const noexcept;
 
@@ -242,6 +269,8 @@ private:
 	Transforms* _transforms = nullptr;
 	SVGImportElementKind _type;
 	bool _isTransformDirty = true;
+	bool _hasForeignBelow = false; ///< Something below is of another module, or was once.
+	bool _isMarking = false;       ///< `MarkSubtreeDirty` is at work below this element.
 };
 
 /// The element behind a hierarchy object, when its class is one of this module's; null for others.

@@ -33,11 +33,7 @@ protected:
 	/// Sets both or, when memory runs out, none.
 	Result<void> SetBoth(const SVGLength2d& value) noexcept
 	{
-		DataDictionary changed = _element.GetAttributeDictionary();
-		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(first), value.x));
-		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(second), value.y));
-		_element.ReplaceAttributes(std::move(changed));
-		return {};
+		return _element.StoreAll<SVGLength>({{first, value.x}, {second, value.y}});
 	}
 
 	SVGLength GetFirst() const noexcept
@@ -122,8 +118,9 @@ private:
 
 // clang-format on
 
-/// Radii. Of a circle an absent one follows "r"; of a rectangle it follows the other one.
-class Radius : public LengthPair<SVGImportAttribute::rx, SVGImportAttribute::ry>
+/// Radii. An absent one follows another attribute: `insteadOfX` and `insteadOfY` say which.
+template <SVGImportAttribute insteadOfX, SVGImportAttribute insteadOfY>
+class RadiusOr : public LengthPair<SVGImportAttribute::rx, SVGImportAttribute::ry>
 {
 public:
 	using Interface = SVGRadiusInterface;
@@ -137,7 +134,7 @@ public:
 
 	SVGLength GetRadiusX() const noexcept
 	{
-		return _element.GetOr(SVGImportAttribute::rx, _element.GetOr(Fallback(SVGImportAttribute::ry), SVGLength()));
+		return _element.GetOr(SVGImportAttribute::rx, _element.GetOr(insteadOfX, SVGLength()));
 	}
 
 	Result<void> SetRadiusY(const SVGLength& radius) noexcept
@@ -147,7 +144,7 @@ public:
 
 	SVGLength GetRadiusY() const noexcept
 	{
-		return _element.GetOr(SVGImportAttribute::ry, _element.GetOr(Fallback(SVGImportAttribute::rx), SVGLength()));
+		return _element.GetOr(SVGImportAttribute::ry, _element.GetOr(insteadOfY, SVGLength()));
 	}
 
 	Result<void> SetRadius(const SVGLength& radius) noexcept
@@ -159,11 +156,21 @@ public:
 	{
 		return _element.GetOr(SVGImportAttribute::r, SVGLength());
 	}
+};
 
-private:
-	SVGImportAttribute Fallback(SVGImportAttribute other) const noexcept
+/// Radii of a circle follow "r".
+using CircleRadius = RadiusOr<SVGImportAttribute::r, SVGImportAttribute::r>;
+
+/// Those of a rectangle follow each other. It has no radius of its own, so that setting one sets both.
+class RectRadius : public RadiusOr<SVGImportAttribute::ry, SVGImportAttribute::rx>
+{
+public:
+	using RadiusOr::RadiusOr;
+
+	Result<void> SetRadius(const SVGLength& radius) noexcept
 	{
-		return _element.GetElementType() == SVGImportElementKind::rect ? other : SVGImportAttribute::r;
+		return _element.StoreAll<SVGLength>(
+			{{SVGImportAttribute::r, radius}, {SVGImportAttribute::rx, radius}, {SVGImportAttribute::ry, radius}});
 	}
 };
 

@@ -31,6 +31,12 @@ TEST_F(IconLayers, ShowTheStateAlone)
 	icon->SetState(State(7));
 	EXPECT_EQ("2222", Displays(icon));
 	EXPECT_EQ(State(7), icon->GetState());
+
+	// Set by a client, even the state of a new icon is one that shows no layer, also in the next file.
+	icon->SetState(State::uninitialized);
+	const auto document = Cast<SVGDocumentInterface>(icon);
+	Must(document->Init(document->GetUrl()));
+	EXPECT_EQ("2222", Displays(icon));
 }
 
 TEST_F(IconLayers, AreLeftAloneByTheStateThatIsAlreadyStored)

@@ -49,7 +49,7 @@ static_assert(offsetof(ModuleDescriptor, hostServices) == 16 && offsetof(ModuleD
 static_assert(HasLayout<RegistrationEntry, 40>() && HasLayout<InterfaceDeclaration, 40>());
 static_assert(HasLayout<DataTypeDeclaration, 24>() && HasLayout<FrameworkDeclaration, 32>());
 static_assert(HasLayout<UseDeclaration, 24>() && HasLayout<InterfaceBinding, 24>());
-static_assert(HasLayout<ClassDeclaration, 72>() && offsetof(ClassDeclaration, bindings) == 56);
+static_assert(HasLayout<ClassDeclaration, 80>() && offsetof(ClassDeclaration, bindings) == 64);
 static_assert(HasLayout<DataTypeOperations, 96>() && offsetof(DataTypeOperations, construct) == 16 &&
 			  offsetof(DataTypeOperations, array) == 88);
 

@@ -3,6 +3,8 @@
 #include "support/svg_module.h"
 #include "svg_import.h"
 
+#include <algorithm>
+#include <map>
 #include <set>
 
 namespace orvan
@@ -138,6 +140,30 @@ TEST_F(Document, FindsChangedIdsByPrefixAndOldOnesByTheTable)
 	EXPECT_EQ(Ids(), IdsWithPrefix("old"));
 	EXPECT_EQ(Find(document, "old")->GetId(), "new");
 	EXPECT_FALSE(document->GetElementById(Text("new")).IsOk());
+}
+
+TEST_F(Document, FindsAnElementWithTwoIdsByBothAndNamesItOnce)
+{
+	Init("<svg id='s'><g id='a' style='id:b'/><g id='c'/><g style='id:d' id='b2'/></svg>");
+	EXPECT_EQ(Find(document, "a"), Find(document, "b"));
+	EXPECT_EQ((Ids{"b", "b2", "c", "s"}), IdsWithPrefix(""));
+	EXPECT_EQ((Ids{"b", "b2"}), IdsWithPrefix("b"));
+	// In the table's order, at the first of the two places. Elements with one id each tell how the table is in order.
+	const auto order = [this](const std::map<std::string, std::string>& names)
+	{
+		std::vector<std::string> ids;
+		for (const SVGElementRef& element : Must(document->GetElementsByIdWithPrefix({})))
+		{
+			const std::string id(element->GetId());
+			const std::string& name = names.contains(id) ? names.at(id) : id;
+			if (std::find(ids.begin(), ids.end(), name) == ids.end())
+				ids.push_back(name);
+		}
+		return ids;
+	};
+	const auto actual = order({});
+	Init("<svg id='s'><g id='a'/><g id='b'/><g id='c'/><g id='d'/><g id='b2'/></svg>");
+	EXPECT_EQ(order({{"a", "b"}, {"d", "b2"}}), actual);
 }
 
 TEST_F(Document, TakesItsTreeApartWhenItIsReset)

@@ -112,6 +112,12 @@ TEST_F(ElementBase, ClampsOpacitiesThatAreSetToTheUnitInterval)
 	EXPECT_EQ(1.0, element->GetAttributeDictionary().GetOr(7, 0.5));
 	EXPECT_EQ(0.0, element->GetFillOpacity());
 	EXPECT_EQ(1.0, element->GetStrokeOpacity());
+	for (const auto& refused : {element->SetOpacity(std::nan("")), element->SetFillOpacity(-std::nan("")),
+								element->SetStrokeOpacity(std::nan(""))})
+		EXPECT_EQ("NaN is no opacity.", MessageOf(refused));
+	EXPECT_EQ(1.0, element->GetOpacity());
+	Must(element->SetOpacity(-std::numeric_limits<Float>::infinity()));
+	EXPECT_EQ(0.0, element->GetOpacity());
 }
 
 TEST_F(ElementBase, SharesAttributesWithItsCopyUntilOneOfThemWrites)
@@ -264,6 +270,82 @@ TEST_F(ElementBase, KnowsItsWorldTransformAfterAnyChangeOfTheTree)
 			ASSERT_EQ(ProductOfAncestors(at), Must(at->GetWorldTransform())) << "step " << step;
 		}
 	}
+}
+
+/// Elements of another module: they stand at (100, 0) whatever is above them, do not tell those below of a mark, and
+/// fail while they are not displayed.
+class ForeignElements : public ElementBase
+{
+protected:
+	void SetUp() override
+	{
+		_guest = Must(Module::Load(ORVAN_GUEST_MODULE));
+		foreign = Must(CreateObject<SVGElementInterface>("net.orvan.test.class.element"));
+	}
+
+	void TearDown() override
+	{
+		foreign = nullptr;
+		Hierarchy(element)->RemoveAllChildren();
+		Must(Module::Unload(_guest));
+	}
+
+	SVGElementRef foreign;
+	const SVGElementRef below = Make("svgrectelement");
+
+private:
+	Module* _guest = nullptr;
+};
+
+TEST_F(ForeignElements, PassOnTheirTransformsAndTheirErrors)
+{
+	Insert(below, foreign);
+	Must(below->SetTranslation({1.0, 2.0}));
+	Must(foreign->SetDisplay(SVGDisplay::none));
+	EXPECT_EQ("The place is unknown.", MessageOf(below->GetWorldTransform()));
+	EXPECT_TRUE(below->IsTransformDirty());
+	Must(foreign->SetDisplay(SVGDisplay::shown));
+	EXPECT_EQ((Vector2d{101.0, 2.0}), Must(below->GetWorldTransform()).offset);
+}
+
+TEST_F(ForeignElements, AreMarkedWithAllBelowAlsoWhereTheElementsAboveAreDirty)
+{
+	// A group, put together from below, with nothing asked for its place: from the top, each of these is dirty.
+	const SVGElementRef inner = Make("svggroupelement");
+	Insert(below, foreign);
+	Insert(foreign, inner);
+	Insert(inner, element);
+	Must(below->GetWorldTransform());
+	EXPECT_TRUE(element->IsTransformDirty());
+	CollectedDiagnostics marks;
+	Must(element->SetTranslation({3.0, 4.0}));
+	EXPECT_EQ(std::vector<std::string>{"marked"}, marks.lines);
+	EXPECT_TRUE(below->IsTransformDirty());
+
+	Must(below->GetWorldTransform());
+	const SVGElementRef other = Make("svggroupelement");
+	Insert(inner, other);
+	EXPECT_EQ(2u, marks.lines.size());
+	EXPECT_TRUE(below->IsTransformDirty()) << "another parent, another place";
+}
+
+TEST_F(ForeignElements, ThatCannotBeMarkedKeepNoMarkFromOthers)
+{
+	const SVGElementRef sibling = Make("svgrectelement");
+	Insert(foreign, element);
+	Insert(below, foreign);
+	Insert(sibling, element);
+	for (const auto& each : {below, sibling})
+		Must(each->GetWorldTransform());
+	Must(foreign->SetDisplay(SVGDisplay::none));
+	EXPECT_EQ("No mark sticks.", MessageOf(element->SetTranslation({5.0, 6.0})));
+	EXPECT_EQ("No mark sticks.", MessageOf(element->MarkTransformDirty())) << "each time";
+	for (const auto& each : {below, sibling})
+		EXPECT_TRUE(each->IsTransformDirty());
+	EXPECT_EQ((Vector2d{5.0, 6.0}), Must(sibling->GetWorldTransform()).offset) << "what was set stays set";
+	Must(foreign->SetDisplay(SVGDisplay::shown));
+	EXPECT_EQ("no error", MessageOf(element->MarkTransformDirty()));
+	EXPECT_TRUE(sibling->IsTransformDirty());
 }
 
 TEST_F(ElementBase, WorldTransformsAreHadInTreesDeeperThanTheStack)

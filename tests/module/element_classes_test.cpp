@@ -114,6 +114,18 @@ TEST_F(ElementClasses, RadiiOfCirclesFollowTheRadiusAndThoseOfRectsEachOther)
 	Must(corners->SetRadiusY(Px(6.0)));
 	EXPECT_EQ(Px(5.0), corners->GetRadiusX());
 	EXPECT_EQ(Px(6.0), corners->GetRadiusY());
+	Must(corners->SetRadius(Px(7.0)));
+	for (const Attribute key : {Attribute::r, Attribute::rx, Attribute::ry})
+		EXPECT_EQ(Px(7.0), Stored(rect, key));
+
+	// What the class is decides, not the kind that a client may set.
+	const SVGElementRef other = Make("svgcircleelement");
+	Must(other->SetElementType(Kind::rect));
+	Must(Cast<SVGRadiusInterface>(other)->SetRadiusY(Px(8.0)));
+	EXPECT_EQ(Px(0.0), Cast<SVGRadiusInterface>(other)->GetRadiusX());
+	Must(Cast<SVGRadiusInterface>(other)->SetRadius(Px(9.0)));
+	EXPECT_EQ(Px(9.0), Cast<SVGRadiusInterface>(other)->GetRadiusX());
+	EXPECT_EQ(Px(8.0), Cast<SVGRadiusInterface>(other)->GetRadiusY());
 }
 
 TEST_F(ElementClasses, ViewportIsPutTogetherFromItsParts)

@@ -283,44 +283,5 @@ TEST_F(ModuleLoading, ADrawingContextOfAnotherModuleReceivesTheTree)
 	Must(Module::Unload(module));
 }
 
-TEST_F(ModuleLoading, ElementsOfAnotherModuleTakePartInTransforms)
-{
-	Module* module = Must(Module::Load(kModule));
-	Module* guest = Must(Module::Load(ORVAN_GUEST_MODULE));
-	{
-		const auto make = [](const char* id)
-		{
-			return Must(CreateObject<SVGElementInterface>(id));
-		};
-		const auto insert = [](const SVGElementRef& child, const SVGElementRef& parent)
-		{
-			Must(
-				Cast<HierarchyObjectInterface>(child)->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(parent), {}));
-		};
-		const SVGElementRef foreign = make("net.orvan.test.class.element");
-		const SVGElementRef below = make("net.orvan.image.class.svgrectelement");
-		insert(below, foreign);
-		Must(below->SetTranslation({1.0, 2.0}));
-		Must(foreign->SetDisplay(SVGDisplay::none));
-		EXPECT_EQ("The place is unknown.", MessageOf(below->GetWorldTransform()));
-		EXPECT_TRUE(below->IsTransformDirty());
-		Must(foreign->SetDisplay(SVGDisplay::shown));
-		EXPECT_EQ((Vector2d{101.0, 2.0}), Must(below->GetWorldTransform()).offset);
-
-		const SVGElementRef above = make("net.orvan.image.class.svggroupelement");
-		insert(foreign, above);
-		Must(above->GetWorldTransform());
-		CollectedDiagnostics marks;
-		Must(above->SetTranslation({3.0, 4.0}));
-		EXPECT_EQ(std::vector<std::string>{"marked"}, marks.lines);
-		Must(above->GetWorldTransform());
-		Must(foreign->SetDisplay(SVGDisplay::none));
-		EXPECT_EQ("No mark sticks.", MessageOf(above->SetTranslation({5.0, 6.0})));
-		EXPECT_EQ((Vector2d{5.0, 6.0}), Must(above->GetWorldTransform()).offset) << "what was set before stays set";
-	}
-	Must(Module::Unload(guest));
-	Must(Module::Unload(module));
-}
-
 } // namespace
 } // namespace orvan

@@ -40,6 +40,8 @@ struct ClassDeclaration
 	void (*destruct)(ObjectBase* object) noexcept;
 	/// Called when a hierarchy object got another parent, or none; null when the class does not care.
 	void (*parentChanged)(ObjectBase* object) noexcept;
+	/// Called when a hierarchy object got another child, whatever the child's class; null when the class does not care.
+	void (*childAdded)(ObjectBase* object, ObjectBase* child) noexcept;
 	const InterfaceBinding* bindings;
 	int bindingCount;
 };
@@ -82,7 +84,7 @@ inline constexpr std::array<InterfaceBinding, sizeof...(Bindings)> kBindings = {
 
 /// The declaration of class `Impl`, which derives from `ObjectBase` first. Recognised where `Impl` has them:
 /// `Result<void> Initialize()`, `Result<void> CopyStateTo(Impl& copy) const` (makes the class copyable),
-/// `void OnParentChanged()`.
+/// `void OnParentChanged()`, `void OnChildAdded(ObjectBase& child)`.
 template <std::derived_from<ObjectBase> Impl, typename... Bindings>
 constexpr ClassDeclaration DeclareClass(const char* id) noexcept
 {
@@ -120,6 +122,11 @@ constexpr ClassDeclaration DeclareClass(const char* id) noexcept
 		declaration.parentChanged = [](ObjectBase* object) noexcept
 		{
 			static_cast<Impl*>(object)->OnParentChanged();
+		};
+	if constexpr (requires(Impl & object, ObjectBase & child) { object.OnChildAdded(child); })
+		declaration.childAdded = [](ObjectBase* object, ObjectBase* child) noexcept
+		{
+			static_cast<Impl*>(object)->OnChildAdded(*child);
 		};
 	declaration.bindings = detail::kBindings<Impl, Bindings...>.data();
 	declaration.bindingCount = sizeof...(Bindings);

@@ -83,6 +83,8 @@ public:
 		(_previous != nullptr ? _previous->_next : newParent->_firstChild) = this;
 		newParent->_lastChild = this;
 		NotifyParentChanged();
+		if (const auto notify = newParent->GetClass().declaration.load(std::memory_order_relaxed)->childAdded)
+			notify(newParent, this);
 		return {};
 	}
 
