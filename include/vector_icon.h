@@ -48,14 +48,19 @@ public:
 	ORVAN_METHOD(4, void, SetState, (SVGIconState state), state)
 	/// The stored state; `uninitialized` for a new icon, whose layers are as the file has them until a state is set.
 	ORVAN_METHOD(5, SVGIconState, GetState, ())
-	/// Starts or stops following the icon's file. Starting does nothing unless the global switch is on and the icon has
-	/// a file, and warns when the file cannot be watched. While it is followed, a change of the file reloads the icon
-	/// and applies the state and the client's layer switches again; a file that cannot be loaded leaves the icon as it
-	/// is, with a warning, until the next change. Never called on an icon that has been released or switched off.
+	/// Switches live reload on or off. Switching it on does nothing unless the global switch is on and the icon has a
+	/// file, and warns when the file cannot be watched. Once on it stays on until it is switched off: through other
+	/// files, loads that fail, `Reset` and the global switch; and whenever the icon has a file, that is followed.
+	///
+	/// When the followed file differs from what was loaded, the icon is reloaded, and the state and the client's layer
+	/// switches are applied again. A file that cannot be loaded leaves the icon as it is, with a warning, until the
+	/// next change. Reloads happen inside the host's event processing, and never on an icon that has been released or
+	/// switched off.
 	ORVAN_METHOD(6, void, SetLiveReloadEnabled, (bool enabled), enabled)
-	/// Sets the switch of the whole process that allows icons to start live reload. Initially on. Turning it off stops
-	/// no icon, but changes that are due while it is off are not loaded.
+	/// Sets the switch of the whole process that allows icons to reload. Initially on. Turning it off switches no icon
+	/// off; changes that fall due meanwhile are loaded when it is on again.
 	ORVAN_METHOD(7, void, GlobalSetLiveReloadEnabled, (bool enabled), enabled)
+	/// The switch of the whole process.
 	ORVAN_METHOD(8, bool, GlobalGetLiveReloadEnabled, ())
 };
 using VectorIconRef = Ref<VectorIconInterface>;

@@ -67,6 +67,7 @@ void Document::Reset() noexcept
 	_rootElement = nullptr;
 	_url = Url();
 	_report = SVGImportReport();
+	_stamp = FileStamp();
 	_isPlaceholder = false;
 }
 
@@ -111,8 +112,14 @@ bool Document::IsPlaceholder() const noexcept
 	return _isPlaceholder;
 }
 
+const FileStamp& Document::GetStamp() const noexcept
+{
+	return _stamp;
+}
+
 void Document::TakeContentOf(Document& other) noexcept
 {
+	_stamp = other._stamp;
 	_elementsById = std::move(other._elementsById);
 	_rootElement = std::move(other._rootElement);
 	_report = std::move(other._report);
@@ -154,6 +161,7 @@ Result<SVGImportReport> Document::GetImportReport() const noexcept
 Result<void> Document::Load() noexcept
 {
 	InputStream stream = ORVAN_TRY(_url.OpenInputStream());
+	_stamp = stream.GetStamp();
 	const std::int64_t length = ORVAN_TRY(stream.GetStreamLength());
 	BaseArray<char> buffer;
 	// One byte more from the start, for the zero that ends the text.

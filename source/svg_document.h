@@ -29,6 +29,8 @@ public:
 
 	/// True when the file was refused, so that the tree is a placeholder.
 	bool IsPlaceholder() const noexcept;
+	/// The file that the tree was read from, as it was then; empty where there was none.
+	const FileStamp& GetStamp() const noexcept;
 	/// Lets go of the tree and the ids, without taking the tree apart, and takes over those of `other`.
 	void TakeContentOf(Document& other) noexcept;
 
@@ -42,6 +44,7 @@ private:
 	Url _url;
 	SVGImportOptions _options;
 	SVGImportReport _report;
+	FileStamp _stamp;
 	bool _isPlaceholder = false;
 };
 

@@ -35,15 +35,13 @@ Result<void> VectorIconImpl::Initialize() noexcept
 
 Result<void> VectorIconImpl::Init(const Url& url) noexcept
 {
-	const bool isFollowing = _watch.IsActive();
 	_watch.Stop();
 	_clientSwitches.Clear();
-	ORVAN_TRY(_document->Init(url));
-	if (_isStateSet)
+	Result<void> loaded = _document->Init(url);
+	if (loaded.IsOk() && _isStateSet)
 		ApplyState();
-	if (isFollowing)
-		SetLiveReloadEnabled(true);
-	return {};
+	Follow();
+	return loaded;
 }
 
 void VectorIconImpl::Reset() noexcept
@@ -146,11 +144,27 @@ SVGIconState VectorIconImpl::GetState() const noexcept
 void VectorIconImpl::SetLiveReloadEnabled(bool enabled) noexcept
 {
 	if (!enabled)
-		return _watch.Stop();
-	if (_watch.IsActive() || !g_isLiveReloadAllowed || GetUrl().IsEmpty())
+	{
+		_isLiveReloadOn = false;
+		_watch.Stop();
+	}
+	else if (g_isLiveReloadAllowed && !GetUrl().IsEmpty())
+	{
+		_isLiveReloadOn = true;
+		Follow();
+	}
+}
+
+/// Watches the icon's file where live reload is on and there is one. A change since the file was read is noticed at
+/// once.
+void VectorIconImpl::Follow() noexcept
+{
+	if (!_isLiveReloadOn || _watch.IsActive() || GetUrl().IsEmpty())
 		return;
-	Result<FileWatch> watch = FileWatch::Start(
-		GetUrl(), [](void* icon) noexcept { static_cast<VectorIconImpl*>(icon)->Reload(); }, this);
+	const FileStamp& stamp = static_cast<const Document&>(*_document.GetObject()).GetStamp();
+	Result<FileWatch> watch =
+		FileWatch::Start(GetUrl(), [](void* icon) noexcept { return static_cast<VectorIconImpl*>(icon)->Reload(); },
+						 this, {.loaded = &stamp, .owner = this});
 	if (watch.IsOk())
 		_watch = std::move(watch).GetValue();
 	else
@@ -160,6 +174,8 @@ void VectorIconImpl::SetLiveReloadEnabled(bool enabled) noexcept
 void VectorIconImpl::GlobalSetLiveReloadEnabled(bool enabled) noexcept
 {
 	g_isLiveReloadAllowed = enabled;
+	if (enabled)
+		FileWatch::RetryPostponed();
 }
 
 bool VectorIconImpl::GlobalGetLiveReloadEnabled() const noexcept
@@ -212,13 +228,12 @@ void VectorIconImpl::ApplyClientSwitches() noexcept
 	}
 }
 
-/// Called by the host when the icon's file has changed.
-void VectorIconImpl::Reload() noexcept
+/// Called by the host when the icon's file has changed. The host keeps the icon alive meanwhile: whoever reads the
+/// diagnostics may let it go.
+FileChangeOutcome VectorIconImpl::Reload() noexcept
 {
 	if (!g_isLiveReloadAllowed)
-		return;
-	// Whoever reads the diagnostics may let the icon go.
-	const ObjectRef self = ObjectRef::From(this);
+		return FileChangeOutcome::postponed;
 	Result<SVGDocumentRef> fresh = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
 	if (fresh.IsOk())
 		IgnoreResult(static_cast<Document&>(*fresh.GetValue().GetObject()).SetImportOptions(GetImportOptions()));
@@ -227,19 +242,20 @@ void VectorIconImpl::Reload() noexcept
 	{
 		WarningOutput("Icon '@' stays as it is, because its file could not be loaded. @", GetUrl().GetText(),
 					  loaded.GetError());
-		return;
+		return FileChangeOutcome::failed;
 	}
 	auto& document = static_cast<Document&>(*fresh.GetValue().GetObject());
 	if (document.IsPlaceholder())
 	{
 		WarningOutput("Icon '@' stays as it is, because its file has no content that can be used.", GetUrl().GetText());
-		return;
+		return FileChangeOutcome::failed;
 	}
 	// Into the same document, so that references to its root, which the interface hands out, stay good.
 	Content().TakeContentOf(document);
 	if (_isStateSet)
 		ApplyState();
 	ApplyClientSwitches();
+	return FileChangeOutcome::reloaded;
 }
 
 namespace

@@ -20,7 +20,7 @@ class VectorIconImpl : public ObjectBase
 public:
 	Result<void> Initialize() noexcept;
 
-	// The document. Loading another file keeps a live reload going on that file.
+	// The document. Live reload, once on, follows whatever file there is.
 	Result<void> Init(const Url& url) noexcept;
 	void Reset() noexcept;
 	const Url& GetUrl() const noexcept;
@@ -56,14 +56,16 @@ private:
 	Result<void> ShowState() noexcept;
 	void ApplyState() noexcept;
 	void ApplyClientSwitches() noexcept;
-	void Reload() noexcept;
+	void Follow() noexcept;
+	FileChangeOutcome Reload() noexcept;
 
 	SVGDocumentRef _document;
 	SVGIconState _state = SVGIconState::uninitialized;
 	bool _isStateSet = false;           ///< A client may set `uninitialized`, too, which hides all layers.
 	std::array<String, 4> _stateLayers; ///< In the order of the states' numbers.
 	BaseArray<LayerSwitch> _clientSwitches;
-	FileWatch _watch;
+	bool _isLiveReloadOn = false; ///< The icon's own: it outlives files, and the global switch.
+	FileWatch _watch;             ///< Of the present file.
 };
 
 } // namespace orvan::svg

@@ -28,9 +28,9 @@ TEST_F(IconLayers, ShowTheStateAlone)
 	EXPECT_EQ("1222", Displays(icon));
 	icon->SetState(State::enabledDeactivatedNoHighlight);
 	EXPECT_EQ("2221", Displays(icon));
-	icon->SetState(State(7));
+	icon->SetState(State(4));
 	EXPECT_EQ("2222", Displays(icon));
-	EXPECT_EQ(State(7), icon->GetState());
+	EXPECT_EQ(State(4), icon->GetState());
 
 	// Set by a client, even the state of a new icon is one that shows no layer, also in the next file.
 	icon->SetState(State::uninitialized);

@@ -64,10 +64,11 @@ TEST_F(LiveReload, FollowsRewritesRenamesAndRecreation)
 TEST_F(LiveReload, AppliesTheStateAndThenTheClientsSwitches)
 {
 	const VectorIconRef icon = Follow(file);
+	Must(icon->SetLayerEnabled(Text("first"), true));         // Will be gone in between.
 	Must(icon->SetLayerEnabled(Text(kStateLayers[0]), true)); // Overruled by the state.
 	icon->SetState(SVGIconState::enabledActivatedNoHighlight);
-	Must(icon->ToggleLayer(Text(kStateLayers[3])));
-	Must(icon->SetLayerEnabled(Text("first"), true)); // Will be gone in between.
+	for (int times = 0; times < 3; times++)
+		Must(icon->ToggleLayer(Text(kStateLayers[3])));
 	EXPECT_EQ("2121", Displays(icon));
 	Write("second");
 	PumpUntilQuiet();
@@ -77,7 +78,83 @@ TEST_F(LiveReload, AppliesTheStateAndThenTheClientsSwitches)
 	Write("first");
 	PumpUntilQuiet();
 	EXPECT_EQ(SVGDisplay::shown, icon->GetLayer(Text("first"))->GetDisplay());
+
+	// The switches belong to the file, the state to the icon.
+	const auto document = Cast<SVGDocumentInterface>(icon);
+	const Url url = document->GetUrl();
+	for (const bool isReset : {false, true})
+	{
+		Must(icon->SetLayerEnabled(Text(kStateLayers[3]), true));
+		if (isReset)
+			document->Reset();
+		Must(document->Init(url));
+		Write(isReset ? "after Reset" : "after Init");
+		PumpUntilQuiet();
+		EXPECT_EQ("2122", Displays(icon)) << RootId(icon);
+	}
 	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(LiveReload, ComparesWhatWasLoaded)
+{
+	const VectorIconRef late = LoadIcon(file);
+	Write("before the switch");
+	late->SetLiveReloadEnabled(true);
+	PumpUntilQuiet();
+	EXPECT_EQ("before the switch", RootId(late));
+	const SVGElementRef root = Cast<SVGDocumentInterface>(late)->GetRootElement();
+	late->SetLiveReloadEnabled(false);
+	late->SetLiveReloadEnabled(true);
+	PumpUntilQuiet();
+	EXPECT_EQ(root, Cast<SVGDocumentInterface>(late)->GetRootElement()) << "a reload is a load";
+
+	// Whoever reads the diagnostics mends the file while it is being loaded.
+	const std::string text = file.string();
+	const auto mend = [](const Diagnostic&, void* context)
+	{
+		WriteFile(*static_cast<const std::string*>(context), IconFile(kStateLayers, "mended"));
+	};
+	WriteFile(file, "<broken");
+	const auto document = Cast<SVGDocumentInterface>(late);
+	{
+		const ThreadDiagnosticSink sink(mend, const_cast<std::string*>(&text));
+		Must(document->Init(document->GetUrl()));
+	}
+	EXPECT_EQ("", RootId(late));
+	PumpUntilQuiet();
+	EXPECT_EQ("mended", RootId(late));
+}
+
+TEST_F(LiveReload, StaysOnUntilItIsSwitchedOff)
+{
+	const VectorIconRef icon = Follow(file);
+	const auto document = Cast<SVGDocumentInterface>(icon);
+	const Url url = document->GetUrl();
+	const auto expectReload = [&](const std::string& mark)
+	{
+		Write(mark);
+		PumpUntilQuiet();
+		EXPECT_EQ(mark, RootId(icon));
+	};
+	icon->SetState(SVGIconState::enabledActivatedHighlight);
+	icon->SetState(SVGIconState::uninitialized);
+	EXPECT_FALSE(document->Init(Must(Url::FromPath((folder / "missing.svg").string()))).IsOk());
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+	Must(document->Init(url));
+	expectReload("after a load that failed");
+	EXPECT_EQ("2222", Displays(icon)) << "the state that was set";
+	document->Reset();
+	Must(document->Init(url));
+	expectReload("after Reset");
+	icon->GlobalSetLiveReloadEnabled(false);
+	Must(document->Init(url));
+	icon->GlobalSetLiveReloadEnabled(true);
+	expectReload("after a load without the global switch");
+	icon->SetLiveReloadEnabled(false);
+	Must(document->Init(url));
+	Write("unseen");
+	PumpUntilQuiet();
+	EXPECT_EQ("after a load without the global switch", RootId(icon));
 }
 
 TEST_F(LiveReload, KeepsTheLastGoodTreeUntilTheFileIsGoodAgain)
@@ -151,35 +228,52 @@ TEST_F(LiveReload, ReachesEveryIconOfTheFileAndNoneThatIsReleasedOrSwitchedOff)
 
 TEST_F(LiveReload, SurvivesAnIconThatIsReleasedByWhoReadsItsWarnings)
 {
-	VectorIconRef icon = Follow(file);
+	struct Client
+	{
+		VectorIconRef icon;
+		WeakRef observer;
+		int count = 0;
+	};
+	Client client{Follow(file), {}};
+	client.observer = Must(WeakRef::To(client.icon.GetObject()));
 	const auto release = [](const Diagnostic&, void* context)
 	{
-		*static_cast<VectorIconRef*>(context) = nullptr;
+		auto& its = *static_cast<Client*>(context);
+		its.icon = nullptr;
+		EXPECT_TRUE(its.observer.Lock()) << "it is at work still";
+		its.count++;
 	};
-	const ThreadDiagnosticSink sink(release, &icon);
+	const ThreadDiagnosticSink sink(release, &client);
 	WriteFile(file, "<broken");
 	PumpUntilQuiet();
-	EXPECT_FALSE(icon);
+	EXPECT_EQ(2, client.count) << "the parser's, and the icon's";
+	EXPECT_FALSE(client.observer.Lock());
 }
 
-TEST_F(LiveReload, NeedsTheGlobalSwitchToStartAndToLoad)
+TEST_F(LiveReload, NeedsAFileToStartAndTheGlobalSwitchToStartAndToLoad)
 {
+	const auto empty = Must(CreateObject<VectorIconInterface>(kVectorIconClass));
+	empty->SetLiveReloadEnabled(true);
+	Must(Cast<SVGDocumentInterface>(empty)->Init(Must(Url::FromPath(file.string()))));
 	const VectorIconRef before = Follow(file);
 	EXPECT_TRUE(before->GlobalGetLiveReloadEnabled());
 	before->GlobalSetLiveReloadEnabled(false);
 	const VectorIconRef refused = Follow(file);
 	EXPECT_FALSE(refused->GlobalGetLiveReloadEnabled());
-	Write("unseen");
+	Write("postponed");
 	PumpUntilQuiet();
 	EXPECT_EQ("first", RootId(before));
 	before->GlobalSetLiveReloadEnabled(true);
+	PumpUntilQuiet();
+	EXPECT_EQ("postponed", RootId(before));
 	Write("seen");
 	PumpUntilQuiet();
 	EXPECT_EQ("seen", RootId(before));
-	EXPECT_EQ("first", RootId(refused)) << "its start was refused, and is not made up for";
+	for (const auto& icon : {refused, empty})
+		EXPECT_EQ("first", RootId(icon)) << "its start was refused, and is not made up for";
 }
 
-TEST_F(LiveReload, GoesOnWithTheNextFileAndEndsWithReset)
+TEST_F(LiveReload, GoesOnWithTheNextFileAndFollowsNoneAfterReset)
 {
 	const VectorIconRef icon = Follow(file);
 	const auto document = Cast<SVGDocumentInterface>(icon);
