@@ -56,6 +56,7 @@ public:
 	ORVAN_METHOD(1, Result<void>, SetId, (const String& id), id)
 	/// The id; empty when there is none.
 	ORVAN_METHOD(2, String, GetId, ())
+	/// Sets the number that `GetElementType` returns. The class, and what it implements, stays.
 	ORVAN_METHOD(3, Result<void>, SetElementType, (SVGImportElementKind type), type)
 	/// The kind of element; that of its class unless it was set.
 	ORVAN_METHOD(4, SVGImportElementKind, GetElementType, ())
@@ -64,20 +65,24 @@ public:
 	ORVAN_METHOD(5, DataDictionary, GetAttributeDictionary, ())
 	/// Stores a value under a key. Fails when the value is empty.
 	ORVAN_METHOD(6, Result<void>, SetAttribute, (SVGImportAttribute key, const Data& value), key, value)
+	/// True when the attribute dictionary has a value under the key: one of the file, or one that was set.
 	ORVAN_METHOD(7, bool, HasAttribute, (SVGImportAttribute key), key)
 
 	/// Sets the transform from the element's to its parent's coordinates, and marks the world transforms of the element
 	/// and of everything below as dirty. Does not change translation, rotation, pivot and scale. Fails also as
 	/// `MarkTransformDirty` does; the transform is set then nevertheless. So do the seven setters further down.
 	ORVAN_METHOD(8, Result<void>, SetLocalTransform, (const Matrix2d& transform), transform)
+	/// The transform from the element's to its parent's coordinates; initially the identity.
 	ORVAN_METHOD(9, Matrix2d, GetLocalTransform, ())
 	/// The transform from the element's to the root's coordinates: the product of the local transforms from the root
 	/// down. Cached until something above changes. Writes the cache, so it must not overlap other use of the tree.
 	ORVAN_METHOD(10, Result<Matrix2d>, GetWorldTransform, ())
 
+	/// Sets whether the element is drawn; what is below it may say otherwise for itself.
 	ORVAN_METHOD(11, Result<void>, SetVisibility, (SVGVisibility visibility), visibility)
 	/// Initially visible.
 	ORVAN_METHOD(12, SVGVisibility, GetVisibility, ())
+	/// Sets whether the element and everything below it is drawn at all.
 	ORVAN_METHOD(13, Result<void>, SetDisplay, (SVGDisplay display), display)
 	/// Initially inherit (nothing was said).
 	ORVAN_METHOD(14, SVGDisplay, GetDisplay, ())
@@ -86,9 +91,11 @@ public:
 	/// Initially 1. A file's opacity is kept as written and may lie outside of 0 … 1; renderers clamp.
 	ORVAN_METHOD(16, Float, GetOpacity, ())
 
+	/// Sets what fills the element: nothing, a colour or a paint server.
 	ORVAN_METHOD(17, Result<void>, SetFill, (const SVGPaint& fill), fill)
 	/// Initially black.
 	ORVAN_METHOD(18, SVGPaint, GetFill, ())
+	/// Sets which parts of a path with crossings or holes are inside.
 	ORVAN_METHOD(19, Result<void>, SetFillRule, (SVGFillRule rule), rule)
 	/// Initially nonzero.
 	ORVAN_METHOD(20, SVGFillRule, GetFillRule, ())
@@ -97,6 +104,7 @@ public:
 	/// Initially 1; a file's value is kept as written.
 	ORVAN_METHOD(22, Float, GetFillOpacity, ())
 
+	/// Sets what the outline is drawn with: nothing, a colour or a paint server.
 	ORVAN_METHOD(23, Result<void>, SetStroke, (const SVGPaint& stroke), stroke)
 	/// Initially none.
 	ORVAN_METHOD(24, SVGPaint, GetStroke, ())
@@ -104,15 +112,19 @@ public:
 	ORVAN_METHOD(25, Result<void>, SetStrokeOpacity, (Float opacity), opacity)
 	/// Initially 1; a file's value is kept as written.
 	ORVAN_METHOD(26, Float, GetStrokeOpacity, ())
+	/// Sets the width of the outline, in the unit given.
 	ORVAN_METHOD(27, Result<void>, SetStrokeWidth, (const SVGLength& width), width)
 	/// Initially 1 (user unit).
 	ORVAN_METHOD(28, SVGLength, GetStrokeWidth, ())
+	/// Sets how open ends of an outline look.
 	ORVAN_METHOD(29, Result<void>, SetStrokeLineCap, (SVGLineCap cap), cap)
 	/// Initially butt.
 	ORVAN_METHOD(30, SVGLineCap, GetStrokeLineCap, ())
+	/// Sets how corners of an outline look.
 	ORVAN_METHOD(31, Result<void>, SetStrokeLineJoin, (SVGLineJoin join), join)
 	/// Initially miter.
 	ORVAN_METHOD(32, SVGLineJoin, GetStrokeLineJoin, ())
+	/// Sets how many times the stroke's width a mitred corner may be long before it is cut off.
 	ORVAN_METHOD(33, Result<void>, SetStrokeMiterLimit, (Float limit), limit)
 	/// Initially 4. Not clamped: SVG calls limits below 1 an error.
 	ORVAN_METHOD(34, Float, GetStrokeMiterLimit, ())
@@ -120,6 +132,7 @@ public:
 	ORVAN_METHOD(35, Result<void>, SetStrokeDashArray, (const BaseArray<SVGLength>& dashes), dashes)
 	/// Initially empty.
 	ORVAN_METHOD(36, Result<BaseArray<SVGLength>>, GetStrokeDashArray, ())
+	/// Sets how far into the dashes an outline begins.
 	ORVAN_METHOD(37, Result<void>, SetStrokeDashOffset, (const SVGLength& offset), offset)
 	/// Initially 0 (user units).
 	ORVAN_METHOD(38, SVGLength, GetStrokeDashOffset, ())
@@ -127,20 +140,30 @@ public:
 	/// Marks the cached world transforms of the element and of everything below as out of date. When an element of
 	/// another module fails to mark itself, all others are marked, and its error is the result.
 	ORVAN_METHOD(39, Result<void>, MarkTransformDirty, ())
+	/// True when the world transform is not cached: before it is first asked for, and after a change above.
 	ORVAN_METHOD(40, bool, IsTransformDirty, ())
 
 	// Translation, rotation, pivot and scale. Each of the seven setters overwrites the local transform with
 	// T(translation) · P(pivot) · R(rotation) · S(scale) · P(-pivot); the getters return the fields as they were set.
 	// Rotation is in radians, from the x axis towards the y axis.
 
+	/// Sets the translation, in units of the parent.
 	ORVAN_METHOD(41, Result<void>, SetTranslation, (const Vector2d& translation), translation)
+	/// Sets the rotation about the pivot.
 	ORVAN_METHOD(42, Result<void>, SetRotation, (Float radians), radians)
+	/// Sets the point that rotation and scale leave where it is, in units of the element. It has no getter.
 	ORVAN_METHOD(43, Result<void>, SetRotationPivot, (const Vector2d& pivot), pivot)
+	/// Sets the factors along the element's axes.
 	ORVAN_METHOD(44, Result<void>, SetScale, (const Vector2d& scale), scale)
+	/// Initially (0, 0).
 	ORVAN_METHOD(45, Vector2d, GetTranslation, ())
+	/// Initially 0.
 	ORVAN_METHOD(46, Float, GetRotation, ())
+	/// Initially (1, 1).
 	ORVAN_METHOD(47, Vector2d, GetScale, ())
+	/// Adds to the translation.
 	ORVAN_METHOD(48, Result<void>, AddTranslation, (const Vector2d& translation), translation)
+	/// Adds to the rotation, without bringing it back into one turn.
 	ORVAN_METHOD(49, Result<void>, AddRotation, (Float radians), radians)
 	/// Adds to the scale component by component; it does not multiply.
 	ORVAN_METHOD(50, Result<void>, AddScale, (const Vector2d& scale), scale)
@@ -185,9 +208,11 @@ public:
 	static constexpr const char* kName = "orvan.SVGRadiusInterface";
 	static constexpr int kSlotCount = 6;
 
+	/// Sets the horizontal radius ("rx").
 	ORVAN_METHOD(1, Result<void>, SetRadiusX, (const SVGLength& radius), radius)
 	/// The horizontal radius. When absent: of a circle its radius, of a rectangle its vertical radius; else 0 px.
 	ORVAN_METHOD(2, SVGLength, GetRadiusX, ())
+	/// Sets the vertical radius ("ry").
 	ORVAN_METHOD(3, Result<void>, SetRadiusY, (const SVGLength& radius), radius)
 	/// The vertical radius. When absent: of a circle its radius, of a rectangle its horizontal radius; else 0 px.
 	ORVAN_METHOD(4, SVGLength, GetRadiusY, ())
@@ -206,11 +231,17 @@ public:
 	static constexpr const char* kName = "orvan.SVGPositionInterface";
 	static constexpr int kSlotCount = 6;
 
+	/// Sets the horizontal coordinate ("x", "cx" of a circle). The length keeps its unit, as everywhere.
 	ORVAN_METHOD(1, Result<void>, SetX, (const SVGLength& x), x)
+	/// The horizontal coordinate; 0 px when absent.
 	ORVAN_METHOD(2, SVGLength, GetX, ())
+	/// Sets the vertical coordinate ("y", "cy" of a circle).
 	ORVAN_METHOD(3, Result<void>, SetY, (const SVGLength& y), y)
+	/// The vertical coordinate; 0 px when absent.
 	ORVAN_METHOD(4, SVGLength, GetY, ())
+	/// Sets both coordinates or, when it fails, none.
 	ORVAN_METHOD(5, Result<void>, SetPosition, (const SVGLength2d& position), position)
+	/// Both coordinates.
 	ORVAN_METHOD(6, SVGLength2d, GetPosition, ())
 };
 using SVGPositionRef = Ref<SVGPositionInterface>;
@@ -223,11 +254,17 @@ public:
 	static constexpr const char* kName = "orvan.SVGSizeInterface";
 	static constexpr int kSlotCount = 6;
 
+	/// Sets the width ("width"). Its sign is not looked at.
 	ORVAN_METHOD(1, Result<void>, SetWidth, (const SVGLength& width), width)
+	/// The width; 0 px when absent.
 	ORVAN_METHOD(2, SVGLength, GetWidth, ())
+	/// Sets the height ("height"). Its sign is not looked at.
 	ORVAN_METHOD(3, Result<void>, SetHeight, (const SVGLength& height), height)
+	/// The height; 0 px when absent.
 	ORVAN_METHOD(4, SVGLength, GetHeight, ())
+	/// Sets both or, when it fails, none.
 	ORVAN_METHOD(5, Result<void>, SetSize, (const SVGLength2d& size), size)
+	/// Width and height.
 	ORVAN_METHOD(6, SVGLength2d, GetSize, ())
 };
 using SVGSizeRef = Ref<SVGSizeInterface>;
@@ -363,9 +400,12 @@ public:
 	ORVAN_METHOD(1, Result<BaseArray<SVGPathCommand>>, GetPath, ())
 	/// Starts a subpath. This and the next three append a command; coordinates are absolute, in user units.
 	ORVAN_METHOD(2, Result<void>, MoveTo, (const Vector2d& point), point)
+	/// A straight line from the current point.
 	ORVAN_METHOD(3, Result<void>, LineTo, (const Vector2d& point), point)
+	/// A cubic Bézier curve from the current point.
 	ORVAN_METHOD(4, Result<void>, CubicBezierTo,
 				 (const Vector2d& control1, const Vector2d& control2, const Vector2d& point), control1, control2, point)
+	/// A straight line back to where the subpath began, joined to its start.
 	ORVAN_METHOD(5, Result<void>, CloseSubpath, ())
 	/// Ends a sequence of commands: gives unused memory back. More commands may follow.
 	ORVAN_METHOD(6, Result<void>, PathExit, ())
@@ -403,17 +443,29 @@ public:
 	static constexpr const char* kName = "orvan.SVGLineElementInterface";
 	static constexpr int kSlotCount = 12;
 
+	/// Sets the horizontal coordinate of the start ("x1").
 	ORVAN_METHOD(1, Result<void>, SetX1, (const SVGLength& x1), x1)
+	/// Sets the horizontal coordinate of the end ("x2").
 	ORVAN_METHOD(2, Result<void>, SetX2, (const SVGLength& x2), x2)
+	/// Sets the vertical coordinate of the start ("y1").
 	ORVAN_METHOD(3, Result<void>, SetY1, (const SVGLength& y1), y1)
+	/// Sets the vertical coordinate of the end ("y2").
 	ORVAN_METHOD(4, Result<void>, SetY2, (const SVGLength& y2), y2)
+	/// The horizontal coordinate of the start.
 	ORVAN_METHOD(5, SVGLength, GetX1, ())
+	/// The horizontal coordinate of the end.
 	ORVAN_METHOD(6, SVGLength, GetX2, ())
+	/// The vertical coordinate of the start.
 	ORVAN_METHOD(7, SVGLength, GetY1, ())
+	/// The vertical coordinate of the end.
 	ORVAN_METHOD(8, SVGLength, GetY2, ())
+	/// Sets both coordinates of the start or, when it fails, none.
 	ORVAN_METHOD(9, Result<void>, SetPt1, (const SVGLength2d& point), point)
+	/// Sets both coordinates of the end or, when it fails, none.
 	ORVAN_METHOD(10, Result<void>, SetPt2, (const SVGLength2d& point), point)
+	/// The start.
 	ORVAN_METHOD(11, SVGLength2d, GetPt1, ())
+	/// The end.
 	ORVAN_METHOD(12, SVGLength2d, GetPt2, ())
 };
 using SVGLineElementRef = Ref<SVGLineElementInterface>;
@@ -427,9 +479,11 @@ public:
 	static constexpr const char* kName = "orvan.SVGTextElementInterface";
 	static constexpr int kSlotCount = 10;
 
+	/// Sets the characters, which are kept as they are.
 	ORVAN_METHOD(1, Result<void>, SetText, (const String& text), text)
 	/// The characters as the file has them, white space included.
 	ORVAN_METHOD(2, String, GetText, ())
+	/// Sets the size of the font.
 	ORVAN_METHOD(3, Result<void>, SetFontSize, (const SVGLength& size), size)
 	/// Initially 16 px.
 	ORVAN_METHOD(4, SVGLength, GetFontSize, ())
@@ -437,9 +491,11 @@ public:
 	ORVAN_METHOD(5, Result<void>, SetFont, (const String& family), family)
 	/// Initially empty: the renderer's choice.
 	ORVAN_METHOD(6, String, GetFont, ())
+	/// Sets the slant of the font.
 	ORVAN_METHOD(7, Result<void>, SetFontStyle, (SVGFontStyle style), style)
 	/// Initially normal.
 	ORVAN_METHOD(8, SVGFontStyle, GetFontStyle, ())
+	/// Sets the weight of the font.
 	ORVAN_METHOD(9, Result<void>, SetFontWeight, (SVGFontWeight weight), weight)
 	/// Initially normal.
 	ORVAN_METHOD(10, SVGFontWeight, GetFontWeight, ())
