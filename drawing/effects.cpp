@@ -8,14 +8,46 @@ namespace orvan::drawing
 
 Effects::Effects(const DataDictionary& attributes) noexcept
 {
-	const auto find = [&](SVGImportAttribute key) -> const String*
+	using Key = SVGImportAttribute;
+
+	const auto readId = [&](const DataDictionary::Entry& entry) -> const String*
 	{
-		const auto* id = attributes.Find<String>(static_cast<std::int32_t>(key));
+		const auto* id = attributes.GetValue<String>(entry);
 		return id != nullptr && !id->IsEmpty() ? id : nullptr;
 	};
-	opacity = ClampToUnit(attributes.GetOr(static_cast<std::int32_t>(SVGImportAttribute::opacity), 1.0));
-	mask = find(SVGImportAttribute::mask);
-	clipPath = find(SVGImportAttribute::clipPath);
+	const auto readKeyword = [&](const DataDictionary::Entry& entry)
+	{
+		const auto* value = attributes.GetValue<std::int32_t>(entry);
+		return value != nullptr ? *value : 0;
+	};
+	for (const DataDictionary::Entry& entry : attributes)
+	{
+		switch (static_cast<Key>(entry.key))
+		{
+		case Key::opacity:
+			opacity = ClampToUnit(attributes.GetOr(entry.key, 1.0));
+			break;
+		case Key::mask:
+			mask = readId(entry);
+			break;
+		case Key::clipPath:
+			clipPath = readId(entry);
+			break;
+		case Key::filter:
+			filter = attributes.GetValue<BaseArray<SVGFilterFunction>>(entry);
+			if (filter != nullptr && filter->IsEmpty())
+				filter = nullptr;
+			break;
+		case Key::mixBlendMode:
+			blendMode = static_cast<SVGBlendMode>(readKeyword(entry));
+			break;
+		case Key::isolation:
+			isIsolated = static_cast<SVGIsolation>(readKeyword(entry)) == SVGIsolation::isolate;
+			break;
+		default:
+			break;
+		}
+	}
 }
 
 } // namespace orvan::drawing

@@ -13,6 +13,9 @@ struct Effects
 	double opacity = 1.0;
 	const String* mask = nullptr;
 	const String* clipPath = nullptr;
+	const BaseArray<SVGFilterFunction>* filter = nullptr;
+	SVGBlendMode blendMode = SVGBlendMode::normal;
+	bool isIsolated = false;
 
 	Effects() noexcept = default;
 	/// What an element says.
@@ -20,7 +23,8 @@ struct Effects
 
 	bool IsNone() const noexcept
 	{
-		return opacity == 1.0 && mask == nullptr && clipPath == nullptr;
+		return opacity == 1.0 && mask == nullptr && clipPath == nullptr && filter == nullptr &&
+			   blendMode == SVGBlendMode::normal && !isIsolated;
 	}
 };
 

@@ -6,6 +6,7 @@
 #include "geometry.h"
 #include "lengths.h"
 #include "limits.h"
+#include "outline.h"
 #include "style.h"
 
 namespace orvan::drawing
@@ -13,12 +14,16 @@ namespace orvan::drawing
 
 /// What holds at one place of the tree. Handed on by value: a change is in force for what it is handed to and no
 /// longer.
+struct ContextPaints;
+struct Frame;
+
 struct Place
 {
 	Matrix2d transform; ///< From the coordinates in force to those of the picture.
 	Viewport viewport;
 	Style style;
 	bool isByReference = false; ///< The place was reached by a use, a mask or the like: work there is paid for.
+	const ContextPaints* context = nullptr; ///< What context-fill and context-stroke stand for; null for nothing.
 
 	double Resolve(const SVGLength& length, Axis axis) const noexcept
 	{
@@ -26,11 +31,41 @@ struct Place
 	}
 };
 
+/// The box of something, found out when it is asked for.
+class LazyBox
+{
+public:
+	LazyBox(const Outline& outline) noexcept : _outline(&outline)
+	{
+	}
+
+	LazyBox(const Rectangle& rectangle) noexcept : _rectangle(&rectangle)
+	{
+	}
+
+	const Rectangle& Get() const noexcept
+	{
+		return _outline != nullptr ? _outline->GetBounds() : *_rectangle;
+	}
+
+private:
+	const Outline* _outline = nullptr;
+	const Rectangle* _rectangle = nullptr;
+};
+
+/// The element whose paints context-fill and context-stroke stand for, where it stands.
+struct ContextPaints
+{
+	const Frame& frame;
+	LazyBox box;
+};
+
 /// An element being visited. Frames stand on the stack and form a chain from the element outwards, references followed:
 /// that is how references in circles are found.
 struct Frame
 {
-	/// Enters an element from `outside`. `outer` is the frame that the element is reached from, null for the first.
+	/// Enters an element from `outside`: its properties and its transform are in force then. `outer` is the frame that
+	/// the element is reached from, null for the first.
 	Frame(ObjectBase* visited, const Place& outside, const Frame* outerFrame, Limits& limits) noexcept;
 
 	Frame(const Frame&) = delete;
@@ -44,6 +79,19 @@ struct Frame
 				return true;
 		}
 		return false;
+	}
+
+	/// What the element itself says about an attribute, or `absent`.
+	template <typename T>
+	T GetOr(SVGImportAttribute key, T absent) const noexcept
+	{
+		return attributes.GetOr(static_cast<std::int32_t>(key), absent);
+	}
+
+	template <typename T>
+	T GetKeyword(SVGImportAttribute key, T absent) const noexcept
+	{
+		return static_cast<T>(GetOr(key, static_cast<std::int32_t>(absent)));
 	}
 
 	/// True when the element itself says something about an attribute.

@@ -114,6 +114,23 @@ inline bool IsInvertible(const Matrix2d& m) noexcept
 		   std::isfinite(m.offset.y);
 }
 
+/// The transform back; only of one that is invertible.
+inline Matrix2d Invert(const Matrix2d& m) noexcept
+{
+	const double determinant = m.axis1.x * m.axis2.y - m.axis1.y * m.axis2.x;
+	Matrix2d inverse;
+	inverse.axis1 = {m.axis2.y / determinant, -m.axis1.y / determinant};
+	inverse.axis2 = {-m.axis2.x / determinant, m.axis1.x / determinant};
+	inverse.offset = inverse.ApplyToDirection({-m.offset.x, -m.offset.y});
+	return inverse;
+}
+
+/// The transform from the fractions of a box to the coordinates that the box is in.
+inline Matrix2d BoxTransform(const Rectangle& box) noexcept
+{
+	return {{box.left, box.top}, {box.GetWidth(), 0.0}, {0.0, box.GetHeight()}};
+}
+
 /// Upper bound of how much the transform lengthens a line.
 inline double GetStretch(const Matrix2d& m) noexcept
 {

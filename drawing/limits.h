@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// What one picture may cost. Files come from anywhere: a few lines of SVG can ask for years of drawing, by references
-/// that multiply at each level, and for all the memory of a machine, by layers inside layers. What is drawn in place is
-/// bounded by the file's size; the rest is bounded here.
+/// that multiply at each level, and for all the memory of a machine, by layers inside layers.
 #pragma once
 
-#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 
@@ -31,6 +30,11 @@ inline constexpr double kDashWork = 512.0;       ///< A dash.
 inline constexpr double kCharacterWork = 1024.0; ///< A byte of a text.
 inline constexpr double kGradientFactor = 8.0;   ///< A pixel filled with a gradient.
 
+/// How many rows of pixels the edges of one outline may cross before it is looked at whether there is time for it, and
+/// how many of them a second is enough for. Both are what the drawing library manages on a slow machine.
+inline constexpr double kManyRows = 3e6;
+inline constexpr double kRowsPerSecond = 2e7;
+
 /// The reasons why something is left out; each is reported once a picture.
 enum class Omission : std::uint32_t
 {
@@ -41,22 +45,24 @@ enum class Omission : std::uint32_t
 	text = 16,
 	fontSize = 64,
 	dashes = 32,
+	deadline = 128,
+	outlines = 256,
 };
 
-/// What one picture may cost, and what was left out of it for that. Counts what it costs, in pixels that are touched.
-/// Drawing by reference and layers pay, drawing in place does not. Costs are estimates: they are there to tell a large
-/// picture from an endless one.
+/// What one picture may cost, and what was left out of it for that.
+///
+/// Three things are bounded. Time: a deadline, looked at before each element. Memory: what layers and masks take, for
+/// as long as they take it. Work by reference and in layers, in pixels that are touched, so that a document whose
+/// references multiply ends soon and in the same place on every machine; drawing in place does not pay. Costs are
+/// estimates: they are there to tell a large picture from an endless one.
 class Limits
 {
 public:
 	Limits() noexcept = default;
 
-	/// The limits of a picture of this many pixels.
-	explicit Limits(double pixels) noexcept
-		: _work(std::max(kLeastWork, pixels * kLayersOfWork)),
-		  _layerPixels(std::max(kLeastLayerPixels, pixels * kLayersAlive))
-	{
-	}
+	/// The limits of a picture of this many pixels, which may take so many seconds from now and so many bytes beside
+	/// the picture itself.
+	Limits(double pixels, double seconds, double bytes) noexcept;
 
 	/// Pays for something that costs as much as filling this many pixels; false, and reported, when nothing is left.
 	bool Pay(double pixels) noexcept
@@ -67,23 +73,28 @@ public:
 		return false;
 	}
 
-	/// Pays for a layer that is alive until `CloseLayer`; false, and reported, when there is no room for it.
-	bool OpenLayer(double pixels) noexcept
+	/// True, and reported, once the time is up.
+	bool IsOver() noexcept;
+	/// False, and reported, when something that takes so long would not be ready in time.
+	bool CanTake(double seconds) noexcept;
+
+	/// Keeps some of the time for what comes after drawing.
+	void Reserve(double seconds) noexcept
 	{
-		if (pixels > _layerPixels || !Spend(kElementWork + pixels * 2.0))
-		{
-			Omit(_work <= 0.0 ? Omission::work : Omission::layers);
-			return false;
-		}
-		_layerPixels -= pixels;
-		_layerCount++;
-		return true;
+		_seconds -= seconds;
 	}
 
-	void CloseLayer(double pixels) noexcept
+	/// Takes memory for a layer of so many pixels, until `CloseLayer`, and pays for it; false, and reported, when there
+	/// is no room.
+	bool OpenLayer(double pixels, double bytes) noexcept;
+	void CloseLayer(double bytes) noexcept;
+	/// Takes memory until the end of the picture; false, and reported, when there is no room.
+	bool Hold(double bytes) noexcept;
+
+	/// Bytes that are left.
+	double GetFreeBytes() const noexcept
 	{
-		_layerPixels += pixels;
-		_layerCount--;
+		return _bytes;
 	}
 
 	/// Number of layers that are open, one inside another.
@@ -96,20 +107,25 @@ public:
 	void Omit(Omission omission) noexcept;
 
 private:
+	using Clock = std::chrono::steady_clock;
+
+	static constexpr double kLeastWork = 4e9;
+	static constexpr double kLayersOfWork = 1024.0;
+
 	bool Spend(double pixels) noexcept
 	{
 		_work -= pixels;
 		return _work > 0.0;
 	}
 
-	static constexpr double kLeastWork = 4e9;
-	static constexpr double kLayersOfWork = 1024.0;
-	static constexpr double kLeastLayerPixels = 64.0 * 1024 * 1024;
-	static constexpr double kLayersAlive = 4.0;
+	double GetSecondsLeft() const noexcept;
 
+	Clock::time_point _start = Clock::now();
+	double _seconds = 0.0;
 	double _work = 0.0;
-	double _layerPixels = 0.0;
+	double _bytes = 0.0;
 	int _layerCount = 0;
+	bool _isOver = false;
 	std::uint32_t _omissions = 0;
 };
 

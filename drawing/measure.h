@@ -1,20 +1,29 @@
 // SPDX-License-Identifier: MIT
-/// What would be touched by drawing something.
+/// What would be touched by drawing something, and where it lies.
 #pragma once
 
+#include "scene.h"
 #include "sink.h"
+
+#include <optional>
 
 namespace orvan::drawing
 {
 
 /// A box around what fill and stroke of a shape touch, soft edges included, when its outline lies in `bounds`. Both are
 /// in the picture's coordinates.
-Rectangle GetPaintedBounds(const Place& place, const Rectangle& bounds) noexcept;
+Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const Rectangle& bounds) noexcept;
 
-/// A sink that draws nothing and finds out what would be touched, effects left aside.
+/// A sink that draws nothing and finds out what would be touched, effects left aside, and the bounding box of all
+/// outlines.
 class MeasureSink final : public Sink
 {
 public:
+	/// `user` is the transform from the coordinates of the box to the picture's.
+	MeasureSink(Scene& scene, const Matrix2d& user) noexcept : _scene(scene), _toUser(Invert(user))
+	{
+	}
+
 	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override;
 	Result<void> DrawText(const Frame& frame, const TextLine& line) noexcept override;
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override;
@@ -26,7 +35,52 @@ public:
 		return _touched;
 	}
 
+	/// The bounding box of everything so far, hidden things included and strokes left aside, in the user's coordinates.
+	const Rectangle& GetBox() const noexcept
+	{
+		return _box;
+	}
+
 private:
+	Scene& _scene;
+	Matrix2d _toUser;
+	Rectangle _touched;
+	Rectangle _box;
+};
+
+/// Where something lies: measured when it is asked for, unless it is known.
+class Extent
+{
+public:
+	/// Of an element of which both boxes are known.
+	Extent(const Rectangle& box, const Rectangle& touched) noexcept : _box(box), _touched(touched)
+	{
+	}
+
+	/// Of the content of `frame`, which is measured in its coordinates.
+	Extent(Scene& scene, const Frame& frame, const Content& content) noexcept
+		: _scene(&scene), _frame(&frame), _content(&content)
+	{
+	}
+
+	/// True when asking costs nothing.
+	bool IsKnown() const noexcept
+	{
+		return _box.has_value();
+	}
+
+	/// The bounding box in the element's coordinates; empty when there is nothing.
+	Result<Rectangle> GetBox() noexcept;
+	/// A box around what is touched, in the picture's coordinates.
+	Result<Rectangle> GetTouched() noexcept;
+
+private:
+	Result<void> Measure() noexcept;
+
+	Scene* _scene = nullptr;
+	const Frame* _frame = nullptr;
+	const Content* _content = nullptr;
+	std::optional<Rectangle> _box;
 	Rectangle _touched;
 };
 

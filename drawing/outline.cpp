@@ -146,6 +146,51 @@ const Rectangle& Outline::GetBounds() const noexcept
 	return *_bounds;
 }
 
+double Outline::GetLength() const noexcept
+{
+	// Straight pieces of a curve; their sum is off by less than a thousandth.
+	constexpr int kPieces = 32;
+	const auto distance = [](const Vector2d& a, const Vector2d& b)
+	{
+		return std::hypot(b.x - a.x, b.y - a.y);
+	};
+	double length = 0.0;
+	Vector2d start;
+	Vector2d current;
+	for (const SVGPathCommand& command : _commands)
+	{
+		const auto& [c1, c2, end] = command.points;
+		switch (command.type)
+		{
+		case SVGPathCommandType::move:
+			start = current = end;
+			break;
+		case SVGPathCommandType::line:
+			length += distance(current, end);
+			current = end;
+			break;
+		case SVGPathCommandType::cubic:
+		{
+			Vector2d last = current;
+			for (int piece = 1; piece <= kPieces; piece++)
+			{
+				const double t = static_cast<double>(piece) / kPieces;
+				const Vector2d next{Cubic(current.x, c1.x, c2.x, end.x, t), Cubic(current.y, c1.y, c2.y, end.y, t)};
+				length += distance(last, next);
+				last = next;
+			}
+			current = end;
+			break;
+		}
+		case SVGPathCommandType::close:
+			length += distance(current, start);
+			current = start;
+			break;
+		}
+	}
+	return length;
+}
+
 Result<void> Outline::AddEllipse(const Vector2d& center, double radiusX, double radiusY) noexcept
 {
 	// Eighths: with quarters the error shows on large circles.

@@ -42,6 +42,9 @@ public:
 	/// The bounding box that the outline has once it is transformed, as tight.
 	Rectangle GetBounds(const Matrix2d& transform) const noexcept;
 
+	/// The length of all lines and curves together, in the shape's own coordinates.
+	double GetLength() const noexcept;
+
 private:
 	BaseArray<SVGPathCommand> _commands;
 	mutable std::optional<Rectangle> _bounds;

@@ -37,11 +37,12 @@ Result<SVGElementRef> FindEffect(Scene& scene, const String* id, const Frame& fr
 
 /// What holds around content that stands elsewhere in the document and is drawn for `user`: the user's coordinates, and
 /// the properties that are inherited where the content stands.
-inline Result<Place> GetContentPlace(const SVGElementRef& content, const Frame& user) noexcept
+inline Result<Place> GetContentPlace(const Scene& scene, ObjectBase* content, const Frame& user) noexcept
 {
 	Place place = user.place;
-	place.style = ORVAN_TRY(GetInheritedStyle(content, user.place.viewport));
+	place.style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(content), user.place.viewport, scene.initialStyle));
 	place.isByReference = true;
+	place.context = nullptr;
 	return place;
 }
 

@@ -11,11 +11,20 @@ Result<Outline> GetPath(ObjectBase* element, const Frame&) noexcept
 	return Outline(ORVAN_TRY(Borrowed<SVGPathElementInterface>(element)->GetPath()));
 }
 
+/// The radii of a rectangle's corners or of an ellipse. Each is measured by its own side of the viewport; one that is
+/// not given, or makes no sense, is as long as the other.
+Vector2d GetRadii(ObjectBase* element, const Frame& frame) noexcept
+{
+	const Borrowed<SVGRadiusInterface> radius(element);
+	const double rx = frame.Has(SVGImportAttribute::rx) ? frame.Resolve(radius->GetRadiusX(), Axis::horizontal) : -1.0;
+	const double ry = frame.Has(SVGImportAttribute::ry) ? frame.Resolve(radius->GetRadiusY(), Axis::vertical) : -1.0;
+	return {rx >= 0.0 ? rx : std::max(ry, 0.0), ry >= 0.0 ? ry : std::max(rx, 0.0)};
+}
+
 Result<Outline> GetRectangle(ObjectBase* element, const Frame& frame) noexcept
 {
 	const SVGLength2d position = Borrowed<SVGPositionInterface>(element)->GetPosition();
 	const SVGLength2d size = Borrowed<SVGSizeInterface>(element)->GetSize();
-	const Borrowed<SVGRadiusInterface> radius(element);
 	const double width = frame.Resolve(size.x, Axis::horizontal);
 	const double height = frame.Resolve(size.y, Axis::vertical);
 	Outline outline;
@@ -23,9 +32,8 @@ Result<Outline> GetRectangle(ObjectBase* element, const Frame& frame) noexcept
 	{
 		const double x = frame.Resolve(position.x, Axis::horizontal);
 		const double y = frame.Resolve(position.y, Axis::vertical);
-		ORVAN_TRY(outline.AddRectangle({x, y, x + width, y + height},
-									   frame.Resolve(radius->GetRadiusX(), Axis::horizontal),
-									   frame.Resolve(radius->GetRadiusY(), Axis::vertical)));
+		const Vector2d radii = GetRadii(element, frame);
+		ORVAN_TRY(outline.AddRectangle({x, y, x + width, y + height}, radii.x, radii.y));
 	}
 	return outline;
 }
@@ -34,10 +42,10 @@ Result<Outline> GetCircle(ObjectBase* element, const Frame& frame) noexcept
 {
 	const SVGLength2d center = Borrowed<SVGPositionInterface>(element)->GetPosition();
 	const Borrowed<SVGRadiusInterface> radius(element);
-	// A circle's one radius is measured by both sides of the viewport, an ellipse's two by one each.
+	// A circle's one radius is measured by both sides of the viewport.
 	const bool isCircle = frame.Has(SVGImportAttribute::r);
-	const double rx = frame.Resolve(radius->GetRadiusX(), isCircle ? Axis::other : Axis::horizontal);
-	const double ry = frame.Resolve(radius->GetRadiusY(), isCircle ? Axis::other : Axis::vertical);
+	const double r = isCircle ? frame.Resolve(radius->GetRadius(), Axis::other) : 0.0;
+	const auto [rx, ry] = isCircle ? Vector2d{r, r} : GetRadii(element, frame);
 	Outline outline;
 	if (rx > 0.0 && ry > 0.0)
 	{

@@ -15,6 +15,12 @@ bool HasStroke(const Place& place) noexcept
 	return stroke != nullptr && stroke->type != SVGPaintType::none && GetStrokeWidth(place) > 0.0;
 }
 
+bool IsStrokeUnscaled(const Frame& frame) noexcept
+{
+	return frame.GetKeyword(SVGImportAttribute::vectorEffect, SVGVectorEffect::none) ==
+		   SVGVectorEffect::nonScalingStroke;
+}
+
 double GetStrokeWidth(const Place& place) noexcept
 {
 	const double width = place.Resolve(place.style.strokeWidth, Axis::other);

@@ -11,6 +11,8 @@ namespace orvan::drawing
 bool HasFill(const Style& style) noexcept;
 /// True when something is stroked, with whatever paint, and the stroke has a width.
 bool HasStroke(const Place& place) noexcept;
+/// True when the stroke's width is in the units of what the picture is shown in, whatever the transforms.
+bool IsStrokeUnscaled(const Frame& frame) noexcept;
 /// The width of strokes in user units; 0 when it makes no sense.
 double GetStrokeWidth(const Place& place) noexcept;
 

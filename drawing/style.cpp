@@ -3,6 +3,9 @@
 
 #include "limits.h"
 
+#include <array>
+#include <type_traits>
+
 namespace orvan::drawing
 {
 namespace
@@ -18,26 +21,113 @@ SVGLength Fix(const SVGLength& length, double fontSize) noexcept
 	return {ToUserUnits(length, Axis::other, {}, fontSize), SVGLengthUnit::number};
 }
 
+/// What the rows below work on: one entry of an element's attributes, and the style that takes it over.
+struct Assignment
+{
+	const DataDictionary& attributes;
+	const DataDictionary::Entry& entry;
+	Style& style;
+};
+
+using Assign = void (*)(const Assignment&) noexcept;
+
+template <auto property>
+void Number(const Assignment& at) noexcept
+{
+	if (const auto* value = at.attributes.GetValue<Float>(at.entry))
+		at.style.*property = *value;
+}
+
+template <auto property>
+void Keyword(const Assignment& at) noexcept
+{
+	using Enumeration = std::remove_reference_t<decltype(at.style.*property)>;
+	if (const auto* value = at.attributes.GetValue<std::int32_t>(at.entry))
+		at.style.*property = static_cast<Enumeration>(*value);
+}
+
+/// A value that stays where it is: the style points to it.
+template <auto property>
+void Pointer(const Assignment& at) noexcept
+{
+	using Value = std::remove_cvref_t<decltype(*(at.style.*property))>;
+	if (const auto* value = at.attributes.GetValue<Value>(at.entry))
+		at.style.*property = value;
+}
+
+template <auto property>
+void Length(const Assignment& at) noexcept
+{
+	if (const auto* value = at.attributes.GetValue<SVGLength>(at.entry))
+		at.style.*property = Fix(*value, at.style.fontSize);
+}
+
+void Dashes(const Assignment& at) noexcept
+{
+	Pointer<&Style::dashes>(at);
+	at.style.dashFontSize = at.style.fontSize;
+}
+
+/// "color: currentColor" is what is inherited.
+void CurrentColor(const Assignment& at) noexcept
+{
+	const auto* paint = at.attributes.GetValue<SVGPaint>(at.entry);
+	if (paint == nullptr || paint->type != SVGPaintType::color)
+		return;
+	at.style.color = paint->color;
+	at.style.colorAlpha = paint->alpha;
+}
+
+struct Row
+{
+	SVGImportAttribute key;
+	Assign assign;
+};
+
+/// The inherited properties, but for the font size, which comes before all others.
+constexpr Row kRows[] = {
+	{SVGImportAttribute::visibility, &Keyword<&Style::visibility>},
+	{SVGImportAttribute::fill, &Pointer<&Style::fill>},
+	{SVGImportAttribute::fillRule, &Keyword<&Style::fillRule>},
+	{SVGImportAttribute::fillOpacity, &Number<&Style::fillOpacity>},
+	{SVGImportAttribute::stroke, &Pointer<&Style::stroke>},
+	{SVGImportAttribute::strokeWidth, &Length<&Style::strokeWidth>},
+	{SVGImportAttribute::strokeOpacity, &Number<&Style::strokeOpacity>},
+	{SVGImportAttribute::strokeLineJoin, &Keyword<&Style::lineJoin>},
+	{SVGImportAttribute::strokeLineCap, &Keyword<&Style::lineCap>},
+	{SVGImportAttribute::strokeMiterLimit, &Number<&Style::miterLimit>},
+	{SVGImportAttribute::strokeDashArray, &Dashes},
+	{SVGImportAttribute::strokeDashOffset, &Length<&Style::dashOffset>},
+	{SVGImportAttribute::fontFamily, &Pointer<&Style::fontFamily>},
+	{SVGImportAttribute::fontStyle, &Keyword<&Style::fontStyle>},
+	{SVGImportAttribute::fontWeight, &Keyword<&Style::fontWeight>},
+	{SVGImportAttribute::clipRule, &Keyword<&Style::clipRule>},
+	{SVGImportAttribute::markerStart, &Pointer<&Style::markerStart>},
+	{SVGImportAttribute::markerMid, &Pointer<&Style::markerMid>},
+	{SVGImportAttribute::markerEnd, &Pointer<&Style::markerEnd>},
+	{SVGImportAttribute::paintOrder, &Keyword<&Style::paintOrder>},
+	{SVGImportAttribute::shapeRendering, &Keyword<&Style::shapeRendering>},
+	{SVGImportAttribute::imageRendering, &Keyword<&Style::imageRendering>},
+	{SVGImportAttribute::colorInterpolation, &Keyword<&Style::colorInterpolation>},
+	{SVGImportAttribute::colorInterpolationFilters, &Keyword<&Style::colorInterpolationFilters>},
+	{SVGImportAttribute::color, &CurrentColor},
+};
+
+constexpr int kKeyCount = static_cast<int>(kSVGAttributeNames.size());
+
+/// The rows by key.
+constexpr auto kAssignments = []
+{
+	std::array<Assign, kKeyCount> assignments{};
+	for (const Row& row : kRows)
+		assignments[static_cast<std::size_t>(row.key)] = row.assign;
+	return assignments;
+}();
+
 } // namespace
 
 void Style::Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept
 {
-	const auto read = [&]<typename T>(const DataDictionary::Entry& entry, T& property)
-	{
-		if (const T* value = attributes.GetValue<T>(entry))
-			property = *value;
-	};
-	const auto readKeyword = [&]<typename T>(const DataDictionary::Entry& entry, T& property)
-	{
-		if (const auto* value = attributes.GetValue<std::int32_t>(entry))
-			property = static_cast<T>(*value);
-	};
-	const auto point = [&]<typename T>(const DataDictionary::Entry& entry, const T*& property)
-	{
-		if (const T* value = attributes.GetValue<T>(entry))
-			property = value;
-	};
-
 	// The font size comes first: the other lengths may be given in terms of it.
 	if (const auto* size = attributes.Find<SVGLength>(static_cast<std::int32_t>(SVGImportAttribute::fontSize)))
 	{
@@ -47,63 +137,14 @@ void Style::Apply(const DataDictionary& attributes, const Viewport& viewport) no
 	}
 	for (const DataDictionary::Entry& entry : attributes)
 	{
-		switch (static_cast<SVGImportAttribute>(entry.key))
-		{
-		case SVGImportAttribute::visibility:
-			readKeyword(entry, visibility);
-			break;
-		case SVGImportAttribute::fill:
-			point(entry, fill);
-			break;
-		case SVGImportAttribute::fillRule:
-			readKeyword(entry, fillRule);
-			break;
-		case SVGImportAttribute::fillOpacity:
-			read(entry, fillOpacity);
-			break;
-		case SVGImportAttribute::stroke:
-			point(entry, stroke);
-			break;
-		case SVGImportAttribute::strokeWidth:
-			read(entry, strokeWidth);
-			strokeWidth = Fix(strokeWidth, fontSize);
-			break;
-		case SVGImportAttribute::strokeOpacity:
-			read(entry, strokeOpacity);
-			break;
-		case SVGImportAttribute::strokeLineJoin:
-			readKeyword(entry, lineJoin);
-			break;
-		case SVGImportAttribute::strokeLineCap:
-			readKeyword(entry, lineCap);
-			break;
-		case SVGImportAttribute::strokeMiterLimit:
-			read(entry, miterLimit);
-			break;
-		case SVGImportAttribute::strokeDashArray:
-			point(entry, dashes);
-			dashFontSize = fontSize;
-			break;
-		case SVGImportAttribute::strokeDashOffset:
-			read(entry, dashOffset);
-			dashOffset = Fix(dashOffset, fontSize);
-			break;
-		case SVGImportAttribute::fontFamily:
-			point(entry, fontFamily);
-			break;
-		case SVGImportAttribute::fontStyle:
-			readKeyword(entry, fontStyle);
-			break;
-		case SVGImportAttribute::fontWeight:
-			readKeyword(entry, fontWeight);
-			break;
-		default:
-			break;
-		}
+		if (entry.key < 0 || entry.key >= kKeyCount)
+			continue;
+		if (const Assign assign = kAssignments[static_cast<std::size_t>(entry.key)])
+			assign({attributes, entry, *this});
 	}
 }
 
-Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport) noexcept
+Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport, const Style& initial) noexcept
 {
 	BaseArray<SVGElementRef> ancestors;
 	auto at = Cast<HierarchyObjectInterface>(element);
@@ -113,7 +154,7 @@ Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& vi
 		if (const auto ancestor = Cast<SVGElementInterface>(at))
 			ORVAN_TRY(ancestors.Append(ancestor));
 	}
-	Style style;
+	Style style = initial;
 	for (std::size_t i = ancestors.GetCount(); i-- > 0;)
 		style.Apply(ancestors[i]->GetAttributeDictionary(), viewport);
 	return style;

@@ -16,6 +16,11 @@ struct Style
 	const SVGPaint* stroke = nullptr;
 	const BaseArray<SVGLength>* dashes = nullptr;
 	const String* fontFamily = nullptr;
+	const String* markerStart = nullptr;
+	const String* markerMid = nullptr;
+	const String* markerEnd = nullptr;
+	Color color; ///< What currentColor stands for, with its opacity.
+	double colorAlpha = 1.0;
 	double fillOpacity = 1.0;
 	double strokeOpacity = 1.0;
 	double miterLimit = 4.0;
@@ -24,6 +29,12 @@ struct Style
 	SVGLength strokeWidth{1.0, SVGLengthUnit::number};
 	SVGLength dashOffset{0.0, SVGLengthUnit::number};
 	SVGFillRule fillRule = SVGFillRule::nonzero;
+	SVGFillRule clipRule = SVGFillRule::nonzero;
+	SVGPaintOrder paintOrder = SVGPaintOrder::fillStrokeMarkers;
+	SVGShapeRendering shapeRendering = SVGShapeRendering::automatic;
+	SVGImageRendering imageRendering = SVGImageRendering::automatic;
+	SVGColorInterpolation colorInterpolation = SVGColorInterpolation::sRGB;
+	SVGColorInterpolation colorInterpolationFilters = SVGColorInterpolation::linearRGB;
 	SVGLineCap lineCap = SVGLineCap::butt;
 	SVGLineJoin lineJoin = SVGLineJoin::miter;
 	SVGVisibility visibility = SVGVisibility::visible;
@@ -35,6 +46,7 @@ struct Style
 };
 
 /// The properties that an element gets from the elements around it, where it stands in the document.
-Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport) noexcept;
+/// `initial` is what holds outside of the document.
+Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport, const Style& initial) noexcept;
 
 } // namespace orvan::drawing

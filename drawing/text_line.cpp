@@ -100,6 +100,7 @@ Result<TextLine> TextLine::Create(Fonts& fonts, const String& text, const Style&
 
 	line._layout.reset(pango_layout_new(fonts.GetContext()));
 	pango_layout_set_font_description(line._layout.get(), font.get());
+	pango_layout_set_auto_dir(line._layout.get(), FALSE);
 	pango_layout_set_single_paragraph_mode(line._layout.get(), TRUE);
 	const auto length = static_cast<int>(characters.GetCount());
 	line._length = length;

@@ -1,15 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "walk.h"
 
+#include "conditions.h"
 #include "references.h"
+#include "svg_complete.h"
 
 namespace orvan::drawing
 {
+
+bool IsClippedToViewport(const Frame& frame) noexcept
+{
+	const auto overflow = frame.GetKeyword(SVGImportAttribute::overflow, SVGOverflow::hidden);
+	return overflow == SVGOverflow::hidden || overflow == SVGOverflow::scroll;
+}
 
 Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	const Borrowed<SVGElementInterface> svgElement(element);
 	if (!svgElement || svgElement->GetDisplay() == SVGDisplay::none)
+		return {};
+	if (_scene.isComplete && !PassesConditions(svgElement->GetAttributeDictionary(), _scene.language))
 		return {};
 	if (const ShapeKind kind = GetShapeKind(element); kind != ShapeKind::none)
 		return DrawShape(kind, element, outside, outer);
@@ -32,7 +42,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	const Borrowed<HierarchyObjectInterface> hierarchy(parent);
 	if (!hierarchy)
 		return {};
-	for (auto child = hierarchy->GetFirstChild(); child; child = child->GetNextSibling())
+	for (auto child = hierarchy->GetFirstChild(); child && !_scene.limits.IsOver(); child = child->GetNextSibling())
 		ORVAN_TRY(DrawElement(child.GetObject(), place, &frame));
 	return {};
 }
@@ -78,11 +88,29 @@ Result<void> Walk::DrawGroup(ObjectBase* element, const Place& outside, const Fr
 	const Frame frame(element, outside, outer, _scene.limits);
 	if (!frame.canDraw)
 		return {};
+	const bool isSwitch = static_cast<bool>(Borrowed<SVGSwitchElementInterface>(element));
 	const auto draw = [&](Sink& sink) noexcept
 	{
-		return Walk(_scene, sink).DrawChildren(element, frame.place, frame);
+		Walk walk(_scene, sink);
+		return isSwitch ? walk.DrawSwitch(frame, frame.place) : walk.DrawChildren(element, frame.place, frame);
 	};
 	return _sink.DrawGroup(frame, draw);
+}
+
+/// Draws the first child for which its conditions hold; the others are skipped by `DrawElement` for the same reason.
+Result<void> Walk::DrawSwitch(const Frame& frame, const Place& place) noexcept
+{
+	const Borrowed<HierarchyObjectInterface> hierarchy(frame.element);
+	for (auto child = hierarchy->GetFirstChild(); child; child = child->GetNextSibling())
+	{
+		const Borrowed<SVGElementInterface> element(child);
+		if (!element || Borrowed<SVGDescriptionInterface>(child) ||
+			element->GetElementType() == SVGImportElementKind::unknown)
+			continue;
+		if (PassesConditions(element->GetAttributeDictionary(), _scene.language))
+			return DrawElement(child.GetObject(), place, &frame);
+	}
+	return {};
 }
 
 Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noexcept
@@ -140,7 +168,7 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 	};
 	const auto drawClipped = [&](Sink& sink) noexcept
 	{
-		return sink.DrawClipped(frame.place, area, draw);
+		return IsClippedToViewport(frame) ? sink.DrawClipped(frame.place, area, draw) : draw(sink);
 	};
 	return _sink.DrawGroup(frame, drawClipped);
 }
@@ -174,6 +202,9 @@ Result<void> Walk::DrawTarget(const Frame& use, ObjectBase* target) noexcept
 	const SVGLength2d size = Borrowed<SVGSizeInterface>(use.element)->GetSize();
 	Place inside = use.place;
 	inside.isByReference = true;
+	const Rectangle nowhere;
+	const ContextPaints context{use, nowhere};
+	inside.context = &context;
 	inside.transform = inside.transform * Translation(inside.Resolve(position.x, Axis::horizontal),
 													  inside.Resolve(position.y, Axis::vertical));
 	const Borrowed<SVGSVGElementInterface> svg(target);

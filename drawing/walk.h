@@ -10,6 +10,9 @@
 namespace orvan::drawing
 {
 
+/// True when what stands in a viewport, or in a marker, is cut off at its edges: "overflow" says so, or nothing.
+bool IsClippedToViewport(const Frame& frame) noexcept;
+
 /// Visits elements and tells a sink about them. It follows uses, sets viewports up and bounds the depth; effects are
 /// the sink's. A walk holds no state of its own, so that any number of them may be under way, one inside another.
 class Walk
@@ -29,6 +32,7 @@ private:
 	Result<void> DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawGroup(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
+	Result<void> DrawSwitch(const Frame& frame, const Place& place) noexcept;
 	Result<void> DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawTarget(const Frame& use, ObjectBase* target) noexcept;
 	Result<void> DrawOutermost(ObjectBase* element, const Place& outside) noexcept;

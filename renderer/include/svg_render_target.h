@@ -23,6 +23,10 @@
 namespace orvan
 {
 
+/// The class of this project's renderer, for hosts that have several and want this one. Whichever renderer is loaded
+/// first is also the implementation of `kSVGContextClass`.
+inline constexpr const char* kSVGCairoContextClass = "net.orvan.svg.cairo.class.context";
+
 /// What a picture is made of, and with it the format of its file.
 enum class SVGRenderOutput : std::int32_t
 {
@@ -45,6 +49,14 @@ struct SVGRenderOptions
 	/// The colour below the drawing, 0 to 1 each, and how opaque it is: at 0, the default, there is none.
 	Color background{};
 	Float backgroundOpacity = 0.0;
+	/// What "currentColor" stands for where the document does not say "color", 0 to 1 each; black by default.
+	Color currentColor{};
+	/// Seconds that a picture may take from `Begin` to its file. What is not drawn when the time is up is left out.
+	/// Must be greater than 0; infinity is for callers that wait for as long as it takes.
+	Float deadline = 10.0;
+	/// Bytes that a picture may take, its own pixels included. What would need more is left out. Must be greater than
+	/// 0.
+	Float memoryLimit = 512.0 * 1024 * 1024;
 };
 
 /// The pixels of a picture, rows from the top. They stay the renderer's: good until the next `Begin` and as long as the

@@ -10,11 +10,20 @@
 namespace orvan::cairo
 {
 
+class GradientCache;
+
+/// Deletes the cache where its type is known.
+struct DeleteCache
+{
+	void operator()(GradientCache* cache) const noexcept;
+};
+
 /// A picture being drawn.
 struct Job
 {
 	drawing::Scene scene;
 	SVGRenderOutput output = SVGRenderOutput::pixels;
+	std::unique_ptr<GradientCache, DeleteCache> gradients{}; ///< Made when the first gradient is used.
 };
 
 /// Where a part draws: the picture, or a surface that is made for it. All surfaces of a picture have its coordinates,

@@ -15,6 +15,13 @@ namespace
 
 using namespace drawing;
 
+/// How a shape's area is found. A plain import knows no "clip-rule", and files that have one have "fill-rule" as well.
+cairo_fill_rule_t GetRule(const Job& job, const Frame& frame) noexcept
+{
+	const Style& style = frame.place.style;
+	return ToCairo(job.scene.isComplete ? style.clipRule : style.fillRule);
+}
+
 /// Collects the areas of shapes and texts, whatever they are painted with. Of the effects only clip paths count.
 class ClipSink final : public Sink
 {
@@ -32,7 +39,7 @@ public:
 	{
 		const auto fill = [&]() noexcept
 		{
-			cairo_set_fill_rule(_canvas.drawing, ToCairo(frame.place.style.fillRule));
+			cairo_set_fill_rule(_canvas.drawing, GetRule(_canvas.job, frame));
 			cairo_fill(_canvas.drawing);
 		};
 		if (frame.place.style.visibility != SVGVisibility::visible)
@@ -58,7 +65,8 @@ public:
 			fill();
 			return {};
 		};
-		return ComposeClipped(frame, {nullptr, &touched}, fillAnew);
+		Extent known(outline.GetBounds(), touched);
+		return ComposeClipped(frame, known, fillAnew);
 	}
 
 	Result<void> DrawText(const Frame& frame, const TextLine& line) noexcept override
@@ -76,12 +84,14 @@ public:
 			cairo_new_path(_canvas.drawing);
 			return {};
 		};
-		return ComposeClipped(frame, {nullptr, &touched}, fill);
+		Extent known(line.GetBounds(), touched);
+		return ComposeClipped(frame, known, fill);
 	}
 
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override
 	{
-		return ComposeClipped(frame, {}, content);
+		Extent extent(_canvas.job.scene, frame, content);
+		return ComposeClipped(frame, extent, content);
 	}
 
 	Result<void> DrawClipped(const Place&, const Rectangle&, const Content&) noexcept override
@@ -89,14 +99,15 @@ public:
 		return {};
 	}
 
-private:
-	Result<void> ComposeClipped(const Frame& frame, const Extent& extent, const Content& content) noexcept
+	/// Draws content clipped by the clip path that the frame's element has.
+	Result<void> ComposeClipped(const Frame& frame, Extent& extent, const Content& content) noexcept
 	{
 		Effects effects;
 		effects.clipPath = frame.effects.clipPath;
 		return Compose(_canvas, frame, effects, extent, content, *this);
 	}
 
+private:
 	const Canvas& _canvas;
 };
 
@@ -129,6 +140,18 @@ ClipContent GetClipContent(const SVGElementRef& clip) noexcept
 	return content;
 }
 
+/// Makes the frame of a clip path that of its content, whose coordinates may be fractions of the clipped element's box.
+Result<void> EnterUnits(Frame& frame, Extent& extent) noexcept
+{
+	if (frame.GetKeyword(SVGImportAttribute::clipPathUnits, SVGUnits::userSpaceOnUse) == SVGUnits::userSpaceOnUse)
+		return {};
+	const Rectangle box = ORVAN_TRY(extent.GetBox());
+	frame.place.transform = frame.place.transform * BoxTransform(box);
+	// Of an element without a box nothing is left.
+	frame.canDraw = frame.canDraw && !box.IsEmpty() && IsInvertible(frame.place.transform);
+	return {};
+}
+
 } // namespace
 
 Result<SVGElementRef> FindClipPath(Job& job, const Effects& effects, const Frame& frame) noexcept
@@ -136,17 +159,19 @@ Result<SVGElementRef> FindClipPath(Job& job, const Effects& effects, const Frame
 	return FindEffect<SVGClipPathElementInterface>(job.scene, effects.clipPath, frame);
 }
 
-Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const Frame& user) noexcept
+Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const Frame& user, Extent& extent) noexcept
 {
 	const ClipContent content = GetClipContent(clip);
 	if (!content.isSimple)
 		return false;
 	Limits& limits = canvas.job.scene.limits;
-	const Place place = ORVAN_TRY(GetContentPlace(clip, user));
-	const Frame frame(clip.GetObject(), place, &user, limits);
+	const Place place = ORVAN_TRY(GetContentPlace(canvas.job.scene, clip.GetObject(), user));
+	Frame frame(clip.GetObject(), place, &user, limits);
 	const SVGElementRef nested = ORVAN_TRY(FindClipPath(canvas.job, frame.effects, frame));
-	if (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame)))
+	// What clips the clip path refers to the same element.
+	if (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame, extent)))
 		return false;
+	ORVAN_TRY(EnterUnits(frame, extent));
 	cairo_new_path(canvas.drawing);
 	if (frame.canDraw && content.shape)
 	{
@@ -157,7 +182,7 @@ Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const F
 			const Outline outline = ORVAN_TRY(GetOutline(GetShapeKind(shape), shape, inner));
 			if (!SetPath(canvas.drawing, outline, inner.place.transform).IsDrawable())
 				cairo_new_path(canvas.drawing);
-			cairo_set_fill_rule(canvas.drawing, ToCairo(inner.place.style.fillRule));
+			cairo_set_fill_rule(canvas.drawing, GetRule(canvas.job, inner));
 		}
 	}
 	// Without a shape the path is empty, and everything is clipped away.
@@ -165,10 +190,12 @@ Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const F
 	return true;
 }
 
-Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip, const Frame& user) noexcept
+Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip, const Frame& user,
+								Extent& extent) noexcept
 {
-	const Place place = ORVAN_TRY(GetContentPlace(clip, user));
-	const Frame frame(clip.GetObject(), place, &user, canvas.job.scene.limits);
+	const Place place = ORVAN_TRY(GetContentPlace(canvas.job.scene, clip.GetObject(), user));
+	Frame frame(clip.GetObject(), place, &user, canvas.job.scene.limits);
+	ORVAN_TRY(EnterUnits(frame, extent));
 	cairo_push_group_with_content(canvas.drawing, CAIRO_CONTENT_ALPHA);
 	Result<void> drawn;
 	if (frame.canDraw)
@@ -178,7 +205,7 @@ Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip,
 		{
 			return Walk(canvas.job.scene, inner).DrawChildren(clip.GetObject(), frame.place, frame);
 		};
-		drawn = sink.DrawGroup(frame, draw);
+		drawn = sink.ComposeClipped(frame, extent, draw);
 	}
 	PatternPtr coverage(cairo_pop_group(canvas.drawing));
 	ORVAN_TRY(drawn);

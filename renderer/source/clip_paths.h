@@ -3,7 +3,7 @@
 #pragma once
 
 #include "canvas.h"
-#include "drawing/sink.h"
+#include "drawing/measure.h"
 
 namespace orvan::cairo
 {
@@ -13,9 +13,12 @@ namespace orvan::cairo
 Result<SVGElementRef> FindClipPath(Job& job, const drawing::Effects& effects, const drawing::Frame& frame) noexcept;
 
 /// Clips the canvas to a clip path of at most one plain shape; false, and no change, when it is more than that.
-Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user) noexcept;
+Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user,
+						drawing::Extent& extent) noexcept;
 
-/// The areas of a clip path's shapes together, as coverage. `user` is the element that is clipped.
-Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user) noexcept;
+/// The areas of a clip path's shapes together, as coverage. `user` is the element that is clipped, with
+/// its extent.
+Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user,
+								drawing::Extent& extent) noexcept;
 
 } // namespace orvan::cairo

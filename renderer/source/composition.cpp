@@ -2,9 +2,10 @@
 #include "composition.h"
 
 #include "clip_paths.h"
-#include "drawing/measure.h"
 #include "layers.h"
 #include "masks.h"
+
+#include <array>
 
 namespace orvan::cairo
 {
@@ -16,70 +17,101 @@ using namespace drawing;
 /// How many layers inside each other have their content measured before they are made.
 constexpr int kMeasuredLayers = 4;
 
-/// Draws content into a layer and puts that through `clip`, `mask` (null for none) and the opacity.
-Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, double opacity, const SVGElementRef& mask,
-						  const SVGElementRef& clip, const Extent& extent, const Content& content, Sink& sink) noexcept
+/// The drawing library's operators, by blend mode.
+constexpr std::array kOperators = {
+	CAIRO_OPERATOR_OVER,       CAIRO_OPERATOR_MULTIPLY,       CAIRO_OPERATOR_SCREEN,      CAIRO_OPERATOR_OVERLAY,
+	CAIRO_OPERATOR_DARKEN,     CAIRO_OPERATOR_LIGHTEN,        CAIRO_OPERATOR_COLOR_DODGE, CAIRO_OPERATOR_COLOR_BURN,
+	CAIRO_OPERATOR_HARD_LIGHT, CAIRO_OPERATOR_SOFT_LIGHT,     CAIRO_OPERATOR_DIFFERENCE,  CAIRO_OPERATOR_EXCLUSION,
+	CAIRO_OPERATOR_HSL_HUE,    CAIRO_OPERATOR_HSL_SATURATION, CAIRO_OPERATOR_HSL_COLOR,   CAIRO_OPERATOR_HSL_LUMINOSITY,
+	CAIRO_OPERATOR_ADD,
+};
+
+cairo_operator_t ToOperator(SVGBlendMode mode) noexcept
+{
+	const auto number = static_cast<std::size_t>(mode);
+	return number < kOperators.size() ? kOperators[number] : CAIRO_OPERATOR_OVER;
+}
+
+/// The references of the effects, followed; null for none.
+struct Followed
+{
+	SVGElementRef clip; ///< Only one that is not the drawing library's clip already.
+	SVGElementRef mask;
+};
+
+/// Draws content into a layer and puts that through the effects.
+Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effects& effects, const Followed& followed,
+						  Extent& extent, const Content& content, Sink& sink) noexcept
 {
 	Limits& limits = canvas.job.scene.limits;
 	const Rectangle area = canvas.GetClipExtents().RoundOut();
-	const LayerScope layer(limits, area.GetArea() * (clip ? 2.0 : 1.0));
-	const double detail = GetMaskDetail(canvas.job);
-	const LayerScope maskLayer(limits, mask ? area.GetArea() * detail * detail : 0.0);
-	if (!layer.IsOpen() || !maskLayer.IsOpen())
+	const LayerScope layer(limits, area.GetArea() * (followed.clip ? 2.0 : 1.0));
+	if (!layer.IsOpen())
 		return {};
 	cairo_t* const drawing = canvas.drawing;
 	cairo_push_group(drawing);
 	Result<void> drawn = content.DrawInto(sink);
 	PatternPtr picture(cairo_pop_group(drawing));
 	ORVAN_TRY(drawn);
-	if (clip)
+	const cairo_operator_t blend = ToOperator(effects.blendMode);
+	if (followed.clip)
 	{
-		const PatternPtr coverage = ORVAN_TRY(DrawClipPath(canvas, clip, frame));
-		const bool isLast = !mask && opacity == 1.0;
+		const PatternPtr coverage = ORVAN_TRY(DrawClipPath(canvas, followed.clip, frame, extent));
+		const bool isLast = !followed.mask && effects.opacity == 1.0;
 		if (!isLast)
 			cairo_push_group(drawing);
+		else
+			cairo_set_operator(drawing, blend);
 		cairo_set_source(drawing, picture.get());
 		cairo_mask(drawing, coverage.get());
 		if (isLast)
 			return {};
 		picture.reset(cairo_pop_group(drawing));
 	}
+	PatternPtr mask;
+	if (followed.mask)
+	{
+		mask = ORVAN_TRY(DrawMask(canvas, followed.mask, frame, area, extent, effects.opacity));
+		// Without a mask to go through nothing shows.
+		if (mask == nullptr)
+			return {};
+	}
+	cairo_set_operator(drawing, blend);
 	cairo_set_source(drawing, picture.get());
-	if (mask)
-		cairo_mask(drawing, ORVAN_TRY(DrawMask(canvas, mask, frame, area, extent.user, opacity)).get());
+	if (mask != nullptr)
+		cairo_mask(drawing, mask.get());
 	else
-		cairo_paint_with_alpha(drawing, opacity);
+		cairo_paint_with_alpha(drawing, effects.opacity);
 	return {};
 }
 
 } // namespace
 
-Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& effects, const Extent& extent,
+Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& effects, Extent& extent,
 					 const Content& content, Sink& sink) noexcept
 {
 	if (effects.IsNone())
 		return content.DrawInto(sink);
-	const SVGElementRef clip = ORVAN_TRY(FindClipPath(canvas.job, effects, frame));
-	const SVGElementRef mask = ORVAN_TRY(FindMask(canvas.job, effects, frame));
+	Followed followed;
+	followed.clip = ORVAN_TRY(FindClipPath(canvas.job, effects, frame));
+	followed.mask = ORVAN_TRY(FindMask(canvas.job, effects, frame));
 	if (effects.opacity == 0.0)
 		return {};
 	const SavedDrawing saved(canvas);
-	if (extent.device != nullptr)
-		canvas.ClipTo(extent.device->RoundOut(), {});
-	const bool isClipSimple = !clip || ORVAN_TRY(ClipSimply(canvas, clip, frame));
-	if (isClipSimple && !mask && effects.opacity == 1.0)
+	if (extent.IsKnown())
+		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
+	if (followed.clip && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
+		followed.clip = nullptr;
+	const bool needsLayer = followed.clip || followed.mask || effects.opacity != 1.0 ||
+							effects.blendMode != SVGBlendMode::normal || effects.isIsolated;
+	if (!needsLayer)
 		return canvas.GetClipExtents().GetArea() > 0.0 ? content.DrawInto(sink) : Result<void>();
 	// Below a few layers measuring anew would cost more than it saves: the outer ones have set bounds already.
-	if (extent.device == nullptr && canvas.job.scene.limits.GetLayerCount() < kMeasuredLayers)
-	{
-		MeasureSink measure;
-		ORVAN_TRY(content.DrawInto(measure));
-		canvas.ClipTo(measure.GetTouched().RoundOut(), {});
-	}
+	if (!extent.IsKnown() && canvas.job.scene.limits.GetLayerCount() < kMeasuredLayers)
+		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
 	if (!(canvas.GetClipExtents().GetArea() > 0.0))
 		return {};
-	return ComposeLayer(canvas, frame, effects.opacity, mask, isClipSimple ? SVGElementRef() : clip, extent, content,
-						sink);
+	return ComposeLayer(canvas, frame, effects, followed, extent, content, sink);
 }
 
 } // namespace orvan::cairo

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-/// What applies to an element as one picture: clip path, mask and opacity.
+/// What applies to an element as one picture: filter, clip path, mask, opacity and
+/// blend mode, in this order.
 ///
 /// An element with such effects is drawn into a layer as large as the part of the picture that can change, and the
 /// layer is then put through the clip, the mask and the opacity. Two shortcuts do without: a clip path of one plain
@@ -7,20 +8,13 @@
 #pragma once
 
 #include "canvas.h"
-#include "drawing/sink.h"
+#include "drawing/measure.h"
 
 namespace orvan::cairo
 {
 
-/// Where and how large something is, for effects; null pointers for what is not known.
-struct Extent
-{
-	const drawing::Rectangle* user = nullptr;   ///< The bounding box in the element's coordinates.
-	const drawing::Rectangle* device = nullptr; ///< What is touched, in the picture's coordinates.
-};
-
 /// Draws `content`, which is that of `frame`, into `sink` with `effects`. The sink draws on `canvas`.
 Result<void> Compose(const Canvas& canvas, const drawing::Frame& frame, const drawing::Effects& effects,
-					 const Extent& extent, const drawing::Content& content, drawing::Sink& sink) noexcept;
+					 drawing::Extent& extent, const drawing::Content& content, drawing::Sink& sink) noexcept;
 
 } // namespace orvan::cairo

@@ -3,13 +3,30 @@
 
 #include "drawing/walk.h"
 #include "painter.h"
+#include "svg_import.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 
 namespace orvan::cairo
 {
 
 using namespace drawing;
+
+namespace
+{
+
+constexpr double kBytesPerPixel = 4.0;
+
+/// The time for drawing: of the deadline, a second for twenty million pixels is for writing the file, but never most
+/// of it.
+double GetSecondsToDraw(double deadline, double pixels) noexcept
+{
+	constexpr double kPixelsPerSecond = 2e7;
+	return std::max(deadline / 2.0, deadline - pixels / kPixelsPerSecond);
+}
+
+} // namespace
 
 Result<void> Context::Initialize() noexcept
 {
@@ -23,9 +40,17 @@ Result<void> Context::Begin(const SVGDocumentRef& document, const SVGRenderOptio
 	_job.reset();
 	_picture = Picture();
 	_picture = ORVAN_TRY(Picture::Create(document, options));
-	_job.emplace(Job{{document, _picture.GetNaturalSize(), _picture.GetViewportSize(), _fonts,
-					  Limits(_picture.GetSize().x * _picture.GetSize().y)},
-					 options.output});
+	const double pixels = _picture.GetSize().x * _picture.GetSize().y;
+	_job.emplace(Job{{document, _picture.GetNaturalSize(), _picture.GetViewportSize(), _fonts}, options.output});
+	Scene& scene = _job->scene;
+	scene.initialStyle.color = options.currentColor;
+	scene.unit = _picture.GetUnit();
+	if (const auto import = Cast<SVGDocumentImportInterface>(document))
+		scene.isComplete = import->GetImportOptions().isComplete;
+	// A page has no pixels of its own.
+	const double ownPixels = options.output == SVGRenderOutput::pixels ? pixels : 0.0;
+	scene.limits =
+		Limits(pixels, GetSecondsToDraw(options.deadline, ownPixels), options.memoryLimit - ownPixels * kBytesPerPixel);
 	return {};
 }
 
@@ -52,6 +77,7 @@ Result<void> Context::Draw(ObjectBase* element) noexcept
 	if (!_job)
 		return {};
 	Place place;
+	place.style = _job->scene.initialStyle;
 	place.transform = Scaling(_picture.GetUnit(), _picture.GetUnit());
 	const Vector2d& size = _picture.GetViewportSize();
 	place.viewport = {size.x, size.y, {size.x, size.y}};

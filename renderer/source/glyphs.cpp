@@ -28,6 +28,8 @@ drawing::PangoContextPtr MakeFontContext() noexcept
 	pango_cairo_context_set_font_options(context.get(), options.get());
 	pango_context_set_round_glyph_positions(context.get(), FALSE);
 	pango_cairo_context_set_resolution(context.get(), 72.0);
+	// What a text contains does not turn it around: the document says so, or nothing.
+	pango_context_set_base_dir(context.get(), PANGO_DIRECTION_LTR);
 	return context;
 }
 

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "gradients.h"
 
+#include <new>
+
 namespace orvan::cairo
 {
 namespace
 {
 
 using namespace drawing;
-using Key = SVGImportAttribute;
 
 cairo_extend_t ToExtend(SVGSpreadMethod spread) noexcept
 {
@@ -23,124 +24,87 @@ cairo_extend_t ToExtend(SVGSpreadMethod spread) noexcept
 	return CAIRO_EXTEND_PAD;
 }
 
-/// Reads a gradient's coordinates: fractions of the bounding box, or lengths in the user's units.
-class Coordinates
+PatternPtr MakePattern(const GradientDefinition& gradient, const GradientGeometry& at, double opacity) noexcept
 {
-public:
-	Coordinates(const ObjectBase* gradient, SVGGradientUnits units, const PaintPlace& at) noexcept
-		: _attributes(SVGElementRef::From(const_cast<ObjectBase*>(gradient))->GetAttributeDictionary()), _units(units),
-		  _place(at.place)
-	{
-	}
-
-	bool Has(SVGImportAttribute key) const noexcept
-	{
-		return _attributes.Has(static_cast<std::int32_t>(key));
-	}
-
-	double Get(SVGImportAttribute key, Axis axis, double absent) const noexcept
-	{
-		// An absent coordinate is a percentage in either unit.
-		const SVGLength length =
-			_attributes.GetOr(static_cast<std::int32_t>(key), SVGLength{absent, SVGLengthUnit::percent});
-		if (_units == SVGGradientUnits::boundingBox && length.unit == SVGLengthUnit::percent)
-			return length.value;
-		return _place.Resolve(length, axis);
-	}
-
-private:
-	DataDictionary _attributes;
-	SVGGradientUnits _units;
-	const Place& _place;
-};
-
-/// Lays a gradient with its stops over the element. `isPoint` says that its geometry is a point, so that the last stop
-/// covers everything.
-template <typename Gradient>
-bool SetStops(cairo_t* drawing, const Gradient& gradient, PatternPtr pattern, bool isPoint, double opacity,
-			  const PaintPlace& at) noexcept
-{
-	const std::size_t count = gradient.stops.GetCount();
-	if (count == 0)
-		return false;
-	const SVGGradientStop& last = gradient.stops[count - 1];
-	if (count == 1 || isPoint)
-	{
-		SetColor(drawing, last.color, ClampToUnit(last.opacity) * opacity);
-		return true;
-	}
-	Matrix2d transform = at.place.transform;
-	if (gradient.units == SVGGradientUnits::boundingBox)
-	{
-		transform = transform * Translation(at.bounds.left, at.bounds.top) *
-					Scaling(at.bounds.GetWidth(), at.bounds.GetHeight());
-	}
-	cairo_matrix_t matrix = ToCairo(transform);
-	if (!IsInvertible(transform) || cairo_matrix_invert(&matrix) != CAIRO_STATUS_SUCCESS)
-		return false;
-	cairo_pattern_set_matrix(pattern.get(), &matrix);
+	PatternPtr pattern(gradient.isRadial ? cairo_pattern_create_radial(at.from.x, at.from.y, at.fromRadius, at.to.x,
+																	   at.to.y, at.toRadius)
+										 : cairo_pattern_create_linear(at.from.x, at.from.y, at.to.x, at.to.y));
 	cairo_pattern_set_extend(pattern.get(), ToExtend(gradient.spread));
-	for (const SVGGradientStop& stop : gradient.stops)
+	for (const Stop& stop : gradient.stops)
 	{
 		cairo_pattern_add_color_stop_rgba(pattern.get(), stop.offset, ClampToUnit(stop.color.red),
 										  ClampToUnit(stop.color.green), ClampToUnit(stop.color.blue),
-										  ClampToUnit(stop.opacity) * opacity);
+										  stop.alpha * opacity);
 	}
-	cairo_set_source(drawing, pattern.get());
-	return true;
+	return pattern;
 }
 
-bool SetLinear(cairo_t* drawing, const SVGLinearGradient& gradient, const Coordinates& coordinates, double opacity,
-			   const PaintPlace& at) noexcept
+Result<GradientCache::Entry*> FindEntry(Job& job, ObjectBase* element) noexcept
 {
-	const Vector2d from{coordinates.Get(Key::x1, Axis::horizontal, 0.0), coordinates.Get(Key::y1, Axis::vertical, 0.0)};
-	const Vector2d to{coordinates.Get(Key::x2, Axis::horizontal, 1.0), coordinates.Get(Key::y2, Axis::vertical, 0.0)};
-	if (!std::isfinite(from.x + from.y + to.x + to.y))
-		return false;
-	return SetStops(drawing, gradient, PatternPtr(cairo_pattern_create_linear(from.x, from.y, to.x, to.y)), from == to,
-					opacity, at);
-}
-
-bool SetRadial(cairo_t* drawing, const SVGRadialGradient& gradient, const Coordinates& coordinates, double opacity,
-			   const PaintPlace& at) noexcept
-{
-	const Vector2d center{coordinates.Get(Key::cx, Axis::horizontal, 0.5),
-						  coordinates.Get(Key::cy, Axis::vertical, 0.5)};
-	const double radius = coordinates.Get(Key::r, Axis::other, 0.5);
-	Vector2d focus{coordinates.Has(Key::fx) ? coordinates.Get(Key::fx, Axis::horizontal, 0.0) : center.x,
-				   coordinates.Has(Key::fy) ? coordinates.Get(Key::fy, Axis::vertical, 0.0) : center.y};
-	if (!std::isfinite(center.x + center.y + radius + focus.x + focus.y) || radius < 0.0)
-		return false;
-	// A focus outside of the circle is moved onto it.
-	const Vector2d away = focus - center;
-	if (const double distance = std::hypot(away.x, away.y); distance > radius && radius > 0.0)
-		focus = {center.x + away.x / distance * radius, center.y + away.y / distance * radius};
-	return SetStops(drawing, gradient,
-					PatternPtr(cairo_pattern_create_radial(focus.x, focus.y, 0.0, center.x, center.y, radius)),
-					radius == 0.0, opacity, at);
+	if (job.gradients == nullptr)
+		job.gradients.reset(new (std::nothrow) GradientCache);
+	if (job.gradients == nullptr)
+		return OutOfMemoryError();
+	GradientCache::Entry& entry = job.gradients->Find(element);
+	if (entry.element != element)
+	{
+		entry.element = nullptr;
+		entry.definition = ORVAN_TRY(GetGradient(job.scene, element));
+		entry.pattern.reset();
+		entry.element = element;
+	}
+	return &entry;
 }
 
 } // namespace
 
-void SetColor(cairo_t* drawing, const Color& color, double opacity) noexcept
+void DeleteCache::operator()(GradientCache* cache) const noexcept
 {
-	cairo_set_source_rgba(drawing, ClampToUnit(color.red), ClampToUnit(color.green), ClampToUnit(color.blue), opacity);
+	delete cache;
 }
 
-Result<bool> SetGradient(const Canvas& canvas, ObjectBase* element, double opacity, const PaintPlace& at) noexcept
+Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, double opacity,
+								const PaintPlace& at) noexcept
 {
-	// Boxes without width or height have no inside that fractions could refer to, which the missing inverse tells.
-	if (const Borrowed<SVGLinearGradientElementInterface> linear(element); linear)
+	GradientCache::Entry& entry = *ORVAN_TRY(FindEntry(canvas.job, element));
+	const GradientDefinition& gradient = entry.definition;
+	const Place& place = at.frame.place;
+	const GradientGeometry geometry = GetGeometry(gradient, place);
+	const bool isFinite = std::isfinite(geometry.from.x + geometry.from.y + geometry.to.x + geometry.to.y) &&
+						  std::isfinite(geometry.fromRadius + geometry.toRadius);
+	const std::size_t count = gradient.stops.GetCount();
+	if (count == 0 || !isFinite || geometry.toRadius < 0.0)
+		return PaintResult::nothing;
+	Matrix2d transform = place.transform;
+	if (gradient.units == SVGGradientUnits::boundingBox)
 	{
-		const SVGLinearGradient gradient = ORVAN_TRY(linear->GetLinearGradient());
-		return SetLinear(canvas.drawing, gradient, {element, gradient.units, at}, opacity, at);
+		// A box without width or height has no inside that fractions could refer to.
+		const Rectangle& box = at.box.Get();
+		if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
+			return PaintResult::invalid;
+		transform = transform * BoxTransform(box);
 	}
-	if (const Borrowed<SVGRadialGradientElementInterface> radial(element); radial)
+	// A geometry that is a point has all of its colours there: the last one covers everything.
+	const bool isPoint = gradient.isRadial ? geometry.toRadius == 0.0 : geometry.from == geometry.to;
+	if (count == 1 || isPoint)
 	{
-		const SVGRadialGradient gradient = ORVAN_TRY(radial->GetRadialGradient());
-		return SetRadial(canvas.drawing, gradient, {element, gradient.units, at}, opacity, at);
+		const Stop& last = gradient.stops[count - 1];
+		SetColor(canvas.drawing, last.color, last.alpha * opacity);
+		return PaintResult::painted;
 	}
-	return false;
+	transform = transform * gradient.transform;
+	if (!IsInvertible(transform))
+		return PaintResult::nothing;
+	if (entry.pattern == nullptr || !(entry.geometry == geometry) || entry.opacity != opacity)
+	{
+		entry.pattern = MakePattern(gradient, geometry, opacity);
+		entry.geometry = geometry;
+		entry.opacity = opacity;
+	}
+	const cairo_matrix_t matrix = ToCairo(Invert(transform));
+	cairo_pattern_set_matrix(entry.pattern.get(), &matrix);
+	cairo_set_source(canvas.drawing, entry.pattern.get());
+	return PaintResult::painted;
 }
 
 } // namespace orvan::cairo

@@ -11,8 +11,8 @@ namespace orvan::cairo
 class LayerScope
 {
 public:
-	LayerScope(drawing::Limits& limits, double pixels) noexcept
-		: _limits(limits), _pixels(pixels), _isOpen(limits.OpenLayer(pixels))
+	LayerScope(drawing::Limits& limits, double pixels, double bytesPerPixel = 4.0) noexcept
+		: _limits(limits), _bytes(pixels * bytesPerPixel), _isOpen(limits.OpenLayer(pixels, _bytes))
 	{
 	}
 
@@ -21,7 +21,7 @@ public:
 	~LayerScope()
 	{
 		if (_isOpen)
-			_limits.CloseLayer(_pixels);
+			_limits.CloseLayer(_bytes);
 	}
 
 	bool IsOpen() const noexcept
@@ -31,7 +31,7 @@ public:
 
 private:
 	drawing::Limits& _limits;
-	double _pixels;
+	double _bytes;
 	bool _isOpen;
 };
 

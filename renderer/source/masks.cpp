@@ -4,7 +4,10 @@
 #include "composition.h"
 #include "drawing/references.h"
 #include "drawing/walk.h"
+#include "layers.h"
 #include "painter.h"
+
+#include <array>
 
 namespace orvan::cairo
 {
@@ -12,64 +15,150 @@ namespace
 {
 
 using namespace drawing;
+using Key = SVGImportAttribute;
 
-/// How many pixels a mask on a page has for each point.
+/// How many pixels a mask on a page has for each point at most, and how many in all. A page keeps the pixels of its
+/// masks to its end.
 constexpr double kPageDetail = 4.0;
+constexpr double kPagePixels = 2.0 * 1024 * 1024;
+/// How many of them a second is enough for when the page is written.
+constexpr double kPagePixelsPerSecond = 2e7;
 
-/// Turns colours into coverage: the brightness of each pixel, times the opacity, becomes its alpha.
-void ToLuminance(cairo_surface_t* surface, double opacity) noexcept
+/// How a pixel becomes coverage: the weights of its channels, and whether they are taken as linear light.
+struct Weights
 {
-	cairo_surface_flush(surface);
-	unsigned char* const data = cairo_image_surface_get_data(surface);
-	const int width = cairo_image_surface_get_width(surface);
-	const int height = cairo_image_surface_get_height(surface);
-	const int stride = cairo_image_surface_get_stride(surface);
-	const auto weight = [&](double share)
+	double red;
+	double green;
+	double blue;
+	double alpha;
+	bool isLinear;
+};
+
+constexpr Weights kLuminance{0.2125, 0.7154, 0.0721, 0.0, false};
+constexpr Weights kLinearLuminance{0.2125, 0.7154, 0.0721, 0.0, true};
+constexpr Weights kAlpha{0.0, 0.0, 0.0, 1.0, false};
+
+/// The light of a channel's value, 0 to 255 both.
+std::array<double, 256> MakeLinearTable() noexcept
+{
+	std::array<double, 256> table{};
+	for (std::size_t i = 0; i < table.size(); i++)
+	{
+		const double value = static_cast<double>(i) / 255.0;
+		table[i] = 255.0 * (value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4));
+	}
+	return table;
+}
+
+/// The coverage of a pixel as linear light, 0 to 255. Its colour is multiplied by its opacity, which light is not.
+double GetLinear(std::uint32_t pixel, const Weights& weights, const std::array<double, 256>& table) noexcept
+{
+	const std::uint32_t alpha = pixel >> 24;
+	if (alpha == 0)
+		return 0.0;
+	const auto light = [&](int shift)
+	{
+		return table[std::min((pixel >> shift & 255) * 255 / alpha, 255u)];
+	};
+	return (light(16) * weights.red + light(8) * weights.green + light(0) * weights.blue) * alpha / 255.0;
+}
+
+/// Writes the coverage of each pixel of `from` to `to`, both as large.
+void WriteCoverage(cairo_surface_t* from, cairo_surface_t* to, const Weights& weights, double opacity) noexcept
+{
+	cairo_surface_flush(from);
+	cairo_surface_flush(to);
+	const unsigned char* const source = cairo_image_surface_get_data(from);
+	unsigned char* const target = cairo_image_surface_get_data(to);
+	const int width = cairo_image_surface_get_width(from);
+	const int height = cairo_image_surface_get_height(from);
+	const std::ptrdiff_t sourceStride = cairo_image_surface_get_stride(from);
+	const std::ptrdiff_t targetStride = cairo_image_surface_get_stride(to);
+	const auto weigh = [&](double share)
 	{
 		return static_cast<std::uint32_t>(std::lround(share * opacity * 65536.0));
 	};
-	const std::uint32_t red = weight(0.2125);
-	const std::uint32_t green = weight(0.7154);
-	const std::uint32_t blue = weight(0.0721);
-	for (int y = 0; y < height && data != nullptr; y++)
+	const std::uint32_t red = weigh(weights.red);
+	const std::uint32_t green = weigh(weights.green);
+	const std::uint32_t blue = weigh(weights.blue);
+	const std::uint32_t alpha = weigh(weights.alpha);
+	static const std::array<double, 256> table = MakeLinearTable();
+	for (int y = 0; y < height && source != nullptr && target != nullptr; y++)
 	{
-		auto* const row = reinterpret_cast<std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
+		const auto* const row = reinterpret_cast<const std::uint32_t*>(source + y * sourceStride);
+		unsigned char* const coverage = target + y * targetStride;
 		for (int x = 0; x < width; x++)
 		{
 			const std::uint32_t pixel = row[x];
-			const std::uint32_t sum =
-				(pixel >> 16 & 255) * red + (pixel >> 8 & 255) * green + (pixel & 255) * blue + 32768;
-			row[x] = std::min(sum >> 16, 255u) << 24;
+			if (weights.isLinear)
+			{
+				coverage[x] = static_cast<unsigned char>(std::lround(GetLinear(pixel, weights, table) * opacity));
+				continue;
+			}
+			const std::uint32_t sum = (pixel >> 16 & 255) * red + (pixel >> 8 & 255) * green + (pixel & 255) * blue +
+									  (pixel >> 24) * alpha + 32768;
+			coverage[x] = static_cast<unsigned char>(std::min(sum >> 16, 255u));
 		}
 	}
-	cairo_surface_mark_dirty(surface);
+	cairo_surface_mark_dirty(to);
 }
 
-/// Clips to the region that a mask names. The tree does not tell its units, so the numbers must: a region more than
-/// twice as large as the element's box would be without effect, so it is meant in the user's units. Without a size, the
-/// region is a little larger than the element whatever its units, and is taken as without limit.
-void ClipToRegion(const Canvas& canvas, const Frame& frame, const Rectangle* bounds) noexcept
+const Weights& GetWeights(const Frame& frame) noexcept
 {
-	if (!frame.Has(SVGImportAttribute::width) || !frame.Has(SVGImportAttribute::height))
-		return;
-	const SVGLength2d position = Borrowed<SVGPositionInterface>(frame.element)->GetPosition();
-	const SVGLength2d size = Borrowed<SVGSizeInterface>(frame.element)->GetSize();
+	if (frame.GetKeyword(Key::maskType, SVGMaskType::luminance) == SVGMaskType::alpha)
+		return kAlpha;
+	return frame.place.style.colorInterpolation == SVGColorInterpolation::linearRGB ? kLinearLuminance : kLuminance;
+}
+
+/// What the position and size of a mask refer to. A plain import does not tell, so the numbers must: a region more than
+/// twice as large as the element's box would be without effect, so it is meant in the user's units.
+SVGUnits GetRegionUnits(const Frame& frame, bool isComplete) noexcept
+{
 	constexpr double kLargestFraction = 2.0;
-	const bool isFraction = size.x.value <= kLargestFraction && size.y.value <= kLargestFraction;
-	if (!isFraction)
+	if (isComplete || frame.Has(Key::maskUnits))
+		return frame.GetKeyword(Key::maskUnits, SVGUnits::objectBoundingBox);
+	const auto isLarge = [&](Key key)
 	{
-		const double x = frame.Resolve(position.x, Axis::horizontal);
-		const double y = frame.Resolve(position.y, Axis::vertical);
-		canvas.ClipTo({x, y, x + frame.Resolve(size.x, Axis::horizontal), y + frame.Resolve(size.y, Axis::vertical)},
-					  frame.place.transform);
-	}
-	else if (bounds != nullptr)
+		return frame.GetOr(key, SVGLength()).value > kLargestFraction;
+	};
+	return isLarge(Key::width) || isLarge(Key::height) ? SVGUnits::userSpaceOnUse : SVGUnits::objectBoundingBox;
+}
+
+/// Clips to the region of a mask. False when there is no region, and so nothing shows.
+Result<bool> ClipToRegion(const Canvas& canvas, const Frame& frame, Extent& extent) noexcept
+{
+	const SVGUnits units = GetRegionUnits(frame, canvas.job.scene.isComplete);
+	const bool isBox = units == SVGUnits::objectBoundingBox;
+	const auto get = [&](Key key, Axis axis, double absent)
 	{
-		const double x = bounds->left + position.x.value * bounds->GetWidth();
-		const double y = bounds->top + position.y.value * bounds->GetHeight();
-		canvas.ClipTo({x, y, x + size.x.value * bounds->GetWidth(), y + size.y.value * bounds->GetHeight()},
-					  frame.place.transform);
+		const SVGLength length = frame.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
+		return isBox && length.unit == SVGLengthUnit::percent ? length.value : frame.Resolve(length, axis);
+	};
+	const double x = get(Key::x, Axis::horizontal, -0.1);
+	const double y = get(Key::y, Axis::vertical, -0.1);
+	const Rectangle region{x, y, x + get(Key::width, Axis::horizontal, 1.2), y + get(Key::height, Axis::vertical, 1.2)};
+	if (!(region.right > region.left && region.bottom > region.top))
+		return false;
+	if (!isBox)
+	{
+		canvas.ClipTo(region, frame.place.transform);
+		return true;
 	}
+	const Rectangle box = ORVAN_TRY(extent.GetBox());
+	if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
+		return false;
+	canvas.ClipTo(Transform(BoxTransform(box), region), frame.place.transform);
+	return true;
+}
+
+/// An image over `area` that has the picture's coordinates, with `detail` pixels for each of its units.
+SurfacePtr MakeImage(cairo_format_t format, const Rectangle& area, double detail) noexcept
+{
+	SurfacePtr surface(cairo_image_surface_create(format, static_cast<int>(std::ceil(area.GetWidth() * detail)),
+												  static_cast<int>(std::ceil(area.GetHeight() * detail))));
+	cairo_surface_set_device_scale(surface.get(), detail, detail);
+	cairo_surface_set_device_offset(surface.get(), -area.left * detail, -area.top * detail);
+	return surface;
 }
 
 } // namespace
@@ -79,44 +168,54 @@ Result<SVGElementRef> FindMask(Job& job, const Effects& effects, const Frame& fr
 	return FindEffect<SVGMaskElementInterface>(job.scene, effects.mask, frame);
 }
 
-double GetMaskDetail(const Job& job) noexcept
-{
-	return job.output == SVGRenderOutput::page ? kPageDetail : 1.0;
-}
-
 Result<PatternPtr> DrawMask(const Canvas& canvas, const SVGElementRef& mask, const Frame& user, const Rectangle& area,
-							const Rectangle* bounds, double opacity) noexcept
+							Extent& extent, double opacity) noexcept
 {
-	// An image of its own, since the brightness is taken from its pixels. It has the picture's coordinates.
 	Job& job = canvas.job;
-	const double detail = GetMaskDetail(job);
-	const SurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(area.GetWidth() * detail),
-														static_cast<int>(area.GetHeight() * detail)));
-	cairo_surface_set_device_scale(surface.get(), detail, detail);
-	cairo_surface_set_device_offset(surface.get(), -area.left * detail, -area.top * detail);
-	const CairoPtr drawing(cairo_create(surface.get()));
-	if (cairo_status(drawing.get()) != CAIRO_STATUS_SUCCESS)
+	Limits& limits = job.scene.limits;
+	const bool isPage = job.output == SVGRenderOutput::page;
+	const double detail =
+		isPage ? std::clamp(std::sqrt(kPagePixels / std::max(area.GetArea(), 1.0)), 0.25, kPageDetail) : 1.0;
+	const double pixels = area.GetArea() * detail * detail;
+	const LayerScope layer(limits, pixels, 5.0);
+	if (!layer.IsOpen() || (isPage && !limits.Hold(pixels)))
+		return PatternPtr();
+	if (isPage)
+		limits.Reserve(pixels / kPagePixelsPerSecond);
+	// Images of their own, since the coverage is worked out from the pixels.
+	const SurfacePtr colors = MakeImage(CAIRO_FORMAT_ARGB32, area, detail);
+	SurfacePtr coverage = MakeImage(CAIRO_FORMAT_A8, area, detail);
+	const CairoPtr drawing(cairo_create(colors.get()));
+	if (cairo_status(drawing.get()) != CAIRO_STATUS_SUCCESS ||
+		cairo_surface_status(coverage.get()) != CAIRO_STATUS_SUCCESS)
 		return OutOfMemoryError();
 
 	const Canvas maskCanvas{job, drawing.get()};
-	const Place place = ORVAN_TRY(GetContentPlace(mask, user));
-	const Frame frame(mask.GetObject(), place, &user, job.scene.limits);
-	if (frame.canDraw)
+	const Place place = ORVAN_TRY(GetContentPlace(job.scene, mask.GetObject(), user));
+	Frame frame(mask.GetObject(), place, &user, limits);
+	// A mask's own transform does nothing.
+	frame.place.transform = place.transform;
+	if (limits.IsOver() || !ORVAN_TRY(ClipToRegion(maskCanvas, frame, extent)))
+		return PatternPtr();
+	if (frame.GetKeyword(Key::maskContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
+		frame.place.transform = frame.place.transform * BoxTransform(ORVAN_TRY(extent.GetBox()));
+	if (IsInvertible(frame.place.transform))
 	{
 		Painter painter(maskCanvas);
-		ClipToRegion(maskCanvas, frame, bounds);
-		Effects effects = frame.effects;
-		effects.opacity = 1.0;
 		const auto draw = [&](Sink& sink) noexcept
 		{
 			return Walk(job.scene, sink).DrawChildren(mask.GetObject(), frame.place, frame);
 		};
-		ORVAN_TRY(Compose(maskCanvas, frame, effects, {}, draw, painter));
+		// What clips or masks the mask refers to the element that the mask is for.
+		Effects effects;
+		effects.clipPath = frame.effects.clipPath;
+		effects.mask = frame.effects.mask;
+		ORVAN_TRY(Compose(maskCanvas, frame, effects, extent, draw, painter));
 	}
-	ToLuminance(surface.get(), opacity);
-	PatternPtr coverage(cairo_pattern_create_for_surface(surface.get()));
-	cairo_pattern_set_filter(coverage.get(), detail == 1.0 ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
-	return coverage;
+	WriteCoverage(colors.get(), coverage.get(), GetWeights(frame), opacity);
+	PatternPtr pattern(cairo_pattern_create_for_surface(coverage.get()));
+	cairo_pattern_set_filter(pattern.get(), detail == 1.0 ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+	return pattern;
 }
 
 } // namespace orvan::cairo

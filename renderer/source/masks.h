@@ -3,6 +3,7 @@
 #pragma once
 
 #include "canvas.h"
+#include "drawing/measure.h"
 
 namespace orvan::cairo
 {
@@ -11,12 +12,9 @@ namespace orvan::cairo
 /// as none.
 Result<SVGElementRef> FindMask(Job& job, const drawing::Effects& effects, const drawing::Frame& frame) noexcept;
 
-/// How many pixels masks have for each unit of the picture.
-double GetMaskDetail(const Job& job) noexcept;
-
-/// The brightness of a mask's content over `area` (of the picture, in whole pixels), times the opacity, as coverage.
-/// `user` is the element that is masked, `bounds` its bounding box in its own coordinates, or null.
+/// The brightness (or the opacity) of a mask's content over `area`, which is in whole pixels of the picture, times the
+/// opacity, as coverage. `user` is the element that is masked, with its extent. Null when nothing shows through.
 Result<PatternPtr> DrawMask(const Canvas& canvas, const SVGElementRef& mask, const drawing::Frame& user,
-							const drawing::Rectangle& area, const drawing::Rectangle* bounds, double opacity) noexcept;
+							const drawing::Rectangle& area, drawing::Extent& extent, double opacity) noexcept;
 
 } // namespace orvan::cairo

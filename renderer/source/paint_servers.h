@@ -11,12 +11,25 @@ namespace orvan::cairo
 struct PaintPlace
 {
 	const drawing::Frame& frame;
-	const drawing::Place& place;      ///< That of the frame, or of what is painted in it.
-	const drawing::Rectangle& bounds; ///< The element's bounding box in its own coordinates.
+	drawing::LazyBox box; ///< The element's bounding box in its own coordinates.
 };
 
-/// Makes a paint the source of the canvas, whose transform must be the identity. False when nothing is to be painted:
-/// no paint, an opacity of zero, a reference to nothing or to something that is no gradient, a gradient without stops.
+/// What became of a paint.
+enum class PaintResult
+{
+	painted, ///< It is the source now.
+	nothing, ///< It paints nothing.
+	invalid, ///< Its reference leads to no paint server, or to one that cannot be used here: the fallback counts.
+};
+
+/// Makes a paint the source of the canvas, whose transform must be the identity. False when nothing is to be painted.
 Result<bool> SetSource(const Canvas& canvas, const SVGPaint& paint, double opacity, const PaintPlace& at) noexcept;
+
+/// Makes a colour the source.
+void SetColor(cairo_t* drawing, const Color& color, double opacity) noexcept;
+
+/// The fill and the stroke of a style, initial values included.
+const SVGPaint& GetFill(const drawing::Style& style) noexcept;
+const SVGPaint& GetStroke(const drawing::Style& style) noexcept;
 
 } // namespace orvan::cairo

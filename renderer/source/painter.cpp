@@ -2,6 +2,7 @@
 #include "painter.h"
 
 #include "composition.h"
+#include "drawing/markers.h"
 #include "drawing/measure.h"
 #include "drawing/strokes.h"
 #include "glyphs.h"
@@ -9,6 +10,8 @@
 #include "paths.h"
 #include "pen.h"
 
+#include <array>
+#include <iterator>
 #include <utility>
 
 namespace orvan::cairo
@@ -18,13 +21,52 @@ namespace
 
 using namespace drawing;
 
-const SVGPaint kBlack{};
-
-/// Takes the opacity out of the effects where there is but one paint, which can be made transparent itself; only fill
-/// and stroke together need a layer.
-double TakeOpacity(const Place& place, Effects& effects) noexcept
+/// The parts of a shape.
+enum class Part
 {
-	return HasFill(place.style) && HasStroke(place) ? 1.0 : std::exchange(effects.opacity, 1.0);
+	fill,
+	stroke,
+	markers,
+};
+
+using Parts = std::array<Part, 3>;
+
+/// The parts in the order in which they are painted, by the number of the order.
+constexpr Parts kOrders[] = {
+	{Part::fill, Part::stroke, Part::markers}, {Part::fill, Part::markers, Part::stroke},
+	{Part::stroke, Part::fill, Part::markers}, {Part::stroke, Part::markers, Part::fill},
+	{Part::markers, Part::fill, Part::stroke}, {Part::markers, Part::stroke, Part::fill},
+};
+
+const Parts& GetOrder(const Style& style) noexcept
+{
+	const auto number = static_cast<std::size_t>(style.paintOrder);
+	return kOrders[number < std::size(kOrders) ? number : 0];
+}
+
+cairo_antialias_t GetAntialias(const Style& style) noexcept
+{
+	const bool isCrisp = style.shapeRendering == SVGShapeRendering::crispEdges ||
+						 style.shapeRendering == SVGShapeRendering::optimizeSpeed;
+	return isCrisp ? CAIRO_ANTIALIAS_NONE : CAIRO_ANTIALIAS_DEFAULT;
+}
+
+/// Takes the opacity out of the effects where there is but one paint, which can be made transparent itself; only
+/// several together need a layer.
+double TakeOpacity(const Frame& frame, Effects& effects) noexcept
+{
+	const bool isOne = !(HasFill(frame.place.style) && HasStroke(frame.place)) && !HasMarkers(frame);
+	return isOne ? std::exchange(effects.opacity, 1.0) : 1.0;
+}
+
+/// How the document counts the length of a shape's outline, as a factor on its dashes.
+double GetDashScale(const Frame& frame, const Outline& outline) noexcept
+{
+	const Style& style = frame.place.style;
+	if (style.dashes == nullptr || !frame.Has(SVGImportAttribute::pathLength))
+		return 1.0;
+	const double counted = frame.GetOr(SVGImportAttribute::pathLength, 0.0);
+	return counted > 0.0 ? outline.GetLength() / counted : 1.0;
 }
 
 } // namespace
@@ -47,11 +89,15 @@ Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noex
 		cairo_new_path(_canvas.drawing);
 		return {};
 	}
-	const Rectangle painted = GetPaintedBounds(place, extent.bounds);
-	if (!Pay(place, painted, extent.segmentCount * kCommandWork))
+	Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, extent.bounds);
+	const bool isTooMuch = extent.rows > kManyRows && !_canvas.job.scene.limits.CanTake(extent.rows / kRowsPerSecond);
+	if (isTooMuch || !Pay(place, painted, extent.segmentCount * kCommandWork))
+	{
+		cairo_new_path(_canvas.drawing);
 		return {};
+	}
 	Effects effects = frame.effects;
-	const double opacity = TakeOpacity(place, effects);
+	const double opacity = TakeOpacity(frame, effects);
 	if (effects.IsNone())
 		return PaintPath(frame, outline, opacity);
 	const auto paint = [&](Sink&) noexcept
@@ -59,20 +105,51 @@ Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noex
 		SetPath(_canvas.drawing, outline, place.transform);
 		return PaintPath(frame, outline, opacity);
 	};
-	return Compose(_canvas, frame, effects, {&outline.GetBounds(), &painted}, paint, *this);
+	if (HasMarkers(frame))
+	{
+		MeasureSink measure(_canvas.job.scene, place.transform);
+		ORVAN_TRY(measure.DrawShape(frame, outline));
+		painted.Include(measure.GetTouched());
+	}
+	Extent known(outline.GetBounds(), painted);
+	return Compose(_canvas, frame, effects, known, paint, *this);
 }
 
 /// Paints the current path, which is that of the outline.
 Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, double opacity) noexcept
 {
-	if (HasFill(frame.place.style) && ORVAN_TRY(SetFill(frame, outline.GetBounds(), opacity)))
+	const Style& style = frame.place.style;
+	cairo_t* const drawing = _canvas.drawing;
+	cairo_set_antialias(drawing, GetAntialias(style));
+	bool isPathSet = true;
+	// A part that paints with a path uses it up, or keeps it, as its followers need it.
+	const auto setPath = [&]
 	{
-		cairo_set_fill_rule(_canvas.drawing, ToCairo(frame.place.style.fillRule));
-		cairo_fill_preserve(_canvas.drawing);
+		if (!std::exchange(isPathSet, true))
+			SetPath(drawing, outline, frame.place.transform);
+	};
+	for (const Part part : GetOrder(style))
+	{
+		if (part == Part::fill && HasFill(style) && ORVAN_TRY(SetFill(frame, outline, opacity)))
+		{
+			setPath();
+			cairo_set_fill_rule(drawing, ToCairo(style.fillRule));
+			cairo_fill_preserve(drawing);
+		}
+		else if (part == Part::stroke && HasStroke(frame.place) && ORVAN_TRY(SetStroke(frame, outline, opacity)))
+		{
+			setPath();
+			StrokePath(_canvas, frame, GetDashScale(frame, outline));
+			isPathSet = false;
+		}
+		else if (part == Part::markers && HasMarkers(frame))
+		{
+			cairo_new_path(drawing);
+			isPathSet = false;
+			ORVAN_TRY(DrawMarkers(_canvas.job.scene, frame, outline, *this));
+		}
 	}
-	if (HasStroke(frame.place) && ORVAN_TRY(SetStroke(frame, outline.GetBounds(), opacity)))
-		StrokePath(_canvas, frame.place);
-	cairo_new_path(_canvas.drawing);
+	cairo_new_path(drawing);
 	return {};
 }
 
@@ -83,16 +160,17 @@ Result<void> Painter::DrawText(const Frame& frame, const TextLine& line) noexcep
 	const Place& place = frame.place;
 	if (place.style.visibility != SVGVisibility::visible)
 		return {};
-	const Rectangle painted = GetPaintedBounds(place, Transform(place.transform, line.GetReach()));
+	const Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, Transform(place.transform, line.GetReach()));
 	if (!Pay(place, painted, line.GetLength() * kCharacterWork))
 		return {};
 	Effects effects = frame.effects;
-	const double opacity = TakeOpacity(place, effects);
+	const double opacity = TakeOpacity(frame, effects);
 	const auto paint = [&](Sink&) noexcept
 	{
 		return PaintText(frame, line, opacity);
 	};
-	return Compose(_canvas, frame, effects, {&line.GetBounds(), &painted}, paint, *this);
+	Extent known(line.GetBounds(), painted);
+	return Compose(_canvas, frame, effects, known, paint, *this);
 }
 
 Result<void> Painter::PaintText(const Frame& frame, const TextLine& line, double opacity) noexcept
@@ -103,7 +181,7 @@ Result<void> Painter::PaintText(const Frame& frame, const TextLine& line, double
 	if (HasStroke(frame.place) && ORVAN_TRY(SetStroke(frame, bounds, opacity)))
 	{
 		SetGlyphPath(_canvas.drawing, line, frame.place.transform);
-		StrokePath(_canvas, frame.place);
+		StrokePath(_canvas, frame, 1.0);
 	}
 	cairo_new_path(_canvas.drawing);
 	return {};
@@ -113,7 +191,8 @@ Result<void> Painter::PaintText(const Frame& frame, const TextLine& line, double
 
 Result<void> Painter::DrawGroup(const Frame& frame, const Content& content) noexcept
 {
-	return Compose(_canvas, frame, frame.effects, {}, content, *this);
+	Extent extent(_canvas.job.scene, frame, content);
+	return Compose(_canvas, frame, frame.effects, extent, content, *this);
 }
 
 Result<void> Painter::DrawClipped(const Place& place, const Rectangle& clip, const Content& content) noexcept
@@ -125,17 +204,16 @@ Result<void> Painter::DrawClipped(const Place& place, const Rectangle& clip, con
 
 // Paints and costs ---------------------------------------------------------------------------------------------------
 
-Result<bool> Painter::SetFill(const Frame& frame, const Rectangle& bounds, double opacity) noexcept
+Result<bool> Painter::SetFill(const Frame& frame, const LazyBox& box, double opacity) noexcept
 {
 	const Style& style = frame.place.style;
-	return SetSource(_canvas, style.fill != nullptr ? *style.fill : kBlack, ClampToUnit(style.fillOpacity) * opacity,
-					 {frame, frame.place, bounds});
+	return SetSource(_canvas, GetFill(style), ClampToUnit(style.fillOpacity) * opacity, {frame, box});
 }
 
-Result<bool> Painter::SetStroke(const Frame& frame, const Rectangle& bounds, double opacity) noexcept
+Result<bool> Painter::SetStroke(const Frame& frame, const LazyBox& box, double opacity) noexcept
 {
 	const Style& style = frame.place.style;
-	return SetSource(_canvas, *style.stroke, ClampToUnit(style.strokeOpacity) * opacity, {frame, frame.place, bounds});
+	return SetSource(_canvas, GetStroke(style), ClampToUnit(style.strokeOpacity) * opacity, {frame, box});
 }
 
 bool Painter::Pay(const Place& place, const Rectangle& painted, double details) noexcept

@@ -27,8 +27,8 @@ public:
 private:
 	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline, double opacity) noexcept;
 	Result<void> PaintText(const drawing::Frame& frame, const drawing::TextLine& line, double opacity) noexcept;
-	Result<bool> SetFill(const drawing::Frame& frame, const drawing::Rectangle& bounds, double opacity) noexcept;
-	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::Rectangle& bounds, double opacity) noexcept;
+	Result<bool> SetFill(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
+	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	/// Pays for painting a box and going through `details`, where that is to be paid for.
 	bool Pay(const drawing::Place& place, const drawing::Rectangle& painted, double details) noexcept;
 

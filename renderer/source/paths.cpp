@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "paths.h"
 
+#include "drawing/limits.h"
+
 namespace orvan::cairo
 {
 namespace
@@ -17,6 +19,15 @@ Vector2d PathWriter::ToDevice(const Vector2d& point) noexcept
 	_extent.isFinite = _extent.isFinite && std::isfinite(device.x) && std::isfinite(device.y);
 	device = {std::clamp(device.x, -kFarthest, kFarthest), std::clamp(device.y, -kFarthest, kFarthest)};
 	_extent.bounds.Add(device);
+	return device;
+}
+
+/// The same for a point that a line leads to.
+Vector2d PathWriter::Follow(const Vector2d& point) noexcept
+{
+	const Vector2d device = ToDevice(point);
+	_extent.rows += std::min(std::abs(device.y - _row), drawing::kMaxSide);
+	_row = device.y;
 	return device;
 }
 
@@ -40,12 +51,13 @@ void PathWriter::MoveTo(const Vector2d& point) noexcept
 	EndSubpath();
 	const Vector2d device = ToDevice(point);
 	cairo_move_to(_drawing, device.x, device.y);
+	_row = device.y;
 	_start = _current = point;
 }
 
 void PathWriter::LineTo(const Vector2d& point) noexcept
 {
-	const Vector2d device = ToDevice(point);
+	const Vector2d device = Follow(point);
 	cairo_line_to(_drawing, device.x, device.y);
 	_extent.segmentCount++;
 	_hasSegments = true;
@@ -55,9 +67,9 @@ void PathWriter::LineTo(const Vector2d& point) noexcept
 
 void PathWriter::CurveTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept
 {
-	const Vector2d c1 = ToDevice(control1);
-	const Vector2d c2 = ToDevice(control2);
-	const Vector2d end = ToDevice(point);
+	const Vector2d c1 = Follow(control1);
+	const Vector2d c2 = Follow(control2);
+	const Vector2d end = Follow(point);
 	cairo_curve_to(_drawing, c1.x, c1.y, c2.x, c2.y, end.x, end.y);
 	_extent.segmentCount++;
 	_hasSegments = true;

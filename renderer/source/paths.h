@@ -13,6 +13,7 @@ struct PathExtent
 {
 	drawing::Rectangle bounds; ///< A box around everything in the picture's coordinates, control points included.
 	int segmentCount = 0;      ///< Number of lines and curves.
+	double rows = 0.0;         ///< How many rows of pixels all lines together cross: what filling costs.
 	bool isFinite = true;
 
 	/// False when there is nothing to draw: no line in it, or a coordinate that is not finite.
@@ -42,11 +43,13 @@ public:
 
 private:
 	Vector2d ToDevice(const Vector2d& point) noexcept;
+	Vector2d Follow(const Vector2d& point) noexcept;
 	void EndSubpath() noexcept;
 
 	cairo_t* _drawing;
 	const Matrix2d& _transform;
 	PathExtent _extent;
+	double _row = 0.0; ///< Where the last line ended.
 	Vector2d _start;
 	Vector2d _current;
 	bool _hasSegments = false; ///< The subpath has more than its start, ...

@@ -3,6 +3,8 @@
 
 #include "drawing/strokes.h"
 
+#include <memory>
+
 namespace orvan::cairo
 {
 namespace
@@ -12,6 +14,10 @@ using namespace drawing;
 
 /// More dashes than this in one element are not drawn one by one.
 constexpr double kMaxDashes = 100000.0;
+/// How many of them a second is enough for when a page is written.
+constexpr double kDashesPerSecond = 5e6;
+/// A dash with round ends takes the library as long as these many others.
+constexpr double kRoundDash = 4.0;
 constexpr int kMaxDashArray = 256;
 constexpr double kShortestDash = 0.05; ///< In pixels; what is shorter looks solid anyway.
 
@@ -43,8 +49,54 @@ cairo_line_join_t ToCairo(SVGLineJoin join) noexcept
 	return CAIRO_LINE_JOIN_MITER;
 }
 
-/// Sets the dashes of the stroke; false when the line is solid.
-bool SetDashes(const Canvas& canvas, const Place& place, double width) noexcept
+using PathPtr = std::unique_ptr<cairo_path_t, Releaser<&cairo_path_destroy>>;
+
+/// Calls `visit` with each element of a path: its kind, its points and how many they are.
+template <typename Visit>
+void ForEach(const cairo_path_t& path, Visit visit) noexcept
+{
+	for (int i = 0; i < path.num_data; i += path.data[i].header.length)
+		visit(path.data[i].header.type, &path.data[i + 1], path.data[i].header.length - 1);
+}
+
+/// How long the current path is, and how many lines and curves it has. A curve counts as long as its control points lie
+/// apart, which is never less than it is.
+struct PathMeasure
+{
+	double length = 0.0;
+	int segmentCount = 0;
+};
+
+PathMeasure MeasurePath(cairo_t* drawing) noexcept
+{
+	const PathPtr path(cairo_copy_path(drawing));
+	PathMeasure measure;
+	cairo_path_data_t start{};
+	cairo_path_data_t at{};
+	const auto goTo = [&](const cairo_path_data_t& point)
+	{
+		measure.length += std::hypot(point.point.x - at.point.x, point.point.y - at.point.y);
+		at = point;
+	};
+	ForEach(*path,
+			[&](cairo_path_data_type_t type, const cairo_path_data_t* points, int count)
+			{
+				if (type == CAIRO_PATH_MOVE_TO)
+				{
+					start = at = points[0];
+					return;
+				}
+				measure.segmentCount++;
+				for (int i = 0; i < count; i++)
+					goTo(points[i]);
+				if (type == CAIRO_PATH_CLOSE_PATH)
+					goTo(start);
+			});
+	return measure;
+}
+
+/// Sets the dashes of the stroke; false when the line is solid. `stretch` is how much the pen's transform lengthens.
+bool SetDashes(const Canvas& canvas, const Place& place, double stretch, double pathLength) noexcept
 {
 	const Style& style = place.style;
 	Limits& limits = canvas.job.scene.limits;
@@ -55,47 +107,121 @@ bool SetDashes(const Canvas& canvas, const Place& place, double width) noexcept
 	double sum = 0.0;
 	for (const SVGLength& dash : *style.dashes)
 	{
-		const double length = ToUserUnits(dash, Axis::other, place.viewport, style.dashFontSize);
+		const double length = ToUserUnits(dash, Axis::other, place.viewport, style.dashFontSize) * pathLength;
 		if (!std::isfinite(length) || length < 0.0)
 			return false;
 		dashes[count++] = length;
 		sum += length;
 	}
-	const double scale = GetStretch(place.transform);
-	if (!std::isfinite(sum) || sum * scale < kShortestDash * count)
+	if (!std::isfinite(sum) || sum * stretch < kShortestDash * count)
 		return false;
 	// The library works through every dash of a line, also far outside of the picture.
-	double left = 0.0;
-	double top = 0.0;
-	double right = 0.0;
-	double bottom = 0.0;
-	cairo_path_extents(canvas.drawing, &left, &top, &right, &bottom);
-	const double dashCount = (right - left + bottom - top + width * scale) / (sum * scale) * count;
+	const double factor = style.lineCap == SVGLineCap::round ? kRoundDash : 1.0;
+	const double dashCount = MeasurePath(canvas.drawing).length / (sum * stretch) * count * factor;
 	if (dashCount > kMaxDashes || (place.isByReference && !limits.Pay(dashCount * kDashWork)))
 	{
 		limits.Omit(Omission::dashes);
 		return false;
 	}
-	const double offset = place.Resolve(style.dashOffset, Axis::other);
+	if (canvas.job.output == SVGRenderOutput::page)
+		limits.Reserve(dashCount / kDashesPerSecond);
+	const double offset = place.Resolve(style.dashOffset, Axis::other) * pathLength;
 	cairo_set_dash(canvas.drawing, dashes, count, std::isfinite(offset) ? std::fmod(offset, sum * 2.0) : 0.0);
 	return true;
 }
 
+/// Strokes the current path in pieces, and stops when the time is up. Each piece begins with the last line of the one
+/// before, so that their joins are there. The pieces make up one area, which the source then fills once.
+void StrokeInPieces(const Canvas& canvas, const cairo_matrix_t& pen, int pieceLength) noexcept
+{
+	cairo_t* const drawing = canvas.drawing;
+	const PathPtr path(cairo_copy_path(drawing));
+	const PatternPtr source(cairo_pattern_reference(cairo_get_source(drawing)));
+	cairo_push_group_with_content(drawing, CAIRO_CONTENT_ALPHA);
+	cairo_set_source_rgba(drawing, 0.0, 0.0, 0.0, 1.0);
+	const auto stroke = [&]
+	{
+		cairo_set_matrix(drawing, &pen);
+		cairo_stroke(drawing);
+		cairo_identity_matrix(drawing);
+	};
+	cairo_new_path(drawing);
+	cairo_path_data_t start{};
+	cairo_path_data_t before{}; // Where the line begins that leads to `at`.
+	cairo_path_data_t at{};
+	int length = 0;
+	ForEach(*path,
+			[&](cairo_path_data_type_t type, const cairo_path_data_t* points, int count)
+			{
+				if (canvas.job.scene.limits.IsOver())
+					return;
+				if (length >= pieceLength)
+				{
+					stroke();
+					length = 0;
+					cairo_move_to(drawing, before.point.x, before.point.y);
+					cairo_line_to(drawing, at.point.x, at.point.y);
+				}
+				length++;
+				if (type == CAIRO_PATH_MOVE_TO)
+				{
+					cairo_move_to(drawing, points[0].point.x, points[0].point.y);
+					start = before = at = points[0];
+				}
+				else if (type == CAIRO_PATH_CURVE_TO)
+				{
+					cairo_curve_to(drawing, points[0].point.x, points[0].point.y, points[1].point.x, points[1].point.y,
+								   points[2].point.x, points[2].point.y);
+					before = points[1];
+					at = points[2];
+				}
+				else
+				{
+					// A piece may lack the start of its subpath, so that closing it is a line.
+					before = at;
+					at = count != 0 ? points[0] : start;
+					cairo_line_to(drawing, at.point.x, at.point.y);
+				}
+			});
+	stroke();
+	const PatternPtr area(cairo_pop_group(drawing));
+	cairo_set_source(drawing, source.get());
+	cairo_mask(drawing, area.get());
+}
+
 } // namespace
 
-void StrokePath(const Canvas& canvas, const Place& place) noexcept
+void StrokePath(const Canvas& canvas, const Frame& frame, double pathLength) noexcept
 {
+	const Place& place = frame.place;
 	const Style& style = place.style;
 	const double width = GetStrokeWidth(place);
-	if (!SetDashes(canvas, place, width))
+	// The pen is round in the element's coordinates, not in those of the picture, unless the element says so.
+	const double unit = canvas.job.scene.unit;
+	const Matrix2d pen = IsStrokeUnscaled(frame) ? Scaling(unit, unit) : place.transform;
+	const double stretch = GetStretch(pen);
+	const bool isDashed = SetDashes(canvas, place, stretch, pathLength);
+	if (!isDashed)
 		cairo_set_dash(canvas.drawing, nullptr, 0, 0.0);
 	cairo_set_line_cap(canvas.drawing, ToCairo(style.lineCap));
 	cairo_set_line_join(canvas.drawing, ToCairo(style.lineJoin));
 	cairo_set_miter_limit(canvas.drawing, style.miterLimit >= 1.0 ? style.miterLimit : 1.0);
-	// The pen is round in the element's coordinates, not in those of the picture.
-	const cairo_matrix_t matrix = ToCairo(place.transform);
-	cairo_set_matrix(canvas.drawing, &matrix);
 	cairo_set_line_width(canvas.drawing, width);
+	const cairo_matrix_t matrix = cairo::ToCairo(pen);
+	if (!isDashed && canvas.job.output == SVGRenderOutput::pixels)
+	{
+		// Curves are many lines to the library, and a join at each of them takes as many rows as the pen is wide.
+		constexpr int kFewSegments = 1000;
+		constexpr double kLinesOfACurve = 8.0;
+		const PathMeasure measure = MeasurePath(canvas.drawing);
+		const double rows = measure.length * 2.0 + measure.segmentCount * kLinesOfACurve * width * stretch;
+		if (measure.segmentCount > kFewSegments && rows > kManyRows)
+		{
+			StrokeInPieces(canvas, matrix, std::max(1, static_cast<int>(measure.segmentCount * kManyRows / rows)));
+			return;
+		}
+	}
+	cairo_set_matrix(canvas.drawing, &matrix);
 	cairo_stroke(canvas.drawing);
 	cairo_identity_matrix(canvas.drawing);
 }

@@ -7,8 +7,9 @@
 namespace orvan::cairo
 {
 
-/// Strokes the current path, which is used up, with the drawing's source and the pen that `place` asks for. The
-/// drawing's transform must be the identity.
-void StrokePath(const Canvas& canvas, const drawing::Place& place) noexcept;
+/// Strokes the current path, which is used up, with the canvas's source and the pen that the frame asks for.
+/// `pathLength` is the length of the path in user units as the document counts it for dashes, relative to what it is:
+/// 1 for as it is. The canvas's transform must be the identity.
+void StrokePath(const Canvas& canvas, const drawing::Frame& frame, double pathLength) noexcept;
 
 } // namespace orvan::cairo

@@ -72,6 +72,11 @@ Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderO
 {
 	if (!document || !document->GetRootElement())
 		return NullReferenceError("There is no document to draw.");
+	if (!(options.deadline > 0.0 && options.memoryLimit > 0.0))
+	{
+		return IllegalArgumentError("A picture cannot be made in @ seconds and @ bytes.", options.deadline,
+									options.memoryLimit);
+	}
 	Picture picture;
 	picture._document = document;
 	picture._output = options.output;

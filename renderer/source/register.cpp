@@ -19,9 +19,15 @@ constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.svg.framework", FrameworkDeclaration::Role::used, nullptr, 0},
 	{"net.orvan.core.framework", FrameworkDeclaration::Role::used, nullptr, 0},
 };
-constexpr ClassDeclaration kContext =
-	DeclareClass<Context, Implements<SVGContextInterface, Context>, Implements<SVGRenderTargetInterface, Context>>(
-		kSVGContextClass);
+/// The context under two ids: the one that every renderer registers, and its own.
+constexpr ClassDeclaration Declare(const char* id) noexcept
+{
+	return DeclareClass<Context, Implements<SVGContextInterface, Context>,
+						Implements<SVGRenderTargetInterface, Context>>(id);
+}
+
+constexpr ClassDeclaration kContext = Declare(kSVGContextClass);
+constexpr ClassDeclaration kOwnContext = Declare(kSVGCairoContextClass);
 
 [[gnu::init_priority(1001)]] const RegistrationEntry entries[] = {
 	{Kind::unit, "register"},
@@ -31,6 +37,7 @@ constexpr ClassDeclaration kContext =
 	{Kind::framework, kFrameworks[0].id, &kFrameworks[0]},
 	{Kind::framework, kFrameworks[1].id, &kFrameworks[1]},
 	{Kind::framework, kFrameworks[2].id, &kFrameworks[2]},
+	{Kind::classImplementation, kSVGCairoContextClass, &kOwnContext},
 	{Kind::classImplementation, kSVGContextClass, &kContext},
 };
 

@@ -43,6 +43,16 @@ TEST_F(Elements, ClipPathsOfClipPathsAndOfTheirShapesIntersect)
 	EXPECT_EQ("none", picture.At(75, 25));
 	EXPECT_EQ("none", picture.At(25, 75));
 	EXPECT_EQ("0000ff80", picture.At(95, 95));
+	// Groups are no part of a clip path, and the only shape of one may be clipped itself.
+	const auto single =
+		Draw("<clipPath id='left'><rect width='50' height='100'/></clipPath>"
+			 "<clipPath id='group'><g><rect width='100' height='100'/></g><rect width='10' height='10'/>"
+			 "</clipPath><clipPath id='one'><rect width='100' height='50' clip-path='url(#left)'/>"
+			 "</clipPath><rect width='100' height='100' fill='#f00' clip-path='url(#one)'/>"
+			 "<rect y='50' width='100' height='50' fill='#00f' clip-path='url(#group)'/>");
+	EXPECT_EQ("ff0000", single.At(25, 25));
+	EXPECT_EQ("none", single.At(75, 25));
+	EXPECT_EQ("none", single.At(25, 75));
 }
 
 TEST_F(Elements, GradientsWithoutExtentShowTheirLastStop)
@@ -82,6 +92,36 @@ TEST_F(Elements, MasksLimitAnElementToTheirRegion)
 	EXPECT_EQ("none", picture.At(35, 35));
 	EXPECT_EQ("none", picture.At(60, 60));
 	EXPECT_EQ("0000ff", picture.At(80, 80));
+	// Without a size the region is a tenth larger than the box on each side; a mask's own transform does nothing.
+	const auto unsized = Draw("<mask id='m' transform='translate(50)'><rect x='-99' y='-99' width='300' height='300' "
+							  "fill='#fff'/></mask><g mask='url(#m)'><path d='M20 50H70' stroke='#f00' "
+							  "stroke-width='80'/><path d='M20 40V60'/></g>");
+	EXPECT_EQ("ff0000", unsized.At(45, 39));
+	EXPECT_EQ("none", unsized.At(45, 37));
+	EXPECT_EQ("none", unsized.At(45, 63));
+}
+
+TEST_F(Elements, AbsentRadiiAreAsLongAsTheOther)
+{
+	const auto picture =
+		Draw("<svg width='100' height='50' viewBox='0 0 100 50'>"
+			 "<rect width='40' height='40' rx='20%' fill='#f00'/><ellipse cx='70' cy='20' ry='20%'/></svg>");
+	// A fifth of the width makes the rectangle a circle; a fifth of the height would leave its corners.
+	EXPECT_EQ("none", picture.At(4, 4));
+	EXPECT_EQ("ff0000", picture.At(7, 7));
+	EXPECT_EQ("000000", picture.At(61, 20));
+	EXPECT_EQ("none", picture.At(58, 20));
+}
+
+TEST_F(Elements, AFocusOutsideOfItsCircleMakesACone)
+{
+	const auto picture = Draw("<radialGradient id='g' gradientUnits='userSpaceOnUse' cx='60' cy='50' r='20' fx='10' "
+							  "fy='50'><stop stop-color='#f00'/><stop offset='1' stop-color='#f00'/></radialGradient>"
+							  "<rect width='100' height='100' fill='url(#g)'/>");
+	EXPECT_EQ("ff0000", picture.At(40, 50));
+	EXPECT_EQ("ff0000", picture.At(95, 60));
+	EXPECT_EQ("none", picture.At(40, 80));
+	EXPECT_EQ("none", picture.At(5, 50));
 }
 
 TEST_F(Elements, CoordinatesBeyondTheLibrarysReachEndOutsideOfThePicture)

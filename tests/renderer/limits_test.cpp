@@ -97,14 +97,55 @@ TEST_F(Limits, TextsDashesAndLayersAreBounded)
 			  WarningsOf("<text y='20'>" + Repeat("word ", 10000) + "</text>"));
 	EXPECT_EQ(Lines{"Texts larger than 30000 pixels are left out."},
 			  WarningsOf("<text y='20' font-size='1e30'>A</text>"));
-	EXPECT_EQ(Lines{"Lines with too many dashes are drawn solid."},
-			  WarningsOf("<path d='M-1e7 5H1e7' stroke='#000' stroke-dasharray='.1'/>"));
+	const Lines dashes = {"Lines with too many dashes are drawn solid."};
+	EXPECT_EQ(dashes, WarningsOf("<path d='M-1e7 5H1e7' stroke='#000' stroke-dasharray='.1'/>"));
+	// It is the length that counts, not how far the line leads.
+	EXPECT_EQ(dashes, WarningsOf("<path d='M0 5" + Repeat("H90H0", 200) + "' stroke='#000' stroke-dasharray='.1'/>"));
+	EXPECT_EQ(Lines(), WarningsOf("<path d='M0 5H50' stroke='#000' stroke-dasharray='5 -2'/>"));
 	const SVGDocumentRef large = Load("<svg width='3000' height='3000'>" + Repeat("<g opacity='.9'>", 50) +
 									  "<rect width='3000' height='3000'/>" + Repeat("</g>", 50) + "</svg>");
 	const CollectedDiagnostics diagnostics;
 	EXPECT_EQ("none", DrawnPicture(large).At(5, 5));
 	EXPECT_EQ(Lines{"Elements that need more memory for layers than a picture may use are left out."},
 			  diagnostics.lines);
+}
+
+TEST_F(Limits, WhatATimeOrAMemoryLimitLeavesNoRoomForIsLeftOut)
+{
+	const std::string square = "<rect width='100' height='100' fill='#00f'/>";
+	const std::string masks =
+		"<mask id='m' x='0' y='0' width='1' height='1'><rect width='99' height='99' fill='#fff'/></mask>" +
+		Repeat("<rect width='100' height='100' mask='url(#m)'/>", 30);
+	struct Case
+	{
+		std::string elements;
+		SVGRenderOptions options;
+		Lines warnings;
+	};
+	const std::string late = "Drawing takes longer than a picture may; the rest is left out.";
+	const std::string large = "Elements that need more memory for layers than a picture may use are left out.";
+	const Case cases[] = {
+		{square, {.deadline = 1e-9}, {late}},
+		{square, {.memoryLimit = 100 * 100 * 4.0}, {}},
+		{"<g opacity='.5'>" + square + "<circle r='9'/></g>", {.memoryLimit = 100 * 100 * 5.0}, {large}},
+		// A page keeps the pixels of its masks, so that their number counts, and their writing takes time.
+		{masks, {.output = SVGRenderOutput::page, .memoryLimit = 1e6}, {large}},
+		{masks, {.output = SVGRenderOutput::page, .memoryLimit = 1e7}, {}},
+		{masks, {.output = SVGRenderOutput::page, .deadline = .05}, {late}},
+		// Half a million lines over the whole height, in a second.
+		{"<path d='M0 0" + Repeat("V1e5H1V0H2", 250000) + "'/>",
+		 {.scale = 20.0, .deadline = 1.0},
+		 {"Outlines that would take longer to draw than a picture may are left out."}},
+	};
+	for (const Case& limited : cases)
+	{
+		const SVGDocumentRef document = Load(Document(limited.elements));
+		const SVGContextRef context = Must(CreateObject<SVGContextInterface>(kSVGCairoContextClass));
+		const CollectedDiagnostics diagnostics;
+		Must(Cast<SVGRenderTargetInterface>(context)->Begin(document, limited.options));
+		Must(DrawSVGElement(context, document->GetRootElement()));
+		EXPECT_EQ(limited.warnings, diagnostics.lines) << limited.elements.substr(0, 40);
+	}
 }
 
 } // namespace

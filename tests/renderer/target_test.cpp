@@ -59,6 +59,7 @@ TEST_F(Target, SizesThatMakeNoSenseOrArePastAllBoundsAreRefused)
 	EXPECT_EQ("The document is -1 by 5 in size: there is nothing to draw.", SizeOf("width='-1' height='5'"));
 	EXPECT_EQ("A picture of 0 by 0 at scale 0 cannot be made.", SizeOf("", {.scale = 0.0}));
 	EXPECT_EQ("A picture of -1 by 0 at scale 1 cannot be made.", SizeOf("", {.width = -1.0}));
+	EXPECT_EQ("A picture cannot be made in 0 seconds and 1 bytes.", SizeOf("", {.deadline = 0.0, .memoryLimit = 1.0}));
 	EXPECT_EQ(ErrorClass::nullReference, MakeTarget()->Begin(MakeDocument(), {}).GetError().GetClass());
 }
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "chains.h"
+
+#include "references.h"
+
+namespace orvan::drawing
+{
+namespace
+{
+
+/// Links beyond these many are not followed: no document has such chains but to take time.
+constexpr std::size_t kMaxLinks = 64;
+
+} // namespace
+
+Result<Chain> Chain::Follow(Scene& scene, ObjectBase* element, bool (*isWanted)(ObjectBase*) noexcept) noexcept
+{
+	Chain chain;
+	while (element != nullptr && isWanted(element) && chain._links.GetCount() < kMaxLinks)
+	{
+		for (const Link& link : chain._links)
+		{
+			if (link.element == element)
+			{
+				scene.limits.Omit(Omission::cycle);
+				return chain;
+			}
+		}
+		ORVAN_TRY(chain._links.Append({element, Borrowed<SVGElementInterface>(element)->GetAttributeDictionary()}));
+		const DataDictionary& attributes = chain._links[chain._links.GetCount() - 1].attributes;
+		const auto* link = attributes.Find<String>(static_cast<std::int32_t>(SVGImportAttribute::link));
+		if (link == nullptr)
+			break;
+		// The document keeps the element alive.
+		element = ORVAN_TRY(FindElement(scene.document, *link)).GetObject();
+	}
+	return chain;
+}
+
+bool Chain::Has(SVGImportAttribute key) const noexcept
+{
+	for (const Link& link : _links)
+	{
+		if (link.attributes.Has(static_cast<std::int32_t>(key)))
+			return true;
+	}
+	return false;
+}
+
+} // namespace orvan::drawing

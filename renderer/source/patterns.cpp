@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "patterns.h"
+
+#include "drawing/chains.h"
+#include "drawing/references.h"
+#include "drawing/walk.h"
+#include "layers.h"
+#include "painter.h"
+#include "svg_complete.h"
+
+namespace orvan::cairo
+{
+namespace
+{
+
+using namespace drawing;
+using Key = SVGImportAttribute;
+
+/// How many pixels a tile of a page has for each point.
+constexpr double kPageDetail = 4.0;
+/// Largest side of a tile in pixels.
+constexpr double kMaxTileSide = 4096.0;
+
+/// A rectangle of lengths: fractions of a box, or in the user's units.
+Rectangle GetArea(const Chain& chain, SVGUnits units, const Place& place, const Rectangle& box) noexcept
+{
+	const bool isBox = units == SVGUnits::objectBoundingBox;
+	const auto get = [&](Key key, Axis axis)
+	{
+		const SVGLength length = chain.GetOr(key, SVGLength{0.0, SVGLengthUnit::number});
+		return isBox && length.unit == SVGLengthUnit::percent ? length.value : place.Resolve(length, axis);
+	};
+	const double x = get(Key::x, Axis::horizontal);
+	const double y = get(Key::y, Axis::vertical);
+	const Rectangle area{x, y, x + get(Key::width, Axis::horizontal), y + get(Key::height, Axis::vertical)};
+	return isBox ? Transform(BoxTransform(box), area) : area;
+}
+
+/// What stands in a tile, with what is in force there; its transform leads to the pattern's coordinates.
+struct TileContent
+{
+	ObjectBase* parent = nullptr;
+	Place place;
+};
+
+Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const Rectangle& tile,
+							   const PaintPlace& at) noexcept
+{
+	TileContent content;
+	content.parent = chain.FindParentOf<SVGElementInterface>();
+	if (content.parent == nullptr)
+		return content;
+	content.place = ORVAN_TRY(GetContentPlace(canvas.job.scene, content.parent, at.frame));
+	content.place.transform = Matrix2d();
+	const auto viewbox = chain.GetOr(Key::viewBox, SVGViewbox());
+	if (!viewbox.isDefault)
+	{
+		const auto fit = FitViewbox(tile, viewbox, chain.GetOr(Key::preserveAspectRatio, SVGPreserveAspectRatio()));
+		if (!fit)
+			content.parent = nullptr;
+		else
+		{
+			content.place.transform = fit->transform;
+			content.place.viewport.Resize(fit->size);
+		}
+	}
+	else if (chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
+		content.place.transform = BoxTransform(at.box.Get());
+	return content;
+}
+
+double GetLength(const Vector2d& v) noexcept
+{
+	return std::hypot(v.x, v.y);
+}
+
+} // namespace
+
+bool IsPattern(ObjectBase* element) noexcept
+{
+	return static_cast<bool>(Borrowed<SVGPatternElementInterface>(element));
+}
+
+Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double opacity, const PaintPlace& at) noexcept
+{
+	Job& job = canvas.job;
+	if (at.frame.IsWithin(element))
+	{
+		job.scene.limits.Omit(Omission::cycle);
+		return PaintResult::invalid;
+	}
+	const Chain chain = ORVAN_TRY(Chain::Follow(job.scene, element, &IsPattern));
+	const SVGUnits units = chain.GetKeyword(Key::patternUnits, SVGUnits::objectBoundingBox);
+	const SVGUnits contentUnits = chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse);
+	const Rectangle none;
+	const bool usesBox = units == SVGUnits::objectBoundingBox || contentUnits == SVGUnits::objectBoundingBox;
+	const Rectangle& box = usesBox ? at.box.Get() : none;
+	if (usesBox && !(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
+		return PaintResult::invalid;
+	const Rectangle tile = GetArea(chain, units, at.frame.place, box);
+	const Matrix2d transform = at.frame.place.transform * chain.GetOr(Key::patternTransform, Matrix2d());
+	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(transform))
+		return PaintResult::nothing;
+	TileContent content = ORVAN_TRY(GetContent(canvas, chain, tile, at));
+	if (content.parent == nullptr)
+		return PaintResult::nothing;
+	if (at.frame.IsWithin(content.parent))
+	{
+		job.scene.limits.Omit(Omission::cycle);
+		return PaintResult::invalid;
+	}
+
+	const double detail = job.output == SVGRenderOutput::page ? kPageDetail : 1.0;
+	const auto getSide = [&](double side, const Vector2d& axis)
+	{
+		return std::clamp(std::ceil(side * GetLength(axis) * detail - 1e-6), 1.0, kMaxTileSide);
+	};
+	const double width = getSide(tile.GetWidth(), transform.axis1);
+	const double height = getSide(tile.GetHeight(), transform.axis2);
+	const LayerScope layer(job.scene.limits, width * height);
+	if (!layer.IsOpen())
+		return PaintResult::nothing;
+	const SurfacePtr surface(
+		cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height)));
+	const CairoPtr drawing(cairo_create(surface.get()));
+	if (cairo_status(drawing.get()) != CAIRO_STATUS_SUCCESS)
+		return OutOfMemoryError();
+	const Matrix2d toTile =
+		Scaling(width / tile.GetWidth(), height / tile.GetHeight()) * Translation(-tile.left, -tile.top);
+	const Canvas tileCanvas{job, drawing.get()};
+	Painter painter(tileCanvas);
+	Frame frame(content.parent, content.place, &at.frame, job.scene.limits);
+	// A pattern has no transform of its own beside that of its coordinates.
+	frame.place.transform = toTile * content.place.transform;
+	if (!frame.canDraw || !IsInvertible(frame.place.transform))
+		return PaintResult::nothing;
+	ORVAN_TRY(Walk(job.scene, painter).DrawChildren(content.parent, frame.place, frame));
+
+	if (opacity < 1.0)
+	{
+		cairo_set_operator(drawing.get(), CAIRO_OPERATOR_DEST_IN);
+		cairo_set_source_rgba(drawing.get(), 0.0, 0.0, 0.0, opacity);
+		cairo_paint(drawing.get());
+	}
+	const PatternPtr pattern(cairo_pattern_create_for_surface(surface.get()));
+	cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
+	const cairo_matrix_t matrix = ToCairo(toTile * Invert(transform));
+	cairo_pattern_set_matrix(pattern.get(), &matrix);
+	cairo_set_source(canvas.drawing, pattern.get());
+	return PaintResult::painted;
+}
+
+} // namespace orvan::cairo
