@@ -8,7 +8,8 @@ namespace orvan::drawing
 {
 
 /// True when the tests of "systemLanguage", "requiredExtensions" and "requiredFeatures" are passed: the language is
-/// `language` (or of it), no extension is known, and every feature counts as there.
+/// `language` (or of it), no extension is known, and the features are those of SVG 1.1 that a
+/// picture can have.
 bool PassesConditions(const DataDictionary& attributes, std::string_view language) noexcept;
 
 } // namespace orvan::drawing

@@ -51,7 +51,9 @@ Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const R
 	if (content.parent == nullptr)
 		return content;
 	content.place = ORVAN_TRY(GetContentPlace(canvas.job.scene, content.parent, at.frame));
-	content.place.transform = Matrix2d();
+	// The content's origin is the tile's corner.
+	const Matrix2d corner = Translation(tile.left, tile.top);
+	content.place.transform = corner;
 	const auto viewbox = chain.GetOr(Key::viewBox, SVGViewbox());
 	if (!viewbox.isDefault)
 	{
@@ -65,7 +67,10 @@ Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const R
 		}
 	}
 	else if (chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
-		content.place.transform = BoxTransform(at.box.Get());
+	{
+		const Rectangle& box = at.box.Get();
+		content.place.transform = corner * Scaling(box.GetWidth(), box.GetHeight());
+	}
 	return content;
 }
 
@@ -99,7 +104,9 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 		return PaintResult::invalid;
 	const Rectangle tile = GetArea(chain, units, at.frame.place, box);
 	const Matrix2d transform = at.frame.place.transform * chain.GetOr(Key::patternTransform, Matrix2d());
-	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(transform))
+	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top))
+		return PaintResult::invalid;
+	if (!IsInvertible(transform))
 		return PaintResult::nothing;
 	TileContent content = ORVAN_TRY(GetContent(canvas, chain, tile, at));
 	if (content.parent == nullptr)
