@@ -43,14 +43,23 @@ public:
 	{
 	}
 
-	const Rectangle& Get() const noexcept
+	/// A box that `measure` finds out.
+	LazyBox(void* measured, Rectangle (*measure)(void*) noexcept) noexcept : _measured(measured), _measure(measure)
 	{
+	}
+
+	Rectangle Get() const noexcept
+	{
+		if (_measure != nullptr)
+			return _measure(_measured);
 		return _outline != nullptr ? _outline->GetBounds() : *_rectangle;
 	}
 
 private:
 	const Outline* _outline = nullptr;
 	const Rectangle* _rectangle = nullptr;
+	void* _measured = nullptr;
+	Rectangle (*_measure)(void*) noexcept = nullptr;
 };
 
 /// The element whose paints context-fill and context-stroke stand for, where it stands.

@@ -2,6 +2,7 @@
 #include "walk.h"
 
 #include "conditions.h"
+#include "measure.h"
 #include "references.h"
 #include "svg_complete.h"
 
@@ -199,14 +200,32 @@ Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Fram
 Result<void> Walk::DrawTarget(const Frame& use, ObjectBase* target) noexcept
 {
 	const SVGLength2d position = Borrowed<SVGPositionInterface>(use.element)->GetPosition();
-	const SVGLength2d size = Borrowed<SVGSizeInterface>(use.element)->GetSize();
 	Place inside = use.place;
 	inside.isByReference = true;
-	const Rectangle nowhere;
-	const ContextPaints context{use, nowhere};
-	inside.context = &context;
 	inside.transform = inside.transform * Translation(inside.Resolve(position.x, Axis::horizontal),
 													  inside.Resolve(position.y, Axis::vertical));
+	// What the use stands for may be painted as the use is. Its box is seldom asked for, and measured then.
+	const auto drawAgain = [&](Sink& sink) noexcept
+	{
+		Place unpainted = inside;
+		unpainted.context = nullptr;
+		return Walk(_scene, sink).DrawTargetAt(use, target, unpainted);
+	};
+	const Content content(drawAgain);
+	Extent extent(_scene, use, content);
+	const auto measure = [](void* measured) noexcept
+	{
+		return static_cast<Extent*>(measured)->GetBox().GetValueOr(Rectangle());
+	};
+	const ContextPaints context{use, {&extent, measure}};
+	inside.context = &context;
+	return DrawTargetAt(use, target, inside);
+}
+
+/// Draws what a use stands for, with `inside` in force.
+Result<void> Walk::DrawTargetAt(const Frame& use, ObjectBase* target, const Place& inside) noexcept
+{
+	const SVGLength2d size = Borrowed<SVGSizeInterface>(use.element)->GetSize();
 	const Borrowed<SVGSVGElementInterface> svg(target);
 	if (!svg && !Borrowed<SVGSymbolElementInterface>(target))
 		return DrawElement(target, inside, &use);

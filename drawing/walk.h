@@ -35,6 +35,7 @@ private:
 	Result<void> DrawSwitch(const Frame& frame, const Place& place) noexcept;
 	Result<void> DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawTarget(const Frame& use, ObjectBase* target) noexcept;
+	Result<void> DrawTargetAt(const Frame& use, ObjectBase* target, const Place& inside) noexcept;
 	Result<void> DrawOutermost(ObjectBase* element, const Place& outside) noexcept;
 	/// An svg element or a symbol, in a viewport given in the coordinates outside of it.
 	Result<void> DrawViewport(ObjectBase* element, const SVGViewport& viewport, const Place& outside,

@@ -57,10 +57,17 @@ struct SVGRenderOptions
 	/// Bytes that a picture may take, its own pixels included. What would need more is left out. Must be greater than
 	/// 0.
 	Float memoryLimit = 512.0 * 1024 * 1024;
+	/// Memory of the caller's for the pixels, for pictures without copies; null, the default, for the renderer's own.
+	/// It must be aligned to four bytes, hold as many rows as the picture, and stay good to the next `Begin` or the end
+	/// of the object. What is in it is replaced. Pages take no memory.
+	unsigned char* pixels = nullptr;
+	/// Bytes from one row of `pixels` to the next, a multiple of four and no less than a row takes; negative where rows
+	/// go from the bottom up and `pixels` is the top one.
+	std::int32_t stride = 0;
 };
 
-/// The pixels of a picture, rows from the top. They stay the renderer's: good until the next `Begin` and as long as the
-/// object is alive.
+/// The pixels of a picture, rows from the top. They stay the renderer's, unless the caller gave the memory: good until
+/// the next `Begin` and as long as the object is alive.
 struct SVGRenderPixels
 {
 	/// Four bytes a pixel: a 32-bit number in the processor's byte order with alpha in the highest 8 bits, then red,

@@ -140,17 +140,33 @@ ClipContent GetClipContent(const SVGElementRef& clip) noexcept
 	return content;
 }
 
-/// Makes the frame of a clip path that of its content, whose coordinates may be fractions of the clipped element's box.
-Result<void> EnterUnits(Frame& frame, Extent& extent) noexcept
+/// A clip path being applied. What clips it in turn refers to the clipped element's coordinates, as its frame does; its
+/// content has its transform, and may be in fractions of the clipped element's box.
+struct ClipFrame
 {
-	if (frame.GetKeyword(SVGImportAttribute::clipPathUnits, SVGUnits::userSpaceOnUse) == SVGUnits::userSpaceOnUse)
+	ClipFrame(Scene& scene, ObjectBase* clip, const Place& place, const Frame& user) noexcept
+		: frame(clip, place, &user, scene.limits), content(frame.place)
+	{
+		frame.place.transform = place.transform;
+	}
+
+	Result<void> EnterUnits(Extent& extent) noexcept
+	{
+		using Key = SVGImportAttribute;
+		if (frame.GetKeyword(Key::clipPathUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
+			content.transform = content.transform * BoxTransform(ORVAN_TRY(extent.GetBox()));
 		return {};
-	const Rectangle box = ORVAN_TRY(extent.GetBox());
-	frame.place.transform = frame.place.transform * BoxTransform(box);
-	// Of an element without a box nothing is left.
-	frame.canDraw = frame.canDraw && !box.IsEmpty() && IsInvertible(frame.place.transform);
-	return {};
-}
+	}
+
+	/// False when nothing is left of what is clipped.
+	bool HasArea() const noexcept
+	{
+		return frame.canDraw && IsInvertible(content.transform);
+	}
+
+	Frame frame;
+	Place content;
+};
 
 } // namespace
 
@@ -166,17 +182,17 @@ Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const F
 		return false;
 	Limits& limits = canvas.job.scene.limits;
 	const Place place = ORVAN_TRY(GetContentPlace(canvas.job.scene, clip.GetObject(), user));
-	Frame frame(clip.GetObject(), place, &user, limits);
+	ClipFrame clipFrame(canvas.job.scene, clip.GetObject(), place, user);
+	const Frame& frame = clipFrame.frame;
 	const SVGElementRef nested = ORVAN_TRY(FindClipPath(canvas.job, frame.effects, frame));
-	// What clips the clip path refers to the same element.
 	if (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame, extent)))
 		return false;
-	ORVAN_TRY(EnterUnits(frame, extent));
+	ORVAN_TRY(clipFrame.EnterUnits(extent));
 	cairo_new_path(canvas.drawing);
-	if (frame.canDraw && content.shape)
+	if (clipFrame.HasArea() && content.shape)
 	{
 		ObjectBase* const shape = content.shape.GetObject();
-		const Frame inner(shape, frame.place, &frame, limits);
+		const Frame inner(shape, clipFrame.content, &frame, limits);
 		if (inner.canDraw && inner.place.style.visibility == SVGVisibility::visible)
 		{
 			const Outline outline = ORVAN_TRY(GetOutline(GetShapeKind(shape), shape, inner));
@@ -194,18 +210,18 @@ Result<PatternPtr> DrawClipPath(const Canvas& canvas, const SVGElementRef& clip,
 								Extent& extent) noexcept
 {
 	const Place place = ORVAN_TRY(GetContentPlace(canvas.job.scene, clip.GetObject(), user));
-	Frame frame(clip.GetObject(), place, &user, canvas.job.scene.limits);
-	ORVAN_TRY(EnterUnits(frame, extent));
+	ClipFrame clipFrame(canvas.job.scene, clip.GetObject(), place, user);
+	ORVAN_TRY(clipFrame.EnterUnits(extent));
 	cairo_push_group_with_content(canvas.drawing, CAIRO_CONTENT_ALPHA);
 	Result<void> drawn;
-	if (frame.canDraw)
+	if (clipFrame.HasArea())
 	{
 		ClipSink sink(canvas);
 		const auto draw = [&](Sink& inner) noexcept
 		{
-			return Walk(canvas.job.scene, inner).DrawChildren(clip.GetObject(), frame.place, frame);
+			return Walk(canvas.job.scene, inner).DrawChildren(clip.GetObject(), clipFrame.content, clipFrame.frame);
 		};
-		drawn = sink.ComposeClipped(frame, extent, draw);
+		drawn = sink.ComposeClipped(clipFrame.frame, extent, draw);
 	}
 	PatternPtr coverage(cairo_pop_group(canvas.drawing));
 	ORVAN_TRY(drawn);

@@ -79,7 +79,7 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 	if (gradient.units == SVGGradientUnits::boundingBox)
 	{
 		// A box without width or height has no inside that fractions could refer to.
-		const Rectangle& box = at.box.Get();
+		const Rectangle box = at.box.Get();
 		if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 			return PaintResult::invalid;
 		transform = transform * BoxTransform(box);

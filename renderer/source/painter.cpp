@@ -120,7 +120,9 @@ Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, doub
 {
 	const Style& style = frame.place.style;
 	cairo_t* const drawing = _canvas.drawing;
-	cairo_set_antialias(drawing, GetAntialias(style));
+	const cairo_antialias_t antialias = GetAntialias(style);
+	if (antialias != CAIRO_ANTIALIAS_DEFAULT)
+		cairo_set_antialias(drawing, antialias);
 	bool isPathSet = true;
 	// A part that paints with a path uses it up, or keeps it, as its followers need it.
 	const auto setPath = [&]
@@ -149,6 +151,9 @@ Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, doub
 			ORVAN_TRY(DrawMarkers(_canvas.job.scene, frame, outline, *this));
 		}
 	}
+	// Clips are soft whatever is drawn in them.
+	if (antialias != CAIRO_ANTIALIAS_DEFAULT)
+		cairo_set_antialias(drawing, CAIRO_ANTIALIAS_DEFAULT);
 	cairo_new_path(drawing);
 	return {};
 }

@@ -68,7 +68,7 @@ Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const R
 	}
 	else if (chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
 	{
-		const Rectangle& box = at.box.Get();
+		const Rectangle box = at.box.Get();
 		content.place.transform = corner * Scaling(box.GetWidth(), box.GetHeight());
 	}
 	return content;
@@ -99,7 +99,7 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 	const SVGUnits contentUnits = chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse);
 	const Rectangle none;
 	const bool usesBox = units == SVGUnits::objectBoundingBox || contentUnits == SVGUnits::objectBoundingBox;
-	const Rectangle& box = usesBox ? at.box.Get() : none;
+	const Rectangle box = usesBox ? at.box.Get() : none;
 	if (usesBox && !(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 		return PaintResult::invalid;
 	const Rectangle tile = GetArea(chain, units, at.frame.place, box);

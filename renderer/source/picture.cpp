@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -52,6 +53,23 @@ Result<Vector2d> GetViewportSize(const SVGRenderOptions& options, const Vector2d
 	if (size.y == 0.0)
 		size.y = size.x * natural.y / natural.x;
 	return size;
+}
+
+/// The surface of a picture of pixels, in the caller's memory where there is some.
+Result<SurfacePtr> MakeSurface(const SVGRenderOptions& options, int width, int height) noexcept
+{
+	if (options.pixels == nullptr)
+		return SurfacePtr(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+	const int alignment = static_cast<int>(reinterpret_cast<std::uintptr_t>(options.pixels) % 4);
+	if (alignment != 0 || options.stride % 4 != 0 || std::abs(options.stride) / 4 < width)
+	{
+		return IllegalArgumentError("Pixels @ bytes apart from row to row cannot hold rows of @ pixels.",
+									options.stride, width);
+	}
+	for (std::ptrdiff_t row = 0; row < height; row++)
+		std::memset(options.pixels + row * options.stride, 0, static_cast<std::size_t>(width) * 4);
+	return SurfacePtr(
+		cairo_image_surface_create_for_data(options.pixels, CAIRO_FORMAT_ARGB32, width, height, options.stride));
 }
 
 cairo_status_t AppendToPage(void* page, const unsigned char* bytes, unsigned int count) noexcept
@@ -107,8 +125,7 @@ Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderO
 	}
 	else
 	{
-		picture._surface.reset(
-			cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(size.x), static_cast<int>(size.y)));
+		picture._surface = ORVAN_TRY(MakeSurface(options, static_cast<int>(size.x), static_cast<int>(size.y)));
 	}
 	ORVAN_TRY(ToResult(cairo_surface_status(picture._surface.get())));
 	picture._drawing.reset(cairo_create(picture._surface.get()));

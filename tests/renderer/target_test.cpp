@@ -75,6 +75,24 @@ TEST_F(Target, AnOutermostElementIsFittedIntoTheSizeAskedFor)
 	EXPECT_EQ("ffff00", picture.At(35, 10));
 }
 
+TEST_F(Target, PicturesCanBeMadeInMemoryOfTheCallers)
+{
+	constexpr int kStride = 112 * 4;
+	const SVGDocumentRef document = Load(Document("<rect width='100' height='50' fill='#00f'/>"));
+	std::vector<std::uint32_t> memory(112 * 100, 0x12345678);
+	auto* const pixels = reinterpret_cast<unsigned char*>(memory.data());
+	const DrawnPicture down(document, {.pixels = pixels, .stride = kStride});
+	EXPECT_EQ(pixels, down.GetPixels().data);
+	EXPECT_EQ("0000ff", down.At(99, 49));
+	EXPECT_EQ("none", down.At(99, 50));
+	EXPECT_EQ(0x12345678u, memory[100]); // What lies between the rows is not touched.
+	const DrawnPicture up(document, {.pixels = pixels + 99 * kStride, .stride = -kStride});
+	EXPECT_EQ(0xff0000ffu, memory[99 * 112]);
+	EXPECT_EQ(0u, memory[0]);
+	EXPECT_EQ("Pixels 396 bytes apart from row to row cannot hold rows of 100 pixels.",
+			  MessageOf(MakeTarget()->Begin(document, {.pixels = pixels, .stride = 396})));
+}
+
 TEST_F(Target, FilesAreWrittenInTheirFormatAndTroublesAreReported)
 {
 	const TemporaryFolder folder;
