@@ -77,7 +77,7 @@ public:
 	{
 		// An absent coordinate is a percentage in either unit.
 		const SVGLength length = _gradient.chain.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
-		if (_gradient.units == SVGGradientUnits::boundingBox && length.unit == SVGLengthUnit::percent)
+		if (_gradient.units == SVGGradientUnits::objectBoundingBox && length.unit == SVGLengthUnit::percent)
 			return length.value;
 		return _place.Resolve(length, axis);
 	}
@@ -104,7 +104,7 @@ Result<GradientDefinition> GetGradient(Scene& scene, ObjectBase* element) noexce
 	GradientDefinition gradient;
 	gradient.isRadial = static_cast<bool>(Borrowed<SVGRadialGradientElementInterface>(element));
 	gradient.chain = ORVAN_TRY(Chain::Follow(scene, element, &IsGradient));
-	gradient.units = gradient.chain.GetKeyword(Key::gradientUnits, SVGGradientUnits::boundingBox);
+	gradient.units = gradient.chain.GetKeyword(Key::gradientUnits, SVGGradientUnits::objectBoundingBox);
 	gradient.spread = gradient.chain.GetKeyword(Key::spreadMethod, SVGSpreadMethod::pad);
 	gradient.transform = gradient.chain.GetOr(Key::gradientTransform, Matrix2d());
 	gradient.stops = ORVAN_TRY(ReadStops(scene, gradient.chain.FindParentOf<SVGStopElementInterface>()));

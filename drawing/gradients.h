@@ -21,7 +21,7 @@ struct GradientDefinition
 {
 	Chain chain;
 	bool isRadial = false;
-	SVGGradientUnits units = SVGGradientUnits::boundingBox;
+	SVGGradientUnits units = SVGGradientUnits::objectBoundingBox;
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
 	Matrix2d transform;
 	BaseArray<Stop> stops;

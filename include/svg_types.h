@@ -576,8 +576,8 @@ struct SVGGradientStop
 
 enum class SVGGradientUnits : std::int32_t
 {
-	userSpace = 0,
-	boundingBox = 1,
+	userSpaceOnUse = 0,
+	objectBoundingBox = 1,
 };
 
 enum class SVGSpreadMethod : std::int32_t
@@ -591,7 +591,7 @@ enum class SVGSpreadMethod : std::int32_t
 /// Copying may fail for want of memory, so it is spelled `CopyFrom`.
 struct SVGLinearGradient
 {
-	SVGGradientUnits units = SVGGradientUnits::boundingBox;
+	SVGGradientUnits units = SVGGradientUnits::objectBoundingBox;
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
 	BaseArray<SVGGradientStop> stops; ///< In document order.
 	Float x1 = 0.0;
@@ -616,7 +616,7 @@ struct SVGLinearGradient
 /// Copying may fail for want of memory, so it is spelled `CopyFrom`.
 struct SVGRadialGradient
 {
-	SVGGradientUnits units = SVGGradientUnits::boundingBox;
+	SVGGradientUnits units = SVGGradientUnits::objectBoundingBox;
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
 	BaseArray<SVGGradientStop> stops; ///< In document order.
 	Float cx = 0.5;

@@ -76,7 +76,7 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 	if (count == 0 || !isFinite || geometry.toRadius < 0.0)
 		return PaintResult::nothing;
 	Matrix2d transform = place.transform;
-	if (gradient.units == SVGGradientUnits::boundingBox)
+	if (gradient.units == SVGGradientUnits::objectBoundingBox)
 	{
 		// A box without width or height has no inside that fractions could refer to.
 		const Rectangle box = at.box.Get();

@@ -179,7 +179,7 @@ TEST_F(ElementClasses, LinearGradientsAreAsTheirStopsAreAtTheMoment)
 	Insert(MakeStop(3.0, {}), element);
 
 	const SVGLinearGradient linear = Must(gradient->GetLinearGradient());
-	EXPECT_EQ(SVGGradientUnits::userSpace, linear.units);
+	EXPECT_EQ(SVGGradientUnits::userSpaceOnUse, linear.units);
 	EXPECT_EQ(SVGSpreadMethod::repeat, linear.spread);
 	EXPECT_EQ(0.25, linear.y2);
 	ASSERT_EQ(4u, linear.stops.GetCount());

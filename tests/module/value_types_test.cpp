@@ -89,14 +89,14 @@ TEST_F(ValueTypes, HaveTheirDefaultsWhenTheHostMakesThem)
 TEST_F(ValueTypes, GradientsRunFromLeftToRightAndFromTheMiddleOutwards)
 {
 	Pair<SVGLinearGradient> linear;
-	EXPECT_EQ(SVGGradientUnits::boundingBox, linear[1].units);
+	EXPECT_EQ(SVGGradientUnits::objectBoundingBox, linear[1].units);
 	EXPECT_EQ(SVGSpreadMethod::pad, linear[1].spread);
 	EXPECT_TRUE(linear[1].stops.IsEmpty());
 	EXPECT_EQ((std::array{0.0, 0.0, 1.0, 0.0}), (std::array{linear[1].x1, linear[1].y1, linear[1].x2, linear[1].y2}));
 
 	Pair<SVGRadialGradient> radial;
 	const SVGRadialGradient& circle = radial[1];
-	EXPECT_EQ(SVGGradientUnits::boundingBox, circle.units);
+	EXPECT_EQ(SVGGradientUnits::objectBoundingBox, circle.units);
 	EXPECT_TRUE(circle.stops.IsEmpty());
 	EXPECT_EQ((std::array{0.5, 0.5, 0.5, 0.5, 0.5}),
 			  (std::array{circle.cx, circle.cy, circle.r, circle.fx, circle.fy}));
