@@ -67,7 +67,7 @@ public:
 		if (parent)
 			ORVAN_TRY(Borrowed<HierarchyObjectInterface>(element)->InsertAsLastChildOf(parent, {}));
 		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);
-		_context.ownElement = AsElement(static_cast<HierarchyObject*>(element.GetObject()));
+		_context.ownElement = static_cast<ElementBase*>(element.GetObject());
 		_context.isPolygon = name == "polygon";
 		_context.elementName = NameOf(node);
 		ORVAN_TRY(SetAttributes(node));

@@ -2,49 +2,15 @@
 /// What all elements share: identity, attributes and transforms.
 #pragma once
 
+#include "elements/properties.h"
 #include "svg_elements.h"
 
-#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <utility>
 
 namespace orvan::svg
 {
-
-/// A presentation property: where it stands in the dictionary, what a getter returns when it is absent, and the
-/// limiter that a setter applies, which then refuses NaN. Enumerations stand in the dictionary as Int32.
-template <typename T>
-struct Property
-{
-	SVGImportAttribute key;
-	T absent{};
-	T (*limit)(T value) = nullptr;
-};
-
-/// The nearest number of 0 … 1; 0 for what is no number.
-constexpr Float ClampToUnit(Float value) noexcept
-{
-	return value > 0.0 ? std::min(value, 1.0) : 0.0;
-}
-
-inline constexpr Property<SVGVisibility> kVisibility{SVGImportAttribute::visibility, SVGVisibility::visible};
-inline constexpr Property<SVGDisplay> kDisplay{SVGImportAttribute::display, SVGDisplay::inherit};
-inline constexpr Property<Float> kOpacity{SVGImportAttribute::opacity, 1.0, &ClampToUnit};
-inline constexpr SVGImportAttribute kFill = SVGImportAttribute::fill;
-inline constexpr Property<SVGFillRule> kFillRule{SVGImportAttribute::fillRule, SVGFillRule::nonzero};
-inline constexpr Property<Float> kFillOpacity{SVGImportAttribute::fillOpacity, 1.0, &ClampToUnit};
-inline constexpr SVGImportAttribute kStroke = SVGImportAttribute::stroke;
-inline constexpr Property<Float> kStrokeOpacity{SVGImportAttribute::strokeOpacity, 1.0, &ClampToUnit};
-inline constexpr Property<SVGLength> kStrokeWidth{SVGImportAttribute::strokeWidth, {1.0, SVGLengthUnit::number}};
-inline constexpr Property<SVGLineCap> kStrokeLineCap{SVGImportAttribute::strokeLineCap, SVGLineCap::butt};
-inline constexpr Property<SVGLineJoin> kStrokeLineJoin{SVGImportAttribute::strokeLineJoin, SVGLineJoin::miter};
-inline constexpr Property<Float> kStrokeMiterLimit{SVGImportAttribute::strokeMiterLimit, 4.0};
-inline constexpr Property<SVGLength> kStrokeDashOffset{SVGImportAttribute::strokeDashOffset,
-													   {0.0, SVGLengthUnit::number}};
-inline constexpr Property<SVGLength> kFontSize{SVGImportAttribute::fontSize, {16.0, SVGLengthUnit::px}};
-inline constexpr Property<SVGFontStyle> kFontStyle{SVGImportAttribute::fontStyle, SVGFontStyle::normal};
-inline constexpr Property<SVGFontWeight> kFontWeight{SVGImportAttribute::fontWeight, SVGFontWeight::normal};
 
 /// Base of all element classes, and the implementation of `SVGElementInterface`.
 class ElementBase : public HierarchyObject
@@ -206,42 +172,11 @@ public:
 		return _isTransformDirty;
 	}
 
-	// Presentation properties: one line each.
+	// Presentation properties.
 
-	// clang-format off
-	Result<void> SetVisibility(SVGVisibility value) noexcept { return Set(kVisibility, value); }
-	SVGVisibility GetVisibility() const noexcept { return Get(kVisibility); }
-	Result<void> SetDisplay(SVGDisplay value) noexcept { return Set(kDisplay, value); }
-	SVGDisplay GetDisplay() const noexcept { return Get(kDisplay); }
-	Result<void> SetOpacity(Float value) noexcept { return Set(kOpacity, value); }
-	Float GetOpacity() const noexcept { return Get(kOpacity); }
-	Result<void> SetFill(const SVGPaint& value) noexcept { return Store(kFill, value); }
-	SVGPaint GetFill() const noexcept { return GetOr(kFill, SVGPaint()); }
-	Result<void> SetFillRule(SVGFillRule value) noexcept { return Set(kFillRule, value); }
-	SVGFillRule GetFillRule() const noexcept { return Get(kFillRule); }
-	Result<void> SetFillOpacity(Float value) noexcept { return Set(kFillOpacity, value); }
-	Float GetFillOpacity() const noexcept { return Get(kFillOpacity); }
-	Result<void> SetStroke(const SVGPaint& value) noexcept { return Store(kStroke, value); }
-	SVGPaint GetStroke() const noexcept { return GetOr(kStroke, SVGPaint{SVGPaintType::none, {}, {}}); }
-	Result<void> SetStrokeOpacity(Float value) noexcept { return Set(kStrokeOpacity, value); }
-	Float GetStrokeOpacity() const noexcept { return Get(kStrokeOpacity); }
-	Result<void> SetStrokeWidth(const SVGLength& value) noexcept { return Set(kStrokeWidth, value); }
-	SVGLength GetStrokeWidth() const noexcept { return Get(kStrokeWidth); }
-	Result<void> SetStrokeLineCap(SVGLineCap value) noexcept { return Set(kStrokeLineCap, value); }
-	SVGLineCap GetStrokeLineCap() const noexcept { return Get(kStrokeLineCap); }
-	Result<void> SetStrokeLineJoin(SVGLineJoin value) noexcept { return Set(kStrokeLineJoin, value); }
-	SVGLineJoin GetStrokeLineJoin() const noexcept { return Get(kStrokeLineJoin); }
-	Result<void> SetStrokeMiterLimit(Float value) noexcept { return Set(kStrokeMiterLimit, value); }
-	Float GetStrokeMiterLimit() const noexcept { return Get(kStrokeMiterLimit); }
+	ORVAN_SVG_PROPERTIES(ORVAN_PROPERTY_METHODS)
 	Result<void> SetStrokeDashArray(const BaseArray<SVGLength>& value) noexcept;
 	Result<BaseArray<SVGLength>> GetStrokeDashArray() const noexcept;
-	Result<void> SetStrokeDashOffset(const SVGLength& value) noexcept { return Set(kStrokeDashOffset, value); }
-	SVGLength GetStrokeDashOffset() const noexcept { return Get(kStrokeDashOffset); }
-	Result<void> SetMask(const String& id) noexcept { return Store(SVGImportAttribute::mask, id); }
-	String GetMask() const noexcept { return GetOr(SVGImportAttribute::mask, String()); }
-	Result<void> SetClipPath(const String& id) noexcept { return Store(SVGImportAttribute::clipPath, id); }
-	String GetClipPath() const noexcept { return GetOr(SVGImportAttribute::clipPath, String()); }
-	// clang-format on
 
 private:
 	/// The transforms of an element. Most elements of a file have none, so they stand in a block of their own that is

@@ -135,15 +135,8 @@ public:
 	/// The text takes the place of what stands below.
 	Result<void> SetText(const String& text) noexcept { RemoveAllChildren(); _text = text; return {}; }
 	String GetText() const noexcept;
-	Result<void> SetFontSize(const SVGLength& size) noexcept { return Set(kFontSize, size); }
-	SVGLength GetFontSize() const noexcept { return Get(kFontSize); }
-	Result<void> SetFont(const String& family) noexcept { return Store(SVGImportAttribute::fontFamily, family); }
-	String GetFont() const noexcept { return GetOr(SVGImportAttribute::fontFamily, String()); }
-	Result<void> SetFontStyle(SVGFontStyle style) noexcept { return Set(kFontStyle, style); }
-	SVGFontStyle GetFontStyle() const noexcept { return Get(kFontStyle); }
-	Result<void> SetFontWeight(SVGFontWeight weight) noexcept { return Set(kFontWeight, weight); }
-	SVGFontWeight GetFontWeight() const noexcept { return Get(kFontWeight); }
 	// clang-format on
+	ORVAN_SVG_TEXT_PROPERTIES(ORVAN_PROPERTY_METHODS)
 
 private:
 	String _text;

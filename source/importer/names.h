@@ -39,8 +39,8 @@ inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
 	return size == 0 || *a == *b;
 }
 
-/// A hash table from names to the rows of a constexpr table. Every name has a slot of its own, so that one comparison
-/// decides; the compiler looks for a multiplier with which that is so, and finds none when a name is listed twice.
+/// A perfect hash from names to the rows of a constexpr table: every name has a slot of its own, so that one comparison
+/// decides. The compiler looks for a multiplier with which that is so, and finds none when a name is listed twice.
 template <std::size_t rowCount>
 class NameIndex
 {

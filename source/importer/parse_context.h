@@ -18,7 +18,7 @@ struct SVGParseContext
 {
 	/// The element whose attributes are being set and under which new elements are linked; null outside of the root.
 	const SVGElementRef* element = nullptr;
-	/// The same element when its class is this module's, for storing attributes without detours.
+	/// The same element as what it is in this module: no other module can bring a class that the importer makes.
 	ElementBase* ownElement = nullptr;
 	bool isPolygon = false;     ///< The current tag is "polygon".
 	bool suppressesIds = false; ///< Ids are not entered into the table. Nothing sets it.

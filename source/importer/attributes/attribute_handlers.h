@@ -54,9 +54,9 @@ Result<void> ImportKeyword(const Value& value)
 	std::int32_t number = 0;
 	if (!value.Accept(parse(value.text, number)))
 		return {};
-	return [&]<typename T>(Result<void> (SVGElementInterface::*setter)(T) const)
+	return [&]<typename T>(Result<void> (ElementBase::*setter)(T) noexcept)
 	{
-		return ((*value.Element()).*setter)(static_cast<T>(number));
+		return (value.OwnElement().*setter)(static_cast<std::remove_cvref_t<T>>(number));
 	}(set);
 }
 
@@ -66,7 +66,7 @@ Result<void> ImportLength(const Value& value)
 	grammar::Length length;
 	if (!value.Accept(grammar::ParseLength(value.text, value.source, length)))
 		return {};
-	return ((*value.Element()).*set)(ToLength(length));
+	return (value.OwnElement().*set)(ToLength(length));
 }
 
 template <auto set>
@@ -75,7 +75,7 @@ Result<void> ImportPaint(const Value& value)
 	SVGPaint paint;
 	if (!ORVAN_TRY(ReadPaint(value, paint)))
 		return {};
-	return IgnoreUnlessOutOfMemory(((*value.Element()).*set)(paint));
+	return IgnoreUnlessOutOfMemory((value.OwnElement().*set)(paint));
 }
 
 /// Mask and clip path.
@@ -85,7 +85,7 @@ Result<void> ImportReference(const Value& value)
 	std::string_view id;
 	if (!value.Accept(grammar::ParseMaskReference(value.text, id)))
 		return {};
-	return ((*value.Element()).*set)(ORVAN_TRY(String::Create(id)));
+	return (value.OwnElement().*set)(ORVAN_TRY(String::Create(id)));
 }
 
 template <auto parse>

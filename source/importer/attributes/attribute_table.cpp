@@ -15,7 +15,7 @@ namespace
 
 using Importer = Result<void> (*)(const Value& value);
 using Attribute = SVGImportAttribute;
-using Element = SVGElementInterface;
+using Element = ElementBase;
 
 struct AttributeRow
 {

@@ -28,14 +28,17 @@ struct Value
 		return parsed == grammar::Parsed::value;
 	}
 
+	/// The same element, to be used without an interface in between.
+	ElementBase& OwnElement() const noexcept
+	{
+		return *context.ownElement;
+	}
+
 	/// Stores a value in the dictionary under the attribute's own number.
 	template <typename T>
 	Result<void> Store(T value) const noexcept
 	{
-		if (context.ownElement != nullptr)
-			return context.ownElement->Store(attribute, std::move(value));
-		const Data data = ORVAN_TRY(Data::Create(std::move(value)));
-		return Element()->SetAttribute(attribute, data);
+		return OwnElement().Store(attribute, std::move(value));
 	}
 };
 

@@ -34,39 +34,38 @@ Result<void> ImportRadius(const Value& value)
 namespace
 {
 
-/// Hands the segments of a path to a path element. Of the element's errors only a lack of memory is kept.
-template <typename Path>
+/// Hands the segments of a path to a path element, which fails for want of memory only.
 class PathElementSink final : public grammar::PathSink
 {
 public:
-	explicit PathElementSink(Path path) noexcept : _path(path)
+	explicit PathElementSink(PathElement& path) noexcept : _path(path)
 	{
 	}
 
 	void MoveTo(double x, double y) override
 	{
-		Note(_path->MoveTo({x, y}));
+		Note(_path.MoveTo({x, y}));
 	}
 
 	void LineTo(double x, double y) override
 	{
-		Note(_path->LineTo({x, y}));
+		Note(_path.LineTo({x, y}));
 	}
 
 	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
 	{
-		Note(_path->CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
+		Note(_path.CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
 	}
 
 	void Close() override
 	{
-		Note(_path->CloseSubpath());
+		Note(_path.CloseSubpath());
 	}
 
 	/// The end of the attribute.
 	Result<void> Exit() noexcept
 	{
-		Note(_path->PathExit());
+		Note(_path.PathExit());
 		return std::move(_result);
 	}
 
@@ -74,13 +73,10 @@ private:
 	void Note(Result<void> result) noexcept
 	{
 		if (!result.IsOk()) [[unlikely]]
-		{
-			if (Result<void> kept = IgnoreUnlessOutOfMemory(std::move(result)); !kept.IsOk())
-				_result = std::move(kept);
-		}
+			_result = std::move(result);
 	}
 
-	Path _path;
+	PathElement& _path;
 	Result<void> _result;
 };
 
@@ -103,29 +99,22 @@ public:
 	void Close() override
 	{
 	}
-
-	Result<void> Exit() noexcept
-	{
-		return {};
-	}
 };
 
-/// Calls `read` with the sink for the element at hand. The module's own class, which nearly every path has, is called
-/// directly, without an interface between.
+/// Calls `read` with the sink for the element at hand.
 template <typename Read>
 Result<void> ReadPath(const Value& value, Read read)
 {
-	const auto readInto = [&read](auto sink)
+	ElementBase& element = value.OwnElement();
+	if (element.GetElementType() == SVGImportElementKind::path)
 	{
+		PathElementSink sink(static_cast<PathElement&>(element));
 		read(sink);
 		return sink.Exit();
-	};
-	ElementBase* const own = value.context.ownElement;
-	if (own != nullptr && own->GetElementType() == SVGImportElementKind::path)
-		return readInto(PathElementSink(static_cast<PathElement*>(own)));
-	if (const Borrowed<SVGPathElementInterface> path(value.Element()); path)
-		return readInto(PathElementSink(path));
-	return readInto(NoPathSink());
+	}
+	NoPathSink sink;
+	read(sink);
+	return {};
 }
 
 } // namespace

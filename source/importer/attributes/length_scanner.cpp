@@ -43,7 +43,7 @@ constexpr std::array<Float, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e
 /// A number at the start of a text.
 struct Number
 {
-	std::size_t end; ///< 0 when a point lacks its digits.
+	std::size_t end; ///< 0 when a decimal point lacks its digits.
 	/// Whether it has digits, but so few that it is exactly a quotient of two exact doubles; that is, nearly always.
 	bool isShort = false;
 	Float value = 0.0; ///< When it is short.

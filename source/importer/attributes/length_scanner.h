@@ -10,8 +10,8 @@ namespace orvan::svg
 {
 
 /// Reads the length at the start of `text`: a number and a unit; what follows the unit is ignored. Anything that is no
-/// length is 0 px: an empty number, a point without digits behind it, an unknown unit, a leading blank. A negative
-/// exponent is not read. The value is infinite when the number is too large.
+/// length is 0 px: an empty number, a decimal point without digits behind it, an unknown unit, a leading blank. A
+/// negative exponent is not read. The value is infinite when the number is too large.
 SVGLength ScanLength(std::string_view text) noexcept;
 
 } // namespace orvan::svg

@@ -32,7 +32,7 @@ Result<void> ImportDashArray(const Value& value)
 	if (!value.Accept(grammar::ParseDashArray(value.text, value.source, sink)))
 		return {};
 	ORVAN_TRY(std::move(sink.result));
-	return value.Element()->SetStrokeDashArray(sink.dashes);
+	return value.OwnElement().SetStrokeDashArray(sink.dashes);
 }
 
 Result<bool> ReadPaint(const Value& value, SVGPaint& paint)

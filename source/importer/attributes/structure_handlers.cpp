@@ -79,22 +79,22 @@ Result<void> ImportStyle(const Value& value)
 	// short one is read sooner than it is looked for, and a text that was copied to replace references is not in place
 	// long enough to be compared with.
 	constexpr std::size_t kShort = 16;
-	ElementBase* const element = value.context.ownElement;
-	if (element == nullptr || value.text.size() < kShort || element->Attributes().GetCount() != 0 ||
+	ElementBase& element = value.OwnElement();
+	if (value.text.size() < kShort || element.Attributes().GetCount() != 0 ||
 		value.text.data() != value.context.rawValue.data())
 	{
 		ORVAN_TRY(ImportDeclarations(value));
 		return {};
 	}
 	StyleCache& cache = value.context.styles;
-	const StyleCache::Finding finding = cache.Find(value.text, element->GetElementType());
+	const StyleCache::Finding finding = cache.Find(value.text, element.GetElementType());
 	if (finding == StyleCache::Finding::kept)
 	{
-		element->ReplaceAttributes(cache.Get());
+		element.ReplaceAttributes(cache.Get());
 		return {};
 	}
 	if (ORVAN_TRY(ImportDeclarations(value)) && finding == StyleCache::Finding::noted)
-		cache.Keep(element->Attributes());
+		cache.Keep(element.Attributes());
 	return {};
 }
 

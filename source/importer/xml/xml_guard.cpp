@@ -257,8 +257,8 @@ private:
 		return c == '=' || IsSpace(c) || c == '>' || c == '/';
 	}
 
-	/// Nearly every name ends within the first sixteen characters, so that is looked up at once. Most of the time of
-	/// the guard goes into names.
+	/// Nearly every name ends within the first sixteen characters, so SIMD compares these at once: most of the time of
+	/// the guard goes into names, and a loop over single characters would pay a branch misprediction at each end.
 	void SkipAttributeName() noexcept
 	{
 #if defined(__SSE2__)
@@ -290,7 +290,7 @@ private:
 /// Whether a look at the single characters leaves it open that the text exceeds a bound.
 bool MayExceedBounds(std::string_view text) noexcept
 {
-	// Blocks so short that a byte can count what is in them: this way the compiler makes it one vector loop.
+	// Blocks so short that a byte can count what is in them: this way the compiler makes SIMD code of the loop.
 	constexpr std::size_t kBlock = 240;
 	std::size_t lessThans = 0;
 	std::size_t prefixes = 0; // Places with the "xm" of "xmlns:".

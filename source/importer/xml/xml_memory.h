@@ -9,9 +9,10 @@
 namespace orvan::svg
 {
 
-/// Provides the blocks of the XML parser's pool, and releases them early. The parser makes nodes and attributes in
-/// document order and the builder needs none that comes before the one that it is at, so the element tree can grow into
-/// the room that the XML tree leaves: the load of a large file then peaks at little more than the larger of the two.
+/// The arena of the XML parser: provides the blocks of its pool, and releases them early. The parser makes nodes and
+/// attributes in document order and the builder needs none that comes before the one that it is at, so the element tree
+/// can grow into the room that the XML tree leaves: the load of a large file then peaks at little more than the larger
+/// of the two.
 ///
 /// An object serves the parses of its thread for as long as it lives.
 class XmlMemory
