@@ -327,6 +327,9 @@ TEST_F(ForeignElements, AreMarkedWithAllBelowAlsoWhereTheElementsAboveAreDirty)
 	Insert(inner, other);
 	EXPECT_EQ(2u, marks.lines.size());
 	EXPECT_TRUE(below->IsTransformDirty()) << "another parent, another place";
+	Must(other->MarkTransformDirty());
+	Must(inner->MarkTransformDirty());
+	EXPECT_EQ(4u, marks.lines.size());
 }
 
 TEST_F(ForeignElements, ThatCannotBeMarkedKeepNoMarkFromOthers)
@@ -335,6 +338,7 @@ TEST_F(ForeignElements, ThatCannotBeMarkedKeepNoMarkFromOthers)
 	Insert(foreign, element);
 	Insert(below, foreign);
 	Insert(sibling, element);
+	Insert(Must(CreateObject<SVGElementInterface>("net.orvan.test.class.element")), element); // Which does not fail.
 	for (const auto& each : {below, sibling})
 		Must(each->GetWorldTransform());
 	Must(foreign->SetDisplay(SVGDisplay::none));

@@ -153,13 +153,26 @@ TEST_F(ElementClasses, LinesAreTwoPoints)
 	const auto line = Cast<SVGLineElementInterface>(element);
 	Must(line->SetPt1({Px(1.0), Px(2.0)}));
 	Must(line->SetPt2({Px(3.0), Px(4.0)}));
-	Must(line->SetY2(Px(5.0)));
-	EXPECT_EQ((SVGLength2d{Px(1.0), Px(2.0)}), line->GetPt1());
-	EXPECT_EQ((SVGLength2d{Px(3.0), Px(5.0)}), line->GetPt2());
-	EXPECT_EQ(Px(1.0), Stored(element, Attribute::x1));
-	EXPECT_EQ(Px(2.0), Stored(element, Attribute::y1));
-	EXPECT_EQ(Px(3.0), Stored(element, Attribute::x2));
-	EXPECT_EQ(Px(5.0), line->GetY2());
+	const auto expect = [&](Float x1, Float y1, Float x2, Float y2)
+	{
+		EXPECT_EQ((SVGLength2d{Px(x1), Px(y1)}), line->GetPt1());
+		EXPECT_EQ((SVGLength2d{Px(x2), Px(y2)}), line->GetPt2());
+		EXPECT_EQ((SVGLength2d{Px(x1), Px(y1)}), (SVGLength2d{line->GetX1(), line->GetY1()}));
+		EXPECT_EQ((SVGLength2d{Px(x2), Px(y2)}), (SVGLength2d{line->GetX2(), line->GetY2()}));
+		const Attribute keys[] = {Attribute::x1, Attribute::y1, Attribute::x2, Attribute::y2};
+		const Float values[] = {x1, y1, x2, y2};
+		for (int i = 0; i < 4; i++)
+			EXPECT_EQ(Px(values[i]), Stored(element, keys[i]));
+	};
+	expect(1.0, 2.0, 3.0, 4.0);
+	Must(line->SetX1(Px(5.0)));
+	expect(5.0, 2.0, 3.0, 4.0);
+	Must(line->SetX2(Px(6.0)));
+	expect(5.0, 2.0, 6.0, 4.0);
+	Must(line->SetY1(Px(7.0)));
+	expect(5.0, 7.0, 6.0, 4.0);
+	Must(line->SetY2(Px(8.0)));
+	expect(5.0, 7.0, 6.0, 8.0);
 }
 
 TEST_F(ElementClasses, LinearGradientsAreAsTheirStopsAreAtTheMoment)
@@ -221,29 +234,64 @@ TEST_F(ElementClasses, StopsHaveAnOpacityBesideThatOfTheElement)
 
 TEST_F(ElementClasses, PathsKeepTheirCommandsInOrderWithTheEndInTheLastPoint)
 {
-	const auto path = Make<SVGPathElementInterface>("svgpathelement");
-	Must(path->MoveTo({1.0, 2.0}));
-	Must(path->LineTo({3.0, 4.0}));
-	Must(path->CubicBezierTo({5.0, 6.0}, {7.0, 8.0}, {9.0, 10.0}));
-	Must(path->CloseSubpath());
-	Must(path->PathExit());
-	const auto copy = Must(CloneObject(path));
-	for (int i = 0; i < 100; i++)
-		Must(path->LineTo({static_cast<Float>(i), 0.0}));
-
-	const BaseArray<SVGPathCommand> commands = Must(path->GetPath());
-	ASSERT_EQ(104u, commands.GetCount());
-	EXPECT_EQ(SVGPathCommandType::move, commands[0].type);
-	EXPECT_EQ((Vector2d{1.0, 2.0}), commands[0].points[2]);
-	EXPECT_EQ(SVGPathCommandType::line, commands[1].type);
-	EXPECT_EQ((Vector2d{3.0, 4.0}), commands[1].points[2]);
-	EXPECT_EQ(SVGPathCommandType::cubic, commands[2].type);
-	EXPECT_EQ((Vector2d{5.0, 6.0}), commands[2].points[0]);
-	EXPECT_EQ((Vector2d{7.0, 8.0}), commands[2].points[1]);
-	EXPECT_EQ((Vector2d{9.0, 10.0}), commands[2].points[2]);
-	EXPECT_EQ(SVGPathCommandType::close, commands[3].type);
-	EXPECT_EQ((Vector2d{99.0, 0.0}), commands[103].points[2]);
-	EXPECT_EQ(4u, Must(copy->GetPath()).GetCount());
+	// A command, its kind and its points follow from its number. There are enough of them, and of each kind in each
+	// place, for any way of storing them in parts.
+	const auto kindOf = [](int i)
+	{
+		return i == 0 ? SVGPathCommandType::move : static_cast<SVGPathCommandType>((i * i / 3 + i) % 4);
+	};
+	const auto pointOf = [](int i, int j)
+	{
+		return Vector2d{i + 0.25 * j, -i - 0.5 * j};
+	};
+	const auto append = [&](const SVGPathElementRef& path, int begin, int end)
+	{
+		for (int i = begin; i < end; i++)
+		{
+			switch (kindOf(i))
+			{
+			case SVGPathCommandType::move:
+				Must(path->MoveTo(pointOf(i, 2)));
+				break;
+			case SVGPathCommandType::line:
+				Must(path->LineTo(pointOf(i, 2)));
+				break;
+			case SVGPathCommandType::cubic:
+				Must(path->CubicBezierTo(pointOf(i, 0), pointOf(i, 1), pointOf(i, 2)));
+				break;
+			case SVGPathCommandType::close:
+				Must(path->CloseSubpath());
+			}
+		}
+	};
+	const auto expect = [&](const SVGPathElementRef& path, int count)
+	{
+		const BaseArray<SVGPathCommand> commands = Must(path->GetPath());
+		ASSERT_EQ(static_cast<std::size_t>(count), commands.GetCount());
+		for (int i = 0; i < count; i++)
+		{
+			const SVGPathCommand& command = commands[static_cast<std::size_t>(i)];
+			ASSERT_EQ(kindOf(i), command.type) << i;
+			for (int j = 0; j < 3; j++)
+			{
+				const bool isUsed =
+					command.type == SVGPathCommandType::cubic || (j == 2 && command.type != SVGPathCommandType::close);
+				ASSERT_EQ(isUsed ? pointOf(i, j) : Vector2d(), command.points[j]) << i;
+			}
+		}
+	};
+	for (const int cut : {1, 4, 31, 32, 33, 63, 64, 65, 100, 200})
+	{
+		const auto path = Make<SVGPathElementInterface>("svgpathelement");
+		append(path, 0, cut);
+		Must(path->PathExit());
+		const auto copy = Must(CloneObject(path));
+		append(path, cut, 300);
+		expect(copy, cut);
+		append(copy, cut, 250);
+		expect(copy, 250);
+		expect(path, 300);
+	}
 }
 
 TEST_F(ElementClasses, TextsHaveAFontOfTheirOwn)

@@ -81,6 +81,41 @@ TEST_F(Import, ElementsWithTheSameLongStyleShareItUntilOneIsChanged)
 	EXPECT_FALSE(share(1, 2));
 }
 
+TEST_F(Import, SharedStylesLeaveTheOtherAttributesAsTheyAre)
+{
+	// Four of each, so that the style is read first and shared then.
+	std::string before;
+	std::string after;
+	for (int i = 0; i < 4; i++)
+	{
+		before += "<rect width='" + std::to_string(i) + "' style='fill-opacity:0.5;stroke:none'/>";
+		after += "<g style='stroke-width:7;opacity:0.5' opacity='0." + std::to_string(i) + "'/>";
+	}
+	// The kind counts too: a text keeps its font elsewhere, and an id is no part of what is shared.
+	const std::string fonts = "<text style='font-size:7px;id:f'/><g style='font-size:7px;id:f'/>";
+	const auto document = Load("<svg>" + before + after + fonts + fonts + fonts + "</svg>");
+	int i = 0;
+	for (auto at = Cast<HierarchyObjectInterface>(document->GetRootElement())->GetFirstChild(); at;
+		 at = at->GetNextSibling(), i++)
+	{
+		const auto element = Cast<SVGElementInterface>(at);
+		const DataDictionary attributes = element->GetAttributeDictionary();
+		if (i < 4)
+		{
+			EXPECT_EQ(static_cast<Float>(i), attributes.GetOr(12, SVGLength()).value);
+			EXPECT_EQ(0.5, element->GetFillOpacity());
+		}
+		else if (i < 8)
+		{
+			EXPECT_EQ(static_cast<Float>(i - 4) / 10.0, element->GetOpacity());
+			EXPECT_EQ(7.0, element->GetStrokeWidth().value);
+		}
+		else
+			EXPECT_EQ(element->GetId(), "f");
+	}
+	EXPECT_EQ(14, i);
+}
+
 TEST_F(Import, ReplacesPredefinedAndNumericReferences)
 {
 	const auto idOf = [](const std::string& id)
@@ -89,9 +124,15 @@ TEST_F(Import, ReplacesPredefinedAndNumericReferences)
 	};
 	EXPECT_EQ("<>&\"'", idOf("&lt;&gt;&amp;&quot;&apos;"));
 	EXPECT_EQ("A\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", idOf("&#65;&#xe9;&#8364;&#x1F600;"));
+	EXPECT_EQ("\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xef\xbf\xbf\xf0\x90\x80\x80",
+			  idOf("&#x7F;&#x80;&#x7FF;&#x800;&#xFFFF;&#x10000;"));
 	EXPECT_EQ("&unknown;&", idOf("&unknown;&"));
 	EXPECT_EQ((SVGLength{12.0, SVGLengthUnit::number}), LengthOf("&#49;2"));
 	EXPECT_EQ("1:19 Exception parsing svg file. expected ;", RefusalOf("<svg id='a&#65;&#6 5;'/>"));
+	EXPECT_EQ("\xf4\x8f\xbf\xbf", idOf("&#x10FFFF;")) << "the last character that there is";
+	for (const std::string beyond : {"&#x110000;", "&#1114112;"})
+		EXPECT_EQ("1:10 Exception parsing svg file. invalid numeric character entity",
+				  RefusalOf("<svg id='" + beyond + "'/>"));
 }
 
 TEST_F(Import, ScansLengthsToTheLetter)
@@ -114,6 +155,14 @@ TEST_F(Import, ScansLengthsToTheLetter)
 	};
 	for (const auto& [text, length] : cases)
 		EXPECT_EQ(length, LengthOf(text)) << '"' << text << '"';
+	// More digits than a double holds.
+	for (const char* digits : {"12345678901234567890", "0.12345678901234567"})
+		EXPECT_EQ((SVGLength{std::stod(digits), Unit::number}), LengthOf(digits));
+	// No length is infinite, whichever handler takes it.
+	for (const std::string start : {"<rect x", "<rect r", "<circle r", "<line x2"})
+		EXPECT_NE(std::string::npos,
+				  RefusalOf("<svg>" + start + "='1e400'/></svg>").find("Invalid value of SVG attribute"))
+			<< start;
 }
 
 TEST_F(Import, BoundsTheNestingBeforeTheParserRecurses)
