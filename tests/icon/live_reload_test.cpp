@@ -281,7 +281,6 @@ TEST_F(LiveReload, GoesOnWithTheNextFileAndFollowsNoneAfterReset)
 	WriteFile(other, IconFile(kStateLayers, "other"));
 	Must(document->Init(Must(Url::FromPath(other.string()))));
 	WriteFile(other, IconFile(kStateLayers, "changed"));
-	Write("unseen");
 	PumpUntilQuiet();
 	EXPECT_EQ("changed", RootId(icon));
 	document->Reset();

@@ -272,8 +272,8 @@ TEST_F(ElementBase, KnowsItsWorldTransformAfterAnyChangeOfTheTree)
 	}
 }
 
-/// Elements of another module: they stand at (100, 0) whatever is above them, do not tell those below of a mark, and
-/// fail while they are not displayed.
+/// Elements of another module: they stand at (100, 0) whatever is above them, tell those below of a mark once they are
+/// shown, and fail while they are not displayed.
 class ForeignElements : public ElementBase
 {
 protected:
@@ -310,11 +310,11 @@ TEST_F(ForeignElements, PassOnTheirTransformsAndTheirErrors)
 
 TEST_F(ForeignElements, AreMarkedWithAllBelowAlsoWhereTheElementsAboveAreDirty)
 {
-	// A group, put together from below, with nothing asked for its place: from the top, each of these is dirty.
+	// Nobody asks for the place of a group: from the top, each of these is dirty.
 	const SVGElementRef inner = Make("svggroupelement");
 	Insert(below, foreign);
-	Insert(foreign, inner);
 	Insert(inner, element);
+	Insert(foreign, inner);
 	Must(below->GetWorldTransform());
 	EXPECT_TRUE(element->IsTransformDirty());
 	CollectedDiagnostics marks;
@@ -330,6 +330,23 @@ TEST_F(ForeignElements, AreMarkedWithAllBelowAlsoWhereTheElementsAboveAreDirty)
 	Must(other->MarkTransformDirty());
 	Must(inner->MarkTransformDirty());
 	EXPECT_EQ(4u, marks.lines.size());
+}
+
+TEST_F(ForeignElements, AreMarkedOnceEachHoweverTheyTakeTurnsWithOthers)
+{
+	constexpr std::size_t kTurns = 20; // With two marks for each mark above, a million.
+	SVGElementRef at = element;
+	for (std::size_t i = 0; i < kTurns; i++)
+	{
+		const auto next = Must(CreateObject<SVGElementInterface>("net.orvan.test.class.element"));
+		Must(next->SetDisplay(SVGDisplay::shown));
+		Insert(next, at);
+		at = Make("svggroupelement");
+		Insert(at, next);
+	}
+	CollectedDiagnostics marks;
+	Must(element->MarkTransformDirty());
+	EXPECT_EQ(kTurns, marks.lines.size());
 }
 
 TEST_F(ForeignElements, ThatCannotBeMarkedKeepNoMarkFromOthers)

@@ -53,7 +53,8 @@ public:
 	static constexpr int kSlotCount = 0;
 };
 
-/// An element that knows nothing but transforms. While it is not displayed, it fails.
+/// An element that knows nothing but transforms. While it is not displayed, it fails; once it is shown, it tells what
+/// is below it of a mark.
 class ForeignElement : public HierarchyObject
 {
 public:
@@ -73,6 +74,9 @@ public:
 	Result<void> MarkTransformDirty() noexcept
 	{
 		WarningOutput("marked");
+		for (HierarchyObject* child = FirstChild(); child != nullptr && _display == SVGDisplay::shown;
+			 child = child->NextSibling())
+			ORVAN_TRY(SVGElementRef::From(child)->MarkTransformDirty());
 		return ResultOf(_display == SVGDisplay::none ? IllegalStateError("No mark sticks.").Release() : nullptr);
 	}
 
