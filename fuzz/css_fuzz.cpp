@@ -84,7 +84,8 @@ void CheckDeclarations(std::span<const Declaration> declarations)
 	{
 		Require(!declaration.name.empty(), "a declaration has no name");
 		Require(declaration.isCustom || !declaration.value.empty(), "a declaration has no value", declaration.name);
-		if (declaration.name.find_first_not_of("abcdefghijklmnopqrstuvwxyz-") != std::string_view::npos)
+		// Other names may have lost the escapes that they need.
+		if (declaration.name.find_first_not_of("abcdefghijklmnopqrstuvwxyz") != std::string_view::npos)
 			continue;
 		const std::string again = std::string(declaration.name) + ":" + std::string(declaration.value);
 		Arena arena;

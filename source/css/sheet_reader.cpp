@@ -68,7 +68,8 @@ void SheetReader::ReadAtRule(int mediaNesting)
 const Selector* SheetReader::ReadSelectors(std::string_view& error, std::size_t& errorOffset)
 {
 	// What begins like a custom property is none of a type selector and a pseudo-class.
-	if (_tokens.Current().type == TokenType::ident && _tokens.Current().text.starts_with("--"))
+	if (_tokens.Current().type == TokenType::ident &&
+		Unescape(_tokens.Current().text, _options.arena).starts_with("--"))
 	{
 		Tokenizer ahead = _tokens;
 		ahead.Advance();

@@ -4,6 +4,8 @@
 #include "css_tree.h"
 
 #include <gtest/gtest.h>
+#include <memory_resource>
+#include <new>
 #include <string>
 
 namespace orvan::css
@@ -97,7 +99,7 @@ TEST(CssCascade, CostsAFewStepsForEachElement)
 		node.classes = "c" + std::to_string(i);
 		if (i % 3 == 0)
 			flat.Add(&node, "a"), flat.Add(&node, "b");
-		manyRules += ".c" + std::to_string(i) + "{x:1}";
+		manyRules += node.type + ".c" + std::to_string(i) + "{x:1}";
 	}
 	std::size_t matched;
 	EXPECT_LE(FindWork(flat, manyRules, matched), 2U);
@@ -156,13 +158,17 @@ TEST(CssCascade, GivesUpOnHostileSheets)
 	for (const std::string& selector : {std::string(":is(:is(:is(a g) g) g) g"), "[k*='" + part + "']"})
 	{
 		StyleSheet sheet;
-		sheet.Add(selector + "{x:1}g{x:2}", {});
+		sheet.Add("g{x:2}" + selector + "{x:1}", {});
 		Cascade cascade(sheet, deep);
 		std::size_t matched = 0;
 		for (int i = 0; i < 20; i++)
 		{
 			for (const Tree::Node& each : deep.nodes)
-				matched += cascade.Collect(&each).size();
+			{
+				const std::size_t count = cascade.Collect(&each).size();
+				EXPECT_TRUE(count == 0 || !cascade.IsBudgetExceeded());
+				matched += count;
+			}
 		}
 		EXPECT_TRUE(cascade.IsBudgetExceeded());
 		EXPECT_LE(cascade.WorkDone(), kFreeWork + 20'000 * kWorkPerElement + 1'000'000);
@@ -172,6 +178,69 @@ TEST(CssCascade, GivesUpOnHostileSheets)
 		ReadDeclarations("x:3", {.arena = arena}, inlineStyle);
 		EXPECT_EQ(Collect(cascade, node, inlineStyle), "3");
 	}
+}
+/// Refuses the n-th block and all behind it, and counts what is out.
+class FailingMemory final : public std::pmr::memory_resource
+{
+public:
+	explicit FailingMemory(int count) : _left(count)
+	{
+	}
+
+	std::size_t blocksOut = 0;
+
+private:
+	void* do_allocate(std::size_t bytes, std::size_t alignment) override
+	{
+		if (_left-- <= 0)
+			throw std::bad_alloc();
+		blocksOut++;
+		return std::pmr::new_delete_resource()->allocate(bytes, alignment);
+	}
+
+	void do_deallocate(void* block, std::size_t bytes, std::size_t alignment) override
+	{
+		blocksOut--;
+		std::pmr::new_delete_resource()->deallocate(block, bytes, alignment);
+	}
+
+	bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override
+	{
+		return this == &other;
+	}
+
+	int _left;
+};
+
+TEST(CssCascade, FailsCleanlyWithoutMemory)
+{
+	Tree tree;
+	Tree::Node& root = tree.Add(nullptr, "svg");
+	for (int i = 0; i < 40; i++)
+		tree.Add(&root, "rect").classes = "a";
+	std::string text;
+	for (int i = 0; i < 60; i++)
+		text += "\\61 ~ .a:nth-child(2n),.a:nth-last-child(n){FILL:re/**/d}";
+	int failures = 0;
+	for (bool hasFailed = true; hasFailed; failures += hasFailed)
+	{
+		FailingMemory memory(failures);
+		hasFailed = false;
+		try
+		{
+			StyleSheet sheet(&memory);
+			sheet.Add(text, {});
+			Cascade cascade(sheet, tree, &memory);
+			for (const Tree::Node& node : tree.nodes)
+				EXPECT_EQ(cascade.Collect(&node).size(), node.parent ? 60U : 0U);
+		}
+		catch (const std::bad_alloc&)
+		{
+			hasFailed = true;
+		}
+		EXPECT_EQ(memory.blocksOut, 0U);
+	}
+	EXPECT_GT(failures, 10);
 }
 } // namespace
 } // namespace orvan::css

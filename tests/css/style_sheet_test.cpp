@@ -65,10 +65,11 @@ TEST(CssStyleSheet, DropsInvalidRulesAsAWhole)
 	expect("a;b{x:1}c{z:1}", "1");
 	expect("}a{x:1}b{z:1}", "0");
 	expect("a ({}){x:1}b{z:1}", "2");
-	expect("--x:hover{x:1}b{z:1}", "0");
+	expect("\\--x:hover{x:1}b{z:1}", "0");
 	expect("b{z:1}a", "7");
 	expect("b{a:hover{x:1}c{}z:1;a{x:1}}", "2 14 21");
 	expect("{x:1}b{z:1}", "0");
+	expect("@media all{<!-- a{x:1}}b{z:1}", "11");
 }
 
 TEST(CssStyleSheet, SkipsAtRulesButMedia)
