@@ -26,7 +26,10 @@ bool VisitAttribute(const DataDictionary& attributes, const DataDictionary::Entr
 	return tryTypes(std::type_identity<SVGLength>(), std::type_identity<SVGPaint>(), std::type_identity<std::int32_t>(),
 					std::type_identity<Float>(), std::type_identity<String>(),
 					std::type_identity<BaseArray<SVGLength>>(), std::type_identity<Color>(),
-					std::type_identity<SVGViewbox>(), std::type_identity<SVGPreserveAspectRatio>());
+					std::type_identity<SVGViewbox>(), std::type_identity<SVGPreserveAspectRatio>(),
+					std::type_identity<Matrix2d>(), std::type_identity<SVGLength2d>(), std::type_identity<SVGOrient>(),
+					std::type_identity<SVGBaselineShift>(), std::type_identity<BaseArray<Float>>(),
+					std::type_identity<BaseArray<SVGFilterFunction>>());
 }
 
 /// The name of the attribute that stands under a key; empty when the key has none.

@@ -20,7 +20,7 @@ std::optional<Color> ParseColor(const std::string& text)
 	// The module knows what SVG calls a colour, so it is asked by a file that consists of one.
 	const std::string file = "<svg><g fill=\"" + text + "\"/></svg>";
 	Unwrap(MemoryFiles::Publish(kName, file));
-	const LoadOutcome outcome = LoadDocument(std::string("memory:") + kName);
+	const LoadOutcome outcome = LoadDocument(std::string("memory:") + kName, {});
 	MemoryFiles::Withdraw(kName);
 	if (outcome.refusal)
 		throw notAColor;

@@ -77,6 +77,9 @@ void Command::AddPositiveNumber(const OptionText& text, double& value)
 CommandLine::CommandLine() : _app(std::make_unique<CLI::App>("Looks at SVG files through the SVG module.", "orvan-svg"))
 {
 	_app->require_subcommand(1);
+	_app->footer("Exit status:\n"
+				 "  0 when all went well; 1 when a file could not be loaded or was refused, or a result could not be\n"
+				 "  written; 2 when the command line made no sense.");
 	_app->set_version_flag("--version", "orvan-svg " + std::string(GetVersion()), "Print the version and exit");
 	_app->add_option("--modules", _moduleFolder, "Folder with the modules to load")->type_name("DIR");
 }
@@ -86,6 +89,7 @@ CommandLine::~CommandLine() = default;
 Command CommandLine::AddCommand(const char* name, const char* help, std::function<int(Modules& modules)> run)
 {
 	CLI::App* const command = _app->add_subcommand(name, help);
+	command->footer("");
 	// Lets --modules stand behind the command as well.
 	command->fallthrough();
 	command->callback([this, run = std::move(run)] { _run = run; });

@@ -2,9 +2,7 @@
 #include "document_loading.h"
 
 #include "console.h"
-#include "file_arguments.h"
-#include "orvan/host/memory_files.h"
-#include "svg_import.h"
+#include "unpacking.h"
 
 #include <filesystem>
 
@@ -12,31 +10,6 @@ namespace orvan::program
 {
 namespace
 {
-/// Keeps what a diagnostic says beyond the call that brings it.
-Finding ToFinding(const Diagnostic& diagnostic)
-{
-	Finding finding{.text = std::string(diagnostic.text)};
-	if (const DocumentPosition* position = diagnostic.position)
-	{
-		finding.line = position->line;
-		finding.column = position->column;
-		finding.elementName = position->elementName;
-		finding.elementId = position->elementId;
-	}
-	return finding;
-}
-
-/// The diagnostic sink while a file is loaded. The first critical one is the reason for a refusal.
-void Collect(const Diagnostic& diagnostic, void* context)
-{
-	auto& outcome = *static_cast<LoadOutcome*>(context);
-	Finding finding = ToFinding(diagnostic);
-	if (diagnostic.level != DiagnosticLevel::critical)
-		outcome.warnings.push_back(std::move(finding));
-	else if (!outcome.refusal)
-		outcome.refusal = std::move(finding);
-}
-
 /// What the host can add to an error that only says that there is no file.
 std::string DescribeTarget(const Url& url)
 {
@@ -57,53 +30,76 @@ std::string DescribeTarget(const Url& url)
 	return {};
 }
 
-/// A file in memory with what standard input has.
-class StandardInput
+Finding ToFinding(const SVGImportFinding& finding, Rule rule)
 {
-public:
-	StandardInput() : _bytes(ReadInput())
-	{
-		Unwrap(MemoryFiles::Publish(kName, _bytes));
-	}
+	return {.rule = rule,
+			.text = std::string(finding.message.View()),
+			.line = finding.line,
+			.column = finding.column,
+			.elementName = std::string(finding.elementTag.View()),
+			.elementId = std::string(finding.elementId.View()),
+			.attribute = std::string(finding.attribute.View())};
+}
 
-	StandardInput(const StandardInput&) = delete;
-
-	~StandardInput()
-	{
-		MemoryFiles::Withdraw(kName);
-	}
-
-	static constexpr const char* kName = "standard-input.svg";
-
-private:
-	const std::string _bytes;
-};
-
-void Load(const std::string& file, const char* classId, LoadOutcome& outcome)
+/// Sorts what the report has to say into the reason for a refusal and the rest.
+void TakeReport(const SVGImportReport& report, LoadOutcome& outcome)
 {
-	std::optional<StandardInput> input;
-	if (file == "-")
-		input.emplace();
-	const Url url = ToUrl(input ? std::string("memory:") + StandardInput::kName : file);
+	outcome.findingCount = report.findingCount;
+	for (const SVGImportFinding& finding : report.findings)
+	{
+		const bool isReason =
+			finding.level == SVGFindingLevel::critical || report.outcome == SVGImportOutcome::noSvgElement;
+		if (!isReason)
+			outcome.findings.push_back(
+				ToFinding(finding, finding.attribute.IsEmpty() ? Rule::ignoredContent : Rule::ignoredValue));
+		else if (!outcome.refusal)
+		{
+			outcome.refusal = ToFinding(finding, Rule::refusedFile);
+			// In the words of the diagnostics.
+			outcome.refusal->text.insert(0, "Exception parsing svg file. ");
+		}
+		outcome.findingCount -= isReason ? 1 : 0;
+	}
+	if (report.outcome == SVGImportOutcome::noSvgElement)
+		outcome.refusal = Finding{.rule = Rule::noSvgElement, .text = "no svg element"};
+	else if (report.outcome == SVGImportOutcome::refused && !outcome.refusal)
+		outcome.refusal = Finding{.rule = Rule::refusedFile, .text = "The content was refused."};
+}
+
+void Load(const std::string& file, const SVGImportOptions& options, const char* classId, LoadOutcome& outcome)
+{
 	const SVGDocumentRef document = Unwrap(CreateObject<SVGDocumentInterface>(classId));
-	// Only this thread is redirected, so that files that are loaded side by side do not mix what is said about them.
-	const ThreadDiagnosticSink sink(&Collect, &outcome);
-	const Result<void> loaded = document->Init(url);
+	const auto import = Cast<SVGDocumentImportInterface>(document);
+	if (!import)
+		throw Failure("The class " + std::string(classId) + " cannot tell what became of a load.");
+	Unwrap(import->SetImportOptions(options));
+	// The report says all that the diagnostics do. Only this thread is silenced.
+	const ThreadDiagnosticSink silence([](const Diagnostic&, void*) {}, nullptr);
+	const Url url = ToUrl(file);
+	const auto load = [&](const std::string& bytes)
+	{
+		return import->InitFromMemory(bytes.data(), static_cast<std::int64_t>(bytes.size()), url);
+	};
+	// The complete import unpacks files by itself.
+	const bool isPacked = IsPacked(file) && !options.isComplete && url.IoDetect() == IoDetection::file;
+	const Result<void> loaded = file == "-" ? load(ReadInput())
+								: isPacked  ? load(ReadPacked(url))
+											: document->Init(url);
 	if (!loaded.IsOk())
 	{
-		outcome.refusal = Finding{.text = std::string(loaded.GetError().GetMessage().View()) + DescribeTarget(url)};
+		outcome.refusal = Finding{.rule = Rule::unreadableFile,
+								  .text = std::string(loaded.GetError().GetMessage().View()) + DescribeTarget(url)};
 		return;
 	}
+	TakeReport(Unwrap(import->GetImportReport()), outcome);
 	outcome.document = document;
-	const SVGImportReport report = Unwrap(Cast<SVGDocumentImportInterface>(document)->GetImportReport());
-	if (report.outcome == SVGImportOutcome::noSvgElement)
-	{
-		// The warning says the same.
-		outcome.warnings.clear();
-		outcome.refusal = Finding{.text = "no svg element"};
-	}
 }
 } // namespace
+
+std::string GetDisplayName(const std::string& file)
+{
+	return file == "-" ? "<stdin>" : WholeLine(file);
+}
 
 Url ToUrl(const std::string& file)
 {
@@ -113,18 +109,18 @@ Url ToUrl(const std::string& file)
 	return Unwrap(Url::FromPath(std::filesystem::absolute(file).lexically_normal().native()));
 }
 
-LoadOutcome LoadDocument(const std::string& file, const char* classId)
+LoadOutcome LoadDocument(const std::string& file, const SVGImportOptions& options, const char* classId)
 {
 	LoadOutcome outcome;
 	try
 	{
-		Load(file, classId, outcome);
+		Load(file, options, classId, outcome);
 	}
 	catch (const std::exception& exception)
 	{
 		// Memory, or no such class: told like a refusal, so that checking many files goes on.
 		outcome.document = nullptr;
-		outcome.refusal = Finding{.text = exception.what()};
+		outcome.refusal = Finding{.rule = Rule::unreadableFile, .text = exception.what()};
 	}
 	return outcome;
 }
@@ -149,9 +145,9 @@ std::string Describe(const std::string& file, const Finding& finding)
 	return line;
 }
 
-void WriteFinding(JsonWriter& json, const Finding& finding)
+void WriteFinding(JsonWriter& json, const Finding& finding, std::string_view textName)
 {
-	json.Member("reason", std::string_view(OneLine(finding.text)));
+	json.Member(textName, std::string_view(OneLine(finding.text)));
 	if (finding.line > 0)
 		json.Member("line", finding.line);
 	if (finding.column > 0)
@@ -160,6 +156,8 @@ void WriteFinding(JsonWriter& json, const Finding& finding)
 		json.Member("element", std::string_view(finding.elementName));
 	if (!finding.elementId.empty())
 		json.Member("id", std::string_view(finding.elementId));
+	if (!finding.attribute.empty() && finding.rule != Rule::refusedFile)
+		json.Member("attribute", std::string_view(finding.attribute));
 }
 
 void PrintFailureAsJson(JsonWriter& json, const std::string& file, const Finding& finding)
@@ -173,18 +171,31 @@ void PrintFailureAsJson(JsonWriter& json, const std::string& file, const Finding
 
 int Report(const std::string& file, const LoadOutcome& outcome, Output& output)
 {
-	for (const Finding& warning : outcome.warnings)
-		output.PrintError("WARNING: " + Describe(file, warning));
+	for (const Finding& finding : outcome.findings)
+		output.PrintError("WARNING: " + Describe(file, finding));
+	const auto told = static_cast<std::int64_t>(outcome.findings.size());
+	if (outcome.findingCount > told)
+		output.PrintError("WARNING: " + GetDisplayName(file) + ": " + std::to_string(outcome.findingCount - told) +
+						  " more findings");
 	if (!outcome.refusal)
 		return 0;
 	output.PrintError(Describe(file, *outcome.refusal));
 	return 1;
 }
 
-void PrintDiagnostic(const Diagnostic& diagnostic, void* file)
+void PrintDiagnostic(const Diagnostic& diagnostic, void* target)
 {
+	const auto& [file, output] = *static_cast<const DiagnosticTarget*>(target);
+	Finding finding{.text = std::string(diagnostic.text)};
+	if (const DocumentPosition* position = diagnostic.position)
+	{
+		finding.line = position->line;
+		finding.column = position->column;
+		finding.elementName = position->elementName;
+		finding.elementId = position->elementId;
+	}
 	const char* const level = diagnostic.level == DiagnosticLevel::critical ? "CRITICAL: " : "WARNING: ";
-	PrintError(level + Describe(*static_cast<const std::string*>(file), ToFinding(diagnostic)));
+	output.PrintError(level + Describe(file, finding));
 }
 
 } // namespace orvan::program

@@ -2,6 +2,7 @@
 #include "file_arguments.h"
 
 #include "console.h"
+#include "document_loading.h"
 #include "ordered_tasks.h"
 
 namespace orvan::program
@@ -40,11 +41,6 @@ void FileArguments::AddTo(Command& command, const char* help)
 std::size_t GetThreadCount(std::optional<std::uint32_t> jobs)
 {
 	return jobs.value_or(std::max(1u, std::thread::hardware_concurrency()));
-}
-
-std::string GetDisplayName(const std::string& file)
-{
-	return file == "-" ? "<stdin>" : WholeLine(file);
 }
 
 int ForEachFile(const FileArguments& arguments, const Task& task)

@@ -30,9 +30,6 @@ struct FileTurn
 /// What `--jobs` means: as many threads as there are processors when it was not given.
 std::size_t GetThreadCount(std::optional<std::uint32_t> jobs);
 
-/// How an argument is named in what people read: "<stdin>" for "-".
-std::string GetDisplayName(const std::string& file);
-
 /// Calls `task` for each file, on several threads when there are several files. What they print comes out in the order
 /// of the files. Returns the highest of the exit statuses; an exception counts as a failure of its file and is told.
 int ForEachFile(const FileArguments& arguments, const std::function<int(const FileTurn& turn)>& task);

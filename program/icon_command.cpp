@@ -2,9 +2,12 @@
 #include "commands.h"
 #include "console.h"
 #include "document_loading.h"
+#include "file_arguments.h"
 #include "icon_watch.h"
+#include "import_arguments.h"
 #include "modules.h"
 #include "picture.h"
+#include "picture_arguments.h"
 #include "vector_icon.h"
 
 #include <limits>
@@ -16,29 +19,30 @@ namespace
 {
 struct Options
 {
-	std::string file;
+	FileArguments files;
+	ImportArguments import;
+	PictureArguments pictures;
 	std::optional<std::uint32_t> state;
 	std::vector<std::string> enabled;
 	std::vector<std::string> disabled;
-	std::string picture;
 	bool watches = false;
 };
 
 /// Prints the layers, which are the elements with an id, in document order: what each says itself, whatever it stands
 /// in.
-void PrintLayers(const SVGElementRef& element)
+void PrintLayers(const SVGElementRef& element, Output& output)
 {
 	if (const String id = element->GetId(); !id.IsEmpty())
 	{
 		const bool isShown = element->GetDisplay() != SVGDisplay::none;
-		Print((isShown ? "shown   " : "hidden  ") + WholeLine(id.View()) + '\n');
+		output.Print((isShown ? "shown   " : "hidden  ") + WholeLine(id.View()) + '\n');
 	}
 	for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child; child = child->GetNextSibling())
-		PrintLayers(Cast<SVGElementInterface>(child));
+		PrintLayers(Cast<SVGElementInterface>(child), output);
 }
 
 /// Switches layers; returns the exit status.
-int SwitchLayers(const VectorIconRef& icon, const std::vector<std::string>& ids, bool enabled)
+int SwitchLayers(const VectorIconRef& icon, const std::vector<std::string>& ids, bool enabled, Output& output)
 {
 	int status = 0;
 	for (const std::string& id : ids)
@@ -47,17 +51,16 @@ int SwitchLayers(const VectorIconRef& icon, const std::vector<std::string>& ids,
 		if (switched.IsOk())
 			continue;
 		// The other layers are switched all the same.
-		PrintError(std::string(switched.GetError().GetMessage().View()));
+		output.PrintError(OneLine(switched.GetError().GetMessage().View()));
 		status = 1;
 	}
 	return status;
 }
 
-int ShowIcon(Options& options)
+int ShowIcon(const Options& options, const SVGImportOptions& import, const FileTurn& turn)
 {
-	const LoadOutcome outcome = LoadDocument(options.file, kVectorIconClass);
-	ConsoleOutput console;
-	int status = Report(options.file, outcome, console);
+	const LoadOutcome outcome = LoadDocument(turn.file, import, kVectorIconClass);
+	int status = Report(turn.file, outcome, turn.output);
 	if (!outcome.document)
 		return status;
 	const auto icon = Cast<VectorIconInterface>(outcome.document);
@@ -65,52 +68,62 @@ int ShowIcon(Options& options)
 		throw Failure("Icons do not implement the icon interface.");
 
 	// From here on, switching layers and reloading have things to say about the file.
-	const ThreadDiagnosticSink sink(&PrintDiagnostic, &options.file);
+	DiagnosticTarget target{turn.file, turn.output};
+	const ThreadDiagnosticSink sink(&PrintDiagnostic, &target);
 	// The state first: it switches the state layers, which --enable and --disable may then overrule.
 	if (options.state)
 		icon->SetState(static_cast<SVGIconState>(*options.state));
-	status |= SwitchLayers(icon, options.enabled, true);
-	status |= SwitchLayers(icon, options.disabled, false);
+	status |= SwitchLayers(icon, options.enabled, true, turn.output);
+	status |= SwitchLayers(icon, options.disabled, false, turn.output);
 	const auto show = [&]
 	{
-		PrintLayers(outcome.document->GetRootElement());
-		if (const auto kind = GetPictureKind(options.picture))
-			WritePicture(outcome.document, {.output = *kind}, options.picture, console);
+		if (!options.pictures.WritesToOutput())
+			PrintLayers(outcome.document->GetRootElement(), turn.output);
+		if (options.pictures.IsGiven())
+			WritePicture(outcome.document, options.pictures.GetOptions(), options.pictures.GetPath(turn.file),
+						 turn.output);
 	};
+	if (!options.pictures.WritesToOutput())
+		PrintHeading(turn);
 	show();
 	if (options.watches)
 	{
 		WatchIcon(icon,
-				  [&show]
+				  [&]
 				  {
-					  Print("\n");
+					  turn.output.Print("\n");
 					  show();
 				  });
 	}
 	return status;
+}
+
+int ShowIcons(Options& options, Modules& modules)
+{
+	const std::vector<std::string>& files = options.files.files;
+	if (options.watches && (files.size() > 1 || files.front() == "-" || options.pictures.WritesToOutput()))
+		throw UsageFailure("--watch follows one file, and prints its layers to standard output.");
+	options.pictures.Prepare(files);
+	const SVGImportOptions import = options.import.GetOptions();
+	if (options.pictures.IsGiven())
+		modules.LoadOtherModules();
+	return ForEachFile(options.files, [&](const FileTurn& turn) { return ShowIcon(options, import, turn); });
 }
 } // namespace
 
 void AddIconCommand(CommandLine& commandLine)
 {
 	const auto options = std::make_shared<Options>();
-	Command command = commandLine.AddCommand("icon", "Load a file as an icon and print its layers",
-											 [options](Modules& modules)
-											 {
-												 if (!options->picture.empty())
-													 modules.LoadOtherModules();
-												 return ShowIcon(*options);
-											 });
-	command.AddArgument("FILE", "Path or file: URL", options->file);
+	Command command =
+		commandLine.AddCommand("icon", "Load files as icons, print their layers, and draw them on request",
+							   [options](Modules& modules) { return ShowIcons(*options, modules); });
+	options->files.AddTo(command);
+	options->pictures.AddTo(command, PictureArguments::Need::optional);
+	options->import.AddTo(command, ImportArguments::Default::asDrawn);
 	command.AddNumber({.names = "--state", .help = "State to show: 0 to 3 have layers", .value = "N"}, options->state,
 					  0, std::numeric_limits<std::uint32_t>::max());
 	command.AddTexts({.names = "--enable", .help = "Show the layer with this id", .value = "ID"}, options->enabled);
 	command.AddTexts({.names = "--disable", .help = "Hide the layer with this id", .value = "ID"}, options->disabled);
-	command.AddText({.names = "-o,--output",
-					 .help = "Also draw the icon into this .png or .pdf file",
-					 .value = "OUT",
-					 .check = &CheckPictureName},
-					options->picture);
 	command.AddFlag("--watch", "Follow the file and print again at every reload, until interrupted", options->watches);
 }
 

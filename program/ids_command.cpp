@@ -3,6 +3,7 @@
 #include "console.h"
 #include "document_loading.h"
 #include "file_arguments.h"
+#include "import_arguments.h"
 
 #include <filesystem>
 #include <memory>
@@ -14,6 +15,7 @@ namespace
 struct Options
 {
 	FileArguments files;
+	ImportArguments import;
 	std::optional<std::string> prefix;
 	bool asJson = false;
 };
@@ -60,9 +62,9 @@ void PrintAsText(const FileTurn& turn, const BaseArray<SVGElementRef>& elements)
 		turn.output.Print(place + WholeLine(element->GetId().View()) + '\n');
 }
 
-int PrintIds(const Options& options, const FileTurn& turn)
+int PrintIds(const Options& options, const SVGImportOptions& import, const FileTurn& turn)
 {
-	const LoadOutcome outcome = LoadDocument(turn.file);
+	const LoadOutcome outcome = LoadDocument(turn.file, import);
 	BaseArray<SVGElementRef> elements;
 	if (outcome.document)
 	{
@@ -80,14 +82,16 @@ int PrintIds(const Options& options, const FileTurn& turn)
 void AddIdsCommand(CommandLine& commandLine)
 {
 	const auto options = std::make_shared<Options>();
-	Command command = commandLine.AddCommand("ids", "Print the ids of files, in the order of the id table",
-											 [options](Modules&)
-											 {
-												 TakePrefix(*options);
-												 return ForEachFile(options->files, [options](const FileTurn& turn)
-																	{ return PrintIds(*options, turn); });
-											 });
+	Command command = commandLine.AddCommand(
+		"ids", "Print the ids of files, in the order of the id table",
+		[options](Modules&)
+		{
+			TakePrefix(*options);
+			return ForEachFile(options->files, [&, import = options->import.GetOptions()](const FileTurn& turn)
+							   { return PrintIds(*options, import, turn); });
+		});
 	options->files.AddTo(command, "Paths or file: URLs; - is standard input. A last one that is no file is a prefix");
+	options->import.AddTo(command, ImportArguments::Default::plain);
 	command.AddText({.names = "--prefix", .help = "Print only ids that begin so", .value = "PREFIX"}, options->prefix);
 	command.AddFlag("--json", "Print JSON, an object a line for each file", options->asJson);
 }

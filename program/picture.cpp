@@ -93,9 +93,4 @@ std::string_view GetPictureSuffix(SVGRenderOutput kind)
 	return kSuffixes[static_cast<std::size_t>(kind)];
 }
 
-std::string CheckPictureName(const std::string& path)
-{
-	return GetPictureKind(path) ? "" : "A picture's name ends in .png or .pdf, unlike " + path;
-}
-
 } // namespace orvan::program

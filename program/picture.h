@@ -23,7 +23,4 @@ std::optional<SVGRenderOutput> GetPictureKind(const std::string& path);
 /// The suffix for the name of a picture of that kind, for example ".png".
 std::string_view GetPictureSuffix(SVGRenderOutput kind);
 
-/// What is wrong with the name of a picture's file; empty when nothing is.
-std::string CheckPictureName(const std::string& path);
-
 } // namespace orvan::program

@@ -10,7 +10,7 @@ namespace
 {
 namespace fs = std::filesystem;
 
-void CollectFolder(const fs::path& folder, SVGFiles& found)
+void CollectFolder(const fs::path& folder, bool withCompressed, SVGFiles& found)
 {
 	std::vector<fs::path> entries;
 	std::error_code error;
@@ -18,6 +18,11 @@ void CollectFolder(const fs::path& folder, SVGFiles& found)
 		entries.push_back(at->path());
 	if (error)
 		found.troubles.emplace_back(folder.native(), error.message());
+	const auto isWanted = [withCompressed](const fs::path& entry)
+	{
+		const fs::path extension = entry.extension();
+		return extension == ".svg" || (withCompressed && extension == ".svgz");
+	};
 	// The system gives them in any order; people and tests want the same one each time.
 	std::ranges::sort(entries);
 	for (const fs::path& entry : entries)
@@ -28,21 +33,21 @@ void CollectFolder(const fs::path& folder, SVGFiles& found)
 		if (error && status.type() != fs::file_type::not_found)
 			found.troubles.emplace_back(entry.native(), error.message());
 		else if (fs::is_directory(status))
-			CollectFolder(entry, found);
-		else if (entry.extension() == ".svg" && !(fs::is_symlink(status) && fs::is_directory(entry, error)))
+			CollectFolder(entry, withCompressed, found);
+		else if (isWanted(entry) && !(fs::is_symlink(status) && fs::is_directory(entry, error)))
 			found.files.push_back(entry.native());
 	}
 }
 } // namespace
 
-SVGFiles FindSVGFiles(const std::vector<std::string>& paths)
+SVGFiles FindSVGFiles(const std::vector<std::string>& paths, bool withCompressed)
 {
 	SVGFiles found;
 	for (const std::string& path : paths)
 	{
 		std::error_code error;
 		if (fs::is_directory(path, error))
-			CollectFolder(path, found);
+			CollectFolder(path, withCompressed, found);
 		else
 			found.files.push_back(path); // What does not exist fails when it is loaded, with its reason.
 	}

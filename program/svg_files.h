@@ -17,9 +17,9 @@ struct SVGFiles
 	std::vector<std::pair<std::string, std::string>> troubles;
 };
 
-/// Every ".svg" file in the folders among `paths`, with all folders below, in the order of their names; and those of
-/// the paths that are no folders, whatever they are called. Symbolic links to files count as files, those to folders
-/// are not followed.
-SVGFiles FindSVGFiles(const std::vector<std::string>& paths);
+/// Every ".svg" file, and ".svgz" file when `withCompressed`, in the folders among `paths`, with all folders below, in
+/// the order of their names; and those of the paths that are no folders, whatever they are called. Symbolic links to
+/// files count as files, those to folders are not followed.
+SVGFiles FindSVGFiles(const std::vector<std::string>& paths, bool withCompressed);
 
 } // namespace orvan::program

@@ -3,6 +3,7 @@
 #include "console.h"
 #include "document_loading.h"
 #include "file_arguments.h"
+#include "import_arguments.h"
 #include "tree_json.h"
 #include "tree_text.h"
 
@@ -15,6 +16,7 @@ namespace
 struct Options
 {
 	FileArguments files;
+	ImportArguments import;
 	bool asJson = false;
 };
 
@@ -40,16 +42,21 @@ void PrintAsText(const FileTurn& turn, const LoadOutcome& outcome)
 void AddTreeCommand(CommandLine& commandLine)
 {
 	const auto options = std::make_shared<Options>();
-	const auto printTree = [options](const FileTurn& turn)
+	const auto printTree = [options](const SVGImportOptions& import, const FileTurn& turn)
 	{
-		const LoadOutcome outcome = LoadDocument(turn.file);
+		const LoadOutcome outcome = LoadDocument(turn.file, import);
 		(options->asJson ? &PrintAsJson : &PrintAsText)(turn, outcome);
 		return Report(turn.file, outcome, turn.output);
 	};
-	Command command =
-		commandLine.AddCommand("tree", "Print the element tree of files",
-							   [options, printTree](Modules&) { return ForEachFile(options->files, printTree); });
+	Command command = commandLine.AddCommand(
+		"tree", "Print the element tree of files",
+		[options, printTree](Modules&)
+		{
+			return ForEachFile(options->files, [&, import = options->import.GetOptions()](const FileTurn& turn)
+							   { return printTree(import, turn); });
+		});
 	options->files.AddTo(command);
+	options->import.AddTo(command, ImportArguments::Default::plain);
 	command.AddFlag("--json", "Print JSON with all values", options->asJson);
 }
 

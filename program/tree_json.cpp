@@ -3,6 +3,7 @@
 
 #include "attribute_values.h"
 #include "console.h"
+#include "svg_complete.h"
 
 namespace orvan::program
 {
@@ -27,8 +28,7 @@ public:
 		if (const Matrix2d transform = element->GetLocalTransform(); transform != Matrix2d())
 		{
 			_json.Key("transform");
-			WriteNumbers(transform.offset.x, transform.offset.y, transform.axis1.x, transform.axis1.y,
-						 transform.axis2.x, transform.axis2.y);
+			Write(transform);
 		}
 		WriteAttributes(element->GetAttributeDictionary());
 		WriteContent(element);
@@ -69,12 +69,27 @@ private:
 		_json.EndObject();
 	}
 
-	void Write(const BaseArray<SVGLength>& lengths)
+	void Write(const SVGLength2d& lengths)
 	{
 		_json.BeginArray();
-		for (const SVGLength& length : lengths)
-			Write(length);
+		Write(lengths.x);
+		Write(lengths.y);
 		_json.EndArray();
+	}
+
+	template <typename T>
+	void Write(const BaseArray<T>& values)
+	{
+		_json.BeginArray();
+		for (const T& value : values)
+			Write(value);
+		_json.EndArray();
+	}
+
+	void Write(const Matrix2d& transform)
+	{
+		WriteNumbers(transform.offset.x, transform.offset.y, transform.axis1.x, transform.axis1.y, transform.axis2.x,
+					 transform.axis2.y);
 	}
 
 	void Write(const Color& color)
@@ -82,7 +97,7 @@ private:
 		WriteNumbers(color.red, color.green, color.blue);
 	}
 
-	/// The colour is there for every kind of paint; the reference only where there is one.
+	/// The colour is there for every kind of paint; the rest only where it says something.
 	void Write(const SVGPaint& paint)
 	{
 		_json.BeginObject();
@@ -91,6 +106,56 @@ private:
 		Write(paint.color);
 		if (!paint.reference.IsEmpty())
 			_json.Member("reference", paint.reference.View());
+		if (paint.fallback != SVGPaintFallback::absent)
+			_json.Member("fallback", static_cast<int>(paint.fallback));
+		if (paint.alpha != 1.0)
+			_json.Member("alpha", paint.alpha);
+		_json.EndObject();
+	}
+
+	void Write(const SVGOrient& orient)
+	{
+		_json.BeginObject();
+		_json.Member("type", static_cast<int>(orient.type));
+		if (orient.type == SVGOrientType::angle)
+			_json.Member("angle", orient.angle);
+		_json.EndObject();
+	}
+
+	void Write(const SVGBaselineShift& shift)
+	{
+		_json.BeginObject();
+		_json.Member("type", static_cast<int>(shift.type));
+		if (shift.type == SVGBaselineShiftType::length)
+		{
+			_json.Key("length");
+			Write(shift.length);
+		}
+		_json.EndObject();
+	}
+
+	/// Each function has the members that it uses.
+	void Write(const SVGFilterFunction& function)
+	{
+		const bool isShadow = function.type == SVGFilterFunctionType::dropShadow;
+		_json.BeginObject();
+		_json.Member("type", static_cast<int>(function.type));
+		if (function.type == SVGFilterFunctionType::reference)
+			_json.Member("reference", function.reference.View());
+		else if (isShadow || function.type == SVGFilterFunctionType::blur)
+		{
+			_json.Key("deviation");
+			Write(function.deviation);
+		}
+		else
+			_json.Member("amount", function.amount);
+		if (isShadow)
+		{
+			_json.Key("offset");
+			Write(SVGLength2d{function.x, function.y});
+			_json.Key("color");
+			Write(function.color);
+		}
 		_json.EndObject();
 	}
 
@@ -136,6 +201,10 @@ private:
 		// Present even when empty: every text element has a text.
 		else if (const auto text = Cast<SVGTextElementInterface>(element))
 			_json.Member("text", text->GetText().View());
+		else if (const auto run = Cast<SVGTextRunInterface>(element))
+			_json.Member("text", run->GetText().View());
+		else if (const auto description = Cast<SVGDescriptionInterface>(element))
+			_json.Member("text", description->GetText().View());
 		else if (const auto use = Cast<SVGUseElementInterface>(element))
 		{
 			if (const String link = use->GetLink(); !link.IsEmpty())

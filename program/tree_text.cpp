@@ -3,57 +3,222 @@
 
 #include "attribute_values.h"
 #include "console.h"
+#include "svg_complete.h"
 
 #include <charconv>
 #include <cmath>
+#include <span>
 
 namespace orvan::program
 {
 namespace
 {
-constexpr std::array<std::string_view, 16> kElementNames = {
-	"?",    "svg",  "g",    "use",    "defs", "symbol", "linearGradient", "radialGradient",
-	"stop", "path", "rect", "circle", "line", "text",   "mask",           "clipPath",
+/// By the numbers of `SVGImportElementKind`.
+constexpr std::string_view kElementNames[] = {
+	"?",
+	"svg",
+	"g",
+	"use",
+	"defs",
+	"symbol",
+	"linearGradient",
+	"radialGradient",
+	"stop",
+	"path",
+	"rect",
+	"circle",
+	"line",
+	"text",
+	"mask",
+	"clipPath",
+	"pattern",
+	"marker",
+	"image",
+	"switch",
+	"a",
+	"tspan",
+	"textPath",
+	"filter",
+	"feBlend",
+	"feColorMatrix",
+	"feComponentTransfer",
+	"feComposite",
+	"feConvolveMatrix",
+	"feDiffuseLighting",
+	"feDisplacementMap",
+	"feDropShadow",
+	"feFlood",
+	"feGaussianBlur",
+	"feImage",
+	"feMerge",
+	"feMorphology",
+	"feOffset",
+	"feSpecularLighting",
+	"feTile",
+	"feTurbulence",
+	"feDistantLight",
+	"fePointLight",
+	"feSpotLight",
+	"feFuncR",
+	"feFuncG",
+	"feFuncB",
+	"feFuncA",
+	"feMergeNode",
+	"title",
+	"desc",
+	"style",
+	"metadata",
+	"foreignObject",
+	"(text)",
 };
+static_assert(std::size(kElementNames) == static_cast<std::size_t>(SVGImportElementKind::textRun) + 1);
 
-constexpr std::array<std::string_view, 10> kUnitNames = {"em", "ex", "px", "in", "cm", "mm", "pt", "pc", "%", ""};
+/// By the numbers of `SVGLengthUnit`.
+constexpr std::string_view kUnitNames[] = {"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
+										   "",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
+static_assert(std::size(kUnitNames) == static_cast<std::size_t>(SVGLengthUnit::vmax) + 1);
 
 /// The words for an enumeration, as SVG spells them, by value.
-std::span<const std::string_view> GetKeywords(SVGImportAttribute attribute)
+struct Keywords
 {
-	using Words = std::string_view[];
-	static constexpr Words kDisplay = {"inherit", "shown", "none"};
-	static constexpr Words kVisibility = {"", "visible", "hidden", "collapse"};
-	static constexpr Words kFillRule = {"", "nonzero", "evenodd"};
-	static constexpr Words kLineCap = {"", "butt", "round", "square"};
-	static constexpr Words kLineJoin = {"", "miter", "round", "bevel"};
-	static constexpr Words kUnits = {"userSpaceOnUse", "objectBoundingBox"};
-	static constexpr Words kSpread = {"pad", "reflect", "repeat"};
-	static constexpr Words kFontStyle = {"normal", "italic", "oblique"};
-	static constexpr Words kFontWeight = {"normal", "bold"};
-	switch (attribute)
+	SVGImportAttribute attribute;
+	std::span<const std::string_view> words;
+	/// The element whose attribute it is, where one name stands for several things.
+	SVGImportElementKind kind = SVGImportElementKind::unknown;
+};
+
+constexpr std::string_view kDisplayWords[] = {"inherit", "shown", "none"};
+constexpr std::string_view kVisibilityWords[] = {"", "visible", "hidden", "collapse"};
+constexpr std::string_view kFillRuleWords[] = {"", "nonzero", "evenodd"};
+constexpr std::string_view kStrokeLineCapWords[] = {"", "butt", "round", "square"};
+constexpr std::string_view kStrokeLineJoinWords[] = {"", "miter", "round", "bevel"};
+constexpr std::string_view kGradientUnitsWords[] = {"userSpaceOnUse", "objectBoundingBox"};
+constexpr std::string_view kSpreadMethodWords[] = {"pad", "reflect", "repeat"};
+constexpr std::string_view kFontStyleWords[] = {"normal", "italic", "oblique"};
+constexpr std::string_view kFontWeightWords[] = {"normal", "bold"};
+constexpr std::string_view kMaskTypeWords[] = {"luminance", "alpha"};
+constexpr std::string_view kMarkerUnitsWords[] = {"strokeWidth", "userSpaceOnUse"};
+constexpr std::string_view kOverflowWords[] = {"visible", "hidden", "scroll", "auto"};
+constexpr std::string_view kPaintOrderWords[] = {"normal",
+												 "fill markers stroke",
+												 "stroke fill markers",
+												 "stroke markers fill",
+												 "markers fill stroke",
+												 "markers stroke fill"};
+constexpr std::string_view kVectorEffectWords[] = {"none", "non-scaling-stroke"};
+constexpr std::string_view kMixBlendModeWords[] = {
+	"normal",      "multiply",   "screen",     "overlay",    "darken",      "lighten",
+	"color-dodge", "color-burn", "hard-light", "soft-light", "difference",  "exclusion",
+	"hue",         "saturation", "color",      "luminosity", "plus-lighter"};
+constexpr std::string_view kIsolationWords[] = {"auto", "isolate"};
+constexpr std::string_view kShapeRenderingWords[] = {"auto", "optimizeSpeed", "crispEdges", "geometricPrecision"};
+constexpr std::string_view kTextRenderingWords[] = {"auto", "optimizeSpeed", "optimizeLegibility",
+													"geometricPrecision"};
+constexpr std::string_view kImageRenderingWords[] = {"auto", "optimizeSpeed", "optimizeQuality", "pixelated",
+													 "crisp-edges"};
+constexpr std::string_view kColorInterpolationWords[] = {"auto", "sRGB", "linearRGB"};
+constexpr std::string_view kTransformBoxWords[] = {"view-box", "fill-box", "stroke-box", "content-box", "border-box"};
+constexpr std::string_view kLengthAdjustWords[] = {"spacing", "spacingAndGlyphs"};
+constexpr std::string_view kTextAnchorWords[] = {"start", "middle", "end"};
+constexpr std::string_view kTextDecorationWords[] = {"none",
+													 "underline",
+													 "overline",
+													 "underline overline",
+													 "line-through",
+													 "underline line-through",
+													 "overline line-through",
+													 "underline overline line-through"};
+constexpr std::string_view kDominantBaselineWords[] = {
+	"auto",         "alphabetic", "ideographic",      "middle",          "central",
+	"mathematical", "hanging",    "text-before-edge", "text-after-edge", "use-script",
+	"no-change",    "reset-size", "baseline",         "before-edge",     "after-edge"};
+constexpr std::string_view kWritingModeWords[] = {"horizontal-tb", "vertical-rl", "vertical-lr", "sideways-rl",
+												  "sideways-lr"};
+constexpr std::string_view kDirectionWords[] = {"ltr", "rtl"};
+constexpr std::string_view kUnicodeBidiWords[] = {"normal",           "embed",    "isolate", "bidi-override",
+												  "isolate-override", "plaintext"};
+constexpr std::string_view kFontVariantWords[] = {"normal", "small-caps"};
+constexpr std::string_view kWhiteSpaceWords[] = {"normal", "pre", "nowrap", "pre-wrap", "pre-line", "break-spaces"};
+constexpr std::string_view kPointerEventsWords[] = {"auto",    "visiblePainted", "visibleFill", "visibleStroke",
+													"visible", "painted",        "fill",        "stroke",
+													"all",     "none",           "bounding-box"};
+constexpr std::string_view kTypeColorMatrixWords[] = {"matrix", "saturate", "hueRotate", "luminanceToAlpha"};
+constexpr std::string_view kTypeTurbulenceWords[] = {"turbulence", "fractalNoise"};
+constexpr std::string_view kTypeFuncRWords[] = {"identity", "table", "discrete", "linear", "gamma"};
+constexpr std::string_view kOperationCompositeWords[] = {"over", "in", "out", "atop", "xor", "arithmetic", "lighter"};
+constexpr std::string_view kOperationMorphologyWords[] = {"erode", "dilate"};
+constexpr std::string_view kEdgeModeWords[] = {"duplicate", "wrap", "none"};
+constexpr std::string_view kPreserveAlphaWords[] = {"false", "true"};
+constexpr std::string_view kXChannelSelectorWords[] = {"A", "R", "G", "B"};
+constexpr std::string_view kStitchTilesWords[] = {"noStitch", "stitch"};
+
+constexpr Keywords kKeywords[] = {
+	{SVGImportAttribute::display, kDisplayWords},
+	{SVGImportAttribute::visibility, kVisibilityWords},
+	{SVGImportAttribute::fillRule, kFillRuleWords},
+	{SVGImportAttribute::clipRule, kFillRuleWords},
+	{SVGImportAttribute::strokeLineCap, kStrokeLineCapWords},
+	{SVGImportAttribute::strokeLineJoin, kStrokeLineJoinWords},
+	{SVGImportAttribute::gradientUnits, kGradientUnitsWords},
+	{SVGImportAttribute::patternUnits, kGradientUnitsWords},
+	{SVGImportAttribute::patternContentUnits, kGradientUnitsWords},
+	{SVGImportAttribute::clipPathUnits, kGradientUnitsWords},
+	{SVGImportAttribute::maskUnits, kGradientUnitsWords},
+	{SVGImportAttribute::maskContentUnits, kGradientUnitsWords},
+	{SVGImportAttribute::filterUnits, kGradientUnitsWords},
+	{SVGImportAttribute::primitiveUnits, kGradientUnitsWords},
+	{SVGImportAttribute::spreadMethod, kSpreadMethodWords},
+	{SVGImportAttribute::fontStyle, kFontStyleWords},
+	{SVGImportAttribute::fontWeight, kFontWeightWords},
+	{SVGImportAttribute::maskType, kMaskTypeWords},
+	{SVGImportAttribute::markerUnits, kMarkerUnitsWords},
+	{SVGImportAttribute::overflow, kOverflowWords},
+	{SVGImportAttribute::paintOrder, kPaintOrderWords},
+	{SVGImportAttribute::vectorEffect, kVectorEffectWords},
+	{SVGImportAttribute::mixBlendMode, kMixBlendModeWords},
+	{SVGImportAttribute::mode, kMixBlendModeWords},
+	{SVGImportAttribute::isolation, kIsolationWords},
+	{SVGImportAttribute::shapeRendering, kShapeRenderingWords},
+	{SVGImportAttribute::textRendering, kTextRenderingWords},
+	{SVGImportAttribute::imageRendering, kImageRenderingWords},
+	{SVGImportAttribute::colorInterpolation, kColorInterpolationWords},
+	{SVGImportAttribute::colorInterpolationFilters, kColorInterpolationWords},
+	{SVGImportAttribute::transformBox, kTransformBoxWords},
+	{SVGImportAttribute::lengthAdjust, kLengthAdjustWords},
+	{SVGImportAttribute::textAnchor, kTextAnchorWords},
+	{SVGImportAttribute::textDecoration, kTextDecorationWords},
+	{SVGImportAttribute::dominantBaseline, kDominantBaselineWords},
+	{SVGImportAttribute::alignmentBaseline, kDominantBaselineWords},
+	{SVGImportAttribute::writingMode, kWritingModeWords},
+	{SVGImportAttribute::direction, kDirectionWords},
+	{SVGImportAttribute::unicodeBidi, kUnicodeBidiWords},
+	{SVGImportAttribute::fontVariant, kFontVariantWords},
+	{SVGImportAttribute::whiteSpace, kWhiteSpaceWords},
+	{SVGImportAttribute::pointerEvents, kPointerEventsWords},
+	{SVGImportAttribute::type, kTypeColorMatrixWords, SVGImportElementKind::feColorMatrix},
+	{SVGImportAttribute::type, kTypeTurbulenceWords, SVGImportElementKind::feTurbulence},
+	{SVGImportAttribute::type, kTypeFuncRWords, SVGImportElementKind::feFuncR},
+	{SVGImportAttribute::type, kTypeFuncRWords, SVGImportElementKind::feFuncG},
+	{SVGImportAttribute::type, kTypeFuncRWords, SVGImportElementKind::feFuncB},
+	{SVGImportAttribute::type, kTypeFuncRWords, SVGImportElementKind::feFuncA},
+	{SVGImportAttribute::operation, kOperationCompositeWords, SVGImportElementKind::feComposite},
+	{SVGImportAttribute::operation, kOperationMorphologyWords, SVGImportElementKind::feMorphology},
+	{SVGImportAttribute::edgeMode, kEdgeModeWords},
+	{SVGImportAttribute::preserveAlpha, kPreserveAlphaWords},
+	{SVGImportAttribute::xChannelSelector, kXChannelSelectorWords},
+	{SVGImportAttribute::yChannelSelector, kXChannelSelectorWords},
+	{SVGImportAttribute::stitchTiles, kStitchTilesWords},
+};
+
+std::span<const std::string_view> GetKeywords(SVGImportAttribute attribute, SVGImportElementKind kind)
+{
+	for (const Keywords& keywords : kKeywords)
 	{
-	case SVGImportAttribute::display:
-		return kDisplay;
-	case SVGImportAttribute::visibility:
-		return kVisibility;
-	case SVGImportAttribute::fillRule:
-		return kFillRule;
-	case SVGImportAttribute::strokeLineCap:
-		return kLineCap;
-	case SVGImportAttribute::strokeLineJoin:
-		return kLineJoin;
-	case SVGImportAttribute::gradientUnits:
-		return kUnits;
-	case SVGImportAttribute::spreadMethod:
-		return kSpread;
-	case SVGImportAttribute::fontStyle:
-		return kFontStyle;
-	case SVGImportAttribute::fontWeight:
-		return kFontWeight;
-	default:
-		return {};
+		if (keywords.attribute == attribute &&
+			(keywords.kind == SVGImportElementKind::unknown || keywords.kind == kind))
+			return keywords.words;
 	}
+	return {};
 }
 
 /// Clients may store any number; what has no name is a question mark.
@@ -83,16 +248,6 @@ std::string ToText(const SVGLength& length)
 	return ToText(isPercentage ? length.value * 100 : length.value) + std::string(Look(kUnitNames, length.unit));
 }
 
-std::string ToText(const BaseArray<SVGLength>& lengths)
-{
-	if (lengths.IsEmpty())
-		return "none";
-	std::string text;
-	for (const SVGLength& length : lengths)
-		text += (text.empty() ? "" : " ") + ToText(length);
-	return text;
-}
-
 std::string ToText(const Color& color)
 {
 	constexpr char kDigits[] = "0123456789abcdef";
@@ -109,13 +264,25 @@ std::string ToText(const Color& color)
 	return text;
 }
 
+/// A colour with how opaque it is.
+std::string ToText(const Color& color, Float alpha)
+{
+	return ToText(color) + (alpha == 1.0 ? "" : '/' + ToText(alpha * 100) + '%');
+}
+
 std::string ToText(const SVGPaint& paint)
 {
-	if (paint.type == SVGPaintType::none)
-		return "none";
-	if (paint.type == SVGPaintType::reference)
-		return "url(#" + OneLine(paint.reference.View(), 60) + ')';
-	return ToText(paint.color);
+	constexpr std::string_view kTypes[] = {"?", "none", "", "", "currentColor", "context-fill", "context-stroke"};
+	if (paint.type == SVGPaintType::color)
+		return ToText(paint.color, paint.alpha);
+	if (paint.type != SVGPaintType::reference)
+		return std::string(Look(kTypes, paint.type));
+	const std::string reference = "url(#" + OneLine(paint.reference.View(), 60) + ')';
+	if (paint.fallback == SVGPaintFallback::color)
+		return reference + ' ' + ToText(paint.color, paint.alpha);
+	return reference + (paint.fallback == SVGPaintFallback::none           ? " none"
+						: paint.fallback == SVGPaintFallback::currentColor ? " currentColor"
+																		   : "");
 }
 
 std::string ToText(const SVGViewbox& viewbox)
@@ -139,6 +306,50 @@ std::string ToText(const Matrix2d& m)
 	return text + ')';
 }
 
+std::string ToText(const SVGLength2d& lengths)
+{
+	return ToText(lengths.x) + ' ' + ToText(lengths.y);
+}
+
+std::string ToText(const SVGOrient& orient)
+{
+	constexpr std::string_view kTypes[] = {"", "auto", "auto-start-reverse"};
+	return orient.type == SVGOrientType::angle ? ToText(orient.angle) : std::string(Look(kTypes, orient.type));
+}
+
+std::string ToText(const SVGBaselineShift& shift)
+{
+	constexpr std::string_view kTypes[] = {"baseline", "sub", "super", ""};
+	return shift.type == SVGBaselineShiftType::length ? ToText(shift.length) : std::string(Look(kTypes, shift.type));
+}
+
+std::string ToText(const SVGFilterFunction& function)
+{
+	constexpr std::string_view kTypes[] = {"url(#",        "blur(",      "brightness(", "contrast(",
+										   "drop-shadow(", "grayscale(", "hue-rotate(", "invert(",
+										   "opacity(",     "saturate(",  "sepia("};
+	const std::string name(Look(kTypes, function.type));
+	if (function.type == SVGFilterFunctionType::reference)
+		return name + OneLine(function.reference.View(), 60) + ')';
+	if (function.type == SVGFilterFunctionType::blur)
+		return name + ToText(function.deviation) + ')';
+	if (function.type != SVGFilterFunctionType::dropShadow)
+		return name + ToText(function.amount) + ')';
+	return name + ToText(function.x) + ' ' + ToText(function.y) + ' ' + ToText(function.deviation) + ' ' +
+		   ToText(function.color) + ')';
+}
+
+template <typename T>
+std::string ToText(const BaseArray<T>& values)
+{
+	if (values.IsEmpty())
+		return "none";
+	std::string text;
+	for (const T& value : values)
+		text += (text.empty() ? "" : " ") + ToText(value);
+	return text;
+}
+
 /// Prints elements, each as its name, its id and its properties.
 class TextTree
 {
@@ -156,7 +367,7 @@ public:
 			AddColored("1;32", " #" + OneLine(id.View(), 100));
 		if (const Matrix2d transform = element->GetLocalTransform(); transform != Matrix2d())
 			AddProperty("transform", ToText(transform));
-		AddAttributes(element->GetAttributeDictionary());
+		AddAttributes(element->GetAttributeDictionary(), element->GetElementType());
 		AddContent(element);
 		_output.Print(_line += '\n');
 		for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child;
@@ -181,11 +392,11 @@ private:
 		_line.append("=").append(value);
 	}
 
-	void AddAttributes(const DataDictionary& attributes)
+	void AddAttributes(const DataDictionary& attributes, SVGImportElementKind kind)
 	{
 		for (const DataDictionary::Entry& entry : attributes)
 		{
-			const auto keywords = GetKeywords(static_cast<SVGImportAttribute>(entry.key));
+			const auto keywords = GetKeywords(static_cast<SVGImportAttribute>(entry.key), kind);
 			std::string text = "?";
 			VisitAttribute(attributes, entry,
 						   [&]<typename T>(const T& value)
@@ -211,6 +422,10 @@ private:
 			AddProperty("link", ToText(use->GetLink()));
 		else if (const auto text = Cast<SVGTextElementInterface>(element))
 			AddProperty("text", ToText(text->GetText()));
+		else if (const auto run = Cast<SVGTextRunInterface>(element))
+			AddProperty("text", ToText(run->GetText()));
+		else if (const auto description = Cast<SVGDescriptionInterface>(element))
+			AddProperty("text", ToText(description->GetText()));
 	}
 
 	Output& _output;

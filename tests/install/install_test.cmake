@@ -74,6 +74,11 @@ if(EXISTS ${cairo_module})
 endif()
 
 # The program, and what stands beside it.
+file(READ ${WORK}/prefix/share/man/man1/orvan-svg.1 man_page)
+if(NOT man_page MATCHES "\n.SS check\n" OR NOT man_page MATCHES "\n.B [^\n]*jobs N [^\n]*\nNumber of threads" OR
+	NOT man_page MATCHES "\n.SH EXIT STATUS\n0 when all went well")
+	message(FATAL_ERROR "The man page does not say what the program's help says:\n${man_page}")
+endif()
 run(COMMAND ${WORK}/prefix/bin/orvan-svg ids ${SOURCE}/examples/lamp.svg stand EXPECT "stand\n")
 foreach(file LICENSE THIRD-PARTY.md docs/host-checklist.md docs/walking-a-tree.md docs/writing-a-renderer.md)
 	if(NOT EXISTS ${WORK}/prefix/share/doc/orvan-svg/${file})

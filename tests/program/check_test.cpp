@@ -45,6 +45,83 @@ TEST(CheckCommand, ReportsTheSameAsJson)
 	EXPECT_EQ(failure["id"], "p");
 }
 
+TEST(CheckCommand, TellsWhatATolerantImportLeavesOut)
+{
+	const TemporaryFolder folder;
+	const std::string odd = folder.Write("o dd.svg", "<svg>\n<rect id='r' stroke='q'/>\n<rect fill='q'/></svg>");
+	const std::string broken = folder.Write("z.svg", "<svg>");
+	const ProgramRun text = RunProgram({"check", "--complete", "--tolerant", folder.GetPath()});
+	EXPECT_EQ(text.status, 1);
+	EXPECT_EQ(text.output.find(broken + ":1:"), 0) << text.output;
+	EXPECT_TRUE(text.output.ends_with("\n1 loaded, 1 failed, 2 findings\n")) << text.output;
+	EXPECT_EQ(text.errors.find("WARNING: " + odd + ":2:"), 0) << text.errors;
+	EXPECT_NE(text.errors.find("WARNING: " + odd + ":3:"), text.errors.npos) << text.errors;
+
+	const ProgramRun run = RunProgram({"check", "--json", "--tolerant", folder.GetPath()});
+	EXPECT_EQ(run.status, 1);
+	EXPECT_EQ(run.errors, "");
+	const auto report = nlohmann::json::parse(run.output);
+	EXPECT_EQ(report["failures"].size(), 1);
+	EXPECT_EQ(report["loaded"], 1);
+	EXPECT_EQ(report["findingCount"], 2);
+	const auto& finding = report["findings"].at(0);
+	EXPECT_EQ(finding["path"], odd);
+	EXPECT_EQ(finding["attribute"], "stroke");
+	EXPECT_EQ(finding["id"], "r");
+	EXPECT_NE(finding["message"].get<std::string>().find("\"q\""), std::string::npos) << finding;
+}
+
+TEST(CheckCommand, WritesALogForCodeReview)
+{
+	const TemporaryFolder folder;
+	folder.Write("a b.svg", "<svg>\n<rect id='r' fill='q'/></svg>");
+	folder.Write("z.svg", "<svg>");
+	folder.Write("html.svg", "<html/>");
+	const ProgramRun run = RunProgram({"check", "--sarif", "--tolerant", "./", "/nowhere.svg"},
+									  {.setup = "cd '" + folder.GetPath().string() + "'; "});
+	EXPECT_EQ(run.status, 1);
+	const auto log = nlohmann::json::parse(run.output);
+	EXPECT_EQ(log["version"], "2.1.0");
+	const auto& results = log["runs"].at(0)["results"];
+	const auto& rules = log["runs"][0]["tool"]["driver"]["rules"];
+	EXPECT_EQ(log["runs"][0]["tool"]["driver"]["name"], "orvan-svg");
+	EXPECT_EQ(log["runs"][0]["tool"]["driver"]["version"], ORVAN_VERSION);
+	struct Expected
+	{
+		const char* rule;
+		const char* level;
+		const char* uri;
+	};
+	constexpr Expected kExpected[] = {{"ignored-value", "warning", "a%20b.svg"},
+									  {"no-svg-element", "error", "html.svg"},
+									  {"refused-file", "error", "z.svg"},
+									  {"unreadable-file", "error", "file:///nowhere.svg"}};
+	ASSERT_EQ(results.size(), std::size(kExpected)) << run.output;
+	for (std::size_t i = 0; i < results.size(); i++)
+	{
+		const auto& result = results[i];
+		EXPECT_EQ(result["ruleId"], kExpected[i].rule);
+		EXPECT_EQ(rules.at(result["ruleIndex"].get<std::size_t>())["id"], kExpected[i].rule);
+		EXPECT_EQ(result["level"], kExpected[i].level);
+		EXPECT_NE(result["message"]["text"], "");
+		EXPECT_EQ(result["locations"].at(0)["physicalLocation"]["artifactLocation"]["uri"], kExpected[i].uri);
+	}
+	const auto& place = results[0]["locations"][0];
+	EXPECT_EQ(place["physicalLocation"]["region"]["startLine"], 2);
+	EXPECT_GT(place["physicalLocation"]["region"]["startColumn"], 1);
+	EXPECT_EQ(place["logicalLocations"].at(0)["name"], "r");
+	EXPECT_EQ(RunProgram({"check", "--sarif", "--json", "."}).status, 2);
+}
+
+TEST(CheckCommand, FindsPackedFilesWhereTheyCanBeRead)
+{
+	const TemporaryFolder folder;
+	const std::string pack = "gzip '" + folder.Write("a.svg", kGood) + "' && mv '" + folder.GetPath().string() +
+							 "/a.svg.gz' '" + folder.GetPath().string() + "/a.svgz'; ";
+	EXPECT_EQ(RunProgram({"check", folder.GetPath()}, {.setup = pack}).output, "0 loaded, 0 failed\n");
+	EXPECT_EQ(RunProgram({"check", "--complete", folder.GetPath()}).output, "1 loaded, 0 failed, 0 findings\n");
+}
+
 TEST(CheckCommand, LoadsManyFilesOnManyThreads)
 {
 	const TemporaryFolder folder;

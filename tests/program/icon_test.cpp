@@ -85,6 +85,23 @@ TEST(IconCommand, ShowsTheLayerOfTheStateAlone)
 		EXPECT_NE(run.output.find(line), run.output.npos) << line << " in " << run.output;
 }
 
+TEST(IconCommand, TakesSeveralFiles)
+{
+	const TemporaryFolder folder;
+	const std::string one = folder.Write("one.svg", "<svg><g id='a' fill='q'/></svg>");
+	const std::string two = folder.Write("two.svg", "<svg><g id='b'/></svg>");
+	const std::string pictures = folder.GetPath() / "pictures/";
+	const ProgramRun run = RunProgram({"icon", one, two, "-o", pictures, "--disable", "b"});
+	EXPECT_EQ(run.status, 1) << "the first has no such layer";
+	EXPECT_EQ(run.output, one + ":\nshown   a\n\n" + two + ":\nhidden  b\n");
+	EXPECT_EQ(run.errors.find("WARNING: " + one + ":1:"), 0) << "what a picture does without is left out";
+	EXPECT_TRUE(std::filesystem::exists(pictures + "one.png") && std::filesystem::exists(pictures + "two.png"));
+	EXPECT_EQ(RunProgram({"icon", "--plain", one}).status, 1);
+	EXPECT_EQ(RunProgram({"icon", two, "-o", "-"}).output.substr(0, 4), "\x89PNG");
+	EXPECT_EQ(RunProgram({"icon", one, two, "--watch"}).status, 2);
+	EXPECT_EQ(RunProgram({"icon", "-", "--watch"}).status, 2);
+}
+
 TEST(IconCommand, FailsForALayerThatIsNotThere)
 {
 	const ProgramRun run = RunProgram({"icon", kLamp, "--enable", "nothing"});

@@ -33,6 +33,23 @@ TEST(RenderCommand, WritesThePictureThatTheSuffixNames)
 	EXPECT_EQ(FirstBytes(pdf, 5), "%PDF-");
 }
 
+TEST(RenderCommand, ReadsWhatAPictureNeedsUnlessItIsToldNotTo)
+{
+	const TemporaryFolder folder;
+	const std::string file = folder.Write(
+		"a.svg",
+		"<svg width='1in' height='20'><style>rect{fill:red}</style><rect width='9' height='9' stroke='q'/></svg>");
+	const std::string png = folder.GetPath() / "a.png";
+	const ProgramRun run = RunProgram({"render", file, "-o", png, "--dpi", "48"});
+	EXPECT_EQ(run.status, 0);
+	EXPECT_EQ(run.errors.find("WARNING: " + file + ":1:"), 0) << run.errors;
+	EXPECT_EQ(FirstBytes(png, 24).substr(16), std::string("\0\0\0\x30\0\0\0\x0a", 8));
+	// A size in pixels is one whatever their density.
+	EXPECT_EQ(RunProgram({"render", file, "-o", png, "--dpi", "48", "--width", "96"}).status, 0);
+	EXPECT_EQ(FirstBytes(png, 24).substr(16), std::string("\0\0\0\x60\0\0\0\x14", 8));
+	EXPECT_EQ(RunProgram({"render", "--plain", file, "-o", png}).status, 1);
+}
+
 TEST(RenderCommand, ReplacesAPictureOnlyByAWholeOne)
 {
 	namespace fs = std::filesystem;

@@ -157,7 +157,81 @@ TEST(TreeCommand, TakesSeveralFilesAndStandardInput)
 	EXPECT_EQ(text.status, 1);
 	EXPECT_EQ(text.output, good + ":\nsvg\n\n" + bad + ":\nsvg\n  rect\n\n" + good + ":\nsvg\n");
 	EXPECT_EQ(RunProgram({"tree", "-", "-"}).status, 2);
+	const ProgramRun noSvg = RunProgram({"tree", "--json", good, folder.Write("c.svg", "<html/>")});
+	EXPECT_EQ(noSvg.status, 1);
+	EXPECT_NE(noSvg.output.find("\"placeholder\": true"), noSvg.output.npos) << noSvg.output;
 	EXPECT_EQ(RunProgram({"tree", "-"}, {.input = "<svg>"}).errors.find("<stdin>:1:"), 0);
+}
+
+/// One of each form in which the complete import stores values, and of each element with content of its own.
+constexpr const char* kCompleteContent =
+	"<style>.a{fill:red}</style><title>t</title><rect class='a' width='1vw' fill-opacity='-q'/>"
+	"<g style='color:#f008;fill:currentColor;stroke:url(#p) lime;filter:blur(3px) drop-shadow(1px 2px) sepia(.5)' "
+	"transform-origin='1 2'/><pattern patternTransform='scale(2)'/><marker orient='45'/><marker orient='auto'/>"
+	"<text rotate='1 2' baseline-shift='3'>a<tspan text-decoration='underline overline'>b</tspan></text>"
+	"<filter><feTurbulence type='turbulence'/><feFuncR type='identity'/></filter>";
+
+TEST(TreeCommand, ShowsWhatTheCompleteImportAdds)
+{
+	const TemporaryFolder folder;
+	const std::string path = folder.Write("a.svg", Svg(kCompleteContent));
+	const ProgramRun run = RunProgram({"tree", "--json", "--complete", "--tolerant", path});
+	EXPECT_EQ(run.status, 0);
+	EXPECT_EQ(run.errors.find("WARNING: " + path + ":1:"), 0) << run.errors;
+	EXPECT_NE(run.errors.find("\"fill-opacity\": \"-q\" (<rect>)\n"), run.errors.npos) << run.errors;
+	const json children = json::parse(run.output)["root"]["children"];
+	EXPECT_EQ(children[0]["text"], ".a{fill:red}");
+	EXPECT_EQ(children[1]["text"], "t");
+	EXPECT_EQ(
+		children[2]["attributes"],
+		json::parse(R"({"width": {"value": 1, "unit": 13}, "fill": {"type": 2, "color": [1, 0, 0]}, "class": "a"})"));
+	const json group = children[3]["attributes"];
+	EXPECT_EQ(group["color"]["alpha"], 136 / 255.0);
+	EXPECT_EQ(group["fill"], json::parse(R"({"type": 4, "color": [0, 0, 0]})"));
+	EXPECT_EQ(group["stroke"], json::parse(R"({"type": 3, "color": [0, 1, 0], "reference": "p", "fallback": 2})"));
+	EXPECT_EQ(group["filter"][0], json::parse(R"({"type": 1, "deviation": {"value": 3, "unit": 2}})"));
+	EXPECT_EQ(group["filter"][1], json::parse(R"({"type": 4, "deviation": {"value": 0, "unit": 2}, "offset":
+		[{"value": 1, "unit": 2}, {"value": 2, "unit": 2}], "color": {"type": 4, "color": [0, 0, 0]}})"));
+	EXPECT_EQ(group["filter"][2], json::parse(R"({"type": 10, "amount": 0.5})"));
+	EXPECT_EQ(group["transform-origin"], json::parse(R"([{"value": 1, "unit": 9}, {"value": 2, "unit": 9}])"));
+	EXPECT_EQ(children[4]["attributes"]["patternTransform"], json({0, 0, 2, 0, 0, 2}));
+	EXPECT_EQ(children[5]["attributes"]["orient"], json::parse(R"({"type": 0, "angle": 45})"));
+	EXPECT_EQ(children[6]["attributes"]["orient"], json::parse(R"({"type": 1})"));
+	EXPECT_EQ(children[7]["text"], "ab");
+	EXPECT_EQ(children[7]["attributes"],
+			  json::parse(R"({"rotate": [1, 2], "baseline-shift": {"type": 3, "length": {"value": 3, "unit": 9}}})"));
+	EXPECT_EQ(children[7]["children"][1]["children"][0]["text"], "b");
+
+	const std::string text = RunProgram({"tree", "--complete", "--tolerant", path}).output;
+	for (const char* line :
+		 {"  style  text=\".a{fill:red}\"\n", "  rect  width=1vw  fill=#ff0000  class=\"a\"\n", "  fill=currentColor  ",
+		  "  stroke=url(#p) #00ff00  ", "  color=#ff0000/53.3333%  ",
+		  "=blur(3px) drop-shadow(1px 2px 0px currentColor) sepia(0.5)", "=1 2", "=matrix(2 0 0 2 0 0)\n",
+		  "orient=45\n", "orient=auto\n", "rotate=1 2", "baseline-shift=3  ", "text-decoration=underline overline\n",
+		  "(text)  text=\"b\"\n", "feTurbulence  type=turbulence\n", "feFuncR  type=identity\n"})
+		EXPECT_NE(text.find(line), text.npos) << line << " in " << text;
+}
+
+TEST(TreeCommand, ReadsAStyleSheetOfItsOwnAndPackedFiles)
+{
+	const TemporaryFolder folder;
+	const std::string path = folder.Write("a.svg", Svg("<rect/>"));
+	const ProgramRun run = RunProgram({"tree", "--complete", "--style-sheet", "-", path}, {.input = "rect{fill:lime}"});
+	EXPECT_NE(run.output.find("rect  fill=#00ff00"), run.output.npos) << run.output;
+	EXPECT_EQ(RunProgram({"tree", "--style-sheet", path, path}).status, 2);
+	const ProgramRun missing = RunProgram({"tree", "--complete", "--style-sheet", "/nowhere.css", path});
+	EXPECT_EQ(missing.status, 1);
+	EXPECT_EQ(missing.errors.find("orvan-svg: /nowhere.css: "), 0) << missing.errors;
+
+	const std::string packed = folder.GetPath() / "b.svgz";
+	const std::string pack = "gzip -c '" + path + "' >'" + packed + "'; ";
+	for (const std::vector<std::string>& arguments :
+		 {std::vector<std::string>{"tree", packed}, {"tree", "--complete", packed}})
+		EXPECT_EQ(RunProgram(arguments, {.setup = pack}).output, "svg\n  rect\n") << arguments[1];
+	for (const char* content : {"no gzip", ""})
+		EXPECT_EQ(RunProgram({"tree", folder.Write("c.svgz", content)}).status, 1) << content;
+	const std::string cut = ReadFile(packed).substr(0, 30);
+	EXPECT_NE(RunProgram({"tree", folder.Write("c.svgz", cut)}).errors.find("cannot be unpacked"), std::string::npos);
 }
 
 TEST(IdsCommand, PrintsTheIdsThatBeginWithThePrefix)
