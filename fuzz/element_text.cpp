@@ -77,11 +77,47 @@ public:
 		Add(text.View());
 	}
 
-	void Add(const BaseArray<SVGLength>& lengths)
+	void Add(const SVGLength2d& lengths)
 	{
-		Add(std::to_string(lengths.GetCount()));
-		for (const SVGLength& length : lengths)
-			Add(length);
+		Add(lengths.x);
+		Add(lengths.y);
+	}
+
+	void Add(const Matrix2d& transform)
+	{
+		Add(transform.offset);
+		Add(transform.axis1);
+		Add(transform.axis2);
+	}
+
+	void Add(const SVGOrient& orient)
+	{
+		AddCode(orient.type, 0, 2);
+		Add(orient.angle);
+	}
+
+	void Add(const SVGBaselineShift& shift)
+	{
+		AddCode(shift.type, 0, 3);
+		Add(shift.length);
+	}
+
+	void Add(const SVGFilterFunction& function)
+	{
+		AddCode(function.type, 0, 10);
+		Add(function.amount);
+		Add(SVGLength2d{function.x, function.y});
+		Add(function.deviation);
+		Add(function.color);
+		Add(function.reference);
+	}
+
+	template <typename T>
+	void Add(const BaseArray<T>& values)
+	{
+		Add(std::to_string(values.GetCount()));
+		for (const T& value : values)
+			Add(value);
 	}
 
 	void Add(const SVGViewbox& box)

@@ -77,7 +77,7 @@ private:
 
 TEST(IconCommand, ShowsTheLayerOfTheStateAlone)
 {
-	const ProgramRun run = RunProgram({"icon", kLamp, "--state", "2", "--disable", "stand"});
+	const ProgramRun run = RunProgram({"icon", "--state", "2", "--disable", "stand", kLamp});
 	EXPECT_EQ(run.status, 0) << run.errors;
 	for (const char* line : {"hidden  State:EnabledActivatedHighlight\n", "hidden  State:EnabledActivatedNoHighlight\n",
 							 "shown   State:EnabledDeactivatedHighlight\n",

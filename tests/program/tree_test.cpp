@@ -118,6 +118,16 @@ TEST(TreeCommand, IndentsTheTreeForPeople)
 	EXPECT_EQ(RunProgram({"tree", path}).output, "svg\n  g #x  opacity=0.5\n    circle  r=2mm\n");
 }
 
+TEST(TreeCommand, CutsLongTextsForPeopleBetweenCharacters)
+{
+	const TemporaryFolder folder;
+	std::string twoByteCharacters;
+	for (int i = 0; i < 60; i++)
+		twoByteCharacters += "\xc3\xa9";
+	const std::string path = folder.Write("a.svg", Svg("<g id='a" + twoByteCharacters + "'/>"));
+	EXPECT_EQ(RunProgram({"tree", path}).output, "svg\n  g #a" + twoByteCharacters.substr(0, 98) + "…\n");
+}
+
 TEST(TreeCommand, EndsWellWhenItsReaderGoes)
 {
 	const TemporaryFolder folder;
@@ -291,14 +301,14 @@ TEST(Program, SendsNoControlCharactersToTheTerminal)
 {
 	const TemporaryFolder folder;
 	const std::string bad =
-		folder.Write("a\033[31m\nb\xc2\x9b.svg", Svg("<g id='\033[1m&#x9b;x' fill='\033]0;&#7;'/>"));
+		folder.Write("a\033[31m\nb\177\xc2\x9b.svg", Svg("<g id='\033[1m&#x9b;x' fill='\033]0;&#7;'/>"));
 	const ProgramRun check = RunProgram({"check", bad});
 	const ProgramRun tree = RunProgram({"tree", bad, folder.Write("c.svg", Svg("<g id='\033[1m&#x9b;x'/>"))});
 	const ProgramRun ids = RunProgram({"ids", folder.GetPath() / "c.svg"});
 	EXPECT_EQ(ids.output, " [1m\xc2 x\n");
 	for (const std::string& text : {check.output, check.errors, tree.output, tree.errors})
 	{
-		EXPECT_EQ(text.find_first_of("\033\007"), text.npos) << text;
+		EXPECT_EQ(text.find_first_of("\033\007\177"), text.npos) << text;
 		EXPECT_EQ(text.find("\xc2\x9b"), text.npos) << text;
 	}
 	EXPECT_TRUE(check.output.ends_with("\n0 loaded, 1 failed\n")) << check.output;
