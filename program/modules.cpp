@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <utility>
 #include <vector>
 
 namespace orvan::program
@@ -49,8 +48,6 @@ void Modules::LoadSVGModule()
 
 void Modules::LoadOtherModules()
 {
-	if (std::exchange(_hasLoadedOthers, true))
-		return;
 	std::vector<fs::path> files;
 	std::error_code error;
 	for (fs::directory_iterator at(_folder, error), end; !error && at != end; at.increment(error))

@@ -18,14 +18,13 @@ public:
 	/// Opens the SVG module. Throws `Failure` when it is missing or cannot be opened.
 	void LoadSVGModule();
 
-	/// Opens every other module ("*.so") by name, the first time that it is called. Done only for commands that use
+	/// Opens every other module ("*.so") by name. Done only for commands that use
 	/// one: a renderer brings forty libraries along, whose loading takes longer than most files. A module that cannot
 	/// be opened is reported on standard error and left out.
 	void LoadOtherModules();
 
 private:
 	std::string _folder;
-	bool _hasLoadedOthers = false;
 };
 
 } // namespace orvan::program
