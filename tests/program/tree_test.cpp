@@ -225,9 +225,9 @@ TEST(TreeCommand, ShowsWhatTheCompleteImportAdds)
 TEST(TreeCommand, ReadsAStyleSheetOfItsOwnAndPackedFiles)
 {
 	const TemporaryFolder folder;
-	const std::string path = folder.Write("a.svg", Svg("<rect/>"));
-	const ProgramRun run = RunProgram({"tree", "--complete", "--style-sheet", "-", path}, {.input = "rect{fill:lime}"});
-	EXPECT_NE(run.output.find("rect  fill=#00ff00"), run.output.npos) << run.output;
+	const std::string path = folder.Write("a.svg", Svg("<circle/>"));
+	const ProgramRun run = RunProgram({"tree", "--complete", "--style-sheet", "-", path}, {.input = "circle{fill:lime}"});
+	EXPECT_NE(run.output.find("circle  fill=#00ff00"), run.output.npos) << run.output;
 	EXPECT_EQ(RunProgram({"tree", "--style-sheet", path, path}).status, 2);
 	const ProgramRun missing = RunProgram({"tree", "--complete", "--style-sheet", "/nowhere.css", path});
 	EXPECT_EQ(missing.status, 1);
@@ -237,7 +237,7 @@ TEST(TreeCommand, ReadsAStyleSheetOfItsOwnAndPackedFiles)
 	const std::string pack = "gzip -c '" + path + "' >'" + packed + "'; ";
 	for (const std::vector<std::string>& arguments :
 		 {std::vector<std::string>{"tree", packed}, {"tree", "--complete", packed}})
-		EXPECT_EQ(RunProgram(arguments, {.setup = pack}).output, "svg\n  rect\n") << arguments[1];
+		EXPECT_EQ(RunProgram(arguments, {.setup = pack}).output, "svg\n  circle\n") << arguments[1];
 	for (const char* content : {"no gzip", ""})
 		EXPECT_EQ(RunProgram({"tree", folder.Write("c.svgz", content)}).status, 1) << content;
 	const std::string cut = ReadFile(packed).substr(0, 30);
