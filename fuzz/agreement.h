@@ -5,7 +5,7 @@
 /// when they do not agree to the last bit.
 
 #include "grammar.h"
-#include "grammar_library.h"
+#include "svgpp/library.h"
 
 #include <bit>
 #include <cmath>

@@ -2,7 +2,7 @@
 // Compares the numbers of the fast layer with those of the library, over random short texts: decimal_sweep [millions].
 // What stops the conversion short is compared as well: where a number ends, and what is no number at all.
 
-#include "path_reader.h"
+#include "fast/path_reader.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -74,7 +74,7 @@ using LibraryNumber = bool (*)(const char*&, const char*, double&);
 template <After after>
 void Compare(const std::string& text, LibraryNumber readLibrary)
 {
-	PathReader reader(text);
+	PathReader<PathDialect::plain> reader(text);
 	double fast = 0;
 	const bool isFast = reader.ReadNumber<after>(fast);
 	const char* at = text.data();

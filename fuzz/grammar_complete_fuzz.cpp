@@ -15,7 +15,21 @@ using orvan::fuzz::Require;
 
 namespace
 {
-/// Numbers of more digits than the plain import keeps may differ in their last ones.
+/// Whether the plain import's reading counts: of numbers with more digits than it keeps it makes what it likes.
+bool IsComparable(std::string_view text)
+{
+	constexpr std::size_t kMostDigits = 17;
+	std::size_t digits = 0;
+	for (char c : text)
+	{
+		const bool isDigit = c >= '0' && c <= '9';
+		digits = isDigit || (c == '.' && digits != 0) ? digits + 1 : 0;
+		if (digits > kMostDigits)
+			return false;
+	}
+	return true;
+}
+
 bool AreClose(double first, double second)
 {
 	return first == second || std::fabs(first - second) <= 1e-12 * std::max(std::fabs(first), std::fabs(second));
@@ -102,13 +116,13 @@ void CheckNumbers(std::string_view text, Source source)
 	double plain, number;
 	const bool isNumber = complete::ParseAlpha(text, source, number) == Parsed::value;
 	Require(!isNumber || std::isfinite(number), "alpha", text);
-	if (ParseNumber(text, source, plain) == Parsed::value)
+	if (IsComparable(text) && ParseNumber(text, source, plain) == Parsed::value)
 		Require(isNumber && AreClose(number, plain), "a number differs", text);
-	if (ParseOffset(text, plain) == Parsed::value)
+	if (IsComparable(text) && ParseOffset(text, plain) == Parsed::value)
 		Require(complete::ParseOffset(text, number) == Parsed::value && AreClose(number, plain), "an offset differs",
 				text);
 	Length plainLength, length;
-	if (ParseLength(text, source, plainLength) == Parsed::value)
+	if (IsComparable(text) && ParseLength(text, source, plainLength) == Parsed::value)
 	{
 		Require(complete::ParseLength(text, source, complete::Range::any, length) == Parsed::value &&
 					length.unit == plainLength.unit && AreClose(length.value, plainLength.value),
@@ -116,7 +130,8 @@ void CheckNumbers(std::string_view text, Source source)
 	}
 	Checker plainDashes, dashes;
 	const bool areDashes = complete::ParseDashArray(text, source, dashes) == Parsed::value;
-	if (!text.empty() && orvan::grammar::ParseDashArray(text, source, plainDashes) == Parsed::value &&
+	if (IsComparable(text) && !text.empty() &&
+		orvan::grammar::ParseDashArray(text, source, plainDashes) == Parsed::value &&
 		std::ranges::all_of(plainDashes.numbers, [](double value) { return value >= 0; }))
 		Require(areDashes && AreClose(dashes.numbers, plainDashes.numbers), "dashes differ", text);
 	complete::FontSize size;
@@ -165,7 +180,7 @@ void CheckTransforms(std::string_view text)
 	const bool isRead = complete::ParseTransformAttribute(text, matrix) == Parsed::value;
 	Require(!isRead || IsFinite(matrix), "a matrix is not finite", text);
 	// Only the library takes several commas between functions.
-	if (ParseTransform(text, plain) == Parsed::value && text.find(',') == text.npos)
+	if (IsComparable(text) && ParseTransform(text, plain) == Parsed::value && text.find(',') == text.npos)
 		Require(isRead && AreClose(matrix, plain), "a transform differs", text);
 	complete::Transform transform;
 	if (complete::ParseTransformProperty(text, {}, transform) == Parsed::value)
@@ -178,7 +193,7 @@ void CheckPaths(std::string_view text)
 	complete::Progress progress = complete::ParsePath(text, path);
 	Require(progress.offset <= text.size() && (!progress.isWhole || progress.offset == text.size()), "the offset",
 			text);
-	if (orvan::grammar::ParsePath(text, plain) == Parsed::value)
+	if (IsComparable(text) && orvan::grammar::ParsePath(text, plain) == Parsed::value)
 		Require(progress.isWhole && (HasArc(text) || AreClose(path.numbers, plain.numbers)), "a path differs", text);
 	// What is drawn of a path is what is drawn when the text ends where the fault is.
 	if (!progress.isWhole)
@@ -191,7 +206,7 @@ void CheckPaths(std::string_view text)
 	Checker plainPoints, points;
 	progress = complete::ParsePoints(text, points);
 	Require(progress.offset <= text.size(), "the offset", text);
-	if (orvan::grammar::ParsePoints(text, plainPoints) == Parsed::value)
+	if (IsComparable(text) && orvan::grammar::ParsePoints(text, plainPoints) == Parsed::value)
 		Require(progress.isWhole && AreClose(points.numbers, plainPoints.numbers), "points differ", text);
 }
 } // namespace
@@ -207,7 +222,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 	CheckPaths(text);
 
 	ViewBox plainBox, box;
-	if (ParseViewBox(text, plainBox) == Parsed::value && plainBox.width >= 0 && plainBox.height >= 0)
+	if (IsComparable(text) && ParseViewBox(text, plainBox) == Parsed::value && plainBox.width >= 0 &&
+		plainBox.height >= 0)
 		Require(complete::ParseViewBox(text, box) == Parsed::value && AreClose(box.height, plainBox.height),
 				"a view box differs", text);
 	AspectRatio plainRatio, ratio;

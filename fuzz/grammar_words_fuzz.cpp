@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Colours, paints, references, keywords and style declarations.
+// Colours, paints, references and style declarations.
 
 #include "agreement.h"
 
@@ -7,27 +7,6 @@ using namespace orvan::grammar;
 
 namespace
 {
-using KeywordFunction = Parsed (*)(std::string_view, std::int32_t&);
-
-struct KeywordPair
-{
-	const char* name;
-	KeywordFunction fast;
-	KeywordFunction library;
-};
-
-constexpr KeywordPair kKeywords[]{
-	{"ParseDisplay", ParseDisplay, library::ParseDisplay},
-	{"ParseVisibility", ParseVisibility, library::ParseVisibility},
-	{"ParseFillRule", ParseFillRule, library::ParseFillRule},
-	{"ParseLineCap", ParseLineCap, library::ParseLineCap},
-	{"ParseLineJoin", ParseLineJoin, library::ParseLineJoin},
-	{"ParseGradientUnits", ParseGradientUnits, library::ParseGradientUnits},
-	{"ParseSpreadMethod", ParseSpreadMethod, library::ParseSpreadMethod},
-	{"ParseFontStyle", ParseFontStyle, library::ParseFontStyle},
-	{"ParseFontWeight", ParseFontWeight, library::ParseFontWeight},
-};
-
 void CompareDeclarations(std::string_view text)
 {
 	fuzz::ExpectAgreement("StyleSplitter", text,
@@ -50,10 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
 	const fuzz::Input input(data, size);
 	const std::string_view text = input.Text();
-	for (const KeywordPair& keyword : kKeywords)
-		fuzz::ExpectAgreement<std::int32_t>(keyword.name, text, keyword.fast, keyword.library,
-											[](fuzz::Trace& trace, std::int32_t code)
-											{ trace.Add(static_cast<std::uint64_t>(code)); });
 	fuzz::ExpectAgreement<PackedColor>("ParseColor", text, ParseColor, library::ParseColor,
 									   [](fuzz::Trace& trace, PackedColor color) { trace.Add(std::uint64_t{color}); });
 	fuzz::ExpectAgreement<Paint>("ParsePaint", text, ParsePaint, library::ParsePaint,
@@ -68,13 +43,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 									 [](fuzz::Trace& trace, const Reference& reference) { trace.Add(reference); });
 	fuzz::ExpectAgreement<std::string_view>("ParseMaskReference", text, ParseMaskReference, library::ParseMaskReference,
 											[](fuzz::Trace& trace, std::string_view id) { trace.Add(id); });
-	fuzz::ExpectAgreement<AspectRatio>("ParsePreserveAspectRatio", text, ParsePreserveAspectRatio,
-									   library::ParsePreserveAspectRatio,
-									   [](fuzz::Trace& trace, const AspectRatio& ratio)
-									   {
-										   trace.Add(static_cast<std::uint64_t>(ratio.align));
-										   trace.Add(static_cast<std::uint64_t>(ratio.meetOrSlice));
-									   });
 	CompareDeclarations(text);
 	return 0;
 }

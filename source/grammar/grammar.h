@@ -116,14 +116,92 @@ struct ViewBox
 	double height = 0;
 };
 
+// Keywords; their numbers are those that elements carry.
+
+enum class Display : std::int32_t
+{
+	inherit = 0,
+	none = 2
+};
+
+enum class Visibility : std::int32_t
+{
+	visible = 1,
+	hidden = 2,
+	collapse = 3
+};
+
+enum class FillRule : std::int32_t
+{
+	nonzero = 1,
+	evenodd = 2
+};
+
+enum class LineCap : std::int32_t
+{
+	butt = 1,
+	round = 2,
+	square = 3
+};
+
+enum class LineJoin : std::int32_t
+{
+	miter = 1,
+	round = 2,
+	bevel = 3
+};
+
+enum class GradientUnits : std::int32_t
+{
+	userSpaceOnUse = 0,
+	objectBoundingBox = 1
+};
+
+enum class SpreadMethod : std::int32_t
+{
+	pad = 0,
+	reflect = 1,
+	repeat = 2
+};
+
+enum class FontStyle : std::int32_t
+{
+	normal = 0,
+	italic = 1,
+	oblique = 2
+};
+
+enum class FontWeight : std::int32_t
+{
+	normal = 0,
+	bold = 1
+};
+
+enum class Align : std::int32_t
+{
+	xMidYMid = 0, ///< The initial value.
+	none = 1,
+	xMinYMin = 2,
+	xMidYMin = 3,
+	xMaxYMin = 4,
+	xMinYMid = 5,
+	xMaxYMid = 6,
+	xMinYMax = 7,
+	xMidYMax = 8,
+	xMaxYMax = 9
+};
+
+enum class MeetOrSlice : std::int32_t
+{
+	meet = 0,
+	slice = 1
+};
+
 /// A value of "preserveAspectRatio"; a leading "defer" is accepted and dropped.
 struct AspectRatio
 {
-	/// xMidYMid 0, none 1, xMinYMin 2, xMidYMin 3, xMaxYMin 4, xMinYMid 5, xMaxYMid 6, xMinYMax 7, xMidYMax 8,
-	/// xMaxYMax 9.
-	std::int32_t align = 0;
-	/// meet 0, slice 1; always meet with the alignment "none".
-	std::int32_t meetOrSlice = 0;
+	Align align = Align::xMidYMid;
+	MeetOrSlice meetOrSlice = MeetOrSlice::meet; ///< Always meet with the alignment "none".
 };
 
 /// The matrix of a transform list: x' = a x + c y + e, y' = b x + d y + f.
@@ -190,25 +268,24 @@ Parsed ParseIri(std::string_view text, Reference& reference);
 /// nothing. The id points into the text.
 Parsed ParseMaskReference(std::string_view text, std::string_view& id);
 
-/// "display": inherit 0, none 2; the other keywords are nothing.
-Parsed ParseDisplay(std::string_view text, std::int32_t& display);
-/// "visibility": visible 1, hidden 2, collapse 3; "inherit" is nothing.
-Parsed ParseVisibility(std::string_view text, std::int32_t& visibility);
-/// "fill-rule": nonzero 1, evenodd 2; "inherit" is nothing.
-Parsed ParseFillRule(std::string_view text, std::int32_t& rule);
-/// "stroke-linecap": butt 1, round 2, square 3; "inherit" is nothing.
-Parsed ParseLineCap(std::string_view text, std::int32_t& cap);
-/// "stroke-linejoin": miter 1, round 2, bevel 3; "inherit" is nothing.
-Parsed ParseLineJoin(std::string_view text, std::int32_t& join);
-/// "gradientUnits": userSpaceOnUse 0, objectBoundingBox 1.
-Parsed ParseGradientUnits(std::string_view text, std::int32_t& units);
-/// "spreadMethod": pad 0, reflect 1, repeat 2.
-Parsed ParseSpreadMethod(std::string_view text, std::int32_t& method);
-/// "font-style": normal 0, italic 1, oblique 2; "inherit" is nothing.
-Parsed ParseFontStyle(std::string_view text, std::int32_t& style);
-/// "font-weight": normal and 100 to 500 are 0, bold and 600 to 900 are 1; "bolder", "lighter" and "inherit" are
-/// nothing.
-Parsed ParseFontWeight(std::string_view text, std::int32_t& weight);
+/// "display": "inherit" and "none"; the other keywords are nothing.
+Parsed ParseDisplay(std::string_view text, Display& display);
+/// "visibility"; "inherit" is nothing, here and in the next three.
+Parsed ParseVisibility(std::string_view text, Visibility& visibility);
+/// "fill-rule".
+Parsed ParseFillRule(std::string_view text, FillRule& rule);
+/// "stroke-linecap".
+Parsed ParseLineCap(std::string_view text, LineCap& cap);
+/// "stroke-linejoin".
+Parsed ParseLineJoin(std::string_view text, LineJoin& join);
+/// "gradientUnits".
+Parsed ParseGradientUnits(std::string_view text, GradientUnits& units);
+/// "spreadMethod".
+Parsed ParseSpreadMethod(std::string_view text, SpreadMethod& method);
+/// "font-style"; "inherit" is nothing.
+Parsed ParseFontStyle(std::string_view text, FontStyle& style);
+/// "font-weight": 100 to 500 are normal, 600 to 900 are bold; "bolder", "lighter" and "inherit" are nothing.
+Parsed ParseFontWeight(std::string_view text, FontWeight& weight);
 
 /// "viewBox": four numbers.
 Parsed ParseViewBox(std::string_view text, ViewBox& box);

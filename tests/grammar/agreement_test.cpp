@@ -2,8 +2,8 @@
 // The fast layer and the library, side by side over random texts that are nearly, or fully, values. The fuzz targets do
 // the same in earnest; this is what every test run can afford.
 
-#include "grammar_library.h"
 #include "recording_sinks.h"
+#include "svgpp/library.h"
 
 #include <gtest/gtest.h>
 

@@ -625,11 +625,11 @@ TEST(CompleteAspectRatio, KeywordsAsTheyAreWritten)
 {
 	AspectRatio ratio;
 	EXPECT_EQ(complete::ParsePreserveAspectRatio(" defer xMaxYMin  slice ", ratio), Parsed::value);
-	EXPECT_EQ(static_cast<int>(ratio.align), 4);
-	EXPECT_EQ(static_cast<int>(ratio.meetOrSlice), 1);
+	EXPECT_EQ(ratio.align, Align::xMaxYMin);
+	EXPECT_EQ(ratio.meetOrSlice, MeetOrSlice::slice);
 	EXPECT_EQ(complete::ParsePreserveAspectRatio("none slice", ratio), Parsed::value);
-	EXPECT_EQ(static_cast<int>(ratio.align), 1);
-	EXPECT_EQ(static_cast<int>(ratio.meetOrSlice), 0);
+	EXPECT_EQ(ratio.align, Align::none);
+	EXPECT_EQ(ratio.meetOrSlice, MeetOrSlice::meet);
 	for (const char* text : {"", "defer", "slice", "xmidymid", "xMinYMin foo", "xMinYMin slice x"})
 		EXPECT_EQ(complete::ParsePreserveAspectRatio(text, ratio), Parsed::refused) << text;
 }

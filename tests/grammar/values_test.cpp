@@ -115,11 +115,11 @@ std::string Mask(std::string_view text)
 									 [](std::string& out, std::string_view value) { out = value; });
 }
 
-template <typename Function>
-std::string Keyword(Function parse, std::string_view text)
+template <typename Enum>
+std::string Keyword(Parsed (*parse)(std::string_view, Enum&), std::string_view text)
 {
-	return Outcome<std::int32_t>([&](std::int32_t& value) { return parse(text, value); },
-								 [](std::string& out, std::int32_t value) { out = std::to_string(value); });
+	return Outcome<Enum>([&](Enum& value) { return parse(text, value); },
+						 [](std::string& out, Enum value) { out = std::to_string(static_cast<int>(value)); });
 }
 
 std::string Box(std::string_view text)
@@ -139,7 +139,10 @@ std::string Aspect(std::string_view text)
 {
 	return Outcome<AspectRatio>([&](AspectRatio& value) { return ParsePreserveAspectRatio(text, value); },
 								[](std::string& out, const AspectRatio& value)
-								{ out = std::to_string(value.align) + (value.meetOrSlice != 0 ? " slice" : " meet"); });
+								{
+									out = std::to_string(static_cast<int>(value.align)) +
+										  (value.meetOrSlice == MeetOrSlice::slice ? " slice" : " meet");
+								});
 }
 
 std::string Transform(std::string_view text)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "complete/colors.h"
 
-#include "color_keywords.h"
 #include "complete/color_reader.h"
 #include "complete/color_spaces.h"
+#include "shared/color_keywords.h"
 
 #include <algorithm>
 #include <cmath>

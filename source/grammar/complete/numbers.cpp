@@ -36,14 +36,15 @@ bool ReadNumbers(std::string_view text, std::array<double, most>& numbers, std::
 struct AlignRow
 {
 	std::string_view name;
-	std::int32_t align;
+	Align align;
 };
 
 constexpr AlignRow kAligns[]{
-	{"xMidYMid", 0}, {"none", 1},     {"xMinYMin", 2}, {"xMidYMin", 3}, {"xMaxYMin", 4},
-	{"xMinYMid", 5}, {"xMaxYMid", 6}, {"xMinYMax", 7}, {"xMidYMax", 8}, {"xMaxYMax", 9},
+	{"xMidYMid", Align::xMidYMid}, {"none", Align::none},         {"xMinYMin", Align::xMinYMin},
+	{"xMidYMin", Align::xMidYMin}, {"xMaxYMin", Align::xMaxYMin}, {"xMinYMid", Align::xMinYMid},
+	{"xMaxYMid", Align::xMaxYMid}, {"xMinYMax", Align::xMinYMax}, {"xMidYMax", Align::xMidYMax},
+	{"xMaxYMax", Align::xMaxYMax},
 };
-constexpr std::int32_t kAlignNone = 1;
 } // namespace
 
 Parsed ParseNumber(std::string_view text, Source source, Range range, double& number) noexcept
@@ -145,7 +146,7 @@ Parsed ParsePreserveAspectRatio(std::string_view text, AspectRatio& ratio) noexc
 		const bool isSlice = takeExactly("slice");
 		if ((!isSlice && !takeExactly("meet") && !cursor.IsAtEnd()) || !cursor.IsAtEnd())
 			return Parsed::refused;
-		ratio = {row.align, isSlice && row.align != kAlignNone ? 1 : 0};
+		ratio = {row.align, isSlice && row.align != Align::none ? MeetOrSlice::slice : MeetOrSlice::meet};
 		return Parsed::value;
 	}
 	return Parsed::refused;

@@ -3,7 +3,7 @@
 
 #include "complete/quarter_arc.h"
 #include "complete/value_cursor.h"
-#include "path_parser.h"
+#include "fast/path_parser.h"
 
 namespace orvan::grammar::complete
 {

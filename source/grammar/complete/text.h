@@ -41,12 +41,7 @@ struct FontWeight
 /// "font-weight".
 Parsed ParseFontWeight(std::string_view text, FontWeight& weight) noexcept;
 
-enum class FontStyle
-{
-	normal,
-	italic,
-	oblique
-};
+using grammar::FontStyle;
 
 /// "font-style": an angle behind "oblique" is checked and dropped.
 Parsed ParseFontStyle(std::string_view text, FontStyle& style) noexcept;

@@ -2,7 +2,7 @@
 #include "complete/transforms.h"
 
 #include "complete/value_cursor.h"
-#include "transform_context.h"
+#include "shared/transform_context.h"
 
 #include <array>
 

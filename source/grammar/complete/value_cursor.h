@@ -4,8 +4,8 @@
 /// Walks over one value as CSS sees it: blanks and comments, words, numbers with units, functions.
 
 #include "complete/numbers.h"
-#include "decimal.h"
-#include "text_checks.h"
+#include "shared/decimal.h"
+#include "shared/text_checks.h"
 
 #include <limits>
 #include <string_view>

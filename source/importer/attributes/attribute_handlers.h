@@ -47,16 +47,20 @@ bool IsGradient(const SVGElementRef& element) noexcept;
 
 // Handlers that differ only in the grammar or in the setter.
 
+/// The enumeration that a function of the grammar fills.
+template <typename Keyword>
+Keyword KeywordOf(grammar::Parsed (*parse)(std::string_view, Keyword&));
+
 /// An attribute whose value is one of some keywords: `parse` knows them, `set` is the element's setter.
 template <auto parse, auto set>
 Result<void> ImportKeyword(const Value& value)
 {
-	std::int32_t number = 0;
-	if (!value.Accept(parse(value.text, number)))
+	decltype(KeywordOf(parse)) keyword{};
+	if (!value.Accept(parse(value.text, keyword)))
 		return {};
 	return [&]<typename T>(Result<void> (ElementBase::*setter)(T) noexcept)
 	{
-		return (value.OwnElement().*setter)(static_cast<std::remove_cvref_t<T>>(number));
+		return (value.OwnElement().*setter)(static_cast<std::remove_cvref_t<T>>(keyword));
 	}(set);
 }
 
@@ -91,10 +95,10 @@ Result<void> ImportReference(const Value& value)
 template <auto parse>
 Result<void> ImportGradientKeyword(const Value& value)
 {
-	std::int32_t number = 0;
-	if (!value.Accept(parse(value.text, number)) || !IsGradient(value.Element()))
+	decltype(KeywordOf(parse)) keyword{};
+	if (!value.Accept(parse(value.text, keyword)) || !IsGradient(value.Element()))
 		return {};
-	return value.Store(number);
+	return value.Store(static_cast<std::int32_t>(keyword));
 }
 
 } // namespace orvan::svg

@@ -92,18 +92,20 @@ Result<void> ImportStopOpacity(const Value& value)
 namespace
 {
 
-Result<void> SetFontStyle(const Value& value, std::int32_t style)
+Result<void> SetFontStyle(const Value& value, SVGFontStyle style)
 {
 	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
-		return text->SetFontStyle(static_cast<SVGFontStyle>(style));
-	return Value{value.context, SVGImportAttribute::fontStyle, {}, value.source}.Store(style);
+		return text->SetFontStyle(style);
+	return Value{value.context, SVGImportAttribute::fontStyle, {}, value.source}.Store(
+		static_cast<std::int32_t>(style));
 }
 
-Result<void> SetFontWeight(const Value& value, std::int32_t weight)
+Result<void> SetFontWeight(const Value& value, SVGFontWeight weight)
 {
 	if (const Borrowed<SVGTextElementInterface> text(value.Element()); text)
-		return text->SetFontWeight(static_cast<SVGFontWeight>(weight));
-	return Value{value.context, SVGImportAttribute::fontWeight, {}, value.source}.Store(weight);
+		return text->SetFontWeight(weight);
+	return Value{value.context, SVGImportAttribute::fontWeight, {}, value.source}.Store(
+		static_cast<std::int32_t>(weight));
 }
 
 } // namespace
@@ -127,22 +129,26 @@ Result<void> ImportFontFamily(const Value& value)
 	else
 		ORVAN_TRY(value.Store(family));
 	if (value.text.find("Italic") != value.text.npos)
-		ORVAN_TRY(SetFontStyle(value, static_cast<std::int32_t>(SVGFontStyle::italic)));
+		ORVAN_TRY(SetFontStyle(value, SVGFontStyle::italic));
 	if (value.text.find("Bold") != value.text.npos)
-		ORVAN_TRY(SetFontWeight(value, static_cast<std::int32_t>(SVGFontWeight::bold)));
+		ORVAN_TRY(SetFontWeight(value, SVGFontWeight::bold));
 	return {};
 }
 
 Result<void> ImportFontStyle(const Value& value)
 {
-	std::int32_t style = 0;
-	return value.Accept(grammar::ParseFontStyle(value.text, style)) ? SetFontStyle(value, style) : Result<void>();
+	grammar::FontStyle style;
+	if (!value.Accept(grammar::ParseFontStyle(value.text, style)))
+		return {};
+	return SetFontStyle(value, static_cast<SVGFontStyle>(style));
 }
 
 Result<void> ImportFontWeight(const Value& value)
 {
-	std::int32_t weight = 0;
-	return value.Accept(grammar::ParseFontWeight(value.text, weight)) ? SetFontWeight(value, weight) : Result<void>();
+	grammar::FontWeight weight;
+	if (!value.Accept(grammar::ParseFontWeight(value.text, weight)))
+		return {};
+	return SetFontWeight(value, static_cast<SVGFontWeight>(weight));
 }
 
 } // namespace orvan::svg

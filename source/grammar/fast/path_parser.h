@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "path_context.h"
-#include "path_reader.h"
+#include "fast/path_reader.h"
+#include "shared/path_context.h"
 
 namespace orvan::grammar
 {
@@ -98,8 +98,8 @@ private:
 	/// Whether another group of numbers follows instead of a command or the end.
 	bool HasMore()
 	{
-		// All that numbers are made of, and all that parts them, comes before the letters. What is neither fails to be
-		// a number, or to be a command, later.
+		// All that numbers are made of, and all that separates them, comes before the letters. What is neither fails to
+		// be a number, or to be a command, later.
 		_reader.SkipSpaces();
 		if (dialect == PathDialect::complete && _reader.Peek() == ',')
 			_reader.SkipLastComma();

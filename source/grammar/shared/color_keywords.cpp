@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "color_keywords.h"
+#include "shared/color_keywords.h"
 
 #include <algorithm>
 #include <array>

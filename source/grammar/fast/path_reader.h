@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "character_masks.h"
-#include "grammar_library.h"
-#include "short_decimal.h"
-#include "text_checks.h"
+#include "fast/number_masks.h"
+#include "fast/short_decimal.h"
+#include "shared/text_checks.h"
+#include "svgpp/library.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@
 
 namespace orvan::grammar
 {
-/// What stands before a number, which decides what may part the two.
+/// What stands before a number, which decides what may separate the two.
 enum class After
 {
 	start,    ///< The start of "points": blanks.
@@ -23,6 +23,14 @@ enum class After
 	abscissa, ///< The first number of a pair in "points": blanks, a comma, or just a minus.
 	pair      ///< A whole pair in "points": blanks or a comma.
 };
+
+/// How the numbers that follow are separated.
+constexpr Separation SeparationAfter(After after)
+{
+	return after == After::command || after == After::number ? Separation::loose
+		   : after == After::start                           ? Separation::strictStart
+															 : Separation::strict;
+}
 
 /// Whose path data is read.
 enum class PathDialect
@@ -41,12 +49,11 @@ struct ArcValues
 
 /// Reads the numbers of path data and "points".
 ///
-/// Where numbers stand is found for sixty-four characters at once, up to the first number that is anything but usual:
-/// at most two characters before it, a minus included, then digits and perhaps a point, and no exponent. Usual numbers
-/// of up to eight digits before the point and up to eight behind it are converted without a look at single characters,
-/// two at a time where they come in pairs. Others are read character by character, and by the library where digits are
-/// too many. Near its end the text is copied to a buffer of the reader's own, with zeros behind it, so that looking
-/// ahead never leaves what may be read.
+/// Where numbers stand is found for sixty-four characters at once (`NumberMasks`). Usual numbers of up to eight digits
+/// before the decimal point and up to eight behind it are converted without a look at single characters, two at a time
+/// where they come in pairs. Others are read character by character, and by the library where digits are too many. Near
+/// its end the text is copied to a buffer of the reader's own, with zeros behind it, so that looking ahead never leaves
+/// what may be read.
 template <PathDialect dialect>
 class PathReader
 {
@@ -107,12 +114,12 @@ public:
 		--_at;
 	}
 
-	/// Reads a number with a sign or without and what parts it from what stands before. False when there is none; the
-	/// reader is then of no more use.
+	/// Reads a number with a sign or without and what separates it from what stands before. False when there is none;
+	/// the reader is then of no more use.
 	template <After after>
 	[[gnu::always_inline]] bool ReadNumber(double& number)
 	{
-		if (_ends != 0 && MayStandHere(after)) [[likely]]
+		if (_numbers.ends != 0 && MayStandHere(after)) [[likely]]
 			return TakeNumber(number) || ReadUnusual(after, number);
 		return ReadSlowly(after, number);
 	}
@@ -125,17 +132,17 @@ public:
 			LookAhead(after);
 		if (!HasTwo() || !MayStandHere(after)) [[unlikely]]
 			return ReadSlowly(after, x) && ReadNumber<between>(y);
-		const std::uint64_t laterStarts = WithoutLowest(_starts);
-		const std::uint64_t laterEnds = WithoutLowest(_ends);
+		const std::uint64_t laterStarts = WithoutLowest(_numbers.starts);
+		const std::uint64_t laterEnds = WithoutLowest(_numbers.ends);
 		const std::uint64_t end = CountTrailingZeros(laterEnds);
-		const ShortDecimal first = Between(CountTrailingZeros(_starts), CountTrailingZeros(_ends));
+		const ShortDecimal first = Between(CountTrailingZeros(_numbers.starts), CountTrailingZeros(_numbers.ends));
 		const ShortDecimal second = Between(CountTrailingZeros(laterStarts), end);
 		if (first.digits > ShortDecimal::kMostDigits || second.digits > ShortDecimal::kMostDigits ||
 			HasOthers(_at, _seen + end)) [[unlikely]]
 			return ReadOneByOne(after, between, x, y);
 		std::tie(x, y) = Convert(first, second);
-		_starts = WithoutLowest(laterStarts);
-		_ends = WithoutLowest(laterEnds);
+		_numbers.starts = WithoutLowest(laterStarts);
+		_numbers.ends = WithoutLowest(laterEnds);
 		_at = _seen + end;
 		return true;
 	}
@@ -175,7 +182,7 @@ public:
 		return false;
 	}
 
-	/// Reads a flag of an arc, a single digit that need not be parted from anything.
+	/// Reads a flag of an arc, a single digit that need not be separated from anything.
 	bool ReadFlag(bool& flag)
 	{
 		SkipSeparator(true);
@@ -184,13 +191,13 @@ public:
 			return false;
 		flag = c == '1';
 		// A flag that stands alone was taken for a number.
-		const bool isNumber =
-			_ends != 0 && _seen + CountTrailingZeros(_starts) == _at && _seen + CountTrailingZeros(_ends) == _at + 1;
+		const bool isNumber = _numbers.ends != 0 && _seen + CountTrailingZeros(_numbers.starts) == _at &&
+							  _seen + CountTrailingZeros(_numbers.ends) == _at + 1;
 		if (isNumber)
 			TakeUsual();
 		else
 		{
-			_ends = 0;
+			_numbers.ends = 0;
 			++_at;
 		}
 		return true;
@@ -198,7 +205,7 @@ public:
 
 private:
 	/// How far behind the first character that is seen others are read.
-	static constexpr std::size_t kLookAhead = CharacterMasks::kCount + 2 * ShortDecimal::kMostDigits;
+	static constexpr std::size_t kLookAhead = NumberMasks::kCount + 2 * ShortDecimal::kMostDigits;
 
 	/// The place of the lowest bit; there must be one.
 	static std::uint64_t CountTrailingZeros(std::uint64_t bits)
@@ -213,13 +220,13 @@ private:
 
 	bool HasTwo() const
 	{
-		return WithoutLowest(_ends) != 0;
+		return WithoutLowest(_numbers.ends) != 0;
 	}
 
 	/// Whether as many numbers that are known to be usual are left.
 	bool HasSeen(std::size_t count) const
 	{
-		std::uint64_t ends = _ends;
+		std::uint64_t ends = _numbers.ends;
 		for (std::size_t i = 1; i != count; ++i)
 			ends = WithoutLowest(ends);
 		return ends != 0;
@@ -230,7 +237,7 @@ private:
 	{
 		const auto skipSpaces = [this, &place]
 		{
-			while (place < CharacterMasks::kCount && IsSpace(_seen[place]))
+			while (place < NumberMasks::kCount && IsSpace(_seen[place]))
 				++place;
 		};
 		skipSpaces();
@@ -245,8 +252,8 @@ private:
 	/// Takes an arc, of which enough was seen ahead for it to be there.
 	bool TakeArc(ArcValues& arc)
 	{
-		std::uint64_t starts = _starts;
-		std::uint64_t ends = _ends;
+		std::uint64_t starts = _numbers.starts;
+		std::uint64_t ends = _numbers.ends;
 		std::uint64_t end = 0;
 		bool areShort = true;
 		const auto take = [&]
@@ -264,13 +271,13 @@ private:
 		if (dialect == PathDialect::plain && (radiusX.isNegative | radiusY.isNegative) != 0)
 			return false;
 
-		// Flags need not be parted from anything, so that they are looked at one by one.
+		// Flags need not be separated from anything, so that they are looked at one by one.
 		const std::uint64_t largePlace = BehindSeparator(end);
 		const std::uint64_t sweepPlace = BehindSeparator(largePlace + 1);
 		const std::uint64_t behind = sweepPlace + 1;
 		const char large = _seen[largePlace];
 		const char sweep = _seen[sweepPlace];
-		if (behind >= CharacterMasks::kCount - 1 || (large != '0' && large != '1') || (sweep != '0' && sweep != '1'))
+		if (behind >= NumberMasks::kCount - 1 || (large != '0' && large != '1') || (sweep != '0' && sweep != '1'))
 			return false;
 		// What runs on behind them is the abscissa.
 		const std::uint64_t here = std::uint64_t{1} << behind;
@@ -288,8 +295,8 @@ private:
 		arc.isLarge = large == '1';
 		arc.isSweep = sweep == '1';
 		std::tie(arc.x, arc.y) = Convert(x, y);
-		_starts = starts;
-		_ends = ends;
+		_numbers.starts = starts;
+		_numbers.ends = ends;
 		_at = _seen + end;
 		return true;
 	}
@@ -304,10 +311,10 @@ private:
 	/// decimal.
 	[[gnu::always_inline]] ShortDecimal TakeUsual()
 	{
-		const std::uint64_t end = CountTrailingZeros(_ends);
-		const ShortDecimal number = Between(CountTrailingZeros(_starts), end);
-		_starts = WithoutLowest(_starts);
-		_ends = WithoutLowest(_ends);
+		const std::uint64_t end = CountTrailingZeros(_numbers.ends);
+		const ShortDecimal number = Between(CountTrailingZeros(_numbers.starts), end);
+		_numbers.starts = WithoutLowest(_numbers.starts);
+		_numbers.ends = WithoutLowest(_numbers.ends);
 		_at = _seen + end;
 		return number;
 	}
@@ -316,9 +323,9 @@ private:
 	[[gnu::always_inline]] ShortDecimal Between(std::uint64_t start, std::uint64_t end) const
 	{
 		const std::uint64_t length = end - start;
-		const std::uint64_t integerDigits = CountTrailingZeros(_points >> start | std::uint64_t{1} << length);
+		const std::uint64_t integerDigits = CountTrailingZeros(_numbers.points >> start | std::uint64_t{1} << length);
 		const std::uint64_t hasPoint = integerDigits != length;
-		return {_seen + start, integerDigits, hasPoint, length - hasPoint, _signs >> start & 1};
+		return {_seen + start, integerDigits, hasPoint, length - hasPoint, _numbers.signs >> start & 1};
 	}
 
 	/// Takes the next number that was seen ahead. When that is not a usual one after all, it stays where it is.
@@ -335,15 +342,12 @@ private:
 		return false;
 	}
 
-	/// Whether something that neither belongs to numbers nor parts them, such as a command, stands between two places
-	/// in what was seen.
+	/// Whether something that neither belongs to numbers nor separates them, such as a command, stands between two
+	/// places in what was seen.
 	bool HasOthers(const char* from, const char* to) const
 	{
-		return (_others >> (from - _seen) & ((std::uint64_t{1} << (to - from)) - 1)) != 0;
+		return (_numbers.others >> (from - _seen) & ((std::uint64_t{1} << (to - from)) - 1)) != 0;
 	}
-
-	/// Those of some places ahead where no comma stands.
-	std::uint64_t WithoutCommas(std::uint64_t places) const;
 
 	bool ReadOneByOne(After after, After between, double& x, double& y);
 	bool ReadSlowly(After after, double& number);
@@ -355,13 +359,8 @@ private:
 	const char* _at;
 	const char* _end;
 
-	// The numbers that were seen ahead. Bits stand for the characters from `_seen` on.
-	const char* _seen = nullptr;
-	std::uint64_t _starts = 0;
-	std::uint64_t _points = 0;
-	std::uint64_t _ends = 0;  ///< Zero when no number is left that is known to be usual.
-	std::uint64_t _signs = 0; ///< Each minus, one place behind itself.
-	std::uint64_t _others = 0;
+	NumberMasks _numbers;        ///< What was seen ahead and is not yet taken.
+	const char* _seen = nullptr; ///< The first of the characters that were seen.
 
 	bool _isInTail = false;
 	std::array<char, 2 * kLookAhead> _tail;

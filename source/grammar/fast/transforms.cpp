@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "fast/text_cursor.h"
 #include "grammar.h"
-#include "grammar_library.h"
-#include "text_cursor.h"
-#include "transform_context.h"
+#include "shared/transform_context.h"
+#include "svgpp/library.h"
 
 #include <array>
 #include <span>
@@ -25,12 +25,12 @@ std::size_t TakeArguments(TextCursor& cursor, std::array<double, kMostArguments>
 		if (!cursor.TakeNumber(true, arguments[count]))
 			return 0;
 		++count;
-		const bool isParted = cursor.TakeSpaces();
+		const bool isSeparated = cursor.TakeSpaces();
 		if (cursor.Take(')'))
 			return count;
 		if (cursor.Take(','))
 			cursor.TakeSpaces();
-		else if (!isParted)
+		else if (!isSeparated)
 			return 0;
 	}
 	return 0;

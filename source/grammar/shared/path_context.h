@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "arc.h"
+#include "shared/arc.h"
 
 #include <svgpp/adapter/path.hpp>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "decimal.h"
-#include "text_checks.h"
+#include "shared/decimal.h"
+#include "shared/text_checks.h"
 
 #include <string_view>
 
@@ -57,7 +57,7 @@ public:
 		return _at != before;
 	}
 
-	/// What parts the items of a list: blanks, a comma, or a comma among blanks.
+	/// What separates the items of a list: blanks, a comma, or a comma among blanks.
 	bool TakeSeparator()
 	{
 		const bool hasSpaces = TakeSpaces();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "arc.h"
+#include "shared/arc.h"
 
 #include <svgpp/utility/arc_endpoint_to_center.hpp>
 #include <svgpp/utility/arc_to_bezier.hpp>

@@ -3,12 +3,12 @@
 // before anything of Boost is seen.
 #define BOOST_DISABLE_ASSERTS
 
-#include "grammar_library.h"
+#include "svgpp/library.h"
 
 #include <svgpp/parser/css_style_iterator.hpp>
 #include <svgpp/parser/grammar/preserveAspectRatio.hpp>
 
-namespace orvan::grammar::library
+namespace orvan::grammar
 {
 namespace
 {
@@ -27,18 +27,19 @@ Parsed ParsePreserveAspectRatio(std::string_view text, AspectRatio& ratio)
 	const Iterator end = at + text.size();
 	if (!qi::parse(at, end, grammar, value) || at != end)
 		return Parsed::refused;
-	// The library counts from "none" and has xMidYMid, the initial value, as the fifth of the others; here it is zero.
+	// The library counts from "none" and has xMidYMid, the initial value, as the fifth of the others.
 	const std::int32_t position = value.align;
+	const auto meetOrSlice = static_cast<MeetOrSlice>(value.slice);
 	if (value.align == Value::none)
-		ratio = {1, 0};
+		ratio = {Align::none, MeetOrSlice::meet};
 	else if (value.align == Value::xMidYMid)
-		ratio = {0, value.slice};
+		ratio = {Align::xMidYMid, meetOrSlice};
 	else
-		ratio = {position < Value::xMidYMid ? position + 1 : position, value.slice};
+		ratio = {static_cast<Align>(position < Value::xMidYMid ? position + 1 : position), meetOrSlice};
 	return Parsed::value;
 }
 
-bool NextDeclaration(std::string_view& rest, std::string_view& name, std::string_view& value)
+bool library::NextDeclaration(std::string_view& rest, std::string_view& name, std::string_view& value)
 {
 	const Iterator end = rest.data() + rest.size();
 	const svgpp::css_style_iterator<Iterator> declaration(rest.data(), end);
@@ -49,4 +50,4 @@ bool NextDeclaration(std::string_view& rest, std::string_view& name, std::string
 	rest.remove_prefix(static_cast<std::size_t>(declaration->second.end() - rest.data()));
 	return true;
 }
-} // namespace orvan::grammar::library
+} // namespace orvan::grammar

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "color_keywords.h"
+#include "fast/text_cursor.h"
 #include "grammar.h"
-#include "grammar_library.h"
-#include "text_cursor.h"
+#include "shared/color_keywords.h"
+#include "svgpp/library.h"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +17,7 @@ constexpr std::string_view kInherit = "inherit";
 constexpr std::string_view kCurrentColor = "currentColor";
 
 /// The values of hexadecimal digits; sixteen for anything else. Letters and figures alternate without a rule, so that
-/// telling them apart by comparing would be guesswork for the processor.
+/// telling them apart by comparing would mean branch mispredictions.
 constexpr auto kHexDigits = []
 {
 	std::array<std::uint8_t, 256> values;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "grammar.h"
 
-#include "grammar_library.h"
+#include "svgpp/library.h"
 
 #include <bit>
 
@@ -11,58 +11,6 @@
 
 namespace orvan::grammar
 {
-// What has no fast form: the library's reading of these is a comparison with a few words, or happens once a document.
-
-Parsed ParseDisplay(std::string_view text, std::int32_t& display)
-{
-	return library::ParseDisplay(text, display);
-}
-
-Parsed ParseVisibility(std::string_view text, std::int32_t& visibility)
-{
-	return library::ParseVisibility(text, visibility);
-}
-
-Parsed ParseFillRule(std::string_view text, std::int32_t& rule)
-{
-	return library::ParseFillRule(text, rule);
-}
-
-Parsed ParseLineCap(std::string_view text, std::int32_t& cap)
-{
-	return library::ParseLineCap(text, cap);
-}
-
-Parsed ParseLineJoin(std::string_view text, std::int32_t& join)
-{
-	return library::ParseLineJoin(text, join);
-}
-
-Parsed ParseGradientUnits(std::string_view text, std::int32_t& units)
-{
-	return library::ParseGradientUnits(text, units);
-}
-
-Parsed ParseSpreadMethod(std::string_view text, std::int32_t& method)
-{
-	return library::ParseSpreadMethod(text, method);
-}
-
-Parsed ParseFontStyle(std::string_view text, std::int32_t& style)
-{
-	return library::ParseFontStyle(text, style);
-}
-
-Parsed ParseFontWeight(std::string_view text, std::int32_t& weight)
-{
-	return library::ParseFontWeight(text, weight);
-}
-
-Parsed ParsePreserveAspectRatio(std::string_view text, AspectRatio& ratio)
-{
-	return library::ParsePreserveAspectRatio(text, ratio);
-}
-
 namespace
 {
 #if defined(__SSE2__)

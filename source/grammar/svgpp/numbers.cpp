@@ -3,9 +3,9 @@
 // before anything of Boost is seen.
 #define BOOST_DISABLE_ASSERTS
 
-#include "grammar_library.h"
-#include "library_keywords.h"
-#include "text_checks.h"
+#include "shared/text_checks.h"
+#include "svgpp/library.h"
+#include "svgpp/library_keywords.h"
 
 #include <svgpp/parser/detail/parse_list_iterator.hpp>
 #include <svgpp/parser/external_function/parse_misc_impl.hpp>

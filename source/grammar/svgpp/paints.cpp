@@ -3,9 +3,9 @@
 // before anything of Boost is seen.
 #define BOOST_DISABLE_ASSERTS
 
-#include "grammar_library.h"
-#include "library_keywords.h"
-#include "text_checks.h"
+#include "shared/text_checks.h"
+#include "svgpp/library.h"
+#include "svgpp/library_keywords.h"
 
 #include <svgpp/factory/color.hpp>
 #include <svgpp/factory/icc_color_stub.hpp>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "short_decimal.h"
+#include "fast/short_decimal.h"
 
 namespace orvan::grammar
 {

@@ -3,10 +3,10 @@
 // before anything of Boost is seen.
 #define BOOST_DISABLE_ASSERTS
 
-#include "grammar_library.h"
-#include "path_context.h"
-#include "text_checks.h"
-#include "transform_context.h"
+#include "shared/path_context.h"
+#include "shared/text_checks.h"
+#include "shared/transform_context.h"
+#include "svgpp/library.h"
 
 #include <svgpp/parser/detail/parse_list_iterator.hpp>
 #include <svgpp/parser/grammar/coordinate_pair.hpp>

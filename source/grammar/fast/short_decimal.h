@@ -3,7 +3,7 @@
 
 /// Decimal numbers of a few digits whose extent is known, converted one or two at a time.
 
-#include "decimal.h"
+#include "shared/decimal.h"
 
 #include <cstring>
 #include <utility>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What stands where in the text of numbers, found for many characters at once.
+/// What stands where in the text of numbers, found for many characters at once by SIMD instructions.
 
-#include "text_checks.h"
+#include "shared/text_checks.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,8 +20,8 @@ struct CharacterMasks
 	static constexpr std::size_t kCount = 64;
 
 	std::uint64_t digits = 0;
-	std::uint64_t points = 0;
-	std::uint64_t parts = 0; ///< Blanks and commas.
+	std::uint64_t points = 0;     ///< Decimal points.
+	std::uint64_t separators = 0; ///< Blanks and commas.
 	std::uint64_t minuses = 0;
 	std::uint64_t exponents = 0; ///< The letter "e" in both cases.
 
@@ -48,7 +48,7 @@ struct CharacterMasks
 			};
 			add(digits, isBetween('0', '9'));
 			add(points, is(text, '.'));
-			add(parts, _mm_or_si128(_mm_or_si128(is(text, ' '), is(text, ',')), isBetween('\t', '\r')));
+			add(separators, _mm_or_si128(_mm_or_si128(is(text, ' '), is(text, ',')), isBetween('\t', '\r')));
 			add(minuses, is(text, '-'));
 			add(exponents, is(_mm_or_si128(text, _mm_set1_epi8('a' - 'A')), 'e'));
 		}
@@ -59,7 +59,7 @@ struct CharacterMasks
 			const std::uint64_t bit = std::uint64_t{1} << i;
 			digits |= IsDigit(c) ? bit : 0;
 			points |= c == '.' ? bit : 0;
-			parts |= IsSpace(c) || c == ',' ? bit : 0;
+			separators |= IsSpace(c) || c == ',' ? bit : 0;
 			minuses |= c == '-' ? bit : 0;
 			exponents |= c == 'e' || c == 'E' ? bit : 0;
 		}

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "grammar.h"
 
-#include "path_parser.h"
+#include "fast/path_parser.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "decimal.h"
+#include "shared/decimal.h"
 
-#include "text_checks.h"
+#include "shared/text_checks.h"
 
 namespace orvan::grammar
 {

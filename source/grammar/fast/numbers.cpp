@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "fast/text_cursor.h"
 #include "grammar.h"
-#include "grammar_library.h"
-#include "text_cursor.h"
+#include "svgpp/library.h"
 
 #include <array>
 
