@@ -50,7 +50,7 @@ TEST(Data, CountsTheLiveValuesOfTypesThatNeedCodeToBeReleased)
 	{
 		Data first = Must(Data::Create(Text("a")));
 		Data second = std::move(first);
-		EXPECT_EQ(nullptr, first.GetType());
+		EXPECT_EQ(nullptr, first.GetType()); // NOLINT(bugprone-use-after-move): what is left is told.
 		EXPECT_EQ(before + 1, texts->liveValues.load());
 		Must(first.CopyFrom(second));
 		EXPECT_EQ(before + 2, texts->liveValues.load());

@@ -27,7 +27,7 @@ public:
 	std::string At(int x, int y) const
 	{
 		std::uint32_t pixel = 0;
-		std::memcpy(&pixel, _pixels.data + y * _pixels.stride + x * 4, sizeof(pixel));
+		std::memcpy(&pixel, _pixels.data + std::ptrdiff_t{y} * _pixels.stride + std::ptrdiff_t{x} * 4, sizeof(pixel));
 		const std::uint32_t alpha = pixel >> 24;
 		if (alpha == 0)
 			return "none";

@@ -322,8 +322,8 @@ bool GuardXml(std::string_view text)
 	const bool hasReferences = text.find('&') != text.npos;
 	// Most files hold no reference that could be wrong and cannot exceed a bound. No element takes less than two
 	// characters, no declaration of a prefix less than eight.
-	constexpr std::size_t kHarmlessSize = 2 * kMaxDepth;
-	static_assert(kHarmlessSize <= 8 * kMaxNamespacePrefixes);
+	constexpr std::size_t kHarmlessSize = 2 * std::size_t{kMaxDepth};
+	static_assert(kHarmlessSize <= 8 * std::size_t{kMaxNamespacePrefixes});
 	if (hasReferences || (text.size() > kHarmlessSize && MayExceedBounds(text)))
 		Guard(text).Run();
 	return hasReferences;
