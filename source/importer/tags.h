@@ -28,7 +28,11 @@ constexpr void VisitSingleTags(Visit visit)
 		{
 			while (!tags.empty())
 			{
-				const std::string_view tag = tags.substr(0, tags.find(' '));
+				// Character by character: with the undefined-behaviour sanitizer `find` is no constant expression.
+				std::size_t length = 0;
+				while (length < tags.size() && tags[length] != ' ')
+					length++;
+				const std::string_view tag = tags.substr(0, length);
 				visit(tag, kind);
 				tags.remove_prefix(std::min(tag.size() + 1, tags.size()));
 			}
