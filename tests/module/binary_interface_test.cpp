@@ -30,7 +30,7 @@ constexpr bool HasLayout() noexcept
 // Values.
 static_assert(HasLayout<String, 8>() && HasLayout<Url, 8>() && HasLayout<Error, 8>() &&
 			  HasLayout<BaseArray<int>, 24>());
-static_assert(HasLayout<DataDictionary, 8>() && HasLayout<Data, 56>() && Data::kInlineSize == 48);
+static_assert(HasLayout<DataDictionary, 8>() && HasLayout<Data, 64>() && Data::kInlineSize == 56);
 static_assert(HasLayout<StringMap<int>, 96>() && HasLayout<StringMap<int>::Entry, 32>());
 static_assert(HasLayout<Vector2d, 16>() && HasLayout<Matrix2d, 48>() && HasLayout<Color, 24>());
 static_assert(HasLayout<Ref<ObjectInterface>, 16>() && HasLayout<WeakRef, 8>() && HasLayout<Result<void>, 8>());

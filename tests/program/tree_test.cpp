@@ -226,7 +226,8 @@ TEST(TreeCommand, ReadsAStyleSheetOfItsOwnAndPackedFiles)
 {
 	const TemporaryFolder folder;
 	const std::string path = folder.Write("a.svg", Svg("<circle/>"));
-	const ProgramRun run = RunProgram({"tree", "--complete", "--style-sheet", "-", path}, {.input = "circle{fill:lime}"});
+	const ProgramRun run =
+		RunProgram({"tree", "--complete", "--style-sheet", "-", path}, {.input = "circle{fill:lime}"});
 	EXPECT_NE(run.output.find("circle  fill=#00ff00"), run.output.npos) << run.output;
 	EXPECT_EQ(RunProgram({"tree", "--style-sheet", path, path}).status, 2);
 	const ProgramRun missing = RunProgram({"tree", "--complete", "--style-sheet", "/nowhere.css", path});
