@@ -19,11 +19,11 @@ struct TagRow
 namespace detail
 {
 
-/// Calls `visit` with each tag and its kind.
-template <typename Visit>
+/// Calls `visit` with each tag of a list of classes and its kind.
+template <typename List, typename Visit>
 constexpr void VisitSingleTags(Visit visit)
 {
-	ElementClasses::VisitTags(
+	List::VisitTags(
 		[&visit](std::string_view tags, SVGImportElementKind kind)
 		{
 			while (!tags.empty())
@@ -42,7 +42,7 @@ constexpr void VisitSingleTags(Visit visit)
 constexpr std::size_t CountTags() noexcept
 {
 	std::size_t count = 0;
-	VisitSingleTags([&count](std::string_view, SVGImportElementKind) { count++; });
+	VisitSingleTags<ElementClasses>([&count](std::string_view, SVGImportElementKind) { count++; });
 	return count;
 }
 
@@ -50,7 +50,10 @@ constexpr std::array<TagRow, CountTags()> ListTags() noexcept
 {
 	std::array<TagRow, CountTags()> tags;
 	std::size_t count = 0;
-	VisitSingleTags([&](std::string_view name, SVGImportElementKind kind) { tags[count++] = {name, kind}; });
+	VisitSingleTags<ElementClasses>(
+		[&](std::string_view name, SVGImportElementKind kind) {
+			tags[count++] = {name, kind};
+		});
 	return tags;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "importer/complete/tags.h"
 
+#include "importer/tags.h"
+
 #include <array>
 #include <utility>
 
@@ -15,27 +17,11 @@ struct Row
 	Tag tag = Tag::unknown;
 };
 
-/// Calls `visit` with each tag of a list of classes and its kind.
-template <typename List, typename Visit>
-constexpr void VisitTagsOf(Visit visit)
-{
-	List::VisitTags(
-		[&visit](std::string_view tags, SVGImportElementKind kind)
-		{
-			while (!tags.empty())
-			{
-				const std::string_view tag = tags.substr(0, tags.find(' '));
-				visit(tag, kind);
-				tags.remove_prefix(std::min(tag.size() + 1, tags.size()));
-			}
-		});
-}
-
 template <typename Visit>
 constexpr void VisitAll(Visit visit)
 {
-	VisitTagsOf<ElementClasses>(visit);
-	VisitTagsOf<CompleteElementClasses>(visit);
+	detail::VisitSingleTags<ElementClasses>(visit);
+	detail::VisitSingleTags<CompleteElementClasses>(visit);
 }
 
 constexpr std::size_t kTagCount = []
