@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace orvan::test
 {
@@ -76,10 +77,12 @@ TEST(RenderCommand, ReplacesAPictureOnlyByAWholeOne)
 	const fs::path fresh = folder.GetPath() / "fresh.png";
 	EXPECT_EQ(RunProgram({"render", kSample, "-o", fresh}, {.setup = "umask 027; "}).status, 0);
 	EXPECT_EQ(fs::status(fresh).permissions(), kMode);
-	EXPECT_EQ(RunProgram({"render", kSample, "-o", "/dev/null", "--format", "pdf"}).status, 2);
-	fs::create_symlink("/dev/null", folder.GetPath() / "null.pdf");
-	EXPECT_EQ(RunProgram({"render", kSample, "-o", folder.GetPath() / "null.pdf"}).status, 0);
-	EXPECT_TRUE(fs::is_character_file("/dev/null"));
+	// What is no ordinary file is written to in place.
+	const fs::path pipe = folder.GetPath() / "pipe.pdf";
+	ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+	const std::string reader = "timeout 20 cat '" + pipe.string() + "' >'" + folder.GetPath().string() + "/copy' & ";
+	EXPECT_EQ(RunProgram({"render", kSample, "-o", pipe}, {.setup = reader}).status, 0);
+	EXPECT_TRUE(fs::is_fifo(pipe));
 }
 
 TEST(RenderCommand, DrawsSeveralFilesIntoAFolder)
