@@ -64,6 +64,15 @@ void PictureArguments::AddTo(Command& command, Need need)
 	command.AddText(
 		{.names = "--background", .help = "Color below the drawing (nothing when not given)", .value = "COLOR"},
 		_background);
+	command.AddText({.names = "--current-color",
+					 .help = "What currentColor stands for where a file does not say (black when not given)",
+					 .value = "COLOR"},
+					_currentColor);
+	command.AddPositiveNumber({.names = "--deadline",
+							   .help = "Seconds that a picture may take before the rest of it is left out (10 when not "
+									   "given)",
+							   .value = "SECONDS"},
+							  _options.deadline);
 }
 
 void PictureArguments::Prepare(const std::vector<std::string>& files)
@@ -76,6 +85,8 @@ void PictureArguments::Prepare(const std::vector<std::string>& files)
 		_options.background = *color;
 		_options.backgroundOpacity = 1.0;
 	}
+	if (const auto color = _currentColor.empty() ? std::nullopt : ParseColor(_currentColor))
+		_options.currentColor = *color;
 	_options.output =
 		GetPictureKind(_format.empty() ? _output : "picture." + _format).value_or(SVGRenderOutput::pixels);
 	// A page has no pixels, and a size that is given is one in pixels.

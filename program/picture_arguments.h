@@ -47,6 +47,7 @@ private:
 	std::string _output;
 	std::string _format;
 	std::string _background = "none";
+	std::string _currentColor;
 	double _dotsPerInch = 0.0; ///< Zero when not given.
 	SVGRenderOptions _options;
 };

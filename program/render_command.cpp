@@ -25,6 +25,9 @@ int Render(const Options& options, const SVGImportOptions& import, const FileTur
 	// A placeholder is nothing to draw: no picture is better than a wrong one.
 	const LoadOutcome outcome = LoadDocument(turn.file, import);
 	const int status = Report(turn.file, outcome, turn.output);
+	// What a picture goes without is said while it is drawn.
+	DiagnosticTarget target{turn.file, turn.output};
+	const ThreadDiagnosticSink sink(&PrintDiagnostic, &target);
 	if (!outcome.refusal)
 		WritePicture(outcome.document, options.pictures.GetOptions(), options.pictures.GetPath(turn.file), turn.output);
 	return status;

@@ -51,6 +51,24 @@ TEST(RenderCommand, ReadsWhatAPictureNeedsUnlessItIsToldNotTo)
 	EXPECT_EQ(RunProgram({"render", "--plain", file, "-o", png}).status, 1);
 }
 
+TEST(RenderCommand, PaintsCurrentColorAsItIsTold)
+{
+	const auto draw = [](const std::string& fill, const std::vector<std::string>& options)
+	{
+		std::vector<std::string> arguments = {"render", "-", "-o", "-"};
+		arguments.insert(arguments.end(), options.begin(), options.end());
+		return RunProgram(
+			arguments, {.input = "<svg width='9' height='9'><rect width='9' height='9' fill='" + fill + "'/></svg>"});
+	};
+	EXPECT_EQ(draw("currentColor", {"--current-color", "#0f0"}).output, draw("lime", {}).output);
+	EXPECT_EQ(draw("none", {"--background", "lime"}).output, draw("lime", {}).output);
+	EXPECT_EQ(draw("currentColor", {}).output, draw("black", {}).output);
+	EXPECT_EQ(draw("none", {"--current-color", "url(#a)"}).status, 2);
+	const ProgramRun late = draw("lime", {"--deadline", "1e-9"});
+	EXPECT_EQ(late.status, 0);
+	EXPECT_EQ(late.errors.find("WARNING: <stdin>: "), 0) << late.errors;
+}
+
 TEST(RenderCommand, ReplacesAPictureOnlyByAWholeOne)
 {
 	namespace fs = std::filesystem;
