@@ -47,12 +47,14 @@ TEST_F(Elements, ClipPathsOfClipPathsAndOfTheirShapesIntersect)
 	const auto single =
 		Draw("<clipPath id='left'><rect width='50' height='100'/></clipPath>"
 			 "<clipPath id='group'><g><rect width='100' height='100'/></g><rect width='10' height='10'/>"
-			 "</clipPath><clipPath id='one'><rect width='100' height='50' clip-path='url(#left)'/>"
+			 "<rect x='20' width='10' height='90'/></clipPath><clipPath id='one'><rect width='100' height='50' "
+			 "clip-path='url(#left)'/>"
 			 "</clipPath><rect width='100' height='100' fill='#f00' clip-path='url(#one)'/>"
 			 "<rect y='50' width='100' height='50' fill='#00f' clip-path='url(#group)'/>");
 	EXPECT_EQ("ff0000", single.At(25, 25));
 	EXPECT_EQ("none", single.At(75, 25));
-	EXPECT_EQ("none", single.At(25, 75));
+	EXPECT_EQ("0000ff", single.At(25, 75));
+	EXPECT_EQ("none", single.At(15, 75));
 }
 
 TEST_F(Elements, GradientsWithoutExtentShowTheirLastStop)
@@ -150,6 +152,20 @@ TEST_F(Elements, ValuesThatAreNotFiniteDrawNothingAndDisturbNothingElse)
 	for (const int at : {1, 10, 25, 49})
 		EXPECT_EQ("none", picture.At(at, at));
 	EXPECT_EQ("ff0000", picture.At(75, 25));
+}
+
+TEST_F(Elements, WhoeverLooksAtThePictureDecidesOnColorsAndLanguages)
+{
+	const SVGDocumentRef document = LoadCompletely(Document(
+		"<rect width='50' height='50' fill='currentColor'/><rect x='50' width='50' height='50' color='#0f0' "
+		"fill='currentColor'/><switch><rect systemLanguage='de' y='50' width='50' height='50' fill='#f00'/><rect "
+		"systemLanguage='fr, EN-gb' y='50' width='50' height='50' fill='#00f'/></switch><rect systemLanguage='de' "
+		"x='50' y='50' width='50' height='50' fill='#f00'/>"));
+	const DrawnPicture picture(document, {.currentColor = {1.0, 0.0, 1.0}});
+	EXPECT_EQ("ff00ff", picture.At(25, 25));
+	EXPECT_EQ("00ff00", picture.At(75, 25));
+	EXPECT_EQ("0000ff", picture.At(25, 75));
+	EXPECT_EQ("none", picture.At(75, 75));
 }
 
 TEST_F(Elements, PropertiesComeFromWhereReferencedContentStands)

@@ -15,7 +15,11 @@ protected:
 	/// Draws elements together with a red square at the lower right, which must be there whatever happens to the rest.
 	static std::vector<std::string> WarningsOf(const std::string& elements)
 	{
-		const SVGDocumentRef document = Load(Document(elements + kSquare));
+		return WarningsOf(Load(Document(elements + kSquare)));
+	}
+
+	static std::vector<std::string> WarningsOf(const SVGDocumentRef& document)
+	{
 		const CollectedDiagnostics diagnostics;
 		EXPECT_EQ("ff0000", DrawnPicture(document, {.deadline = kForever}).At(95, 95));
 		return diagnostics.lines;
@@ -47,6 +51,38 @@ TEST_F(Limits, ReferencesInCirclesAreReportedOnce)
 	EXPECT_EQ(circle, WarningsOf("<clipPath id='a' clip-path='url(#b)'><rect width='9' height='9'/></clipPath>"
 								 "<clipPath id='b'><text clip-path='url(#a)'>x</text></clipPath>"
 								 "<rect width='9' height='9' clip-path='url(#a)'/>"));
+}
+
+TEST_F(Limits, DefinitionsInCirclesAndThoseThatMultiplyEndAsWell)
+{
+	const auto warningsOf = [](const std::string& elements)
+	{
+		return WarningsOf(LoadCompletely(Document(elements + kSquare)));
+	};
+	const Lines circle = {"References that lead in a circle are left out."};
+	const std::string tile = " width='9' height='9' patternUnits='userSpaceOnUse'>";
+	EXPECT_EQ(circle, warningsOf("<linearGradient id='a' href='#b'/><linearGradient id='b' href='#a'/>"
+								 "<rect width='50' height='50' fill='url(#a)'/>"));
+	EXPECT_EQ(circle, warningsOf("<pattern id='a'" + tile +
+								 "<rect width='5' height='5' fill='url(#b)'/></pattern>"
+								 "<pattern id='b' href='#a'/><rect width='50' height='50' fill='url(#b)'/>"));
+	EXPECT_EQ(circle, warningsOf("<marker id='a'><path d='M0 0H9' marker-end='url(#a)'/></marker>"
+								 "<path d='M0 0H9' marker-end='url(#a)'/>"));
+	std::string patterns = "<pattern id='p0'" + tile + "<rect width='9' height='9'/></pattern>";
+	std::string markers = "<marker id='m0'><rect width='9' height='9'/></marker>";
+	for (int level = 1; level <= 10; level++)
+	{
+		const std::string below = std::to_string(level - 1);
+		const std::string number = std::to_string(level);
+		patterns += "<pattern id='p" + number + "'" + tile +
+					Repeat("<rect width='9' height='9' fill='url(#p" + below + ")'/>", 10) + "</pattern>";
+		markers += "<marker id='m" + number + "'>" +
+				   Repeat("<path d='M0 0L9 9L5 5L9 0' marker-mid='url(#m" + below + ")'/>", 5) + "</marker>";
+	}
+	const Lines work = {
+		"Elements drawn by reference and in layers cost more than a picture may; the rest is left out."};
+	EXPECT_EQ(work, warningsOf(patterns + "<rect width='50' height='50' fill='url(#p10)'/>"));
+	EXPECT_EQ(work, warningsOf(markers + "<path d='M0 0L9 9L5 5L9 0' marker-mid='url(#m10)'/>"));
 }
 
 TEST_F(Limits, ReferencesThatMultiplyEnd)

@@ -2,6 +2,7 @@
 /// Pictures that the renderer's module makes of texts.
 #pragma once
 
+#include "svg_import.h"
 #include "svg_module.h"
 #include "svg_render_target.h"
 
@@ -75,6 +76,17 @@ protected:
 	static DrawnPicture Draw(const std::string& elements)
 	{
 		return DrawnPicture(Load(Document(elements)));
+	}
+
+	/// Loads a text with all that a browser would read.
+	static SVGDocumentRef LoadCompletely(const std::string& text)
+	{
+		const SVGDocumentRef document = MakeDocument();
+		SVGImportOptions options;
+		options.isTolerant = options.isComplete = true;
+		Must(Cast<SVGDocumentImportInterface>(document)->SetImportOptions(options));
+		Must(document->Init(TextFile(text).GetUrl()));
+		return document;
 	}
 
 	static std::string Document(const std::string& elements)
