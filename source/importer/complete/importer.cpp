@@ -98,9 +98,9 @@ Result<void> Importer::Apply(const Rule& rule, ElementBase& element, Tag tag, st
 }
 
 Result<bool> Importer::ApplyDeclaration(const Rule& rule, ElementBase& element, Tag tag, std::string_view text,
-										const ValuePlace& place)
+										Source source, const ValuePlace& place)
 {
-	const Reading reading = ORVAN_TRY(Read({*this, element, tag, rule, text, Source::style}));
+	const Reading reading = ORVAN_TRY(Read({*this, element, tag, rule, text, source}));
 	if (reading == Reading::applied) [[likely]]
 		return false;
 	ORVAN_TRY(

@@ -36,7 +36,7 @@ public:
 
 	/// As above, for an element's declarations in ascending order of precedence: tells whether the value was refused.
 	Result<bool> ApplyDeclaration(const Rule& rule, ElementBase& element, Tag tag, std::string_view text,
-								  const ValuePlace& place);
+								  grammar::Source source, const ValuePlace& place);
 
 	/// Adds a finding about an element.
 	Result<void> Warn(const ElementBase* element, const ValuePlace& place, std::string_view attribute,

@@ -164,8 +164,14 @@ Result<Reading> ReadNotNegativeLength(const Application& application)
 	return StoreLength(application, Range::notNegative);
 }
 
+/// In a sheet, sizes are those of any box and need a unit, which the other geometry properties do not.
 Result<Reading> ReadSize(const Application& application)
 {
+	grammar::Length length;
+	if (application.source == grammar::Source::sheet &&
+		grammar::complete::ParseLength(application.text, application.source, Range::any, length) == Parsed::value &&
+		length.unit == grammar::LengthUnit::none && length.value != 0.0)
+		return Reading::refused;
 	return StoreLengthOrAuto(application);
 }
 

@@ -43,7 +43,7 @@ bool IsForScreens(const XmlNode& style) noexcept
 	const std::string_view type = AttributeOf(style, "type");
 	const std::string_view media = AttributeOf(style, "media");
 	constexpr std::string_view kCss = "text/css";
-	const bool isCss = type.empty() || css::EqualsIgnoringCase(type.substr(0, kCss.size()), kCss);
+	const bool isCss = type.empty() || css::EqualsIgnoringCase(type, kCss);
 	return isCss && (media.find_first_not_of(" \t\r\n") == media.npos ||
 					 ((media.find("screen") != media.npos || media.find("all") != media.npos) &&
 					  media.find('(') == media.npos && media.find("not") == media.npos));

@@ -128,7 +128,7 @@ Result<Reading> ReadDisplay(const Application& application)
 {
 	static constexpr Keyword kKeywords[] = {{"none", 2},          {"inline", 0},
 											{"block", 0},         {"inline-block", 0},
-											{"list-item", 0},     {"contents", 0},
+											{"list-item", 0},     {"contents", 1},
 											{"flex", 0},          {"inline-flex", 0},
 											{"grid", 0},          {"inline-grid", 0},
 											{"table", 0},         {"inline-table", 0},
@@ -143,7 +143,10 @@ Result<Reading> ReadDisplay(const Application& application)
 	std::int32_t value = 0;
 	if (grammar::complete::ParseKeyword(application.text, kKeywords, value) != Parsed::value)
 		return Reading::refused;
-	if (value == 0)
+	// Only these have contents that could show without them.
+	static constexpr TagSet kDissolvable{SVGImportElementKind::svg, SVGImportElementKind::group,
+										 SVGImportElementKind::use, SVGImportElementKind::tspan};
+	if (value == 0 || (value == 1 && kDissolvable.Has(application.tag)))
 		ORVAN_TRY(application.element.Remove(SVGImportAttribute::display));
 	else
 		ORVAN_TRY(application.element.SetDisplay(SVGDisplay::none));

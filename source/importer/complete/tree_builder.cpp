@@ -4,6 +4,7 @@
 #include "elements/complete_classes.h"
 
 #include <functional>
+#include <string>
 
 namespace orvan::svg::complete
 {
@@ -83,6 +84,12 @@ bool PreservesSpace(std::int32_t whiteSpace) noexcept
 {
 	const auto value = static_cast<SVGWhiteSpace>(whiteSpace);
 	return value == SVGWhiteSpace::pre || value == SVGWhiteSpace::preWrap || value == SVGWhiteSpace::breakSpaces;
+}
+
+/// Whether escapes stand in the words of a value. Those in strings and references are the readers' own.
+bool HasEscapedWords(std::string_view value) noexcept
+{
+	return value.find_first_of("\"'(") == value.npos;
 }
 
 } // namespace
@@ -262,7 +269,12 @@ Result<bool> TreeBuilder::Declare(const XmlNode&, ElementBase& element, Tag tag,
 	const Rule& rule = AllRules()[number - 1];
 	if ((declaration.tag & kRefused) != 0)
 		return false;
-	if (ORVAN_TRY(_importer.ApplyDeclaration(rule, element, tag, declaration.value, {where, _elementTag})))
+	const Source source = declaration.source == StyleSheets::kInlineSource ? Source::style : Source::sheet;
+	std::string resolved;
+	std::string_view value = declaration.value;
+	if (declaration.hasEscapes && HasEscapedWords(value))
+		value = resolved = grammar::complete::ResolveEscapes(value);
+	if (ORVAN_TRY(_importer.ApplyDeclaration(rule, element, tag, value, source, {where, _elementTag})))
 	{
 		declaration.tag |= kRefused;
 		return false;
