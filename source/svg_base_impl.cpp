@@ -186,10 +186,12 @@ Result<void> Document::LoadBytes(BaseArray<char> bytes) noexcept
 /// What a document shows whose file holds nothing usable: an svg element with a rect.
 Result<void> Document::BuildPlaceholder() noexcept
 {
-	_isPlaceholder = true;
-	_rootElement = ORVAN_TRY(CreateObject<SVGElementInterface>("net.orvan.image.class.svgsvgelement"));
+	SVGElementRef root = ORVAN_TRY(CreateObject<SVGElementInterface>("net.orvan.image.class.svgsvgelement"));
 	const auto rect = ORVAN_TRY(CreateObject<HierarchyObjectInterface>("net.orvan.image.class.svgrectelement"));
-	return rect->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(_rootElement), {});
+	ORVAN_TRY(rect->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(root), {}));
+	_rootElement = std::move(root);
+	_isPlaceholder = true;
+	return {};
 }
 
 namespace

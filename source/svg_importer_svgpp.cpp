@@ -151,9 +151,10 @@ public:
 		else if (const auto* xmlError = dynamic_cast<const XmlError*>(&exception))
 			place.where = xmlError->GetWhere();
 		else if (_options.isComplete)
-			place = {_complete.refusedAt.where, _complete.refusedAt.elementTag, _complete.refusedElementId, {}};
+			place = {_complete.refusedAt.where, _complete.refusedAt.elementTag, _complete.refusedElementId,
+					 _complete.refusedAttribute};
 		else
-			place = {_plain.refusedAt, _plain.refusedElementName, _plain.refusedElementId, {}};
+			place = {_plain.refusedAt, _plain.refusedElementName, _plain.refusedElementId, _plain.refusedAttribute};
 		position.elementName = place.elementTag;
 		position.elementId = place.elementId;
 		const std::string_view original = _source.ForPlaces();

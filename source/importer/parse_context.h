@@ -31,6 +31,7 @@ struct SVGParseContext
 	const char* refusedAt = nullptr;
 	std::string_view refusedElementName;
 	String refusedElementId;
+	std::string_view refusedAttribute; ///< A name of the table.
 
 	/// Takes the findings of a tolerant import; null when a refused value ends the import.
 	FindingList* findings = nullptr;

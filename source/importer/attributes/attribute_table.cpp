@@ -132,6 +132,7 @@ void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 	}
 	refusedElementName = elementName;
 	refusedElementId = (*element)->GetId();
+	refusedAttribute = attributeName;
 	grammar::RaiseInvalidValue(attributeName, text);
 }
 

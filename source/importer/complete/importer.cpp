@@ -91,6 +91,7 @@ Result<void> Importer::Apply(const Rule& rule, ElementBase& element, Tag tag, st
 	{
 		refusedAt = place;
 		refusedElementId = element.GetId();
+		refusedAttribute = rule.name;
 		grammar::RaiseInvalidValue(rule.name.data(), text);
 	}
 	return Warn(&element, PlaceOfFault(place, text), rule.name,

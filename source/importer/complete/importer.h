@@ -69,6 +69,7 @@ public:
 	/// The place that a value which ends the import was refused at.
 	ValuePlace refusedAt;
 	String refusedElementId;
+	std::string_view refusedAttribute;
 
 private:
 	Result<Reading> Read(const Application& application);
