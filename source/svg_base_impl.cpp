@@ -56,6 +56,7 @@ Result<void> Document::Init(const Url& url) noexcept
 	if (detected != IoDetection::file)
 		return IoError(target, "Error parsing svg document. SVGDocument could not be initialized");
 	_url = target;
+	_isFromUrl = true;
 	return Load();
 }
 
@@ -66,6 +67,7 @@ void Document::Reset() noexcept
 		root->RemoveAllChildren();
 	_rootElement = nullptr;
 	_url = Url();
+	_isFromUrl = false;
 	_report = SVGImportReport();
 	_stamp = FileStamp();
 	_isPlaceholder = false;
@@ -110,6 +112,11 @@ Result<BaseArray<SVGElementRef>> Document::GetElementsByIdWithPrefix(const Strin
 bool Document::IsPlaceholder() const noexcept
 {
 	return _isPlaceholder;
+}
+
+bool Document::IsFromUrl() const noexcept
+{
+	return _isFromUrl;
 }
 
 const FileStamp& Document::GetStamp() const noexcept

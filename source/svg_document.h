@@ -29,6 +29,8 @@ public:
 
 	/// True when the file was refused, so that the tree is a placeholder.
 	bool IsPlaceholder() const noexcept;
+	/// True when the URL says where the content is from: after `Init`, but not after `InitFromMemory`.
+	bool IsFromUrl() const noexcept;
 	/// The file that the tree was read from, as it was then; empty where there was none.
 	const FileStamp& GetStamp() const noexcept;
 	/// Lets go of the tree and the ids, without taking the tree apart, and takes over those of `other`.
@@ -45,6 +47,7 @@ private:
 	SVGImportOptions _options;
 	SVGImportReport _report;
 	FileStamp _stamp;
+	bool _isFromUrl = false;
 	bool _isPlaceholder = false;
 };
 

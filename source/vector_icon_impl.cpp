@@ -148,7 +148,7 @@ void VectorIconImpl::SetLiveReloadEnabled(bool enabled) noexcept
 		_isLiveReloadOn = false;
 		_watch.Stop();
 	}
-	else if (g_isLiveReloadAllowed && !GetUrl().IsEmpty())
+	else if (g_isLiveReloadAllowed && Content().IsFromUrl())
 	{
 		_isLiveReloadOn = true;
 		Follow();
@@ -159,9 +159,9 @@ void VectorIconImpl::SetLiveReloadEnabled(bool enabled) noexcept
 /// once.
 void VectorIconImpl::Follow() noexcept
 {
-	if (!_isLiveReloadOn || _watch.IsActive() || GetUrl().IsEmpty())
+	if (!_isLiveReloadOn || _watch.IsActive() || !Content().IsFromUrl())
 		return;
-	const FileStamp& stamp = static_cast<const Document&>(*_document.GetObject()).GetStamp();
+	const FileStamp& stamp = Content().GetStamp();
 	Result<FileWatch> watch =
 		FileWatch::Start(GetUrl(), [](void* icon) noexcept { return static_cast<VectorIconImpl*>(icon)->Reload(); },
 						 this, {.loaded = &stamp, .owner = this});

@@ -28,8 +28,10 @@ TEST_F(IconLayers, ShowTheStateAlone)
 	EXPECT_EQ("1222", Displays(icon));
 	icon->SetState(State::enabledDeactivatedNoHighlight);
 	EXPECT_EQ("2221", Displays(icon));
+	const CollectedDiagnostics diagnostics;
 	icon->SetState(State(4));
 	EXPECT_EQ("2222", Displays(icon));
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
 	EXPECT_EQ(State(4), icon->GetState());
 
 	// Set by a client, even the state of a new icon is one that shows no layer, also in the next file.
@@ -112,6 +114,9 @@ TEST_F(IconLayers, ComeWithTheOutOfMemoryErrorWhereMemoryEnds)
 	FailEachAllocation([&] { return icon->ToggleLayer(id); });
 	EXPECT_EQ(SVGDisplay::shown, icon->GetLayer(id)->GetDisplay());
 	FailEachAllocation([] { return CreateObject<VectorIconInterface>(kVectorIconClass); });
+	const auto document = Cast<SVGDocumentInterface>(icon);
+	const Url url = document->GetUrl();
+	FailEachAllocation([&] { return document->Init(url); });
 }
 
 } // namespace

@@ -136,6 +136,9 @@ TEST_F(ElementClasses, ViewportIsPutTogetherFromItsParts)
 	EXPECT_EQ((SVGLength{1.0, SVGLengthUnit::percent}), viewport->GetViewport().width);
 	EXPECT_EQ(Px(20.0), viewport->GetViewport().height);
 	Must(viewport->SetViewport({Px(1.0), Px(2.0), Px(3.0), Px(4.0)}));
+	const SVGViewport whole = viewport->GetViewport();
+	EXPECT_EQ((SVGLength2d{Px(1.0), Px(2.0)}), (SVGLength2d{whole.x, whole.y}));
+	EXPECT_EQ((SVGLength2d{Px(3.0), Px(4.0)}), (SVGLength2d{whole.width, whole.height}));
 	EXPECT_EQ(Px(2.0), Stored(svg, Attribute::y));
 	EXPECT_EQ(Px(4.0), Cast<SVGSizeInterface>(svg)->GetHeight());
 
@@ -294,6 +297,16 @@ TEST_F(ElementClasses, PathsKeepTheirCommandsInOrderWithTheEndInTheLastPoint)
 	}
 }
 
+TEST_F(ElementClasses, CopiesOfThoseWithAStateOfTheirOwnKeepWhatAllElementsHave)
+{
+	for (const std::string name : {"path", "use", "text"})
+	{
+		const SVGElementRef element = Make("svg" + name + "element");
+		Must(element->SetId(Text("a")));
+		EXPECT_EQ(Must(CloneObject(element))->GetId(), "a") << name;
+	}
+}
+
 TEST_F(ElementClasses, TextsHaveAFontOfTheirOwn)
 {
 	const SVGElementRef element = Make("svgtextelement");
@@ -325,6 +338,7 @@ TEST_F(ElementClasses, LinksAreDirtyUntilTheyStandForALivingElement)
 	Must(use->SetShadowRoot(target));
 	EXPECT_FALSE(use->IsLinkDirty());
 	EXPECT_FALSE(Must(CloneObject(use))->IsLinkDirty());
+	EXPECT_EQ(Must(CloneObject(use))->GetLink(), "a");
 	Must(use->SetLink(Text("b")));
 	EXPECT_TRUE(use->IsLinkDirty());
 	EXPECT_EQ(use->GetLink(), "b");

@@ -116,6 +116,11 @@ TEST_F(Import, SharedStylesLeaveTheOtherAttributesAsTheyAre)
 	EXPECT_EQ(14, i);
 }
 
+TEST_F(Import, TakesAViewBoxThatIsGivenForGiven)
+{
+	EXPECT_FALSE(Cast<SVGFitToViewboxInterface>(Only("<svg viewBox='0 0 100 100'/>"))->GetViewbox().isDefault);
+}
+
 TEST_F(Import, ReplacesPredefinedAndNumericReferences)
 {
 	const auto idOf = [](const std::string& id)
@@ -173,6 +178,7 @@ TEST_F(Import, BoundsTheNestingBeforeTheParserRecurses)
 	EXPECT_EQ(deep, RefusalOf(Nest(1025)));
 	EXPECT_EQ(deep, RefusalOf(Nest(1024, "<g/>"))) << "a leaf is an element too";
 	EXPECT_EQ(deep, RefusalOf(std::string(Nest(1025)).substr(0, 6 + 3 * 1024))) << "also when nothing is closed";
+	EXPECT_NE(std::string::npos, RefusalOf("<!DOCTYPE svg ]>" + Nest(1025)).find("more than 1024 deep"));
 }
 
 TEST_F(Import, IsNotFooledAboutTheNesting)
@@ -203,12 +209,12 @@ TEST_F(Import, BoundsTheNumberOfNamespacePrefixes)
 {
 	const auto declaring = [](int count)
 	{
-		std::string text = "<svg";
+		std::string text = "<svg id='&amp;'"; // So that the whole of the guard runs.
 		for (int i = 0; i < count; i++)
 			text += " xmlns:p" + std::to_string(i) + "='u'";
 		return text + "/>";
 	};
-	EXPECT_EQ("svg", OutlineOf(declaring(256)));
+	EXPECT_EQ("svg#&", OutlineOf(declaring(256)));
 	const std::string refusal = RefusalOf(declaring(257));
 	EXPECT_TRUE(refusal.ends_with(" Exception parsing svg file. more than 256 namespace prefixes are declared"));
 }
