@@ -17,7 +17,7 @@ inline constexpr double kMaxPixels = 64.0 * 1024 * 1024;
 /// Largest side of a page in points; viewers refuse more.
 inline constexpr double kMaxPageSide = 14400.0;
 /// How deep elements may stand inside each other, references followed. Each level takes a part of the stack.
-inline constexpr int kMaxDepth = 2048;
+inline constexpr int kMaxDepth = 1280;
 /// Bytes of a text that are laid out; the layout's cost for one line grows faster than the line.
 inline constexpr std::size_t kMaxTextBytes = 32768;
 /// Largest size of a text's characters in pixels; the font library gives up somewhat beyond.

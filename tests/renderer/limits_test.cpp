@@ -128,7 +128,7 @@ TEST_F(Limits, NestingBeyondThatIsLeftOut)
 		nests += "<g id='n" + std::to_string(i) + "'>" + Repeat("<g>", 900) + "<use xlink:href='#n" +
 				 std::to_string(i + 1) + "'/>" + Repeat("</g>", 900) + "</g>";
 	}
-	EXPECT_EQ(Lines{"Elements more than 2048 levels deep are left out."},
+	EXPECT_EQ(Lines{"Elements more than 1280 levels deep are left out."},
 			  WarningsOf("<defs>" + nests + "</defs><use xlink:href='#n0'/>"));
 }
 
