@@ -2,6 +2,7 @@
 #include "declaration_reader.h"
 
 #include "bounds.h"
+#include "simple_declarations.h"
 #include "value_scanner.h"
 
 #include <algorithm>
@@ -174,6 +175,9 @@ void ReadDeclarations(std::string_view text, const ReadOptions& options, std::pm
 			options.report->Report({options.source, 0, "The style attribute is too long."});
 		return;
 	}
+	// Longer texts may have more declarations than are kept.
+	if (text.size() < kMaxDeclarations && ReadSimpleDeclarations(text, options.source, declarations))
+		return;
 	Tokenizer tokens(text);
 	DeclarationReader(tokens, options, declarations.size() + kMaxDeclarations, declarations).Read(false);
 }

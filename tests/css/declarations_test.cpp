@@ -44,6 +44,37 @@ TEST(CssDeclarations, AreReadInEveryForm)
 	EXPECT_EQ(Read("").declarations, "");
 }
 
+/// A comment at the end has the tokens read what is read without them otherwise.
+TEST(CssDeclarations, ThatAreSimpleAreReadAlikeWithAndWithoutTokens)
+{
+	for (const std::string text : {"fill:red",
+								   " ; fill : red ;; stroke:none;",
+								   "fill:#ff0000;stroke-width:1.5px",
+								   "a:url(#g) red",
+								   "a:url(#g h);b:c",
+								   "a:rgb(1, 2,3) ;b:rgba(1 2 3);",
+
+								   "a:b)",
+								   "a:(b)",
+								   "a:#url(b c);d:e",
+								   "a:xurl(b c)",
+								   "a:var(--b)",
+								   "-a:b;--c:d;-:e",
+								   "1a:b;c:d",
+								   "a:;b:c",
+								   "a b:c;d:e",
+								   "a",
+								   "a:b:c;d:e",
+								   "A:B",
+								   "a:-1e+5% , 3",
+								   "a:-->;b:c",
+								   "a:{b:c}",
+								   "@a b;c:d",
+								   "a:\r\n b\f;\tc\n:d",
+								   "a:url();b:url( x )"})
+		EXPECT_EQ(Read(text).declarations, Read(text + ";/**/").declarations) << text;
+}
+
 TEST(CssDeclarations, CloseWhatTheEndOfTheTextCutsOff)
 {
 	EXPECT_EQ(Read("a:rgb(1,[2").declarations, "a=rgb(1,[2])");
