@@ -6,6 +6,7 @@
 #include "orvan/host/diagnostic_sink.h"
 #include "orvan/host/memory_files.h"
 #include "orvan/host/module_loader.h"
+#include "svg_import.h"
 #include "vector_icon.h"
 
 #include <benchmark/benchmark.h>
@@ -118,6 +119,22 @@ void LoadDocument(const Url& url)
 	benchmark::DoNotOptimize(document.GetValue()->GetRootElement().GetObject());
 }
 
+/// All that a browser reads, from the bytes as they are.
+void LoadCompletely(const CorpusFile& file)
+{
+	Result<SVGDocumentRef> document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
+	if (!document.IsOk())
+		std::abort();
+	const auto import = Cast<SVGDocumentImportInterface>(document.GetValue());
+	SVGImportOptions options;
+	options.isComplete = true;
+	options.isTolerant = true;
+	if (!import->SetImportOptions(options).IsOk() ||
+		!import->InitFromMemory(file.bytes.data(), static_cast<std::int64_t>(file.bytes.size()), Url()).IsOk())
+		std::abort();
+	benchmark::DoNotOptimize(document.GetValue()->GetRootElement().GetObject());
+}
+
 #ifdef ORVAN_BENCH_LIBRSVG
 void LoadWithLibrsvg(const CorpusFile& file)
 {
@@ -160,6 +177,7 @@ void Register(const Corpus& corpus)
 	const CorpusFile* first = corpus.files.data();
 	add("document",
 		[=](const CorpusFile& file) { LoadDocument((*memoryUrls)[static_cast<std::size_t>(&file - first)]); });
+	add("complete", &LoadCompletely);
 	add("document_from_disk",
 		[=](const CorpusFile& file) { LoadDocument((*diskUrls)[static_cast<std::size_t>(&file - first)]); });
 #ifdef ORVAN_BENCH_LIBRSVG

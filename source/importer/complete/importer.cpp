@@ -18,8 +18,29 @@ namespace
 /// Most values can be told from "inherit", "initial", "unset" and "revert" by their first character.
 bool MayBeWide(std::string_view text) noexcept
 {
-	const std::size_t at = text.find_first_not_of(" \t\r\n\f");
-	return at != text.npos && std::string_view("iIuUrR/").find(text[at]) != std::string_view::npos;
+	for (const char character : text)
+	{
+		switch (character)
+		{
+		case ' ':
+		case '\t':
+		case '\r':
+		case '\n':
+		case '\f':
+			continue;
+		case 'i':
+		case 'I':
+		case 'u':
+		case 'U':
+		case 'r':
+		case 'R':
+		case '/':
+			return true;
+		default:
+			return false;
+		}
+	}
+	return false;
 }
 
 /// Takes the parent's value of a property that is not inherited by itself.
