@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// The corpus: small files with one issue each. Beside each stands the tree that the host program must print for it
-/// (`.json`: the ids in order, and the root), or what is said about it when it is refused (`.error.txt`).
+/// (`.json`: the ids in order, and the root), or what is said about it when it is refused (`.error.txt`). Those of the
+/// complete import, which is tolerant here, may have findings (`.findings.txt`).
 #include "program/program_run.h"
 #include "support/svg_module.h"
 
@@ -20,10 +21,10 @@ std::string ReadFile(const fs::path& path)
 	return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::vector<std::string> FileNames()
+std::vector<std::string> FileNames(const fs::path& folder)
 {
 	std::vector<std::string> names;
-	for (const fs::directory_entry& entry : fs::directory_iterator(ORVAN_CORPUS))
+	for (const fs::directory_entry& entry : fs::directory_iterator(folder))
 	{
 		if (entry.path().extension() == ".svg")
 			names.push_back(entry.path().stem());
@@ -33,6 +34,32 @@ std::vector<std::string> FileNames()
 }
 
 class Corpus : public SvgModuleTest, public testing::WithParamInterface<std::string>
+{
+protected:
+	/// Holds what the program prints against the tree of the corpus; returns what it says about the file.
+	static std::string CompareTree(const std::vector<std::string>& options, const fs::path& base)
+	{
+		const std::string file = base.string() + ".svg";
+		std::vector<std::string> arguments{"tree", "--json", file};
+		arguments.insert(arguments.end(), options.begin(), options.end());
+		const test::ProgramRun run = test::RunProgram(arguments);
+		EXPECT_EQ(0, run.status);
+		json printed = json::parse(run.output);
+		EXPECT_EQ(false, printed["placeholder"]);
+		std::sort(printed["ids"].begin(), printed["ids"].end());
+		printed.erase("url");
+		printed.erase("placeholder");
+		const json expected = json::parse(ReadFile(base.string() + ".json"));
+		EXPECT_EQ(expected, printed) << json::diff(expected, printed).dump(1);
+		std::string findings = run.errors;
+		const std::string prefix = "WARNING: " + file + ':';
+		for (std::size_t at = 0; (at = findings.find(prefix, at)) != std::string::npos;)
+			findings.erase(at, prefix.size());
+		return findings;
+	}
+};
+
+class CompleteCorpus : public Corpus
 {
 };
 
@@ -48,25 +75,25 @@ TEST_P(Corpus, IsReadAsItShouldBe)
 		EXPECT_EQ(refusal, RefusalOf(ReadFile(file)) + '\n');
 		return;
 	}
-	const test::ProgramRun run = test::RunProgram({"tree", "--json", file});
-	EXPECT_EQ(0, run.status);
-	EXPECT_EQ("", run.errors);
-	json printed = json::parse(run.output);
-	EXPECT_EQ(false, printed["placeholder"]);
-	std::sort(printed["ids"].begin(), printed["ids"].end());
-	printed.erase("url");
-	printed.erase("placeholder");
-	const json expected = json::parse(tree);
-	EXPECT_EQ(expected, printed) << json::diff(expected, printed).dump(1);
+	EXPECT_EQ("", CompareTree({}, base));
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(FileNames()),
-						 [](const auto& test)
-						 {
-							 std::string name = test.param;
-							 std::replace(name.begin(), name.end(), '-', '_');
-							 return name;
-						 });
+TEST_P(CompleteCorpus, IsReadAsABrowserReadsIt)
+{
+	const fs::path base = fs::path(ORVAN_CORPUS) / "complete" / GetParam();
+	EXPECT_EQ(ReadFile(base.string() + ".findings.txt"), CompareTree({"--complete", "--tolerant"}, base));
+}
+
+std::string TestName(const testing::TestParamInfo<std::string>& test)
+{
+	std::string name = test.param;
+	std::replace(name.begin(), name.end(), '-', '_');
+	return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(FileNames(ORVAN_CORPUS)), TestName);
+INSTANTIATE_TEST_SUITE_P(Files, CompleteCorpus, testing::ValuesIn(FileNames(fs::path(ORVAN_CORPUS) / "complete")),
+						 TestName);
 
 } // namespace
 } // namespace orvan

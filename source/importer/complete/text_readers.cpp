@@ -166,7 +166,8 @@ Result<Reading> ReadType(const Application& application)
 		: tag == TagOf(SVGImportElementKind::feTurbulence) ? std::span<const Keyword>(kTurbulenceType)
 														   : std::span<const Keyword>(kTransferType);
 	std::int32_t value = 0;
-	return StoreKeyword(application, grammar::complete::ParseExactKeyword(application.text, keywords, value), value);
+	const Parsed parsed = grammar::complete::ParseExactKeyword(application.text, keywords, value);
+	return StoreKeyword(application, parsed, value);
 }
 
 Result<Reading> ReadOperator(const Application& application)
@@ -178,7 +179,8 @@ Result<Reading> ReadOperator(const Application& application)
 												  ? std::span<const Keyword>(kCompositeOperator)
 												  : std::span<const Keyword>(kMorphologyOperator);
 	std::int32_t value = 0;
-	return StoreKeyword(application, grammar::complete::ParseExactKeyword(application.text, keywords, value), value);
+	const Parsed parsed = grammar::complete::ParseExactKeyword(application.text, keywords, value);
+	return StoreKeyword(application, parsed, value);
 }
 
 Result<Reading> ReadXmlSpace(const Application& application)
