@@ -89,12 +89,10 @@ std::string_view Unescape(std::string_view text, Arena& arena)
 	for (std::size_t at = 0; at < text.size();)
 	{
 		const char c = text[at++];
-		if (c == '\0')
+		if (c == '\0' || (c == '\\' && at == text.size()))
 			writer.PutCharacter(0);
 		else if (c != '\\')
 			writer.Put(c);
-		else if (at == text.size())
-			writer.PutCharacter(0);
 		else if (Is(text[at], kHexKind))
 		{
 			std::uint32_t code = 0;

@@ -116,12 +116,10 @@ void Tokenizer::TakeEscape()
 		_at++;
 	if (_at == _end)
 		return;
-	if (digits == 0)
-		_at++; // The first byte of a character that is longer; the others stand in names by themselves.
-	else if (*_at == '\r' && IsAt(_at + 1, '\n'))
+	if (digits != 0 && *_at == '\r' && IsAt(_at + 1, '\n'))
 		_at += 2;
-	else if (Is(*_at, kSpaceKind))
-		_at++;
+	else if (digits == 0 || Is(*_at, kSpaceKind))
+		_at++; // Without digits the first byte of a character; further ones stand in names by themselves.
 }
 
 void Tokenizer::TakeName()
@@ -170,7 +168,7 @@ void Tokenizer::Advance()
 	_current = Token();
 	if (!SkipComments())
 	{
-		_current.text = {_end, 0};
+		_current.text = std::string_view(_end, _end);
 		return;
 	}
 	const char* const start = _at;

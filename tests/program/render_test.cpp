@@ -108,8 +108,9 @@ TEST(RenderCommand, DrawsSeveralFilesIntoAFolder)
 	const TemporaryFolder folder;
 	const std::string pictures = folder.GetPath() / "new/pictures/";
 	const std::string refused = folder.Write("refused.svg", "<svg>");
-	const ProgramRun run = RunProgram({"render", kSample, refused, ORVAN_EXAMPLES "/lamp.svg", "-", "-o", pictures},
-									  {.input = ReadFile(kSample)});
+	const std::string lamp = ORVAN_EXAMPLES "/lamp.svg";
+	const ProgramRun run =
+		RunProgram({"render", kSample, refused, lamp, "-", "-o", pictures}, {.input = ReadFile(kSample)});
 	EXPECT_EQ(run.status, 1);
 	EXPECT_EQ(run.errors.find(refused + ":1:"), 0) << run.errors;
 	EXPECT_EQ(FirstBytes(pictures + "lamp.png", 4), "\x89PNG");

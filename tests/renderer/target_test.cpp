@@ -77,17 +77,17 @@ TEST_F(Target, AnOutermostElementIsFittedIntoTheSizeAskedFor)
 
 TEST_F(Target, PicturesCanBeMadeInMemoryOfTheCallers)
 {
-	constexpr int kStride = 112 * 4;
+	constexpr std::int32_t kStride = 448; // 112 pixels.
 	const SVGDocumentRef document = Load(Document("<rect width='100' height='50' fill='#00f'/>"));
-	std::vector<std::uint32_t> memory(112 * 100, 0x12345678);
+	std::vector<std::uint32_t> memory(11200, 0x12345678); // 112 a row, 100 rows.
 	auto* const pixels = reinterpret_cast<unsigned char*>(memory.data());
 	const DrawnPicture down(document, {.pixels = pixels, .stride = kStride});
 	EXPECT_EQ(pixels, down.GetPixels().data);
 	EXPECT_EQ("0000ff", down.At(99, 49));
 	EXPECT_EQ("none", down.At(99, 50));
 	EXPECT_EQ(0x12345678u, memory[100]); // What lies between the rows is not touched.
-	const DrawnPicture up(document, {.pixels = pixels + 99 * kStride, .stride = -kStride});
-	EXPECT_EQ(0xff0000ffu, memory[99 * 112]);
+	const DrawnPicture up(document, {.pixels = pixels + std::ptrdiff_t{99} * kStride, .stride = -kStride});
+	EXPECT_EQ(0xff0000ffu, memory[std::size_t{99} * 112]);
 	EXPECT_EQ(0u, memory[0]);
 	EXPECT_EQ("Pixels 396 bytes apart from row to row cannot hold rows of 100 pixels.",
 			  MessageOf(MakeTarget()->Begin(document, {.pixels = pixels, .stride = 396})));

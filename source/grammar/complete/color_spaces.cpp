@@ -147,7 +147,10 @@ constexpr ColorSpace kSpaces[]{
 
 Components HslToSrgb(const Components& hsl) noexcept
 {
-	const auto [hue, saturation, lightness] = hsl;
+	// Not a structured binding, which lambdas cannot capture with every compiler.
+	const double hue = hsl[0];
+	const double saturation = hsl[1];
+	const double lightness = hsl[2];
 	const double reach = saturation * std::min(lightness, 1 - lightness);
 	const auto channel = [hue, lightness, reach](double offset)
 	{
@@ -160,7 +163,9 @@ Components HslToSrgb(const Components& hsl) noexcept
 
 Components HwbToSrgb(const Components& hwb) noexcept
 {
-	const auto [hue, white, black] = hwb;
+	const double hue = hwb[0];
+	const double white = hwb[1];
+	const double black = hwb[2];
 	if (white + black >= 1)
 		return Map({1, 1, 1}, [gray = white / (white + black)](double value) { return value * gray; });
 	return Map(HslToSrgb({hue, 1, 0.5}), [white, black](double value) { return value * (1 - white - black) + white; });

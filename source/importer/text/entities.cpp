@@ -32,7 +32,7 @@ std::string_view FindSubset(std::string_view text) noexcept
 		else
 		{
 			const std::size_t open = rest.find_first_of("[>");
-			const std::size_t close = open == rest.npos || rest[open] == '>' ? rest.npos : rest.find("]", open);
+			const std::size_t close = open == rest.npos || rest[open] == '>' ? rest.npos : rest.find(']', open);
 			// The last bracket before the end: values may hold some.
 			std::size_t last = close;
 			while (last != rest.npos)
@@ -64,7 +64,7 @@ public:
 	{
 		while (true)
 		{
-			const std::size_t at = _rest.find("<");
+			const std::size_t at = _rest.find('<');
 			if (at == _rest.npos)
 				return false;
 			_rest.remove_prefix(at);
