@@ -142,7 +142,8 @@ protected:
 
 TEST_F(CompleteImport, IsTolerantAndCompleteIndependently)
 {
-	constexpr std::string_view kText = "<svg><rect id='r' fill='nonsense' style='stroke:#0f08;opacity:.5'/></svg>";
+	static constexpr std::string_view kText =
+		"<svg><rect id='r' fill='nonsense' style='stroke:#0f08;opacity:.5'/></svg>";
 	const auto load = [](bool isTolerant, bool isComplete)
 	{
 		return LoadWith(kText, Options(isTolerant, isComplete));
