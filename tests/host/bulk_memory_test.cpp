@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "runtime/bulk_memory.h"
 
+#include "orvan/host/allocation_failure.h"
+#include "runtime/memory.h"
+
 #include <cstring>
 #include <gtest/gtest.h>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -141,8 +145,28 @@ TEST(BulkMemory, StartsOverWhenAllBlocksAreFreed)
 	FreeInBulk(other);
 }
 
+TEST(BulkMemory, LetsBlocksGrowOutOfIt)
+{
+	const auto blocks = CountAllocations();
+	BeginBulk();
+	auto* text = static_cast<char*>(Reallocate(nullptr, 100));
+	std::memset(text, 1, 100);
+	void* behind = Allocate(16); // So that it cannot grow where it stands.
+	for (std::size_t size = 200; size <= 200'000; size *= 10)
+	{
+		text = static_cast<char*>(Reallocate(text, size));
+		EXPECT_TRUE(HoldsOnly(text, 100, 1)) << size;
+		Free(std::exchange(behind, Allocate(16)));
+	}
+	EndBulk();
+	Free(text);
+	Free(behind);
+	EXPECT_EQ(blocks, CountAllocations());
+}
+
 TEST(BulkMemory, TakesBlocksBackFromOtherThreads)
 {
+	std::set<std::uintptr_t> chunks;
 	for (int round = 0; round < 20; round++)
 	{
 		std::vector<char*> blocks;
@@ -155,6 +179,8 @@ TEST(BulkMemory, TakesBlocksBackFromOtherThreads)
 				EndBulk();
 			});
 		maker.join();
+		for (const char* block : blocks)
+			chunks.insert(reinterpret_cast<std::uintptr_t>(block) / detail::kChunkSize);
 		const auto release = [&blocks](std::size_t from)
 		{
 			for (std::size_t i = from; i < blocks.size(); i += 2)
@@ -167,6 +193,7 @@ TEST(BulkMemory, TakesBlocksBackFromOtherThreads)
 		release(0);
 		odd.join();
 	}
+	EXPECT_LT(chunks.size(), 20u) << "chunks are used again; without that it would be eighty";
 }
 
 } // namespace

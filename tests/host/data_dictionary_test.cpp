@@ -153,20 +153,30 @@ TEST(DataDictionary, GivesBackWhatIsRemovedAndLeavesCopiesAlone)
 						 }))
 			<< "the copied block, large value and array";
 		// Again and again in the room of one, among values of all kinds: the block must not grow.
-		Must(dictionary.Set(1, 0.25));
-		const DataDictionary::Entry* entries = dictionary.begin();
-		for (int round = 0; round < 100; round++)
+		for (int round = 0; round < 300; round++)
 		{
-			Must(dictionary.Remove(1));
-			Must(dictionary.Set(1, Float(round)));
+			dictionary = round % 100 == 50 ? DataDictionary(original) : dictionary;
+			for (const std::int32_t key : {1, 4})
+			{
+				if (round % 3 != 0)
+					Must(dictionary.Remove(key));
+				Must(round % 2 == 0 ? dictionary.Set(key, Float(round)) : dictionary.Set(key, Color{}));
+			}
+			const DataDictionary copy = dictionary; // So that each round works on a clone.
+			Must(dictionary.Set(3, Numbers({1, 2})));
 		}
-		EXPECT_EQ(entries, dictionary.begin());
+		const auto* block = reinterpret_cast<const DictionaryBlock*>(dictionary.begin()) - 1;
+		EXPECT_LT(block->blockSize, 500u) << "the room of what was removed or replaced is used again";
 		for (const std::int32_t key : {2, 4, 3, 1})
 			EXPECT_TRUE(Must(dictionary.Remove(key)));
 		EXPECT_TRUE(dictionary.IsSameObject(DataDictionary())) << "an empty dictionary takes no memory";
 		EXPECT_EQ(0.5, original.GetOr(1, 0.0));
 		EXPECT_EQ((std::vector<std::int32_t>{1, 2, 3, 4}), Keys(original));
 		EXPECT_EQ(live + 1, FindDataType<String>()->liveValues.load());
+	}
+	{
+		DataDictionary texts; // Whose one owner stands inside.
+		Must(texts.Set(1, Text("text")));
 	}
 	EXPECT_EQ(live, FindDataType<String>()->liveValues.load());
 	EXPECT_EQ(allocations, CountAllocations());
@@ -176,6 +186,7 @@ TEST(DataDictionary, IsAsItWasAfterAFailedWrite)
 {
 	const DataDictionary shared = MixedDictionary();
 	const auto live = FindDataType<String>()->liveValues.load();
+	const auto blocks = CountAllocations();
 	const int allocations = FailEachAllocation(
 		[&]
 		{
@@ -188,6 +199,7 @@ TEST(DataDictionary, IsAsItWasAfterAFailedWrite)
 	EXPECT_EQ(5, allocations) << "the copied block, large value and array, the new value, and room for a fifth entry";
 	EXPECT_EQ(live, FindDataType<String>()->liveValues.load());
 	EXPECT_FALSE(shared.Has(5));
+	EXPECT_EQ(blocks, CountAllocations());
 }
 
 TEST(DataDictionary, TakesAndGivesValuesOfAnyType)

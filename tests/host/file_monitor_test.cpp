@@ -204,6 +204,39 @@ TEST_F(FileMonitor, CountsWhatHasChangedSinceTheLoadAsAChange)
 	EXPECT_EQ(0u, Must(Url::Create("memory:a.svg")).GetStamp().changed);
 }
 
+TEST_F(FileMonitor, TellsStampsApart)
+{
+	const FileStamp stamp{1, 2, 3, 4, 5};
+	EXPECT_FALSE(stamp.MayDifferFrom(stamp));
+	for (const FileStamp& other : {FileStamp{9, 2, 3, 4, 5}, FileStamp{1, 9, 3, 4, 5}, FileStamp{1, 2, 9, 4, 5},
+								   FileStamp{1, 2, 3, 9, 5}, FileStamp{1, 2, 3, 4, 9}})
+		EXPECT_TRUE(stamp.MayDifferFrom(other));
+	EXPECT_TRUE(stamp.MayDifferFrom({1, 2, 3, 4, 5, true})) << "a later change may not show";
+	EXPECT_FALSE(StampOf(file).isUncertain);
+	bool isUncertain = false;
+	for (int i = 0; i < 100 && !isUncertain; i++) // The two steps may lie apart on a busy machine.
+	{
+		WriteFile(file, "two");
+		isUncertain = StampOf(file).isUncertain;
+	}
+	EXPECT_TRUE(isUncertain);
+}
+
+TEST_F(FileMonitor, FollowsLinksHoweverTheyAreWritten)
+{
+	fs::create_directories(folder / "far/deep");
+	fs::create_symlink(folder / "far/deep/a.svg", folder / "1"); // Absolute.
+	fs::create_symlink("../../2", folder / "far/deep/a.svg");
+	fs::create_symlink("./far/../3", folder / "2");
+	fs::create_symlink("a.svg", folder / "3");
+	Watcher watcher(folder / "1");
+	Watcher dotted(folder / "far/deep/../../a.svg");
+	WriteFile(file, "two");
+	PumpUntilQuiet();
+	EXPECT_EQ(1, watcher.reports);
+	EXPECT_EQ(1, dotted.reports);
+}
+
 TEST_F(FileMonitor, TellsTheHostWhatWasDoneForWhichObject)
 {
 	struct Line
@@ -363,6 +396,14 @@ TEST_F(FileMonitor, ReportsAFileThatIsWrittenWithoutEndNowAndThen)
 	out.close();
 	PumpUntilQuiet();
 	EXPECT_EQ(3, watcher.reports);
+	// Nor may one that is replaced without end keep its report waiting.
+	for (int i = 0; watcher.reports == 3 && i < 500; i++)
+	{
+		WriteFile(folder / "new", std::to_string(i));
+		fs::rename(folder / "new", file);
+		FileMonitorPump::Wait(10);
+	}
+	EXPECT_EQ(4, watcher.reports);
 }
 
 TEST_F(FileMonitor, FollowsLinksThatAreReplacedAndTheirTargets)

@@ -106,8 +106,10 @@ TEST_F(Objects, ReportWantOfMemoryAndLeaveNothingBehind)
 	IgnoreResult(CreateObject<CounterInterface>(kCounterClass)); // Makes the host's record of the class.
 	FailEachAllocation([] { return CreateObject<CounterInterface>(kCounterClass); });
 	const CounterRef counter = Must(CreateObject<CounterInterface>(kCounterClass));
+	const auto blocks = CountAllocations();
 	EXPECT_EQ(2, FailEachAllocation([&] { return CloneObject(counter); }));
 	EXPECT_EQ(1, runtime::CountLiveObjects(kCounter));
+	EXPECT_EQ(blocks, CountAllocations());
 }
 
 TEST_F(Objects, AreCopiedWithTheirState)
@@ -123,6 +125,10 @@ TEST_F(Objects, AreCopiedWithTheirState)
 TEST_F(Objects, AreLostToWeakReferencesWhenTheLastStrongOneGoes)
 {
 	CounterRef counter = Must(CreateObject<CounterInterface>(kCounterClass));
+	const auto blocks = CountAllocations();
+	for (int round = 0; round < 2; round++) // The second time nothing of the first is left.
+		EXPECT_TRUE(Must(WeakRef::To(counter.GetObject())).Lock());
+	EXPECT_EQ(blocks, CountAllocations());
 	const WeakRef first = Must(WeakRef::To(counter.GetObject()));
 	{
 		const WeakRef second = Must(WeakRef::To(counter.GetObject()));

@@ -67,6 +67,8 @@ TEST_F(Urls, DecodeEveryWayToWriteAPath)
 								   "file://" + encoded + "#layer", "file://" + encoded + "?x#y"})
 		EXPECT_EQ("content", ReadAll(UrlOf(url))) << url;
 	EXPECT_EQ("content", ReadAll(UrlOfPath(path)));
+	WriteFile(folder / "a ", "at the end");
+	EXPECT_EQ("at the end", ReadAll(UrlOf("file://" + (folder / "a%20").string())));
 }
 
 TEST_F(Urls, TakeRelativePathsFromTheWorkingFolderAtTheTimeOfUse)
