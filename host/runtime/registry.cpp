@@ -59,6 +59,8 @@ struct ClassRecord : ClassInfo
 struct DataTypeRecord : DataType
 {
 	Providers<DataTypeOperations> providers;
+	DataTypeRecord* arrays =
+		nullptr; ///< Of the type's arrays, once they were registered: withdrawing allocates nothing.
 };
 
 struct InterfaceRecord
@@ -203,40 +205,35 @@ bool HaveEqualLayout(const DataType& type, const DataTypeOperations& operations)
 
 /// Registers the operations of one id. What is wrong with them is found before anything is written: a record that is in
 /// use decides how the values of the type are copied and released.
-Result<void> AddOperations(const char* id, const DataTypeOperations& operations, Ownership ownership) noexcept
+Result<void> AddOperations(DataTypeRecord& type, const DataTypeOperations& operations, Ownership ownership) noexcept
 {
-	DataTypeRecord* type = Intern(&Registry::dataTypes, id);
-	if (type == nullptr)
-		return OutOfMemoryError();
 	const std::unique_lock lock(TheRegistry().mutex);
-	const bool isSame = HaveEqualLayout(*type, operations);
-	if (type->operations.load() != nullptr && (ownership == Ownership::single || !isSame))
-		return IllegalStateError("Data type '@' is already registered.", id);
+	const bool isSame = HaveEqualLayout(type, operations);
+	if (type.operations.load() != nullptr && (ownership == Ownership::single || !isSame))
+		return IllegalStateError("Data type '@' is already registered.", type.id);
 	// Values that are dropped without their operations are not counted: some may outlive the module that they were of.
-	if (type->size != 0 && type->isTrivial && !isSame)
-		return IllegalStateError("Data type '@' was registered with another layout before.", id);
-	ORVAN_TRY(type->providers.Add(operations));
-	type->size = operations.size;
-	type->alignment = operations.alignment;
-	type->isTrivial = operations.isTrivial;
-	type->operations.store(type->providers.GetFirst());
+	if (type.size != 0 && type.isTrivial && !isSame)
+		return IllegalStateError("Data type '@' was registered with another layout before.", type.id);
+	ORVAN_TRY(type.providers.Add(operations));
+	type.size = operations.size;
+	type.alignment = operations.alignment;
+	type.isTrivial = operations.isTrivial;
+	type.operations.store(type.providers.GetFirst());
 	return {};
 }
 
-void RemoveOperations(std::string_view id, const DataTypeOperations& operations) noexcept
+void RemoveOperations(DataTypeRecord& type, const DataTypeOperations& operations) noexcept
 {
-	DataTypeRecord* type = Intern(&Registry::dataTypes, id);
 	const std::unique_lock lock(TheRegistry().mutex);
-	if (type != nullptr && type->providers.Remove(operations))
-		type->operations.store(type->providers.GetFirst());
+	if (type.providers.Remove(operations))
+		type.operations.store(type.providers.GetFirst());
 }
 
 /// Values of a type that need just these operations.
-std::int64_t CountValues(std::string_view id, const DataTypeOperations& operations) noexcept
+std::int64_t CountValues(const DataTypeRecord& type, const DataTypeOperations& operations) noexcept
 {
-	const DataTypeRecord* type = Intern(&Registry::dataTypes, id);
-	const bool isNeeded = type != nullptr && type->providers.GetFirst() == &operations && !type->providers.IsShared();
-	return isNeeded ? type->liveValues.load(std::memory_order_acquire) : 0;
+	const bool isNeeded = type.providers.GetFirst() == &operations && !type.providers.IsShared();
+	return isNeeded ? type.liveValues.load(std::memory_order_acquire) : 0;
 }
 
 /// The id of the arrays of a data type; empty when memory runs out.
@@ -365,25 +362,30 @@ void RemoveClass(const ClassDeclaration& declaration) noexcept
 
 Result<void> AddDataType(const DataTypeDeclaration& declaration, Ownership ownership) noexcept
 {
+	const DataTypeOperations& operations = *declaration.operations;
 	const String arrayId = ArrayId(declaration.id);
-	if (arrayId.IsEmpty())
+	DataTypeRecord* type = Intern(&Registry::dataTypes, declaration.id);
+	DataTypeRecord* arrays = arrayId.IsEmpty() ? nullptr : Intern(&Registry::dataTypes, arrayId);
+	if (type == nullptr || arrays == nullptr)
 		return OutOfMemoryError();
-	ORVAN_TRY(AddOperations(declaration.id, *declaration.operations, ownership));
-	if (declaration.operations->array == nullptr)
-		return {};
-	Result<void> added = AddOperations(arrayId.CString(), *declaration.operations->array, ownership);
+	ORVAN_TRY(AddOperations(*type, operations, ownership));
+	type->arrays = arrays;
+	Result<void> added =
+		operations.array != nullptr ? AddOperations(*arrays, *operations.array, ownership) : Result<void>();
 	if (!added.IsOk())
-		RemoveOperations(declaration.id, *declaration.operations);
+		RemoveOperations(*type, operations);
 	return added;
 }
 
 void RemoveDataType(const DataTypeDeclaration& declaration) noexcept
 {
-	RemoveOperations(declaration.id, *declaration.operations);
-	if (declaration.operations->array == nullptr)
+	const DataTypeOperations& operations = *declaration.operations;
+	DataTypeRecord* type = Intern(&Registry::dataTypes, declaration.id);
+	if (type == nullptr)
 		return;
-	if (const String arrayId = ArrayId(declaration.id); !arrayId.IsEmpty())
-		RemoveOperations(arrayId, *declaration.operations->array);
+	RemoveOperations(*type, operations);
+	if (type->arrays != nullptr && operations.array != nullptr)
+		RemoveOperations(*type->arrays, *operations.array);
 }
 
 Result<void> AddFramework(const FrameworkDeclaration& declaration) noexcept
@@ -421,10 +423,13 @@ std::int64_t CountLiveObjects(const ClassDeclaration& declaration) noexcept
 
 std::int64_t CountLiveValues(const DataTypeDeclaration& declaration) noexcept
 {
-	std::int64_t count = CountValues(declaration.id, *declaration.operations);
-	const String arrayId = ArrayId(declaration.id);
-	if (declaration.operations->array != nullptr && !arrayId.IsEmpty())
-		count += CountValues(arrayId, *declaration.operations->array);
+	const DataTypeOperations& operations = *declaration.operations;
+	const DataTypeRecord* type = Intern(&Registry::dataTypes, declaration.id);
+	if (type == nullptr)
+		return 0;
+	std::int64_t count = CountValues(*type, operations);
+	if (type->arrays != nullptr && operations.array != nullptr)
+		count += CountValues(*type->arrays, *operations.array);
 	return count;
 }
 

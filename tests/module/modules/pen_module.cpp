@@ -37,6 +37,9 @@ constexpr const char* kHeaders[] = {"pen"};
 constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.test.pen.framework", FrameworkDeclaration::Role::defined, kHeaders, std::size(kHeaders)},
 	{"net.orvan.svg.framework", FrameworkDeclaration::Role::used, nullptr, 0},
+	// The host's, and one that each of these modules also defines: neither keeps another one loaded.
+	{"net.orvan.core.framework", FrameworkDeclaration::Role::used, nullptr, 0},
+	{"net.orvan.test.pen.framework", FrameworkDeclaration::Role::used, nullptr, 0},
 };
 constexpr ClassDeclaration kOwn = DeclareClass<Pen, Implements<PenInterface, Pen>>("net.orvan.test.class." ORVAN_NAME);
 constexpr ClassDeclaration kContext = DeclareClass<Pen, Implements<PenInterface, Pen>>(kSVGContextClass);
@@ -48,6 +51,8 @@ const RegistrationEntry entries[] = {
 	{Kind::module, "net.orvan.test." ORVAN_NAME},
 	kFrameworks[0],
 	kFrameworks[1],
+	kFrameworks[2],
+	kFrameworks[3],
 	kOwn,
 	kContext,
 #ifdef ORVAN_FLAW
