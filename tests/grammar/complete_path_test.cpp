@@ -77,6 +77,26 @@ TEST(CompletePath, FlagsRunTogetherAndRadiiHaveNoSign)
 		EXPECT_TRUE(PathOf(text).starts_with("M0,0 !")) << text;
 }
 
+// Arcs of many lengths, so that what is seen ahead ends at every place of one.
+TEST(CompletePath, ArcsAreTheSameWhereverTheyStand)
+{
+	std::string dense = "M0 0";
+	std::string wide = "M0 0";
+	for (int i = 0; i != 300; ++i)
+	{
+		const std::string radius =
+			"5" + std::string(i % 7 == 0 ? 0 : 1, '.') + std::string(static_cast<std::size_t>(i % 7), '2');
+		const std::string flags = i % 3 == 0 ? "01" : "10";
+		const std::string gap(static_cast<std::size_t>(i % 2), ' ');
+		const std::string end = i % 5 == 0 ? ".5" : std::to_string(i % 11 + 1);
+		dense += "a" + radius + " 4 0 " + flags[0] + gap + flags[1] + (i % 4 == 0 ? " " : "") + end + "-3";
+		// Three blanks are more than is seen ahead.
+		wide += "a   " + radius + "   4   0   " + flags[0] + "   " + flags[1] + "   " + end + "   -3";
+	}
+	EXPECT_EQ(PathOf(dense), PathOf(wide));
+	EXPECT_EQ(PathOf(dense).find('!'), std::string::npos);
+}
+
 /// Checks the cubics of arcs on the unit circle around `centerX`, `centerY`, stretched and turned.
 struct ArcChecker final : PathSink
 {

@@ -477,8 +477,9 @@ TEST(CompleteTransforms, PropertiesHaveUnitsAndPercentages)
 	EXPECT_EQ(PropertyTransform("None"), "1 0 0 1 0 0");
 	ExpectAll(PropertyTransform,
 			  {"", "translate(5)", "translate(5px 6px)", "rotate(30)", "scale(2 3)", "matrix(1 0 0 1 5 6)",
-			   "matrix(1,0,0,1,5px,6px)", "translate(1px),scale(2)", "translate3d(1px,2px,3%)", "translateX(1px,2px)",
-			   "rotate(30deg,1,2)", "none none", "foo(1)", "translate (1px)", "scale()", "translate(1px,)"},
+			   "matrix(1,2)", "translate3d(1px)", "matrix(1,0,0,1,5px,6px)", "translate(1px),scale(2)",
+			   "translate3d(1px,2px,3%)", "translateX(1px,2px)", "rotate(30deg,1,2)", "none none", "foo(1)",
+			   "translate (1px)", "scale()", "translate(1px,)"},
 			  kRefused);
 }
 

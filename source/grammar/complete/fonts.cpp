@@ -176,15 +176,9 @@ bool TakeFontOptions(ValueCursor& cursor, Font& font) noexcept
 			 [&]
 			 {
 				 FontWeight weight;
-				 // A number that is followed by a unit or a slash is the size.
-				 const char* const before = cursor.At();
+				 // A number with a unit is the size and no weight.
 				 if (!TakeWeight(cursor, weight))
 					 return false;
-				 if (cursor.IsAtEnd() || cursor.Peek() == '/')
-				 {
-					 cursor.MoveTo(before);
-					 return false;
-				 }
 				 font.weight = weight;
 				 return true;
 			 });
