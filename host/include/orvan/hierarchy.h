@@ -66,25 +66,8 @@ public:
 		if (!parent)
 			return NullReferenceError("The parent to insert under is an empty reference.");
 		auto* newParent = static_cast<HierarchyObject*>(parent.GetObject());
-		if (newParent == this)
-			return IllegalArgumentError("An object cannot become its own child.");
-		if (_firstChild != nullptr)
-		{
-			for (const HierarchyObject* at = newParent; at != nullptr; at = at->_parent)
-			{
-				if (at == this)
-					return IllegalArgumentError("An object cannot become a child of an object below it.");
-			}
-		}
-		AddReference();
-		Unlink();
-		_parent = newParent;
-		_previous = newParent->_lastChild;
-		(_previous != nullptr ? _previous->_next : newParent->_firstChild) = this;
-		newParent->_lastChild = this;
-		NotifyParentChanged();
-		if (const auto notify = newParent->GetClass().declaration.load(std::memory_order_relaxed)->childAdded)
-			notify(newParent, this);
+		ORVAN_TRY(CheckParent(*newParent));
+		Place(newParent, nullptr);
 		return {};
 	}
 
@@ -127,6 +110,18 @@ public:
 
 	// The uncounted links, for implementation classes that walk their own trees.
 
+	/// The previous child of the same parent; null for the first and for a root.
+	HierarchyObject* PreviousSibling() const noexcept
+	{
+		return _previous;
+	}
+
+	/// The last child; null when there is none.
+	HierarchyObject* LastChild() const noexcept
+	{
+		return _lastChild;
+	}
+
 	/// The parent; null for a root.
 	HierarchyObject* Parent() const noexcept
 	{
@@ -143,6 +138,51 @@ public:
 	HierarchyObject* NextSibling() const noexcept
 	{
 		return _next;
+	}
+
+	// Changing the links, for implementation classes that keep account of it.
+
+	/// Whether the object may become a child of `parent`: not when that is the object itself or stands below it.
+	Result<void> CheckParent(const HierarchyObject& parent) const noexcept
+	{
+		if (&parent == this)
+			return IllegalArgumentError("An object cannot become its own child.");
+		if (_firstChild != nullptr)
+		{
+			for (const HierarchyObject* at = &parent; at != nullptr; at = at->_parent)
+			{
+				if (at == this)
+					return IllegalArgumentError("An object cannot become a child of an object below it.");
+			}
+		}
+		return {};
+	}
+
+	/// Takes the object out of where it is and makes it the child of `parent`, which `CheckParent` allows, before
+	/// `next`, a child of that parent and another object, or as the last one when `next` is null. A null parent makes
+	/// it a root, which may destroy it.
+	void Place(HierarchyObject* parent, HierarchyObject* next) noexcept
+	{
+		if (parent == nullptr)
+		{
+			if (_parent == nullptr)
+				return;
+			AddReference();
+			Unlink();
+			NotifyParentChanged();
+			ReleaseReference();
+			return;
+		}
+		AddReference();
+		Unlink();
+		_parent = parent;
+		_next = next;
+		_previous = next != nullptr ? next->_previous : parent->_lastChild;
+		(_previous != nullptr ? _previous->_next : parent->_firstChild) = this;
+		(_next != nullptr ? _next->_previous : parent->_lastChild) = this;
+		NotifyParentChanged();
+		if (const auto notify = parent->GetClass().declaration.load(std::memory_order_relaxed)->childAdded)
+			notify(parent, this);
 	}
 
 private:
