@@ -301,45 +301,155 @@ TEST_F(CompleteImport, MakesElementsOfAllKinds)
 	EXPECT_EQ("A a<b", Must(CloneObject(Cast<SVGDescriptionInterface>(loaded["title"])))->GetText());
 }
 
-TEST_F(CompleteImport, GivesTheNewElementsTheirInitialValues)
+/// Sets a property away from its initial value, and looks where it went. `kind` is the element's, "marker" for example.
+template <typename Interface, typename Given, typename Got>
+void ExpectKept(const std::string& kind, Result<void> (Interface::*set)(Given) const, Got (Interface::*get)() const,
+				const Got& initial, const Got& value, SVGImportAttribute key)
 {
+	const auto element =
+		Must(CreateObject<SVGElementInterface>(("net.orvan.image.class.svg" + kind + "element").c_str()));
+	const auto object = Cast<Interface>(element);
+	SCOPED_TRACE(kind + " " + std::to_string(static_cast<int>(key)));
+	EXPECT_TRUE(initial == (object.operator->()->*get)());
+	EXPECT_FALSE(element->HasAttribute(key));
+	Must((object.operator->()->*set)(value));
+	EXPECT_TRUE(value == (object.operator->()->*get)());
+	EXPECT_TRUE(element->HasAttribute(key));
+	const auto copy = Cast<Interface>(Must(CloneObject(element)));
+	EXPECT_TRUE(value == (copy.operator->()->*get)());
+}
+
+TEST_F(CompleteImport, ElementsHaveInitialValuesAndKeepWhatIsSet)
+{
+	using M = SVGMarkerElementInterface;
+	using P = SVGPatternElementInterface;
+	using F = SVGFilterElementInterface;
+	using E = SVGFilterPrimitiveInterface;
+	constexpr SVGLength kZero{0.0, SVGLengthUnit::number};
+	constexpr SVGLength kThree{3.0, SVGLengthUnit::number};
+	constexpr SVGLength kOther{5.0, SVGLengthUnit::mm};
+	const String nothing, name = Text("name");
+	ExpectKept("marker", &M::SetRefX, &M::GetRefX, kZero, kOther, Attribute::refX);
+	ExpectKept("marker", &M::SetRefY, &M::GetRefY, kZero, kOther, Attribute::refY);
+	ExpectKept("marker", &M::SetMarkerWidth, &M::GetMarkerWidth, kThree, kOther, Attribute::markerWidth);
+	ExpectKept("marker", &M::SetMarkerHeight, &M::GetMarkerHeight, kThree, kOther, Attribute::markerHeight);
+	ExpectKept("marker", &M::SetMarkerUnits, &M::GetMarkerUnits, SVGMarkerUnits::strokeWidth,
+			   SVGMarkerUnits::userSpaceOnUse, Attribute::markerUnits);
+	ExpectKept("pattern", &P::SetPatternUnits, &P::GetPatternUnits, SVGUnits::objectBoundingBox,
+			   SVGUnits::userSpaceOnUse, Attribute::patternUnits);
+	ExpectKept("pattern", &P::SetPatternContentUnits, &P::GetPatternContentUnits, SVGUnits::userSpaceOnUse,
+			   SVGUnits::objectBoundingBox, Attribute::patternContentUnits);
+	ExpectKept("pattern", &P::SetPatternTransform, &P::GetPatternTransform, Matrix2d(),
+			   Matrix2d{{4.0, 5.0}, {2.0, 0.0}, {0.0, 3.0}}, Attribute::patternTransform);
+	ExpectKept("filter", &F::SetFilterUnits, &F::GetFilterUnits, SVGUnits::objectBoundingBox, SVGUnits::userSpaceOnUse,
+			   Attribute::filterUnits);
+	ExpectKept("filter", &F::SetPrimitiveUnits, &F::GetPrimitiveUnits, SVGUnits::userSpaceOnUse,
+			   SVGUnits::objectBoundingBox, Attribute::primitiveUnits);
+	ExpectKept("feblend", &E::SetInput, &E::GetInput, nothing, name, Attribute::in);
+	ExpectKept("feblend", &E::SetSecondInput, &E::GetSecondInput, nothing, name, Attribute::in2);
+	ExpectKept("feblend", &E::SetResult, &E::GetResult, nothing, name, Attribute::result);
+	ExpectKept("anchor", &SVGAnchorElementInterface::SetTarget, &SVGAnchorElementInterface::GetTarget, nothing, name,
+			   Attribute::target);
+	ExpectKept("textpath", &SVGTextPathElementInterface::SetStartOffset, &SVGTextPathElementInterface::GetStartOffset,
+			   kZero, kOther, Attribute::startOffset);
+
 	const auto marker = Make<SVGMarkerElementInterface>("svgmarkerelement");
-	EXPECT_EQ(3.0, marker->GetMarkerWidth().value);
-	EXPECT_EQ(3.0, marker->GetMarkerHeight().value);
-	EXPECT_EQ(0.0, marker->GetRefX().value + marker->GetRefY().value);
-	EXPECT_EQ(SVGMarkerUnits::strokeWidth, marker->GetMarkerUnits());
-	Must(marker->SetRefX({5.0, SVGLengthUnit::mm}));
-	Must(marker->SetMarkerUnits(SVGMarkerUnits::userSpaceOnUse));
-	EXPECT_EQ((SVGLength{5.0, SVGLengthUnit::mm}), Must(CloneObject(marker))->GetRefX());
-	EXPECT_EQ(SVGMarkerUnits::userSpaceOnUse, marker->GetMarkerUnits());
+	EXPECT_EQ(0.0, marker->GetOrient().angle);
+	Must(marker->SetOrient({SVGOrientType::autoStartReverse, 30.0}));
+	EXPECT_EQ(SVGOrientType::autoStartReverse, marker->GetOrient().type);
+	EXPECT_EQ(30.0, marker->GetOrient().angle);
 
-	const auto pattern = Make<SVGPatternElementInterface>("svgpatternelement");
-	EXPECT_EQ(SVGUnits::objectBoundingBox, pattern->GetPatternUnits());
-	EXPECT_EQ(SVGUnits::userSpaceOnUse, pattern->GetPatternContentUnits());
-	EXPECT_EQ(Matrix2d(), pattern->GetPatternTransform());
-	Must(pattern->SetPatternUnits(SVGUnits::userSpaceOnUse));
-	EXPECT_EQ(SVGUnits::userSpaceOnUse, pattern->GetPatternUnits());
-	EXPECT_EQ(SVGUnits::userSpaceOnUse, pattern->GetPatternContentUnits());
+	const auto image = Make<SVGImageElementInterface>("svgimageelement");
+	EXPECT_EQ(SVGAlign::xMidYMid, image->GetPreserveAspectRatio().align);
+	Must(image->SetPreserveAspectRatio({SVGAlign::xMaxYMin, SVGMeetOrSlice::slice}));
+	EXPECT_EQ(SVGAlign::xMaxYMin, image->GetPreserveAspectRatio().align);
+	EXPECT_EQ(SVGMeetOrSlice::slice, image->GetPreserveAspectRatio().meetOrSlice);
 
-	const auto filter = Make<SVGFilterElementInterface>("svgfilterelement");
-	EXPECT_EQ(SVGUnits::objectBoundingBox, filter->GetFilterUnits());
-	EXPECT_EQ(SVGUnits::userSpaceOnUse, filter->GetPrimitiveUnits());
-
-	const auto primitive = Make<SVGFilterPrimitiveInterface>("svgfeblendelement");
-	Must(primitive->SetInput(Text("a")));
-	Must(primitive->SetSecondInput(Text("b")));
-	Must(primitive->SetResult(Text("c")));
-	EXPECT_EQ("a", primitive->GetInput());
-	EXPECT_EQ("b", primitive->GetSecondInput());
-	EXPECT_EQ("c", primitive->GetResult());
-
-	const auto content = Make<SVGTextContentInterface>("svgtspanelement");
-	EXPECT_EQ("", Must(content->GetCharacters()));
+	// Each list by itself, with its own values.
+	const auto content = Make<SVGTextContentInterface>("svgtextelement");
+	const auto list = [](Float start)
+	{
+		BaseArray<SVGLength> lengths;
+		for (const Float value : {start, start + 1.0})
+			Must(lengths.Append({value, SVGLengthUnit::px}));
+		return lengths;
+	};
+	const auto first = [](const BaseArray<SVGLength>& lengths)
+	{
+		return lengths.GetCount() == 2 ? lengths[1].value - 1.0 : -1.0;
+	};
+	EXPECT_TRUE(Must(content->GetDxList()).IsEmpty());
+	Must(content->SetXList(list(1.0)));
+	Must(content->SetYList(list(2.0)));
+	Must(content->SetDxList(list(3.0)));
+	Must(content->SetDyList(list(4.0)));
 	BaseArray<Float> rotations;
 	Must(rotations.Append(30.0));
 	Must(content->SetRotations(rotations));
+	EXPECT_EQ(1.0, first(Must(content->GetXList())));
+	EXPECT_EQ(2.0, first(Must(content->GetYList())));
+	EXPECT_EQ(3.0, first(Must(content->GetDxList())));
+	EXPECT_EQ(4.0, first(Must(content->GetDyList())));
 	EXPECT_EQ(30.0, Must(content->GetRotations())[0]);
-	EXPECT_TRUE(Must(content->GetDxList()).IsEmpty());
+	EXPECT_EQ(2.0, Cast<SVGPositionInterface>(content)->GetY().value);
+}
+
+TEST_F(CompleteImport, ReadsTheCharactersOfEachEncoding)
+{
+	const auto read = [](const std::string& bytes)
+	{
+		const Loaded loaded = LoadWith(bytes);
+		const auto title = Cast<SVGDescriptionInterface>(loaded["t"]);
+		return title ? std::string(title->GetText().View()) : Places(loaded.report);
+	};
+	const std::string before = "<svg><title id='t'>" + std::string(200, '.'), after = "</title></svg>";
+	const auto readUtf8 = [&](const std::string& bytes)
+	{
+		const std::string text = read(before + bytes + 'x' + after);
+		return text.size() < 201 ? text : text.substr(200, text.size() - 201);
+	};
+	const auto readWide = [&](const std::u16string& units, bool isBigEndian)
+	{
+		std::string bytes = isBigEndian ? "\xfe\xff" : "\xff\xfe";
+		const auto append = [&](char16_t unit)
+		{
+			const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit);
+			bytes += {isBigEndian ? high : low, isBigEndian ? low : high};
+		};
+		for (const char c : before)
+			append(static_cast<char16_t>(c));
+		for (const char16_t unit : units)
+			append(unit);
+		for (const char c : after)
+			append(static_cast<char16_t>(c));
+		return read(bytes).substr(200);
+	};
+	// The first and last characters of each length, beside the surrogates, and the last of all.
+	for (const auto& [utf8, utf16] :
+		 std::initializer_list<std::pair<const char*, std::u16string>>{{"\x7f", u"\x7f"},
+																	   {"\xc2\x80", u"\x80"},
+																	   {"\xdf\xbf", u"\x7ff"},
+																	   {"\xe0\xa0\x80", u"\x800"},
+																	   {"\xed\x9f\xbf", u"\xd7ff"},
+																	   {"\xee\x80\x80", u"\xe000"},
+																	   {"\xef\xbf\xbd", u"\xfffd"},
+																	   {"\xf0\x90\x80\x80", u"\xd800\xdc00"},
+																	   {"\xf0\x90\x8f\xbf", u"\xd800\xdfff"},
+																	   {"\xf4\x8f\xb0\x80", u"\xdbff\xdc00"},
+																	   {"\xf4\x8f\xbf\xbd", u"\xdbff\xdffd"}})
+	{
+		EXPECT_EQ(utf8, readUtf8(utf8));
+		EXPECT_EQ(utf8, readWide(utf16, false));
+		EXPECT_EQ(utf8, readWide(utf16, true));
+	}
+	// What is none is replaced, byte by byte, and the next character stands.
+	const std::string replacement = "\xef\xbf\xbd";
+	for (const char* none : {"\x80", "\xc1", "\xc1\xbf", "\xe0\x9f\xbf", "\xed\xa0\x80", "\xf0\x8f\xbf\xbf",
+							 "\xf4\x90\x80\x80", "\xf5\x80\x80\x80", "\xc3", "\xe2\x82", "\xf0\x9f\x98"})
+		EXPECT_EQ(Repeat(replacement, static_cast<int>(std::strlen(none))), readUtf8(none));
+	for (const std::u16string half : {u"\xdc00", u"\xd800", u"\xdfff", u"\xdbff"})
+		EXPECT_EQ(replacement + "x", readWide(half + u"x", true));
+	EXPECT_EQ("\u20ac\u00e9", read("<?xml version='1.0' encoding='CP1252'?><svg><title id='t'>\x80\xe9</title></svg>"));
 }
 
 TEST_F(CompleteImport, BoundsWhatEntitiesComeTo)
