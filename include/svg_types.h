@@ -14,6 +14,7 @@
 #include "orvan/data_type.h"
 #include "orvan/geometry.h"
 #include "orvan/string.h"
+#include "svg_length_unit.h"
 
 #include <array>
 #include <cstdint>
@@ -475,29 +476,6 @@ enum class SVGFontWeight : std::int32_t
 {
 	normal = 0,
 	bold = 1,
-};
-
-enum class SVGLengthUnit : std::int32_t
-{
-	em = 0,
-	ex = 1,
-	px = 2,
-	in = 3,
-	cm = 4,
-	mm = 5,
-	pt = 6,
-	pc = 7,
-	percent = 8, ///< The value is a fraction: 0.5 is 50 %.
-	number = 9,  ///< A plain number: user units.
-
-	// Given by the complete import only.
-	q = 10,   ///< A quarter of a millimetre.
-	rem = 11, ///< The font size of the outermost element.
-	ch = 12,  ///< The advance of "0".
-	vw = 13,  ///< A hundredth of the width of the outermost viewport, as for the next three.
-	vh = 14,
-	vmin = 15, ///< The smaller of `vw` and `vh`.
-	vmax = 16,
 };
 
 /// A length in the unit that the document gave. The module converts no units.

@@ -18,6 +18,8 @@
 ///
 /// No number that is not finite is ever delivered: a value that overflows is refused.
 
+#include "svg_length_unit.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -40,34 +42,13 @@ enum class Parsed
 	value    ///< The result argument holds the value.
 };
 
-/// Units of a length; the numbers are those of the length values that elements carry.
-enum class LengthUnit : std::int32_t
-{
-	em = 0,
-	ex = 1,
-	px = 2,
-	in = 3,
-	cm = 4,
-	mm = 5,
-	pt = 6,
-	pc = 7,
-	percent = 8, ///< The value is a fraction: 50% is 0.5.
-	none = 9,    ///< A plain number.
-	// What only the complete import delivers.
-	q = 10,    ///< A quarter of a millimetre.
-	rem = 11,  ///< The font size of the root.
-	ch = 12,   ///< The advance of the digit zero.
-	vw = 13,   ///< A hundredth of the viewport's width.
-	vh = 14,   ///< A hundredth of the viewport's height.
-	vmin = 15, ///< The smaller of the two.
-	vmax = 16  ///< The larger of the two.
-};
+using LengthUnit = SVGLengthUnit;
 
 /// A length with the unit it was written in. Negative lengths are accepted everywhere.
 struct Length
 {
 	double value = 0;
-	LengthUnit unit = LengthUnit::none;
+	LengthUnit unit = LengthUnit::number;
 };
 
 /// A colour as 0xRRGGBB, eight bits a channel.

@@ -124,7 +124,7 @@ bool ValueCursor::TakeLength(Length& length) noexcept
 		return false;
 	if (IsAtEnd() || (!IsLetter(*_at) && *_at != '%'))
 	{
-		length.unit = LengthUnit::none;
+		length.unit = LengthUnit::number;
 		return !HasUnit();
 	}
 	if (Take('%'))

@@ -232,7 +232,7 @@ public:
 	/// Reads a length or a percentage where a plain number other than zero needs `mayBePlain`.
 	bool TakeLength(Range range, bool mayBePlain, Length& length) noexcept
 	{
-		return TakeLength(length) && (length.unit != LengthUnit::none || mayBePlain || length.value == 0) &&
+		return TakeLength(length) && (length.unit != LengthUnit::number || mayBePlain || length.value == 0) &&
 			   (range == Range::any || length.value >= 0);
 	}
 

@@ -30,7 +30,7 @@ bool TakeLength(TextCursor& cursor, Length& length)
 {
 	if (!cursor.TakeNumber(false, length.value))
 		return false;
-	length.unit = LengthUnit::none;
+	length.unit = LengthUnit::number;
 	if (cursor.Take('%'))
 	{
 		length.value /= 100;

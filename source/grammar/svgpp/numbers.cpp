@@ -64,7 +64,7 @@ struct LengthFactory
 		else
 		{
 			static_assert(std::is_same_v<UnitTag, units::none>);
-			return {number, LengthUnit::none};
+			return {number, LengthUnit::number};
 		}
 	}
 

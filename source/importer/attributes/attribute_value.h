@@ -52,7 +52,7 @@ inline Result<void> IgnoreUnlessOutOfMemory(Result<void> result) noexcept
 
 inline SVGLength ToLength(const grammar::Length& length) noexcept
 {
-	return {length.value, static_cast<SVGLengthUnit>(length.unit)};
+	return {length.value, length.unit};
 }
 
 inline Color ToColor(grammar::PackedColor packed) noexcept

@@ -18,7 +18,7 @@ Result<void> StoreSize(ElementBase& element, const grammar::complete::FontSize& 
 {
 	// The step that browsers take from the parent's size.
 	constexpr Float kStep = 1.2;
-	SVGLength length{size.size.value, static_cast<SVGLengthUnit>(size.size.unit)};
+	SVGLength length{size.size.value, size.size.unit};
 	if (size.kind == grammar::complete::FontSizeKind::larger)
 		length = {kStep, SVGLengthUnit::em};
 	else if (size.kind == grammar::complete::FontSizeKind::smaller)

@@ -75,7 +75,7 @@ Matrix2d ToMatrix(const grammar::Matrix& m) noexcept
 
 SVGLength ToLength(const grammar::Length& length) noexcept
 {
-	return {length.value, static_cast<SVGLengthUnit>(length.unit)};
+	return {length.value, length.unit};
 }
 
 Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept

@@ -15,7 +15,7 @@ namespace
 
 SVGLength ToLength(const grammar::Length& length) noexcept
 {
-	return {length.value, static_cast<SVGLengthUnit>(length.unit)};
+	return {length.value, length.unit};
 }
 
 template <typename T>
@@ -170,7 +170,7 @@ Result<Reading> ReadSize(const Application& application)
 	grammar::Length length;
 	if (application.source == grammar::Source::sheet &&
 		grammar::complete::ParseLength(application.text, application.source, Range::any, length) == Parsed::value &&
-		length.unit == grammar::LengthUnit::none && length.value != 0.0)
+		length.unit == grammar::LengthUnit::number && length.value != 0.0)
 		return Reading::refused;
 	return StoreLengthOrAuto(application);
 }

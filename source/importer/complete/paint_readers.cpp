@@ -150,7 +150,7 @@ Result<Reading> ReadFilter(const Application& application)
 		{
 			const auto toLength = [](const grammar::Length& length)
 			{
-				return SVGLength{length.value, static_cast<SVGLengthUnit>(length.unit)};
+				return SVGLength{length.value, length.unit};
 			};
 			SVGFilterFunction function;
 			function.type = static_cast<SVGFilterFunctionType>(parsed.kind);
