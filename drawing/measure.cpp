@@ -3,7 +3,7 @@
 
 #include "markers.h"
 #include "strokes.h"
-#include "text_line.h"
+#include "text_layout.h"
 
 namespace orvan::drawing
 {
@@ -18,6 +18,22 @@ Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const Rectang
 	const double reach = style.lineJoin == SVGLineJoin::miter ? std::max(style.miterLimit, 1.5) : 1.5;
 	const double stretch = IsStrokeUnscaled(frame) ? scene.unit * 2.0 : GetStretch(place.transform);
 	return bounds.Grow(GetStrokeWidth(place) / 2.0 * reach * stretch + 1.0);
+}
+
+Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const TextLayout& text) noexcept
+{
+	const Rectangle reach = Transform(frame.place.transform, text.GetReach());
+	Rectangle painted;
+	for (const TextFragment& fragment : text.GetFragments())
+	{
+		// Decorations are stroked by the elements around it.
+		for (const Frame* part = fragment.frame; part != nullptr; part = part != &frame ? part->outer : nullptr)
+		{
+			if (part->place.style.visibility == SVGVisibility::visible)
+				painted.Include(GetPaintedBounds(scene, *part, reach));
+		}
+	}
+	return painted;
 }
 
 Result<void> MeasureSink::DrawShape(const Frame& frame, const Outline& outline) noexcept
@@ -35,11 +51,10 @@ Result<void> MeasureSink::DrawShape(const Frame& frame, const Outline& outline) 
 	return {};
 }
 
-Result<void> MeasureSink::DrawText(const Frame& frame, const TextLine& line) noexcept
+Result<void> MeasureSink::DrawText(const Frame& frame, const TextLayout& text) noexcept
 {
-	_box.Include(Transform(_toUser * frame.place.transform, line.GetBounds()));
-	if (frame.place.style.visibility == SVGVisibility::visible)
-		_touched.Include(GetPaintedBounds(_scene, frame, Transform(frame.place.transform, line.GetReach())));
+	_box.Include(Transform(_toUser * frame.place.transform, text.GetBounds()));
+	_touched.Include(GetPaintedBounds(_scene, frame, text));
 	return {};
 }
 

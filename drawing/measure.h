@@ -14,6 +14,9 @@ namespace orvan::drawing
 /// in the picture's coordinates.
 Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const Rectangle& bounds) noexcept;
 
+/// The same for a text, whose parts may have strokes of their own; its frame is `frame`.
+Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const TextLayout& text) noexcept;
+
 /// A sink that draws nothing and finds out what would be touched, effects left aside, and the bounding box of all
 /// outlines.
 class MeasureSink final : public Sink
@@ -25,7 +28,7 @@ public:
 	}
 
 	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override;
-	Result<void> DrawText(const Frame& frame, const TextLine& line) noexcept override;
+	Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept override;
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override;
 	Result<void> DrawClipped(const Place& place, const Rectangle& clip, const Content& content) noexcept override;
 

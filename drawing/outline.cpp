@@ -114,6 +114,18 @@ Result<void> Outline::Close() noexcept
 	return _commands.Append({SVGPathCommandType::close, {}});
 }
 
+Result<void> Outline::Append(const Outline& other, const Matrix2d& transform) noexcept
+{
+	ORVAN_TRY(_commands.Reserve(_commands.GetCount() + other._commands.GetCount()));
+	for (const SVGPathCommand& command : other._commands)
+	{
+		const auto& [control1, control2, point] = command.points;
+		ORVAN_TRY(_commands.Append(
+			{command.type, {transform.Apply(control1), transform.Apply(control2), transform.Apply(point)}}));
+	}
+	return {};
+}
+
 Rectangle Outline::GetBounds(const Matrix2d& transform) const noexcept
 {
 	BoundsFinder finder;

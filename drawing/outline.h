@@ -26,6 +26,9 @@ public:
 	Result<void> CurveTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept;
 	Result<void> Close() noexcept;
 
+	/// Appends another outline, transformed.
+	Result<void> Append(const Outline& other, const Matrix2d& transform) noexcept;
+
 	/// An ellipse, clockwise from its rightmost point.
 	Result<void> AddEllipse(const Vector2d& center, double radiusX, double radiusY) noexcept;
 	/// A rectangle, clockwise from its upper left corner; the radii are limited to half of its sides.

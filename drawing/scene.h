@@ -2,10 +2,10 @@
 /// The document that is walked, and what it is fitted into.
 #pragma once
 
+#include "fonts.h"
 #include "limits.h"
 #include "style.h"
 #include "svg_base.h"
-#include "text_line.h"
 
 namespace orvan::drawing
 {

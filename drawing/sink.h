@@ -11,7 +11,7 @@ namespace orvan::drawing
 {
 
 class Sink;
-class TextLine;
+class TextLayout;
 
 /// Something that can be told to a sink once, several times or not at all: what stands in a group, for example. Refers
 /// to the callable that it was made from, which must outlive it.
@@ -52,7 +52,7 @@ public:
 	/// A shape with its effects.
 	virtual Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept = 0;
 	/// A text with its effects.
-	virtual Result<void> DrawText(const Frame& frame, const TextLine& line) noexcept = 0;
+	virtual Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept = 0;
 	/// A container or a use: `content` with the frame's effects.
 	virtual Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept = 0;
 	/// Content that is cut off at the edges of a rectangle in the coordinates of `place`.

@@ -27,6 +27,7 @@ struct Assignment
 	const DataDictionary& attributes;
 	const DataDictionary::Entry& entry;
 	Style& style;
+	const Viewport& viewport;
 };
 
 using Assign = void (*)(const Assignment&) noexcept;
@@ -78,6 +79,36 @@ void CurrentColor(const Assignment& at) noexcept
 	at.style.colorAlpha = paint->alpha;
 }
 
+/// The weight, which the complete import has as a number as well: a negative one is relative to the inherited weight.
+void Weight(const Assignment& at) noexcept
+{
+	constexpr double kBold = 700.0;
+	constexpr double kNormal = 400.0;
+	constexpr double kBolder = -2.0;
+	const auto* number = at.attributes.Find<Float>(static_cast<std::int32_t>(SVGImportAttribute::fontWeightNumber));
+	const double inherited = at.style.fontWeight;
+	if (number != nullptr && *number > 0.0)
+		at.style.fontWeight = *number;
+	else if (number != nullptr && *number == kBolder)
+		at.style.fontWeight = inherited < 350.0 ? kNormal : inherited < 550.0 ? kBold : std::max(inherited, 900.0);
+	else if (number != nullptr)
+		at.style.fontWeight = inherited < 550.0 ? std::min(inherited, 100.0) : inherited < 750.0 ? kNormal : kBold;
+	else if (const auto* keyword = at.attributes.GetValue<std::int32_t>(at.entry))
+		at.style.fontWeight = *keyword == static_cast<std::int32_t>(SVGFontWeight::bold) ? kBold : kNormal;
+}
+
+/// Space between letters or words; percentages are of the font's size.
+template <auto property>
+void Spacing(const Assignment& at) noexcept
+{
+	const auto* value = at.attributes.GetValue<SVGLength>(at.entry);
+	if (value == nullptr)
+		return;
+	at.style.*property = value->unit == SVGLengthUnit::percent
+							 ? value->value * at.style.fontSize
+							 : ToUserUnits(*value, Axis::other, at.viewport, at.style.fontSize);
+}
+
 struct Row
 {
 	SVGImportAttribute key;
@@ -100,7 +131,16 @@ constexpr Row kRows[] = {
 	{SVGImportAttribute::strokeDashOffset, &Length<&Style::dashOffset>},
 	{SVGImportAttribute::fontFamily, &Pointer<&Style::fontFamily>},
 	{SVGImportAttribute::fontStyle, &Keyword<&Style::fontStyle>},
-	{SVGImportAttribute::fontWeight, &Keyword<&Style::fontWeight>},
+	{SVGImportAttribute::fontWeight, &Weight},
+	{SVGImportAttribute::fontStretch, &Number<&Style::fontStretch>},
+	{SVGImportAttribute::fontVariant, &Keyword<&Style::fontVariant>},
+	{SVGImportAttribute::language, &Pointer<&Style::language>},
+	{SVGImportAttribute::textAnchor, &Keyword<&Style::textAnchor>},
+	{SVGImportAttribute::dominantBaseline, &Keyword<&Style::dominantBaseline>},
+	{SVGImportAttribute::writingMode, &Keyword<&Style::writingMode>},
+	{SVGImportAttribute::direction, &Keyword<&Style::direction>},
+	{SVGImportAttribute::letterSpacing, &Spacing<&Style::letterSpacing>},
+	{SVGImportAttribute::wordSpacing, &Spacing<&Style::wordSpacing>},
 	{SVGImportAttribute::clipRule, &Keyword<&Style::clipRule>},
 	{SVGImportAttribute::markerStart, &Pointer<&Style::markerStart>},
 	{SVGImportAttribute::markerMid, &Pointer<&Style::markerMid>},
@@ -140,7 +180,7 @@ void Style::Apply(const DataDictionary& attributes, const Viewport& viewport) no
 		if (entry.key < 0 || entry.key >= kKeyCount)
 			continue;
 		if (const Assign assign = kAssignments[static_cast<std::size_t>(entry.key)])
-			assign({attributes, entry, *this});
+			assign({attributes, entry, *this, viewport});
 	}
 }
 

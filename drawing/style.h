@@ -16,6 +16,7 @@ struct Style
 	const SVGPaint* stroke = nullptr;
 	const BaseArray<SVGLength>* dashes = nullptr;
 	const String* fontFamily = nullptr;
+	const String* language = nullptr;
 	const String* markerStart = nullptr;
 	const String* markerMid = nullptr;
 	const String* markerEnd = nullptr;
@@ -39,7 +40,15 @@ struct Style
 	SVGLineJoin lineJoin = SVGLineJoin::miter;
 	SVGVisibility visibility = SVGVisibility::visible;
 	SVGFontStyle fontStyle = SVGFontStyle::normal;
-	SVGFontWeight fontWeight = SVGFontWeight::normal;
+	SVGFontVariant fontVariant = SVGFontVariant::normal;
+	SVGTextAnchor textAnchor = SVGTextAnchor::start;
+	SVGBaseline dominantBaseline = SVGBaseline::automatic;
+	SVGWritingMode writingMode = SVGWritingMode::horizontalTb;
+	SVGDirection direction = SVGDirection::leftToRight;
+	double fontWeight = 400.0;  ///< 1 to 1000.
+	double fontStretch = 1.0;   ///< The width of the letters, 1 is normal.
+	double letterSpacing = 0.0; ///< In user units, as the next one.
+	double wordSpacing = 0.0;
 
 	/// Takes over what an element says itself. The viewport is for font sizes in units of the outermost one.
 	void Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept;

@@ -5,6 +5,7 @@
 #include "measure.h"
 #include "references.h"
 #include "svg_complete.h"
+#include "text_layout.h"
 
 namespace orvan::drawing
 {
@@ -60,24 +61,12 @@ Result<void> Walk::DrawShape(ShapeKind kind, ObjectBase* element, const Place& o
 Result<void> Walk::DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	const Frame frame(element, outside, outer, _scene.limits);
-	const String text = Borrowed<SVGTextElementInterface>(element)->GetText();
-	if (!frame.canDraw || text.IsEmpty())
+	if (!frame.canDraw)
 		return {};
-	const SVGLength2d position = Borrowed<SVGPositionInterface>(element)->GetPosition();
-	bool isShortened = false;
-	const TextLine line =
-		ORVAN_TRY(TextLine::Create(_scene.fonts, text, frame.place.style, frame.Resolve(position.x, Axis::horizontal),
-								   frame.Resolve(position.y, Axis::vertical), isShortened));
-	if (isShortened)
-		_scene.limits.Omit(Omission::text);
-	if (!line.IsDrawable())
+	const TextLayout text = ORVAN_TRY(TextLayout::Create(_scene, frame));
+	if (!text.IsDrawable())
 		return {};
-	if (frame.place.style.fontSize * GetStretch(frame.place.transform) > kMaxFontSize)
-	{
-		_scene.limits.Omit(Omission::fontSize);
-		return {};
-	}
-	return _sink.DrawText(frame, line);
+	return _sink.DrawText(frame, text);
 }
 
 // Containers ---------------------------------------------------------------------------------------------------------

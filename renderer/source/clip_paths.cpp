@@ -4,9 +4,9 @@
 #include "composition.h"
 #include "drawing/references.h"
 #include "drawing/walk.h"
-#include "glyphs.h"
 #include "painter.h"
 #include "paths.h"
+#include "texts.h"
 
 namespace orvan::cairo
 {
@@ -69,22 +69,18 @@ public:
 		return ComposeClipped(frame, known, fillAnew);
 	}
 
-	Result<void> DrawText(const Frame& frame, const TextLine& line) noexcept override
+	Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept override
 	{
-		if (frame.place.style.visibility != SVGVisibility::visible)
-			return {};
-		const Rectangle touched = Transform(frame.place.transform, line.GetReach()).Grow(1.0);
-		const double work = touched.Intersect(_canvas.GetClipExtents()).GetArea() + line.GetLength() * kCharacterWork;
+		const Rectangle touched = Transform(frame.place.transform, text.GetReach()).Grow(1.0);
+		const double work = touched.Intersect(_canvas.GetClipExtents()).GetArea() + text.GetLength() * kCharacterWork;
 		if (!_canvas.job.scene.limits.Pay(work))
 			return {};
 		const auto fill = [&](Sink&) noexcept -> Result<void>
 		{
 			cairo_set_source_rgba(_canvas.drawing, 0.0, 0.0, 0.0, 1.0);
-			FillGlyphs(_canvas.drawing, line, frame.place.transform);
-			cairo_new_path(_canvas.drawing);
-			return {};
+			return FillText(_canvas, frame, text);
 		};
-		Extent known(line.GetBounds(), touched);
+		Extent known(text.GetBounds(), touched);
 		return ComposeClipped(frame, known, fill);
 	}
 

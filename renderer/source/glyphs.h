@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-/// Laid out text on its way into the drawing library.
+/// What texts need of the drawing library's fonts.
 #pragma once
 
-#include "drawing/text_line.h"
+#include "drawing/text_layout.h"
 #include "handles.h"
 
 namespace orvan::cairo
@@ -11,9 +11,9 @@ namespace orvan::cairo
 /// What texts are laid out with: outlines unhinted, so that a text has the same shape at every size.
 drawing::PangoContextPtr MakeFontContext() noexcept;
 
-/// Fills the glyphs with the drawing's source. Leaves the drawing's transform as the identity.
-void FillGlyphs(cairo_t* drawing, const drawing::TextLine& line, const Matrix2d& transform) noexcept;
-/// Makes the glyphs' outlines the current path. Leaves the drawing's transform as the identity.
-void SetGlyphPath(cairo_t* drawing, const drawing::TextLine& line, const Matrix2d& transform) noexcept;
+/// Draws the glyphs of a fragment that are pictures, such as emoji; all others are outlines. Leaves the drawing's
+/// transform as the identity.
+void DrawColorGlyphs(cairo_t* drawing, const drawing::TextLayout& text, const drawing::TextFragment& fragment,
+					 const Matrix2d& transform, double opacity) noexcept;
 
 } // namespace orvan::cairo

@@ -5,10 +5,10 @@
 #include "drawing/markers.h"
 #include "drawing/measure.h"
 #include "drawing/strokes.h"
-#include "glyphs.h"
 #include "paint_servers.h"
 #include "paths.h"
 #include "pen.h"
+#include "texts.h"
 
 #include <array>
 #include <iterator>
@@ -160,36 +160,19 @@ Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, doub
 
 // Text ---------------------------------------------------------------------------------------------------------------
 
-Result<void> Painter::DrawText(const Frame& frame, const TextLine& line) noexcept
+Result<void> Painter::DrawText(const Frame& frame, const TextLayout& text) noexcept
 {
-	const Place& place = frame.place;
-	if (place.style.visibility != SVGVisibility::visible)
-		return {};
-	const Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, Transform(place.transform, line.GetReach()));
-	if (!Pay(place, painted, line.GetLength() * kCharacterWork))
+	const Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, text);
+	if (!Pay(frame.place, painted, text.GetLength() * kCharacterWork))
 		return {};
 	Effects effects = frame.effects;
-	const double opacity = TakeOpacity(frame, effects);
+	const double opacity = IsPaintedOnce(text) ? std::exchange(effects.opacity, 1.0) : 1.0;
 	const auto paint = [&](Sink&) noexcept
 	{
-		return PaintText(frame, line, opacity);
+		return PaintText(_canvas, frame, text, opacity);
 	};
-	Extent known(line.GetBounds(), painted);
+	Extent known(text.GetBounds(), painted);
 	return Compose(_canvas, frame, effects, known, paint, *this);
-}
-
-Result<void> Painter::PaintText(const Frame& frame, const TextLine& line, double opacity) noexcept
-{
-	const Rectangle& bounds = line.GetBounds();
-	if (HasFill(frame.place.style) && ORVAN_TRY(SetFill(frame, bounds, opacity)))
-		FillGlyphs(_canvas.drawing, line, frame.place.transform);
-	if (HasStroke(frame.place) && ORVAN_TRY(SetStroke(frame, bounds, opacity)))
-	{
-		SetGlyphPath(_canvas.drawing, line, frame.place.transform);
-		StrokePath(_canvas, frame, 1.0);
-	}
-	cairo_new_path(_canvas.drawing);
-	return {};
 }
 
 // Groups -------------------------------------------------------------------------------------------------------------

@@ -19,14 +19,13 @@ public:
 	}
 
 	Result<void> DrawShape(const drawing::Frame& frame, const drawing::Outline& outline) noexcept override;
-	Result<void> DrawText(const drawing::Frame& frame, const drawing::TextLine& line) noexcept override;
+	Result<void> DrawText(const drawing::Frame& frame, const drawing::TextLayout& text) noexcept override;
 	Result<void> DrawGroup(const drawing::Frame& frame, const drawing::Content& content) noexcept override;
 	Result<void> DrawClipped(const drawing::Place& place, const drawing::Rectangle& clip,
 							 const drawing::Content& content) noexcept override;
 
 private:
 	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline, double opacity) noexcept;
-	Result<void> PaintText(const drawing::Frame& frame, const drawing::TextLine& line, double opacity) noexcept;
 	Result<bool> SetFill(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	/// Pays for painting a box and going through `details`, where that is to be paid for.

@@ -1,0 +1,410 @@
+// SPDX-License-Identifier: MIT
+#include "text_content.h"
+
+#include "conditions.h"
+#include "references.h"
+#include "shapes.h"
+#include "svg_complete.h"
+
+#include <new>
+
+namespace orvan::drawing
+{
+namespace
+{
+
+using Key = SVGImportAttribute;
+
+bool IsBlank(char c) noexcept
+{
+	return c == ' ' || c == '\t';
+}
+
+/// Drops line breaks, and makes one blank of several and none of those at the ends: what a text without runs wants,
+/// whose characters are as the file has them.
+Result<BaseArray<char>> CollapseSpace(std::string_view text) noexcept
+{
+	BaseArray<char> result;
+	ORVAN_TRY(result.Reserve(text.size() + 1));
+	bool isSpacePending = false;
+	for (const char c : text)
+	{
+		if (c == '\n' || c == '\r')
+			continue;
+		if (IsBlank(c))
+		{
+			isSpacePending = !result.IsEmpty();
+			continue;
+		}
+		if (isSpacePending)
+			ORVAN_TRY(result.Append(' '));
+		isSpacePending = false;
+		ORVAN_TRY(result.Append(c));
+	}
+	return result;
+}
+
+/// True for what stays with the character before it, whatever a document says about its position.
+bool JoinsWithPrevious(char32_t code, char32_t previous) noexcept
+{
+	constexpr char32_t kJoiner = 0x200d;
+	constexpr char32_t kFirstSkinTone = 0x1f3fb;
+	constexpr char32_t kLastSkinTone = 0x1f3ff;
+	const GUnicodeType type = g_unichar_type(code);
+	return type == G_UNICODE_NON_SPACING_MARK || type == G_UNICODE_ENCLOSING_MARK || type == G_UNICODE_SPACING_MARK ||
+		   code == kJoiner || previous == kJoiner || (code >= kFirstSkinTone && code <= kLastSkinTone);
+}
+
+/// How far the baselines of spans are moved upwards by what they say themselves, with those around them.
+double GetBaselineShift(const Frame& frame, const Font* font, double size) noexcept
+{
+	const auto* shift = frame.attributes.Find<SVGBaselineShift>(static_cast<std::int32_t>(Key::baselineShift));
+	if (shift == nullptr)
+		return 0.0;
+	const FontMetrics metrics = font != nullptr ? font->metrics : FontMetrics();
+	switch (shift->type)
+	{
+	case SVGBaselineShiftType::baseline:
+		break;
+	case SVGBaselineShiftType::sub:
+		return metrics.subscript * size;
+	case SVGBaselineShiftType::super:
+		return metrics.superscript * size;
+	case SVGBaselineShiftType::length:
+		return shift->length.unit == SVGLengthUnit::percent ? shift->length.value * size
+															: frame.Resolve(shift->length, Axis::other);
+	}
+	return 0.0;
+}
+
+/// The height of the line of a font that is put where the text's line is, above the alphabetic baseline.
+double GetBaseline(SVGBaseline baseline, const FontMetrics& metrics, bool isVertical) noexcept
+{
+	switch (baseline)
+	{
+	case SVGBaseline::middle:
+		return metrics.xHeight / 2.0;
+	case SVGBaseline::central:
+		return (metrics.ascent + metrics.descent) / 2.0;
+	case SVGBaseline::mathematical:
+		return metrics.ascent * 0.5;
+	case SVGBaseline::hanging:
+		return metrics.ascent * 0.8;
+	case SVGBaseline::textBeforeEdge:
+	case SVGBaseline::beforeEdge:
+		return metrics.ascent;
+	case SVGBaseline::ideographic:
+	case SVGBaseline::textAfterEdge:
+	case SVGBaseline::afterEdge:
+		return metrics.descent;
+	case SVGBaseline::alphabetic:
+		return 0.0;
+	case SVGBaseline::automatic:
+	case SVGBaseline::useScript:
+	case SVGBaseline::noChange:
+	case SVGBaseline::resetSize:
+	case SVGBaseline::baseline:
+		break;
+	}
+	return isVertical ? (metrics.ascent + metrics.descent) / 2.0 : 0.0;
+}
+
+} // namespace
+
+/// Walks a text and writes down what it finds.
+class TextCollector
+{
+public:
+	TextCollector(Scene& scene, TextContent& content) noexcept : _scene(scene), _content(content)
+	{
+	}
+
+	Result<void> Collect(const Frame& text) noexcept
+	{
+		_content._isVertical = text.place.style.writingMode != SVGWritingMode::horizontalTb;
+		const Borrowed<HierarchyObjectInterface> hierarchy(text.element);
+		bool hasParts = false;
+		for (auto child = hierarchy->GetFirstChild(); child && !hasParts; child = child->GetNextSibling())
+			hasParts = KindOf(child.GetObject()) != SVGImportElementKind::unknown;
+		if (hasParts)
+			return Enter(text, -1, -1);
+		const int span = ORVAN_TRY(AddSpan(text, -1, -1));
+		const BaseArray<char> characters =
+			ORVAN_TRY(CollapseSpace(Borrowed<SVGTextElementInterface>(text.element)->GetText().View()));
+		ORVAN_TRY(Append({characters.begin(), characters.GetCount()}, span));
+		_content._spans[0].end = GetCount();
+		return {};
+	}
+
+private:
+	/// What an element says about the positions of its characters.
+	struct Lists
+	{
+		const Frame* frame;
+		int path;
+		std::uint32_t first;
+		const BaseArray<SVGLength>* dx;
+		const BaseArray<SVGLength>* dy;
+		const BaseArray<SVGLength>* x;
+		const BaseArray<SVGLength>* y;
+		const SVGLength* firstX; ///< Where there is no list.
+		const SVGLength* firstY;
+		const BaseArray<Float>* rotations;
+	};
+
+	std::uint32_t GetCount() const noexcept
+	{
+		return static_cast<std::uint32_t>(_content._characters.GetCount());
+	}
+
+	/// The kind of what may be part of a text; unknown for all else, and for what is not displayed.
+	SVGImportElementKind KindOf(ObjectBase* object) const noexcept
+	{
+		const Borrowed<SVGElementInterface> element(object);
+		if (!element)
+			return SVGImportElementKind::unknown;
+		const SVGImportElementKind kind = element->GetElementType();
+		if (kind == SVGImportElementKind::textRun)
+			return kind;
+		const bool isPart = kind == SVGImportElementKind::tspan || kind == SVGImportElementKind::textPath ||
+							kind == SVGImportElementKind::anchor;
+		const bool isShown = isPart && element->GetDisplay() != SVGDisplay::none &&
+							 PassesConditions(element->GetAttributeDictionary(), _scene.language);
+		return isShown ? kind : SVGImportElementKind::unknown;
+	}
+
+	Result<void> Enter(const Frame& frame, int parent, int path) noexcept
+	{
+		const int span = ORVAN_TRY(AddSpan(frame, parent, path));
+		ORVAN_TRY(AppendLists(frame, path));
+		const Borrowed<HierarchyObjectInterface> hierarchy(frame.element);
+		for (auto child = hierarchy->GetFirstChild(); child && !_isFull; child = child->GetNextSibling())
+		{
+			const SVGImportElementKind kind = KindOf(child.GetObject());
+			if (kind == SVGImportElementKind::textRun)
+				ORVAN_TRY(Append(Borrowed<SVGTextRunInterface>(child)->GetText().View(), span));
+			else if (kind != SVGImportElementKind::unknown)
+				ORVAN_TRY(EnterPart(child.GetObject(), kind, frame, span, path));
+		}
+		ORVAN_TRY(_lists.Resize(_lists.GetCount() - 1));
+		_content._spans[static_cast<std::size_t>(span)].end = GetCount();
+		return {};
+	}
+
+	Result<void> EnterPart(ObjectBase* element, SVGImportElementKind kind, const Frame& outer, int parent,
+						   int path) noexcept
+	{
+		std::unique_ptr<Frame> made(new (std::nothrow) Frame(element, outer.place, &outer, _scene.limits));
+		if (made == nullptr)
+			return OutOfMemoryError();
+		Frame& frame = *made;
+		// Parts of a text have no transform of their own.
+		frame.place.transform = outer.place.transform;
+		ORVAN_TRY(_content._frames.Append(std::move(made)));
+		if (frame.depth > kMaxDepth || _scene.limits.IsOver())
+			return {};
+		if (kind != SVGImportElementKind::textPath)
+			return Enter(frame, parent, path);
+		// A path does not run along another one.
+		if (path >= 0)
+			return {};
+		const int own = ORVAN_TRY(AddPath(frame));
+		if (own < 0)
+			return {};
+		const std::size_t span = _content._spans.GetCount();
+		const std::uint32_t first = GetCount();
+		ORVAN_TRY(Enter(frame, parent, own));
+		_content._spans[span].isPathStart = true;
+		if (first < GetCount())
+			_content._characters[first].startsChunk = _content._characters[first].breaksShaping = true;
+		_breaksNext = true;
+		return {};
+	}
+
+	/// The path that a textPath names; -1 when there is none.
+	Result<int> AddPath(const Frame& frame) noexcept
+	{
+		const String link = Borrowed<SVGLinkInterface>(frame.element)->GetLink();
+		const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
+		if (!Borrowed<SVGPathElementInterface>(found))
+			return -1;
+		const Frame pathFrame(found.GetObject(), frame.place, &frame, _scene.limits);
+		TextPath path;
+		const Outline outline = ORVAN_TRY(GetOutline(ShapeKind::path, found.GetObject(), pathFrame));
+		ORVAN_TRY(path.outline.Append(outline, found->GetLocalTransform()));
+		if (const auto* offset = frame.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::startOffset)))
+		{
+			path.startOffset = offset->unit == SVGLengthUnit::percent ? offset->value * path.outline.GetLength()
+																	  : frame.Resolve(*offset, Axis::other);
+			// A path may count its length otherwise.
+			const double counted = pathFrame.GetOr(Key::pathLength, 0.0);
+			if (offset->unit != SVGLengthUnit::percent && counted > 0.0)
+				path.startOffset *= path.outline.GetLength() / counted;
+		}
+		ORVAN_TRY(_content._paths.Append(std::move(path)));
+		return static_cast<int>(_content._paths.GetCount()) - 1;
+	}
+
+	Result<int> AddSpan(const Frame& frame, int parent, int path) noexcept
+	{
+		const Style& style = frame.place.style;
+		TextSpan span;
+		span.frame = &frame;
+		span.parent = parent;
+		span.path = path;
+		span.first = GetCount();
+		if (style.fontSize > 0.0 && std::isfinite(style.fontSize))
+		{
+			span.font = ORVAN_TRY(_scene.fonts.Find(style));
+			span.size = style.fontSize;
+		}
+		if (span.size * GetStretch(frame.place.transform) > kMaxFontSize)
+		{
+			_scene.limits.Omit(Omission::fontSize);
+			span.font = nullptr;
+		}
+		if (const auto* length = frame.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::textLength)))
+		{
+			const double value = frame.Resolve(*length, _content._isVertical ? Axis::vertical : Axis::horizontal);
+			span.textLength = value > 0.0 && std::isfinite(value) ? value : -1.0;
+		}
+		span.stretchesGlyphs =
+			frame.GetKeyword(Key::lengthAdjust, SVGLengthAdjust::spacing) != SVGLengthAdjust::spacing;
+		// What the spans around it say is added up; the baseline that is aligned is each one's own.
+		double moved = GetBaselineShift(frame, span.font, span.size);
+		if (parent >= 0)
+		{
+			const TextSpan& outer = _content._spans[static_cast<std::size_t>(parent)];
+			moved += _moved[static_cast<std::size_t>(parent)];
+			span.opacity = outer.opacity * frame.effects.opacity;
+		}
+		ORVAN_TRY(_moved.Append(moved));
+		const auto alignment = frame.GetKeyword(Key::alignmentBaseline, SVGBaseline::automatic);
+		const bool isAligned = alignment != SVGBaseline::automatic && alignment != SVGBaseline::baseline;
+		const double baseline = span.font != nullptr ? GetBaseline(isAligned ? alignment : style.dominantBaseline,
+																   span.font->metrics, _content._isVertical)
+													 : 0.0;
+		span.shift = moved - baseline * span.size;
+		ORVAN_TRY(_content._spans.Append(span));
+		return static_cast<int>(_content._spans.GetCount()) - 1;
+	}
+
+	Result<void> AppendLists(const Frame& frame, int path) noexcept
+	{
+		const auto find = [&]<typename T>(Key key, const T*& found)
+		{
+			found = frame.attributes.Find<T>(static_cast<std::int32_t>(key));
+		};
+		Lists lists{&frame, path, GetCount(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+		find(Key::dx, lists.dx);
+		find(Key::dy, lists.dy);
+		find(Key::xList, lists.x);
+		find(Key::yList, lists.y);
+		if (lists.x == nullptr)
+			find(Key::x, lists.firstX);
+		if (lists.y == nullptr)
+			find(Key::y, lists.firstY);
+		find(Key::rotate, lists.rotations);
+		return _lists.Append(lists);
+	}
+
+	/// Appends characters with what the elements around them say, the innermost last.
+	Result<void> Append(std::string_view text, int span) noexcept
+	{
+		// Bytes that are no characters would be reported on the console by the font library.
+		char* const repaired = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+		Result<void> done;
+		for (const char* at = repaired; *at != '\0' && done.IsOk(); at = g_utf8_next_char(at))
+		{
+			_bytes += static_cast<std::size_t>(g_utf8_next_char(at) - at);
+			if (_bytes > kMaxTextBytes)
+			{
+				_scene.limits.Omit(Omission::text);
+				_isFull = true;
+				break;
+			}
+			done = Append(static_cast<char32_t>(g_utf8_get_char(at)), span);
+		}
+		g_free(repaired);
+		return done;
+	}
+
+	Result<void> Append(char32_t code, int span) noexcept
+	{
+		const TextSpan& owner = _content._spans[static_cast<std::size_t>(span)];
+		TextCharacter character;
+		character.code = code;
+		character.span = span;
+		const std::uint32_t index = GetCount();
+		if (index == 0 || _breaksNext)
+			character.breaksShaping = true;
+		// What follows a path goes on at its end.
+		_breaksNext = false;
+		for (const Lists& lists : _lists)
+			Place(character, lists, index - lists.first);
+		if (index == 0)
+			character.startsChunk = true;
+		else if (JoinsWithPrevious(code, _content._characters[index - 1].code))
+			character.breaksShaping = character.startsChunk = false;
+		if (owner.frame->place.style.fontVariant == SVGFontVariant::smallCaps && owner.font != nullptr &&
+			!owner.font->hasSmallCapitals)
+		{
+			const auto capital = static_cast<char32_t>(g_unichar_toupper(code));
+			character.isSmallCapital = capital != code;
+			character.code = capital;
+		}
+		return _content._characters.Append(character);
+	}
+
+	void Place(TextCharacter& character, const Lists& lists, std::size_t index) const noexcept
+	{
+		const auto read = [&](const BaseArray<SVGLength>* list, const SVGLength* first, Axis axis, double& value)
+		{
+			const SVGLength* found = first != nullptr && index == 0                ? first
+									 : list != nullptr && index < list->GetCount() ? &(*list)[index]
+																				   : nullptr;
+			if (found == nullptr)
+				return false;
+			value = lists.frame->Resolve(*found, axis);
+			if (!std::isfinite(value))
+				value = 0.0;
+			return true;
+		};
+		const bool isVertical = _content._isVertical;
+		const bool hasX = read(lists.x, lists.firstX, Axis::horizontal, character.x);
+		const bool hasY = read(lists.y, lists.firstY, Axis::vertical, character.y);
+		const bool isShifted = read(lists.dx, nullptr, Axis::horizontal, character.dx);
+		const bool isRaised = read(lists.dy, nullptr, Axis::vertical, character.dy);
+		// On a path only the position along it counts.
+		if (lists.path >= 0 && hasX && isVertical)
+			character.x = kUnsaid;
+		if (lists.path >= 0 && hasY && !isVertical)
+			character.y = kUnsaid;
+		const bool startsChunk = lists.path < 0 ? hasX || hasY : isVertical ? hasY : hasX;
+		character.startsChunk = character.startsChunk || startsChunk;
+		character.breaksShaping = character.breaksShaping || hasX || hasY || isShifted || isRaised;
+		if (lists.rotations == nullptr || lists.rotations->IsEmpty())
+			return;
+		const std::size_t last = lists.rotations->GetCount() - 1;
+		character.rotation = (*lists.rotations)[std::min(index, last)];
+		character.breaksShaping = true;
+	}
+
+	Scene& _scene;
+	TextContent& _content;
+	BaseArray<Lists> _lists;  ///< Of the elements that are open.
+	BaseArray<double> _moved; ///< How far each span is moved upwards, those around it included.
+	std::size_t _bytes = 0;
+	bool _isFull = false;
+	bool _breaksNext = false;
+};
+
+Result<TextContent> TextContent::Collect(Scene& scene, const Frame& frame) noexcept
+{
+	TextContent content;
+	TextCollector collector(scene, content);
+	ORVAN_TRY(collector.Collect(frame));
+	return content;
+}
+
+} // namespace orvan::drawing

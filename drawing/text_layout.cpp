@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "text_layout.h"
+
+#include <numbers>
+
+namespace orvan::drawing
+{
+namespace
+{
+
+Matrix2d Rotation(double angle) noexcept
+{
+	const double cosine = std::cos(angle);
+	const double sine = std::sin(angle);
+	return {{0.0, 0.0}, {cosine, sine}, {-sine, cosine}};
+}
+
+/// The middle of a font's letters, on which vertical lines run, above the baseline.
+double GetCenter(const TextSpan& span) noexcept
+{
+	const FontMetrics& metrics = span.font->metrics;
+	return (metrics.ascent + metrics.descent) / 2.0 * span.size;
+}
+
+/// What a cluster takes up in its own coordinates.
+Rectangle GetCell(const TextSpan& span, const TextCluster& cluster) noexcept
+{
+	const FontMetrics& metrics = span.font->metrics;
+	const double ascent = metrics.ascent * span.size;
+	const double descent = metrics.descent * span.size;
+	if (cluster.isUpright)
+	{
+		const double half = (ascent - descent) / 2.0;
+		return {-half, std::min(0.0, cluster.advance), half, std::max(0.0, cluster.advance)};
+	}
+	return {std::min(0.0, cluster.advance), -ascent, std::max(0.0, cluster.advance), -descent};
+}
+
+/// True when a line along `a` of this length goes straight on along `b`.
+bool GoesOn(const Matrix2d& a, const Matrix2d& b, const Vector2d& end) noexcept
+{
+	constexpr double kTolerance = 1e-6;
+	const Vector2d gap = b.offset - a.Apply(end);
+	const double size = std::hypot(end.x, end.y) + 1.0;
+	return a.axis1 == b.axis1 && a.axis2 == b.axis2 && std::abs(gap.x) + std::abs(gap.y) < kTolerance * size;
+}
+
+} // namespace
+
+Result<TextLayout> TextLayout::Create(Scene& scene, const Frame& frame) noexcept
+{
+	TextLayout layout;
+	layout._fonts = &scene.fonts;
+	layout._content = ORVAN_TRY(TextContent::Collect(scene, frame));
+	layout._text = ORVAN_TRY(ShapeText(scene.fonts, layout._content));
+	const BaseArray<TextPosition> positions = ORVAN_TRY(PlaceText(layout._content, layout._text));
+	ORVAN_TRY(layout._places.Reserve(positions.GetCount()));
+	for (std::size_t i = 0; i < positions.GetCount(); i++)
+	{
+		ORVAN_TRY(layout._places.Append(layout.MakePlace(i, positions[i])));
+		if (!positions[i].isHidden && IsInvertible(layout._places[i]))
+			layout.Measure(i);
+	}
+	ORVAN_TRY(layout.AddFragments(positions));
+	return layout;
+}
+
+Matrix2d TextLayout::MakePlace(std::size_t cluster, const TextPosition& position) const noexcept
+{
+	const TextSpan& span = SpanOf(cluster);
+	Matrix2d place = Translation(position.point.x, position.point.y);
+	if (position.turn != 0.0)
+		place = place * Rotation(position.turn);
+	if (!_content.IsVertical())
+	{
+		place = place * Translation(0.0, -span.shift);
+		if (position.rotation != 0.0)
+			place = place * Rotation(position.rotation);
+		return place * Scaling(position.stretch, 1.0);
+	}
+	if (_text.clusters[cluster].isUpright)
+	{
+		return place * Translation(span.shift + GetCenter(span), 0.0) * Rotation(position.rotation) *
+			   Scaling(1.0, position.stretch);
+	}
+	constexpr double kQuarter = std::numbers::pi / 2.0;
+	return place * Translation(span.shift, 0.0) * Rotation(position.rotation + kQuarter) *
+		   Scaling(position.stretch, 1.0);
+}
+
+/// Takes the cell and the ink of a cluster into the boxes.
+void TextLayout::Measure(std::size_t cluster) noexcept
+{
+	const TextCluster& measured = _text.clusters[cluster];
+	const TextSpan& span = SpanOf(cluster);
+	const Rectangle cell = GetCell(span, measured);
+	const Matrix2d& place = _places[cluster];
+	_bounds.Include(Transform(place, cell));
+	Rectangle ink = cell.Grow(span.size / 8.0);
+	const double scale = measured.size / measured.face->unit;
+	for (std::size_t i = 0; i < measured.glyphCount; i++)
+	{
+		const TextGlyph& glyph = _text.glyphs[measured.firstGlyph + i];
+		hb_glyph_extents_t extents{};
+		if (hb_font_get_glyph_extents(measured.face->shaper, glyph.id, &extents) == 0)
+			continue;
+		const double left = glyph.offset.x + extents.x_bearing * scale;
+		const double top = glyph.offset.y - extents.y_bearing * scale;
+		// Room for letters that are leant over and made bolder.
+		const double height = -extents.height * scale;
+		const double margin = (std::abs(height) + std::abs(top)) * std::abs(measured.face->slant) +
+							  measured.size * measured.face->emboldening;
+		ink.Include(Rectangle{left, top, left + extents.width * scale, top + height}.Grow(margin));
+	}
+	_reach.Include(Transform(place, ink));
+}
+
+Result<void> TextLayout::AddFragments(const BaseArray<TextPosition>& positions) noexcept
+{
+	for (std::size_t i = 0; i < positions.GetCount(); i++)
+	{
+		if (positions[i].isHidden || !IsInvertible(_places[i]))
+			continue;
+		const TextSpan& span = SpanOf(i);
+		const bool goesOn =
+			!_fragments.IsEmpty() && (_fragments.end() - 1)->end == i && (_fragments.end() - 1)->frame == span.frame;
+		if (goesOn)
+			(_fragments.end() - 1)->end = i + 1;
+		else
+			ORVAN_TRY(_fragments.Append({span.frame, span.opacity, i, i + 1}));
+	}
+	return {};
+}
+
+Result<Outline> TextLayout::GetOutline(const TextFragment& fragment) const noexcept
+{
+	Outline outline;
+	for (std::size_t i = fragment.first; i < fragment.end; i++)
+	{
+		const TextCluster& cluster = _text.clusters[i];
+		const Matrix2d scaling = Scaling(cluster.size, cluster.size);
+		for (std::size_t glyph = cluster.firstGlyph; glyph < cluster.firstGlyph + cluster.glyphCount; glyph++)
+		{
+			const auto& [id, offset] = _text.glyphs[glyph];
+			ORVAN_TRY(
+				_fonts->AddOutline(*cluster.face, id, _places[i] * Translation(offset.x, offset.y) * scaling, outline));
+		}
+	}
+	return outline;
+}
+
+Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind kind) const noexcept
+{
+	Outline outline;
+	for (std::size_t i = fragment.first; i < fragment.end;)
+	{
+		const TextSpan& span = SpanOf(i);
+		const FontMetrics& metrics = span.font->metrics;
+		const FontLine& line = kind == TextLineKind::underline  ? metrics.underline
+							   : kind == TextLineKind::overline ? metrics.overline
+																: metrics.lineThrough;
+		const bool isUpright = _text.clusters[i].isUpright;
+		const auto getEnd = [&](double length)
+		{
+			return isUpright ? Vector2d{0.0, length} : Vector2d{length, 0.0};
+		};
+		const std::size_t first = i;
+		double length = _text.clusters[i].advance;
+		for (i++; i < fragment.end && _text.clusters[i].isUpright == isUpright; i++)
+		{
+			if (!GoesOn(_places[first], _places[i], getEnd(length)))
+				break;
+			length += _text.clusters[i].advance;
+		}
+		const double center = line.center * span.size - (isUpright ? GetCenter(span) : 0.0);
+		const double half = line.thickness * span.size / 2.0;
+		const double start = std::min(0.0, length);
+		const double end = std::max(0.0, length);
+		const Rectangle box = isUpright ? Rectangle{center - half, start, center + half, end}
+										: Rectangle{start, -center - half, end, -center + half};
+		Outline rectangle;
+		ORVAN_TRY(rectangle.AddRectangle(box, 0.0, 0.0));
+		ORVAN_TRY(outline.Append(rectangle, _places[first]));
+	}
+	return outline;
+}
+
+const Frame* TextLayout::FindDecorating(const TextFragment& fragment, TextLineKind kind, int index) noexcept
+{
+	for (const Frame* frame = fragment.frame; frame != nullptr; frame = frame->outer)
+	{
+		const auto lines = frame->GetOr(SVGImportAttribute::textDecoration, std::int32_t{0});
+		if ((lines & static_cast<std::int32_t>(kind)) != 0 && index-- == 0)
+			return frame;
+	}
+	return nullptr;
+}
+
+} // namespace orvan::drawing
