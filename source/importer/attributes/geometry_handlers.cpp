@@ -3,6 +3,7 @@
 #include "elements/element_classes.h"
 #include "importer/attributes/attribute_handlers.h"
 #include "importer/attributes/length_scanner.h"
+#include "importer/path_element_sink.h"
 
 #include <cmath>
 
@@ -33,52 +34,6 @@ Result<void> ImportRadius(const Value& value)
 
 namespace
 {
-
-/// Hands the segments of a path to a path element, which fails for want of memory only.
-class PathElementSink final : public grammar::PathSink
-{
-public:
-	explicit PathElementSink(PathElement& path) noexcept : _path(path)
-	{
-	}
-
-	void MoveTo(double x, double y) override
-	{
-		Note(_path.MoveTo({x, y}));
-	}
-
-	void LineTo(double x, double y) override
-	{
-		Note(_path.LineTo({x, y}));
-	}
-
-	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
-	{
-		Note(_path.CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
-	}
-
-	void Close() override
-	{
-		Note(_path.CloseSubpath());
-	}
-
-	/// The end of the attribute.
-	Result<void> Exit() noexcept
-	{
-		Note(_path.PathExit());
-		return std::move(_result);
-	}
-
-private:
-	void Note(Result<void> result) noexcept
-	{
-		if (!result.IsOk()) [[unlikely]]
-			_result = std::move(result);
-	}
-
-	PathElement& _path;
-	Result<void> _result;
-};
 
 /// What elements without a path make of one.
 class NoPathSink final : public grammar::PathSink

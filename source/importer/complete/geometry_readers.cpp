@@ -4,6 +4,7 @@
 #include "importer/complete/value_readers.h"
 
 #include "elements/element_classes.h"
+#include "importer/path_element_sink.h"
 
 #include <string>
 
@@ -16,39 +17,16 @@ using grammar::Source;
 namespace
 {
 
-/// Hands the segments of a path to a path element.
-class PathElementSink final : public grammar::PathSink
+/// Notes whether there are lines: only then a polygon is closed.
+class PointsSink final : public PathElementSink
 {
 public:
-	explicit PathElementSink(PathElement& path) noexcept : _path(path)
-	{
-	}
-
-	void MoveTo(double x, double y) override
-	{
-		Note(_path.MoveTo({x, y}));
-	}
+	using PathElementSink::PathElementSink;
 
 	void LineTo(double x, double y) override
 	{
-		Note(_path.LineTo({x, y}));
+		PathElementSink::LineTo(x, y);
 		_hasLines = true;
-	}
-
-	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
-	{
-		Note(_path.CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
-	}
-
-	void Close() override
-	{
-		Note(_path.CloseSubpath());
-	}
-
-	Result<void> Exit() noexcept
-	{
-		Note(_path.PathExit());
-		return std::move(_result);
 	}
 
 	bool HasLines() const noexcept
@@ -57,14 +35,6 @@ public:
 	}
 
 private:
-	void Note(Result<void> result) noexcept
-	{
-		if (!result.IsOk()) [[unlikely]]
-			_result = std::move(result);
-	}
-
-	PathElement& _path;
-	Result<void> _result;
 	bool _hasLines = false;
 };
 
@@ -122,7 +92,7 @@ Result<Reading> ReadPoints(const Application& application)
 {
 	auto& path = static_cast<PathElement&>(application.element);
 	path.Clear();
-	PathElementSink sink(path);
+	PointsSink sink(path);
 	const grammar::complete::Progress progress = grammar::complete::ParsePoints(application.text, sink);
 	if (application.tag == Tag::polygon && sink.HasLines())
 		sink.Close();
