@@ -35,27 +35,6 @@ Result<void> ImportRadius(const Value& value)
 namespace
 {
 
-/// What elements without a path make of one.
-class NoPathSink final : public grammar::PathSink
-{
-public:
-	void MoveTo(double, double) override
-	{
-	}
-
-	void LineTo(double, double) override
-	{
-	}
-
-	void CubicTo(double, double, double, double, double, double) override
-	{
-	}
-
-	void Close() override
-	{
-	}
-};
-
 /// Calls `read` with the sink for the element at hand.
 template <typename Read>
 Result<void> ReadPath(const Value& value, Read read)

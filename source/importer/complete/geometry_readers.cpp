@@ -83,9 +83,14 @@ Result<Reading> ReadPathData(const Application& application)
 	case Parsed::value:
 		break;
 	}
-	if (!function.hasEscapes)
-		return ReadPath(application, function.data);
-	return ReadPath(application, grammar::complete::ResolveEscapes(function.data));
+	std::string resolved;
+	if (function.hasEscapes)
+		function.data = resolved = grammar::complete::ResolveEscapes(function.data);
+	// Other than the attribute, a declaration with a fault counts for nothing.
+	NoPathSink nothing;
+	if (!grammar::complete::ParsePath(function.data, nothing).isWhole)
+		return Reading::refused;
+	return ReadPath(application, function.data);
 }
 
 Result<Reading> ReadPoints(const Application& application)
