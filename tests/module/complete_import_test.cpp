@@ -470,6 +470,8 @@ TEST_F(CompleteImport, BoundsWhatEntitiesComeTo)
 	for (int i = 0; i < 4097; i++)
 		many += "<!ENTITY e" + std::to_string(i) + " ''>";
 	EXPECT_NE("nothing", Refusal(WithEntities(many, "")));
+	EXPECT_NE("nothing", Refusal(WithEntities("<!ENTITY a '&#12'>", "")));
+	EXPECT_NE("nothing", Refusal(WithEntities("<!ENTITY a 'b&#x;c &#y;'>", "")));
 	// External ones are never read: the reference stays what it is.
 	const Loaded external = LoadWith(WithEntities("<!ENTITY e SYSTEM 'file:///etc/hostname'>", "class='&e;'"));
 	EXPECT_EQ("&e;", ClassOf(external["r"]));

@@ -168,9 +168,36 @@ private:
 				throw XmlError("more than 4096 entities are declared", name.data());
 			// The first declaration of a name holds.
 			if (ORVAN_TRY(_numbers.Insert(ORVAN_TRY(String::Create(name)), _entities.GetCount())))
-				ORVAN_TRY(_entities.Append({value}));
+				ORVAN_TRY(_entities.Append({ORVAN_TRY(ReplaceCharacters(value))}));
 		}
 		return {};
+	}
+
+	/// References to characters are replaced where a value is declared, those to entities where it is used: "&#38;#60;"
+	/// declares "&#60;", which is "<" in a text.
+	Result<std::string_view> ReplaceCharacters(std::string_view value)
+	{
+		if (value.find("&#") == value.npos)
+			return value;
+		BaseArray<char> text;
+		ORVAN_TRY(text.Reserve(value.size()));
+		while (!value.empty())
+		{
+			const std::size_t before = std::min(value.find("&#"), value.size());
+			ORVAN_TRY(text.AppendAll(value.data(), before));
+			value.remove_prefix(before);
+			if (value.empty())
+				break;
+			// What is no reference throws.
+			const std::string_view reference = value.substr(0, std::min(value.find(';'), value.size() - 1) + 1);
+			char character[4];
+			ORVAN_TRY(text.AppendAll(character,
+									 static_cast<std::size_t>(DecodeReferences(reference, character) - character)));
+			value.remove_prefix(reference.size());
+		}
+		const std::string_view view(text.begin(), text.GetCount());
+		ORVAN_TRY(_replaced.Append(std::move(text)));
+		return view;
 	}
 
 	Result<void> Copy(std::size_t from, std::size_t to) noexcept
@@ -330,6 +357,7 @@ private:
 	std::string_view _text;
 	PositionMap& _positions;
 	BaseArray<char> _result;
+	BaseArray<BaseArray<char>> _replaced; ///< Values that had references to characters.
 	BaseArray<Entity> _entities;
 	StringMap<std::size_t> _numbers;  ///< Places among the entities, by name.
 	const char* _reference = nullptr; ///< The reference that is being replaced.
