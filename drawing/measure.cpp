@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "measure.h"
 
+#include "filters.h"
 #include "markers.h"
 #include "strokes.h"
 #include "text_layout.h"
@@ -42,25 +43,45 @@ Result<void> MeasureSink::DrawShape(const Frame& frame, const Outline& outline) 
 	if (!bounds.IsFinite())
 		return {};
 	_box.Include(outline.GetBounds(_toUser * frame.place.transform));
+	Rectangle touched;
 	if (frame.place.style.visibility == SVGVisibility::visible)
-		_touched.Include(GetPaintedBounds(_scene, frame, bounds));
+		touched = GetPaintedBounds(_scene, frame, bounds);
 	// Markers belong to what is painted, not to the box.
 	MeasureSink markers(_scene, {});
 	ORVAN_TRY(DrawMarkers(_scene, frame, outline, markers));
-	_touched.Include(markers._touched);
-	return {};
+	touched.Include(markers._touched);
+	return Touch(frame, Extent(outline.GetBounds(), touched));
 }
 
 Result<void> MeasureSink::DrawText(const Frame& frame, const TextLayout& text) noexcept
 {
 	_box.Include(Transform(_toUser * frame.place.transform, text.GetBounds()));
-	_touched.Include(GetPaintedBounds(_scene, frame, text));
-	return {};
+	return Touch(frame, Extent(text.GetBounds(), GetPaintedBounds(_scene, frame, text)));
 }
 
-Result<void> MeasureSink::DrawGroup(const Frame&, const Content& content) noexcept
+Result<void> MeasureSink::DrawGroup(const Frame& frame, const Content& content) noexcept
 {
-	return content.DrawInto(*this);
+	if (frame.effects.filter == nullptr)
+		return content.DrawInto(*this);
+	MeasureSink inside(_scene, {});
+	inside._toUser = _toUser;
+	ORVAN_TRY(content.DrawInto(inside));
+	_box.Include(inside._box);
+	return Touch(frame, Extent(Transform(Invert(_toUser * frame.place.transform), inside._box), inside._touched));
+}
+
+/// Adds what an element touches that has this extent without its filters.
+Result<void> MeasureSink::Touch(const Frame& frame, Extent extent) noexcept
+{
+	const Rectangle touched = ORVAN_TRY(extent.GetTouched());
+	if (frame.effects.filter == nullptr)
+	{
+		_touched.Include(touched);
+		return {};
+	}
+	const BaseArray<FilterStage> stages = ORVAN_TRY(GetFilterStages(_scene, frame, extent));
+	_touched.Include(GetFilteredBounds(stages, frame, touched));
+	return {};
 }
 
 Result<void> MeasureSink::DrawClipped(const Place& place, const Rectangle& clip, const Content& content) noexcept

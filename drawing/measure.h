@@ -17,8 +17,10 @@ Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const Rectang
 /// The same for a text, whose parts may have strokes of their own; its frame is `frame`.
 Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const TextLayout& text) noexcept;
 
-/// A sink that draws nothing and finds out what would be touched, effects left aside, and the bounding box of all
-/// outlines.
+class Extent;
+
+/// A sink that draws nothing and finds out what would be touched, and the bounding box of all outlines. Of the effects
+/// only filters count: the others never make anything larger.
 class MeasureSink final : public Sink
 {
 public:
@@ -45,6 +47,8 @@ public:
 	}
 
 private:
+	Result<void> Touch(const Frame& frame, Extent extent) noexcept;
+
 	Scene& _scene;
 	Matrix2d _toUser;
 	Rectangle _touched;

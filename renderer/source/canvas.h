@@ -27,8 +27,9 @@ struct Job
 };
 
 /// Where a part draws: the picture, or a surface that is made for it. All surfaces of a picture have its coordinates,
-/// and the drawing library's own transform is the identity between calls: outlines are transformed on their way in, and
-/// strokes and text set a transform only for as long as they take. Clips are the library's.
+/// and outlines are transformed to these on their way in; strokes and text set a further transform only for as long as
+/// they take. The drawing library's own transform leads from there to the surface: it is the identity but where a
+/// filter works on a grid that lies otherwise. Clips are the library's.
 struct Canvas
 {
 	Job& job;
@@ -58,6 +59,29 @@ public:
 
 private:
 	cairo_t* _drawing;
+};
+
+/// Draws in the coordinates of a transform on top of the drawing's own, for as long as it lives.
+class TransformedDrawing
+{
+public:
+	TransformedDrawing(cairo_t* drawing, const Matrix2d& transform) noexcept : _drawing(drawing)
+	{
+		cairo_get_matrix(drawing, &_before);
+		const cairo_matrix_t matrix = ToCairo(transform);
+		cairo_transform(drawing, &matrix);
+	}
+
+	TransformedDrawing(const TransformedDrawing&) = delete;
+
+	~TransformedDrawing()
+	{
+		cairo_set_matrix(_drawing, &_before);
+	}
+
+private:
+	cairo_t* _drawing;
+	cairo_matrix_t _before;
 };
 
 } // namespace orvan::cairo

@@ -2,6 +2,7 @@
 #include "composition.h"
 
 #include "clip_paths.h"
+#include "filter_effect.h"
 #include "layers.h"
 #include "masks.h"
 
@@ -35,9 +36,23 @@ cairo_operator_t ToOperator(SVGBlendMode mode) noexcept
 /// The references of the effects, followed; null for none.
 struct Followed
 {
+	BaseArray<FilterStage> filters;
 	SVGElementRef clip; ///< Only one that is not the drawing library's clip already.
 	SVGElementRef mask;
 };
+
+/// The content as one picture, with its filters; null when nothing is left of it.
+Result<PatternPtr> DrawPicture(const Canvas& canvas, const Frame& frame, const Followed& followed, Extent& extent,
+							   const Content& content, Sink& sink) noexcept
+{
+	if (!followed.filters.IsEmpty())
+		return DrawFiltered(canvas, frame, followed.filters, extent, content);
+	cairo_push_group(canvas.drawing);
+	Result<void> drawn = content.DrawInto(sink);
+	PatternPtr picture(cairo_pop_group(canvas.drawing));
+	ORVAN_TRY(drawn);
+	return picture;
+}
 
 /// Draws content into a layer and puts that through the effects.
 Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effects& effects, const Followed& followed,
@@ -49,10 +64,9 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	if (!layer.IsOpen())
 		return {};
 	cairo_t* const drawing = canvas.drawing;
-	cairo_push_group(drawing);
-	Result<void> drawn = content.DrawInto(sink);
-	PatternPtr picture(cairo_pop_group(drawing));
-	ORVAN_TRY(drawn);
+	PatternPtr picture = ORVAN_TRY(DrawPicture(canvas, frame, followed, extent, content, sink));
+	if (picture == nullptr)
+		return {};
 	const cairo_operator_t blend = ToOperator(effects.blendMode);
 	if (followed.clip)
 	{
@@ -97,17 +111,25 @@ Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& ef
 	followed.mask = ORVAN_TRY(FindMask(canvas.job, effects, frame));
 	if (effects.opacity == 0.0)
 		return {};
+	if (effects.filter != nullptr)
+		followed.filters = ORVAN_TRY(GetFilterStages(canvas.job.scene, frame, extent));
+	const bool isFiltered = !followed.filters.IsEmpty();
 	const SavedDrawing saved(canvas);
-	if (extent.IsKnown())
+	if (isFiltered)
+	{
+		const Rectangle touched = ORVAN_TRY(extent.GetTouched());
+		canvas.ClipTo(GetFilteredBounds(followed.filters, frame, touched).RoundOut(), {});
+	}
+	else if (extent.IsKnown())
 		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
 	if (followed.clip && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
 		followed.clip = nullptr;
-	const bool needsLayer = followed.clip || followed.mask || effects.opacity != 1.0 ||
+	const bool needsLayer = isFiltered || followed.clip || followed.mask || effects.opacity != 1.0 ||
 							effects.blendMode != SVGBlendMode::normal || effects.isIsolated;
 	if (!needsLayer)
 		return canvas.GetClipExtents().GetArea() > 0.0 ? content.DrawInto(sink) : Result<void>();
 	// Below a few layers measuring anew would cost more than it saves: the outer ones have set bounds already.
-	if (!extent.IsKnown() && canvas.job.scene.limits.GetLayerCount() < kMeasuredLayers)
+	if (!isFiltered && !extent.IsKnown() && canvas.job.scene.limits.GetLayerCount() < kMeasuredLayers)
 		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
 	if (!(canvas.GetClipExtents().GetArea() > 0.0))
 		return {};

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "glyphs.h"
 
+#include "canvas.h"
+
 #include <pango/pangocairo.h>
 
 namespace orvan::cairo
@@ -30,8 +32,7 @@ void DrawCluster(cairo_t* drawing, const TextLayout& text, std::size_t number, c
 			transform * text.GetPlace(number) * Translation(offset.x, offset.y) * Scaling(scale, scale);
 		if (!IsInvertible(place))
 			continue;
-		const cairo_matrix_t matrix = ToCairo(place);
-		cairo_set_matrix(drawing, &matrix);
+		const TransformedDrawing inPlace(drawing, place);
 		const cairo_glyph_t glyph{id, 0.0, 0.0};
 		cairo_show_glyphs(drawing, &glyph, 1);
 	}
@@ -68,7 +69,6 @@ void DrawColorGlyphs(cairo_t* drawing, const TextLayout& text, const TextFragmen
 		hasAny = true;
 		cairo_set_source_rgba(drawing, 0.0, 0.0, 0.0, 1.0);
 		DrawCluster(drawing, text, i, transform);
-		cairo_identity_matrix(drawing);
 	}
 	if (!hasAny || !isTransparent)
 		return;

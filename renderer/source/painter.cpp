@@ -56,7 +56,7 @@ cairo_antialias_t GetAntialias(const Style& style) noexcept
 double TakeOpacity(const Frame& frame, Effects& effects) noexcept
 {
 	const bool isOne = !(HasFill(frame.place.style) && HasStroke(frame.place)) && !HasMarkers(frame);
-	return isOne ? std::exchange(effects.opacity, 1.0) : 1.0;
+	return isOne && effects.filter == nullptr ? std::exchange(effects.opacity, 1.0) : 1.0;
 }
 
 /// How the document counts the length of a shape's outline, as a factor on its dashes.
@@ -81,7 +81,9 @@ cairo_fill_rule_t ToCairo(SVGFillRule rule) noexcept
 Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noexcept
 {
 	const Place& place = frame.place;
-	if (place.style.visibility != SVGVisibility::visible)
+	// What is hidden may still have a filter that makes something of nothing.
+	const bool isHidden = place.style.visibility != SVGVisibility::visible;
+	if (isHidden && frame.effects.filter == nullptr)
 		return {};
 	const PathExtent extent = SetPath(_canvas.drawing, outline, place.transform);
 	if (!extent.IsDrawable())
@@ -100,10 +102,14 @@ Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noex
 	const double opacity = TakeOpacity(frame, effects);
 	if (effects.IsNone())
 		return PaintPath(frame, outline, opacity);
-	const auto paint = [&](Sink&) noexcept
+	// A filter has it painted elsewhere.
+	const auto paint = [&](Sink& sink) noexcept
 	{
-		SetPath(_canvas.drawing, outline, place.transform);
-		return PaintPath(frame, outline, opacity);
+		auto& painter = static_cast<Painter&>(sink);
+		if (isHidden)
+			return Result<void>();
+		SetPath(painter._canvas.drawing, outline, place.transform);
+		return painter.PaintPath(frame, outline, opacity);
 	};
 	if (HasMarkers(frame))
 	{
@@ -166,10 +172,11 @@ Result<void> Painter::DrawText(const Frame& frame, const TextLayout& text) noexc
 	if (!Pay(frame.place, painted, text.GetLength() * kCharacterWork))
 		return {};
 	Effects effects = frame.effects;
-	const double opacity = IsPaintedOnce(text) ? std::exchange(effects.opacity, 1.0) : 1.0;
-	const auto paint = [&](Sink&) noexcept
+	const bool takesOpacity = IsPaintedOnce(text) && effects.filter == nullptr;
+	const double opacity = takesOpacity ? std::exchange(effects.opacity, 1.0) : 1.0;
+	const auto paint = [&](Sink& sink) noexcept
 	{
-		return PaintText(_canvas, frame, text, opacity);
+		return PaintText(static_cast<Painter&>(sink)._canvas, frame, text, opacity);
 	};
 	Extent known(text.GetBounds(), painted);
 	return Compose(_canvas, frame, effects, known, paint, *this);

@@ -132,7 +132,7 @@ bool SetDashes(const Canvas& canvas, const Place& place, double stretch, double 
 
 /// Strokes the current path in pieces, and stops when the time is up. Each piece begins with the last line of the one
 /// before, so that their joins are there. The pieces make up one area, which the source then fills once.
-void StrokeInPieces(const Canvas& canvas, const cairo_matrix_t& pen, int pieceLength) noexcept
+void StrokeInPieces(const Canvas& canvas, const Matrix2d& pen, int pieceLength) noexcept
 {
 	cairo_t* const drawing = canvas.drawing;
 	const PathPtr path(cairo_copy_path(drawing));
@@ -141,9 +141,8 @@ void StrokeInPieces(const Canvas& canvas, const cairo_matrix_t& pen, int pieceLe
 	cairo_set_source_rgba(drawing, 0.0, 0.0, 0.0, 1.0);
 	const auto stroke = [&]
 	{
-		cairo_set_matrix(drawing, &pen);
+		const TransformedDrawing inPen(drawing, pen);
 		cairo_stroke(drawing);
-		cairo_identity_matrix(drawing);
 	};
 	cairo_new_path(drawing);
 	cairo_path_data_t start{};
@@ -207,7 +206,6 @@ void StrokePath(const Canvas& canvas, const Frame& frame, double pathLength) noe
 	cairo_set_line_join(canvas.drawing, ToCairo(style.lineJoin));
 	cairo_set_miter_limit(canvas.drawing, style.miterLimit >= 1.0 ? style.miterLimit : 1.0);
 	cairo_set_line_width(canvas.drawing, width);
-	const cairo_matrix_t matrix = cairo::ToCairo(pen);
 	if (!isDashed && canvas.job.output == SVGRenderOutput::pixels)
 	{
 		// Curves are many lines to the library, and a join at each of them takes as many rows as the pen is wide.
@@ -217,13 +215,12 @@ void StrokePath(const Canvas& canvas, const Frame& frame, double pathLength) noe
 		const double rows = measure.length * 2.0 + measure.segmentCount * kLinesOfACurve * width * stretch;
 		if (measure.segmentCount > kFewSegments && rows > kManyRows)
 		{
-			StrokeInPieces(canvas, matrix, std::max(1, static_cast<int>(measure.segmentCount * kManyRows / rows)));
+			StrokeInPieces(canvas, pen, std::max(1, static_cast<int>(measure.segmentCount * kManyRows / rows)));
 			return;
 		}
 	}
-	cairo_set_matrix(canvas.drawing, &matrix);
+	const TransformedDrawing inPen(canvas.drawing, pen);
 	cairo_stroke(canvas.drawing);
-	cairo_identity_matrix(canvas.drawing);
 }
 
 } // namespace orvan::cairo

@@ -64,11 +64,10 @@ Result<Reading> StoreLength(const Application& application, Range range) noexcep
 }
 
 /// "auto" says nothing, and takes away what was said before.
-Result<Reading> StoreLengthOrAuto(const Application& application) noexcept
+Result<Reading> StoreLengthOrAuto(const Application& application, Range range) noexcept
 {
 	grammar::Length length;
-	const Parsed parsed =
-		grammar::complete::ParseLengthOrAuto(application.text, application.source, Range::notNegative, length);
+	const Parsed parsed = grammar::complete::ParseLengthOrAuto(application.text, application.source, range, length);
 	if (parsed == Parsed::nothing)
 		ORVAN_TRY(application.element.Remove(application.rule.number));
 	return Store(application, parsed, ToLength(length));
@@ -164,7 +163,8 @@ Result<Reading> ReadNotNegativeLength(const Application& application)
 	return StoreLength(application, Range::notNegative);
 }
 
-/// In a sheet, sizes are those of any box and need a unit, which the other geometry properties do not.
+/// In a sheet, sizes are those of any box and need a unit, which the other geometry properties do not. Filters and
+/// their primitives may have negative ones, with which they give nothing.
 Result<Reading> ReadSize(const Application& application)
 {
 	grammar::Length length;
@@ -172,12 +172,13 @@ Result<Reading> ReadSize(const Application& application)
 		grammar::complete::ParseLength(application.text, application.source, Range::any, length) == Parsed::value &&
 		length.unit == grammar::LengthUnit::number && length.value != 0.0)
 		return Reading::refused;
-	return StoreLengthOrAuto(application);
+	constexpr TagSet kFilters = TagSet::Range(SVGImportElementKind::filter, SVGImportElementKind::feTurbulence);
+	return StoreLengthOrAuto(application, kFilters.Has(application.tag) ? Range::any : Range::notNegative);
 }
 
 Result<Reading> ReadRadius(const Application& application)
 {
-	return StoreLengthOrAuto(application);
+	return StoreLengthOrAuto(application, Range::notNegative);
 }
 
 Result<Reading> ReadX(const Application& application)
