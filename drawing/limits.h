@@ -33,7 +33,7 @@ inline constexpr double kGradientFactor = 8.0;   ///< A pixel filled with a grad
 /// How many rows of pixels the edges of one outline may cross before it is looked at whether there is time for it, and
 /// how many of them a second is enough for. Both are what the drawing library manages on a slow machine.
 inline constexpr double kManyRows = 3e6;
-inline constexpr double kRowsPerSecond = 2e7;
+inline constexpr double kRowsPerSecond = 2e6;
 
 /// The reasons why something is left out; each is reported once a picture.
 enum class Omission : std::uint32_t

@@ -18,12 +18,12 @@ namespace
 
 constexpr double kBytesPerPixel = 4.0;
 
-/// The time for drawing: of the deadline, a second for twenty million pixels is for writing the file, but never most
-/// of it.
+/// The time for drawing: of the deadline, a second for ten million pixels is for writing the file, but no more than two
+/// thirds of it.
 double GetSecondsToDraw(double deadline, double pixels) noexcept
 {
-	constexpr double kPixelsPerSecond = 2e7;
-	return std::max(deadline / 2.0, deadline - pixels / kPixelsPerSecond);
+	constexpr double kPixelsPerSecond = 1e7;
+	return std::max(deadline / 3.0, deadline - pixels / kPixelsPerSecond);
 }
 
 } // namespace
