@@ -37,6 +37,23 @@ Result<Chain> Chain::Follow(Scene& scene, ObjectBase* element, bool (*isWanted)(
 	return chain;
 }
 
+Matrix2d Chain::GetTransform(SVGImportAttribute key, const Place& place) const noexcept
+{
+	for (const Link& link : _links)
+	{
+		const auto* transform = link.attributes.Find<Matrix2d>(static_cast<std::int32_t>(key));
+		if (transform == nullptr)
+			continue;
+		const auto* origin =
+			link.attributes.Find<SVGLength2d>(static_cast<std::int32_t>(SVGImportAttribute::transformOrigin));
+		if (origin == nullptr)
+			return *transform;
+		return Around({place.Resolve(origin->x, Axis::horizontal), place.Resolve(origin->y, Axis::vertical)},
+					  *transform);
+	}
+	return {};
+}
+
 bool Chain::Has(SVGImportAttribute key) const noexcept
 {
 	for (const Link& link : _links)

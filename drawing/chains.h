@@ -2,6 +2,7 @@
 /// Definitions that take what they do not say from others: gradients and patterns that name one.
 #pragma once
 
+#include "frame.h"
 #include "scene.h"
 
 namespace orvan::drawing
@@ -34,6 +35,10 @@ public:
 	}
 
 	bool Has(SVGImportAttribute key) const noexcept;
+
+	/// The transform under `key`, around the origin that the element with the transform names. `place` is where what is
+	/// defined is used.
+	Matrix2d GetTransform(SVGImportAttribute key, const Place& place) const noexcept;
 
 	/// The nearest element that has a child with the interface `I`; null when none has.
 	template <typename I>

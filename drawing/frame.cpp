@@ -1,21 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "frame.h"
 
+#include <utility>
+
 namespace orvan::drawing
 {
 namespace
 {
 
 /// The local transform around the point that "transform-origin" names.
-Matrix2d GetTransform(const Frame& frame, const Matrix2d& local) noexcept
+Matrix2d GetTransform(const Frame& frame, const Matrix2d& local, const Rectangle* box) noexcept
 {
+	if (local == Matrix2d())
+		return local;
 	const auto* origin =
 		frame.attributes.Find<SVGLength2d>(static_cast<std::int32_t>(SVGImportAttribute::transformOrigin));
-	if (origin == nullptr || local == Matrix2d())
-		return local;
-	const double x = frame.Resolve(origin->x, Axis::horizontal);
-	const double y = frame.Resolve(origin->y, Axis::vertical);
-	return Translation(x, y) * local * Translation(-x, -y);
+	if (box == nullptr)
+	{
+		return origin == nullptr
+				   ? local
+				   : Around({frame.Resolve(origin->x, Axis::horizontal), frame.Resolve(origin->y, Axis::vertical)},
+							local);
+	}
+	const auto resolve = [&](const SVGLength& length, double side)
+	{
+		return length.unit == SVGLengthUnit::percent ? length.value * side : frame.Resolve(length, Axis::other);
+	};
+	const SVGLength2d point = origin != nullptr ? *origin : SVGLength2d{};
+	return Around({box->left + resolve(point.x, box->GetWidth()), box->top + resolve(point.y, box->GetHeight())},
+				  local);
 }
 
 } // namespace
@@ -34,7 +47,8 @@ Frame::Frame(ObjectBase* visited, const Place& outside, const Frame* outerFrame,
 	attributes = svgElement->GetAttributeDictionary();
 	place.style.Apply(attributes, place.viewport);
 	effects = Effects(attributes);
-	place.transform = place.transform * GetTransform(*this, svgElement->GetLocalTransform());
+	place.transform = place.transform *
+					  GetTransform(*this, svgElement->GetLocalTransform(), std::exchange(place.referenceBox, nullptr));
 	canDraw = IsInvertible(place.transform);
 }
 

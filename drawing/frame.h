@@ -23,6 +23,8 @@ struct Place
 	Viewport viewport;
 	Style style;
 	bool isByReference = false; ///< The place was reached by a use, a mask or the like: work there is paid for.
+	/// What the origin of the next element's transform refers to, in that element's coordinates; null for the viewport.
+	const Rectangle* referenceBox = nullptr;
 	const ContextPaints* context = nullptr; ///< What context-fill and context-stroke stand for; null for nothing.
 
 	double Resolve(const SVGLength& length, Axis axis) const noexcept

@@ -96,6 +96,12 @@ constexpr Matrix2d Scaling(double x, double y) noexcept
 	return {{0.0, 0.0}, {x, 0.0}, {0.0, y}};
 }
 
+/// A transform with this point as its origin.
+constexpr Matrix2d Around(const Vector2d& origin, const Matrix2d& matrix) noexcept
+{
+	return Translation(origin.x, origin.y) * matrix * Translation(-origin.x, -origin.y);
+}
+
 /// The bounds of a transformed rectangle.
 inline Rectangle Transform(const Matrix2d& matrix, const Rectangle& r) noexcept
 {
@@ -129,6 +135,12 @@ inline Matrix2d Invert(const Matrix2d& m) noexcept
 inline Matrix2d BoxTransform(const Rectangle& box) noexcept
 {
 	return {{box.left, box.top}, {box.GetWidth(), 0.0}, {0.0, box.GetHeight()}};
+}
+
+/// How much the transform lengthens lines on average: the square root of what it does to areas.
+inline double GetMeanScale(const Matrix2d& m) noexcept
+{
+	return std::sqrt(std::abs(m.axis1.x * m.axis2.y - m.axis1.y * m.axis2.x));
 }
 
 /// Upper bound of how much the transform lengthens a line.

@@ -65,6 +65,47 @@ Result<BaseArray<Stop>> ReadStops(const Scene& scene, ObjectBase* gradient) noex
 	return stops;
 }
 
+double ToLight(double value) noexcept
+{
+	return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double FromLight(double light) noexcept
+{
+	return light <= 0.0031308 ? light * 12.92 : 1.055 * std::pow(light, 1.0 / 2.4) - 0.055;
+}
+
+/// More stops between the ones that are given, so that colours mix as light does.
+Result<BaseArray<Stop>> MixAsLight(const BaseArray<Stop>& stops) noexcept
+{
+	constexpr int kSteps = 16;
+	BaseArray<Stop> result;
+	const Stop* last = nullptr;
+	for (const Stop& stop : stops)
+	{
+		for (int step = 1; last != nullptr && stop.offset > last->offset && step < kSteps; step++)
+		{
+			const double t = static_cast<double>(step) / kSteps;
+			const auto mix = [t](double a, double b)
+			{
+				return a + (b - a) * t;
+			};
+			const auto mixLight = [&](double a, double b)
+			{
+				return FromLight(mix(ToLight(ClampToUnit(a)), ToLight(ClampToUnit(b))));
+			};
+			ORVAN_TRY(result.Append(
+				{mix(last->offset, stop.offset),
+				 {mixLight(last->color.red, stop.color.red), mixLight(last->color.green, stop.color.green),
+				  mixLight(last->color.blue, stop.color.blue)},
+				 mix(last->alpha, stop.alpha)}));
+		}
+		ORVAN_TRY(result.Append(stop));
+		last = &stop;
+	}
+	return result;
+}
+
 /// Reads coordinates: fractions of the bounding box, or lengths in the user's units.
 class Coordinates
 {
@@ -106,8 +147,11 @@ Result<GradientDefinition> GetGradient(Scene& scene, ObjectBase* element) noexce
 	gradient.chain = ORVAN_TRY(Chain::Follow(scene, element, &IsGradient));
 	gradient.units = gradient.chain.GetKeyword(Key::gradientUnits, SVGGradientUnits::objectBoundingBox);
 	gradient.spread = gradient.chain.GetKeyword(Key::spreadMethod, SVGSpreadMethod::pad);
-	gradient.transform = gradient.chain.GetOr(Key::gradientTransform, Matrix2d());
 	gradient.stops = ORVAN_TRY(ReadStops(scene, gradient.chain.FindParentOf<SVGStopElementInterface>()));
+	Style style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(element), {}, scene.initialStyle));
+	style.Apply(Borrowed<SVGElementInterface>(element)->GetAttributeDictionary(), {});
+	if (style.colorInterpolation == SVGColorInterpolation::linearRGB)
+		gradient.stops = ORVAN_TRY(MixAsLight(gradient.stops));
 	return gradient;
 }
 
@@ -127,6 +171,9 @@ GradientGeometry GetGeometry(const GradientDefinition& gradient, const Place& pl
 	geometry.from = {at.GetOr(Key::fx, Axis::horizontal, geometry.to.x),
 					 at.GetOr(Key::fy, Axis::vertical, geometry.to.y)};
 	geometry.fromRadius = std::max(0.0, at.GetOr(Key::fr, Axis::other, 0.0));
+	// Two circles that are one leave no room for colours in between: the inner ones are inside, the last outside.
+	if (geometry.fromRadius == geometry.toRadius && geometry.from == geometry.to)
+		geometry.fromRadius *= 1.0 - 1e-3;
 	return geometry;
 }
 

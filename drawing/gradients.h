@@ -23,7 +23,6 @@ struct GradientDefinition
 	bool isRadial = false;
 	SVGGradientUnits units = SVGGradientUnits::objectBoundingBox;
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
-	Matrix2d transform;
 	BaseArray<Stop> stops;
 };
 

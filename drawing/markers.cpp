@@ -35,52 +35,152 @@ Vector2d FirstDirection(const Vector2d& a, const Vector2d& b, const Vector2d& c)
 	return !IsZero(a) ? a : !IsZero(b) ? b : c;
 }
 
-/// The vertices in the order of the path. A subpath that is closed ends with a vertex at its start.
+struct Cubic
+{
+	Vector2d start;
+	Vector2d c1;
+	Vector2d c2;
+	Vector2d end;
+};
+
+/// True when two cubics are parts of one elliptical arc as the import of documents divides them: into equal angles, and
+/// to the last digits. Curves that somebody wrote down come near to that, but not as near.
+bool AreOneArc(const Cubic& a, const Cubic& b) noexcept
+{
+	const auto measure = [](const Vector2d& v)
+	{
+		return std::abs(v.x) + std::abs(v.y);
+	};
+	// The ellipse is a circle seen at an angle, and the second part the first one mirrored where they meet: what is
+	// across from each other there lies along the tangent, in proportions that the angle gives.
+	const Vector2d tangent = b.c1 - a.c2;
+	const Vector2d inner = b.c2 - a.c1;
+	const Vector2d outer = b.end - a.start;
+	const double square = tangent.x * tangent.x + tangent.y * tangent.y;
+	if (square == 0.0)
+		return false;
+	const double tolerance = 1e-10 * (measure(a.end) + measure(tangent));
+	const auto alongTangent = [&](const Vector2d& v)
+	{
+		return (v.x * tangent.x + v.y * tangent.y) / square;
+	};
+	const auto isAlong = [&](const Vector2d& v, double ratio)
+	{
+		return measure({v.x - tangent.x * ratio, v.y - tangent.y * ratio}) <= tolerance;
+	};
+	const double outerRatio = alongTangent(outer);
+	const double innerRatio = alongTangent(inner);
+	const double cosine = outerRatio - innerRatio;
+	constexpr double kNearlyOne = 0.9; // Arcs are divided into larger angles.
+	if (!(std::abs(cosine) < kNearlyOne) || !isAlong(inner, innerRatio) || !isAlong(a.end - a.c2, 0.5))
+		return false;
+	const double angle = std::acos(cosine);
+	return isAlong(outer, std::sin(angle) / (4.0 / 3.0 * std::tan(angle / 4.0)));
+}
+
+/// Collects vertices in the order of the path. A subpath that is closed ends with a vertex at its start.
+class VertexFinder
+{
+public:
+	Result<void> MoveTo(const Vector2d& point) noexcept
+	{
+		_start = _vertices.GetCount();
+		_isAfterCubic = false;
+		_current = point;
+		return _vertices.Append({point, {}, {}});
+	}
+
+	Result<void> LineTo(const Vector2d& point) noexcept
+	{
+		const Vector2d direction = point - _current;
+		_isAfterCubic = false;
+		Leave(direction);
+		return Arrive(point, direction);
+	}
+
+	Result<void> CurveTo(const Vector2d& c1, const Vector2d& c2, const Vector2d& end) noexcept
+	{
+		const Cubic cubic{_current, c1, c2, end};
+		const Vector2d in = FirstDirection(end - c2, end - c1, end - _current);
+		const bool isContinued = _isAfterCubic && AreOneArc(_last, cubic);
+		_isAfterCubic = true;
+		_last = cubic;
+		if (isContinued)
+		{
+			_vertices[_vertices.GetCount() - 1] = {end, in, {}};
+			_current = end;
+			return {};
+		}
+		Leave(FirstDirection(c1 - _current, c2 - _current, end - _current));
+		return Arrive(end, in);
+	}
+
+	Result<void> Close() noexcept
+	{
+		_isAfterCubic = false;
+		if (_start >= _vertices.GetCount())
+			return {};
+		const Vertex first = _vertices[_start];
+		const Vector2d back = first.point - _current;
+		Leave(back);
+		ORVAN_TRY(Arrive(first.point, back));
+		Vertex& last = _vertices[_vertices.GetCount() - 1];
+		last.out = first.out;
+		_vertices[_start].in = last.in;
+		return {};
+	}
+
+	BaseArray<Vertex> Take() noexcept
+	{
+		return std::move(_vertices);
+	}
+
+private:
+	void Leave(const Vector2d& direction) noexcept
+	{
+		if (!_vertices.IsEmpty() && !IsZero(direction))
+			_vertices[_vertices.GetCount() - 1].out = direction;
+	}
+
+	/// A line without length has the direction of the one before.
+	Result<void> Arrive(const Vector2d& point, const Vector2d& direction) noexcept
+	{
+		const bool hasDirection = !IsZero(direction) || _vertices.IsEmpty();
+		const Vector2d in = hasDirection ? direction : _vertices[_vertices.GetCount() - 1].in;
+		_current = point;
+		return _vertices.Append({point, in, {}});
+	}
+
+	BaseArray<Vertex> _vertices;
+	std::size_t _start = 0; ///< Of the subpath.
+	Vector2d _current;
+	Cubic _last;
+	bool _isAfterCubic = false; ///< `_last` has led to the current point.
+};
+
 Result<BaseArray<Vertex>> GetVertices(const Outline& outline) noexcept
 {
-	BaseArray<Vertex> vertices;
-	std::size_t start = 0; // Of the subpath.
-	Vector2d current;
-	const auto leave = [&](const Vector2d& direction)
-	{
-		if (!vertices.IsEmpty() && !IsZero(direction))
-			vertices[vertices.GetCount() - 1].out = direction;
-	};
+	VertexFinder finder;
 	for (const SVGPathCommand& command : outline.GetCommands())
 	{
 		const auto& [c1, c2, end] = command.points;
 		switch (command.type)
 		{
 		case SVGPathCommandType::move:
-			start = vertices.GetCount();
-			ORVAN_TRY(vertices.Append({end, {}, {}}));
-			current = end;
+			ORVAN_TRY(finder.MoveTo(end));
 			break;
 		case SVGPathCommandType::line:
-			leave(end - current);
-			ORVAN_TRY(vertices.Append({end, end - current, {}}));
-			current = end;
+			ORVAN_TRY(finder.LineTo(end));
 			break;
 		case SVGPathCommandType::cubic:
-			leave(FirstDirection(c1 - current, c2 - current, end - current));
-			ORVAN_TRY(vertices.Append({end, FirstDirection(end - c2, end - c1, end - current), {}}));
-			current = end;
+			ORVAN_TRY(finder.CurveTo(c1, c2, end));
 			break;
 		case SVGPathCommandType::close:
-			if (start < vertices.GetCount())
-			{
-				const Vertex first = vertices[start];
-				const Vector2d back = first.point - current;
-				leave(back);
-				const Vector2d in = IsZero(back) ? vertices[vertices.GetCount() - 1].in : back;
-				vertices[start].in = in;
-				ORVAN_TRY(vertices.Append({first.point, in, first.out}));
-				current = first.point;
-			}
+			ORVAN_TRY(finder.Close());
 			break;
 		}
 	}
-	return vertices;
+	return finder.Take();
 }
 
 double AngleOf(const Vector2d& direction) noexcept
@@ -97,6 +197,9 @@ double GetAngle(const Vertex& vertex) noexcept
 		return AngleOf(vertex.in);
 	const double in = AngleOf(vertex.in);
 	double out = AngleOf(vertex.out);
+	// Where the path turns right back, both sides are halfway; browsers take this one.
+	if (std::abs(std::abs(out - in) - std::numbers::pi) < 1e-9)
+		return in - std::numbers::pi / 2.0;
 	if (out - in > std::numbers::pi)
 		out -= 2.0 * std::numbers::pi;
 	else if (in - out > std::numbers::pi)
@@ -136,8 +239,7 @@ public:
 		const auto fit = FitViewbox(area, fitting->GetViewbox(), fitting->GetPreserveAspectRatio());
 		if (!fit)
 			return {};
-		// The frame's transform is not that of a marker: it has none of its own.
-		place.viewport.Resize(fit->size);
+		// The frame's transform is not that of a marker: it has none of its own. Its percentages are the shape's.
 		const Vector2d reference = fit->transform.Apply(
 			{ToUserUnits(marker->GetRefX(), Axis::horizontal, place.viewport, frame.place.style.fontSize),
 			 ToUserUnits(marker->GetRefY(), Axis::vertical, place.viewport, frame.place.style.fontSize)});
@@ -145,8 +247,9 @@ public:
 		double angle = orient.type == SVGOrientType::angle ? orient.angle * kDegrees : GetAngle(vertex);
 		if (orient.type == SVGOrientType::autoStartReverse && isStart)
 			angle += std::numbers::pi;
-		const double scale =
-			marker->GetMarkerUnits() == SVGMarkerUnits::strokeWidth ? GetStrokeWidth(shape.place) : 1.0;
+		double scale = marker->GetMarkerUnits() == SVGMarkerUnits::strokeWidth ? GetStrokeWidth(shape.place) : 1.0;
+		if (IsStrokeUnscaled(shape))
+			scale *= scene.unit / GetMeanScale(shape.place.transform);
 		const Matrix2d turn{{}, {std::cos(angle), std::sin(angle)}, {-std::sin(angle), std::cos(angle)}};
 		frame.place.transform = place.transform * Translation(vertex.point.x, vertex.point.y) * turn *
 								Scaling(scale, scale) * Translation(-reference.x, -reference.y);

@@ -8,14 +8,9 @@
 namespace orvan::drawing
 {
 
-/// The element with this id, or null: a reference that leads nowhere is no error.
-inline Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& id) noexcept
-{
-	auto found = document->GetElementById(id);
-	if (!found.IsOk() && found.GetError().GetClass() != ErrorClass::outOfMemory)
-		return SVGElementRef();
-	return found;
-}
+/// The element with this id, or null: a reference that leads nowhere is no error. An id that is not found as it is
+/// written may have characters that stand for others ("%20").
+Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& id) noexcept;
 
 /// The element that an effect of `frame` names, when it is an `I`; null for no reference (`id` null), for one that
 /// leads to nothing, and, with a report, for one that leads back to where it comes from.

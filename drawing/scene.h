@@ -7,6 +7,8 @@
 #include "style.h"
 #include "svg_base.h"
 
+#include <optional>
+
 namespace orvan::drawing
 {
 
@@ -17,11 +19,16 @@ struct Scene
 	Vector2d naturalSize;  ///< The size in user units that the document gives itself.
 	Vector2d viewportSize; ///< The size in user units that its outermost element is fitted into.
 	Fonts& fonts;
-	Style initialStyle{};    ///< What holds outside of the document.
-	double unit = 1.0;       ///< Pixels, or points of a page, for one unit of the viewport.
+	Style initialStyle{};                ///< What holds outside of the document.
+	double unit = 1.0;                   ///< Pixels, or points of a page, for one unit of the viewport.
+	std::optional<bool> hasBlendModes{}; ///< Found out when it is first asked for.
 	bool isComplete = false; ///< The document was imported completely: what it does not say has its initial value.
 	std::string_view language = "en"; ///< Of whoever looks at the picture.
 	Limits limits{};
 };
+
+/// True when any element of the document is blended with what lies below it. Only then it matters whether a group is a
+/// picture of its own.
+Result<bool> HasBlendModes(Scene& scene) noexcept;
 
 } // namespace orvan::drawing

@@ -4,11 +4,39 @@
 #include "conditions.h"
 #include "measure.h"
 #include "references.h"
+#include "strokes.h"
 #include "svg_complete.h"
 #include "text_layout.h"
 
 namespace orvan::drawing
 {
+namespace
+{
+
+/// Which box the origin of an element's transform refers to.
+SVGTransformBox GetTransformBox(const DataDictionary& attributes) noexcept
+{
+	return static_cast<SVGTransformBox>(
+		attributes.GetOr(static_cast<std::int32_t>(SVGImportAttribute::transformBox), std::int32_t{}));
+}
+
+/// The viewport that a symbol gives itself.
+SVGViewport GetSymbolViewport(ObjectBase* symbol) noexcept
+{
+	const DataDictionary attributes = Borrowed<SVGElementInterface>(symbol)->GetAttributeDictionary();
+	SVGViewport viewport;
+	const auto read = [&](SVGImportAttribute key, SVGLength& side)
+	{
+		side = attributes.GetOr(static_cast<std::int32_t>(key), side);
+	};
+	read(SVGImportAttribute::x, viewport.x);
+	read(SVGImportAttribute::y, viewport.y);
+	read(SVGImportAttribute::width, viewport.width);
+	read(SVGImportAttribute::height, viewport.height);
+	return viewport;
+}
+
+} // namespace
 
 bool IsClippedToViewport(const Frame& frame) noexcept
 {
@@ -21,8 +49,15 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 	const Borrowed<SVGElementInterface> svgElement(element);
 	if (!svgElement || svgElement->GetDisplay() == SVGDisplay::none)
 		return {};
-	if (_scene.isComplete && !PassesConditions(svgElement->GetAttributeDictionary(), _scene.language))
-		return {};
+	if (_scene.isComplete)
+	{
+		const DataDictionary attributes = svgElement->GetAttributeDictionary();
+		if (!PassesConditions(attributes, _scene.language))
+			return {};
+		const auto reference = GetTransformBox(attributes);
+		if (reference != SVGTransformBox::viewBox && outside.referenceBox == nullptr)
+			return DrawInOwnBox(element, reference, outside, outer);
+	}
 	if (const ShapeKind kind = GetShapeKind(element); kind != ShapeKind::none)
 		return DrawShape(kind, element, outside, outer);
 	if (Borrowed<SVGGroupElementInterface>(element))
@@ -37,6 +72,28 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 								: DrawViewport(element, svg->GetViewport(), outside, outer);
 	}
 	return {};
+}
+
+Result<void> Walk::DrawInOwnBox(ObjectBase* element, SVGTransformBox reference, const Place& outside,
+								const Frame* outer) noexcept
+{
+	// The box is the same wherever the transform puts it, so it is measured around any origin.
+	Rectangle box{0.0, 0.0, 0.0, 0.0};
+	Place inside = outside;
+	inside.referenceBox = &box;
+	{
+		const Frame frame(element, inside, outer, _scene.limits);
+		if (!frame.canDraw)
+			return {};
+		MeasureSink measure(_scene, frame.place.transform);
+		ORVAN_TRY(Walk(_scene, measure).DrawElement(element, inside, outer));
+		if (measure.GetBox().IsFinite())
+			box = measure.GetBox();
+		const bool isStroked = reference == SVGTransformBox::strokeBox || reference == SVGTransformBox::borderBox;
+		if (isStroked && HasStroke(frame.place))
+			box = box.Grow(GetStrokeWidth(frame.place) / 2.0);
+	}
+	return DrawElement(element, inside, outer);
 }
 
 Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Frame& frame) noexcept
@@ -108,6 +165,11 @@ Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noex
 	Frame frame(element, outside, nullptr, _scene.limits);
 	if (!frame.canDraw)
 		return {};
+	const Rectangle area{0.0, 0.0, _scene.viewportSize.x, _scene.viewportSize.y};
+	// To whoever shows it the outermost element is a box, which is transformed about its middle.
+	const Matrix2d local = Borrowed<SVGElementInterface>(element)->GetLocalTransform();
+	if (local != Matrix2d() && !frame.Has(SVGImportAttribute::transformOrigin))
+		frame.place.transform = outside.transform * Around({area.right / 2.0, area.bottom / 2.0}, local);
 	const Borrowed<SVGFitToViewboxInterface> fitting(element);
 	SVGViewbox viewbox = fitting->GetViewbox();
 	if (viewbox.isDefault)
@@ -117,7 +179,6 @@ Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noex
 		viewbox.height.value = _scene.naturalSize.y;
 		viewbox.isDefault = false;
 	}
-	const Rectangle area{0.0, 0.0, _scene.viewportSize.x, _scene.viewportSize.y};
 	const auto fit = FitViewbox(area, viewbox, fitting->GetPreserveAspectRatio());
 	if (!fit)
 		return {};
@@ -136,7 +197,7 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 {
 	if (!_sink.TakesContainers())
 		return {};
-	const Frame frame(element, outside, outer, _scene.limits);
+	Frame frame(element, outside, outer, _scene.limits);
 	if (!frame.canDraw)
 		return {};
 	const double x = frame.Resolve(viewport.x, Axis::horizontal);
@@ -147,18 +208,19 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 	const auto fit = FitViewbox(area, fitting->GetViewbox(), fitting->GetPreserveAspectRatio());
 	if (!fit)
 		return {};
-	Place inside = frame.place;
-	inside.transform = inside.transform * fit->transform;
-	inside.viewport.Resize(fit->size);
-	if (!IsInvertible(inside.transform))
+	// What applies to the element stands in the coordinates of its content, but for the edges.
+	const Place edges = frame.place;
+	frame.place.transform = frame.place.transform * fit->transform;
+	frame.place.viewport.Resize(fit->size);
+	if (!IsInvertible(frame.place.transform))
 		return {};
 	const auto draw = [&](Sink& sink) noexcept
 	{
-		return Walk(_scene, sink).DrawChildren(element, inside, frame);
+		return Walk(_scene, sink).DrawChildren(element, frame.place, frame);
 	};
 	const auto drawClipped = [&](Sink& sink) noexcept
 	{
-		return IsClippedToViewport(frame) ? sink.DrawClipped(frame.place, area, draw) : draw(sink);
+		return IsClippedToViewport(frame) ? sink.DrawClipped(edges, area, draw) : draw(sink);
 	};
 	return _sink.DrawGroup(frame, drawClipped);
 }
@@ -167,13 +229,20 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 
 Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
-	const Frame frame(element, outside, outer, _scene.limits);
+	Frame frame(element, outside, outer, _scene.limits);
 	const String link = Borrowed<SVGUseElementInterface>(element)->GetLink();
 	if (!frame.canDraw || link.IsEmpty())
 		return {};
 	const SVGElementRef target = ORVAN_TRY(FindElement(_scene.document, link));
 	if (!target || target->GetDisplay() == SVGDisplay::none)
 		return {};
+	// Where containers do not count, what a use stands for is a shape or a text itself.
+	if (!_sink.TakesContainers() && Borrowed<SVGUseElementInterface>(target.GetObject()))
+		return {};
+	// The position is part of the transform: what applies to the use moves along.
+	const SVGLength2d position = Borrowed<SVGPositionInterface>(element)->GetPosition();
+	frame.place.transform = frame.place.transform * Translation(frame.Resolve(position.x, Axis::horizontal),
+																frame.Resolve(position.y, Axis::vertical));
 	if (frame.IsWithin(target.GetObject()))
 	{
 		_scene.limits.Omit(Omission::cycle);
@@ -188,11 +257,8 @@ Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Fram
 
 Result<void> Walk::DrawTarget(const Frame& use, ObjectBase* target) noexcept
 {
-	const SVGLength2d position = Borrowed<SVGPositionInterface>(use.element)->GetPosition();
 	Place inside = use.place;
 	inside.isByReference = true;
-	inside.transform = inside.transform * Translation(inside.Resolve(position.x, Axis::horizontal),
-													  inside.Resolve(position.y, Axis::vertical));
 	// What the use stands for may be painted as the use is. Its box is seldom asked for, and measured then.
 	const auto drawAgain = [&](Sink& sink) noexcept
 	{
@@ -219,7 +285,7 @@ Result<void> Walk::DrawTargetAt(const Frame& use, ObjectBase* target, const Plac
 	if (!svg && !Borrowed<SVGSymbolElementInterface>(target))
 		return DrawElement(target, inside, &use);
 	// A size of the use element replaces that of the viewport that it stands for.
-	SVGViewport viewport = svg ? svg->GetViewport() : SVGViewport();
+	SVGViewport viewport = svg ? svg->GetViewport() : GetSymbolViewport(target);
 	if (use.Has(SVGImportAttribute::width))
 		viewport.width = size.x;
 	if (use.Has(SVGImportAttribute::height))

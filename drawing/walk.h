@@ -29,6 +29,9 @@ public:
 	Result<void> DrawChildren(ObjectBase* parent, const Place& place, const Frame& frame) noexcept;
 
 private:
+	/// Visits an element whose transform refers to its own box.
+	Result<void> DrawInOwnBox(ObjectBase* element, SVGTransformBox reference, const Place& outside,
+							  const Frame* outer) noexcept;
 	Result<void> DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawGroup(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;

@@ -127,7 +127,8 @@ ClipContent GetClipContent(const SVGElementRef& clip) noexcept
 							 Cast<SVGCircleElementInterface>(child);
 		if (isShape)
 		{
-			content.isSimple = !content.shape && !element->HasAttribute(SVGImportAttribute::clipPath);
+			content.isSimple = !content.shape && !element->HasAttribute(SVGImportAttribute::clipPath) &&
+							   !element->HasAttribute(SVGImportAttribute::transformBox);
 			content.shape = element;
 		}
 		else if (Cast<SVGUseElementInterface>(child) || Cast<SVGTextElementInterface>(child))

@@ -122,10 +122,13 @@ Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& ef
 	}
 	else if (extent.IsKnown())
 		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
-	if (followed.clip && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
+	const bool isClipped = static_cast<bool>(followed.clip);
+	if (isClipped && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
 		followed.clip = nullptr;
+	// What is clipped is a picture of its own, which shows only where something in it is blended.
+	const bool isIsolated = effects.isIsolated || (isClipped && ORVAN_TRY(HasBlendModes(canvas.job.scene)));
 	const bool needsLayer = isFiltered || followed.clip || followed.mask || effects.opacity != 1.0 ||
-							effects.blendMode != SVGBlendMode::normal || effects.isIsolated;
+							effects.blendMode != SVGBlendMode::normal || isIsolated;
 	if (!needsLayer)
 		return canvas.GetClipExtents().GetArea() > 0.0 ? content.DrawInto(sink) : Result<void>();
 	// Below a few layers measuring anew would cost more than it saves: the outer ones have set bounds already.

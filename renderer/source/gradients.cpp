@@ -73,7 +73,7 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 	const bool isFinite = std::isfinite(geometry.from.x + geometry.from.y + geometry.to.x + geometry.to.y) &&
 						  std::isfinite(geometry.fromRadius + geometry.toRadius);
 	const std::size_t count = gradient.stops.GetCount();
-	if (count == 0 || !isFinite || geometry.toRadius < 0.0)
+	if (count == 0 || !isFinite)
 		return PaintResult::nothing;
 	Matrix2d transform = place.transform;
 	if (gradient.units == SVGGradientUnits::objectBoundingBox)
@@ -85,14 +85,14 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 		transform = transform * BoxTransform(box);
 	}
 	// A geometry that is a point has all of its colours there: the last one covers everything.
-	const bool isPoint = gradient.isRadial ? geometry.toRadius == 0.0 : geometry.from == geometry.to;
+	const bool isPoint = gradient.isRadial ? !(geometry.toRadius > 0.0) : geometry.from == geometry.to;
 	if (count == 1 || isPoint)
 	{
 		const Stop& last = gradient.stops[count - 1];
 		SetColor(canvas.drawing, last.color, last.alpha * opacity);
 		return PaintResult::painted;
 	}
-	transform = transform * gradient.transform;
+	transform = transform * gradient.chain.GetTransform(SVGImportAttribute::gradientTransform, place);
 	if (!IsInvertible(transform))
 		return PaintResult::nothing;
 	if (entry.pattern == nullptr || !(entry.geometry == geometry) || entry.opacity != opacity)

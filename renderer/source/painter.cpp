@@ -59,14 +59,14 @@ double TakeOpacity(const Frame& frame, Effects& effects) noexcept
 	return isOne && effects.filter == nullptr ? std::exchange(effects.opacity, 1.0) : 1.0;
 }
 
-/// How the document counts the length of a shape's outline, as a factor on its dashes.
+/// How the document counts the length of a shape's outline, as a factor on its dashes; 0 when the dashes are endless.
 double GetDashScale(const Frame& frame, const Outline& outline) noexcept
 {
 	const Style& style = frame.place.style;
 	if (style.dashes == nullptr || !frame.Has(SVGImportAttribute::pathLength))
 		return 1.0;
 	const double counted = frame.GetOr(SVGImportAttribute::pathLength, 0.0);
-	return counted > 0.0 ? outline.GetLength() / counted : 1.0;
+	return counted > 0.0 ? outline.GetLength() / counted : counted == 0.0 ? 0.0 : 1.0;
 }
 
 } // namespace

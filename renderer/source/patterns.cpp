@@ -63,7 +63,6 @@ Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const R
 		else
 		{
 			content.place.transform = fit->transform;
-			content.place.viewport.Resize(fit->size);
 		}
 	}
 	else if (chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
@@ -103,14 +102,12 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 	if (usesBox && !(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 		return PaintResult::invalid;
 	const Rectangle tile = GetArea(chain, units, at.frame.place, box);
-	const Matrix2d transform = at.frame.place.transform * chain.GetOr(Key::patternTransform, Matrix2d());
-	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top))
+	const Matrix2d transform = at.frame.place.transform * chain.GetTransform(Key::patternTransform, at.frame.place);
+	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(transform))
 		return PaintResult::invalid;
-	if (!IsInvertible(transform))
-		return PaintResult::nothing;
 	TileContent content = ORVAN_TRY(GetContent(canvas, chain, tile, at));
 	if (content.parent == nullptr)
-		return PaintResult::nothing;
+		return PaintResult::invalid;
 	if (at.frame.IsWithin(content.parent))
 	{
 		job.scene.limits.Omit(Omission::cycle);

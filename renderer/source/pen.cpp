@@ -19,7 +19,8 @@ constexpr double kDashesPerSecond = 5e6;
 /// A dash with round ends takes the library as long as these many others.
 constexpr double kRoundDash = 4.0;
 constexpr int kMaxDashArray = 256;
-constexpr double kShortestDash = 0.05; ///< In pixels; what is shorter looks solid anyway.
+constexpr double kUnseenGap = 1.0 / 64.0; ///< In pixels, likewise.
+constexpr double kShortestDash = 0.05;    ///< In pixels; what is shorter looks solid anyway.
 
 cairo_line_cap_t ToCairo(SVGLineCap cap) noexcept
 {
@@ -125,8 +126,21 @@ bool SetDashes(const Canvas& canvas, const Place& place, double stretch, double 
 	}
 	if (canvas.job.output == SVGRenderOutput::page)
 		limits.Reserve(dashCount / kDashesPerSecond);
-	const double offset = place.Resolve(style.dashOffset, Axis::other) * pathLength;
-	cairo_set_dash(canvas.drawing, dashes, count, std::isfinite(offset) ? std::fmod(offset, sum * 2.0) : 0.0);
+	double offset = place.Resolve(style.dashOffset, Axis::other) * pathLength;
+	offset = std::isfinite(offset) ? std::fmod(offset, sum * 2.0) : 0.0;
+	// Where a dash begins or ends exactly at a corner the library joins it to a dash without length around the corner.
+	// A little room between them, which cannot be seen, keeps them apart.
+	const double room = kUnseenGap / stretch;
+	const auto isWide = [&](int i)
+	{
+		return dashes[i] > 64.0 * room;
+	};
+	bool hasRoom = count % 2 == 0;
+	for (int i = 0; i < count && hasRoom; i++)
+		hasRoom = isWide(i);
+	for (int i = 0; i < count && hasRoom; i++)
+		dashes[i] += i % 2 == 0 ? -2.0 * room : 2.0 * room;
+	cairo_set_dash(canvas.drawing, dashes, count, hasRoom ? offset - room : offset);
 	return true;
 }
 

@@ -66,6 +66,16 @@ Result<Reading> ReadPath(const Application& application, std::string_view data)
 	return ReadingOf(application, progress);
 }
 
+/// The attribute that is the transform of a gradient or pattern, whose own name for the property it is; unknown for all
+/// other elements.
+SVGImportAttribute GetPaintServerTransform(Tag tag) noexcept
+{
+	using Kind = SVGImportElementKind;
+	if (TagSet{Kind::linearGradient, Kind::radialGradient}.Has(tag))
+		return SVGImportAttribute::gradientTransform;
+	return tag == TagOf(Kind::pattern) ? SVGImportAttribute::patternTransform : SVGImportAttribute::unknown;
+}
+
 } // namespace
 
 Result<Reading> ReadPathData(const Application& application)
@@ -122,7 +132,11 @@ Result<Reading> ReadTransform(const Application& application)
 			return Reading::refused;
 		matrix = transform.For(application.importer.viewport.x, application.importer.viewport.y);
 	}
-	ORVAN_TRY(application.element.SetLocalTransform(ToMatrix(matrix)));
+	const auto key = GetPaintServerTransform(application.tag);
+	if (key == SVGImportAttribute::unknown)
+		ORVAN_TRY(application.element.SetLocalTransform(ToMatrix(matrix)));
+	else if (application.source != Source::attribute)
+		ORVAN_TRY(application.element.Store(key, ToMatrix(matrix)));
 	return Reading::applied;
 }
 

@@ -63,6 +63,19 @@ Result<Reading> StoreLength(const Application& application, Range range) noexcep
 	return Store(application, parsed, ToLength(length));
 }
 
+/// A side or a radius that is below zero draws nothing, on the elements that get it from an attribute alone; elsewhere
+/// the value is no good, as for any property.
+Range GetRangeOfSize(const Application& application) noexcept
+{
+	using Kind = SVGImportElementKind;
+	constexpr TagSet kByAttribute = TagSet{Kind::svg, Kind::use, Kind::mask, Kind::marker, Kind::radialGradient} |
+									TagSet::Range(Kind::filter, Kind::feTurbulence);
+	const bool isOutermost = application.element.Parent() == nullptr;
+	const bool isAny =
+		application.source == grammar::Source::attribute && !isOutermost && kByAttribute.Has(application.tag);
+	return isAny ? Range::any : Range::notNegative;
+}
+
 /// "auto" says nothing, and takes away what was said before.
 Result<Reading> StoreLengthOrAuto(const Application& application, Range range) noexcept
 {
@@ -160,11 +173,10 @@ Result<Reading> ReadLength(const Application& application)
 
 Result<Reading> ReadNotNegativeLength(const Application& application)
 {
-	return StoreLength(application, Range::notNegative);
+	return StoreLength(application, GetRangeOfSize(application));
 }
 
-/// In a sheet, sizes are those of any box and need a unit, which the other geometry properties do not. Filters and
-/// their primitives may have negative ones, with which they give nothing.
+/// In a sheet, sizes are those of any box and need a unit, which the other geometry properties do not.
 Result<Reading> ReadSize(const Application& application)
 {
 	grammar::Length length;
@@ -172,8 +184,7 @@ Result<Reading> ReadSize(const Application& application)
 		grammar::complete::ParseLength(application.text, application.source, Range::any, length) == Parsed::value &&
 		length.unit == grammar::LengthUnit::number && length.value != 0.0)
 		return Reading::refused;
-	constexpr TagSet kFilters = TagSet::Range(SVGImportElementKind::filter, SVGImportElementKind::feTurbulence);
-	return StoreLengthOrAuto(application, kFilters.Has(application.tag) ? Range::any : Range::notNegative);
+	return StoreLengthOrAuto(application, GetRangeOfSize(application));
 }
 
 Result<Reading> ReadRadius(const Application& application)

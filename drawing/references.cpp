@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "references.h"
+
+#include <string_view>
+
+namespace orvan::drawing
+{
+namespace
+{
+
+/// The element with exactly this id, or null.
+Result<SVGElementRef> Find(const SVGDocumentRef& document, const String& id) noexcept
+{
+	auto found = document->GetElementById(id);
+	if (!found.IsOk() && found.GetError().GetClass() != ErrorClass::outOfMemory)
+		return SVGElementRef();
+	return found;
+}
+
+/// The value of a hexadecimal digit; -1 for anything else.
+int ToDigit(char c) noexcept
+{
+	constexpr std::string_view kDigits = "0123456789abcdef";
+	const auto place = kDigits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c);
+	return place != std::string_view::npos ? static_cast<int>(place) : -1;
+}
+
+/// An id with "%xx" replaced by the bytes that they stand for.
+Result<String> Decode(std::string_view id) noexcept
+{
+	BaseArray<char> bytes;
+	for (std::size_t i = 0; i < id.size(); i++)
+	{
+		const int high = id[i] == '%' && i + 2 < id.size() ? ToDigit(id[i + 1]) : -1;
+		const int low = high >= 0 ? ToDigit(id[i + 2]) : -1;
+		if (low < 0)
+		{
+			ORVAN_TRY(bytes.Append(id[i]));
+			continue;
+		}
+		ORVAN_TRY(bytes.Append(static_cast<char>(high * 16 + low)));
+		i += 2;
+	}
+	return String::Create(std::string_view(bytes.begin(), bytes.GetCount()));
+}
+
+} // namespace
+
+Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& id) noexcept
+{
+	SVGElementRef found = ORVAN_TRY(Find(document, id));
+	if (!found && id.View().find('%') != std::string_view::npos)
+		return Find(document, ORVAN_TRY(Decode(id.View())));
+	return found;
+}
+
+} // namespace orvan::drawing
