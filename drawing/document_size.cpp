@@ -25,6 +25,25 @@ std::optional<double> GetAbsolute(const SVGLength& length, const DataDictionary&
 
 } // namespace
 
+NaturalSize GetStatedSize(const SVGElementRef& root) noexcept
+{
+	NaturalSize size;
+	const auto svg = Cast<SVGSVGElementInterface>(root);
+	const auto fit = Cast<SVGFitToViewboxInterface>(root);
+	if (!svg || !fit)
+		return size;
+	const SVGViewport viewport = svg->GetViewport();
+	const DataDictionary attributes = root->GetAttributeDictionary();
+	size.width = GetAbsolute(viewport.width, attributes);
+	size.height = GetAbsolute(viewport.height, attributes);
+	const SVGViewbox viewbox = fit->GetViewbox();
+	if (size.width && size.height && *size.height > 0.0)
+		size.ratio = *size.width / *size.height;
+	else if (!viewbox.isDefault && viewbox.width.value > 0.0 && viewbox.height.value > 0.0)
+		size.ratio = viewbox.width.value / viewbox.height.value;
+	return size;
+}
+
 Vector2d GetNaturalSize(const SVGElementRef& root) noexcept
 {
 	const auto svg = Cast<SVGSVGElementInterface>(root);

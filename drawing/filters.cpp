@@ -24,8 +24,8 @@ Result<Rectangle> GetFilteredBox(const Scene& scene, const Frame& user, Extent& 
 {
 	if (user.outer == nullptr && Borrowed<SVGSVGElementInterface>(user.element))
 	{
-		const Rectangle picture{0.0, 0.0, scene.viewportSize.x * scene.unit, scene.viewportSize.y * scene.unit};
-		return Transform(Invert(user.place.transform), picture);
+		const Rectangle area{0.0, 0.0, scene.viewportSize.x, scene.viewportSize.y};
+		return Transform(Invert(user.place.transform) * scene.placement, area);
 	}
 	return GetBoxOrNothing(ORVAN_TRY(extent.GetBox()));
 }

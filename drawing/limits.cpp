@@ -98,6 +98,9 @@ void Limits::Omit(Omission omission) noexcept
 	case Omission::deadline:
 		WarningOutput("Drawing takes longer than a picture may; the rest is left out.");
 		break;
+	case Omission::images:
+		WarningOutput("Images that cannot be read, or are larger than a picture may have them, are left out.");
+		break;
 	case Omission::outlines:
 		WarningOutput("Outlines that would take longer to draw than a picture may are left out.");
 		break;

@@ -47,6 +47,7 @@ enum class Omission : std::uint32_t
 	dashes = 32,
 	deadline = 128,
 	outlines = 256,
+	images = 512,
 };
 
 /// What one picture may cost, and what was left out of it for that.

@@ -59,6 +59,15 @@ Result<void> MeasureSink::DrawText(const Frame& frame, const TextLayout& text) n
 	return Touch(frame, Extent(text.GetBounds(), GetPaintedBounds(_scene, frame, text)));
 }
 
+Result<void> MeasureSink::DrawImage(const Frame& frame, const PlacedImage& image) noexcept
+{
+	_box.Include(Transform(_toUser * frame.place.transform, image.viewport));
+	Rectangle touched;
+	if (frame.place.style.visibility == SVGVisibility::visible)
+		touched = Transform(frame.place.transform, image.viewport).Grow(1.0);
+	return Touch(frame, Extent(image.viewport, touched));
+}
+
 Result<void> MeasureSink::DrawGroup(const Frame& frame, const Content& content) noexcept
 {
 	if (frame.effects.filter == nullptr)

@@ -31,6 +31,7 @@ public:
 
 	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override;
 	Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept override;
+	Result<void> DrawImage(const Frame& frame, const PlacedImage& image) noexcept override;
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override;
 	Result<void> DrawClipped(const Place& place, const Rectangle& clip, const Content& content) noexcept override;
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fonts.h"
+#include "images.h"
 #include "limits.h"
 #include "style.h"
 #include "svg_base.h"
@@ -22,6 +23,8 @@ struct Scene
 	Style initialStyle{};                ///< What holds outside of the document.
 	double unit = 1.0;                   ///< Pixels, or points of a page, for one unit of the viewport.
 	std::optional<bool> hasBlendModes{}; ///< Found out when it is first asked for.
+	Matrix2d placement{};                ///< From the coordinates around the outermost element to those of the picture.
+	ImageSource* images = nullptr;       ///< Null where no images are drawn.
 	bool isComplete = false; ///< The document was imported completely: what it does not say has its initial value.
 	std::string_view language = "en"; ///< Of whoever looks at the picture.
 	Limits limits{};

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "frame.h"
+#include "images.h"
 #include "outline.h"
 
 #include <type_traits>
@@ -53,6 +54,8 @@ public:
 	virtual Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept = 0;
 	/// A text with its effects.
 	virtual Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept = 0;
+	/// An image with its effects.
+	virtual Result<void> DrawImage(const Frame& frame, const PlacedImage& image) noexcept = 0;
 	/// A container or a use: `content` with the frame's effects.
 	virtual Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept = 0;
 	/// Content that is cut off at the edges of a rectangle in the coordinates of `place`.

@@ -66,6 +66,8 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 		return DrawUse(element, outside, outer);
 	if (Borrowed<SVGTextElementInterface>(element))
 		return DrawText(element, outside, outer);
+	if (Borrowed<SVGImageElementInterface>(element))
+		return DrawImage(element, outside, outer);
 	if (const Borrowed<SVGSVGElementInterface> svg(element); svg)
 	{
 		return outer == nullptr ? DrawOutermost(element, outside)
@@ -124,6 +126,39 @@ Result<void> Walk::DrawText(ObjectBase* element, const Place& outside, const Fra
 	if (!text.IsDrawable())
 		return {};
 	return _sink.DrawText(frame, text);
+}
+
+/// A side that is not given follows from the other one in the image's proportions, or both from the image.
+Result<void> Walk::DrawImage(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	using Key = SVGImportAttribute;
+	if (_scene.images == nullptr)
+		return {};
+	const Frame frame(element, outside, outer, _scene.limits);
+	const String link = Borrowed<SVGLinkInterface>(element)->GetLink();
+	if (!frame.canDraw || link.IsEmpty())
+		return {};
+	const Image* const image = ORVAN_TRY(_scene.images->Find(link));
+	if (image == nullptr)
+		return {};
+	const auto get = [&](Key key, Axis axis)
+	{
+		return frame.Resolve(frame.GetOr(key, SVGLength{0.0, SVGLengthUnit::number}), axis);
+	};
+	const bool hasWidth = frame.Has(Key::width);
+	const bool hasHeight = frame.Has(Key::height);
+	const double width = hasWidth ? get(Key::width, Axis::horizontal) : 0.0;
+	const double height = hasHeight ? get(Key::height, Axis::vertical) : 0.0;
+	if ((hasWidth && !(width > 0.0)) || (hasHeight && !(height > 0.0)))
+		return {};
+	const Vector2d size = image->GetSize().Complete(width, height);
+	const double x = get(Key::x, Axis::horizontal);
+	const double y = get(Key::y, Axis::vertical);
+	const Rectangle viewport{x, y, x + size.x, y + size.y};
+	if (!viewport.IsFinite())
+		return {};
+	return _sink.DrawImage(frame,
+						   {*image, viewport, Borrowed<SVGImageElementInterface>(element)->GetPreserveAspectRatio()});
 }
 
 // Containers ---------------------------------------------------------------------------------------------------------

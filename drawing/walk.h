@@ -34,6 +34,7 @@ private:
 							  const Frame* outer) noexcept;
 	Result<void> DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
+	Result<void> DrawImage(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawGroup(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawSwitch(const Frame& frame, const Place& place) noexcept;
 	Result<void> DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;

@@ -10,6 +10,7 @@ build_packages=(
 	zlib1g-dev                             # packed files
 	libcli11-dev nlohmann-json3-dev        # the host program
 	libcairo2-dev libpango1.0-dev          # the renderer
+	libpng-dev libturbojpeg0-dev libwebp-dev # the images that it draws
 	libgtest-dev
 )
 test_packages=(

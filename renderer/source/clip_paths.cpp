@@ -84,6 +84,11 @@ public:
 		return ComposeClipped(frame, known, fill);
 	}
 
+	Result<void> DrawImage(const Frame&, const PlacedImage&) noexcept override
+	{
+		return {};
+	}
+
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override
 	{
 		Extent extent(_canvas.job.scene, frame, content);

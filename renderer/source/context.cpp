@@ -37,7 +37,7 @@ Result<void> Context::Initialize() noexcept
 
 Result<void> Context::Begin(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept
 {
-	_job.reset();
+	Drop();
 	_picture = Picture();
 	_picture = ORVAN_TRY(Picture::Create(document, options));
 	const double pixels = _picture.GetSize().x * _picture.GetSize().y;
@@ -45,6 +45,9 @@ Result<void> Context::Begin(const SVGDocumentRef& document, const SVGRenderOptio
 	Scene& scene = _job->scene;
 	scene.initialStyle.color = options.currentColor;
 	scene.unit = _picture.GetUnit();
+	scene.placement = Scaling(scene.unit, scene.unit);
+	_images.emplace(scene, 0, options.output == SVGRenderOutput::page);
+	scene.images = &*_images;
 	if (const auto import = Cast<SVGDocumentImportInterface>(document))
 		scene.isComplete = import->GetImportOptions().isComplete;
 	// A page has no pixels of its own.
@@ -54,6 +57,13 @@ Result<void> Context::Begin(const SVGDocumentRef& document, const SVGRenderOptio
 	return {};
 }
 
+/// Drops the job with what was made for it.
+void Context::Drop() noexcept
+{
+	_images.reset();
+	_job.reset();
+}
+
 Vector2d Context::GetSize() const noexcept
 {
 	return _picture.GetSize();
@@ -61,13 +71,13 @@ Vector2d Context::GetSize() const noexcept
 
 Result<void> Context::Finish(const String& path) noexcept
 {
-	_job.reset();
+	Drop();
 	return _picture.Write(path);
 }
 
 Result<SVGRenderPixels> Context::GetPixels() noexcept
 {
-	_job.reset();
+	Drop();
 	return _picture.GetPixels();
 }
 

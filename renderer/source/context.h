@@ -4,6 +4,7 @@
 
 #include "canvas.h"
 #include "glyphs.h"
+#include "image_store.h"
 #include "picture.h"
 
 #include <optional>
@@ -36,11 +37,13 @@ public:
 	Result<void> DrawText(const SVGTextElementRef& element) noexcept;
 
 private:
+	void Drop() noexcept;
 	Result<void> Draw(ObjectBase* element) noexcept;
 
 	Picture _picture;
 	drawing::Fonts _fonts{&MakeFontContext};
 	std::optional<Job> _job; ///< Between `Begin` and the end of the picture.
+	std::optional<ImageStore> _images;
 };
 
 } // namespace orvan::cairo

@@ -4,6 +4,7 @@
 #include "drawing/walk.h"
 #include "filter_operation.h"
 #include "filter_surface.h"
+#include "image_painter.h"
 #include "painter.h"
 
 namespace orvan::cairo
@@ -106,6 +107,34 @@ private:
 	SVGElementRef _target;
 };
 
+/// An image, fitted into the subregion.
+class DrawnImage final : public Drawn
+{
+public:
+	DrawnImage(const FilterPrimitive& primitive, const Image& image, const Style& style) noexcept
+		: Drawn(primitive), _image(image), _style(style)
+	{
+		const auto* rule =
+			primitive.attributes.Find<SVGPreserveAspectRatio>(static_cast<std::int32_t>(Key::preserveAspectRatio));
+		if (rule != nullptr)
+			_rule = *rule;
+	}
+
+protected:
+	Result<void> Draw(const Canvas& canvas, const Frame& filter) const noexcept override
+	{
+		Frame frame(filter.element, GetUser().place, &GetUser(), canvas.job.scene.limits);
+		frame.place.transform = GetUser().place.transform;
+		frame.place.style = _style;
+		return PaintImage(canvas, frame, {_image, GetSubregion(), _rule});
+	}
+
+private:
+	const Image& _image;
+	Style _style;
+	SVGPreserveAspectRatio _rule;
+};
+
 } // namespace
 
 Result<MadeOperation> MakeImageOperation(const FilterPrimitive& primitive) noexcept
@@ -119,7 +148,11 @@ Result<MadeOperation> MakeImageOperation(const FilterPrimitive& primitive) noexc
 	SVGElementRef element = ORVAN_TRY(FindElement(primitive.canvas.job.scene.document, target));
 	if (element)
 		return MakeNew<DrawnElement>(primitive, std::move(element));
-	return MadeOperation();
+	ImageSource* const images = primitive.canvas.job.scene.images;
+	const Image* const image = images != nullptr ? ORVAN_TRY(images->Find(target)) : nullptr;
+	if (image == nullptr)
+		return MadeOperation();
+	return MakeNew<DrawnImage>(primitive, *image, primitive.style);
 }
 
 } // namespace orvan::cairo

@@ -5,6 +5,7 @@
 #include "drawing/markers.h"
 #include "drawing/measure.h"
 #include "drawing/strokes.h"
+#include "image_painter.h"
 #include "paint_servers.h"
 #include "paths.h"
 #include "pen.h"
@@ -180,6 +181,24 @@ Result<void> Painter::DrawText(const Frame& frame, const TextLayout& text) noexc
 	};
 	Extent known(text.GetBounds(), painted);
 	return Compose(_canvas, frame, effects, known, paint, *this);
+}
+
+// Images -------------------------------------------------------------------------------------------------------------
+
+Result<void> Painter::DrawImage(const Frame& frame, const PlacedImage& image) noexcept
+{
+	const bool isHidden = frame.place.style.visibility != SVGVisibility::visible;
+	if (isHidden && frame.effects.filter == nullptr)
+		return {};
+	const Rectangle touched = Transform(frame.place.transform, image.viewport).Grow(1.0);
+	if (!Pay(frame.place, touched, kElementWork))
+		return {};
+	const auto paint = [&](Sink& sink) noexcept
+	{
+		return isHidden ? Result<void>() : PaintImage(static_cast<Painter&>(sink)._canvas, frame, image);
+	};
+	Extent known(image.viewport, touched);
+	return Compose(_canvas, frame, frame.effects, known, paint, *this);
 }
 
 // Groups -------------------------------------------------------------------------------------------------------------
