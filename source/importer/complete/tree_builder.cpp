@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace orvan::svg::complete
 {
@@ -43,6 +44,40 @@ bool CountsAsAttribute(const Rule& rule) noexcept
 bool IsText(const XmlNode& node) noexcept
 {
 	return node.type() == xml::node_data || node.type() == xml::node_cdata;
+}
+
+bool IsBlank(char c) noexcept
+{
+	return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+/// The blanks before an element of a text when there is nothing else between it and the tag or section before: the
+/// parser makes no node of them. `isBehindData` tells that the node before is character data.
+std::string_view BlanksBefore(const XmlNode& element, bool isBehindData) noexcept
+{
+	const char* const end = NameOf(element).data() - 1; // At its "<".
+	const char* start = end;
+	while (IsBlank(start[-1]))
+		start--;
+	const bool isBehindMarkup = start[-1] == '>' && (!isBehindData || (start[-2] == ']' && start[-3] == ']'));
+	return {start, isBehindMarkup ? static_cast<std::size_t>(end - start) : 0};
+}
+
+/// The blanks in an element without nodes.
+std::string_view BlanksIn(const XmlNode& element) noexcept
+{
+	const std::string_view name = NameOf(element);
+	const char* at = name.data() + name.size();
+	if (const XmlAttribute* const last = element.last_attribute())
+		at = last->value() + last->value_size() + 1; // Behind the quotation mark.
+	while (IsBlank(*at))
+		at++;
+	if (*at != '>')
+		return {};
+	const char* const start = ++at;
+	while (IsBlank(*at))
+		at++;
+	return {start, *at == '<' ? static_cast<std::size_t>(at - start) : 0};
 }
 
 /// Elements whose characters are text of a drawing, inside of a text element.
@@ -142,7 +177,11 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	}
 
 	if (node.first_node() == nullptr)
+	{
+		if (outer.text != nullptr && HoldsText(tag))
+			ORVAN_TRY(outer.text->Append(element, BlanksIn(node), inner.preservesSpace));
 		return reference;
+	}
 	if (tag == TagOf(Kind::text) && outer.text == nullptr)
 	{
 		TextRuns runs;
@@ -285,13 +324,20 @@ Result<bool> TreeBuilder::Declare(const XmlNode&, ElementBase& element, Tag tag,
 
 Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner)
 {
+	bool isBehindData = false;
 	for (const XmlNode *child = node.first_node(), *next = nullptr; child != nullptr; child = next)
 	{
 		if (inner.text != nullptr && IsText(*child))
 		{
 			ORVAN_TRY(AppendRun(child, element, inner));
 			next = child;
+			isBehindData = true;
 			continue;
+		}
+		if (inner.text != nullptr && child->type() == xml::node_element)
+		{
+			const std::string_view blanks = BlanksBefore(*child, std::exchange(isBehindData, false));
+			ORVAN_TRY(inner.text->Append(element, blanks, inner.preservesSpace));
 		}
 		next = child->next_sibling(); // While it is still there.
 		if (child->type() == xml::node_element)
