@@ -42,6 +42,21 @@ PangoStyle ToPangoStyle(SVGFontStyle style) noexcept
 	return kStyles[number < std::size(kStyles) ? number : 0];
 }
 
+/// True when one of several families, separated by commas, is a kind of fonts and no name.
+bool NamesKind(std::string_view families) noexcept
+{
+	constexpr std::string_view kKinds[] = {"serif",   "sans-serif", "sans", "monospace", "mono",
+										   "cursive", "fantasy",    "math", "system-ui", "emoji"};
+	while (!families.empty())
+	{
+		const std::string_view family = families.substr(0, families.find(','));
+		if (std::find(std::begin(kKinds), std::end(kKinds), family) != std::end(kKinds))
+			return true;
+		families.remove_prefix(std::min(family.size() + 1, families.size()));
+	}
+	return false;
+}
+
 /// The font library wants families without the quotation marks around names, and without blanks beside commas.
 Result<BaseArray<char>> NormalizeFamilies(std::string_view families) noexcept
 {
@@ -56,10 +71,13 @@ Result<BaseArray<char>> NormalizeFamilies(std::string_view families) noexcept
 		else if (c != ' ' || quote != '\0' || (!result.IsEmpty() && *(result.end() - 1) != ','))
 			ORVAN_TRY(result.Append(c));
 	}
-	// Who says nothing gets what browsers and other renderers take; who asks for what is not there gets at least
-	// letters.
-	const std::string_view last = result.IsEmpty() ? "Times New Roman,serif" : ",serif";
-	ORVAN_TRY(result.AppendAll(last.data(), last.size()));
+	// What is not there is replaced by what browsers take, unless the list names a kind of fonts.
+	if (!NamesKind({result.begin(), result.GetCount()}))
+	{
+		constexpr std::string_view kStandard = ",Times New Roman,serif";
+		const std::string_view last = kStandard.substr(result.IsEmpty() ? 1 : 0);
+		ORVAN_TRY(result.AppendAll(last.data(), last.size()));
+	}
 	ORVAN_TRY(result.Append('\0'));
 	return result;
 }
@@ -108,6 +126,7 @@ FontMetrics GetMetrics(const FontFace& face) noexcept
 	read(HB_OT_METRICS_TAG_UNDERLINE_SIZE, metrics.underline.thickness);
 	metrics.overline = {metrics.ascent, metrics.underline.thickness};
 	metrics.lineThrough = {metrics.xHeight / 2.0, metrics.underline.thickness};
+	read(HB_OT_METRICS_TAG_STRIKEOUT_OFFSET, metrics.lineThrough.center);
 	return metrics;
 }
 

@@ -78,7 +78,7 @@ double GetBaselineShift(const Frame& frame, const Font* font, double size) noexc
 }
 
 /// The height of the line of a font that is put where the text's line is, above the alphabetic baseline.
-double GetBaseline(SVGBaseline baseline, const FontMetrics& metrics, bool isVertical) noexcept
+double GetBaseline(SVGBaseline baseline, const FontMetrics& metrics, bool isUpright) noexcept
 {
 	switch (baseline)
 	{
@@ -106,7 +106,7 @@ double GetBaseline(SVGBaseline baseline, const FontMetrics& metrics, bool isVert
 	case SVGBaseline::baseline:
 		break;
 	}
-	return isVertical ? (metrics.ascent + metrics.descent) / 2.0 : 0.0;
+	return isUpright ? (metrics.ascent + metrics.descent) / 2.0 : 0.0;
 }
 
 } // namespace
@@ -216,8 +216,7 @@ private:
 		ORVAN_TRY(Enter(frame, parent, own));
 		_content._spans[span].isPathStart = true;
 		if (first < GetCount())
-			_content._characters[first].startsChunk = _content._characters[first].breaksShaping = true;
-		_breaksNext = true;
+			_content._characters[first].startsChunk = true;
 		return {};
 	}
 
@@ -281,8 +280,11 @@ private:
 		ORVAN_TRY(_moved.Append(moved));
 		const auto alignment = frame.GetKeyword(Key::alignmentBaseline, SVGBaseline::automatic);
 		const bool isAligned = alignment != SVGBaseline::automatic && alignment != SVGBaseline::baseline;
+		// Letters that are all turned stand on their baseline, others beside it in the middle.
+		const bool isUpright =
+			style.writingMode == SVGWritingMode::verticalRl || style.writingMode == SVGWritingMode::verticalLr;
 		const double baseline = span.font != nullptr ? GetBaseline(isAligned ? alignment : style.dominantBaseline,
-																   span.font->metrics, _content._isVertical)
+																   span.font->metrics, isUpright)
 													 : 0.0;
 		span.shift = moved - baseline * span.size;
 		ORVAN_TRY(_content._spans.Append(span));
@@ -336,16 +338,12 @@ private:
 		character.code = code;
 		character.span = span;
 		const std::uint32_t index = GetCount();
-		if (index == 0 || _breaksNext)
-			character.breaksShaping = true;
-		// What follows a path goes on at its end.
-		_breaksNext = false;
 		for (const Lists& lists : _lists)
 			Place(character, lists, index - lists.first);
 		if (index == 0)
 			character.startsChunk = true;
 		else if (JoinsWithPrevious(code, _content._characters[index - 1].code))
-			character.breaksShaping = character.startsChunk = false;
+			character.startsChunk = false;
 		if (owner.frame->place.style.fontVariant == SVGFontVariant::smallCaps && owner.font != nullptr &&
 			!owner.font->hasSmallCapitals)
 		{
@@ -373,8 +371,8 @@ private:
 		const bool isVertical = _content._isVertical;
 		const bool hasX = read(lists.x, lists.firstX, Axis::horizontal, character.x);
 		const bool hasY = read(lists.y, lists.firstY, Axis::vertical, character.y);
-		const bool isShifted = read(lists.dx, nullptr, Axis::horizontal, character.dx);
-		const bool isRaised = read(lists.dy, nullptr, Axis::vertical, character.dy);
+		read(lists.dx, nullptr, Axis::horizontal, character.dx);
+		read(lists.dy, nullptr, Axis::vertical, character.dy);
 		// On a path only the position along it counts.
 		if (lists.path >= 0 && hasX && isVertical)
 			character.x = kUnsaid;
@@ -382,12 +380,10 @@ private:
 			character.y = kUnsaid;
 		const bool startsChunk = lists.path < 0 ? hasX || hasY : isVertical ? hasY : hasX;
 		character.startsChunk = character.startsChunk || startsChunk;
-		character.breaksShaping = character.breaksShaping || hasX || hasY || isShifted || isRaised;
 		if (lists.rotations == nullptr || lists.rotations->IsEmpty())
 			return;
 		const std::size_t last = lists.rotations->GetCount() - 1;
 		character.rotation = (*lists.rotations)[std::min(index, last)];
-		character.breaksShaping = true;
 	}
 
 	Scene& _scene;
@@ -396,7 +392,6 @@ private:
 	BaseArray<double> _moved; ///< How far each span is moved upwards, those around it included.
 	std::size_t _bytes = 0;
 	bool _isFull = false;
-	bool _breaksNext = false;
 };
 
 Result<TextContent> TextContent::Collect(Scene& scene, const Frame& frame) noexcept

@@ -48,9 +48,8 @@ struct TextCharacter
 	double y = kUnsaid;
 	double dx = 0.0;
 	double dy = 0.0;
-	double rotation = kUnsaid;  ///< In degrees.
-	bool startsChunk = false;   ///< It has a position of its own, or is the first on a path.
-	bool breaksShaping = false; ///< It does not join with the one before into a ligature: it is placed by itself.
+	double rotation = kUnsaid; ///< In degrees.
+	bool startsChunk = false;  ///< It has a position of its own, or is the first on a path.
 	bool isSmallCapital = false;
 };
 

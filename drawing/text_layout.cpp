@@ -15,11 +15,31 @@ Matrix2d Rotation(double angle) noexcept
 	return {{0.0, 0.0}, {cosine, sine}, {-sine, cosine}};
 }
 
+Matrix2d RotationAround(double angle, const Vector2d& center) noexcept
+{
+	return Translation(center.x, center.y) * Rotation(angle) * Translation(-center.x, -center.y);
+}
+
 /// The middle of a font's letters, on which vertical lines run, above the baseline.
 double GetCenter(const TextSpan& span) noexcept
 {
 	const FontMetrics& metrics = span.font->metrics;
 	return (metrics.ascent + metrics.descent) / 2.0 * span.size;
+}
+
+/// Where a line runs. Along vertical text, lines stand at the edges of the letters and in their middle.
+FontLine GetLine(const FontMetrics& metrics, TextLineKind kind, bool isVertical) noexcept
+{
+	FontLine line = kind == TextLineKind::underline  ? metrics.underline
+					: kind == TextLineKind::overline ? metrics.overline
+													 : metrics.lineThrough;
+	if (isVertical)
+	{
+		line.center = kind == TextLineKind::underline  ? metrics.descent
+					  : kind == TextLineKind::overline ? metrics.ascent
+													   : (metrics.ascent + metrics.descent) / 2.0;
+	}
+	return line;
 }
 
 /// What a cluster takes up in its own coordinates.
@@ -73,19 +93,21 @@ Matrix2d TextLayout::MakePlace(std::size_t cluster, const TextPosition& position
 		place = place * Rotation(position.turn);
 	if (!_content.IsVertical())
 	{
-		place = place * Translation(0.0, -span.shift);
+		// On a path a cluster turns around its middle on the path, else around its start beside the line.
+		const Vector2d pivot{position.pivot, position.pivot == 0.0 ? -span.shift : 0.0};
 		if (position.rotation != 0.0)
-			place = place * Rotation(position.rotation);
+			place = place * RotationAround(position.rotation, pivot);
+		place = place * Translation(0.0, -span.shift);
 		return place * Scaling(position.stretch, 1.0);
 	}
 	if (_text.clusters[cluster].isUpright)
 	{
-		return place * Translation(span.shift + GetCenter(span), 0.0) * Rotation(position.rotation) *
-			   Scaling(1.0, position.stretch);
+		return place * Translation(span.shift + GetCenter(span), 0.0) *
+			   RotationAround(position.rotation, {0.0, position.pivot}) * Scaling(1.0, position.stretch);
 	}
 	constexpr double kQuarter = std::numbers::pi / 2.0;
-	return place * Translation(span.shift, 0.0) * Rotation(position.rotation + kQuarter) *
-		   Scaling(position.stretch, 1.0);
+	return place * Translation(span.shift, 0.0) * Rotation(kQuarter) *
+		   RotationAround(position.rotation, {position.pivot, 0.0}) * Scaling(position.stretch, 1.0);
 }
 
 /// Takes the cell and the ink of a cluster into the boxes.
@@ -155,10 +177,7 @@ Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind 
 	for (std::size_t i = fragment.first; i < fragment.end;)
 	{
 		const TextSpan& span = SpanOf(i);
-		const FontMetrics& metrics = span.font->metrics;
-		const FontLine& line = kind == TextLineKind::underline  ? metrics.underline
-							   : kind == TextLineKind::overline ? metrics.overline
-																: metrics.lineThrough;
+		const FontLine line = GetLine(span.font->metrics, kind, _content.IsVertical());
 		const bool isUpright = _text.clusters[i].isUpright;
 		const auto getEnd = [&](double length)
 		{

@@ -142,7 +142,9 @@ private:
 		const bool isStretched = span.stretchesGlyphs;
 		if (extent.IsEmpty() || (isStretched ? !(length > 0.0) : gaps < 1))
 			return;
+		// What follows keeps the distance that the characters have among themselves.
 		const double missing = span.textLength - length;
+		const double behind = isStretched ? missing : missing + missing / gaps;
 		double shift = 0.0;
 		bool isFirst = true;
 		bool isBehind = false;
@@ -152,7 +154,7 @@ private:
 			double& along = Along(_positions[i].point);
 			if (!isWithin(i))
 			{
-				along += isBehind ? missing : 0.0;
+				along += isBehind ? behind : 0.0;
 				continue;
 			}
 			isBehind = true;
@@ -239,18 +241,38 @@ private:
 		return nullptr;
 	}
 
+	/// What a chunk takes up: its pieces, each as long as its characters together. Letters that are drawn back over
+	/// each other take up nothing.
+	Extent1d MeasureChunk(std::size_t first, std::size_t end) noexcept
+	{
+		constexpr double kTolerance = 1e-6;
+		std::size_t from = _clusters.GetCount();
+		std::size_t to = 0;
+		for (std::size_t i = first; i < end; i++)
+		{
+			if (_clusterOf[i] == 0)
+				continue;
+			from = std::min(from, static_cast<std::size_t>(_clusterOf[i]) - 1);
+			to = std::max(to, static_cast<std::size_t>(_clusterOf[i]));
+		}
+		Extent1d extent;
+		while (from < to)
+		{
+			const double start = Along(_positions[from].point);
+			double length = 0.0;
+			while (from < to && std::abs(Along(_positions[from].point) - start - length) <= kTolerance)
+				length += GetAdvance(from++);
+			extent.Add(start, std::max(length, 0.0));
+		}
+		return extent;
+	}
+
 	void Anchor(std::size_t first, std::size_t end) noexcept
 	{
 		const TextPosition* const start = FindFirst(first, end);
 		if (start == nullptr)
 			return;
-		// The chunk goes on behind characters that only begin a part of it.
-		Extent1d extent;
-		for (std::size_t i = first; i < end; i++)
-		{
-			if (TextPosition* const position = PositionOf(i))
-				extent.Add(Along(position->point), GetAdvance(static_cast<std::size_t>(position - _positions.begin())));
-		}
+		const Extent1d extent = MeasureChunk(first, end);
 		const Style& style = _spans[static_cast<std::size_t>(_characters[first].span)].frame->place.style;
 		const bool isReversed = style.direction == SVGDirection::rightToLeft;
 		const double anchor = _isVertical ? start->point.y : start->point.x;
@@ -287,6 +309,7 @@ private:
 			const double aside = _isVertical ? -position->point.x : position->point.y;
 			position->point = {place.point.x - half * cosine - aside * sine,
 							   place.point.y - half * sine + aside * cosine};
+			position->pivot = half;
 			position->turn = place.angle - (_isVertical ? std::numbers::pi / 2.0 : 0.0);
 		}
 		return walker.GetPoint(walker.GetLength()).point;

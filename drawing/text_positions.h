@@ -15,6 +15,7 @@ struct TextPosition
 	Vector2d point;
 	double turn = 0.0;     ///< How a path turns the line, in radians.
 	double rotation = 0.0; ///< How the cluster itself is turned, in radians.
+	double pivot = 0.0;    ///< How far along the line the point is that it is turned around.
 	double stretch = 1.0;  ///< How much longer it is along the line.
 	bool isHidden = false; ///< It would stand beside the ends of its path.
 };

@@ -11,18 +11,18 @@ namespace
 
 constexpr double kSmallCapitalSize = 0.7;
 
-/// Scripts whose letters are joined: they take no space between letters.
-bool IsCursive(hb_script_t script) noexcept
+/// Letters of scripts in which they are joined: they take no space between each other.
+bool IsCursive(char32_t code) noexcept
 {
-	switch (script)
+	switch (g_unichar_get_script(static_cast<gunichar>(code)))
 	{
-	case HB_SCRIPT_ARABIC:
-	case HB_SCRIPT_SYRIAC:
-	case HB_SCRIPT_NKO:
-	case HB_SCRIPT_MANDAIC:
-	case HB_SCRIPT_MONGOLIAN:
-	case HB_SCRIPT_PHAGS_PA:
-	case HB_SCRIPT_HANIFI_ROHINGYA:
+	case G_UNICODE_SCRIPT_ARABIC:
+	case G_UNICODE_SCRIPT_SYRIAC:
+	case G_UNICODE_SCRIPT_NKO:
+	case G_UNICODE_SCRIPT_MANDAIC:
+	case G_UNICODE_SCRIPT_MONGOLIAN:
+	case G_UNICODE_SCRIPT_PHAGS_PA:
+	case G_UNICODE_SCRIPT_HANIFI_ROHINGYA:
 		return true;
 	default:
 		return false;
@@ -140,7 +140,7 @@ private:
 		for (std::size_t at = first; at < last; at++)
 		{
 			// Marks go with their letters, whatever stands in between.
-			const bool isBreak = at == first || characters[at].breaksShaping ||
+			const bool isBreak = at == first || characters[at].startsChunk || PathOf(at) != PathOf(at - 1) ||
 								 places[at] != places[at - 1] + GetLength(characters[at - 1].code) ||
 								 !(KindOf(characters[at]) == KindOf(characters[at - 1]));
 			if (isBreak)
@@ -183,7 +183,7 @@ private:
 		hb_buffer_set_direction(buffer, kind.isUpright ? HB_DIRECTION_TTB
 										: isReversed   ? HB_DIRECTION_RTL
 													   : HB_DIRECTION_LTR);
-		hb_feature_t features[4];
+		hb_feature_t features[3];
 		unsigned int count = 0;
 		const auto set = [&](hb_tag_t tag, std::uint32_t value)
 		{
@@ -198,7 +198,12 @@ private:
 			set(HB_TAG('s', 'm', 'c', 'p'), 1);
 		hb_shape(face->shaper, buffer, features, count);
 		const double size = kind.size * (kind.isSmallCapital ? kSmallCapitalSize : 1.0);
-		return TakeGlyphs({*face, kind, size, isReversed && !kind.isUpright, !IsCursive(script), first, end});
+		return TakeGlyphs({*face, kind, size, isReversed && !kind.isUpright, first, end});
+	}
+
+	int PathOf(std::size_t character) const noexcept
+	{
+		return SpanOf(_content.GetCharacters()[character]).path;
 	}
 
 	/// A run whose glyphs are in the buffer.
@@ -208,7 +213,6 @@ private:
 		Kind kind;
 		double size;
 		bool isReversed;
-		bool takesSpacing;
 		std::size_t first;
 		std::size_t end;
 	};
@@ -257,7 +261,7 @@ private:
 		cluster.size = run.size;
 		cluster.isUpright = isDownwards;
 		const double scale = run.size / run.face.unit;
-		const double spacing = run.takesSpacing ? GetSpacing(character) : 0.0;
+		const double spacing = GetSpacing(character);
 		Vector2d pen;
 		// Space stands behind a character, which is left of one that is read from the right.
 		if (run.isReversed)
@@ -279,7 +283,8 @@ private:
 		constexpr char32_t kUnbreakableSpace = 0xa0;
 		const Style& style = SpanOf(character).frame->place.style;
 		const bool isSpace = character.code == ' ' || character.code == kUnbreakableSpace;
-		const double spacing = style.letterSpacing + (isSpace ? style.wordSpacing : 0.0);
+		const double between = IsCursive(character.code) ? 0.0 : style.letterSpacing;
+		const double spacing = between + (isSpace ? style.wordSpacing : 0.0);
 		return std::isfinite(spacing) ? spacing : 0.0;
 	}
 

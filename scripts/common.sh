@@ -16,6 +16,7 @@ build_packages=(
 test_packages=(
 	binutils clang-format clang-tidy doxygen
 	python3 python3-numpy python3-pil librsvg2-bin # pictures to compare with
+	fonts-dejavu                                   # what their texts are written in
 )
 
 lock_timeout=900 # Seconds that the package manager may be busy with something else.
