@@ -12,6 +12,7 @@ build_packages=(
 	libcairo2-dev libpango1.0-dev          # the renderer
 	libpng-dev libturbojpeg0-dev libwebp-dev # the images that it draws
 	libgtest-dev
+	pybind11-dev python3-dev python3-numpy # the Python package
 )
 test_packages=(
 	binutils clang-format clang-tidy doxygen

@@ -1,0 +1,127 @@
+# SPDX-License-Identifier: MIT
+"""Documents: files that were loaded, what there is to say about them, and their pictures."""
+
+import dataclasses
+import os
+import tempfile
+import warnings
+
+from . import _modules  # noqa: F401 - opens the modules
+from . import _core
+
+
+class RefusedError(ValueError):
+    """A file whose content cannot be used. `report` has the reason with its place; `line` and `column` are from 1, or 0
+    where they are not known."""
+
+    def __init__(self, name, report):
+        reason = next((finding for finding in report.findings if finding.level == "critical"), None)
+        self.report = report
+        self.line = reason.line if reason else 0
+        self.column = reason.column if reason else 0
+        place = f":{self.line}:{self.column}" if self.line else ""
+        super().__init__(f"{name}{place}: {reason.message if reason else report.outcome}")
+
+
+class PictureWarning(UserWarning):
+    """Something was left out of a picture."""
+
+
+@dataclasses.dataclass(frozen=True)
+class Finding:
+    """One thing that an import has to say about a file."""
+
+    level: str  #: "warning": something was left out; "critical": the file was refused for it.
+    line: int  #: From 1; 0 where it is not known.
+    column: int  #: In bytes, from 1; 0 where it is not known.
+    tag: str  #: The element's tag; "" where the finding is about none.
+    id: str
+    attribute: str  #: The attribute or property; "" where the finding is about none.
+    message: str
+
+
+@dataclasses.dataclass(frozen=True)
+class Report:
+    """What became of a load."""
+
+    outcome: str  #: "empty", "loaded", "loaded with findings", "refused" or "no svg element".
+    findings: tuple  #: The first 100.
+    finding_count: int  #: How many there were in all.
+
+
+class Document(_core.Document):
+    """An SVG document: `document["id"]` finds an element, iterating gives all of them in document order."""
+
+    @classmethod
+    def open(cls, source, *, complete=True, tolerant=True, style_sheet=None, base=None):
+        """Loads a document.
+
+        `source` is a path, bytes, or an open binary file. `complete` reads all that a browser would, style sheets
+        included; without it only a plain and strict part of SVG is read. `tolerant` leaves out a value that is not
+        valid instead of refusing the file, and reports it. `style_sheet` is CSS of the caller's own, which comes after
+        that of the file. `base` is the path that relative references of bytes are resolved against.
+
+        Raises RefusedError for content that cannot be used, FileNotFoundError and other OSErrors for files that cannot
+        be read, MemoryError. Other threads go on meanwhile.
+        """
+        document = cls(complete=complete, tolerant=tolerant, keep_source=False, style_sheet=style_sheet or "")
+        if isinstance(source, (str, os.PathLike)):
+            name = os.fspath(source)
+            document._load_path(os.path.abspath(name))
+        else:
+            if hasattr(source, "read"):
+                name, source = getattr(source, "name", "<file>"), source.read()
+            else:
+                name = "<bytes>"
+            document._load_bytes(bytes(source), os.path.abspath(base) if base else "")
+        report = document.report
+        if report.outcome not in ("loaded", "loaded with findings"):
+            raise RefusedError(name, report)
+        return document
+
+    @property
+    def report(self):
+        """What became of the load, with a place for each finding."""
+        values = self._report()
+        findings = tuple(Finding(**finding) for finding in values["findings"])
+        return Report(values["outcome"], findings, values["finding_count"])
+
+    def render(self, **options):
+        """The picture as a NumPy array of uint8: rows × columns × (red, green, blue, alpha), alpha not multiplied in.
+
+        Options: `width`, `height` in pixels (one alone keeps the proportions; none gives the document's own size),
+        `scale` (a factor on both, 1), `background` and `current_color` (red, green, blue, each 0 to 1; the background
+        is transparent unless given), `deadline` (seconds, 10) and `memory_limit` (bytes, 512 MiB). What takes longer
+        or needs more is left out, with a PictureWarning. Raises ValueError for sizes that make no picture.
+        """
+        pixels, said = _core._render(self, **options)
+        _warn(said)
+        return pixels
+
+    def to_png(self, path=None, **options):
+        """Writes the picture as a PNG to `path`, or returns it as bytes without one. Options as for `render`."""
+        return self._write(path, False, options)
+
+    def to_pdf(self, path=None, **options):
+        """Writes a PDF of one page to `path`, or returns it as bytes without one. Options as for `render`; sizes are in
+        units of 1/96 inch."""
+        return self._write(path, True, options)
+
+    def _write(self, path, is_page, options):
+        if path is not None:
+            _warn(_core._write_picture(self, os.path.abspath(os.fspath(path)), is_page, **options))
+            return None
+        with tempfile.TemporaryDirectory() as folder:
+            name = os.path.join(folder, "picture")
+            _warn(_core._write_picture(self, name, is_page, **options))
+            with open(name, "rb") as file:
+                return file.read()
+
+    def _repr_png_(self):
+        """The picture in a notebook."""
+        return self.to_png()
+
+
+def _warn(said):
+    for text in said:
+        warnings.warn(text, PictureWarning, stacklevel=3)

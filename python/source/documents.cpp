@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "documents.h"
+
+#include "values.h"
+
+#include <pybind11/stl.h>
+#include <utility>
+#include <vector>
+
+namespace orvan::python
+{
+namespace
+{
+
+using Shared = std::shared_ptr<SharedDocument>;
+
+constexpr std::array<const char*, 5> kOutcomes = {"empty", "loaded", "loaded with findings", "refused",
+												  "no svg element"};
+
+/// What became of a load, as a dictionary that the package makes a class of.
+py::dict ToDictionary(const SVGImportReport& report)
+{
+	py::list findings;
+	for (const SVGImportFinding& finding : report.findings)
+	{
+		py::dict entry;
+		entry["level"] = finding.level == SVGFindingLevel::critical ? "critical" : "warning";
+		entry["line"] = finding.line;
+		entry["column"] = finding.column;
+		entry["tag"] = ToPython(finding.elementTag);
+		entry["id"] = ToPython(finding.elementId);
+		entry["attribute"] = ToPython(finding.attribute);
+		entry["message"] = ToPython(finding.message);
+		findings.append(entry);
+	}
+	py::dict result;
+	result["outcome"] = kOutcomes[static_cast<std::size_t>(report.outcome)];
+	result["findings"] = findings;
+	result["finding_count"] = report.findingCount;
+	return result;
+}
+
+SVGImportOptions MakeOptions(bool isComplete, bool isTolerant, bool keepsSource, std::string_view styleSheet)
+{
+	SVGImportOptions options;
+	options.isComplete = isComplete;
+	options.isTolerant = isTolerant;
+	options.keepsSource = keepsSource;
+	options.styleSheet = ToString(styleSheet);
+	return options;
+}
+
+/// Loads into a document while other threads of the interpreter go on.
+template <typename Load>
+void LoadInto(SharedDocument& shared, const Load& load)
+{
+	const DocumentLock lock(shared);
+	Result<void> result;
+	{
+		const py::gil_scoped_release others;
+		const CollectedDiagnostics silence; // The report says it all.
+		result = load();
+	}
+	Unwrap(std::move(result));
+}
+
+/// All elements at and below one, in document order. Trees may be deep, so it does not recurse.
+py::list Collect(const Shared& shared, const SVGElementRef& root)
+{
+	py::list elements;
+	std::vector<HierarchyObjectRef> open = {Cast<HierarchyObjectInterface>(root)};
+	while (!open.empty())
+	{
+		const HierarchyObjectRef at = std::move(open.back());
+		open.pop_back();
+		if (!at)
+			continue;
+		if (const auto element = Cast<SVGElementInterface>(at))
+			elements.append(Wrap(shared, element));
+		if (at->GetObject() != root->GetObject())
+			open.push_back(at->GetNextSibling());
+		open.push_back(at->GetFirstChild());
+	}
+	return elements;
+}
+
+} // namespace
+
+void DefineDocuments(py::module_& module)
+{
+	py::class_<SharedDocument, Shared>(module, "Document")
+		.def(py::init(
+				 [](bool isComplete, bool isTolerant, bool keepsSource, const std::string& styleSheet)
+				 {
+					 auto shared = std::make_shared<SharedDocument>();
+					 shared->document = Unwrap(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+					 Unwrap(Cast<SVGDocumentImportInterface>(shared->document)
+								->SetImportOptions(MakeOptions(isComplete, isTolerant, keepsSource, styleSheet)));
+					 return shared;
+				 }),
+			 py::arg("complete"), py::arg("tolerant"), py::arg("keep_source"), py::arg("style_sheet"))
+		.def("_load_path",
+			 [](SharedDocument& self, const std::string& path)
+			 {
+				 const Url url = Unwrap(Url::FromPath(path));
+				 LoadInto(self, [&] { return self.document->Init(url); });
+			 })
+		.def("_load_bytes",
+			 [](SharedDocument& self, const py::bytes& bytes, const std::string& base)
+			 {
+				 const std::string_view view = bytes;
+				 const Url url = base.empty() ? Url() : Unwrap(Url::FromPath(base));
+				 const auto import = Cast<SVGDocumentImportInterface>(self.document);
+				 LoadInto(self, [&]
+						  { return import->InitFromMemory(view.data(), static_cast<std::int64_t>(view.size()), url); });
+			 })
+		.def("_report",
+			 [](SharedDocument& self)
+			 {
+				 const DocumentLock lock(self);
+				 return ToDictionary(Unwrap(Cast<SVGDocumentImportInterface>(self.document)->GetImportReport()));
+			 })
+		.def_property_readonly(
+			"url", [](SharedDocument& self) { return ToPython(self.document->GetUrl().GetText()); },
+			"Where the document was loaded from, as a file: URL; empty for bytes.")
+		.def_property_readonly(
+			"root",
+			[](const Shared& self)
+			{
+				const DocumentLock lock(*self);
+				return Wrap(self, self->document->GetRootElement());
+			},
+			"The outermost element, normally of kind \"svg\".")
+		.def(
+			"__getitem__",
+			[](const Shared& self, const std::string& id)
+			{
+				const DocumentLock lock(*self);
+				return Wrap(self, Unwrap(self->document->GetElementById(ToString(id))));
+			},
+			py::arg("id"), "The element with this id. KeyError when there is none.")
+		.def("__contains__",
+			 [](SharedDocument& self, const std::string& id)
+			 {
+				 const DocumentLock lock(self);
+				 return self.document->GetElementById(ToString(id)).IsOk();
+			 })
+		.def(
+			"ids",
+			[](SharedDocument& self, const std::string& prefix)
+			{
+				const DocumentLock lock(self);
+				py::list ids;
+				for (const SVGElementRef& element : Unwrap(self.document->GetElementsByIdWithPrefix(ToString(prefix))))
+					ids.append(ToPython(element->GetId()));
+				return ids;
+			},
+			py::arg("prefix") = "", "The ids that begin with a prefix, the same for every load of a file.")
+		.def("__iter__",
+			 [](const Shared& self)
+			 {
+				 const DocumentLock lock(*self);
+				 return py::iter(Collect(self, self->document->GetRootElement()));
+			 });
+}
+
+} // namespace orvan::python

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "documents.h"
+#include "values.h"
+
+#include <pybind11/numpy.h>
+#include <pybind11/stl.h>
+
+namespace orvan::python
+{
+namespace
+{
+
+/// The path's commands as the two arrays that numerical code wants.
+py::tuple ToArrays(const BaseArray<SVGPathCommand>& commands)
+{
+	std::size_t pointCount = 0;
+	for (const SVGPathCommand& command : commands)
+	{
+		if (command.type != SVGPathCommandType::close)
+			pointCount += command.type == SVGPathCommandType::cubic ? 3 : 1;
+	}
+	py::array_t<std::uint8_t> codes(static_cast<py::ssize_t>(commands.GetCount()));
+	py::array_t<double> points({static_cast<py::ssize_t>(pointCount), py::ssize_t{2}});
+	std::uint8_t* code = codes.mutable_data();
+	double* coordinate = points.mutable_data();
+	for (const SVGPathCommand& command : commands)
+	{
+		*code++ = static_cast<std::uint8_t>(command.type);
+		if (command.type == SVGPathCommandType::close)
+			continue;
+		for (std::size_t i = command.type == SVGPathCommandType::cubic ? 0 : 2; i < 3; i++)
+		{
+			*coordinate++ = command.points[i].x;
+			*coordinate++ = command.points[i].y;
+		}
+	}
+	return py::make_tuple(codes, points);
+}
+
+/// Names and values of all that an element says in its attributes.
+py::dict GetAttributes(const Element& self)
+{
+	const DocumentLock lock(*self.shared);
+	const DataDictionary attributes = self.element->GetAttributeDictionary();
+	py::dict result;
+	for (const DataDictionary::Entry& entry : attributes)
+	{
+		const auto index = static_cast<std::size_t>(entry.key);
+		if (index < kSVGAttributeNames.size())
+			result[py::str(kSVGAttributeNames[index].data(), kSVGAttributeNames[index].size())] =
+				GetValue(attributes, static_cast<SVGImportAttribute>(entry.key));
+	}
+	return result;
+}
+
+std::string GetText(const Element& self)
+{
+	const DocumentLock lock(*self.shared);
+	if (const auto text = Cast<SVGTextElementInterface>(self.element))
+		return std::string(text->GetText().View());
+	if (const auto run = Cast<SVGTextRunInterface>(self.element))
+		return std::string(run->GetText().View());
+	if (const auto content = Cast<SVGTextContentInterface>(self.element))
+		return std::string(Unwrap(content->GetCharacters()).View());
+	if (const auto description = Cast<SVGDescriptionInterface>(self.element))
+		return std::string(description->GetText().View());
+	return {};
+}
+
+std::string GetLink(const Element& self)
+{
+	const DocumentLock lock(*self.shared);
+	if (const auto use = Cast<SVGUseElementInterface>(self.element))
+		return std::string(use->GetLink().View());
+	if (const auto link = Cast<SVGLinkInterface>(self.element))
+		return std::string(link->GetLink().View());
+	return {};
+}
+
+} // namespace
+
+py::object Wrap(const std::shared_ptr<SharedDocument>& shared, const SVGElementRef& element)
+{
+	if (!element)
+		return py::none();
+	py::object object = py::cast(Element{shared, element});
+	const py::dict classes = py::module_::import("orvan_svg._core").attr("element_classes");
+	const std::string_view kind = NameOfKind(element->GetElementType());
+	const py::str name(kind.data(), kind.size());
+	return classes.contains(name) ? py::object(classes[name](object)) : object;
+}
+
+void DefineElements(py::module_& module)
+{
+	module.attr("element_classes") = py::dict();
+	py::class_<Element>(module, "Element")
+		.def(py::init<const Element&>(), py::arg("element"), "The same element as another object.")
+		.def_property_readonly(
+			"kind", [](const Element& self) { return NameOfKind(self.element->GetElementType()); },
+			"What it is: \"circle\", \"g\", \"linearGradient\" … Polygons and polylines are \"path\", ellipses "
+			"\"circle\".")
+		.def_property(
+			"id", [](const Element& self) { return ToPython(self.element->GetId()); },
+			[](const Element& self, const std::string& id)
+			{
+				const DocumentLock lock(*self.shared);
+				Unwrap(self.element->SetId(ToString(id)));
+			},
+			"The id; \"\" when there is none. The document goes on finding the element under the id it was loaded "
+			"with.")
+		.def_property(
+			"transform", [](const Element& self) { return ToTuple(self.element->GetLocalTransform()); },
+			[](const Element& self, const py::sequence& numbers)
+			{
+				const Matrix2d matrix = ToMatrix(numbers);
+				const DocumentLock lock(*self.shared);
+				Unwrap(self.element->SetLocalTransform(matrix));
+			},
+			"The transform to the parent's coordinates: six numbers a, b, c, d, e, f as in SVG's matrix().")
+		.def_property_readonly(
+			"world_transform",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				return ToTuple(Unwrap(self.element->GetWorldTransform()));
+			},
+			"The transform to the document's coordinates.")
+		.def_property_readonly("attributes", &GetAttributes,
+							   "All attributes that are set, typed, by their SVG names. A copy.")
+		.def_property_readonly("text", &GetText, "The characters of a text, title, description …; \"\" for others.")
+		.def_property_readonly("href", &GetLink, "What a link names, as it is stored; \"\" where there is none.")
+		.def_property_readonly(
+			"parent",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				return Wrap(self.shared, Cast<SVGElementInterface>(
+											 Unwrap(Cast<HierarchyObjectInterface>(self.element)->GetParent())));
+			},
+			"The element around; None for the root.")
+		.def_property_readonly(
+			"children",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				py::list children;
+				for (auto child = Cast<HierarchyObjectInterface>(self.element)->GetFirstChild(); child;
+					 child = child->GetNextSibling())
+				{
+					if (const auto element = Cast<SVGElementInterface>(child))
+						children.append(Wrap(self.shared, element));
+				}
+				return children;
+			},
+			"The elements inside, in document order, runs of text included. A copy.")
+		.def(
+			"get",
+			[](const Element& self, const std::string& name)
+			{
+				const SVGImportAttribute number = FindAttribute(name);
+				if (number == SVGImportAttribute::unknown)
+					throw py::key_error(name);
+				const DocumentLock lock(*self.shared);
+				return GetValue(self.element->GetAttributeDictionary(), number);
+			},
+			py::arg("name"), "The value of an attribute by its SVG name; None when the element says nothing.")
+		.def("_path",
+			 [](const Element& self)
+			 {
+				 const DocumentLock lock(*self.shared);
+				 const auto path = Cast<SVGPathElementInterface>(self.element);
+				 return path ? ToArrays(Unwrap(path->GetPath())) : ToArrays({});
+			 })
+		.def("__iter__", [](const py::object& self) { return py::iter(self.attr("children")); })
+		.def("__len__", [](const py::object& self) { return py::len(self.attr("children")); })
+		.def("__bool__", [](const Element&) { return true; })
+		.def(
+			"__eq__",
+			[](const Element& a, const Element& b) { return a.element->GetObject() == b.element->GetObject(); },
+			py::is_operator())
+		.def("__hash__", [](const Element& self)
+			 { return py::hash(py::int_(reinterpret_cast<std::uintptr_t>(self.element->GetObject()))); })
+		.def("__repr__",
+			 [](const Element& self)
+			 {
+				 const String id = self.element->GetId();
+				 return "<" + std::string(NameOfKind(self.element->GetElementType())) +
+						(id.IsEmpty() ? "" : " id='" + std::string(id.View()) + "'") + ">";
+			 });
+}
+
+} // namespace orvan::python

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+/// The compiled half of the package: everything that `orvan_svg` hands on.
+#include "documents.h"
+#include "values.h"
+
+#include <pybind11/stl.h>
+
+PYBIND11_MODULE(_core, module)
+{
+	using namespace orvan::python;
+	module.doc() = "The compiled half of orvan_svg.";
+	module.def("load_modules", &LoadModules);
+	py::list names;
+	for (const std::string_view name : orvan::kSVGAttributeNames)
+		names.append(py::str(name.data(), name.size()));
+	module.attr("attribute_names") = py::tuple(names);
+	DefineValues(module);
+	DefineDocuments(module);
+	DefineElements(module);
+	DefinePictures(module);
+}

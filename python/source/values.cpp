@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+#include "values.h"
+
+#include "attribute_values.h"
+
+#include <algorithm>
+#include <array>
+#include <pybind11/stl.h>
+
+namespace orvan::python
+{
+namespace
+{
+
+constexpr std::array<const char*, 17> kUnits = {"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
+												"",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
+
+constexpr std::array<const char*, 7> kPaintKinds = {
+	"", "none", "color", "url", "currentColor", "context-fill", "context-stroke"};
+
+constexpr std::array<std::string_view, 55> kKinds = {"unknown",
+													 "svg",
+													 "g",
+													 "use",
+													 "defs",
+													 "symbol",
+													 "linearGradient",
+													 "radialGradient",
+													 "stop",
+													 "path",
+													 "rect",
+													 "circle",
+													 "line",
+													 "text",
+													 "mask",
+													 "clipPath",
+													 "pattern",
+													 "marker",
+													 "image",
+													 "switch",
+													 "a",
+													 "tspan",
+													 "textPath",
+													 "filter",
+													 "feBlend",
+													 "feColorMatrix",
+													 "feComponentTransfer",
+													 "feComposite",
+													 "feConvolveMatrix",
+													 "feDiffuseLighting",
+													 "feDisplacementMap",
+													 "feDropShadow",
+													 "feFlood",
+													 "feGaussianBlur",
+													 "feImage",
+													 "feMerge",
+													 "feMorphology",
+													 "feOffset",
+													 "feSpecularLighting",
+													 "feTile",
+													 "feTurbulence",
+													 "feDistantLight",
+													 "fePointLight",
+													 "feSpotLight",
+													 "feFuncR",
+													 "feFuncG",
+													 "feFuncB",
+													 "feFuncA",
+													 "feMergeNode",
+													 "title",
+													 "desc",
+													 "style",
+													 "metadata",
+													 "foreignObject",
+													 "#text"};
+static_assert(kKinds.size() == static_cast<std::size_t>(SVGImportElementKind::textRun) + 1);
+
+py::object Convert(std::int32_t number)
+{
+	return py::int_(number);
+}
+
+py::object Convert(Float number)
+{
+	return py::float_(number);
+}
+
+py::object Convert(const String& text)
+{
+	return ToPython(text);
+}
+
+py::object Convert(const SVGLength& length)
+{
+	return py::cast(ToLength(length));
+}
+
+py::object Convert(const SVGLength2d& lengths)
+{
+	return py::make_tuple(Convert(lengths.x), Convert(lengths.y));
+}
+
+py::object Convert(const Color& color)
+{
+	return py::make_tuple(color.red, color.green, color.blue);
+}
+
+py::object Convert(const SVGPaint& paint)
+{
+	return py::cast(Paint{kPaintKinds[static_cast<std::size_t>(paint.type)], Convert(paint.color), paint.alpha,
+						  std::string(paint.reference.View())});
+}
+
+py::object Convert(const SVGViewbox& viewbox)
+{
+	return py::make_tuple(viewbox.x.value, viewbox.y.value, viewbox.width.value, viewbox.height.value);
+}
+
+py::object Convert(const Matrix2d& matrix)
+{
+	return ToTuple(matrix);
+}
+
+/// What is best read as text, or not at all.
+template <typename T>
+py::object Convert(const T&)
+{
+	return py::none();
+}
+
+template <typename T>
+py::object Convert(const BaseArray<T>& values)
+{
+	py::list list;
+	for (const T& value : values)
+		list.append(Convert(value));
+	return list;
+}
+
+} // namespace
+
+Length ToLength(const SVGLength& length)
+{
+	const bool isPercent = length.unit == SVGLengthUnit::percent;
+	return {isPercent ? length.value * 100.0 : length.value, kUnits[static_cast<std::size_t>(length.unit)]};
+}
+
+py::tuple ToTuple(const Matrix2d& matrix)
+{
+	return py::make_tuple(matrix.axis1.x, matrix.axis1.y, matrix.axis2.x, matrix.axis2.y, matrix.offset.x,
+						  matrix.offset.y);
+}
+
+Matrix2d ToMatrix(const py::sequence& numbers)
+{
+	if (numbers.size() != 6)
+		throw py::value_error("A transform is six numbers: a, b, c, d, e, f.");
+	const auto at = [&](std::size_t index)
+	{
+		return numbers[index].cast<double>();
+	};
+	return {{at(4), at(5)}, {at(0), at(1)}, {at(2), at(3)}};
+}
+
+py::object GetValue(const DataDictionary& attributes, SVGImportAttribute number)
+{
+	py::object result = py::none();
+	for (const DataDictionary::Entry& entry : attributes)
+	{
+		if (entry.key == static_cast<std::int32_t>(number))
+			program::VisitAttribute(attributes, entry, [&](const auto& value) { result = Convert(value); });
+	}
+	return result;
+}
+
+SVGImportAttribute FindAttribute(std::string_view name)
+{
+	const auto found = std::ranges::find(kSVGAttributeNames, name);
+	const bool isKnown = found != kSVGAttributeNames.end() && !name.empty();
+	return isKnown ? static_cast<SVGImportAttribute>(found - kSVGAttributeNames.begin()) : SVGImportAttribute::unknown;
+}
+
+std::string_view NameOfKind(SVGImportElementKind kind)
+{
+	const auto index = static_cast<std::size_t>(kind);
+	return kKinds[index < kKinds.size() ? index : 0];
+}
+
+void DefineValues(py::module_& module)
+{
+	py::class_<Length>(module, "Length", "A length as it was written: a number and a unit, \"\" for plain numbers.")
+		.def(py::init<double, std::string>(), py::arg("value"), py::arg("unit") = "")
+		.def_readonly("value", &Length::value, "The number; 50 for 50 %.")
+		.def_readonly("unit", &Length::unit, "The unit as in the file, in lower case: \"px\", \"%\", \"em\" …")
+		.def("__str__", [](const Length& length)
+			 { return py::str(py::float_(length.value).attr("__format__")("g")).cast<std::string>() + length.unit; })
+		.def("__repr__",
+			 [](const Length& length) { return py::str("Length({!r}, {!r})").format(length.value, length.unit); })
+		.def("__float__", [](const Length& length) { return length.value; })
+		.def(
+			"__eq__", [](const Length& a, const Length& b) { return a == b; }, py::is_operator())
+		.def("__hash__", [](const Length& length) { return py::hash(py::make_tuple(length.value, length.unit)); });
+
+	py::class_<Paint>(module, "Paint", "What is painted with.")
+		.def_readonly("kind", &Paint::kind,
+					  "\"none\", \"color\", \"url\", \"currentColor\", \"context-fill\" or \"context-stroke\".")
+		.def_readonly("color", &Paint::color, "Red, green and blue, 0 to 1.")
+		.def_readonly("alpha", &Paint::alpha, "How opaque the colour is, 0 to 1.")
+		.def_readonly("reference", &Paint::reference, "The id of the paint server that a \"url\" names.")
+		.def("__repr__",
+			 [](const Paint& paint)
+			 {
+				 if (paint.kind == "color")
+					 return py::str("Paint({!r}, alpha={!r})").format(paint.color, paint.alpha);
+				 return py::str("Paint({!r})")
+					 .format(paint.kind == "url" ? "url(#" + paint.reference + ")" : paint.kind);
+			 });
+}
+
+} // namespace orvan::python
