@@ -3,7 +3,6 @@
 
 import dataclasses
 import os
-import tempfile
 import warnings
 
 from . import _modules  # noqa: F401 - opens the modules
@@ -111,15 +110,25 @@ class Document(_core.Document):
         if path is not None:
             _warn(_core._write_picture(self, os.path.abspath(os.fspath(path)), is_page, **options))
             return None
-        with tempfile.TemporaryDirectory() as folder:
-            name = os.path.join(folder, "picture")
-            _warn(_core._write_picture(self, name, is_page, **options))
-            with open(name, "rb") as file:
-                return file.read()
+        content, said = picture_of(self, is_page, **options)
+        _warn(said)
+        return content
 
     def _repr_png_(self):
         """The picture in a notebook."""
         return self.to_png()
+
+
+def picture_of(document, is_page, **options):
+    """The bytes of a picture's file, and what is said about it. The renderer writes files: this one is in memory."""
+    file = os.memfd_create("picture")
+    try:
+        said = _core._write_picture(document, f"/proc/self/fd/{file}", is_page, **options)
+        with open(file, "rb", closefd=False) as content:
+            content.seek(0)
+            return content.read(), said
+    finally:
+        os.close(file)
 
 
 def _warn(said):

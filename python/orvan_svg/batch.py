@@ -1,0 +1,254 @@
+# SPDX-License-Identifier: MIT
+"""Works through many drawings, on one machine or on a Dask cluster, and goes on where it was interrupted.
+
+    python3 -m orvan_svg.batch icons/ art.tar -o out --operation columns
+    python3 -m orvan_svg.batch @list.txt -o out --operation thumbnails --size 64 --scheduler tcp://host:8786
+
+The inputs are numbered in the order of the sources and worked through in chunks of a few thousand. Each chunk becomes a
+folder of its own, `out/00000000`, which appears when it is complete: `rows.jsonl` has a row for each input (its number,
+name, size, hash, and what became of it: "done", "refused" with line and column, "failed" for what took too long or too
+much memory, "unreadable"), `columns.npz` the columns of the operation, `files.tar` its files. `out/manifest.json` says
+what was asked for. The same inputs and options give the same bytes, with any number of workers.
+
+A run that is started again with the same options does what is missing. An input that stops its worker, by time or by
+memory, costs its row and not the run.
+"""
+
+import argparse
+import concurrent.futures
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+from . import _operations, _sources, _worker
+
+VERSION = 1
+_POLL = 0.02  # Seconds between looks at a worker.
+
+
+class Worker:
+    """A process that runs chunks, watched by this one."""
+
+    def __init__(self, deadline, memory):
+        self._deadline, self._memory = deadline, memory
+        self._process = None
+        self._place = tempfile.NamedTemporaryFile(prefix="orvan-svg-")
+        self._place.write(_worker.PLACE.pack(-1))
+        self._place.flush()
+
+    def _start(self):
+        command = [sys.executable, "-m", "orvan_svg._worker", self._place.name, str(self._memory)]
+        paths = [os.path.dirname(os.path.dirname(os.path.abspath(__file__))), os.environ.get("PYTHONPATH", "")]
+        self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                         env={**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, paths))})
+
+    def _get_place(self):
+        return _worker.PLACE.unpack(os.pread(self._place.fileno(), _worker.PLACE.size, 0))[0]
+
+    def run(self, chunk):
+        """Runs a chunk to its end, whatever becomes of the worker. An input that stops its worker by time fails at
+        once; one at which a worker dies otherwise is tried again first, since somebody else may have ended it."""
+        deaths, failures = {}, {}
+        while not os.path.isdir(chunk["folder"]):
+            reason = self._try({**chunk, "failures": failures})
+            if reason is None:
+                continue
+            place = self._get_place()
+            self.close_process()
+            if place < 0:
+                deaths[-1] = deaths.get(-1, 0) + 1
+                if deaths[-1] > 2:
+                    raise RuntimeError(f"The workers end before their work: {reason}")
+                continue
+            deaths[place] = deaths.get(place, 0) + 1
+            if reason == "time":
+                failures[place] = f"It took more than {self._deadline:g} seconds."
+            elif deaths[place] > 1:
+                failures[place] = f"The worker ended at it: {reason}."
+
+    def _try(self, chunk):
+        """None when the chunk was done, otherwise what happened to the worker."""
+        if self._process is None:
+            self._start()
+        place, since = None, time.monotonic()
+        answer = []
+        try:
+            self._process.stdin.write(json.dumps(chunk).encode() + b"\n")
+            self._process.stdin.flush()
+        except OSError:
+            return f"exit status {self._process.wait()}"
+        reading = threading.Thread(target=lambda: answer.append(self._process.stdout.readline()), daemon=True)
+        reading.start()
+        while True:
+            reading.join(_POLL)
+            if not reading.is_alive():
+                return None if answer and answer[0] == b"done\n" else f"exit status {self._process.wait()}"
+            now, here = time.monotonic(), self._get_place()
+            if here != place:
+                place, since = here, now
+            elif place >= 0 and now - since > self._deadline:
+                self._process.kill()
+                reading.join()
+                return "time"
+
+    def close_process(self):
+        if self._process is not None:
+            self._process.kill()
+            self._process.wait()
+            self._process.stdin.close()
+            self._process.stdout.close()
+            self._process = None
+
+    def close(self):
+        self.close_process()
+        self._place.close()
+
+
+def run_chunk_alone(chunk, deadline, memory):
+    """Runs a chunk with a worker of its own: what a cluster does."""
+    worker = Worker(deadline, memory)
+    try:
+        worker.run(chunk)
+    finally:
+        worker.close()
+    return chunk["folder"]
+
+
+def make_chunks(sources, folder, options, size):
+    """The chunks of a run, in their order."""
+    inputs, first = [], 0
+    for number, entry in enumerate(_sources.list_inputs(sources)):
+        inputs.append(entry)
+        if len(inputs) == size:
+            yield {"folder": _folder_of(folder, first, size), "first": first, "inputs": inputs, "options": options}
+            inputs, first = [], number + 1
+    if inputs:
+        yield {"folder": _folder_of(folder, first, size), "first": first, "inputs": inputs, "options": options}
+
+
+def _folder_of(folder, first, size):
+    return os.path.join(os.path.abspath(folder), f"{first // size:08}")
+
+
+def _begin(folder, manifest):
+    """Writes the manifest, or looks whether the run that is there is the same."""
+    os.makedirs(folder, exist_ok=True)
+    path = os.path.join(folder, "manifest.json")
+    text = json.dumps(manifest, indent=1, sort_keys=True) + "\n"
+    if os.path.exists(path):
+        with open(path, encoding="utf-8") as file:
+            if file.read() != text:
+                raise ValueError(f"{folder} has the results of another run: other sources, options or versions.")
+        return
+    with open(path + ".part", "w", encoding="utf-8") as file:
+        file.write(text)
+    os.rename(path + ".part", path)
+
+
+def run(sources, folder, *, operation="report", complete=True, tolerant=True, style_sheet="", size=64, deadline=30.0,
+        memory=2 << 30, chunk_size=2000, jobs=None, scheduler=None, progress=None):
+    """Works through the sources and leaves the results in a folder. Returns the number of chunks that were run.
+
+    `operation` is one of "check", "report", "columns", "thumbnails" (of `size` pixels). `deadline` is in seconds and
+    `memory` in bytes, both for each input; 0 bytes is no bound. `jobs` is the number of workers, one for each processor
+    unless given; with `scheduler` the workers of that Dask cluster are used, which must see the same files.
+    `progress(done, all)` is called after each chunk. Raises FileNotFoundError for a source that is none, and ValueError
+    when the folder holds another run.
+    """
+    if operation not in _operations.OPERATIONS:
+        raise ValueError(f"There is no operation {operation}.")
+    options = {"operation": operation, "complete": complete, "tolerant": tolerant, "style_sheet": style_sheet,
+               "size": size, "deadline": deadline}
+    sources = [os.path.abspath(source) if not source.startswith("@") else source for source in map(str, sources)]
+    _begin(folder, {"version": VERSION, "sources": sources, "options": options, "memory": memory,
+                    "chunk_size": chunk_size})
+    chunks = list(make_chunks(sources, folder, options, chunk_size))
+    missing = [chunk for chunk in chunks if not os.path.isdir(chunk["folder"])]
+    done = len(chunks) - len(missing)
+    for _ in (_run_on_cluster(missing, scheduler, deadline, memory) if scheduler
+              else _run_here(missing, jobs or os.cpu_count(), deadline, memory)):
+        done += 1
+        if progress:
+            progress(done, len(chunks))
+    return len(missing)
+
+
+def _run_here(chunks, jobs, deadline, memory):
+    workers = [Worker(deadline, memory) for _ in range(min(jobs, len(chunks)))]
+    free = list(workers)
+
+    def run_one(chunk):
+        worker = free.pop()
+        try:
+            worker.run(chunk)
+        finally:
+            free.append(worker)
+
+    with concurrent.futures.ThreadPoolExecutor(max(len(workers), 1)) as pool:
+        futures = [pool.submit(run_one, chunk) for chunk in chunks]
+        try:
+            for future in concurrent.futures.as_completed(futures):
+                yield future.result()
+        finally:
+            for future in futures:
+                future.cancel()
+            pool.shutdown(wait=True)
+            for worker in workers:
+                worker.close()
+
+
+def _run_on_cluster(chunks, scheduler, deadline, memory):
+    import distributed
+
+    with distributed.Client(scheduler) as client:
+        futures = client.map(run_chunk_alone, chunks, deadline=deadline, memory=memory, pure=False, retries=3)
+        for future in distributed.as_completed(futures):
+            yield future.result()
+
+
+def _parse_arguments(arguments):
+    parser = argparse.ArgumentParser(prog="orvan_svg.batch", description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("sources", nargs="+", metavar="SOURCE", help="folder, file, glob, tar, zip, or @FILE: a list of these")
+    parser.add_argument("-o", "--output", required=True, metavar="DIR", help="where the results go")
+    parser.add_argument("--operation", choices=sorted(_operations.OPERATIONS), default="report")
+    parser.add_argument("--plain", action="store_true", help="the plain and strict import")
+    parser.add_argument("--style-sheet", metavar="FILE", help="CSS that comes after that of the files")
+    parser.add_argument("--size", type=int, default=64, help="of thumbnails, in pixels (64)")
+    parser.add_argument("--deadline", type=float, default=30.0, help="seconds for each input (30)")
+    parser.add_argument("--memory", type=int, default=2048, help="MiB for each worker, 0 for no bound (2048)")
+    parser.add_argument("--chunk-size", type=int, default=2000, help="inputs in one folder of results (2000)")
+    parser.add_argument("--jobs", type=int, help="workers (one for each processor)")
+    parser.add_argument("--scheduler", metavar="ADDRESS", help="of a Dask cluster, to run there")
+    return parser.parse_args(arguments)
+
+
+def main(arguments=None):
+    """The command line. The result is the exit status: 0 when all chunks are there, 2 for wrong arguments."""
+    wanted = _parse_arguments(arguments)
+    style_sheet = ""
+    is_terminal = sys.stderr.isatty()
+
+    def show(done, count):
+        print(f"\r{done} of {count} chunks", end="\n" if done == count else "", file=sys.stderr, flush=True)
+
+    try:
+        if wanted.style_sheet:
+            with open(wanted.style_sheet, encoding="utf-8") as file:
+                style_sheet = file.read()
+        run(wanted.sources, wanted.output, operation=wanted.operation, complete=not wanted.plain,
+            tolerant=not wanted.plain, style_sheet=style_sheet, size=wanted.size, deadline=wanted.deadline,
+            memory=wanted.memory << 20, chunk_size=wanted.chunk_size, jobs=wanted.jobs, scheduler=wanted.scheduler,
+            progress=show if is_terminal else None)
+    except (OSError, ValueError) as error:
+        print(f"ERROR: {error}", file=sys.stderr)
+        return 2
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
