@@ -17,8 +17,9 @@ run side by side.
 
 from ._documents import Document, Finding, PictureWarning, RefusedError, Report
 from ._elements import CLOSE, CUBIC, Element, LINE, MOVE, classes as _classes
+from ._icons import Icon, dispatch_changes, follow_changes
 from ._core import Length, Paint
 
-__all__ = ["CLOSE", "CUBIC", "Document", "Element", "Finding", "LINE", "Length", "MOVE", "Paint", "PictureWarning",
-           "RefusedError", "Report", *sorted(_classes)]
+__all__ = ["CLOSE", "CUBIC", "Document", "Element", "Finding", "Icon", "LINE", "Length", "MOVE", "Paint", "PictureWarning",
+           "RefusedError", "Report", "dispatch_changes", "follow_changes", *sorted(_classes)]
 globals().update(_classes)

@@ -51,6 +51,8 @@ class Report:
 class Document(_core.Document):
     """An SVG document: `document["id"]` finds an element, iterating gives all of them in document order."""
 
+    _is_icon = False
+
     @classmethod
     def open(cls, source, *, complete=True, tolerant=True, style_sheet=None, base=None):
         """Loads a document.
@@ -63,7 +65,8 @@ class Document(_core.Document):
         Raises RefusedError for content that cannot be used, FileNotFoundError and other OSErrors for files that cannot
         be read, MemoryError. Other threads go on meanwhile.
         """
-        document = cls(complete=complete, tolerant=tolerant, keep_source=False, style_sheet=style_sheet or "")
+        document = cls(complete=complete, tolerant=tolerant, keep_source=False, style_sheet=style_sheet or "",
+                       is_icon=cls._is_icon)
         if isinstance(source, (str, os.PathLike)):
             name = os.fspath(source)
             document._load_path(os.path.abspath(name))

@@ -90,15 +90,17 @@ void DefineDocuments(py::module_& module)
 {
 	py::class_<SharedDocument, Shared>(module, "Document")
 		.def(py::init(
-				 [](bool isComplete, bool isTolerant, bool keepsSource, const std::string& styleSheet)
+				 [](bool isComplete, bool isTolerant, bool keepsSource, const std::string& styleSheet, bool isIcon)
 				 {
-					 auto shared = std::make_shared<SharedDocument>();
-					 shared->document = Unwrap(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+					 auto shared = isIcon ? MakeIcon() : std::make_shared<SharedDocument>();
+					 if (!isIcon)
+						 shared->document = Unwrap(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
 					 Unwrap(Cast<SVGDocumentImportInterface>(shared->document)
 								->SetImportOptions(MakeOptions(isComplete, isTolerant, keepsSource, styleSheet)));
 					 return shared;
 				 }),
-			 py::arg("complete"), py::arg("tolerant"), py::arg("keep_source"), py::arg("style_sheet"))
+			 py::arg("complete"), py::arg("tolerant"), py::arg("keep_source"), py::arg("style_sheet"),
+			 py::arg("is_icon") = false)
 		.def("_load_path",
 			 [](SharedDocument& self, const std::string& path)
 			 {

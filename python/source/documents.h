@@ -19,8 +19,12 @@ struct Element
 /// An element as an object of the Python class for its kind; None for a null reference.
 py::object Wrap(const std::shared_ptr<SharedDocument>& shared, const SVGElementRef& element);
 
+/// A document that is an icon.
+std::shared_ptr<SharedDocument> MakeIcon();
+
 void DefineDocuments(py::module_& module);
 void DefineElements(py::module_& module);
 void DefinePictures(py::module_& module);
+void DefineIcons(py::module_& module);
 
 } // namespace orvan::python

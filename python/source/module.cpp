@@ -18,4 +18,5 @@ PYBIND11_MODULE(_core, module)
 	DefineDocuments(module);
 	DefineElements(module);
 	DefinePictures(module);
+	DefineIcons(module);
 }
