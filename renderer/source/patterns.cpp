@@ -18,6 +18,8 @@ using Key = SVGImportAttribute;
 
 /// How many pixels a tile of a page has for each point.
 constexpr double kPageDetail = 4.0;
+/// The same for a tile that is not level in the picture: its own pixels should not be seen.
+constexpr double kTurnedDetail = 2.0;
 /// Largest side of a tile in pixels.
 constexpr double kMaxTileSide = 4096.0;
 
@@ -114,7 +116,8 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 		return PaintResult::invalid;
 	}
 
-	const double detail = job.output == SVGRenderOutput::page ? kPageDetail : 1.0;
+	const bool isTurned = transform.axis1.y != 0.0 || transform.axis2.x != 0.0;
+	const double detail = job.output == SVGRenderOutput::page ? kPageDetail : isTurned ? kTurnedDetail : 1.0;
 	const auto getSide = [&](double side, const Vector2d& axis)
 	{
 		return std::clamp(std::ceil(side * GetLength(axis) * detail - 1e-6), 1.0, kMaxTileSide);
