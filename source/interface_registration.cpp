@@ -2,6 +2,7 @@
 /// The interfaces that the SVG framework defines, and the data types of references to them.
 #include "elements/class_table.h"
 #include "registration.h"
+#include "svg_edit.h"
 #include "svg_import.h"
 #include "vector_icon.h"
 
@@ -65,7 +66,8 @@ using LaterInterfaces =
 				  SVGImageElementInterface, SVGSwitchElementInterface, SVGAnchorElementInterface,
 				  SVGTextContentInterface, SVGTextPathElementInterface, SVGTextRunInterface, SVGFilterElementInterface,
 				  SVGFilterPrimitiveInterface, SVGFilterPartInterface, SVGDescriptionInterface,
-				  SVGForeignObjectElementInterface>;
+				  SVGForeignObjectElementInterface, SVGElementEditInterface, SVGPathEditInterface, SVGUseEditInterface,
+				  SVGDocumentEditInterface>;
 
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, LaterInterfaces::Entries, laterInterfaces);
 

@@ -9,8 +9,8 @@ namespace orvan::svg
 namespace
 {
 
-constexpr const char* kHeaders[] = {"svg_types",   "svg_elements", "svg_base",
-									"vector_icon", "svg_import",   "svg_complete"};
+constexpr const char* kHeaders[] = {"svg_types",  "svg_elements", "svg_base", "vector_icon",
+									"svg_import", "svg_complete", "svg_edit"};
 
 constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.svg.framework", FrameworkDeclaration::Role::defined, kHeaders, std::size(kHeaders)},

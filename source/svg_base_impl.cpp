@@ -48,21 +48,29 @@ Result<void> RemoveRepeated(BaseArray<SVGElementRef>& elements) noexcept
 Result<void> Document::Init(const Url& url) noexcept
 {
 	const Url target = url; // The caller's may be this document's own, which `Reset` clears.
-	// Through the interface, so that an object that stands for a document and overrides `Reset` has its own called.
-	SVGDocumentRef::From(this)->Reset();
+	BeginLoad();
 	const IoDetection detected = target.IoDetect();
 	if (detected == IoDetection::outOfMemory)
-		return OutOfMemoryError();
+		return EndLoad(OutOfMemoryError());
 	if (detected != IoDetection::file)
-		return IoError(target, "Error parsing svg document. SVGDocument could not be initialized");
+		return EndLoad(IoError(target, "Error parsing svg document. SVGDocument could not be initialized"));
 	_url = target;
 	_isFromUrl = true;
-	return Load();
+	return EndLoad(Load());
+}
+
+void Document::BeginLoad() noexcept
+{
+	_isLoading = true;
+	// Through the interface, so that an object that stands for a document and overrides `Reset` has its own called.
+	SVGDocumentRef::From(this)->Reset();
+	_isLoading = false;
 }
 
 void Document::Reset() noexcept
 {
-	_elementsById.Reset();
+	ForgetTree();
+	_ids.Reset();
 	if (const auto root = Cast<HierarchyObjectInterface>(_rootElement))
 		root->RemoveAllChildren();
 	_rootElement = nullptr;
@@ -71,6 +79,8 @@ void Document::Reset() noexcept
 	_report = SVGImportReport();
 	_stamp = FileStamp();
 	_isPlaceholder = false;
+	if (!_isLoading)
+		TellOfLoad(SVGChangeKind::loaded, _report);
 }
 
 const Url& Document::GetUrl() const noexcept
@@ -85,7 +95,7 @@ const SVGElementRef& Document::GetRootElement() const noexcept
 
 Result<SVGElementRef> Document::GetElementById(const String& id) const noexcept
 {
-	if (const SVGElementRef* element = _elementsById.Find(id))
+	if (const SVGElementRef* element = _ids.Find(id))
 		return *element;
 	return NotFoundError("SVG element with id '@' not found.", id);
 }
@@ -96,14 +106,15 @@ Result<BaseArray<SVGElementRef>> Document::GetElementsByIdWithPrefix(const Strin
 	// An element that took two ids is in the table twice. Its id is at most one of the two keys, so that only entries
 	// whose key is not their element's id need a closer look.
 	bool hasOtherIds = false;
-	for (const auto& entry : _elementsById)
-	{
-		const String id = entry.value->GetId();
-		if (!id.View().starts_with(prefix.View()))
-			continue;
-		hasOtherIds |= id != entry.key;
-		ORVAN_TRY(found.Append(entry.value));
-	}
+	ORVAN_TRY(_ids.ForEach(
+		[&](const String& key, const SVGElementRef& element) noexcept -> Result<void>
+		{
+			const String id = element->GetId();
+			if (!id.View().starts_with(prefix.View()))
+				return {};
+			hasOtherIds |= id != key;
+			return found.Append(element);
+		}));
 	if (hasOtherIds)
 		ORVAN_TRY(RemoveRepeated(found));
 	return found;
@@ -126,9 +137,14 @@ const FileStamp& Document::GetStamp() const noexcept
 
 void Document::TakeContentOf(Document& other) noexcept
 {
+	ForgetTree();
 	_stamp = other._stamp;
-	_elementsById = std::move(other._elementsById);
+	_ids.Take(other._ids);
 	_rootElement = std::move(other._rootElement);
+	_owner = std::exchange(other._owner, {});
+	_owner.SetDocument(*this);
+	if (_isTracking)
+		TrackRoot();
 	_report = std::move(other._report);
 	_isPlaceholder = other._isPlaceholder;
 }
@@ -149,11 +165,16 @@ Result<void> Document::InitFromMemory(const void* bytes, std::int64_t count, con
 	if (count < 0 || (bytes == nullptr && count > 0))
 		return IllegalArgumentError("There are no @ bytes to load a document from.", count);
 	const Url base = baseUrl; // The caller's may be this document's own, which `Reset` clears.
-	SVGDocumentRef::From(this)->Reset();
+	BeginLoad();
 	_url = base;
+	return EndLoad(LoadCopy(bytes, static_cast<std::size_t>(count)));
+}
+
+Result<void> Document::LoadCopy(const void* bytes, std::size_t count) noexcept
+{
 	BaseArray<char> copy;
-	ORVAN_TRY(copy.Reserve(static_cast<std::size_t>(count) + 1));
-	ORVAN_TRY(copy.AppendAll(static_cast<const char*>(bytes), static_cast<std::size_t>(count)));
+	ORVAN_TRY(copy.Reserve(count + 1));
+	ORVAN_TRY(copy.AppendAll(static_cast<const char*>(bytes), count));
 	ORVAN_TRY(copy.Append('\0'));
 	return LoadBytes(std::move(copy));
 }
@@ -185,8 +206,8 @@ Result<void> Document::LoadBytes(BaseArray<char> bytes) noexcept
 	ImportResult imported = ORVAN_TRY(Import(std::move(bytes), _options, _report));
 	if (!imported.root)
 		return BuildPlaceholder();
-	_rootElement = std::move(imported.root);
-	_elementsById = std::move(imported.elementsById);
+	ORVAN_TRY(TakeRoot(std::move(imported.root)));
+	_ids.Take(std::move(imported.elementsById));
 	return {};
 }
 
@@ -196,7 +217,7 @@ Result<void> Document::BuildPlaceholder() noexcept
 	SVGElementRef root = ORVAN_TRY(CreateObject<SVGElementInterface>("net.orvan.image.class.svgsvgelement"));
 	const auto rect = ORVAN_TRY(CreateObject<HierarchyObjectInterface>("net.orvan.image.class.svgrectelement"));
 	ORVAN_TRY(rect->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(root), {}));
-	_rootElement = std::move(root);
+	ORVAN_TRY(TakeRoot(std::move(root)));
 	_isPlaceholder = true;
 	return {};
 }
@@ -205,8 +226,8 @@ namespace
 {
 
 constexpr ClassDeclaration kDocumentClass =
-	DeclareClass<Document, Implements<SVGDocumentInterface, Document>,
-				 Implements<SVGDocumentImportInterface, Document>>(kSVGDocumentClass);
+	DeclareClass<Document, Implements<SVGDocumentInterface, Document>, Implements<SVGDocumentImportInterface, Document>,
+				 Implements<SVGDocumentEditInterface, Document>>(kSVGDocumentClass);
 constexpr ClassDeclaration kContextClass = DeclareClassWithoutImplementation(kSVGContextClass);
 
 constexpr UseDeclaration kUses[] = {

@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: MIT
-/// The implementation of `SVGDocumentInterface` and `SVGDocumentImportInterface`.
+/// The implementation of `SVGDocumentInterface`, `SVGDocumentImportInterface` and `SVGDocumentEditInterface`.
 #pragma once
 
-#include "orvan/hash_map.h"
+#include "editing/edit_history.h"
+#include "editing/id_table.h"
+#include "editing/observer_list.h"
+#include "editing/tree_owner.h"
 #include "svg_base.h"
+#include "svg_edit.h"
 #include "svg_import.h"
 
 namespace orvan::svg
 {
 
-/// A document owns the root of its tree and the table of ids.
+/// A document owns the root of its tree and the table of ids, and keeps account of edits.
 class Document : public ObjectBase
 {
 public:
+	~Document();
+
 	Result<void> Init(const Url& url) noexcept;
 	void Reset() noexcept;
 	const Url& GetUrl() const noexcept;
@@ -25,6 +31,21 @@ public:
 	Result<void> InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept;
 	Result<SVGImportReport> GetImportReport() const noexcept;
 
+	Result<std::int64_t> AddObserver(SVGChangeCallback callback, void* context) noexcept;
+	void RemoveObserver(std::int64_t number) noexcept;
+	Result<void> BeginTransaction() noexcept;
+	Result<void> CommitTransaction() noexcept;
+	Result<void> RollbackTransaction() noexcept;
+	bool IsInTransaction() const noexcept;
+	Result<bool> Undo() noexcept;
+	Result<bool> Redo() noexcept;
+	std::int64_t GetUndoCount() const noexcept;
+	std::int64_t GetRedoCount() const noexcept;
+	Result<void> SetUndoLimit(std::int64_t count) noexcept;
+	Result<void> ClearHistory() noexcept;
+	Result<void> RenameId(const SVGElementRef& element, const String& id) noexcept;
+	Result<void> SetRootElement(const SVGElementRef& root) noexcept;
+
 	// For icons, which keep their tree when the file has become unusable.
 
 	/// True when the file was refused, so that the tree is a placeholder.
@@ -35,13 +56,76 @@ public:
 	const FileStamp& GetStamp() const noexcept;
 	/// Lets go of the tree and the ids, without taking the tree apart, and takes over those of `other`.
 	void TakeContentOf(Document& other) noexcept;
+	const SVGImportReport& GetReport() const noexcept
+	{
+		return _report;
+	}
+
+	/// Tells the observers what became of a load, of this document or of one that was to take its place.
+	void TellOfLoad(SVGChangeKind kind, const SVGImportReport& report) noexcept;
+
+	// For elements, which answer to the document.
+
+	EditHistory& History() noexcept
+	{
+		return _history;
+	}
+
+	/// Tells the observers of a change, if there are any. The document, and the element, may be gone afterwards.
+	void TellOf(HierarchyObject& element, SVGChangeKind kind, SVGImportAttribute attribute) noexcept;
+
+	/// Makes several edits one: `make()` records its edits through the functions below, and observers hear of them once
+	/// all are made; when it fails, they are taken back. The document may be gone afterwards.
+	template <typename Make>
+	Result<void> EditTogether(Make make) noexcept
+	{
+		ORVAN_TRY(_history.Begin(false));
+		return EndTogether(make());
+	}
+
+	/// Makes an edit, and records it. Inside of `EditTogether`.
+	template <typename T, typename... Args>
+	Result<void> MakeEdit(Args&&... args) noexcept
+	{
+		Edit* const edit = ORVAN_TRY(Edit::Make<T>(std::forward<Args>(args)...));
+		edit->Swap();
+		_history.Append(edit);
+		return {};
+	}
+
+	/// Moves an element, from wherever it is, below a parent of this document, or out of its tree when `parent` is
+	/// null. Ids are not looked at. Inside of `EditTogether`.
+	Result<void> MovePlace(HierarchyObject& child, HierarchyObject* parent, HierarchyObject* next) noexcept;
+	/// Has a tree of no document, which an object belongs to, answer to this one.
+	Result<void> Adopt(HierarchyObject& object) noexcept;
+	/// The ids of the element and of everything below leave the table, or enter it where they are free. Inside of
+	/// `EditTogether`.
+	Result<void> TakeIdsOut(HierarchyObject& top) noexcept;
+	Result<void> PutIdsIn(HierarchyObject& top) noexcept;
 
 private:
+	void BeginLoad() noexcept;
+	Result<void> EndLoad(Result<void> loaded) noexcept;
 	Result<void> Load() noexcept;
+	Result<void> LoadCopy(const void* bytes, std::size_t count) noexcept;
 	Result<void> LoadBytes(BaseArray<char> bytes) noexcept;
 	Result<void> BuildPlaceholder() noexcept;
 
-	StringMap<SVGElementRef> _elementsById;
+	Result<void> TakeRoot(SVGElementRef root) noexcept;
+	/// Ends what there is of edits to the tree, which is about to go.
+	void ForgetTree() noexcept;
+	void TrackRoot() noexcept;
+	void Track() noexcept;
+	void UntrackUnlessNeeded() noexcept;
+	Result<TreeOwner> Owner() noexcept;
+
+	Result<void> EndTogether(Result<void> made) noexcept;
+	void TellOfEdits(const Edit* first, const Edit* last, bool isBackwards) noexcept;
+	void TellOfEdit(const Edit& edit) noexcept;
+	Result<void> RefuseInsideEdits() const noexcept;
+	Result<void> MakeReferencesFollow(const String& from, const String& to) noexcept;
+
+	IdTable _ids;
 	SVGElementRef _rootElement;
 	Url _url;
 	SVGImportOptions _options;
@@ -49,6 +133,11 @@ private:
 	FileStamp _stamp;
 	bool _isFromUrl = false;
 	bool _isPlaceholder = false;
+	bool _isLoading = false;
+	bool _isTracking = false; ///< The elements of the tree are told to report their changes.
+	TreeOwner _owner;         ///< What the elements hold; made with the first root.
+	ObserverList _observers;
+	EditHistory _history;
 };
 
 } // namespace orvan::svg

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// The element classes and the value types: their code that is more than a line, and their registration.
+#include "editing/tracked_change.h"
 #include "elements/class_table.h"
 #include "registration.h"
 
@@ -30,26 +31,32 @@ SVGViewport SVGElement::GetViewport() const noexcept
 
 Result<void> UseElement::CopyStateTo(UseElement& copy) const noexcept
 {
-	copy._link = _link;
-	copy._shadowRoot = ORVAN_TRY(WeakRef::To(_shadowRoot.Lock().GetObject()));
+	copy._target.link = _target.link;
+	copy._target.shadowRoot = ORVAN_TRY(WeakRef::To(_target.shadowRoot.Lock().GetObject()));
 	return ElementBase::CopyStateTo(copy);
+}
+
+Result<void> UseElement::ChangeTarget(Target target) noexcept
+{
+	if (IsTracked()) [[unlikely]]
+		return ChangeTracked(_target, std::move(target), SVGImportAttribute::href);
+	_target = std::move(target);
+	return {};
 }
 
 Result<void> UseElement::SetLink(const String& link) noexcept
 {
-	_link = link;
-	_shadowRoot = WeakRef();
-	return {};
+	return ChangeTarget({link, {}});
 }
 
 String UseElement::GetLink() const noexcept
 {
-	return _link;
+	return _target.link;
 }
 
 bool UseElement::IsLinkDirty() const noexcept
 {
-	return !_link.IsEmpty() && !_shadowRoot.Lock();
+	return !_target.link.IsEmpty() && !_target.shadowRoot.Lock();
 }
 
 Result<void> UseElement::SetShadowRoot(const SVGElementRef& element) noexcept
@@ -61,8 +68,19 @@ Result<void> UseElement::SetShadowRoot(const SVGElementRef& element) noexcept
 		if (at == element.GetObject())
 			return IllegalArgumentError("A use element cannot stand for an element that contains it.");
 	}
-	_shadowRoot = ORVAN_TRY(WeakRef::To(element.GetObject()));
-	return {};
+	return ChangeTarget({_target.link, ORVAN_TRY(WeakRef::To(element.GetObject()))});
+}
+
+Result<void> UseElement::RenameLink(Document& document, const String& link) noexcept
+{
+	Target target{link, ORVAN_TRY(WeakRef::To(_target.shadowRoot.Lock().GetObject()))};
+	return document.MakeEdit<MemberEdit<Target>>(this, SVGChangeKind::attribute, SVGImportAttribute::href, _target,
+												 std::move(target));
+}
+
+SVGElementRef UseElement::GetShadowRoot() const noexcept
+{
+	return Cast<SVGElementInterface>(_target.shadowRoot.Lock());
 }
 
 // Gradients ----------------------------------------------------------------------------------------------------------

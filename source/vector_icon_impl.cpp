@@ -35,11 +35,12 @@ Result<void> VectorIconImpl::Initialize() noexcept
 
 Result<void> VectorIconImpl::Init(const Url& url) noexcept
 {
+	const auto self = SVGDocumentRef::From(this); // Observers may let go of the icon.
 	_watch.Stop();
 	_clientSwitches.Clear();
 	Result<void> loaded = _document->Init(url);
 	if (loaded.IsOk() && _isStateSet)
-		ApplyState();
+		ApplyState(_document);
 	Follow();
 	return loaded;
 }
@@ -84,11 +85,12 @@ const SVGImportOptions& VectorIconImpl::GetImportOptions() const noexcept
 /// An icon from memory has no file to follow.
 Result<void> VectorIconImpl::InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept
 {
+	const auto self = SVGDocumentRef::From(this);
 	_watch.Stop();
 	_clientSwitches.Clear();
 	ORVAN_TRY(Content().InitFromMemory(bytes, count, baseUrl));
 	if (_isStateSet)
-		ApplyState();
+		ApplyState(_document);
 	return {};
 }
 
@@ -133,7 +135,8 @@ void VectorIconImpl::SetState(SVGIconState state) noexcept
 	};
 	const auto kept = std::remove_if(_clientSwitches.begin(), _clientSwitches.end(), isOfState);
 	IgnoreResult(_clientSwitches.Resize(static_cast<std::size_t>(kept - _clientSwitches.begin())));
-	ApplyState();
+	const auto self = SVGDocumentRef::From(this);
+	ApplyState(_document);
 }
 
 SVGIconState VectorIconImpl::GetState() const noexcept
@@ -199,28 +202,28 @@ Result<void> VectorIconImpl::SwitchLayer(const SVGElementRef& layer, const Strin
 }
 
 /// Hides all state layers and shows that of the state; stops at the first layer that is missing.
-Result<void> VectorIconImpl::ShowState() noexcept
+Result<void> VectorIconImpl::ShowState(const SVGDocumentRef& document) const noexcept
 {
 	for (const String& id : _stateLayers)
-		ORVAN_TRY(ORVAN_TRY(_document->GetElementById(id))->SetDisplay(SVGDisplay::none));
+		ORVAN_TRY(ORVAN_TRY(document->GetElementById(id))->SetDisplay(SVGDisplay::none));
 	const auto number = static_cast<std::size_t>(_state);
 	if (number >= _stateLayers.size())
 		return {};
-	return ORVAN_TRY(_document->GetElementById(_stateLayers[number]))->SetDisplay(SVGDisplay::shown);
+	return ORVAN_TRY(document->GetElementById(_stateLayers[number]))->SetDisplay(SVGDisplay::shown);
 }
 
-void VectorIconImpl::ApplyState() noexcept
+void VectorIconImpl::ApplyState(const SVGDocumentRef& document) const noexcept
 {
-	if (const Result<void> shown = ShowState(); !shown.IsOk())
+	if (const Result<void> shown = ShowState(document); !shown.IsOk())
 		WarningOutput("VectorIconImpl::SetState() error. Maybe some layer is missing. @", shown.GetError());
 }
 
-void VectorIconImpl::ApplyClientSwitches() noexcept
+void VectorIconImpl::ApplyClientSwitches(const SVGDocumentRef& document) const noexcept
 {
 	for (const LayerSwitch& entry : _clientSwitches)
 	{
 		// A layer that is gone may be back after the next edit; its switch is kept for then.
-		const SVGElementRef layer = GetLayer(entry.id);
+		const SVGElementRef layer = document->GetElementById(entry.id).GetValueOr(nullptr);
 		if (!layer)
 			continue;
 		if (const Result<void> switched = layer->SetDisplay(entry.display); !switched.IsOk())
@@ -242,29 +245,56 @@ FileChangeOutcome VectorIconImpl::Reload() noexcept
 	{
 		WarningOutput("Icon '@' stays as it is, because its file could not be loaded. @", GetUrl().GetText(),
 					  loaded.GetError());
+		Content().TellOfLoad(SVGChangeKind::notReloaded, SVGImportReport());
 		return FileChangeOutcome::failed;
 	}
 	auto& document = static_cast<Document&>(*fresh.GetValue().GetObject());
 	if (document.IsPlaceholder())
 	{
 		WarningOutput("Icon '@' stays as it is, because its file has no content that can be used.", GetUrl().GetText());
+		Content().TellOfLoad(SVGChangeKind::notReloaded, document.GetReport());
 		return FileChangeOutcome::failed;
 	}
+	// What the icon shows is settled before anybody hears of the new tree.
+	if (_isStateSet)
+		ApplyState(fresh.GetValue());
+	ApplyClientSwitches(fresh.GetValue());
 	// Into the same document, so that references to its root, which the interface hands out, stay good.
 	Content().TakeContentOf(document);
-	if (_isStateSet)
-		ApplyState();
-	ApplyClientSwitches();
+	Content().TellOfLoad(SVGChangeKind::loaded, Content().GetReport());
 	return FileChangeOutcome::reloaded;
 }
+
+// Editing ------------------------------------------------------------------------------------------------------------
+
+IconEdits::IconEdits(VectorIconImpl& icon) noexcept : _edit(Cast<SVGDocumentEditInterface>(icon._document))
+{
+}
+
+// clang-format off
+Result<std::int64_t> IconEdits::AddObserver(SVGChangeCallback callback, void* context) noexcept { return _edit->AddObserver(callback, context); }
+void IconEdits::RemoveObserver(std::int64_t number) noexcept { _edit->RemoveObserver(number); }
+Result<void> IconEdits::BeginTransaction() noexcept { return _edit->BeginTransaction(); }
+Result<void> IconEdits::CommitTransaction() noexcept { return _edit->CommitTransaction(); }
+Result<void> IconEdits::RollbackTransaction() noexcept { return _edit->RollbackTransaction(); }
+bool IconEdits::IsInTransaction() const noexcept { return _edit->IsInTransaction(); }
+Result<bool> IconEdits::Undo() noexcept { return _edit->Undo(); }
+Result<bool> IconEdits::Redo() noexcept { return _edit->Redo(); }
+std::int64_t IconEdits::GetUndoCount() const noexcept { return _edit->GetUndoCount(); }
+std::int64_t IconEdits::GetRedoCount() const noexcept { return _edit->GetRedoCount(); }
+Result<void> IconEdits::SetUndoLimit(std::int64_t count) noexcept { return _edit->SetUndoLimit(count); }
+Result<void> IconEdits::ClearHistory() noexcept { return _edit->ClearHistory(); }
+Result<void> IconEdits::RenameId(const SVGElementRef& element, const String& id) noexcept { return _edit->RenameId(element, id); }
+Result<void> IconEdits::SetRootElement(const SVGElementRef& root) noexcept { return _edit->SetRootElement(root); }
+// clang-format on
 
 namespace
 {
 
-constexpr ClassDeclaration kIconClass =
-	DeclareClass<VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>,
-				 Implements<SVGDocumentInterface, VectorIconImpl>,
-				 Implements<SVGDocumentImportInterface, VectorIconImpl>>(kVectorIconClass);
+constexpr ClassDeclaration kIconClass = DeclareClass<
+	VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>, Implements<SVGDocumentInterface, VectorIconImpl>,
+	Implements<SVGDocumentImportInterface, VectorIconImpl>, Implements<SVGDocumentEditInterface, IconEdits>>(
+	kVectorIconClass);
 
 constexpr UseDeclaration kUses[] = {
 	{"vector_icon_impl", "VectorIconInterface", "vector_icon"},

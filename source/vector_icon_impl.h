@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orvan/file_monitor.h"
+#include "svg_edit.h"
 #include "svg_import.h"
 #include "vector_icon.h"
 
@@ -12,6 +13,34 @@ namespace orvan::svg
 {
 
 class Document;
+class VectorIconImpl;
+
+/// The editing half of an icon: that of its document.
+class IconEdits
+{
+public:
+	explicit IconEdits(VectorIconImpl& icon) noexcept;
+
+	// clang-format off
+	Result<std::int64_t> AddObserver(SVGChangeCallback callback, void* context) noexcept;
+	void RemoveObserver(std::int64_t number) noexcept;
+	Result<void> BeginTransaction() noexcept;
+	Result<void> CommitTransaction() noexcept;
+	Result<void> RollbackTransaction() noexcept;
+	bool IsInTransaction() const noexcept;
+	Result<bool> Undo() noexcept;
+	Result<bool> Redo() noexcept;
+	std::int64_t GetUndoCount() const noexcept;
+	std::int64_t GetRedoCount() const noexcept;
+	Result<void> SetUndoLimit(std::int64_t count) noexcept;
+	Result<void> ClearHistory() noexcept;
+	Result<void> RenameId(const SVGElementRef& element, const String& id) noexcept;
+	Result<void> SetRootElement(const SVGElementRef& root) noexcept;
+	// clang-format on
+
+private:
+	SVGDocumentEditRef _edit; ///< Keeps the document, whatever its observers do with the icon.
+};
 
 /// An icon owns a document and answers for it. The state is the icon's own: it outlives the document's content and is
 /// applied to each new one; so are the layers that the client switched, as long as they are of the same file.
@@ -51,11 +80,13 @@ private:
 		SVGDisplay display;
 	};
 
+	friend class IconEdits;
+
 	Document& Content() const noexcept;
 	Result<void> SwitchLayer(const SVGElementRef& layer, const String& id, SVGDisplay display) noexcept;
-	Result<void> ShowState() noexcept;
-	void ApplyState() noexcept;
-	void ApplyClientSwitches() noexcept;
+	Result<void> ShowState(const SVGDocumentRef& document) const noexcept;
+	void ApplyState(const SVGDocumentRef& document) const noexcept;
+	void ApplyClientSwitches(const SVGDocumentRef& document) const noexcept;
 	void Follow() noexcept;
 	FileChangeOutcome Reload() noexcept;
 

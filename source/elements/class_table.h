@@ -34,6 +34,25 @@ struct Tags
 	char characters[size];
 };
 
+/// A component that is the implementation itself: it answers for one more interface.
+template <typename I>
+struct Itself
+{
+	using Interface = I;
+};
+
+template <typename Implementation, typename Component>
+struct ComponentBinding
+{
+	using Type = Implements<typename Component::Interface, Component>;
+};
+
+template <typename Implementation, typename I>
+struct ComponentBinding<Implementation, Itself<I>>
+{
+	using Type = Implements<I, Implementation>;
+};
+
 /// A row: the class's id, what implements it, its tags, its own interface and its components. The own interface is
 /// answered by the implementation, or by that component which is for it.
 template <const char* const& classId, Tags tags, typename Implementation, typename Own, typename... Components>
@@ -61,8 +80,9 @@ private:
 	static constexpr ClassDeclaration DeclareWith() noexcept
 	{
 		return DeclareClass<Implementation, Implements<SVGElementInterface, ElementBase>,
-							Implements<HierarchyObjectInterface, HierarchyObject>, OwnBinding...,
-							Implements<typename Components::Interface, Components>...>(classId);
+							Implements<HierarchyObjectInterface, ElementBase>, OwnBinding...,
+							typename ComponentBinding<Implementation, Components>::Type...,
+							Implements<SVGElementEditInterface, ElementBase>>(classId);
 	}
 };
 
@@ -101,14 +121,14 @@ struct ClassList
 using ElementClasses = ClassList<
 	ElementClass<kSVGElementClass, "", BaseElement, SVGElementInterface>,
 	ElementClass<kSVGSVGElementClass, "svg", SVGElement, SVGSVGElementInterface, FitToViewbox, Position, Size>,
-	ElementClass<kSVGUseElementClass, "use", UseElement, SVGUseElementInterface, Position, Size>,
+	ElementClass<kSVGUseElementClass, "use", UseElement, SVGUseElementInterface, Position, Size, Itself<SVGUseEditInterface>>,
 	ElementClass<kSVGDefsElementClass, "defs", DefsElement, SVGDefsElementInterface>,
 	ElementClass<kSVGSymbolElementClass, "symbol", SymbolElement, SVGSymbolElementInterface, FitToViewbox>,
 	ElementClass<kSVGGroupElementClass, "g", GroupElement, SVGGroupElementInterface>,
 	ElementClass<kSVGLinearGradientElementClass, "linearGradient", LinearGradientElement, SVGLinearGradientElementInterface, Link>,
 	ElementClass<kSVGRadialGradientElementClass, "radialGradient", RadialGradientElement, SVGRadialGradientElementInterface, Link>,
 	ElementClass<kSVGStopElementClass, "stop", StopElement, SVGStopElementInterface, Stop>,
-	ElementClass<kSVGPathElementClass, "path polygon polyline", PathElement, SVGPathElementInterface>,
+	ElementClass<kSVGPathElementClass, "path polygon polyline", PathElement, SVGPathElementInterface, Itself<SVGPathEditInterface>>,
 	ElementClass<kSVGRectElementClass, "rect", RectElement, SVGRectElementInterface, Position, Size, RectRadius>,
 	ElementClass<kSVGCircleElementClass, "circle ellipse", CircleElement, SVGCircleElementInterface, CenterPosition, CircleRadius>,
 	ElementClass<kSVGLineElementClass, "line", LineElement, SVGLineElementInterface, LineEnds>,

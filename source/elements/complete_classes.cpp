@@ -59,8 +59,7 @@ Result<void> TextContent::SetPositions(SVGImportAttribute first, SVGImportAttrib
 	else
 		ORVAN_TRY(changed.Remove(static_cast<std::int32_t>(first)));
 	ORVAN_TRY(changed.Set(static_cast<std::int32_t>(list), std::move(copy)));
-	_element.ReplaceAttributes(std::move(changed));
-	return {};
+	return _element.ChangeAttributes(std::move(changed), SVGImportAttribute::unknown);
 }
 
 Result<BaseArray<SVGLength>> TextContent::GetPositions(SVGImportAttribute first, SVGImportAttribute list) const noexcept

@@ -216,6 +216,8 @@ public:
 
 	Result<void> SetText(const String& text) noexcept
 	{
+		if (this->IsTracked()) [[unlikely]]
+			return this->ChangeTracked(_text, text, SVGImportAttribute::unknown, SVGChangeKind::text);
 		_text = text;
 		return {};
 	}

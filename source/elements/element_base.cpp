@@ -8,6 +8,8 @@ namespace orvan::svg
 
 ElementBase::~ElementBase()
 {
+	if (_hasOwner)
+		static_cast<OwnedTransforms*>(_transforms)->~OwnedTransforms();
 	Host().free(_transforms);
 }
 
@@ -56,10 +58,35 @@ const ElementBase::Transforms& ElementBase::CurrentTransforms() const noexcept
 	return _transforms != nullptr ? *_transforms : kUnset;
 }
 
+template <typename Assign>
+Result<void> ElementBase::ChangeTransforms(Assign assign) noexcept
+{
+	Transforms* own = ORVAN_TRY(OwnTransforms());
+	if (_isTracked) [[unlikely]]
+	{
+		Transforms changed = *own;
+		assign(changed);
+		return ReplaceTransforms(changed);
+	}
+	assign(*own);
+	return MarkSubtreeDirty();
+}
+
 Result<void> ElementBase::SetLocalTransform(const Matrix2d& transform) noexcept
 {
-	ORVAN_TRY(OwnTransforms())->local = transform;
-	return MarkSubtreeDirty();
+	return ChangeTransforms([&](Transforms& own) { own.local = transform; });
+}
+
+/// Makes all that a client can see of the transforms what it is elsewhere.
+Result<void> ElementBase::AssignTransforms(const Transforms& transforms) noexcept
+{
+	return ChangeTransforms(
+		[&](Transforms& own)
+		{
+			const Matrix2d world = own.world;
+			own = transforms;
+			own.world = world;
+		});
 }
 
 Matrix2d ElementBase::GetLocalTransform() const noexcept
@@ -172,9 +199,9 @@ Result<void> ElementBase::MarkSubtreeDirty() noexcept
 	return result;
 }
 
-Result<void> ElementBase::RebuildLocalTransform() noexcept
+/// Computes the local transform from translation, rotation, pivot and scale.
+void ElementBase::Rebuild(Transforms& own) noexcept
 {
-	Transforms& own = *_transforms;
 	const Float cosine = std::cos(own.rotation);
 	const Float sine = std::sin(own.rotation);
 	const Matrix2d rotation{{}, {cosine, sine}, {-sine, cosine}};
@@ -184,31 +211,46 @@ Result<void> ElementBase::RebuildLocalTransform() noexcept
 	const Matrix2d aboutPivot = toPivot * rotation * scale * fromPivot;
 	own.pivotOffset = aboutPivot.offset;
 	own.local = Matrix2d{own.translation} * aboutPivot;
-	return MarkSubtreeDirty();
 }
 
 Result<void> ElementBase::SetTranslation(const Vector2d& translation) noexcept
 {
-	ORVAN_TRY(OwnTransforms())->translation = translation;
-	return RebuildLocalTransform();
+	return ChangeTransforms(
+		[&](Transforms& own)
+		{
+			own.translation = translation;
+			Rebuild(own);
+		});
 }
 
 Result<void> ElementBase::SetRotation(Float radians) noexcept
 {
-	ORVAN_TRY(OwnTransforms())->rotation = radians;
-	return RebuildLocalTransform();
+	return ChangeTransforms(
+		[&](Transforms& own)
+		{
+			own.rotation = radians;
+			Rebuild(own);
+		});
 }
 
 Result<void> ElementBase::SetRotationPivot(const Vector2d& pivot) noexcept
 {
-	ORVAN_TRY(OwnTransforms())->rotationPivot = pivot;
-	return RebuildLocalTransform();
+	return ChangeTransforms(
+		[&](Transforms& own)
+		{
+			own.rotationPivot = pivot;
+			Rebuild(own);
+		});
 }
 
 Result<void> ElementBase::SetScale(const Vector2d& scale) noexcept
 {
-	ORVAN_TRY(OwnTransforms())->scale = scale;
-	return RebuildLocalTransform();
+	return ChangeTransforms(
+		[&](Transforms& own)
+		{
+			own.scale = scale;
+			Rebuild(own);
+		});
 }
 
 Vector2d ElementBase::GetTranslation() const noexcept

@@ -2,9 +2,12 @@
 /// What all elements share: identity, attributes and transforms.
 #pragma once
 
+#include "editing/tree_owner.h"
 #include "elements/properties.h"
+#include "svg_edit.h"
 #include "svg_elements.h"
 
+#include <atomic>
 #include <cmath>
 #include <initializer_list>
 #include <utility>
@@ -12,7 +15,11 @@
 namespace orvan::svg
 {
 
-/// Base of all element classes, and the implementation of `SVGElementInterface`.
+/// Base of all element classes, and the implementation of `SVGElementInterface` and `SVGElementEditInterface`.
+///
+/// Whatever changes an element asks first whether it is tracked: then its document may have observers or a history, and
+/// the change goes through the document (`editing/`). Elements of other trees, and elements while they are loaded, are
+/// not tracked and pay for nothing but the question.
 class ElementBase : public HierarchyObject
 {
 public:
@@ -39,7 +46,11 @@ public:
 	template <typename T>
 	Result<void> Store(SVGImportAttribute key, T value) noexcept
 	{
-		return _attributes.Set(static_cast<std::int32_t>(key), std::move(value));
+		if (!_isTracked) [[likely]]
+			return _attributes.Set(static_cast<std::int32_t>(key), std::move(value));
+		DataDictionary changed = _attributes;
+		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(key), std::move(value)));
+		return ChangeAttributes(std::move(changed), key);
 	}
 
 	/// Stores all of these values or, when memory runs out, none.
@@ -49,8 +60,7 @@ public:
 		DataDictionary changed = _attributes;
 		for (const auto& [key, value] : values)
 			ORVAN_TRY(changed.Set(static_cast<std::int32_t>(key), value));
-		_attributes = std::move(changed);
-		return {};
+		return ChangeAttributes(std::move(changed), SVGImportAttribute::unknown);
 	}
 
 	template <typename T>
@@ -98,16 +108,29 @@ public:
 		return _attributes;
 	}
 
-	/// Puts another dictionary in place, for changes that must happen together.
+	/// Puts another dictionary in place while an element is being loaded.
 	void ReplaceAttributes(DataDictionary attributes) noexcept
 	{
 		_attributes = std::move(attributes);
+	}
+
+	/// Puts another dictionary in place, for changes that must happen together; `key` is the attribute that differs, or
+	/// `unknown` for several. Fails for want of memory only, and never on elements that are not tracked.
+	Result<void> ChangeAttributes(DataDictionary attributes, SVGImportAttribute key) noexcept
+	{
+		if (_isTracked) [[unlikely]]
+			return ChangeTracked(_attributes, std::move(attributes), key);
+		_attributes = std::move(attributes);
+		return {};
 	}
 
 	// Identity and attributes.
 
 	Result<void> SetId(const String& id) noexcept
 	{
+		_hasHadOtherId |= !_id.IsEmpty();
+		if (_isTracked) [[unlikely]]
+			return ChangeTracked(_id, id, SVGImportAttribute::id);
 		_id = id;
 		return {};
 	}
@@ -119,6 +142,8 @@ public:
 
 	Result<void> SetElementType(SVGImportElementKind type) noexcept
 	{
+		if (_isTracked) [[unlikely]]
+			return ChangeTracked(_type, type);
 		_type = type;
 		return {};
 	}
@@ -135,13 +160,24 @@ public:
 
 	Result<void> SetAttribute(SVGImportAttribute key, const Data& value) noexcept
 	{
-		return _attributes.SetData(static_cast<std::int32_t>(key), value);
+		if (!_isTracked) [[likely]]
+			return _attributes.SetData(static_cast<std::int32_t>(key), value);
+		DataDictionary changed = _attributes;
+		ORVAN_TRY(changed.SetData(static_cast<std::int32_t>(key), value));
+		return ChangeAttributes(std::move(changed), key);
 	}
 
-	/// Takes an attribute away; does nothing when it is absent.
-	Result<void> Remove(SVGImportAttribute key) noexcept
+	/// Takes an entry of the dictionary away; does nothing when it is absent.
+	Result<void> Unset(SVGImportAttribute key) noexcept
 	{
-		ORVAN_TRY(_attributes.Remove(static_cast<std::int32_t>(key)));
+		if (!_isTracked) [[likely]]
+		{
+			ORVAN_TRY(_attributes.Remove(static_cast<std::int32_t>(key)));
+			return {};
+		}
+		DataDictionary changed = _attributes;
+		if (ORVAN_TRY(changed.Remove(static_cast<std::int32_t>(key))))
+			ORVAN_TRY(ChangeAttributes(std::move(changed), key));
 		return {};
 	}
 
@@ -178,7 +214,82 @@ public:
 	Result<void> SetStrokeDashArray(const BaseArray<SVGLength>& value) noexcept;
 	Result<BaseArray<SVGLength>> GetStrokeDashArray() const noexcept;
 
+	// Hierarchy. The two methods of the host's interface that change it are told here of what is tracked.
+
+	Result<void> InsertAsLastChildOf(const HierarchyObjectRef& parent, const HierarchyBranch& branch) noexcept
+	{
+		if (!IsAnythingTracked()) [[likely]]
+			return HierarchyObject::InsertAsLastChildOf(parent, branch);
+		return InsertTracked(parent);
+	}
+
+	void RemoveAllChildren() noexcept
+	{
+		if (_isTracked) [[unlikely]]
+			return RemoveAllTracked();
+		HierarchyObject::RemoveAllChildren();
+	}
+
+	// Editing; see `SVGElementEditInterface`.
+
+	SVGDocumentRef GetDocument() const noexcept;
+	std::int64_t GetChildCount() const noexcept;
+	SVGElementRef GetChildAt(std::int64_t index) const noexcept;
+	std::int64_t GetIndex() const noexcept;
+	Result<void> Remove() noexcept;
+	Result<void> InsertChildBefore(const SVGElementRef& child, const SVGElementRef& next) noexcept;
+	Result<void> ReplaceWith(const SVGElementRef& replacement) noexcept;
+	Result<void> RemoveAttribute(SVGImportAttribute key) noexcept;
+	Result<BaseArray<SVGImportAttribute>> GetAttributeNumbers() const noexcept;
+	Result<void> CopyAttribute(const SVGElementRef& source, SVGImportAttribute key) noexcept;
+	Result<void> CopyAttributes(const SVGElementRef& source) noexcept;
+
+	// For documents.
+
+	/// The document that an element answers to, and whether the element stands in its tree, rather than having been
+	/// taken out of it by an edit that may be undone.
+	struct Standing
+	{
+		Document* document = nullptr;
+		bool isInTree = false;
+	};
+
+	Standing FindStanding() const noexcept;
+
+	/// Makes the element one of a document's, or of none; see `TreeOwner`.
+	Result<void> SetOwner(TreeOwner owner) noexcept;
+	void ForgetOwner() noexcept;
+
+	/// Has changes of the element and of everything below go through the document, or no longer.
+	static void TrackTree(HierarchyObject& top, bool isTracked) noexcept;
+	/// Counts documents that do so.
+	static void CountTrackingDocuments(int more) noexcept;
+
+	/// True when the id was set more than once, so that a document may find the element under another.
+	bool HasHadOtherId() const noexcept
+	{
+		return _hasHadOtherId;
+	}
+
+protected:
+	// Changes of tracked elements: a member gets another value.
+	template <typename T>
+	Result<void> ChangeTracked(T& member, T value, SVGImportAttribute attribute,
+							   SVGChangeKind kind = SVGChangeKind::attribute) noexcept;
+	Result<void> ChangeTracked(SVGImportElementKind& type, SVGImportElementKind value) noexcept;
+
+	bool IsTracked() const noexcept
+	{
+		return _isTracked;
+	}
+
+	/// Takes all children out: all or, when memory runs out, none.
+	Result<void> RemoveChildren() noexcept;
+
 private:
+	friend class TransformEdit;
+	friend class Document; // Which makes edits of several elements one.
+
 	/// The transforms of an element. Most elements of a file have none, so they stand in a block of their own that is
 	/// made when the first is set or the world transform is first asked for.
 	struct Transforms
@@ -192,12 +303,33 @@ private:
 		Float rotation = 0.0;
 	};
 
+	/// The block of an element that has an owner.
+	struct OwnedTransforms : Transforms
+	{
+		TreeOwner owner;
+	};
+
+	/// True while any document of the process has its elements tracked.
+	static bool IsAnythingTracked() noexcept
+	{
+		return _trackingDocuments.load(std::memory_order_relaxed) != 0;
+	}
+
+	Result<void> InsertTracked(const HierarchyObjectRef& parent) noexcept;
+	void RemoveAllTracked() noexcept;
+	Result<void> ReplaceTransforms(const Transforms& transforms) noexcept;
+	Result<void> AssignTransforms(const Transforms& transforms) noexcept;
+	template <typename Assign>
+	Result<void> ChangeTransforms(Assign assign) noexcept;
+
 	Result<Transforms*> OwnTransforms() noexcept;
-	Result<void> RebuildLocalTransform() noexcept;
+	static void Rebuild(Transforms& transforms) noexcept;
 	Result<void> UpdateWorldTransform() noexcept;
 	bool IsBelowMarking() const noexcept;
 	Result<void> MarkSubtreeDirty() noexcept;
 	const Transforms& CurrentTransforms() const noexcept;
+
+	static std::atomic<int> _trackingDocuments;
 
 	DataDictionary _attributes;
 	String _id;
@@ -206,6 +338,9 @@ private:
 	bool _isTransformDirty = true;
 	bool _hasForeignBelow = false; ///< Something below is of another module, or was once.
 	bool _isMarking = false;       ///< `MarkSubtreeDirty` is at work below this element.
+	bool _isTracked : 1 = false;   ///< The document wants to know of changes.
+	bool _hasOwner : 1 = false;    ///< The transforms are `OwnedTransforms`.
+	bool _hasHadOtherId : 1 = false;
 };
 
 /// The element behind a hierarchy object, when its class is one of this module's; null for others.

@@ -48,9 +48,24 @@ public:
 	bool IsLinkDirty() const noexcept;
 	Result<void> SetShadowRoot(const SVGElementRef& element) noexcept;
 
+	// Editing; see `SVGUseEditInterface`.
+	SVGElementRef GetShadowRoot() const noexcept;
+	Result<SVGElementRef> ResolveLink() noexcept;
+
+	/// Changes the link and keeps what it stands for, as an edit of the document.
+	Result<void> RenameLink(Document& document, const String& link) noexcept;
+
 private:
-	String _link;
-	WeakRef _shadowRoot; ///< Weak, so that uses that lead in circles keep nobody alive.
+	/// What the element stands for.
+	struct Target
+	{
+		String link;
+		WeakRef shadowRoot; ///< Weak, so that uses that lead in circles keep nobody alive.
+	};
+
+	Result<void> ChangeTarget(Target target) noexcept;
+
+	Target _target;
 };
 
 /// The methods of the stop's own interface. `GetOpacity` is not that of the element.
@@ -90,30 +105,24 @@ public:
 
 	Result<BaseArray<SVGPathCommand>> GetPath() const noexcept;
 
-	/// Takes all commands away.
-	void Clear() noexcept
-	{
-		_path = PathData();
-	}
-
 	Result<void> MoveTo(const Vector2d& point) noexcept
 	{
-		return _path.Append(SVGPathCommandType::move, point);
+		return Append(SVGPathCommandType::move, point);
 	}
 
 	Result<void> LineTo(const Vector2d& point) noexcept
 	{
-		return _path.Append(SVGPathCommandType::line, point);
+		return Append(SVGPathCommandType::line, point);
 	}
 
 	Result<void> CubicBezierTo(const Vector2d& control1, const Vector2d& control2, const Vector2d& point) noexcept
 	{
-		return _path.Append(SVGPathCommandType::cubic, control1, control2, point);
+		return Append(SVGPathCommandType::cubic, control1, control2, point);
 	}
 
 	Result<void> CloseSubpath() noexcept
 	{
-		return _path.Append(SVGPathCommandType::close);
+		return Append(SVGPathCommandType::close);
 	}
 
 	Result<void> PathExit() noexcept
@@ -122,7 +131,46 @@ public:
 		return {};
 	}
 
+	// Editing; see `SVGPathEditInterface`.
+	Result<void> Clear() noexcept
+	{
+		return ReplacePath(PathData());
+	}
+
+	Result<void> SetPath(const BaseArray<SVGPathCommand>& commands) noexcept;
+	SVGPathView GetPathView() const noexcept
+	{
+		return _path.GetView();
+	}
+
+	Result<void> CopyPath(const PathElement& source) noexcept;
+	Result<String> GetPathData() const noexcept;
+	Result<void> SetPathData(const String& data) noexcept;
+
+	/// Puts other commands in place. Fails on tracked elements only.
+	Result<void> ReplacePath(PathData path) noexcept
+	{
+		if (IsTracked()) [[unlikely]]
+			return ChangeTracked(_path, std::move(path), SVGImportAttribute::d);
+		_path = std::move(path);
+		return {};
+	}
+
 private:
+	template <typename... Points>
+	Result<void> Append(SVGPathCommandType type, const Points&... points) noexcept
+	{
+		if (IsTracked()) [[unlikely]]
+			ORVAN_TRY(RecordPath());
+		ORVAN_TRY(_path.Append(type, points...));
+		if (IsTracked()) [[unlikely]]
+			TellOfPath();
+		return {};
+	}
+
+	Result<void> RecordPath() noexcept;
+	void TellOfPath() noexcept;
+
 	PathData _path;
 };
 
@@ -131,14 +179,22 @@ class TextElement : public PlainElement<SVGImportElementKind::text>
 public:
 	Result<void> CopyStateTo(TextElement& copy) const noexcept;
 
-	// clang-format off
 	/// The text takes the place of what stands below.
-	Result<void> SetText(const String& text) noexcept { RemoveAllChildren(); _text = text; return {}; }
+	Result<void> SetText(const String& text) noexcept
+	{
+		if (IsTracked()) [[unlikely]]
+			return SetTextTracked(text);
+		RemoveAllChildren();
+		_text = text;
+		return {};
+	}
+
 	String GetText() const noexcept;
-	// clang-format on
 	ORVAN_SVG_TEXT_PROPERTIES(ORVAN_PROPERTY_METHODS)
 
 private:
+	Result<void> SetTextTracked(const String& text) noexcept;
+
 	String _text;
 };
 

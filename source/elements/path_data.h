@@ -2,8 +2,9 @@
 /// The storage of a path.
 #pragma once
 
-#include "svg_types.h"
+#include "svg_edit.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <limits>
@@ -49,38 +50,43 @@ public:
 		return {};
 	}
 
-	/// The commands in the public form.
+	/// The commands where they stand; good until the next change.
+	SVGPathView GetView() const noexcept
+	{
+		return {_words.begin(), _count};
+	}
+
+	/// The commands in an array.
 	Result<BaseArray<SVGPathCommand>> GetCommands() const noexcept
 	{
 		BaseArray<SVGPathCommand> commands;
-		ORVAN_TRY(commands.Resize(_count));
-		const std::uint64_t* word = _words.begin();
-		const auto takePoint = [&word]
-		{
-			const Vector2d point{std::bit_cast<Float>(word[0]), std::bit_cast<Float>(word[1])};
-			word += 2;
-			return point;
-		};
-		std::uint64_t kinds = 0;
-		for (std::uint32_t i = 0; i < _count; i++, kinds >>= 2)
-		{
-			if (i % kRun == 0)
-				kinds = *word++;
-			SVGPathCommand& command = commands[i];
-			command.type = static_cast<SVGPathCommandType>(kinds & 3);
-			if (command.type == SVGPathCommandType::cubic)
-			{
-				command.points[0] = takePoint();
-				command.points[1] = takePoint();
-			}
-			if (command.type != SVGPathCommandType::close)
-				command.points[2] = takePoint();
-		}
+		ORVAN_TRY(commands.Reserve(_count));
+		for (const SVGPathCommand& command : GetView())
+			IgnoreResult(commands.Append(command));
 		return commands;
 	}
 
+	/// Adds a command in the public form; false when it is of no kind.
+	Result<bool> AppendCommand(const SVGPathCommand& command) noexcept
+	{
+		switch (command.type)
+		{
+		case SVGPathCommandType::move:
+		case SVGPathCommandType::line:
+			ORVAN_TRY(Append(command.type, command.points[2]));
+			return true;
+		case SVGPathCommandType::cubic:
+			ORVAN_TRY(Append(command.type, command.points[0], command.points[1], command.points[2]));
+			return true;
+		case SVGPathCommandType::close:
+			ORVAN_TRY(Append(command.type));
+			return true;
+		}
+		return false;
+	}
+
 private:
-	static constexpr std::uint32_t kRun = 32; ///< Commands whose kinds fit one word.
+	static constexpr std::uint32_t kRun = SVGPathView::kRun;
 	static constexpr std::size_t kFirstWords = 64;
 
 	Result<void> Grow() noexcept

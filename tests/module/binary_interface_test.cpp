@@ -7,6 +7,7 @@
 #include "orvan/hash_map.h"
 #include "orvan/hierarchy.h"
 #include "orvan/module.h"
+#include "svg_edit.h"
 #include "vector_icon.h"
 
 #include <cstddef>
@@ -72,6 +73,9 @@ static_assert(SVGUseElementInterface::kSlotCount == 4 && SVGLinearGradientElemen
 static_assert(SVGRadialGradientElementInterface::kSlotCount == 1 && SVGStopElementInterface::kSlotCount == 3);
 static_assert(SVGPathElementInterface::kSlotCount == 6 && SVGLineElementInterface::kSlotCount == 12);
 static_assert(SVGTextElementInterface::kSlotCount == 10 && VectorIconInterface::kSlotCount == 8);
+static_assert(SVGElementEditInterface::kSlotCount == 11 && SVGPathEditInterface::kSlotCount == 5);
+static_assert(SVGUseEditInterface::kSlotCount == 2 && SVGDocumentEditInterface::kSlotCount == 14);
+static_assert(HasLayout<SVGChange, 48>() && HasLayout<SVGPathView, 16>() && SVGPathView::kRun == 32);
 
 } // namespace
 } // namespace orvan

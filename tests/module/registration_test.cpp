@@ -82,6 +82,14 @@ constexpr InterfaceRow kInterfaces[] = {
 	{"svgfilterpart", "SVGFilterPart", ""},
 	{"svgdescription", "SVGDescription", "SetText GetText"},
 	{"svgforeignobjectelement", "SVGForeignObjectElement", ""},
+	{"svgelementedit", "SVGElementEdit",
+	 "GetDocument GetChildCount GetChildAt GetIndex Remove InsertChildBefore ReplaceWith RemoveAttribute "
+	 "GetAttributeNumbers CopyAttribute CopyAttributes"},
+	{"svgpathedit", "SVGPathEdit", "Clear SetPath GetPathView GetPathData SetPathData"},
+	{"svguseedit", "SVGUseEdit", "GetShadowRoot ResolveLink"},
+	{"svgdocumentedit", "SVGDocumentEdit",
+	 "AddObserver RemoveObserver BeginTransaction CommitTransaction RollbackTransaction IsInTransaction Undo Redo "
+	 "GetUndoCount GetRedoCount SetUndoLimit ClearHistory RenameId SetRootElement"},
 };
 
 constexpr const char* kReferenceTypes =
@@ -92,7 +100,7 @@ constexpr const char* kReferenceTypes =
 	// Published later, in this order.
 	"SVGDocumentImport SVGLink SVGPatternElement SVGMarkerElement SVGImageElement SVGSwitchElement SVGAnchorElement "
 	"SVGTextContent SVGTextPathElement SVGTextRun SVGFilterElement SVGFilterPrimitive SVGFilterPart SVGDescription "
-	"SVGForeignObjectElement";
+	"SVGForeignObjectElement SVGElementEdit SVGPathEdit SVGUseEdit SVGDocumentEdit";
 
 constexpr const char* kClasses =
 	"svgdocument svgcontext svgelement svgsvgelement svguseelement svgdefselement svgsymbolelement svggroupelement "
@@ -183,7 +191,7 @@ TEST_F(Registration, NamesItselfOnceWithItsFrameworks)
 			  Names(Kind::framework));
 	const auto& framework = Entries(Kind::framework)[0]->GetDeclaration<FrameworkDeclaration>();
 	EXPECT_EQ(FrameworkDeclaration::Role::defined, framework.role);
-	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete"),
+	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete svg_edit"),
 			  std::vector<std::string>(framework.headers, framework.headers + framework.headerCount));
 	for (const std::size_t i : {1u, 2u})
 		EXPECT_EQ(FrameworkDeclaration::Role::used,

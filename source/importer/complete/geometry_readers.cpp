@@ -59,7 +59,7 @@ Reading ReadingOf(const Application& application, const grammar::complete::Progr
 Result<Reading> ReadPath(const Application& application, std::string_view data)
 {
 	auto& path = static_cast<PathElement&>(application.element);
-	path.Clear();
+	ORVAN_TRY(path.Clear());
 	PathElementSink sink(path);
 	const grammar::complete::Progress progress = grammar::complete::ParsePath(data, sink);
 	ORVAN_TRY(sink.Exit());
@@ -88,7 +88,7 @@ Result<Reading> ReadPathData(const Application& application)
 	case Parsed::refused:
 		return Reading::refused;
 	case Parsed::nothing: // "none"
-		static_cast<PathElement&>(application.element).Clear();
+		ORVAN_TRY(static_cast<PathElement&>(application.element).Clear());
 		return Reading::applied;
 	case Parsed::value:
 		break;
@@ -106,7 +106,7 @@ Result<Reading> ReadPathData(const Application& application)
 Result<Reading> ReadPoints(const Application& application)
 {
 	auto& path = static_cast<PathElement&>(application.element);
-	path.Clear();
+	ORVAN_TRY(path.Clear());
 	PointsSink sink(path);
 	const grammar::complete::Progress progress = grammar::complete::ParsePoints(application.text, sink);
 	if (application.tag == Tag::polygon && sink.HasLines())

@@ -48,7 +48,7 @@ Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noe
 {
 	const ElementBase* const parent = AsElement(element.Parent());
 	if (parent == nullptr || !parent->HasAttribute(number))
-		return element.Remove(number);
+		return element.Unset(number);
 	const Data value = ORVAN_TRY(parent->Attributes().GetData(static_cast<std::int32_t>(number)));
 	return element.SetAttribute(number, value);
 }
@@ -70,14 +70,14 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 	else if (rule.number == SVGImportAttribute::d)
 	{
 		if (application.tag == TagOf(SVGImportElementKind::path))
-			static_cast<PathElement&>(element).Clear();
+			ORVAN_TRY(static_cast<PathElement&>(element).Clear());
 	}
 	else if (keyword == CssWideKeyword::inherit && !isInherited)
 		ORVAN_TRY(TakeFromParent(element, rule.number));
 	else
-		ORVAN_TRY(element.Remove(rule.number));
+		ORVAN_TRY(element.Unset(rule.number));
 	if (rule.number == SVGImportAttribute::fontWeight)
-		ORVAN_TRY(element.Remove(SVGImportAttribute::fontWeightNumber));
+		ORVAN_TRY(element.Unset(SVGImportAttribute::fontWeightNumber));
 	return Reading::applied;
 }
 

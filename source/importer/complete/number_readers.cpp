@@ -82,7 +82,7 @@ Result<Reading> StoreLengthOrAuto(const Application& application, Range range) n
 	grammar::Length length;
 	const Parsed parsed = grammar::complete::ParseLengthOrAuto(application.text, application.source, range, length);
 	if (parsed == Parsed::nothing)
-		ORVAN_TRY(application.element.Remove(application.rule.number));
+		ORVAN_TRY(application.element.Unset(application.rule.number));
 	return Store(application, parsed, ToLength(length));
 }
 

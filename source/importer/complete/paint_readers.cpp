@@ -99,7 +99,7 @@ Result<Reading> ReadColor(const Application& application)
 	if (grammar::complete::ParseColor(application.text, color) != Parsed::value)
 		return Reading::refused;
 	if (application.rule.number == SVGImportAttribute::color && color.kind == ColorKind::currentColor)
-		ORVAN_TRY(application.element.Remove(SVGImportAttribute::color));
+		ORVAN_TRY(application.element.Unset(SVGImportAttribute::color));
 	else
 		ORVAN_TRY(application.element.Store(application.rule.number, ToPaint(color)));
 	return Reading::applied;

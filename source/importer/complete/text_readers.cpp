@@ -147,7 +147,7 @@ Result<Reading> ReadDisplay(const Application& application)
 	static constexpr TagSet kDissolvable{SVGImportElementKind::svg, SVGImportElementKind::group,
 										 SVGImportElementKind::use, SVGImportElementKind::tspan};
 	if (value == 0 || (value == 1 && kDissolvable.Has(application.tag)))
-		ORVAN_TRY(application.element.Remove(SVGImportAttribute::display));
+		ORVAN_TRY(application.element.Unset(SVGImportAttribute::display));
 	else
 		ORVAN_TRY(application.element.SetDisplay(SVGDisplay::none));
 	return Reading::applied;

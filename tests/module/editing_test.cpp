@@ -1,0 +1,476 @@
+// SPDX-License-Identifier: MIT
+/// Taking away, moving, renaming, and what observers hear of it.
+#include "support/svg_module.h"
+#include "support/tree_json.h"
+#include "svg_edit.h"
+
+#include <cmath>
+#include <limits>
+
+namespace orvan
+{
+namespace
+{
+
+/// The class of an error; `unknown` when there is none.
+template <typename T>
+ErrorClass ClassOf(const Result<T>& result)
+{
+	return result.IsOk() ? ErrorClass::unknown : result.GetError().GetClass();
+}
+
+std::size_t CountOf(std::string_view text, std::string_view part)
+{
+	std::size_t count = 0;
+	for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1))
+		count++;
+	return count;
+}
+
+class Editing : public SvgModuleTest
+{
+public: // For what observers do.
+	static SVGElementEditRef Edit(const SVGElementRef& element)
+	{
+		return Cast<SVGElementEditInterface>(element);
+	}
+
+	SVGElementEditRef Edit(std::string_view id) const
+	{
+		return Edit(Find(document, id));
+	}
+
+	std::string Tree() const
+	{
+		return Outline(document->GetRootElement());
+	}
+
+	bool IsFound(std::string_view id) const
+	{
+		return document->GetElementById(Text(id)).IsOk();
+	}
+
+	/// What was told since the last call.
+	std::string Heard()
+	{
+		return std::exchange(heard, {});
+	}
+
+	/// Writes down what it is told: "+child<parent", "-child<parent", "id.attribute", "loaded 1".
+	static void Hear(void* context, const SVGChange& change) noexcept
+	{
+		auto& test = *static_cast<Editing*>(context);
+		const auto nameOf = [](const SVGElementRef& element)
+		{
+			return element ? std::string(element->GetId()) : "null";
+		};
+		std::string& heard = test.heard;
+		heard += heard.empty() ? "" : " ";
+		switch (change.kind)
+		{
+		case SVGChangeKind::attribute:
+			heard += nameOf(change.element) + '.' +
+					 std::string(kSVGAttributeNames.at(static_cast<std::size_t>(change.attribute)));
+			break;
+		case SVGChangeKind::text:
+			heard += nameOf(change.element) + ".text";
+			break;
+		case SVGChangeKind::type:
+			heard += nameOf(change.element) + ".type";
+			break;
+		case SVGChangeKind::inserted:
+			heard += '+' + nameOf(change.element) + '<' + nameOf(change.parent);
+			break;
+		case SVGChangeKind::removed:
+			heard += '-' + nameOf(change.element) + '<' + nameOf(change.parent);
+			break;
+		case SVGChangeKind::loaded:
+			heard += "loaded " + std::to_string(static_cast<int>(change.report->outcome));
+			break;
+		case SVGChangeKind::notReloaded:
+			heard += "not reloaded";
+			break;
+		}
+		if (test.meanwhile)
+			std::exchange(test.meanwhile, nullptr)(test);
+	}
+
+	const SVGDocumentRef document = Load("<svg id='s'><g id='a'><rect id='b'/><path id='p' d='M1 2L3 4'/></g>"
+										 "<g id='c'><use id='u' href='#b'/></g><rect id='d'/></svg>");
+	const SVGDocumentEditRef edit = Cast<SVGDocumentEditInterface>(document);
+	std::string heard;
+	void (*meanwhile)(Editing&) = nullptr; ///< Done once, inside of the next call of an observer.
+};
+
+TEST_F(Editing, TellsWhereAnElementStands)
+{
+	EXPECT_EQ(document, Edit("b")->GetDocument());
+	EXPECT_EQ(3, Edit("s")->GetChildCount());
+	EXPECT_EQ(0, Edit("b")->GetChildCount());
+	EXPECT_EQ(Find(document, "d"), Edit("s")->GetChildAt(2));
+	for (const std::int64_t index : {-1, 3})
+		EXPECT_FALSE(Edit("s")->GetChildAt(index));
+	EXPECT_EQ(1, Edit("c")->GetIndex());
+	EXPECT_EQ(-1, Edit("s")->GetIndex());
+	EXPECT_FALSE(Edit(Make("svgrectelement"))->GetDocument());
+	// The tree may outlive its document.
+	SVGDocumentRef other = Load("<svg><rect/></svg>");
+	const SVGElementEditRef left = Edit(other->GetRootElement());
+	other = nullptr;
+	EXPECT_FALSE(left->GetDocument());
+}
+
+TEST_F(Editing, MovesTakesOutAndReplaces)
+{
+	const SVGElementRef b = Find(document, "b");
+	Must(b->GetWorldTransform());
+	Must(Edit("c")->InsertChildBefore(b, Find(document, "u")));
+	EXPECT_EQ("svg#s(g#a(path#p) g#c(rect#b use#u) rect#d)", Tree());
+	EXPECT_TRUE(b->IsTransformDirty());
+	Must(Edit("s")->InsertChildBefore(Find(document, "d"), Find(document, "a")));
+	Must(Edit("c")->InsertChildBefore(b, {}));
+	Must(Edit("c")->InsertChildBefore(b, b));
+	EXPECT_EQ("svg#s(rect#d g#a(path#p) g#c(use#u rect#b))", Tree());
+
+	const SVGElementRef fresh = Make("svgcircleelement");
+	Must(fresh->SetId(Text("new")));
+	Must(Edit("a")->ReplaceWith(fresh));
+	EXPECT_EQ("svg#s(rect#d circle#new g#c(use#u rect#b))", Tree());
+	Must(Edit("new")->ReplaceWith(Find(document, "c")));
+	EXPECT_EQ("svg#s(rect#d g#c(use#u rect#b))", Tree());
+	Must(Edit(b)->Remove());
+	Must(Edit(b)->Remove());
+	EXPECT_EQ("svg#s(rect#d g#c(use#u))", Tree());
+	EXPECT_FALSE(Edit(b)->GetDocument());
+}
+
+TEST_F(Editing, RefusesWhatWouldTearTheTree)
+{
+	const std::string before = Tree();
+	const SVGElementRef a = Find(document, "a");
+	const SVGElementRef root = document->GetRootElement();
+	const SVGElementRef none;
+	const auto refuses = [](const Result<void>& result)
+	{
+		return !result.IsOk() && result.GetError().GetClass() != ErrorClass::outOfMemory;
+	};
+	EXPECT_TRUE(refuses(Edit("b")->InsertChildBefore(a, {})));
+	EXPECT_TRUE(refuses(Edit(a)->InsertChildBefore(a, {})));
+	EXPECT_TRUE(refuses(Edit(a)->InsertChildBefore(none, {})));
+	EXPECT_TRUE(refuses(Edit(a)->InsertChildBefore(Find(document, "d"), Find(document, "u"))));
+	EXPECT_TRUE(refuses(Edit(Make("svggroupelement"))->InsertChildBefore(root, {})));
+	EXPECT_TRUE(refuses(Edit(root)->Remove()));
+	EXPECT_TRUE(refuses(Edit(root)->ReplaceWith(Make("svgsvgelement"))));
+	EXPECT_TRUE(refuses(Edit("b")->ReplaceWith(a)));
+	EXPECT_TRUE(refuses(Edit("b")->ReplaceWith(none)));
+	EXPECT_EQ(before, Tree());
+}
+
+TEST_F(Editing, FindsWhatStandsInTheTree)
+{
+	const SVGElementRef a = Find(document, "a");
+	Must(Find(document, "b")->SetId(Text("other"))); // Found under "b", as ever.
+	Must(Edit(a)->Remove());
+	for (const char* id : {"a", "b", "p", "other"})
+		EXPECT_FALSE(IsFound(id)) << id;
+	EXPECT_EQ(4u, Must(document->GetElementsByIdWithPrefix({})).GetCount());
+	const SVGElementRef second = Make("svgrectelement");
+	Must(second->SetId(Text("p")));
+	Must(Edit("c")->InsertChildBefore(second, {}));
+	EXPECT_EQ(second, Find(document, "p"));
+	Must(Edit("c")->InsertChildBefore(a, {}));
+	EXPECT_EQ(a, Find(document, "a"));
+	EXPECT_EQ(second, Find(document, "p")) << "the first that came";
+	EXPECT_TRUE(IsFound("other"));
+	EXPECT_EQ(7u, Must(document->GetElementsByIdWithPrefix({})).GetCount());
+	// Moving about changes nothing.
+	Must(Edit("s")->InsertChildBefore(a, Find(document, "d")));
+	EXPECT_EQ(a, Find(document, "a"));
+	// From one document to another.
+	const SVGDocumentRef elsewhere = Load("<svg id='t'/>");
+	Must(Edit(elsewhere->GetRootElement())->InsertChildBefore(a, {}));
+	EXPECT_FALSE(IsFound("a"));
+	EXPECT_EQ(a, Find(elsewhere, "a"));
+	EXPECT_EQ(elsewhere, Edit(a)->GetDocument());
+}
+
+TEST_F(Editing, RemovesListsAndCopiesAttributes)
+{
+	const SVGDocumentRef drawing = Load("<svg><g id='g' fill='red'><path id='p' d='M0 0' transform='scale(2)' "
+										"fill='blue' stroke='lime' opacity='.5'/><use id='u' href='#p'/></g></svg>");
+	const SVGElementRef path = Find(drawing, "p");
+	const SVGElementRef use = Find(drawing, "u");
+	const auto numbersOf = [](const SVGElementRef& element)
+	{
+		std::string names;
+		for (const Attribute number : Must(Edit(element)->GetAttributeNumbers()))
+			names += std::string(kSVGAttributeNames.at(static_cast<std::size_t>(number))) + ' ';
+		return names;
+	};
+	EXPECT_EQ("id transform opacity d fill stroke ", numbersOf(path));
+	EXPECT_EQ("id href ", numbersOf(use));
+	Must(Edit(use)->CopyAttribute(path, Attribute::stroke));
+	Must(Edit(use)->CopyAttribute(path, Attribute::d)); // Uses have none.
+	Must(Edit(use)->CopyAttribute(path, Attribute::transform));
+	EXPECT_EQ("id href transform stroke ", numbersOf(use));
+	EXPECT_EQ(1.0, use->GetStroke().color.green);
+	Must(Edit(path)->CopyAttribute(use, Attribute::opacity));
+	EXPECT_EQ("id transform d fill stroke ", numbersOf(path));
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(Edit(path)->CopyAttribute(use, Attribute::id)));
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(Edit(path)->CopyAttributes({})));
+
+	for (const Attribute number : {Attribute::fill, Attribute::fill, Attribute::d, Attribute::transform})
+		Must(Edit(path)->RemoveAttribute(number));
+	EXPECT_EQ("id stroke ", numbersOf(path));
+	EXPECT_EQ(Vector2d(1.0, 1.0), path->GetScale());
+	Must(Edit(use)->RemoveAttribute(Attribute::href));
+	Must(Edit(use)->RemoveAttribute(Attribute::id));
+	EXPECT_EQ("transform stroke ", numbersOf(use));
+	Must(Edit(path)->CopyAttributes(Find(drawing, "g")));
+	EXPECT_EQ("id fill ", numbersOf(path));
+	EXPECT_EQ(path, Find(drawing, "p"));
+}
+
+TEST_F(Editing, ReadsAndWritesWholePaths)
+{
+	const auto path = Cast<SVGPathEditInterface>(Find(document, "p"));
+	const auto dataOf = [&](const char* data)
+	{
+		Must(path->SetPathData(Text(data)));
+		return std::string(Must(path->GetPathData()));
+	};
+	EXPECT_EQ("M1 2L3 4", std::string(Must(path->GetPathData())));
+	EXPECT_EQ("", dataOf(""));
+	EXPECT_EQ("M10-.5L10 .25L.5 1e-9C1 2 3 4 5 6Z", dataOf("m10-.5v.75L.5 1E-9C1,2,3,4 5 6z"));
+	EXPECT_EQ("M1e22-1e-9", dataOf("M1e22-1e-9"));
+	// Every number of up to fifteen digits reads back as it was.
+	std::uint64_t state = 1;
+	BaseArray<SVGPathCommand> commands;
+	for (int i = 0; i < 1000; i++)
+	{
+		SVGPathCommand command;
+		command.type = static_cast<SVGPathCommandType>(i == 0 ? 0 : i % 4);
+		for (Vector2d& point : command.points)
+		{
+			for (Float* number : {&point.x, &point.y})
+			{
+				state = state * 6364136223846793005u + 1442695040888963407u;
+				const auto digits = static_cast<Float>(static_cast<std::int64_t>(state) >> 14);
+				*number = digits / std::pow(10.0, i % 20);
+			}
+		}
+		Must(commands.Append(command));
+	}
+	Must(path->SetPath(commands));
+	const String text = Must(path->GetPathData());
+	Must(path->Clear());
+	EXPECT_TRUE(path->GetPathView().IsEmpty());
+	Must(path->SetPathData(text));
+	ASSERT_EQ(commands.GetCount(), path->GetPathView().GetCount());
+	std::size_t i = 0;
+	for (const SVGPathCommand& command : path->GetPathView())
+	{
+		const SVGPathCommand& expected = commands[i++];
+		ASSERT_EQ(expected.type, command.type) << i;
+		for (int k = command.type == SVGPathCommandType::cubic ? 0 : 2; k < 3; k++)
+		{
+			if (command.type != SVGPathCommandType::close)
+			{
+				ASSERT_EQ(expected.points[k], command.points[k]) << i << ' ' << text.View().substr(0, 200);
+			}
+		}
+	}
+	EXPECT_EQ("Path data has a fault at character 6.", MessageOf(path->SetPathData(Text("M1 2 x"))));
+	EXPECT_EQ(text, Must(path->GetPathData()));
+	commands[3].type = static_cast<SVGPathCommandType>(7);
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(path->SetPath(commands)));
+	Must(Cast<SVGPathElementInterface>(path)->LineTo({std::numeric_limits<Float>::infinity(), 0.0}));
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(path->GetPathData()));
+}
+
+TEST_F(Editing, ResolvesLinks)
+{
+	const auto use = Cast<SVGUseEditInterface>(Find(document, "u"));
+	EXPECT_FALSE(use->GetShadowRoot());
+	EXPECT_EQ(Find(document, "b"), Must(use->ResolveLink()));
+	EXPECT_EQ(Find(document, "b"), use->GetShadowRoot());
+	EXPECT_FALSE(Cast<SVGUseElementInterface>(use)->IsLinkDirty());
+	for (const char* link : {"nothing", "c"})
+	{
+		Must(Cast<SVGUseElementInterface>(use)->SetLink(Text(link)));
+		EXPECT_FALSE(use->ResolveLink().IsOk()) << link;
+		EXPECT_FALSE(use->GetShadowRoot());
+	}
+	EXPECT_EQ(ErrorClass::notFound, ClassOf(Make<SVGUseEditInterface>("svguseelement")->ResolveLink()));
+}
+
+TEST_F(Editing, RenamesWithAllReferences)
+{
+	const SVGDocumentRef drawing = MakeDocument();
+	SVGImportOptions options;
+	options.isComplete = true;
+	const auto import = Cast<SVGDocumentImportInterface>(drawing);
+	Must(import->SetImportOptions(options));
+	constexpr std::string_view kText =
+		"<svg><g id='x' fill='url(#x) red' stroke='url(#y)' mask='url(#x)' clip-path='url(#x)'/><use href='#x'/>"
+		"<path style='marker:url(#x)' filter='url(#x) blur(1px)'/><linearGradient href='#x'/><g id='x'/><g "
+		"id='y'/></svg>";
+	Must(import->InitFromMemory(kText.data(), static_cast<std::int64_t>(kText.size()), {}));
+	const std::string before = JsonOf(drawing);
+	const auto names = Cast<SVGDocumentEditInterface>(drawing);
+	const SVGElementRef first = Find(drawing, "x");
+	Must(names->RenameId(first, Text("neu")));
+	EXPECT_EQ(first, Find(drawing, "neu"));
+	EXPECT_FALSE(drawing->GetElementById(Text("x")).IsOk());
+	std::string expected = before;
+	for (std::size_t at = 0, second = 0; (at = expected.find("\"x\"", at)) != std::string::npos; at++)
+	{
+		// The other element of this id keeps it. The table lists the new one last.
+		if (expected.compare(at - 6, 6, "\"id\": ") == 0 && second++ == 1)
+			continue;
+		expected.replace(at, 3, "\"neu\"");
+	}
+	EXPECT_EQ(11u, CountOf(expected, "\"neu\""));
+	const std::string after = JsonOf(drawing);
+	EXPECT_EQ(expected.substr(expected.find("root")), after.substr(after.find("root")));
+	for (const char* taken : {"x", "y", ""})
+		EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(names->RenameId(first, Text(taken)))) << taken;
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(names->RenameId(Make("svgrectelement"), Text("z"))));
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(names->RenameId(Find(document, "a"), Text("z"))));
+	Must(names->RenameId(first, Text("neu")));
+	Must(names->RenameId(first, Text("neuer")));
+	Must(names->RenameId(first, Text("neu")));
+	EXPECT_EQ(after, JsonOf(drawing));
+}
+
+TEST_F(Editing, TellsObserversWhatChanged)
+{
+	const std::int64_t number = Must(edit->AddObserver(&Hear, this));
+	const SVGElementRef b = Find(document, "b");
+	const SVGElementRef p = Find(document, "p");
+	Must(b->SetFill({}));
+	Must(b->SetTranslation({1.0, 2.0}));
+	Must(Cast<SVGSizeInterface>(b)->SetSize({}));
+	EXPECT_EQ("b.fill b.transform b.", Heard());
+	Must(Cast<SVGPathElementInterface>(p)->LineTo({}));
+	Must(Cast<SVGUseElementInterface>(Find(document, "u"))->SetLink(Text("d")));
+	Must(Edit("u")->RemoveAttribute(Attribute::fill)); // Has none.
+	EXPECT_EQ("p.d u.href", Heard());
+	Must(Edit("c")->InsertChildBefore(b, {}));
+	Must(Edit("c")->Remove());
+	Must(b->SetOpacity(0.5)); // Of no tree.
+	EXPECT_EQ("+b<c -c<s", Heard());
+	Must(Edit("a")->ReplaceWith(b));
+	EXPECT_EQ("-a<s +b<s", Heard());
+	Must(edit->RenameId(Find(document, "d"), Text("e")));
+	EXPECT_EQ("e.id", Heard());
+	const SVGElementRef fresh = Make("svgtextelement");
+	Insert(fresh, b);
+	Must(Cast<SVGTextElementInterface>(fresh)->SetText(Text("x")));
+	Cast<HierarchyObjectInterface>(b)->RemoveAllChildren();
+	EXPECT_EQ("+<b .text -<b", Heard());
+	Must(edit->BeginTransaction());
+	Must(b->SetOpacity(0.25));
+	Must(edit->RollbackTransaction());
+	EXPECT_EQ("b.opacity b.opacity", Heard());
+	const CollectedFindings findings;
+	Must(document->Init(TextFile("<svg fill='x'/>").GetUrl()));
+	document->Reset();
+	EXPECT_EQ("loaded 3 loaded 0", Heard());
+	edit->RemoveObserver(number);
+	Must(document->Init(TextFile("<svg/>").GetUrl()));
+	EXPECT_EQ("", Heard());
+	EXPECT_EQ(ErrorClass::nullReference, ClassOf(edit->AddObserver(nullptr, nullptr)));
+}
+
+TEST_F(Editing, LetsObserversDoAsTheyLike)
+{
+	const SVGElementRef b = Find(document, "b");
+	// Remove themselves, and add others, which hear of the next change.
+	static std::int64_t number;
+	number = Must(edit->AddObserver(&Hear, this));
+	meanwhile = [](Editing& test)
+	{
+		test.edit->RemoveObserver(number);
+		number = Must(test.edit->AddObserver(&Hear, &test));
+		Must(test.edit->AddObserver(&Hear, &test));
+	};
+	Must(b->SetFill({}));
+	EXPECT_EQ("b.fill", Heard());
+	Must(b->SetFill({}));
+	EXPECT_EQ("b.fill b.fill", Heard());
+	edit->RemoveObserver(number);
+	// Edit, and load another file.
+	meanwhile = [](Editing& test)
+	{
+		Must(Find(test.document, "d")->SetOpacity(0.5));
+	};
+	Must(b->SetFill({}));
+	EXPECT_EQ("b.fill d.opacity", Heard());
+	meanwhile = [](Editing& test)
+	{
+		EXPECT_EQ(ErrorClass::illegalState, ClassOf(test.edit->RollbackTransaction()));
+		test.document->Reset();
+	};
+	Must(edit->BeginTransaction());
+	Must(Edit("d")->Remove());
+	EXPECT_EQ("-d<s loaded 0", Heard());
+	EXPECT_FALSE(edit->IsInTransaction());
+	// Let go of the document and its tree.
+	static SVGDocumentRef last;
+	static SVGElementRef element;
+	last = Load("<svg><g id='g'/></svg>");
+	element = Find(last, "g");
+	const auto lastEdit = []
+	{
+		return Cast<SVGDocumentEditInterface>(last);
+	};
+	Must(lastEdit()->AddObserver(&Hear, this));
+	Must(lastEdit()->BeginTransaction());
+	meanwhile = [](Editing&)
+	{
+		element = nullptr;
+		last = nullptr;
+	};
+	Must(element->SetOpacity(0.5));
+	EXPECT_EQ("g.opacity", Heard());
+	EXPECT_FALSE(last);
+	last = Load("<svg><g id='g'/></svg>");
+	Must(lastEdit()->AddObserver(&Hear, this));
+	Must(lastEdit()->BeginTransaction());
+	Must(Edit(Find(last, "g"))->Remove());
+	Must(lastEdit()->CommitTransaction());
+	meanwhile = [](Editing&)
+	{
+		last = nullptr;
+	};
+	Must(lastEdit()->Undo());
+	EXPECT_EQ("-g< +g<", Heard());
+}
+
+TEST_F(Editing, GivesADocumentItsRoot)
+{
+	const SVGDocumentRef drawing = MakeDocument();
+	const auto own = Cast<SVGDocumentEditInterface>(drawing);
+	Must(own->AddObserver(&Hear, this));
+	const SVGElementRef root = Make("svgsvgelement");
+	Must(root->SetId(Text("r")));
+	Must(own->BeginTransaction());
+	Must(own->SetRootElement(root));
+	Must(own->CommitTransaction());
+	EXPECT_EQ(root, Find(drawing, "r"));
+	EXPECT_EQ(drawing, Edit(root)->GetDocument());
+	Must(root->SetOpacity(0.5));
+	EXPECT_EQ("loaded 0 r.opacity", Heard());
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(edit->SetRootElement(root)));
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(own->SetRootElement(Find(document, "a"))));
+	EXPECT_TRUE(Must(own->Undo()));
+	EXPECT_TRUE(Must(own->Undo()));
+	EXPECT_FALSE(drawing->GetRootElement());
+	EXPECT_FALSE(Edit(root)->GetDocument());
+	EXPECT_TRUE(Must(own->Redo()));
+	EXPECT_EQ(root, Find(drawing, "r"));
+}
+
+} // namespace
+} // namespace orvan
