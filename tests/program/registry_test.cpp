@@ -29,7 +29,7 @@ TEST(RegistryCommand, PrintsEntriesWithTheirMethodsAndInterfaces)
 	EXPECT_EQ(radius["methods"],
 			  nlohmann::json({"SetRadiusX", "GetRadiusX", "SetRadiusY", "GetRadiusY", "SetRadius", "GetRadius"}));
 	EXPECT_EQ(circle["kind"], "class");
-	EXPECT_EQ(circle["interfaces"].size(), 5);
+	EXPECT_EQ(circle["interfaces"].size(), 6);
 	EXPECT_EQ(context["implementation"], "none");
 }
 
