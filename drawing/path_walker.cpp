@@ -21,6 +21,10 @@ Vector2d Normalize(const Vector2d& direction) noexcept
 
 Result<PathWalker> PathWalker::Create(const Outline& outline) noexcept
 {
+	// Paths of very many curves have short ones.
+	constexpr std::size_t kMostPieces = 1 << 18;
+	const auto pieces =
+		static_cast<int>(std::clamp<std::size_t>(kMostPieces / (outline.GetCommands().GetCount() + 1), 4, 32));
 	PathWalker walker;
 	Vector2d start;
 	Vector2d current;
@@ -37,7 +41,7 @@ Result<PathWalker> PathWalker::Create(const Outline& outline) noexcept
 			current = end;
 			break;
 		case SVGPathCommandType::cubic:
-			ORVAN_TRY(walker.AddCurve(current, command.points));
+			ORVAN_TRY(walker.AddCurve(current, command.points, pieces));
 			current = end;
 			break;
 		case SVGPathCommandType::close:
@@ -68,14 +72,13 @@ Result<void> PathWalker::AddLine(const Vector2d& start, const Vector2d& end) noe
 	return Add(start, end, direction, direction);
 }
 
-Result<void> PathWalker::AddCurve(const Vector2d& start, const Vector2d (&points)[3]) noexcept
+Result<void> PathWalker::AddCurve(const Vector2d& start, const Vector2d (&points)[3], int pieces) noexcept
 {
-	constexpr int kPieces = 32;
 	Vector2d last = start;
 	Vector2d lastDirection;
-	for (int i = 0; i <= kPieces; i++)
+	for (int i = 0; i <= pieces; i++)
 	{
-		const double t = static_cast<double>(i) / kPieces;
+		const double t = static_cast<double>(i) / pieces;
 		const Vector2d a = Mix(start, points[0], t);
 		const Vector2d b = Mix(points[0], points[1], t);
 		const Vector2d c = Mix(points[1], points[2], t);

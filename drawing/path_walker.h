@@ -42,7 +42,7 @@ private:
 	};
 
 	Result<void> AddLine(const Vector2d& start, const Vector2d& end) noexcept;
-	Result<void> AddCurve(const Vector2d& start, const Vector2d (&points)[3]) noexcept;
+	Result<void> AddCurve(const Vector2d& start, const Vector2d (&points)[3], int pieces) noexcept;
 	Result<void> Add(const Vector2d& start, const Vector2d& end, const Vector2d& startDirection,
 					 const Vector2d& endDirection) noexcept;
 

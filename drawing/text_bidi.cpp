@@ -21,6 +21,7 @@ struct Marks
 {
 	char32_t open[2] = {};
 	char32_t close[2] = {};
+	int depth = 0; ///< How many spans have marks, from the outermost to this one.
 };
 
 Marks GetMarks(const TextSpan& span) noexcept
@@ -33,15 +34,15 @@ Marks GetMarks(const TextSpan& span) noexcept
 	case SVGUnicodeBidi::normal:
 		break;
 	case SVGUnicodeBidi::embed:
-		return {{isRight ? kRightEmbedding : kLeftEmbedding}, {kPopEmbedding}};
+		return {{isRight ? kRightEmbedding : kLeftEmbedding}, {kPopEmbedding}, 0};
 	case SVGUnicodeBidi::isolate:
-		return {{isolate}, {kPopIsolate}};
+		return {{isolate}, {kPopIsolate}, 0};
 	case SVGUnicodeBidi::bidiOverride:
-		return {{override}, {kPopEmbedding}};
+		return {{override}, {kPopEmbedding}, 0};
 	case SVGUnicodeBidi::isolateOverride:
-		return {{isolate, override}, {kPopEmbedding, kPopIsolate}};
+		return {{isolate, override}, {kPopEmbedding, kPopIsolate}, 0};
 	case SVGUnicodeBidi::plaintext:
-		return {{kFirstStrongIsolate}, {kPopIsolate}};
+		return {{kFirstStrongIsolate}, {kPopIsolate}, 0};
 	}
 	return {};
 }
@@ -59,7 +60,7 @@ public:
 		const BaseArray<TextCharacter>& characters = _content.GetCharacters();
 		ORVAN_TRY(_text.places.Reserve(characters.GetCount()));
 		ORVAN_TRY(_text.bytes.Reserve(characters.GetCount() + 1));
-		const bool hasMarks = NeedsMarks();
+		const bool hasMarks = ORVAN_TRY(FindMarks());
 		if (hasMarks)
 			ORVAN_TRY(OpenChunk());
 		for (std::size_t i = 0; i < characters.GetCount(); i++)
@@ -80,17 +81,24 @@ public:
 	}
 
 private:
-	/// True when there is anything but characters from left to right.
-	bool NeedsMarks() const noexcept
+	/// Finds the marks of all spans. True when there is anything but characters from left to right.
+	Result<bool> FindMarks() noexcept
 	{
 		constexpr char32_t kFirstFromTheRight = 0x590;
-		if (_text.isRightToLeft)
-			return true;
+		// Marks are repeated in each chunk, and the algorithm itself knows a largest depth.
+		constexpr int kDeepest = 16;
+		bool hasAny = _text.isRightToLeft;
 		for (const TextSpan& span : _content.GetSpans())
 		{
-			if (GetMarks(span).open[0] != 0)
-				return true;
+			Marks marks = GetMarks(span);
+			marks.depth = span.parent >= 0 ? _marks[static_cast<std::size_t>(span.parent)].depth : 0;
+			if (marks.open[0] != 0 && ++marks.depth > kDeepest)
+				marks = {{}, {}, marks.depth};
+			hasAny = hasAny || marks.open[0] != 0;
+			ORVAN_TRY(_marks.Append(marks));
 		}
+		if (hasAny)
+			return true;
 		const auto& characters = _content.GetCharacters();
 		return std::any_of(characters.begin(), characters.end(),
 						   [](const TextCharacter& character) { return character.code >= kFirstFromTheRight; });
@@ -117,10 +125,7 @@ private:
 	Result<void> LeaveTo(int outer) noexcept
 	{
 		for (; _span != outer; _span = ParentOf(_span))
-		{
-			for (const char32_t mark : GetMarks(_content.GetSpans()[static_cast<std::size_t>(_span)]).close)
-				ORVAN_TRY(Append(mark));
-		}
+			ORVAN_TRY(AppendAll(_marks[static_cast<std::size_t>(_span)].close));
 		return {};
 	}
 
@@ -134,11 +139,15 @@ private:
 		for (int at = span; at != common; at = ParentOf(at))
 			ORVAN_TRY(path.Append(at));
 		for (std::size_t i = path.GetCount(); i-- > 0;)
-		{
-			for (const char32_t mark : GetMarks(_content.GetSpans()[static_cast<std::size_t>(path[i])]).open)
-				ORVAN_TRY(Append(mark));
-		}
+			ORVAN_TRY(AppendAll(_marks[static_cast<std::size_t>(path[i])].open));
 		_span = span;
+		return {};
+	}
+
+	Result<void> AppendAll(const char32_t (&marks)[2]) noexcept
+	{
+		for (const char32_t mark : marks)
+			ORVAN_TRY(Append(mark));
 		return {};
 	}
 
@@ -153,7 +162,8 @@ private:
 
 	const TextContent& _content;
 	BidiText& _text;
-	int _span = -1; ///< The span that is open, with those around it.
+	BaseArray<Marks> _marks; ///< By span.
+	int _span = -1;          ///< The span that is open, with those around it.
 };
 
 } // namespace

@@ -15,6 +15,12 @@ namespace
 
 using Key = SVGImportAttribute;
 
+/// Positions beyond this, which are far outside of every picture, would add up to what is no number.
+constexpr double kFarthest = 1e15;
+
+/// What a curve of a path takes that text runs along, its straight pieces included.
+constexpr double kBytesPerCommand = 512.0;
+
 bool IsBlank(char c) noexcept
 {
 	return c == ' ' || c == '\t';
@@ -230,6 +236,9 @@ private:
 		const Frame pathFrame(found.GetObject(), frame.place, &frame, _scene.limits);
 		TextPath path;
 		const Outline outline = ORVAN_TRY(GetOutline(ShapeKind::path, found.GetObject(), pathFrame));
+		const auto count = static_cast<double>(outline.GetCommands().GetCount());
+		if (!_scene.limits.Pay(count * kCommandWork) || !_scene.limits.Hold(count * kBytesPerCommand))
+			return -1;
 		ORVAN_TRY(path.outline.Append(outline, found->GetLocalTransform()));
 		if (const auto* offset = frame.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::startOffset)))
 		{
@@ -364,8 +373,7 @@ private:
 			if (found == nullptr)
 				return false;
 			value = lists.frame->Resolve(*found, axis);
-			if (!std::isfinite(value))
-				value = 0.0;
+			value = std::isfinite(value) ? std::clamp(value, -kFarthest, kFarthest) : 0.0;
 			return true;
 		};
 		const bool isVertical = _content._isVertical;

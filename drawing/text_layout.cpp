@@ -8,6 +8,9 @@ namespace orvan::drawing
 namespace
 {
 
+/// The outlines of more clusters together would take much memory.
+constexpr std::size_t kMaxFragment = 512;
+
 Matrix2d Rotation(double angle) noexcept
 {
 	const double cosine = std::cos(angle);
@@ -144,10 +147,9 @@ Result<void> TextLayout::AddFragments(const BaseArray<TextPosition>& positions) 
 		if (positions[i].isHidden || !IsInvertible(_places[i]))
 			continue;
 		const TextSpan& span = SpanOf(i);
-		const bool goesOn =
-			!_fragments.IsEmpty() && (_fragments.end() - 1)->end == i && (_fragments.end() - 1)->frame == span.frame;
-		if (goesOn)
-			(_fragments.end() - 1)->end = i + 1;
+		TextFragment* const last = _fragments.IsEmpty() ? nullptr : _fragments.end() - 1;
+		if (last != nullptr && last->end == i && last->frame == span.frame && i - last->first < kMaxFragment)
+			last->end = i + 1;
 		else
 			ORVAN_TRY(_fragments.Append({span.frame, span.opacity, i, i + 1}));
 	}

@@ -4,6 +4,7 @@
 #include "path_walker.h"
 
 #include <numbers>
+#include <utility>
 
 namespace orvan::drawing
 {
@@ -71,6 +72,21 @@ private:
 		return number != 0 ? &_positions[static_cast<std::size_t>(number) - 1] : nullptr;
 	}
 
+	/// The clusters of some characters: the first, and the one behind the last.
+	std::pair<std::size_t, std::size_t> FindClusters(std::size_t first, std::size_t end) const noexcept
+	{
+		std::size_t from = _clusters.GetCount();
+		std::size_t to = 0;
+		for (std::size_t i = first; i < end; i++)
+		{
+			if (_clusterOf[i] == 0)
+				continue;
+			from = std::min(from, static_cast<std::size_t>(_clusterOf[i]) - 1);
+			to = std::max(to, static_cast<std::size_t>(_clusterOf[i]));
+		}
+		return {from, to};
+	}
+
 	int PathOf(std::size_t character) const noexcept
 	{
 		return _spans[static_cast<std::size_t>(_characters[character].span)].path;
@@ -127,10 +143,11 @@ private:
 		{
 			return _clusters[cluster].first >= span.first && _clusters[cluster].first < span.end;
 		};
+		const auto [from, to] = FindClusters(span.first, span.end);
 		Extent1d extent;
 		int gaps = -1;
 		int lastPiece = 0;
-		for (std::size_t i = 0; i < _clusters.GetCount(); i++)
+		for (std::size_t i = from; i < to; i++)
 		{
 			if (!isWithin(i))
 				continue;
@@ -147,17 +164,17 @@ private:
 		const double behind = isStretched ? missing : missing + missing / gaps;
 		double shift = 0.0;
 		bool isFirst = true;
-		bool isBehind = false;
 		lastPiece = 0;
-		for (std::size_t i = 0; i < _clusters.GetCount(); i++)
+		for (std::size_t i = to; i < _clusters.GetCount(); i++)
+			Along(_positions[i].point) += behind;
+		for (std::size_t i = from; i < to; i++)
 		{
 			double& along = Along(_positions[i].point);
 			if (!isWithin(i))
 			{
-				along += isBehind ? behind : 0.0;
+				along += shift;
 				continue;
 			}
-			isBehind = true;
 			if (isStretched)
 			{
 				along = extent.start + (along - extent.start) * (span.textLength / length);
@@ -246,22 +263,15 @@ private:
 	Extent1d MeasureChunk(std::size_t first, std::size_t end) noexcept
 	{
 		constexpr double kTolerance = 1e-6;
-		std::size_t from = _clusters.GetCount();
-		std::size_t to = 0;
-		for (std::size_t i = first; i < end; i++)
-		{
-			if (_clusterOf[i] == 0)
-				continue;
-			from = std::min(from, static_cast<std::size_t>(_clusterOf[i]) - 1);
-			to = std::max(to, static_cast<std::size_t>(_clusterOf[i]));
-		}
+		auto [from, to] = FindClusters(first, end);
 		Extent1d extent;
 		while (from < to)
 		{
 			const double start = Along(_positions[from].point);
 			double length = 0.0;
-			while (from < to && std::abs(Along(_positions[from].point) - start - length) <= kTolerance)
+			do
 				length += GetAdvance(from++);
+			while (from < to && std::abs(Along(_positions[from].point) - start - length) <= kTolerance);
 			extent.Add(start, std::max(length, 0.0));
 		}
 		return extent;
