@@ -135,6 +135,7 @@ public:
 		if (hasParts)
 			return Enter(text, -1, -1);
 		const int span = ORVAN_TRY(AddSpan(text, -1, -1));
+		ORVAN_TRY(AppendLists(text, -1));
 		const BaseArray<char> characters =
 			ORVAN_TRY(CollapseSpace(Borrowed<SVGTextElementInterface>(text.element)->GetText().View()));
 		ORVAN_TRY(Append({characters.begin(), characters.GetCount()}, span));

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+/// Where the characters of texts stand, and what they are painted with. The character is a block that fills its cell:
+/// at a size of 20 it is 15 wide and reaches from 19 above the baseline to 5 below.
+#include "support/drawn_picture.h"
+
+#include <functional>
+
+namespace orvan
+{
+namespace
+{
+
+class Texts : public RendererTest
+{
+protected:
+	static DrawnPicture DrawCompletely(const std::string& elements)
+	{
+		return DrawnPicture(
+			LoadCompletely(Document("<g font-family='DejaVu Sans' font-size='20'>" + elements + "</g>")));
+	}
+
+	/// The stretches of opaque pixels of one colour in a row, or a column: "000000 11-24, ff0000 61-74".
+	static std::string Row(const DrawnPicture& picture, int y)
+	{
+		return Runs([&](int x) { return picture.At(x, y); });
+	}
+
+	static std::string Column(const DrawnPicture& picture, int x)
+	{
+		return Runs([&](int y) { return picture.At(x, y); });
+	}
+
+private:
+	static std::string Runs(const std::function<std::string(int)>& at)
+	{
+		std::string runs;
+		for (int i = 0, end = 0; i < 100; i = end)
+		{
+			for (end = i + 1; end < 100 && at(end) == at(i);)
+				end++;
+			if (at(i).size() == 6)
+				runs += (runs.empty() ? "" : ", ") + at(i) + ' ' + std::to_string(i) + '-' + std::to_string(end - 1);
+		}
+		return runs;
+	}
+};
+
+TEST_F(Texts, ListsGoOnInTheElementsWithinAndShiftsAddUp)
+{
+	const auto picture =
+		DrawCompletely("<text x='10 30 80' y='20' fill='#00f'>█<tspan fill='#f00'>█</tspan>█</text>"
+					   "<text x='10' dx='0 5' y='50'>█<tspan x='40' dx='10'>█</tspan><tspan>█</tspan></text>"
+					   "<text x='10' y='80'>█<tspan dy='10'/>█<tspan dy='5' fill='#f00'>█</tspan></text>");
+	EXPECT_EQ("0000ff 10-24, ff0000 30-44, 0000ff 80-94", Row(picture, 10));
+	EXPECT_EQ("000000 10-24, 000000 50-64, 000000 66-79", Row(picture, 40));
+	EXPECT_EQ("000000 10-39", Row(picture, 65));
+	EXPECT_EQ("ff0000 41-55", Row(picture, 87));
+}
+
+TEST_F(Texts, AnchorsCountForEachChunkAndBothDirections)
+{
+	EXPECT_EQ(
+		"000000 34-48, ff0000 51-65",
+		Row(DrawCompletely("<text x='50' y='50' text-anchor='middle'>█<tspan dx='1' fill='#f00'>█</tspan></text>"),
+			40));
+	EXPECT_EQ("000000 35-49, 000000 75-89",
+			  Row(DrawCompletely("<text x='50 90' y='50' text-anchor='end'>██</text>"), 40));
+	EXPECT_EQ("000000 35-49", Row(DrawCompletely("<text x='50' y='50' direction='rtl'>█א</text>"), 40));
+	EXPECT_EQ("000000 25-39, 000000 50-64",
+			  Row(DrawCompletely("<text x='50' y='50' text-anchor='middle' letter-spacing='10'>██</text>"), 40));
+}
+
+TEST_F(Texts, LengthsThatAreAskedForSpaceOrStretchAndMoveWhatFollows)
+{
+	EXPECT_EQ(
+		"000000 10-24, 000000 45-59, ff0000 80-93",
+		Row(DrawCompletely("<text x='10' y='50'><tspan textLength='50'>██</tspan><tspan fill='#f00'>█</tspan></text>"),
+			40));
+	EXPECT_EQ("000000 10-69",
+			  Row(DrawCompletely("<text x='10' y='50' textLength='60' lengthAdjust='spacingAndGlyphs'>██</text>"), 40));
+	EXPECT_EQ(
+		"000000 10-24, ff0000 50-69",
+		Row(DrawCompletely("<text x='10' y='50' textLength='60'>█<tspan textLength='20' fill='#f00'>██</tspan></text>"),
+			40));
+}
+
+TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
+{
+	const std::string path = "<path id='p' d='M20 10v50' fill='none'/>";
+	const auto along = DrawCompletely(path + "<text><textPath xlink:href='#p' startOffset='10'>████</textPath></text>");
+	EXPECT_EQ("000000 20-65", Column(along, 30));
+	EXPECT_EQ("000000 20-49",
+			  Column(DrawCompletely(
+						 path +
+						 "<text text-anchor='middle'><textPath xlink:href='#p' startOffset='50%'>██</textPath></text>"),
+					 30));
+	const auto behind = DrawCompletely(
+		path + "<text x='60' y='90'>█<textPath xlink:href='#p'>█</textPath><tspan fill='#f00'>█</tspan></text>");
+	EXPECT_EQ("ff0000 20-34", Row(behind, 50));
+	EXPECT_EQ("000000 60-74", Row(behind, 80));
+	// What leads nowhere is left out with its characters.
+	EXPECT_EQ("000000 10-24",
+			  Row(DrawCompletely("<text x='10' y='50'><textPath xlink:href='#q'>█</textPath>█</text>"), 40));
+}
+
+TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)
+{
+	const std::string gradient = "<linearGradient id='g'><stop offset='.5' stop-color='#f00'/><stop offset='.5' "
+								 "stop-color='#00f'/></linearGradient>";
+	EXPECT_EQ("000000 10-24, ff0000 26-40, 0000ff 41-55, 000000 57-71",
+			  Row(DrawCompletely(gradient +
+								 "<text x='10' y='50'>█<tspan fill='url(#g)'>██</tspan><tspan dx='1'>█</tspan></text>"),
+				  40));
+	EXPECT_EQ("000000 26-39, ff0000 56-70",
+			  Row(DrawCompletely("<text x='10' y='50' visibility='hidden'>█<tspan visibility='visible'>█</tspan><tspan "
+								 "display='none'>█</tspan>█<a fill='#f00' visibility='visible'>█</a></text>"),
+				  40));
+	const auto transparent = DrawCompletely("<text x='10' y='50' opacity='.5'>█<tspan opacity='.5'>█</tspan></text>");
+	EXPECT_EQ("00000080", transparent.At(15, 40));
+	EXPECT_EQ("00000040", transparent.At(30, 40));
+	// Decorations have the paints of those who ask for them.
+	const auto decorated = DrawCompletely(
+		"<g text-decoration='underline' fill='#00f'><text x='10' y='50' font-size='40' fill='#f00'>nn</text></g>");
+	EXPECT_EQ("0000ff 50-50", Column(decorated, 36));
+}
+
+TEST_F(Texts, BaselinesMoveLettersUpAndDown)
+{
+	EXPECT_EQ("000000 22-44", Column(DrawCompletely("<text x='10' y='50' baseline-shift='10'>█</text>"), 15));
+	EXPECT_EQ("000000 50-72",
+			  Column(DrawCompletely("<text x='10' y='50' dominant-baseline='text-before-edge'>█</text>"), 15));
+	EXPECT_EQ("000000 19-40",
+			  Column(DrawCompletely("<text x='10' y='50' baseline-shift='10'><tspan baseline-shift='50%' "
+									"alignment-baseline='central'>█</tspan></text>"),
+					 15));
+	EXPECT_EQ("000000 10-24", Column(DrawCompletely("<text x='50' y='10' writing-mode='tb'>█</text>"), 50));
+	EXPECT_EQ("000000 39-60", Row(DrawCompletely("<text x='50' y='10' writing-mode='tb'>█</text>"), 20));
+}
+
+TEST_F(Texts, ClipMaskAndMeasureAsTheyAreDrawn)
+{
+	EXPECT_EQ(
+		"000000 10-24, 000000 46-59",
+		Row(DrawCompletely("<clipPath id='c'><text x='10' y='50'>█<tspan dx='20'>█</tspan></text></clipPath><rect "
+						   "width='100' height='100' clip-path='url(#c)'/>"),
+			40));
+	EXPECT_EQ("000000 10-24",
+			  Row(DrawCompletely(
+					  "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath><g "
+					  "clip-path='url(#c)'><text x='10' y='50'>█<tspan x='50'>█</tspan></text></g>"),
+				  40));
+	EXPECT_EQ("000000 10-24, 000000 41-64",
+			  Row(DrawCompletely("<g opacity='.999' style='isolation:isolate'><text x='10' y='50'>█<tspan dx='20' "
+								 "stroke='#000' stroke-width='10'>█</tspan></text></g>"),
+				  40));
+}
+
+TEST_F(Texts, OfAPlainTreeAreOneLine)
+{
+	EXPECT_EQ("000000 10-24, 000000 32-46",
+			  Row(Draw("<text x='10' y='50' font-family='DejaVu Sans' font-size='20'>\n █ \t █\n</text>"), 40));
+}
+
+TEST_F(Texts, StayInThePictureWhateverTheirNumbersSay)
+{
+	for (const char* attributes : {"x='1e308 -1e308' dx='1e308 1e308'", "rotate='1e300' letter-spacing='1e308'",
+								   "textLength='1e308' lengthAdjust='spacingAndGlyphs'", "font-size='1e-300'",
+								   "dx='1e400' baseline-shift='1e308'", "word-spacing='-1e308' textLength='1e-300'"})
+	{
+		SCOPED_TRACE(attributes);
+		const auto picture =
+			DrawCompletely("<text y='50' " + std::string(attributes) + ">█ ██</text><path d='M0 0h10v10h-10z'/>");
+		EXPECT_EQ("000000", picture.At(5, 5));
+	}
+}
+
+} // namespace
+} // namespace orvan
