@@ -62,6 +62,9 @@ void PictureArguments::AddTo(Command& command, Need need)
 							   .value = "N"},
 							  _dotsPerInch);
 	command.AddText(
+		{.names = "--id", .help = "Draw the element with this id alone, as large as what it paints", .value = "ID"},
+		_elementId);
+	command.AddText(
 		{.names = "--background", .help = "Color below the drawing (nothing when not given)", .value = "COLOR"},
 		_background);
 	command.AddText({.names = "--current-color",
@@ -91,6 +94,7 @@ void PictureArguments::Prepare(const std::vector<std::string>& files)
 		GetPictureKind(_format.empty() ? _output : "picture." + _format).value_or(SVGRenderOutput::pixels);
 	// A page has no pixels, and a size that is given is one in pixels.
 	const bool followsFile = _options.width == 0.0 && _options.height == 0.0;
+	_options.elementId = Unwrap(String::Create(_elementId));
 	if (_dotsPerInch > 0.0 && followsFile && _options.output == SVGRenderOutput::pixels)
 		_options.scale *= _dotsPerInch / kUnitsPerInch;
 

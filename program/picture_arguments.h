@@ -48,6 +48,7 @@ private:
 	std::string _format;
 	std::string _background = "none";
 	std::string _currentColor;
+	std::string _elementId;
 	double _dotsPerInch = 0.0; ///< Zero when not given.
 	SVGRenderOptions _options;
 };

@@ -64,6 +64,11 @@ struct SVGRenderOptions
 	/// Bytes from one row of `pixels` to the next, a multiple of four and no less than a row takes; negative where rows
 	/// go from the bottom up and `pixels` is the top one.
 	std::int32_t stride = 0;
+	/// The id of the one element that the picture is of; empty, the default, for the whole document. The picture is as
+	/// large as what the element paints (a size that is given fits that instead), and shows it without what stands
+	/// around it: coordinates and inherited properties count, effects of groups and edges of viewports do not. Handing
+	/// over the document's root draws it.
+	String elementId{};
 };
 
 /// The pixels of a picture, rows from the top. They stay the renderer's, unless the caller gave the memory: good until
@@ -98,7 +103,8 @@ public:
 	/// from when the options do not give it: the width and height of its root, where these are missing or relative the
 	/// size of its view box, and without one 300 by 150. The document is kept alive to the next `Begin`.
 	///
-	/// Fails with the illegal-argument error for options that make no sense and for a picture that is larger than the
+	/// Fails with the not-found error when there is no element with the id of the options, with the illegal-argument
+	/// error when it paints nothing, for options that make no sense and for a picture that is larger than the
 	/// renderer can make, before anything is allocated for it; with the null-reference error without a document or
 	/// without a root in it; with the out-of-memory error.
 	ORVAN_METHOD(1, Result<void>, Begin, (const SVGDocumentRef& document, const SVGRenderOptions& options), document,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "canvas.h"
+#include "drawing/sink.h"
 #include "glyphs.h"
 #include "image_store.h"
 #include "picture.h"
@@ -38,12 +39,20 @@ public:
 
 private:
 	void Drop() noexcept;
+	/// Gets ready to draw a document into a viewport, both of these sizes, which `placement` leads to the picture.
+	void Prepare(const SVGDocumentRef& document, const SVGRenderOptions& options, const Vector2d& natural,
+				 const Vector2d& viewport, const Matrix2d& placement) noexcept;
+	/// What the element of the options paints, in the document's user units.
+	Result<drawing::Rectangle> FindInk(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept;
+	/// Draws an element, of which `_element` alone when that is not null.
+	Result<void> DrawInto(ObjectBase* element, drawing::Sink& sink) noexcept;
 	Result<void> Draw(ObjectBase* element) noexcept;
 
 	Picture _picture;
 	drawing::Fonts _fonts{&MakeFontContext};
 	std::optional<Job> _job; ///< Between `Begin` and the end of the picture.
 	std::optional<ImageStore> _images;
+	SVGElementRef _element; ///< The one that is drawn alone, or null.
 };
 
 } // namespace orvan::cairo

@@ -86,7 +86,8 @@ cairo_status_t WriteToFile(void* file, const unsigned char* bytes, unsigned int 
 
 } // namespace
 
-Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept
+Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderOptions& options,
+								const Rectangle* area) noexcept
 {
 	if (!document || !document->GetRootElement())
 		return NullReferenceError("There is no document to draw.");
@@ -98,7 +99,8 @@ Result<Picture> Picture::Create(const SVGDocumentRef& document, const SVGRenderO
 	Picture picture;
 	picture._document = document;
 	picture._output = options.output;
-	picture._naturalSize = drawing::GetNaturalSize(document->GetRootElement());
+	picture._naturalSize = area != nullptr ? Vector2d{area->GetWidth(), area->GetHeight()}
+										   : drawing::GetNaturalSize(document->GetRootElement());
 	picture._viewportSize = ORVAN_TRY(cairo::GetViewportSize(options, picture._naturalSize));
 
 	const bool isPage = options.output == SVGRenderOutput::page;

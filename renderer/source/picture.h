@@ -2,6 +2,7 @@
 /// The picture that is being made: its size, its surface and its file.
 #pragma once
 
+#include "drawing/geometry.h"
 #include "handles.h"
 #include "svg_render_target.h"
 
@@ -15,7 +16,9 @@ public:
 	Picture() noexcept = default;
 
 	/// Works the size out, refuses what is too large, and makes the surface with its background.
-	static Result<Picture> Create(const SVGDocumentRef& document, const SVGRenderOptions& options) noexcept;
+	/// `area` is the part of the document, in its user units, that the picture is of; null for all of it.
+	static Result<Picture> Create(const SVGDocumentRef& document, const SVGRenderOptions& options,
+								  const drawing::Rectangle* area = nullptr) noexcept;
 
 	/// What to draw with, its transform the identity; null when the picture is ended or was never begun.
 	cairo_t* GetDrawing() const noexcept
@@ -28,7 +31,7 @@ public:
 		return _document;
 	}
 
-	/// Size of the outermost viewport in user units, and the size that the document would have by itself.
+	/// Size of what is shown in user units, and the size that it would have by itself.
 	const Vector2d& GetViewportSize() const noexcept
 	{
 		return _viewportSize;

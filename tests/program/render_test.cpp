@@ -51,7 +51,7 @@ TEST(RenderCommand, ReadsWhatAPictureNeedsUnlessItIsToldNotTo)
 	EXPECT_EQ(RunProgram({"render", "--plain", file, "-o", png}).status, 1);
 }
 
-TEST(RenderCommand, PaintsCurrentColorAsItIsTold)
+TEST(RenderCommand, PaintsTheColorsAndTheElementThatItIsTold)
 {
 	const auto draw = [](const std::string& fill, const std::vector<std::string>& options)
 	{
@@ -63,6 +63,8 @@ TEST(RenderCommand, PaintsCurrentColorAsItIsTold)
 	EXPECT_EQ(draw("currentColor", {"--current-color", "#0f0"}).output, draw("lime", {}).output);
 	EXPECT_EQ(draw("none", {"--background", "lime"}).output, draw("lime", {}).output);
 	EXPECT_EQ(draw("currentColor", {}).output, draw("black", {}).output);
+	EXPECT_EQ(draw("lime' id='a", {"--id", "a"}).output, draw("lime", {}).output);
+	EXPECT_EQ(draw("lime", {"--id", "a"}).status, 1);
 	EXPECT_EQ(draw("none", {"--current-color", "url(#a)"}).status, 2);
 	const ProgramRun late = draw("lime", {"--deadline", "1e-9"});
 	EXPECT_EQ(late.status, 0);

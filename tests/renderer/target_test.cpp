@@ -75,6 +75,37 @@ TEST_F(Target, AnOutermostElementIsFittedIntoTheSizeAskedFor)
 	EXPECT_EQ("ffff00", picture.At(35, 10));
 }
 
+TEST_F(Target, AnElementByItselfIsAsLargeAsWhatItPaints)
+{
+	const SVGDocumentRef document = LoadCompletely(
+		Document("<svg width='9' height='100' viewBox='0 0 18 200'><g opacity='.5' fill='#f00' transform='scale(2)'>"
+				 "<rect id='r' x='10' y='20' width='10' height='6' stroke='#00f' stroke-width='2'/><rect id='n'/></g>"
+				 "</svg><rect width='100' height='100' fill='#0f0'/>"));
+	const auto draw = [&](SVGRenderOptions options)
+	{
+		options.elementId = Must(String::Create("r"));
+		return DrawnPicture(document, options);
+	};
+	const DrawnPicture picture = draw({.scale = 2.0});
+	EXPECT_EQ(24, picture.GetPixels().width);
+	EXPECT_EQ(16, picture.GetPixels().height);
+	EXPECT_EQ("0000ff", picture.At(0, 0));
+	EXPECT_EQ("ff0000", picture.At(4, 4));
+	EXPECT_EQ("0000ff", picture.At(23, 15));
+	// In the middle of a size that is given, as large as fits.
+	const DrawnPicture wide = draw({.width = 48.0, .height = 16.0, .backgroundOpacity = 1.0});
+	EXPECT_EQ("000000", wide.At(11, 8));
+	EXPECT_EQ("0000ff", wide.At(12, 8));
+	EXPECT_EQ("0000ff", wide.At(35, 8));
+	EXPECT_EQ("000000", wide.At(36, 8));
+	const auto fail = [&](const char* id)
+	{
+		return MessageOf(MakeTarget()->Begin(document, {.elementId = Must(String::Create(id))}));
+	};
+	EXPECT_EQ("Nothing is painted of the element with id 'n'.", fail("n"));
+	EXPECT_EQ("SVG element with id 'q' not found.", fail("q"));
+}
+
 TEST_F(Target, PicturesCanBeMadeInMemoryOfTheCallers)
 {
 	constexpr std::int32_t kStride = 448; // 112 pixels.
