@@ -5,6 +5,7 @@
 #include "svg_edit.h"
 #include "svg_import.h"
 #include "vector_icon.h"
+#include "vector_icon_theme.h"
 
 #include <utility>
 
@@ -67,7 +68,7 @@ using LaterInterfaces =
 				  SVGTextContentInterface, SVGTextPathElementInterface, SVGTextRunInterface, SVGFilterElementInterface,
 				  SVGFilterPrimitiveInterface, SVGFilterPartInterface, SVGDescriptionInterface,
 				  SVGForeignObjectElementInterface, SVGElementEditInterface, SVGPathEditInterface, SVGUseEditInterface,
-				  SVGDocumentEditInterface>;
+				  SVGDocumentEditInterface, VectorIconThemeInterface>;
 
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, LaterInterfaces::Entries, laterInterfaces);
 

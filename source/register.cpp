@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr const char* kHeaders[] = {"svg_types",  "svg_elements", "svg_base", "vector_icon",
-									"svg_import", "svg_complete", "svg_edit"};
+									"svg_import", "svg_complete", "svg_edit", "vector_icon_theme"};
 
 constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.svg.framework", FrameworkDeclaration::Role::defined, kHeaders, std::size(kHeaders)},

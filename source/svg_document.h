@@ -93,6 +93,8 @@ public:
 		return {};
 	}
 
+	/// Gives an element other attributes. Inside of `EditTogether`.
+	Result<void> SetAttributesTogether(ElementBase& element, DataDictionary attributes) noexcept;
 	/// Moves an element, from wherever it is, below a parent of this document, or out of its tree when `parent` is
 	/// null. Ids are not looked at. Inside of `EditTogether`.
 	Result<void> MovePlace(HierarchyObject& child, HierarchyObject* parent, HierarchyObject* next) noexcept;

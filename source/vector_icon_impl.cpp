@@ -2,6 +2,7 @@
 /// Vector icons.
 #include "vector_icon_impl.h"
 
+#include "elements/element_base.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
 #include "svg_document.h"
@@ -21,6 +22,9 @@ constexpr const char* kStateLayers[] = {
 	"State:EnabledDeactivatedNoHighlight",
 };
 
+/// How the ids of all state layers begin.
+constexpr std::string_view kStatePrefix = "State:";
+
 constinit std::atomic<bool> g_isLiveReloadAllowed = true;
 
 } // namespace
@@ -38,8 +42,11 @@ Result<void> VectorIconImpl::Init(const Url& url) noexcept
 	const auto self = SVGDocumentRef::From(this); // Observers may let go of the icon.
 	_watch.Stop();
 	_clientSwitches.Clear();
+	_theme.ForgetTree();
+	_loadCount++;
 	Result<void> loaded = _document->Init(url);
-	if (loaded.IsOk() && _isStateSet)
+	ApplyTheme(_document);
+	if (loaded.IsOk())
 		ApplyState(_document);
 	Follow();
 	return loaded;
@@ -49,6 +56,7 @@ void VectorIconImpl::Reset() noexcept
 {
 	_watch.Stop();
 	_clientSwitches.Reset();
+	_theme.ForgetTree();
 	_document->Reset();
 }
 
@@ -88,9 +96,11 @@ Result<void> VectorIconImpl::InitFromMemory(const void* bytes, std::int64_t coun
 	const auto self = SVGDocumentRef::From(this);
 	_watch.Stop();
 	_clientSwitches.Clear();
+	_theme.ForgetTree();
+	_loadCount++;
 	ORVAN_TRY(Content().InitFromMemory(bytes, count, baseUrl));
-	if (_isStateSet)
-		ApplyState(_document);
+	ApplyTheme(_document);
+	ApplyState(_document);
 	return {};
 }
 
@@ -124,19 +134,26 @@ SVGElementRef VectorIconImpl::GetLayer(const String& id) const noexcept
 
 void VectorIconImpl::SetState(SVGIconState state) noexcept
 {
-	if (state == _state)
+	if (state == _state && _stateLayer.IsEmpty())
 		return;
 	_state = state;
 	_isStateSet = true;
 	// The state has the last word about its layers, also after a reload.
-	const auto isOfState = [this](const LayerSwitch& entry)
-	{
-		return std::find(_stateLayers.begin(), _stateLayers.end(), entry.id) != _stateLayers.end();
-	};
-	const auto kept = std::remove_if(_clientSwitches.begin(), _clientSwitches.end(), isOfState);
-	IgnoreResult(_clientSwitches.Resize(static_cast<std::size_t>(kept - _clientSwitches.begin())));
+	DropClientSwitches(
+		[](const VectorIconImpl& icon, const String& id)
+		{ return std::find(icon._stateLayers.begin(), icon._stateLayers.end(), id) != icon._stateLayers.end(); });
 	const auto self = SVGDocumentRef::From(this);
+	const String named = std::exchange(_stateLayer, {});
+	if (const SVGElementRef layer = !named.IsEmpty() ? GetLayer(named) : nullptr)
+		IgnoreResult(layer->SetDisplay(SVGDisplay::none));
 	ApplyState(_document);
+}
+
+void VectorIconImpl::DropClientSwitches(bool (*isDropped)(const VectorIconImpl& icon, const String& id)) noexcept
+{
+	const auto kept = std::remove_if(_clientSwitches.begin(), _clientSwitches.end(),
+									 [&](const LayerSwitch& entry) { return isDropped(*this, entry.id); });
+	IgnoreResult(_clientSwitches.Resize(static_cast<std::size_t>(kept - _clientSwitches.begin())));
 }
 
 SVGIconState VectorIconImpl::GetState() const noexcept
@@ -212,8 +229,30 @@ Result<void> VectorIconImpl::ShowState(const SVGDocumentRef& document) const noe
 	return ORVAN_TRY(document->GetElementById(_stateLayers[number]))->SetDisplay(SVGDisplay::shown);
 }
 
+/// Shows the layer and hides all other state layers; not found, with nothing changed, when it is missing.
+Result<void> VectorIconImpl::ShowStateLayer(const SVGDocumentRef& document, const String& id) const noexcept
+{
+	const SVGElementRef shown = ORVAN_TRY(document->GetElementById(id));
+	const String prefix = ORVAN_TRY(String::Create(kStatePrefix));
+	for (const SVGElementRef& layer : ORVAN_TRY(document->GetElementsByIdWithPrefix(prefix)))
+	{
+		if (layer != shown)
+			ORVAN_TRY(layer->SetDisplay(SVGDisplay::none));
+	}
+	return shown->SetDisplay(SVGDisplay::shown);
+}
+
+/// Has a tree show the state that was last set, if one was.
 void VectorIconImpl::ApplyState(const SVGDocumentRef& document) const noexcept
 {
+	if (!_stateLayer.IsEmpty())
+	{
+		if (const Result<void> shown = ShowStateLayer(document, _stateLayer); !shown.IsOk())
+			WarningOutput("State layer '@' could not be shown. @", _stateLayer, shown.GetError());
+		return;
+	}
+	if (!_isStateSet)
+		return;
 	if (const Result<void> shown = ShowState(document); !shown.IsOk())
 		WarningOutput("VectorIconImpl::SetState() error. Maybe some layer is missing. @", shown.GetError());
 }
@@ -240,6 +279,7 @@ FileChangeOutcome VectorIconImpl::Reload() noexcept
 	Result<SVGDocumentRef> fresh = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
 	if (fresh.IsOk())
 		IgnoreResult(static_cast<Document&>(*fresh.GetValue().GetObject()).SetImportOptions(GetImportOptions()));
+	_loadCount++;
 	Result<void> loaded = fresh.IsOk() ? fresh.GetValue()->Init(GetUrl()) : Result<void>(fresh.GetError());
 	if (!loaded.IsOk())
 	{
@@ -256,13 +296,96 @@ FileChangeOutcome VectorIconImpl::Reload() noexcept
 		return FileChangeOutcome::failed;
 	}
 	// What the icon shows is settled before anybody hears of the new tree.
-	if (_isStateSet)
-		ApplyState(fresh.GetValue());
+	ApplyTheme(fresh.GetValue());
+	ApplyState(fresh.GetValue());
 	ApplyClientSwitches(fresh.GetValue());
 	// Into the same document, so that references to its root, which the interface hands out, stay good.
 	Content().TakeContentOf(document);
 	Content().TellOfLoad(SVGChangeKind::loaded, Content().GetReport());
 	return FileChangeOutcome::reloaded;
+}
+
+// Themes -------------------------------------------------------------------------------------------------------------
+
+Result<void> VectorIconImpl::ChangeTheme(const IconTheme::Content& content) noexcept
+{
+	const auto self = SVGDocumentRef::From(this); // Observers may let go of the icon.
+	return _theme.Change(Content(), content);
+}
+
+/// Puts the theme over a tree that is new.
+void VectorIconImpl::ApplyTheme(const SVGDocumentRef& document) noexcept
+{
+	if (const Result<void> applied = _theme.Apply(static_cast<Document&>(*document.GetObject())); !applied.IsOk())
+		WarningOutput("Icon '@' goes without its theme. @", GetUrl().GetText(), applied.GetError());
+}
+
+Result<void> VectorIconImpl::SetCurrentColor(const Color& color) noexcept
+{
+	return ChangeTheme({color, _theme.GetContent().styleSheet});
+}
+
+Result<void> VectorIconImpl::ClearCurrentColor() noexcept
+{
+	return ChangeTheme({{}, _theme.GetContent().styleSheet});
+}
+
+Result<void> VectorIconImpl::SetStyleSheet(const String& styleSheet) noexcept
+{
+	return ChangeTheme({_theme.GetContent().currentColor, styleSheet});
+}
+
+String VectorIconImpl::GetStyleSheet() const noexcept
+{
+	return _theme.GetContent().styleSheet;
+}
+
+std::int64_t VectorIconImpl::GetLoadCount() const noexcept
+{
+	return _loadCount;
+}
+
+Result<BaseArray<String>> VectorIconImpl::GetStateLayers() const noexcept
+{
+	BaseArray<String> ids;
+	auto* const root = static_cast<HierarchyObject*>(GetRootElement().GetObject());
+	for (HierarchyObject* at = root; at != nullptr;)
+	{
+		const ElementBase* element = AsElement(at);
+		const String id = element != nullptr ? element->GetId() : String();
+		// Of several with one id only the first is a layer.
+		if (id.View().starts_with(kStatePrefix) && GetLayer(id).GetObject() == at)
+			ORVAN_TRY(ids.Append(id));
+		if (at->FirstChild() != nullptr)
+		{
+			at = at->FirstChild();
+			continue;
+		}
+		while (at != root && at->NextSibling() == nullptr)
+			at = at->Parent();
+		at = at != root ? at->NextSibling() : nullptr;
+	}
+	return ids;
+}
+
+Result<void> VectorIconImpl::SetStateLayer(const String& id) noexcept
+{
+	const auto self = SVGDocumentRef::From(this);
+	if (!id.View().starts_with(kStatePrefix))
+		return NotFoundError("State layers begin with 'State:', which '@' does not.", id);
+	ORVAN_TRY(ShowStateLayer(_document, id));
+	const auto number = std::find(_stateLayers.begin(), _stateLayers.end(), id);
+	_state = number != _stateLayers.end() ? static_cast<SVGIconState>(number - _stateLayers.begin())
+										  : SVGIconState::uninitialized;
+	_stateLayer = id;
+	DropClientSwitches([](const VectorIconImpl&, const String& layer)
+					   { return layer.View().starts_with(kStatePrefix); });
+	return {};
+}
+
+String VectorIconImpl::GetStateLayer() const noexcept
+{
+	return _stateLayer;
 }
 
 // Editing ------------------------------------------------------------------------------------------------------------
@@ -291,10 +414,12 @@ Result<void> IconEdits::SetRootElement(const SVGElementRef& root) noexcept { ret
 namespace
 {
 
-constexpr ClassDeclaration kIconClass = DeclareClass<
-	VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>, Implements<SVGDocumentInterface, VectorIconImpl>,
-	Implements<SVGDocumentImportInterface, VectorIconImpl>, Implements<SVGDocumentEditInterface, IconEdits>>(
-	kVectorIconClass);
+constexpr ClassDeclaration kIconClass =
+	DeclareClass<VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>,
+				 Implements<SVGDocumentInterface, VectorIconImpl>,
+				 Implements<SVGDocumentImportInterface, VectorIconImpl>,
+				 Implements<SVGDocumentEditInterface, IconEdits>, Implements<VectorIconThemeInterface, VectorIconImpl>>(
+		kVectorIconClass);
 
 constexpr UseDeclaration kUses[] = {
 	{"vector_icon_impl", "VectorIconInterface", "vector_icon"},

@@ -2,10 +2,12 @@
 /// The implementation of `VectorIconInterface`.
 #pragma once
 
+#include "icon_theme.h"
 #include "orvan/file_monitor.h"
 #include "svg_edit.h"
 #include "svg_import.h"
 #include "vector_icon.h"
+#include "vector_icon_theme.h"
 
 #include <array>
 
@@ -72,6 +74,16 @@ public:
 	void GlobalSetLiveReloadEnabled(bool enabled) noexcept;
 	bool GlobalGetLiveReloadEnabled() const noexcept;
 
+	// Its theme, and states by name.
+	Result<void> SetCurrentColor(const Color& color) noexcept;
+	Result<void> ClearCurrentColor() noexcept;
+	Result<void> SetStyleSheet(const String& styleSheet) noexcept;
+	String GetStyleSheet() const noexcept;
+	std::int64_t GetLoadCount() const noexcept;
+	Result<BaseArray<String>> GetStateLayers() const noexcept;
+	Result<void> SetStateLayer(const String& id) noexcept;
+	String GetStateLayer() const noexcept;
+
 private:
 	/// What the client last did to a layer.
 	struct LayerSwitch
@@ -85,8 +97,12 @@ private:
 	Document& Content() const noexcept;
 	Result<void> SwitchLayer(const SVGElementRef& layer, const String& id, SVGDisplay display) noexcept;
 	Result<void> ShowState(const SVGDocumentRef& document) const noexcept;
+	Result<void> ShowStateLayer(const SVGDocumentRef& document, const String& id) const noexcept;
 	void ApplyState(const SVGDocumentRef& document) const noexcept;
 	void ApplyClientSwitches(const SVGDocumentRef& document) const noexcept;
+	void DropClientSwitches(bool (*isDropped)(const VectorIconImpl& icon, const String& id)) noexcept;
+	Result<void> ChangeTheme(const IconTheme::Content& content) noexcept;
+	void ApplyTheme(const SVGDocumentRef& document) noexcept;
 	void Follow() noexcept;
 	FileChangeOutcome Reload() noexcept;
 
@@ -94,7 +110,10 @@ private:
 	SVGIconState _state = SVGIconState::uninitialized;
 	bool _isStateSet = false;           ///< A client may set `uninitialized`, too, which hides all layers.
 	std::array<String, 4> _stateLayers; ///< In the order of the states' numbers.
+	String _stateLayer;                 ///< Set by name; empty when the state is a number.
 	BaseArray<LayerSwitch> _clientSwitches;
+	IconTheme _theme;
+	std::int64_t _loadCount = 0;
 	bool _isLiveReloadOn = false; ///< The icon's own: it outlives files, and the global switch.
 	FileWatch _watch;             ///< Of the present file.
 };

@@ -97,6 +97,12 @@ Result<bool> RenameReferences(DataDictionary& attributes, const String& from, co
 
 } // namespace
 
+Result<void> Document::SetAttributesTogether(ElementBase& element, DataDictionary attributes) noexcept
+{
+	return MakeEdit<MemberEdit<DataDictionary>>(&element, SVGChangeKind::attribute, SVGImportAttribute::unknown,
+												element._attributes, std::move(attributes));
+}
+
 Result<void> Document::MovePlace(HierarchyObject& child, HierarchyObject* parent, HierarchyObject* next) noexcept
 {
 	// An element that can come back answers to the document meanwhile, so that it is the same when it does.
@@ -164,9 +170,7 @@ Result<void> Document::MakeReferencesFollow(const String& from, const String& to
 						  {
 							  DataDictionary changed = element._attributes;
 							  if (ORVAN_TRY(RenameReferences(changed, from, to)))
-								  ORVAN_TRY(MakeEdit<MemberEdit<DataDictionary>>(
-									  &element, SVGChangeKind::attribute, SVGImportAttribute::unknown,
-									  element._attributes, std::move(changed)));
+								  ORVAN_TRY(SetAttributesTogether(element, std::move(changed)));
 							  if (!Borrowed<SVGUseElementInterface>(&element))
 								  return {};
 							  auto& use = static_cast<UseElement&>(element);

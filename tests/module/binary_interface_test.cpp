@@ -8,7 +8,7 @@
 #include "orvan/hierarchy.h"
 #include "orvan/module.h"
 #include "svg_edit.h"
-#include "vector_icon.h"
+#include "vector_icon_theme.h"
 
 #include <cstddef>
 
@@ -75,6 +75,7 @@ static_assert(SVGPathElementInterface::kSlotCount == 6 && SVGLineElementInterfac
 static_assert(SVGTextElementInterface::kSlotCount == 10 && VectorIconInterface::kSlotCount == 8);
 static_assert(SVGElementEditInterface::kSlotCount == 11 && SVGPathEditInterface::kSlotCount == 5);
 static_assert(SVGUseEditInterface::kSlotCount == 2 && SVGDocumentEditInterface::kSlotCount == 14);
+static_assert(VectorIconThemeInterface::kSlotCount == 8);
 static_assert(HasLayout<SVGChange, 48>() && HasLayout<SVGPathView, 16>() && SVGPathView::kRun == 32);
 
 } // namespace

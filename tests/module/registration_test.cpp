@@ -90,6 +90,9 @@ constexpr InterfaceRow kInterfaces[] = {
 	{"svgdocumentedit", "SVGDocumentEdit",
 	 "AddObserver RemoveObserver BeginTransaction CommitTransaction RollbackTransaction IsInTransaction Undo Redo "
 	 "GetUndoCount GetRedoCount SetUndoLimit ClearHistory RenameId SetRootElement"},
+	{"vectoricontheme", "VectorIconTheme",
+	 "SetCurrentColor ClearCurrentColor SetStyleSheet GetStyleSheet GetLoadCount GetStateLayers SetStateLayer "
+	 "GetStateLayer"},
 };
 
 constexpr const char* kReferenceTypes =
@@ -100,7 +103,7 @@ constexpr const char* kReferenceTypes =
 	// Published later, in this order.
 	"SVGDocumentImport SVGLink SVGPatternElement SVGMarkerElement SVGImageElement SVGSwitchElement SVGAnchorElement "
 	"SVGTextContent SVGTextPathElement SVGTextRun SVGFilterElement SVGFilterPrimitive SVGFilterPart SVGDescription "
-	"SVGForeignObjectElement SVGElementEdit SVGPathEdit SVGUseEdit SVGDocumentEdit";
+	"SVGForeignObjectElement SVGElementEdit SVGPathEdit SVGUseEdit SVGDocumentEdit VectorIconTheme";
 
 constexpr const char* kClasses =
 	"svgdocument svgcontext svgelement svgsvgelement svguseelement svgdefselement svgsymbolelement svggroupelement "
@@ -191,7 +194,7 @@ TEST_F(Registration, NamesItselfOnceWithItsFrameworks)
 			  Names(Kind::framework));
 	const auto& framework = Entries(Kind::framework)[0]->GetDeclaration<FrameworkDeclaration>();
 	EXPECT_EQ(FrameworkDeclaration::Role::defined, framework.role);
-	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete svg_edit"),
+	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete svg_edit vector_icon_theme"),
 			  std::vector<std::string>(framework.headers, framework.headers + framework.headerCount));
 	for (const std::size_t i : {1u, 2u})
 		EXPECT_EQ(FrameworkDeclaration::Role::used,

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+/// Icons in other colours and states, and what is told of their reloads.
+#include "icon_fixture.h"
+#include "orvan/host/allocation_failure.h"
+#include "orvan/host/file_monitor_pump.h"
+#include "svg_edit.h"
+#include "vector_icon_theme.h"
+
+#include <thread>
+
+namespace orvan
+{
+namespace
+{
+
+constexpr const char* kThemed =
+	"<svg id='root'><style>.text{fill:#f00}</style><g id='State:Busy' class='text other'><rect id='r' fill='#00f'/></g>"
+	"<path id='p' class='text' style='fill:lime;stroke:currentColor'/><g id='State:EnabledActivatedHighlight'/>"
+	"<polygon id='q'/><g id='State:Busy'/></svg>";
+
+class IconTheme : public IconTest
+{
+public: // For what observers do.
+	IconTheme()
+	{
+		WriteFile(file, kThemed);
+		std::this_thread::sleep_for(std::chrono::milliseconds(30)); // More than a step of the file system's clock.
+		SVGImportOptions options;
+		options.isComplete = true;
+		Must(Cast<SVGDocumentImportInterface>(icon)->SetImportOptions(options));
+		Must(document->Init(Must(Url::FromPath(file.string()))));
+	}
+
+	/// The fills of some elements as letters, "-" where nothing is said.
+	std::string Fills() const
+	{
+		std::string letters;
+		for (const char* id : {"State:Busy", "r", "p", "q"})
+		{
+			const SVGElementRef element = icon->GetLayer(Text(id));
+			const Color color = element->GetFill().color;
+			letters += !element->HasAttribute(SVGImportAttribute::fill) ? '-'
+					   : color == Color{1.0, 0.0, 0.0}                  ? 'r'
+					   : color == Color{0.0, 1.0, 0.0}                  ? 'g'
+					   : color == Color{0.0, 0.0, 1.0}                  ? 'b'
+																		: '?';
+		}
+		return letters;
+	}
+
+	/// What currentColor stands for, as far as the root says it.
+	SVGPaint RootColor() const
+	{
+		return document->GetRootElement()->GetAttributeDictionary().GetOr(
+			static_cast<std::int32_t>(SVGImportAttribute::color), SVGPaint{SVGPaintType::none, {}, {}});
+	}
+
+	std::string Busy() const
+	{
+		std::string values;
+		for (const char* id : {"State:Busy", "State:EnabledActivatedHighlight"})
+			values += std::to_string(static_cast<int>(icon->GetLayer(Text(id))->GetDisplay()));
+		return values;
+	}
+
+	static void PumpUntilQuiet()
+	{
+		while (FileMonitorPump::Wait(250) > 0)
+		{
+		}
+	}
+
+	const VectorIconRef icon = Must(CreateObject<VectorIconInterface>(kVectorIconClass));
+	const SVGDocumentRef document = Cast<SVGDocumentInterface>(icon);
+	const VectorIconThemeRef theme = Cast<VectorIconThemeInterface>(icon);
+	CollectedDiagnostics diagnostics;
+};
+
+TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
+{
+	EXPECT_EQ("rbg-", Fills());
+	Must(theme->SetCurrentColor({0.0, 0.0, 1.0}));
+	EXPECT_EQ(1.0, RootColor().color.blue);
+	Must(theme->SetStyleSheet(
+		Text(".text { fill: blue; stroke: url(#x) } #root > path:nth-of-type(2), .none { fill: red }"
+			 " g > rect { fill: lime ! important; width: 3px; d: none } svg { color: lime }")));
+	EXPECT_EQ("bgbr", Fills()) << "over the style attribute, too";
+	EXPECT_EQ(1.0, RootColor().color.blue) << "the colour that was set holds";
+	EXPECT_EQ(3.0, Cast<SVGSizeInterface>(icon->GetLayer(Text("r")))->GetWidth().value);
+	EXPECT_EQ(SVGPaintType::reference, icon->GetLayer(Text("p"))->GetStroke().type);
+	Must(theme->ClearCurrentColor());
+	EXPECT_EQ(1.0, RootColor().color.green);
+	Must(icon->GetLayer(Text("p"))->SetOpacity(0.5));
+	Must(theme->SetStyleSheet(Text("rect { fill: red } } broken")));
+	EXPECT_EQ("rrg-", Fills());
+	EXPECT_EQ(SVGPaintType::none, RootColor().type);
+	EXPECT_EQ(SVGPaintType::currentColor, icon->GetLayer(Text("p"))->GetStroke().type);
+	EXPECT_EQ(0.5, icon->GetLayer(Text("p"))->GetOpacity()) << "what else was set stays";
+	Must(theme->SetStyleSheet({}));
+	EXPECT_EQ("rbg-", Fills());
+	EXPECT_FALSE(icon->GetLayer(Text("r"))->HasAttribute(SVGImportAttribute::width));
+	EXPECT_EQ(1, theme->GetLoadCount());
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(IconTheme, IsAsBeforeWhenMemoryRunsOut)
+{
+	Must(theme->SetStyleSheet(Text("rect { fill: red }")));
+	const String next = Text("path { fill: blue } g { fill: lime }");
+	for (int number = 1;; number++)
+	{
+		bool isChanged = false;
+		{
+			const AllocationFailure failure(number, AllocationFailure::Extent::one);
+			isChanged = theme->SetStyleSheet(next).IsOk();
+			EXPECT_NE(isChanged, failure.HasFailed()) << number;
+		}
+		ASSERT_EQ(isChanged ? "gbbb" : "rrg-", Fills()) << number;
+		ASSERT_EQ(isChanged, theme->GetStyleSheet() == next) << number;
+		if (isChanged)
+		{
+			EXPECT_GT(number, 20);
+			break;
+		}
+	}
+}
+
+TEST_F(IconTheme, ComesBackWithEveryReload)
+{
+	Must(theme->SetCurrentColor({0.0, 1.0, 0.0}));
+	Must(theme->SetStyleSheet(Text("rect { fill: red }")));
+	Must(theme->SetStateLayer(Text("State:Busy")));
+	static std::string heard;
+	heard.clear();
+	const auto edit = Cast<SVGDocumentEditInterface>(icon);
+	const auto hear = [](void* context, const SVGChange& change) noexcept
+	{
+		const auto& test = *static_cast<const IconTheme*>(context);
+		if (change.kind == SVGChangeKind::loaded || change.kind == SVGChangeKind::notReloaded)
+			heard += std::to_string(static_cast<int>(change.kind)) + ' ' +
+					 std::to_string(static_cast<int>(change.report->outcome)) + ' ' + test.Fills() + test.Busy() + '\n';
+	};
+	const std::int64_t number = Must(edit->AddObserver(hear, this));
+	icon->SetLiveReloadEnabled(true);
+	const std::string text = kThemed;
+	WriteFile(file, text + "<!-- changed -->");
+	PumpUntilQuiet();
+	WriteFile(file, "<svg");
+	PumpUntilQuiet();
+	std::filesystem::remove(file);
+	PumpUntilQuiet();
+	EXPECT_EQ("5 1 rrg-12\n6 3 rrg-12\n6 0 rrg-12\n", heard);
+	EXPECT_EQ(1.0, RootColor().color.green);
+	EXPECT_EQ(4, theme->GetLoadCount());
+	// Letting go of the icon in the middle of its reload.
+	static VectorIconRef last;
+	edit->RemoveObserver(number);
+	last = icon;
+	Must(edit->AddObserver([](void*, const SVGChange&) noexcept { last = nullptr; }, nullptr));
+	WriteFile(file, text);
+	PumpUntilQuiet();
+	EXPECT_FALSE(last);
+	Must(theme->SetStyleSheet({}));
+	EXPECT_EQ("rbg-", Fills());
+}
+
+TEST_F(IconTheme, ShowsStatesByName)
+{
+	const auto layers = Must(theme->GetStateLayers());
+	ASSERT_EQ(2u, layers.GetCount());
+	EXPECT_EQ(Text("State:Busy"), layers[0]);
+	EXPECT_EQ(Text(kStateLayers[0]), layers[1]);
+	Must(icon->SetLayerEnabled(Text("State:Busy"), false));
+	Must(theme->SetStateLayer(layers[0]));
+	EXPECT_EQ("12", Busy());
+	EXPECT_EQ(layers[0], theme->GetStateLayer());
+	EXPECT_EQ(SVGIconState::uninitialized, icon->GetState());
+	Must(theme->SetStateLayer(layers[1]));
+	EXPECT_EQ("21", Busy());
+	EXPECT_EQ(SVGIconState::enabledActivatedHighlight, icon->GetState());
+	for (const char* missing : {"State:None", "r", ""})
+		EXPECT_EQ(ErrorClass::notFound, theme->SetStateLayer(Text(missing)).GetError().GetClass()) << missing;
+	EXPECT_EQ("21", Busy());
+	Must(theme->SetStateLayer(layers[0]));
+	icon->SetState(SVGIconState::uninitialized); // Which it is, but by a name.
+	EXPECT_EQ("22", Busy());
+	EXPECT_TRUE(theme->GetStateLayer().IsEmpty());
+}
+
+} // namespace
+} // namespace orvan
