@@ -323,6 +323,8 @@ private:
 	/// Appends characters with what the elements around them say, the innermost last.
 	Result<void> Append(std::string_view text, int span) noexcept
 	{
+		if (text.empty())
+			return {};
 		// Bytes that are no characters would be reported on the console by the font library.
 		char* const repaired = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
 		Result<void> done;

@@ -57,6 +57,13 @@ TEST_F(Texts, ListsGoOnInTheElementsWithinAndShiftsAddUp)
 	EXPECT_EQ("ff0000 41-55", Row(picture, 87));
 }
 
+TEST_F(Texts, BlanksBetweenElementsCountAndThoseAtTheEndDoNot)
+{
+	EXPECT_EQ(
+		"000000 10-24, ff0000 32-46",
+		Row(DrawCompletely("<text x='10' y='50'> <tspan>█</tspan> <tspan fill='#f00'>█</tspan> <tspan/></text>"), 40));
+}
+
 TEST_F(Texts, AnchorsCountForEachChunkAndBothDirections)
 {
 	EXPECT_EQ(
