@@ -207,10 +207,10 @@ Raster MakeTurbulence(const Turbulence& turbulence, const Box& area, const Alarm
 	for (int y = area.top; y < area.bottom && !alarm.IsOver(); y++)
 	{
 		std::uint32_t* const row = result.GetRow(y);
-		const double userY = y * turbulence.scaleY + turbulence.offsetY;
+		const double userY = (y + 0.5) * turbulence.scaleY + turbulence.offsetY;
 		for (int x = area.left; x < area.right; x++)
 		{
-			double atX = (x * turbulence.scaleX + turbulence.offsetX) * frequencyX;
+			double atX = ((x + 0.5) * turbulence.scaleX + turbulence.offsetX) * frequencyX;
 			double atY = userY * frequencyY;
 			std::array<float, 4> sums{};
 			Stitch stitch = firstStitch;

@@ -27,6 +27,7 @@ struct Turbulence
 	double offsetY = 0.0;
 };
 
+/// The noise at the middles of the pixels of `area`.
 Raster MakeTurbulence(const Turbulence& turbulence, const Box& area, const Alarm& alarm) noexcept;
 
 } // namespace orvan::filters

@@ -60,7 +60,9 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 {
 	Limits& limits = canvas.job.scene.limits;
 	const Rectangle area = canvas.GetClipExtents().RoundOut();
-	const LayerScope layer(limits, area.GetArea() * (followed.clip ? 2.0 : 1.0));
+	// Filters count their pixels themselves.
+	const double layers = (followed.filters.IsEmpty() ? 1.0 : 0.0) + (followed.clip ? 1.0 : 0.0);
+	const LayerScope layer(limits, area.GetArea() * layers);
 	if (!layer.IsOpen())
 		return {};
 	cairo_t* const drawing = canvas.drawing;

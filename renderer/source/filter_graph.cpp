@@ -155,8 +155,8 @@ Result<void> FilterGraph::AppendPrimitive(const Canvas& canvas, const Frame& use
 		node.region = ResolveRegion(attributes, stage.primitiveUnits, stage.place, stage.box, inherited);
 		node.subregion = space.Round(node.region).Intersect(names.region);
 	}
-	MadeOperation made = ORVAN_TRY(
-		MakeOperation({canvas, user, stage, space, element, attributes, style, node.region, node.colorSpace}));
+	MadeOperation made = ORVAN_TRY(MakeOperation(
+		{canvas, user, stage, space, element, attributes, style, node.region, node.subregion, node.colorSpace}));
 	if (made.isPassing)
 		made.operation = ORVAN_TRY(MakeCrop());
 	node.operation = std::move(made.operation);

@@ -154,7 +154,7 @@ Result<MadeOperation> MakeLightOperation(const FilterPrimitive& primitive, bool 
 		std::max(primitive.GetNumber(isSpecular ? Key::specularConstant : Key::diffuseConstant, 1.0), 0.0));
 	surface.exponent =
 		static_cast<float>(std::clamp(primitive.GetNumber(Key::specularExponent, 1.0), 1.0, kLargestExponent));
-	return MakeNew<Lighting>(surface, light, primitive.space.RoundOut(primitive.subregion));
+	return MakeNew<Lighting>(surface, light, primitive.edges);
 }
 
 } // namespace orvan::cairo

@@ -53,6 +53,7 @@ struct FilterPrimitive
 	const DataDictionary& attributes;
 	const drawing::Style& style;  ///< With the primitive's own properties.
 	drawing::Rectangle subregion; ///< In user units.
+	filters::Box edges;           ///< The same in pixels, within the filter's region.
 	filters::ColorSpace colorSpace;
 
 	double GetNumber(SVGImportAttribute key, double absent) const noexcept

@@ -346,16 +346,16 @@ private:
 class Convolution final : public FilterOperation
 {
 public:
-	Convolution(BaseArray<Float> values, const filters::Kernel& kernel) noexcept
-		: _values(std::move(values)), _kernel(kernel)
+	Convolution(BaseArray<Float> values, const filters::Kernel& kernel, const Box& edges) noexcept
+		: _values(std::move(values)), _kernel(kernel), _edges(edges)
 	{
 	}
 
-	Box GetNeeded(std::size_t, const Box& area, const Box& subregion) const noexcept override
+	Box GetNeeded(std::size_t, const Box& area, const Box&) const noexcept override
 	{
 		// What is repeated beyond the edges may come from anywhere.
 		if (_kernel.edgeMode == filters::EdgeMode::wrap)
-			return subregion;
+			return _edges;
 		return area.Grow(_kernel.width, _kernel.height);
 	}
 
@@ -363,12 +363,13 @@ public:
 	{
 		filters::Kernel kernel = _kernel;
 		kernel.values = {_values.begin(), _values.GetCount()};
-		return Check(filters::Convolve(*inputs[0].raster, inputs[0].subregion, kernel, area, alarm));
+		return Check(filters::Convolve(*inputs[0].raster, _edges, kernel, area, alarm));
 	}
 
 private:
 	BaseArray<Float> _values;
 	filters::Kernel _kernel;
+	Box _edges;
 };
 
 class Turbulence final : public FilterOperation
@@ -544,7 +545,7 @@ Result<MadeOperation> MakeConvolution(const FilterPrimitive& primitive) noexcept
 	kernel.keepsAlpha = primitive.GetKeyword(Key::preserveAlpha, std::int32_t{0}) != 0;
 	BaseArray<Float> copy;
 	ORVAN_TRY(copy.AppendAll(values.data(), values.size()));
-	return MakeNew<Convolution>(std::move(copy), kernel);
+	return MakeNew<Convolution>(std::move(copy), kernel, primitive.edges);
 }
 
 Result<MadeOperation> MakeDisplacement(const FilterPrimitive& primitive) noexcept

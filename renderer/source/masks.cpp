@@ -214,7 +214,10 @@ Result<PatternPtr> DrawMask(const Canvas& canvas, const SVGElementRef& mask, con
 	}
 	WriteCoverage(colors.get(), coverage.get(), GetWeights(frame), opacity);
 	PatternPtr pattern(cairo_pattern_create_for_surface(coverage.get()));
-	cairo_pattern_set_filter(pattern.get(), detail == 1.0 ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+	cairo_matrix_t matrix;
+	cairo_get_matrix(canvas.drawing, &matrix);
+	const bool isUpright = matrix.xx == 1.0 && matrix.yx == 0.0 && matrix.xy == 0.0 && matrix.yy == 1.0;
+	cairo_pattern_set_filter(pattern.get(), detail == 1.0 && isUpright ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
 	return pattern;
 }
 

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+/// Image files that are whole, damaged and out of bounds, and the URLs that hold them.
+#include "images/data_url.h"
+#include "images/image_data.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orvan::images
+{
+namespace
+{
+
+std::string Decoded(std::string_view url)
+{
+	const auto bytes = DecodeDataUrl(url);
+	if (!bytes.IsOk())
+		return "error";
+	return {bytes.GetValue().begin(), bytes.GetValue().end()};
+}
+
+TEST(ImagePixels, DataUrlsHoldTextOrBase64)
+{
+	EXPECT_EQ("abc", Decoded("data:image/png;base64,YWJj"));
+	EXPECT_EQ("abcd", Decoded("DATA:;charset=utf-8;BASE64 , YW\nJj Z A=="));
+	EXPECT_EQ("abc>?", Decoded("data:;base64,YWJjPj8"));
+	EXPECT_EQ("\xFB\xFF", Decoded("data:;base64,-_8"));
+	EXPECT_EQ("+/8", Decoded("data:;base6,%2B/8"));
+	EXPECT_EQ("<svg/>%", Decoded("data:image/svg+xml,%3csvg/%3E%"));
+	EXPECT_EQ("ab", Decoded("data:;base64,YW%49=!JjZA"));
+	EXPECT_EQ("", Decoded("data:image/png"));
+	EXPECT_EQ("", Decoded("dota:,abc"));
+}
+
+/// A GIF of 4 by 2 pixels with two colours, the second transparent: clear, then eight codes of the colours.
+const std::string kGif("GIF89a\x04\0\x02\0\x80\0\0\xFF\0\0\0\xFF\0!\xF9\x04\x01\0\0\x01\0,\0\0\0\0\x04\0\x02\0\0"
+					   "\x02\x04\x04\x82\x19\x05\0;",
+					   46);
+
+filters::Raster DecodeText(const std::string& text, const Bounds& bounds)
+{
+	return Decode({reinterpret_cast<const unsigned char*>(text.data()), text.size()}, bounds);
+}
+
+TEST(ImagePixels, WhatIsDamagedOrTooLargeIsNothing)
+{
+	const Bounds bounds{1e6};
+	const filters::Raster picture = DecodeText(kGif, bounds);
+	ASSERT_EQ(8u, picture.GetCount());
+	EXPECT_EQ(0xFFFF0000u, picture.At(0, 0));
+	EXPECT_TRUE(DecodeText(kGif, {7.0}).GetBox().IsEmpty());
+	EXPECT_TRUE(DecodeText(kGif, {1e6, 3}).GetBox().IsEmpty());
+	// Cut off anywhere and with any byte changed, it is decoded to its size or refused.
+	for (std::size_t i = 0; i < kGif.size(); i++)
+	{
+		EXPECT_LE(DecodeText(kGif.substr(0, i), bounds).GetCount(), 8u);
+		for (const int byte : {0, 1, 127, 255})
+		{
+			std::string changed = kGif;
+			changed[i] = static_cast<char>(byte);
+			EXPECT_LE(DecodeText(changed, bounds).GetCount(), 1000000u);
+		}
+	}
+	for (const std::string text :
+		 {"\x89PNG\r\n\x1A\n____", "\xFF\xD8\xFF____", "RIFF____WEBPVP8 ____", "GIF89a", "<svg/>", ""})
+		EXPECT_TRUE(DecodeText(text, bounds).GetBox().IsEmpty()) << text;
+}
+
+TEST(ImagePixels, FormatsShowInTheirFirstBytes)
+{
+	const auto find = [](std::string_view text)
+	{
+		return FindFormat({reinterpret_cast<const unsigned char*>(text.data()), text.size()});
+	};
+	EXPECT_EQ(Format::svg, find(" \n<?xml"));
+	EXPECT_EQ(Format::svg, find("\xEF\xBB\xBF<svg"));
+	EXPECT_EQ(Format::svg, find("\x1F\x8B"));
+	EXPECT_EQ(Format::gif, find(kGif));
+	EXPECT_EQ(Format::unknown, find("RIFF____WAVE"));
+	EXPECT_EQ(Format::unknown, find("svg"));
+}
+
+} // namespace
+} // namespace orvan::images
