@@ -48,6 +48,12 @@ private:
 	Box _edges;
 };
 
+/// Exponents of light are 1 to 128.
+float LimitExponent(double exponent) noexcept
+{
+	return static_cast<float>(std::clamp(exponent, 1.0, 128.0));
+}
+
 /// Where lights are in the grid of pixels.
 class Positions
 {
@@ -124,9 +130,10 @@ bool FindLight(const FilterPrimitive& primitive, Light& light) noexcept
 			light.kind = LightKind::spot;
 			light.position = positions.Get(attributes, Key::x, Key::y, Key::z);
 			light.target = positions.Get(attributes, Key::pointsAtX, Key::pointsAtY, Key::pointsAtZ);
-			light.exponent = static_cast<float>(std::max(get(Key::specularExponent, 1.0), 0.0));
-			if (attributes.Has(static_cast<std::int32_t>(Key::limitingConeAngle)))
-				light.coneCosine = static_cast<float>(std::cos(get(Key::limitingConeAngle, 0.0) * kDegrees));
+			light.exponent = LimitExponent(get(Key::specularExponent, 1.0));
+			// An angle of 0 counts as none, as in browsers.
+			if (const double angle = get(Key::limitingConeAngle, 0.0); angle != 0.0)
+				light.coneCosine = static_cast<float>(std::cos(angle * kDegrees));
 			return true;
 		default:
 			break;
@@ -142,7 +149,6 @@ Result<MadeOperation> MakeLightOperation(const FilterPrimitive& primitive, bool 
 	Light light;
 	if (!FindLight(primitive, light))
 		return MadeOperation();
-	constexpr double kLargestExponent = 128.0;
 	light.color = primitive.GetColor(Key::lightingColor, {1.0, 1.0, 1.0}, 1.0) | 0xFF000000;
 	const double scale = primitive.GetNumber(Key::surfaceScale, 1.0);
 	Surface surface;
@@ -152,8 +158,7 @@ Result<MadeOperation> MakeLightOperation(const FilterPrimitive& primitive, bool 
 	surface.heightY = static_cast<float>(scale * primitive.space.scale.y);
 	surface.constant = static_cast<float>(
 		std::max(primitive.GetNumber(isSpecular ? Key::specularConstant : Key::diffuseConstant, 1.0), 0.0));
-	surface.exponent =
-		static_cast<float>(std::clamp(primitive.GetNumber(Key::specularExponent, 1.0), 1.0, kLargestExponent));
+	surface.exponent = LimitExponent(primitive.GetNumber(Key::specularExponent, 1.0));
 	return MakeNew<Lighting>(surface, light, primitive.edges);
 }
 
