@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "fonts.h"
 
+#include "embolden.h"
+
 #include <hb-ot.h>
 #include <pango/pangofc-font.h>
 
@@ -274,8 +276,9 @@ Result<const FontFace*> Fonts::GetFace(PangoFont* font) noexcept
 		const FcPattern* const pattern = pango_fc_font_get_pattern(PANGO_FC_FONT(font));
 		FcMatrix* matrix = nullptr;
 		if (FcPatternGetMatrix(pattern, FC_MATRIX, 0, &matrix) == FcResultMatch)
-			made->slant = matrix->xy;
-		constexpr double kEmboldening = 1.0 / 24.0;
+			// Newer versions of the font library have the shaper lean the outlines over itself.
+			made->slant = hb_font_get_synthetic_slant(made->shaper) == 0.0F ? matrix->xy : 0.0;
+		constexpr double kEmboldening = 1.0 / 34.0;
 		FcBool isEmboldened = FcFalse;
 		if (FcPatternGetBool(pattern, FC_EMBOLDEN, 0, &isEmboldened) == FcResultMatch && isEmboldened != FcFalse)
 			made->emboldening = kEmboldening;
@@ -291,7 +294,16 @@ Result<void> Fonts::AddOutline(const FontFace& face, hb_codepoint_t glyph, const
 		_drawFunctions = MakeDrawFunctions();
 	const double scale = 1.0 / face.unit;
 	const Matrix2d fromFont{{0.0, 0.0}, {scale, 0.0}, {face.slant * scale, -scale}};
-	OutlinePen pen{outline, place * fromFont, {}, {}};
+	if (face.emboldening == 0.0)
+		return Draw(face, glyph, place * fromFont, outline);
+	Outline regular;
+	ORVAN_TRY(Draw(face, glyph, {}, regular));
+	return outline.Append(ORVAN_TRY(Embolden(regular, face.emboldening * face.unit)), place * fromFont);
+}
+
+Result<void> Fonts::Draw(const FontFace& face, hb_codepoint_t glyph, const Matrix2d& place, Outline& outline) noexcept
+{
+	OutlinePen pen{outline, place, {}, {}};
 	hb_font_get_glyph_shape(face.shaper, glyph, _drawFunctions.get(), &pen);
 	return std::move(pen.result);
 }

@@ -105,6 +105,9 @@ public:
 							Outline& outline) noexcept;
 
 private:
+	/// The same for the outline as the font has it.
+	Result<void> Draw(const FontFace& face, hb_codepoint_t glyph, const Matrix2d& place, Outline& outline) noexcept;
+
 	Maker _make;
 	PangoContextPtr _context;
 	DrawFunctionsPtr _drawFunctions;
