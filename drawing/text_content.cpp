@@ -232,11 +232,12 @@ private:
 	{
 		const String link = Borrowed<SVGLinkInterface>(frame.element)->GetLink();
 		const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
-		if (!Borrowed<SVGPathElementInterface>(found))
+		const ShapeKind kind = GetShapeKind(found.GetObject());
+		if (kind == ShapeKind::none)
 			return -1;
 		const Frame pathFrame(found.GetObject(), frame.place, &frame, _scene.limits);
 		TextPath path;
-		const Outline outline = ORVAN_TRY(GetOutline(ShapeKind::path, found.GetObject(), pathFrame));
+		const Outline outline = ORVAN_TRY(GetOutline(kind, found.GetObject(), pathFrame));
 		const auto count = static_cast<double>(outline.GetCommands().GetCount());
 		if (!_scene.limits.Pay(count * kCommandWork) || !_scene.limits.Hold(count * kBytesPerCommand))
 			return -1;

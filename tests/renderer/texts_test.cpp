@@ -105,6 +105,11 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 		path + "<text x='60' y='90'>█<textPath xlink:href='#p'>█</textPath><tspan fill='#f00'>█</tspan></text>");
 	EXPECT_EQ("ff0000 20-34", Row(behind, 50));
 	EXPECT_EQ("000000 60-74", Row(behind, 80));
+	// Other shapes are paths as well.
+	EXPECT_EQ("000000 35-49, 000000 60-74",
+			  Row(DrawCompletely("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
+								 "xlink:href='#r'>█<tspan x='25'>█</tspan></textPath></text>"),
+				  40));
 	// What leads nowhere is left out with its characters.
 	EXPECT_EQ("000000 10-24",
 			  Row(DrawCompletely("<text x='10' y='50'><textPath xlink:href='#q'>█</textPath>█</text>"), 40));
