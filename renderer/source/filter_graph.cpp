@@ -4,6 +4,8 @@
 #include "filters/arrange.h"
 #include "svg_complete.h"
 
+#include <algorithm>
+
 namespace orvan::cairo
 {
 namespace
@@ -18,6 +20,8 @@ using Key = SVGImportAttribute;
 
 /// A box that holds whatever there is.
 constexpr Box kEverywhere{-(1 << 28), -(1 << 28), 1 << 28, 1 << 28};
+
+constexpr std::size_t kFewInputs = 16;
 
 ColorSpace GetColorSpace(const Style& style) noexcept
 {
@@ -92,11 +96,14 @@ Result<void> FilterGraph::AppendStage(const Canvas& canvas, const Frame& user, c
 	names.source = names.previous = ORVAN_TRY(AppendUnary(ORVAN_TRY(MakeCrop()), _result, names.region));
 	_nodes[names.source].region = stage.region;
 	bool isEmpty = true;
+	Limits& limits = canvas.job.scene.limits;
 	const auto hierarchy = Cast<HierarchyObjectInterface>(stage.filter);
 	for (auto child = hierarchy->GetFirstChild(); child; child = child->GetNextSibling())
 	{
 		if (!Borrowed<SVGFilterPrimitiveInterface>(child))
 			continue;
+		if (limits.IsOver() || !limits.Pay(kElementWork))
+			break;
 		isEmpty = false;
 		ORVAN_TRY(AppendPrimitive(canvas, user, stage, space, child.GetObject(), names));
 	}
@@ -227,16 +234,21 @@ FilterGraph::Cost FilterGraph::GetCost() const noexcept
 	double alive = 0.0;
 	for (std::size_t i = 0; i < _nodes.GetCount(); i++)
 	{
+		const BaseArray<std::size_t>& inputs = _nodes[i].inputs;
 		const double area = _nodes[i].needed.GetArea();
 		alive += area;
 		cost.pixels += area;
 		// Working something out takes as much again, for what is converted and for what lies between two steps.
 		cost.pixelsAtOnce = std::max(cost.pixelsAtOnce, alive + 2.0 * area);
-		for (std::size_t input = 0; input < i; input++)
+		for (std::size_t input = 0; input < inputs.GetCount(); input++)
 		{
-			if (_nodes[input].lastUse == i)
-				alive -= _nodes[input].needed.GetArea();
+			// One that comes several times counts once; only with many inputs that is not looked for.
+			const bool isAgain = inputs.GetCount() <= kFewInputs && std::find(inputs.begin(), inputs.begin() + input,
+																			  inputs[input]) != inputs.begin() + input;
+			if (_nodes[inputs[input]].lastUse == i && !isAgain)
+				alive -= _nodes[inputs[input]].needed.GetArea();
 		}
+		alive = std::max(alive, 0.0);
 	}
 	return cost;
 }

@@ -6,6 +6,7 @@
 #include "filters/color_space.h"
 #include "filters/composite.h"
 #include "filters/convolve.h"
+#include "filters/displacement.h"
 #include "filters/lighting.h"
 #include "filters/morphology.h"
 #include "filters/pixel.h"
@@ -74,6 +75,7 @@ double GetBlurFault(double deviation)
 		return below(end) - below(start);
 	};
 	double fault = 0.0;
+	double sum = 0.0;
 	ForEach(square.Grow(reach, reach),
 			[&](int x, int y)
 			{
@@ -82,7 +84,13 @@ double GetBlurFault(double deviation)
 				EXPECT_EQ(c.alpha, c.green);
 				EXPECT_EQ(0, c.red);
 				fault = std::max(fault, std::abs(exact - c.alpha));
+				sum += c.alpha;
+				// Grids and even boxes do not move it.
+				const Channels opposite = Split(blurred.At(square.left + square.right - 1 - x, y));
+				EXPECT_NEAR(c.alpha, opposite.alpha, 2) << deviation << " at " << x << ' ' << y;
 			});
+	// Nothing gets lost.
+	EXPECT_NEAR(1.0, sum / 255.0 / square.GetArea(), 0.002) << deviation;
 	return fault;
 }
 
@@ -200,6 +208,11 @@ TEST(FilterPixels, KernelsAreTurnedAndMeetEdgesAsTheyAreTold)
 		EXPECT_EQ(noise.At(3, 4), result.At(2, 3));
 		EXPECT_EQ(corner, result.At(5, 5));
 	}
+	const std::array<double, 9> last = {0, 0, 0, 0, 0, 0, 0, 0, 1};
+	kernel.values = last;
+	kernel.edgeMode = EdgeMode::wrap;
+	EXPECT_EQ(noise.At(5, 5), Convolve(noise, box, kernel, box, kNoAlarm).At(0, 0));
+	kernel.values = first;
 	kernel.keepsAlpha = true;
 	kernel.bias = 1.0;
 	const Channels white = Split(Convolve(noise, box, kernel, box, kNoAlarm).At(2, 3));
@@ -215,6 +228,12 @@ TEST(FilterPixels, ColorSpacesFollowTheirCurveAndKeepAlpha)
 	EXPECT_EQ(0x80808000u, Convert(0x80808000u, ColorSpace::sRGB, ColorSpace::linear));
 	EXPECT_EQ(0x801C1C00u, Convert(0x80404000u, ColorSpace::sRGB, ColorSpace::linear));
 	EXPECT_EQ(0x80404000u, Convert(0x80404000u, ColorSpace::linear, ColorSpace::linear));
+	Raster raster = Flood(0xFF8040FF, {0, 0, 3, 1});
+	raster.GetPixels()[1] = 0x80404000;
+	Convert(raster, ColorSpace::sRGB, ColorSpace::linear);
+	EXPECT_EQ(0xFF370DFFu, raster.At(0, 0));
+	EXPECT_EQ(0x801C1C00u, raster.At(1, 0));
+	EXPECT_EQ(0xFF370DFFu, raster.At(2, 0));
 }
 
 TEST(FilterPixels, LightFallsOnSlopesAndFadesAtTheConesEdge)
@@ -271,6 +290,16 @@ TEST(FilterPixels, BlendingKeepsWhatOnlyOneOfTwoPicturesHas)
 	// Half of the product with the backdrop's colour, and half of the colour alone.
 	EXPECT_EQ(0xFF603018u, blend(BlendMode::multiply, 1));
 	EXPECT_EQ(0x80402010u, Composite(top, backdrop, CompositeOperator::in, area, kNoAlarm).At(1, 0));
+	// Colours are brought back into their range around their brightness.
+	const auto shine = [&](std::uint32_t light, std::uint32_t below)
+	{
+		const Box one{0, 0, 1, 1};
+		return Split(Blend(Flood(light, one), Flood(below, one), BlendMode::luminosity, one, kNoAlarm).At(0, 0));
+	};
+	EXPECT_EQ((Channels{255, 227, 227, 255}), shine(0xFFE6E6E6, 0xFF0000FF));
+	EXPECT_EQ((Channels{0, 15, 15, 255}), shine(0xFF0D0D0D, 0xFFFFFF00));
+	EXPECT_EQ(0x40404040u,
+			  CompositeArithmetic(top, backdrop, {0.0F, 0.0F, 0.0F, 0.25F}, {0, 0, 9, 1}, kNoAlarm).At(8, 0));
 	const Raster both = CompositeArithmetic(top, backdrop, {0.0F, 1.0F, -1.0F, 0.0F}, area, kNoAlarm);
 	EXPECT_EQ(0x7F400000u, both.At(1, 0));
 }
@@ -285,6 +314,12 @@ TEST(FilterPixels, TilesKeepTheirFractionsAndTheAlarmEndsEverything)
 	for (int x = 0; x < 5; x++)
 		EXPECT_EQ(tiled.At(x, 0), tiled.At(x + 5, 0)) << x;
 	EXPECT_EQ(tiled.At(0, 0), tiled.At(-5, 0));
+	EXPECT_EQ(0xFFFF0000u, tiled.At(2, 0));
+	EXPECT_EQ(0u, tiled.At(4, 0));
+	// Red moves by half the scale at full strength, and by half of it the other way where there is nothing.
+	const Displacement by{4.0, 0.0, Channel::red, Channel::red};
+	EXPECT_EQ(0xFF0000FFu, Displace(two, Flood(0xFFFF0000, {-9, 0, 9, 1}), by, {-9, 0, 9, 1}, kNoAlarm).At(-1, 0));
+	EXPECT_EQ(0xFFFF0000u, Displace(two, Raster(), by, {-9, 0, 9, 1}, kNoAlarm).At(2, 0));
 	EXPECT_EQ(0xFFFF0000u, Offset(two, 3, 4, {0, 0, 9, 9}).At(3, 4));
 
 	const Alarm over{[](void*) noexcept { return true; }, nullptr};

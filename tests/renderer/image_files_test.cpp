@@ -139,6 +139,10 @@ TEST_F(Filters, HugeOnesStayWithinTimeAndMemory)
 	EXPECT_EQ(none, WarningsOf(Filtered("<feOffset dx='1e300' dy='-1e300'/><feTile/>", everywhere)));
 	EXPECT_EQ(none, WarningsOf(Filtered("<feFlood/><feTile/><feDisplacementMap in2='SourceGraphic' scale='1e30'/>",
 										everywhere)));
+	std::string many;
+	for (int i = 0; i < 20000; i++)
+		many += "<feOffset in='a" + std::to_string(i) + "' result='b" + std::to_string(i) + "'/>";
+	WarningsOf(Filtered(many), {.deadline = 0.5});
 	const Lines late = {"Drawing takes longer than a picture may; the rest is left out."};
 	EXPECT_EQ(late, WarningsOf(Filtered("<feTurbulence baseFrequency='.1' numOctaves='1000'/>", everywhere),
 							   {.scale = 60.0, .deadline = 0.3}));
@@ -172,7 +176,7 @@ TEST_F(Filters, ThoseThatLeadBackToThemselvesOrMultiplyEnd)
 		levels += "<filter id='f" + number + "'>" + images + "<feMerge>" + nodes + "</feMerge></filter><rect id='l" +
 				  number + "' width='60' height='60' filter='url(#f" + number + ")'/>";
 	}
-	EXPECT_FALSE(WarningsOf("<defs>" + levels + "</defs><use href='#l9'/>", {.deadline = 2.0}).empty());
+	EXPECT_FALSE(WarningsOf("<defs>" + levels + "</defs><use href='#l9'/>", {.deadline = 0.5}).empty());
 }
 
 TEST_F(Filters, AreDrawnOnPagesAndAmongOtherEffects)
