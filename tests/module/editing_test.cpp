@@ -222,7 +222,7 @@ TEST_F(Editing, RemovesListsAndCopiesAttributes)
 	for (const Attribute number : {Attribute::fill, Attribute::fill, Attribute::d, Attribute::transform})
 		Must(Edit(path)->RemoveAttribute(number));
 	EXPECT_EQ("id stroke ", numbersOf(path));
-	EXPECT_EQ(Vector2d(1.0, 1.0), path->GetScale());
+	EXPECT_EQ((Vector2d{1.0, 1.0}), path->GetScale());
 	Must(Edit(use)->RemoveAttribute(Attribute::href));
 	Must(Edit(use)->RemoveAttribute(Attribute::id));
 	EXPECT_EQ("transform stroke ", numbersOf(use));

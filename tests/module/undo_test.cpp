@@ -65,7 +65,7 @@ TEST_F(UndoTest, TakesTransactionsBackAndMakesThemAgain)
 	EXPECT_EQ(3, edit->GetUndoCount());
 	EXPECT_TRUE(Must(edit->Undo()) && Must(edit->Undo()));
 	EXPECT_EQ(second, Json());
-	EXPECT_EQ(Vector2d(3.0, 4.0), At("ci")->GetTranslation());
+	EXPECT_EQ((Vector2d{3.0, 4.0}), At("ci")->GetTranslation());
 	EXPECT_TRUE(Must(edit->Undo()));
 	EXPECT_EQ(first, Json());
 	EXPECT_EQ(Vector2d(), At("ci")->GetTranslation());
