@@ -18,6 +18,7 @@ test_packages=(
 	binutils clang-format clang-tidy doxygen
 	python3 python3-numpy python3-pil librsvg2-bin # pictures to compare with
 	fonts-dejavu                                   # what their texts are written in
+	libglib2.0-dev qt6-base-dev                    # event loops, for the examples
 )
 
 lock_timeout=900 # Seconds that the package manager may be busy with something else.

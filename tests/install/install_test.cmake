@@ -73,6 +73,23 @@ if(EXISTS ${cairo_module})
 	endif()
 endif()
 
+# Event loops, each in a loop of its own with a file that changes twice: to something that can be drawn, and to nothing.
+foreach(loop glib qt)
+	if(NOT EXISTS ${WORK}/examples/watch_${loop})
+		continue()
+	endif()
+	file(COPY_FILE ${WORK}/shapes.svg ${WORK}/watched.svg)
+	run(COMMAND timeout 60 sh -c [[cd "$1" && examples/watch_$0 watched.svg 2 2>errors | while read word
+		do
+			echo $word
+			sleep 0.1
+			case $word in
+			following) echo '<svg/>' > next.svg && mv next.svg watched.svg;;
+			reloaded) echo '<svg' > watched.svg;;
+			esac
+		done]] ${loop} ${WORK} EXPECT "following\nreloaded\nkept\n")
+endforeach()
+
 # The program, and what stands beside it.
 file(READ ${WORK}/prefix/share/man/man1/orvan-svg.1 man_page)
 if(NOT man_page MATCHES "\n.SS check\n" OR NOT man_page MATCHES "\n.B [^\n]*jobs N [^\n]*\nNumber of threads" OR
