@@ -65,7 +65,7 @@ public:
 		const ObjectFactory& factory = kElementFactories[static_cast<std::size_t>(kind)];
 		SVGElementRef element = ORVAN_TRY(factory.Create<SVGElementInterface>());
 		if (parent)
-			ORVAN_TRY(Borrowed<HierarchyObjectInterface>(element)->InsertAsLastChildOf(parent, {}));
+			ORVAN_TRY(static_cast<HierarchyObject*>(element.GetObject())->InsertAsLastChildOf(parent, {}));
 		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);
 		_context.ownElement = static_cast<ElementBase*>(element.GetObject());
 		_context.isPolygon = name == "polygon";

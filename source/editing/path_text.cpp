@@ -2,6 +2,7 @@
 /// Paths that are replaced as a whole, and path data as a text.
 #include "complete/paths.h"
 #include "elements/element_classes.h"
+#include "importer/path_element_sink.h"
 #include "shared/decimal_text.h"
 
 #include <cmath>
@@ -13,50 +14,6 @@ namespace orvan::svg
 
 namespace
 {
-
-/// Keeps the segments of path data.
-class PathDataSink final : public grammar::PathSink
-{
-public:
-	explicit PathDataSink(PathData& path) noexcept : _path(path)
-	{
-	}
-
-	void MoveTo(double x, double y) override
-	{
-		Note(_path.Append(SVGPathCommandType::move, Vector2d{x, y}));
-	}
-
-	void LineTo(double x, double y) override
-	{
-		Note(_path.Append(SVGPathCommandType::line, Vector2d{x, y}));
-	}
-
-	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
-	{
-		Note(_path.Append(SVGPathCommandType::cubic, Vector2d{x1, y1}, Vector2d{x2, y2}, Vector2d{x, y}));
-	}
-
-	void Close() override
-	{
-		Note(_path.Append(SVGPathCommandType::close));
-	}
-
-	Result<void> TakeResult() noexcept
-	{
-		return std::move(_result);
-	}
-
-private:
-	void Note(Result<void> result) noexcept
-	{
-		if (!result.IsOk()) [[unlikely]]
-			_result = std::move(result);
-	}
-
-	PathData& _path;
-	Result<void> _result;
-};
 
 /// Appends a number, and a blank before it where it would run on from the one before.
 void AppendNumber(std::string& text, Float number)
@@ -128,11 +85,11 @@ Result<String> PathElement::GetPathData() const noexcept
 Result<void> PathElement::SetPathData(const String& data) noexcept
 {
 	PathData path;
-	PathDataSink sink(path);
+	PathElementSink sink(path);
 	try
 	{
 		const grammar::complete::Progress progress = grammar::complete::ParsePath(data.View(), sink);
-		ORVAN_TRY(sink.TakeResult());
+		ORVAN_TRY(sink.Exit());
 		if (!progress.isWhole)
 			return IllegalArgumentError("Path data has a fault at character @.",
 										static_cast<std::int64_t>(progress.offset) + 1);
@@ -141,7 +98,6 @@ Result<void> PathElement::SetPathData(const String& data) noexcept
 	{
 		return OutOfMemoryError();
 	}
-	path.Compact();
 	return ReplacePath(std::move(path));
 }
 

@@ -46,11 +46,9 @@ public:
 	template <typename T>
 	Result<void> Store(SVGImportAttribute key, T value) noexcept
 	{
-		if (!_isTracked) [[likely]]
-			return _attributes.Set(static_cast<std::int32_t>(key), std::move(value));
-		DataDictionary changed = _attributes;
-		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(key), std::move(value)));
-		return ChangeAttributes(std::move(changed), key);
+		if (_isTracked) [[unlikely]]
+			return StoreTracked(key, std::move(value));
+		return _attributes.Set(static_cast<std::int32_t>(key), std::move(value));
 	}
 
 	/// Stores all of these values or, when memory runs out, none.
@@ -272,7 +270,14 @@ public:
 	}
 
 protected:
-	// Changes of tracked elements: a member gets another value.
+	// Changes of tracked elements: a member gets another value. Kept out of the way of those that are not.
+	template <typename T>
+	[[gnu::noinline, gnu::cold]] Result<void> StoreTracked(SVGImportAttribute key, T value) noexcept
+	{
+		DataDictionary changed = _attributes;
+		ORVAN_TRY(changed.Set(static_cast<std::int32_t>(key), std::move(value)));
+		return ChangeAttributes(std::move(changed), key);
+	}
 	template <typename T>
 	Result<void> ChangeTracked(T& member, T value, SVGImportAttribute attribute,
 							   SVGChangeKind kind = SVGChangeKind::attribute) noexcept;

@@ -131,6 +131,12 @@ public:
 		return {};
 	}
 
+	/// The commands of an element that is being loaded, which is not tracked.
+	PathData& LoadedPath() noexcept
+	{
+		return _path;
+	}
+
 	// Editing; see `SVGPathEditInterface`.
 	Result<void> Clear() noexcept
 	{

@@ -14,34 +14,40 @@ namespace orvan::svg
 class PathElementSink : public grammar::PathSink
 {
 public:
-	explicit PathElementSink(PathElement& path) noexcept : _path(path)
+	/// For an element that is being loaded.
+	explicit PathElementSink(PathElement& path) noexcept : _path(path.LoadedPath())
+	{
+	}
+
+	/// For commands that stand in no element yet.
+	explicit PathElementSink(PathData& path) noexcept : _path(path)
 	{
 	}
 
 	void MoveTo(double x, double y) override
 	{
-		Note(_path.MoveTo({x, y}));
+		Note(_path.Append(SVGPathCommandType::move, Vector2d{x, y}));
 	}
 
 	void LineTo(double x, double y) override
 	{
-		Note(_path.LineTo({x, y}));
+		Note(_path.Append(SVGPathCommandType::line, Vector2d{x, y}));
 	}
 
 	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
 	{
-		Note(_path.CubicBezierTo({x1, y1}, {x2, y2}, {x, y}));
+		Note(_path.Append(SVGPathCommandType::cubic, Vector2d{x1, y1}, Vector2d{x2, y2}, Vector2d{x, y}));
 	}
 
 	void Close() override
 	{
-		Note(_path.CloseSubpath());
+		Note(_path.Append(SVGPathCommandType::close));
 	}
 
 	/// The end of the attribute.
 	Result<void> Exit() noexcept
 	{
-		Note(_path.PathExit());
+		_path.Compact();
 		return std::move(_result);
 	}
 
@@ -52,7 +58,7 @@ private:
 			_result = std::move(result);
 	}
 
-	PathElement& _path;
+	PathData& _path;
 	Result<void> _result;
 };
 

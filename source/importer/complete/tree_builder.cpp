@@ -156,7 +156,7 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	const SVGElementRef reference = ORVAN_TRY(FactoryOf(tag).Create<SVGElementInterface>());
 	auto& element = static_cast<ElementBase&>(*static_cast<HierarchyObject*>(reference.GetObject()));
 	if (parent != nullptr)
-		ORVAN_TRY(element.InsertAsLastChildOf(HierarchyObjectRef::From(parent), {}));
+		ORVAN_TRY(element.HierarchyObject::InsertAsLastChildOf(HierarchyObjectRef::From(parent), {}));
 	_elementTag = NameOf(node);
 
 	Surroundings inner = outer;
