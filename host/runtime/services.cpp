@@ -6,6 +6,7 @@
 #include "dictionary.h"
 #include "errors.h"
 #include "file_monitor.h"
+#include "file_replacement.h"
 #include "files.h"
 #include "memory.h"
 #include "objects.h"
@@ -91,6 +92,7 @@ constexpr HostServices kServices = {
 	.stampStream = &runtime::StampStream,
 	.followFile = &runtime::FollowFile,
 	.retryPostponed = &runtime::RetryPostponed,
+	.replaceFile = &runtime::ReplaceFile,
 };
 
 /// The host's own types are there before `main` starts, so that data can be made without any module.

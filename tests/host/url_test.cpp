@@ -176,5 +176,34 @@ TEST_F(Urls, ReportWantOfMemoryAndCloseTheirDescriptors)
 	EXPECT_EQ(firstFree, again);
 }
 
+TEST_F(Urls, ReplaceFilesAtOnceOrNotAtAll)
+{
+	namespace fs = std::filesystem;
+	const fs::path file = folder / "file";
+	const Url url = UrlOfPath(folder / "link");
+	fs::create_symlink("file", folder / "link");
+	// Through a link that leads nowhere yet; then over what stands there, with its permissions.
+	const FileStamp first = Must(url.Replace("one", 3));
+	EXPECT_EQ("one", ReadAll(UrlOfPath(file)));
+	EXPECT_FALSE(UrlOfPath(file).GetStamp().MayDifferFrom(
+		[&]
+		{
+			FileStamp sure = first;
+			sure.isUncertain = false;
+			return sure;
+		}()));
+	fs::permissions(file, fs::perms(0604));
+	Must(url.Replace("", 0));
+	EXPECT_EQ("", ReadAll(UrlOfPath(file)));
+	EXPECT_EQ(fs::perms(0604), fs::status(file).permissions());
+	EXPECT_TRUE(fs::is_symlink(folder / "link"));
+	// What cannot be done leaves nothing behind.
+	EXPECT_FALSE(UrlOfPath(folder.GetPath()).Replace("x", 1).IsOk());
+	EXPECT_FALSE(UrlOfPath(folder / "missing" / "file").Replace("x", 1).IsOk());
+	EXPECT_FALSE(UrlOf("memory:file").Replace("x", 1).IsOk());
+	EXPECT_FALSE(url.Replace("x", -1).IsOk());
+	EXPECT_EQ(2, std::distance(fs::directory_iterator(folder.GetPath()), {}));
+}
+
 } // namespace
 } // namespace orvan

@@ -17,7 +17,7 @@ namespace orvan
 namespace
 {
 
-static_assert(kHostAbiVersion == AbiVersion{2, 0});
+static_assert(kHostAbiVersion == AbiVersion{2, 1});
 
 /// Size and alignment of a type that crosses the border between modules.
 template <typename T, std::size_t size, std::size_t alignment = 8>
@@ -61,7 +61,8 @@ static_assert(offsetof(HostServices, findClass) == 88 && offsetof(HostServices, 
 static_assert(offsetof(HostServices, acquireWeak) == 128 && offsetof(HostServices, dictionaryRelease) == 168);
 static_assert(offsetof(HostServices, detectUrl) == 176 && offsetof(HostServices, unwatchFile) == 224);
 static_assert(offsetof(HostServices, parseFloat) == 232 && offsetof(HostServices, dictionaryRemove) == 240);
-static_assert(offsetof(HostServices, retryPostponed) == 272 && sizeof(HostServices) == 280);
+static_assert(offsetof(HostServices, retryPostponed) == 272 && offsetof(HostServices, replaceFile) == 280);
+static_assert(sizeof(HostServices) == 288);
 
 // Slots.
 static_assert(ObjectInterface::kSlotCount == 0 && HierarchyObjectInterface::kSlotCount == 6);

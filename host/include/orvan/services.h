@@ -37,7 +37,7 @@ struct AbiVersion
 };
 
 /// The version that these headers describe.
-inline constexpr AbiVersion kHostAbiVersion = {2, 0};
+inline constexpr AbiVersion kHostAbiVersion = {2, 1};
 
 /// True when a host of one version can load a module that was built against another.
 constexpr bool CanLoad(const AbiVersion& host, const AbiVersion& module) noexcept
@@ -136,6 +136,11 @@ struct HostServices
 							  MonitorRegistration** result) noexcept;
 	/// Makes every change due again that a handler has postponed.
 	void (*retryPostponed)() noexcept;
+
+	// Since version 2.1.
+
+	/// Replaces what a URL designates by these bytes, see `Url::Replace`.
+	ErrorBlock* (*replaceFile)(const Url& url, const void* bytes, std::int64_t count, FileStamp* stamp) noexcept;
 };
 
 namespace detail

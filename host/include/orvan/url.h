@@ -77,6 +77,21 @@ public:
 	/// Opens what the URL designates for reading. An I/O error with this URL when that is not possible.
 	Result<InputStream> OpenInputStream() const noexcept;
 
+	/// Puts a file with these bytes in the place of the one that the URL designates, or where there is none yet. The
+	/// new file is written beside the old one and takes its name when it is complete and on the disk, so that nobody
+	/// ever finds half of it, and the old one stays when anything fails. It has the permissions of the old file, and
+	/// its owner where the system allows that; a symbolic link stays one, and what it leads to is replaced.
+	///
+	/// The result is the new file's stamp. Fails with an I/O error when the URL is no `file:` URL, when it designates
+	/// something that is no file, and when the old file may not be written; and with the illegal-argument error for a
+	/// negative count.
+	Result<FileStamp> Replace(const void* bytes, std::int64_t count) const noexcept
+	{
+		FileStamp stamp;
+		ORVAN_TRY(ResultOf(Host().replaceFile(*this, bytes, count, &stamp)));
+		return stamp;
+	}
+
 	/// True when the texts are the same; two ways of writing one place differ.
 	friend bool operator==(const Url& a, const Url& b) noexcept = default;
 
