@@ -336,7 +336,10 @@ private:
 		const bool isShort = usual.digits <= ShortDecimal::kMostDigits;
 		if (isShort) [[likely]]
 			number = Convert(usual);
-		if ((isShort || ConvertLong(usual, number)) && !HasOthers(from, _at)) [[likely]]
+		// In the complete dialect longer ones are read more exactly than the library does.
+		constexpr std::uint64_t kMostExact = 15;
+		const bool isLong = dialect == PathDialect::plain || usual.digits <= kMostExact;
+		if ((isShort || (isLong && ConvertLong(usual, number))) && !HasOthers(from, _at)) [[likely]]
 			return true;
 		_at = from;
 		return false;
