@@ -5,6 +5,7 @@
 #include "orvan/hash_map.h"
 #include "svg_elements.h"
 #include "svg_import.h"
+#include "writer/document_source.h"
 
 namespace orvan::svg
 {
@@ -14,6 +15,7 @@ struct ImportResult
 {
 	SVGElementRef root;
 	StringMap<SVGElementRef> elementsById;
+	DocumentSourcePointer source; ///< Where there is a root and the options ask for it.
 };
 
 /// Imports the bytes of a file, behind which a terminating zero stands that the count contains; no bytes at all are no

@@ -4,6 +4,7 @@
 #include "registration.h"
 #include "svg_edit.h"
 #include "svg_import.h"
+#include "svg_source.h"
 #include "vector_icon.h"
 #include "vector_icon_theme.h"
 
@@ -68,7 +69,7 @@ using LaterInterfaces =
 				  SVGTextContentInterface, SVGTextPathElementInterface, SVGTextRunInterface, SVGFilterElementInterface,
 				  SVGFilterPrimitiveInterface, SVGFilterPartInterface, SVGDescriptionInterface,
 				  SVGForeignObjectElementInterface, SVGElementEditInterface, SVGPathEditInterface, SVGUseEditInterface,
-				  SVGDocumentEditInterface, VectorIconThemeInterface>;
+				  SVGDocumentEditInterface, VectorIconThemeInterface, SVGDocumentSourceInterface>;
 
 ORVAN_REGISTER_ALL(ORVAN_ORDER_INTERFACES, LaterInterfaces::Entries, laterInterfaces);
 

@@ -77,7 +77,9 @@ void Document::Reset() noexcept
 	_url = Url();
 	_isFromUrl = false;
 	_report = SVGImportReport();
+	_source = nullptr;
 	_stamp = FileStamp();
+	_savedHash = 0;
 	_isPlaceholder = false;
 	if (!_isLoading)
 		TellOfLoad(SVGChangeKind::loaded, _report);
@@ -146,6 +148,8 @@ void Document::TakeContentOf(Document& other) noexcept
 	if (_isTracking)
 		TrackRoot();
 	_report = std::move(other._report);
+	_source = std::move(other._source);
+	_savedHash = 0;
 	_isPlaceholder = other._isPlaceholder;
 }
 
@@ -208,6 +212,7 @@ Result<void> Document::LoadBytes(BaseArray<char> bytes) noexcept
 		return BuildPlaceholder();
 	ORVAN_TRY(TakeRoot(std::move(imported.root)));
 	_ids.Take(std::move(imported.elementsById));
+	_source = std::move(imported.source);
 	return {};
 }
 
@@ -227,7 +232,8 @@ namespace
 
 constexpr ClassDeclaration kDocumentClass =
 	DeclareClass<Document, Implements<SVGDocumentInterface, Document>, Implements<SVGDocumentImportInterface, Document>,
-				 Implements<SVGDocumentEditInterface, Document>>(kSVGDocumentClass);
+				 Implements<SVGDocumentEditInterface, Document>, Implements<SVGDocumentSourceInterface, Document>>(
+		kSVGDocumentClass);
 constexpr ClassDeclaration kContextClass = DeclareClassWithoutImplementation(kSVGContextClass);
 
 constexpr UseDeclaration kUses[] = {

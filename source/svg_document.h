@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The implementation of `SVGDocumentInterface`, `SVGDocumentImportInterface` and `SVGDocumentEditInterface`.
+/// The implementation of `SVGDocumentInterface` and of what documents offer for importing, editing and saving.
 #pragma once
 
 #include "editing/edit_history.h"
@@ -9,6 +9,10 @@
 #include "svg_base.h"
 #include "svg_edit.h"
 #include "svg_import.h"
+#include "svg_source.h"
+#include "writer/document_source.h"
+
+#include <span>
 
 namespace orvan::svg
 {
@@ -46,6 +50,22 @@ public:
 	Result<void> RenameId(const SVGElementRef& element, const String& id) noexcept;
 	Result<void> SetRootElement(const SVGElementRef& root) noexcept;
 
+	Result<void> Save(const Url& url, const SVGSaveOptions& options) noexcept;
+	Result<BaseArray<char>> SaveToMemory(const SVGSaveOptions& options) const noexcept;
+	bool HasSource() const noexcept;
+	Result<String> GetTag(const SVGElementRef& element) const noexcept;
+	Result<BaseArray<String>> GetAttributeNames(const SVGElementRef& element) const noexcept;
+	Result<String> GetRawAttribute(const SVGElementRef& element, const String& name) const noexcept;
+	Result<String> GetAttributeText(const SVGElementRef& element, const String& name) const noexcept;
+	Result<void> SetAttributeText(const SVGElementRef& element, const String& name, const String& text) noexcept;
+	Result<void> RemoveAttributeText(const SVGElementRef& element, const String& name) noexcept;
+	Result<String> FormatValue(SVGImportElementKind kind, SVGImportAttribute attribute,
+							   const Data& value) const noexcept;
+	Result<Data> ParseValue(SVGImportElementKind kind, SVGImportAttribute attribute, const String& text) const noexcept;
+	Result<BaseArray<SVGElementRef>> Select(const String& selectors) const noexcept;
+	Result<BaseArray<SVGRepair>> Repair() noexcept;
+	Result<String> GetSourceText() const noexcept;
+
 	// For icons, which keep their tree when the file has become unusable.
 
 	/// True when the file was refused, so that the tree is a placeholder.
@@ -54,6 +74,13 @@ public:
 	bool IsFromUrl() const noexcept;
 	/// The file that the tree was read from, as it was then; empty where there was none.
 	const FileStamp& GetStamp() const noexcept;
+	/// As the methods of the interface, but the "display" of some elements, which is the icon's business, is not saved.
+	Result<void> SaveWithout(std::span<const ElementBase* const> switched, const Url& url,
+							 const SVGSaveOptions& options) noexcept;
+	Result<BaseArray<char>> SaveToMemoryWithout(std::span<const ElementBase* const> switched,
+												const SVGSaveOptions& options) const noexcept;
+	/// True when the file at the document's URL is what `Save` has last put there.
+	bool IsSavedFile() const noexcept;
 	/// Lets go of the tree and the ids, without taking the tree apart, and takes over those of `other`.
 	void TakeContentOf(Document& other) noexcept;
 	const SVGImportReport& GetReport() const noexcept
@@ -108,6 +135,7 @@ public:
 private:
 	void BeginLoad() noexcept;
 	Result<void> EndLoad(Result<void> loaded) noexcept;
+	SourceOverride* FindOverride(const SVGElementRef& element, std::string_view name) noexcept;
 	Result<void> Load() noexcept;
 	Result<void> LoadCopy(const void* bytes, std::size_t count) noexcept;
 	Result<void> LoadBytes(BaseArray<char> bytes) noexcept;
@@ -132,7 +160,9 @@ private:
 	Url _url;
 	SVGImportOptions _options;
 	SVGImportReport _report;
+	DocumentSourcePointer _source; ///< Null unless it is kept.
 	FileStamp _stamp;
+	std::uint64_t _savedHash = 0; ///< Of the bytes that were saved to the document's own file; 0 for none.
 	bool _isFromUrl = false;
 	bool _isPlaceholder = false;
 	bool _isLoading = false;

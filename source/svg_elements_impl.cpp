@@ -203,6 +203,16 @@ DeclareAll(ClassList<Rows...>, ClassList<CompleteRows...>) noexcept
 
 constexpr std::array kElementClasses = DeclareAll(ElementClasses(), CompleteElementClasses());
 
+/// Their kinds, likewise.
+template <typename... Rows, typename... CompleteRows>
+constexpr std::array<SVGImportElementKind, sizeof...(Rows) + sizeof...(CompleteRows)>
+KindsOf(ClassList<Rows...>, ClassList<CompleteRows...>) noexcept
+{
+	return {Rows::kKind..., CompleteRows::kKind...};
+}
+
+constexpr std::array kElementClassKinds = KindsOf(ElementClasses(), CompleteElementClasses());
+
 } // namespace
 
 ElementBase* AsElement(HierarchyObject* object) noexcept
@@ -213,6 +223,12 @@ ElementBase* AsElement(HierarchyObject* object) noexcept
 	const bool isOurs =
 		!std::less<>()(declaration, kElementClasses.begin()) && std::less<>()(declaration, kElementClasses.end());
 	return isOurs ? static_cast<ElementBase*>(object) : nullptr;
+}
+
+SVGImportElementKind ClassKindOf(const ElementBase& element) noexcept
+{
+	const ClassDeclaration* declaration = element.GetClass().declaration.load(std::memory_order_relaxed);
+	return kElementClassKinds[static_cast<std::size_t>(declaration - kElementClasses.begin())];
 }
 
 // Registration -------------------------------------------------------------------------------------------------------

@@ -9,11 +9,13 @@
 #include "importer/xml/xml_tree.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
+#include "writer/source_recorder.h"
 
 #include <algorithm>
 #include <exception>
 #include <functional>
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace orvan::svg
@@ -50,8 +52,8 @@ SVGImportAttribute NumberOf(const XmlAttribute& attribute) noexcept
 class TreeBuilder
 {
 public:
-	TreeBuilder(SVGParseContext& context, XmlTree& tree) noexcept
-		: _context(context), _tree(tree), _values(tree.HasReferences())
+	TreeBuilder(SVGParseContext& context, XmlTree& tree, SourceRecorder* recorder) noexcept
+		: _context(context), _tree(tree), _recorder(recorder), _values(tree.HasReferences())
 	{
 	}
 
@@ -70,6 +72,8 @@ public:
 		_context.ownElement = static_cast<ElementBase*>(element.GetObject());
 		_context.isPolygon = name == "polygon";
 		_context.elementName = NameOf(node);
+		if (_recorder != nullptr) [[unlikely]]
+			_recorder->NoteElement(node.name(), element);
 		ORVAN_TRY(SetAttributes(node));
 		if (kind == SVGImportElementKind::text)
 			ORVAN_TRY(SetText(node, element));
@@ -117,6 +121,7 @@ private:
 
 	SVGParseContext& _context;
 	XmlTree& _tree;
+	SourceRecorder* _recorder; ///< Null unless the source is kept.
 	ReferenceDecoder _values;
 };
 
@@ -134,12 +139,28 @@ public:
 
 	Result<ImportResult> Run(BaseArray<char> bytes)
 	{
+		if (_options.keepsSource)
+			_kept = ORVAN_TRY(MakeDocumentSource());
 		if (_options.isComplete)
-			_source = ORVAN_TRY(ReadSourceText(std::move(bytes)));
+			_source = ORVAN_TRY(ReadSourceText(std::move(bytes), _kept ? &_kept->file : nullptr));
 		else
 			_source.text = std::move(bytes);
 		XmlTree tree(_source.text.begin(), Text().size());
+		if (_kept)
+			_recorder.emplace(*_kept, Text());
 		return _options.isComplete ? BuildComplete(tree) : BuildPlain(tree);
+	}
+
+	/// Hands over the source, when it was kept. The import's own text goes with it.
+	Result<DocumentSourcePointer> TakeSource() noexcept
+	{
+		if (_kept)
+		{
+			ORVAN_TRY(_recorder->Finish());
+			_kept->text = std::move(_source);
+			_kept->isComplete = _options.isComplete;
+		}
+		return std::move(_kept);
 	}
 
 	/// Takes down what an exception is about, which ends the import.
@@ -202,8 +223,10 @@ private:
 		{
 			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
 				continue;
-			SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tree).Build(*node, {}));
-			return ImportResult{std::move(root), std::move(_plain.elementsById)};
+			if (_recorder)
+				ORVAN_TRY(_recorder->Collect(*node));
+			SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tree, Recorder()).Build(*node, {}));
+			return ImportResult{std::move(root), std::move(_plain.elementsById), {}};
 		}
 		return ImportResult();
 	}
@@ -214,17 +237,26 @@ private:
 		{
 			if (node->type() != xml::node_element || complete::TagOfNode(*node) != complete::TagOf(Kind::svg))
 				continue;
-			complete::TreeBuilder builder(_complete, tree);
+			if (_recorder)
+				ORVAN_TRY(_recorder->Collect(*node));
+			complete::TreeBuilder builder(_complete, tree, Recorder());
 			SVGElementRef root = ORVAN_TRY(builder.BuildDocument(*node, _options.styleSheet.View()));
-			return ImportResult{std::move(root), _complete.TakeIds()};
+			return ImportResult{std::move(root), _complete.TakeIds(), {}};
 		}
 		return ImportResult();
+	}
+
+	SourceRecorder* Recorder() noexcept
+	{
+		return _recorder ? &*_recorder : nullptr;
 	}
 
 	using Kind = SVGImportElementKind;
 
 	const SVGImportOptions& _options;
 	SourceText _source;
+	DocumentSourcePointer _kept;
+	std::optional<SourceRecorder> _recorder;
 	SVGParseContext _plain;
 	complete::Importer _complete;
 	bool _isRefused = false;
@@ -268,6 +300,8 @@ Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& optio
 	ImportDriver driver(options);
 	ImportResult result = ORVAN_TRY(RunGuarded(driver, std::move(bytes)));
 	ORVAN_TRY(driver.MakeReport(report, static_cast<bool>(result.root)));
+	if (result.root)
+		result.source = ORVAN_TRY(driver.TakeSource());
 	if (report.outcome == SVGImportOutcome::noSvgElement)
 		WarningOutput("The file holds no svg element.");
 	return result;

@@ -6,6 +6,7 @@
 #include "orvan/diagnostics.h"
 #include "registration.h"
 #include "svg_document.h"
+#include "writer/element_text.h"
 
 #include <algorithm>
 #include <atomic>
@@ -107,6 +108,100 @@ Result<void> VectorIconImpl::InitFromMemory(const void* bytes, std::int64_t coun
 Result<SVGImportReport> VectorIconImpl::GetImportReport() const noexcept
 {
 	return Content().GetImportReport();
+}
+
+/// The layers that the icon shows and hides. What it does to them is not a change of the file.
+Result<BaseArray<const ElementBase*>> VectorIconImpl::ListSwitched() const noexcept
+{
+	BaseArray<const ElementBase*> switched;
+	const auto add = [&](const String& id) -> Result<void>
+	{
+		const ElementBase* const layer = ElementOf(GetLayer(id));
+		return layer != nullptr ? switched.Append(layer) : Result<void>();
+	};
+	if (_isStateSet)
+	{
+		for (const String& id : _stateLayers)
+			ORVAN_TRY(add(id));
+	}
+	for (const LayerSwitch& entry : _clientSwitches)
+		ORVAN_TRY(add(entry.id));
+	return switched;
+}
+
+Result<void> VectorIconImpl::Save(const Url& url, const SVGSaveOptions& options) noexcept
+{
+	const BaseArray<const ElementBase*> switched = ORVAN_TRY(ListSwitched());
+	return Content().SaveWithout(switched, url, options);
+}
+
+Result<BaseArray<char>> VectorIconImpl::SaveToMemory(const SVGSaveOptions& options) const noexcept
+{
+	const BaseArray<const ElementBase*> switched = ORVAN_TRY(ListSwitched());
+	return Content().SaveToMemoryWithout(switched, options);
+}
+
+bool VectorIconImpl::HasSource() const noexcept
+{
+	return Content().HasSource();
+}
+
+Result<String> VectorIconImpl::GetTag(const SVGElementRef& element) const noexcept
+{
+	return Content().GetTag(element);
+}
+
+Result<BaseArray<String>> VectorIconImpl::GetAttributeNames(const SVGElementRef& element) const noexcept
+{
+	return Content().GetAttributeNames(element);
+}
+
+Result<String> VectorIconImpl::GetRawAttribute(const SVGElementRef& element, const String& name) const noexcept
+{
+	return Content().GetRawAttribute(element, name);
+}
+
+Result<String> VectorIconImpl::GetAttributeText(const SVGElementRef& element, const String& name) const noexcept
+{
+	return Content().GetAttributeText(element, name);
+}
+
+Result<void> VectorIconImpl::SetAttributeText(const SVGElementRef& element, const String& name,
+											  const String& text) noexcept
+{
+	return Content().SetAttributeText(element, name, text);
+}
+
+Result<void> VectorIconImpl::RemoveAttributeText(const SVGElementRef& element, const String& name) noexcept
+{
+	return Content().RemoveAttributeText(element, name);
+}
+
+Result<String> VectorIconImpl::FormatValue(SVGImportElementKind kind, SVGImportAttribute attribute,
+										   const Data& value) const noexcept
+{
+	return Content().FormatValue(kind, attribute, value);
+}
+
+Result<Data> VectorIconImpl::ParseValue(SVGImportElementKind kind, SVGImportAttribute attribute,
+										const String& text) const noexcept
+{
+	return Content().ParseValue(kind, attribute, text);
+}
+
+Result<BaseArray<SVGElementRef>> VectorIconImpl::Select(const String& selectors) const noexcept
+{
+	return Content().Select(selectors);
+}
+
+Result<BaseArray<SVGRepair>> VectorIconImpl::Repair() noexcept
+{
+	return Content().Repair();
+}
+
+Result<String> VectorIconImpl::GetSourceText() const noexcept
+{
+	return Content().GetSourceText();
 }
 
 Document& VectorIconImpl::Content() const noexcept
@@ -276,6 +371,8 @@ FileChangeOutcome VectorIconImpl::Reload() noexcept
 {
 	if (!g_isLiveReloadAllowed)
 		return FileChangeOutcome::postponed;
+	if (Content().IsSavedFile())
+		return FileChangeOutcome::noted; // The icon's tree is what stands there.
 	Result<SVGDocumentRef> fresh = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
 	if (fresh.IsOk())
 		IgnoreResult(static_cast<Document&>(*fresh.GetValue().GetObject()).SetImportOptions(GetImportOptions()));
@@ -414,12 +511,11 @@ Result<void> IconEdits::SetRootElement(const SVGElementRef& root) noexcept { ret
 namespace
 {
 
-constexpr ClassDeclaration kIconClass =
-	DeclareClass<VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>,
-				 Implements<SVGDocumentInterface, VectorIconImpl>,
-				 Implements<SVGDocumentImportInterface, VectorIconImpl>,
-				 Implements<SVGDocumentEditInterface, IconEdits>, Implements<VectorIconThemeInterface, VectorIconImpl>>(
-		kVectorIconClass);
+constexpr ClassDeclaration kIconClass = DeclareClass<
+	VectorIconImpl, Implements<VectorIconInterface, VectorIconImpl>, Implements<SVGDocumentInterface, VectorIconImpl>,
+	Implements<SVGDocumentImportInterface, VectorIconImpl>, Implements<SVGDocumentEditInterface, IconEdits>,
+	Implements<VectorIconThemeInterface, VectorIconImpl>, Implements<SVGDocumentSourceInterface, VectorIconImpl>>(
+	kVectorIconClass);
 
 constexpr UseDeclaration kUses[] = {
 	{"vector_icon_impl", "VectorIconInterface", "vector_icon"},

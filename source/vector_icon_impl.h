@@ -6,6 +6,7 @@
 #include "orvan/file_monitor.h"
 #include "svg_edit.h"
 #include "svg_import.h"
+#include "svg_source.h"
 #include "vector_icon.h"
 #include "vector_icon_theme.h"
 
@@ -15,6 +16,7 @@ namespace orvan::svg
 {
 
 class Document;
+class ElementBase;
 class VectorIconImpl;
 
 /// The editing half of an icon: that of its document.
@@ -64,6 +66,22 @@ public:
 	Result<void> InitFromMemory(const void* bytes, std::int64_t count, const Url& baseUrl) noexcept;
 	Result<SVGImportReport> GetImportReport() const noexcept;
 
+	Result<void> Save(const Url& url, const SVGSaveOptions& options) noexcept;
+	Result<BaseArray<char>> SaveToMemory(const SVGSaveOptions& options) const noexcept;
+	bool HasSource() const noexcept;
+	Result<String> GetTag(const SVGElementRef& element) const noexcept;
+	Result<BaseArray<String>> GetAttributeNames(const SVGElementRef& element) const noexcept;
+	Result<String> GetRawAttribute(const SVGElementRef& element, const String& name) const noexcept;
+	Result<String> GetAttributeText(const SVGElementRef& element, const String& name) const noexcept;
+	Result<void> SetAttributeText(const SVGElementRef& element, const String& name, const String& text) noexcept;
+	Result<void> RemoveAttributeText(const SVGElementRef& element, const String& name) noexcept;
+	Result<String> FormatValue(SVGImportElementKind kind, SVGImportAttribute attribute,
+							   const Data& value) const noexcept;
+	Result<Data> ParseValue(SVGImportElementKind kind, SVGImportAttribute attribute, const String& text) const noexcept;
+	Result<BaseArray<SVGElementRef>> Select(const String& selectors) const noexcept;
+	Result<BaseArray<SVGRepair>> Repair() noexcept;
+	Result<String> GetSourceText() const noexcept;
+
 	// The icon.
 	Result<void> SetLayerEnabled(const String& id, bool enabled) noexcept;
 	Result<void> ToggleLayer(const String& id) noexcept;
@@ -105,6 +123,7 @@ private:
 	void ApplyTheme(const SVGDocumentRef& document) noexcept;
 	void Follow() noexcept;
 	FileChangeOutcome Reload() noexcept;
+	Result<BaseArray<const ElementBase*>> ListSwitched() const noexcept;
 
 	SVGDocumentRef _document;
 	SVGIconState _state = SVGIconState::uninitialized;

@@ -351,4 +351,7 @@ private:
 /// The element behind a hierarchy object, when its class is one of this module's; null for others.
 ElementBase* AsElement(HierarchyObject* object) noexcept;
 
+/// The kind that an element's class is for, whatever a client has set as its type.
+SVGImportElementKind ClassKindOf(const ElementBase& element) noexcept;
+
 } // namespace orvan::svg

@@ -125,6 +125,12 @@ public:
 		return Append(SVGPathCommandType::close);
 	}
 
+	/// Differs for paths that differ.
+	std::uint64_t HashOfPath() const noexcept
+	{
+		return _path.GetHash();
+	}
+
 	Result<void> PathExit() noexcept
 	{
 		_path.Compact();

@@ -50,6 +50,12 @@ public:
 		return {};
 	}
 
+	/// A hash of the commands.
+	std::uint64_t GetHash() const noexcept
+	{
+		return HashBytes({reinterpret_cast<const char*>(_words.begin()), _words.GetCount() * sizeof(std::uint64_t)});
+	}
+
 	/// The commands where they stand; good until the next change.
 	SVGPathView GetView() const noexcept
 	{

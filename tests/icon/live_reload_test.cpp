@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "icon_fixture.h"
 #include "orvan/host/file_monitor_pump.h"
-#include "svg_import.h"
+#include "svg_source.h"
 
 #include <thread>
 
@@ -59,6 +59,30 @@ TEST_F(LiveReload, FollowsRewritesRenamesAndRecreation)
 	Write("recreated");
 	PumpUntilQuiet();
 	EXPECT_EQ("recreated", RootId(icon));
+	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(LiveReload, LeavesWhatTheIconHasSavedItself)
+{
+	const auto icon = Must(CreateObject<VectorIconInterface>(kVectorIconClass));
+	SVGImportOptions options;
+	options.keepsSource = true;
+	Must(Cast<SVGDocumentImportInterface>(icon)->SetImportOptions(options));
+	Must(Cast<SVGDocumentInterface>(icon)->Init(Must(Url::FromPath(file.string()))));
+	icon->SetLiveReloadEnabled(true);
+	icon->SetState(SVGIconState::enabledActivatedHighlight);
+	const SVGElementRef root = Cast<SVGDocumentInterface>(icon)->GetRootElement();
+	Must(root->SetId(Text("saved")));
+	const auto source = Cast<SVGDocumentSourceInterface>(icon);
+	Must(source->Save(Cast<SVGDocumentInterface>(icon)->GetUrl(), {}));
+	// What the state shows and hides is not a change of the file.
+	std::ifstream saved(file);
+	EXPECT_EQ(IconFile(kStateLayers, "saved"), std::string(std::istreambuf_iterator<char>(saved), {}));
+	PumpUntilQuiet();
+	EXPECT_EQ(root, Cast<SVGDocumentInterface>(icon)->GetRootElement());
+	Write("another");
+	PumpUntilQuiet();
+	EXPECT_EQ("another", RootId(icon));
 	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
 }
 

@@ -93,6 +93,9 @@ constexpr InterfaceRow kInterfaces[] = {
 	{"vectoricontheme", "VectorIconTheme",
 	 "SetCurrentColor ClearCurrentColor SetStyleSheet GetStyleSheet GetLoadCount GetStateLayers SetStateLayer "
 	 "GetStateLayer"},
+	{"svgdocumentsource", "SVGDocumentSource",
+	 "Save SaveToMemory HasSource GetTag GetAttributeNames GetRawAttribute GetAttributeText SetAttributeText "
+	 "RemoveAttributeText FormatValue ParseValue Select Repair GetSourceText"},
 };
 
 constexpr const char* kReferenceTypes =
@@ -103,7 +106,8 @@ constexpr const char* kReferenceTypes =
 	// Published later, in this order.
 	"SVGDocumentImport SVGLink SVGPatternElement SVGMarkerElement SVGImageElement SVGSwitchElement SVGAnchorElement "
 	"SVGTextContent SVGTextPathElement SVGTextRun SVGFilterElement SVGFilterPrimitive SVGFilterPart SVGDescription "
-	"SVGForeignObjectElement SVGElementEdit SVGPathEdit SVGUseEdit SVGDocumentEdit VectorIconTheme";
+	"SVGForeignObjectElement SVGElementEdit SVGPathEdit SVGUseEdit SVGDocumentEdit VectorIconTheme "
+	"SVGDocumentSource";
 
 constexpr const char* kClasses =
 	"svgdocument svgcontext svgelement svgsvgelement svguseelement svgdefselement svgsymbolelement svggroupelement "

@@ -75,6 +75,16 @@ Tag FindTag(std::string_view name) noexcept
 	return row != nullptr ? row->tag : Tag::unknown;
 }
 
+std::string_view TagName(Tag tag) noexcept
+{
+	for (const Row& row : kTags)
+	{
+		if (row.tag == tag)
+			return row.name;
+	}
+	return {};
+}
+
 const ObjectFactory& FactoryOf(Tag tag) noexcept
 {
 	return kFactories[static_cast<std::size_t>(KindOf(tag))];

@@ -102,6 +102,9 @@ private:
 /// The tag of a name without prefix; `unknown` when there is none.
 Tag FindTag(std::string_view name) noexcept;
 
+/// The name of a tag; empty for `unknown` and for runs of characters.
+std::string_view TagName(Tag tag) noexcept;
+
 /// What makes the elements of a tag.
 const ObjectFactory& FactoryOf(Tag tag) noexcept;
 

@@ -15,7 +15,7 @@ constexpr bool IsBlank(char c) noexcept
 
 } // namespace
 
-Result<void> TextRuns::Append(HierarchyObject& parent, std::string_view characters, bool preservesSpace)
+Result<SVGElementRef> TextRuns::Append(HierarchyObject& parent, std::string_view characters, bool preservesSpace)
 {
 	BaseArray<char> text;
 	ORVAN_TRY(text.Reserve(characters.size()));
@@ -42,13 +42,13 @@ Result<void> TextRuns::Append(HierarchyObject& parent, std::string_view characte
 		}
 	}
 	if (text.IsEmpty())
-		return {};
+		return SVGElementRef();
 	const auto run = ORVAN_TRY(FactoryOf(TagOf(SVGImportElementKind::textRun)).Create<SVGTextRunInterface>());
 	ORVAN_TRY(run->SetText(ORVAN_TRY(String::Create({text.begin(), text.GetCount()}))));
 	const auto hierarchy = Cast<HierarchyObjectInterface>(run);
 	ORVAN_TRY(hierarchy->InsertAsLastChildOf(HierarchyObjectRef::From(&parent), {}));
 	_last = hierarchy;
-	return {};
+	return Cast<SVGElementInterface>(run);
 }
 
 Result<void> TextRuns::Finish() noexcept

@@ -15,8 +15,8 @@ namespace orvan::svg::complete
 class TextRuns
 {
 public:
-	/// Appends a run with these characters to an element; none when nothing is left of them.
-	Result<void> Append(HierarchyObject& parent, std::string_view characters, bool preservesSpace);
+	/// Appends a run with these characters to an element, and returns it; none when nothing is left of them.
+	Result<SVGElementRef> Append(HierarchyObject& parent, std::string_view characters, bool preservesSpace);
 
 	/// The end of the text: takes a blank at its end away.
 	Result<void> Finish() noexcept;

@@ -80,6 +80,19 @@ std::string_view BlanksIn(const XmlNode& element) noexcept
 	return {start, *at == '<' ? static_cast<std::size_t>(at - start) : 0};
 }
 
+/// Where characters begin and end in the text, with what marks a CDATA section.
+const char* BeginOf(const XmlNode& text) noexcept
+{
+	constexpr std::size_t kMark = std::string_view("<![CDATA[").size();
+	return text.value() - (text.type() == xml::node_cdata ? kMark : 0);
+}
+
+const char* EndOf(const XmlNode& text) noexcept
+{
+	constexpr std::size_t kMark = std::string_view("]]>").size();
+	return text.value() + text.value_size() + (text.type() == xml::node_cdata ? kMark : 0);
+}
+
 /// Elements whose characters are text of a drawing, inside of a text element.
 bool HoldsText(Tag tag) noexcept
 {
@@ -134,8 +147,8 @@ Tag TagOfNode(const XmlNode& node) noexcept
 	return IsSvg(node) ? FindTag(LocalNameOf(node)) : Tag::unknown;
 }
 
-TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree) noexcept
-	: _importer(importer), _tree(tree), _sheets(importer, _memory), _values(tree.HasReferences()),
+TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder) noexcept
+	: _importer(importer), _tree(tree), _recorder(recorder), _sheets(importer, _memory), _values(tree.HasReferences()),
 	  _styles(tree.HasReferences()), _arena(&_memory), _declarations(&_memory)
 {
 }
@@ -158,6 +171,8 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	if (parent != nullptr)
 		ORVAN_TRY(element.HierarchyObject::InsertAsLastChildOf(HierarchyObjectRef::From(parent), {}));
 	_elementTag = NameOf(node);
+	if (_recorder != nullptr) [[unlikely]]
+		_recorder->NoteElement(node.name(), reference);
 
 	Surroundings inner = outer;
 	if (isSvg)
@@ -179,7 +194,7 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	if (node.first_node() == nullptr)
 	{
 		if (outer.text != nullptr && HoldsText(tag))
-			ORVAN_TRY(outer.text->Append(element, BlanksIn(node), inner.preservesSpace));
+			ORVAN_TRY(AppendBlanks(BlanksIn(node), element, inner));
 		return reference;
 	}
 	if (tag == TagOf(Kind::text) && outer.text == nullptr)
@@ -336,8 +351,7 @@ Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& elemen
 		}
 		if (inner.text != nullptr && child->type() == xml::node_element)
 		{
-			const std::string_view blanks = BlanksBefore(*child, std::exchange(isBehindData, false));
-			ORVAN_TRY(inner.text->Append(element, blanks, inner.preservesSpace));
+			ORVAN_TRY(AppendBlanks(BlanksBefore(*child, std::exchange(isBehindData, false)), element, inner));
 		}
 		next = child->next_sibling(); // While it is still there.
 		if (child->type() == xml::node_element)
@@ -351,17 +365,29 @@ Result<void> TreeBuilder::AppendRun(const XmlNode*& node, HierarchyObject& paren
 {
 	BaseArray<char> joined;
 	std::string_view characters;
+	const char* const from = BeginOf(*node);
+	const char* to = from;
 	const XmlNode* const first = node;
 	for (; node != nullptr && IsText(*node); node = node->next_sibling())
 	{
 		const std::string_view raw = ValueOf(*node);
+		to = EndOf(*node);
 		characters = node->type() == xml::node_data ? ORVAN_TRY(_values.Decode(raw)) : raw;
 		if (node != first || (node->next_sibling() != nullptr && IsText(*node->next_sibling())))
 			ORVAN_TRY(joined.AppendAll(characters.data(), characters.size()));
 	}
 	if (!joined.IsEmpty())
 		characters = {joined.begin(), joined.GetCount()};
-	return inner.text->Append(parent, characters, inner.preservesSpace);
+	const SVGElementRef run = ORVAN_TRY(inner.text->Append(parent, characters, inner.preservesSpace));
+	return _recorder != nullptr && run ? _recorder->NoteRun(from, to, run) : Result<void>();
+}
+
+/// Makes a run of blanks that stand between tags.
+Result<void> TreeBuilder::AppendBlanks(std::string_view blanks, HierarchyObject& parent, const Surroundings& inner)
+{
+	const SVGElementRef run = ORVAN_TRY(inner.text->Append(parent, blanks, inner.preservesSpace));
+	return _recorder != nullptr && run ? _recorder->NoteRun(blanks.data(), blanks.data() + blanks.size(), run)
+									   : Result<void>();
 }
 
 /// Keeps the characters of a title, a description, a style or metadata as they stand.

@@ -9,6 +9,7 @@
 #include "importer/complete/text_runs.h"
 #include "importer/style_cache.h"
 #include "importer/xml/xml_tree.h"
+#include "writer/source_recorder.h"
 
 namespace orvan::svg::complete
 {
@@ -20,7 +21,8 @@ Tag TagOfNode(const XmlNode& node) noexcept;
 class TreeBuilder
 {
 public:
-	TreeBuilder(Importer& importer, XmlTree& tree) noexcept;
+	/// The recorder, which may be null, keeps the source of what is built.
+	TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder) noexcept;
 	TreeBuilder(const TreeBuilder&) = delete;
 
 	/// Builds the document below its svg element. `clientSheet` cascades after the document's own sheets.
@@ -43,10 +45,12 @@ private:
 						 const char* where);
 	Result<void> BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner);
 	Result<void> AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner);
+	Result<void> AppendBlanks(std::string_view blanks, HierarchyObject& parent, const Surroundings& inner);
 	Result<void> SetCharacters(const XmlNode& node, ElementBase& element, Tag tag);
 
 	Importer& _importer;
 	XmlTree& _tree;
+	SourceRecorder* _recorder;
 	HostMemory _memory;
 	StyleSheets _sheets;
 	ReferenceDecoder _values;

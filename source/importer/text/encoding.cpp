@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace orvan::svg
 {
@@ -91,33 +92,41 @@ std::string_view DeclaredEncoding(std::string_view text) noexcept
 	return end == text.npos ? std::string_view() : text.substr(at + 1, end - at - 1);
 }
 
-Result<BaseArray<char>> FromUtf16(std::string_view bytes, bool isBigEndian) noexcept
+/// A character of one or two units of UTF-16, of which the first is there; and the bytes that it takes.
+std::pair<char32_t, std::size_t> ReadUtf16(std::string_view bytes, bool isBigEndian) noexcept
 {
+	constexpr std::size_t kUnit = 2;
 	const auto unit = [&](std::size_t i)
 	{
 		const auto low = static_cast<unsigned char>(bytes[i + (isBigEndian ? 1 : 0)]);
 		const auto high = static_cast<unsigned char>(bytes[i + (isBigEndian ? 0 : 1)]);
 		return static_cast<char32_t>(low | high << 8);
 	};
+	const char32_t character = unit(0);
+	if (character < 0xd800 || character >= 0xe000)
+		return {character, kUnit};
+	const char32_t second = character < 0xdc00 && bytes.size() >= 2 * kUnit ? unit(kUnit) : 0;
+	if (second < 0xdc00 || second >= 0xe000)
+		return {kReplacement, kUnit};
+	return {0x10000 + ((character - 0xd800) << 10) + (second - 0xdc00), 2 * kUnit};
+}
+
+Result<BaseArray<char>> FromUtf16(std::string_view bytes, bool isBigEndian) noexcept
+{
 	BaseArray<char> text;
 	ORVAN_TRY(text.Reserve(bytes.size() / 2 + 1));
-	for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+	while (bytes.size() >= 2)
 	{
-		char32_t character = unit(i);
-		if (character >= 0xd800 && character < 0xe000)
-		{
-			const char32_t second = character < 0xdc00 && i + 3 < bytes.size() ? unit(i + 2) : 0;
-			if (second >= 0xdc00 && second < 0xe000)
-			{
-				character = 0x10000 + ((character - 0xd800) << 10) + (second - 0xdc00);
-				i += 2;
-			}
-			else
-				character = kReplacement;
-		}
+		const auto [character, size] = ReadUtf16(bytes, isBigEndian);
 		ORVAN_TRY(AppendUtf8(text, character));
+		bytes.remove_prefix(size);
 	}
 	return text;
+}
+
+char32_t FromWindows1252(unsigned char byte) noexcept
+{
+	return byte >= 0x80 && byte < 0xa0 ? kWindows1252[byte - 0x80u] : byte;
 }
 
 Result<BaseArray<char>> FromWindows1252(std::string_view bytes) noexcept
@@ -125,10 +134,7 @@ Result<BaseArray<char>> FromWindows1252(std::string_view bytes) noexcept
 	BaseArray<char> text;
 	ORVAN_TRY(text.Reserve(bytes.size() + bytes.size() / 8 + 1));
 	for (const char c : bytes)
-	{
-		const auto byte = static_cast<unsigned char>(c);
-		ORVAN_TRY(AppendUtf8(text, byte >= 0x80 && byte < 0xa0 ? kWindows1252[byte - 0x80u] : byte));
-	}
+		ORVAN_TRY(AppendUtf8(text, FromWindows1252(static_cast<unsigned char>(c))));
 	return text;
 }
 
@@ -216,6 +222,47 @@ bool IsUtf8(std::string_view text) noexcept
 			return false;
 		text.remove_prefix(length);
 	}
+}
+
+bool NamesAscii(std::string_view bytes) noexcept
+{
+	const std::string_view declared = DeclaredEncoding(bytes);
+	return declared.size() >= 5 && (declared.ends_with("ascii") || declared.ends_with("ASCII"));
+}
+
+EncodedCharacter ReadCharacter(std::string_view bytes, Encoding encoding) noexcept
+{
+	const auto utf8Size = [](char32_t character) -> std::size_t
+	{
+		return character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
+	};
+	switch (encoding)
+	{
+	case Encoding::utf16LittleEndian:
+	case Encoding::utf16BigEndian:
+	{
+		if (bytes.size() < 2)
+			return {kReplacement, bytes.size(), 0};
+		const auto [character, size] = ReadUtf16(bytes, encoding == Encoding::utf16BigEndian);
+		return {character, size, utf8Size(character)};
+	}
+	case Encoding::windows1252:
+	{
+		const char32_t character = FromWindows1252(static_cast<unsigned char>(bytes[0]));
+		return {character, 1, utf8Size(character)};
+	}
+	case Encoding::utf8:
+	case Encoding::unknown:
+		break;
+	}
+	const std::size_t size = SequenceLength(bytes);
+	if (size == 0)
+		return {kReplacement, 1, utf8Size(kReplacement)};
+	constexpr unsigned char kFirstBits[] = {0, 0x7f, 0x1f, 0x0f, 0x07};
+	char32_t character = static_cast<unsigned char>(bytes[0]) & kFirstBits[size];
+	for (std::size_t i = 1; i < size; i++)
+		character = character << 6 | (static_cast<unsigned char>(bytes[i]) & 0x3f);
+	return {character, size, size};
 }
 
 Result<BaseArray<char>> ToUtf8(std::string_view bytes, Encoding encoding) noexcept

@@ -35,14 +35,28 @@ public:
 		return offset < piece.to ? piece.originalFrom : piece.originalTo + (offset - piece.to);
 	}
 
-private:
-	struct Piece
+	/// A stretch of the derived text, and what it stands for in the original.
+	struct Range
 	{
 		std::size_t from;
 		std::size_t to;
 		std::size_t originalFrom;
 		std::size_t originalTo;
 	};
+
+	/// The piece that a place stands inside of; the place alone where it is in none, or at the start of one.
+	Range Around(std::size_t offset) const noexcept
+	{
+		const Piece* const after = std::upper_bound(_pieces.begin(), _pieces.end(), offset,
+													[](std::size_t at, const Piece& piece) { return at < piece.from; });
+		if (after != _pieces.begin() && offset < after[-1].to && offset > after[-1].from)
+			return after[-1];
+		const std::size_t original = ToOriginal(offset);
+		return {offset, offset, original, original};
+	}
+
+private:
+	using Piece = Range;
 
 	BaseArray<Piece> _pieces;
 };

@@ -13,8 +13,16 @@ namespace orvan::svg
 namespace
 {
 
+/// Puts other bytes in the place of some, which are kept if they are the file's own and somebody wants them.
+void Replace(BaseArray<char>& bytes, BaseArray<char> derived, BaseArray<char>* file) noexcept
+{
+	if (file != nullptr && file->IsEmpty())
+		*file = std::move(bytes);
+	bytes = std::move(derived);
+}
+
 /// Brings bytes, without a terminating zero, into UTF-8.
-Result<void> MakeUtf8(BaseArray<char>& bytes)
+Result<void> MakeUtf8(BaseArray<char>& bytes, BaseArray<char>* file)
 {
 	const std::string_view text(bytes.begin(), bytes.GetCount());
 	const Encoding encoding = FindEncoding(text);
@@ -24,19 +32,19 @@ Result<void> MakeUtf8(BaseArray<char>& bytes)
 		return {};
 	if (encoding == Encoding::unknown)
 		throw XmlError("the encoding that the XML declaration names is not known", text.data());
-	bytes = ORVAN_TRY(ToUtf8(text, encoding));
+	Replace(bytes, ORVAN_TRY(ToUtf8(text, encoding)), file);
 	return {};
 }
 
 } // namespace
 
-Result<SourceText> ReadSourceText(BaseArray<char> bytes)
+Result<SourceText> ReadSourceText(BaseArray<char> bytes, BaseArray<char>* file)
 {
 	SourceText source;
 	ORVAN_TRY(bytes.ResizeUninitialized(bytes.GetCount() - 1)); // Gives no memory back, so that the zero has its place.
 	if (const std::string_view packed(bytes.begin(), bytes.GetCount()); IsGzip(packed))
-		bytes = ORVAN_TRY(Gunzip(packed, kMaxUnpackedSize));
-	ORVAN_TRY(MakeUtf8(bytes));
+		Replace(bytes, ORVAN_TRY(Gunzip(packed, kMaxUnpackedSize)), file);
+	ORVAN_TRY(MakeUtf8(bytes, file));
 	if (const std::string_view text(bytes.begin(), bytes.GetCount()); DeclaresEntities(text))
 	{
 		source.text = ORVAN_TRY(ReplaceEntities(text, source.positions));

@@ -42,6 +42,8 @@ struct SourceText
 /// - The general entities that the document type declares are replaced, within bounds.
 ///
 /// Fails for want of memory; throws an `XmlError` for a text that is refused.
-Result<SourceText> ReadSourceText(BaseArray<char> bytes);
+///
+/// The bytes go to `file`, without the zero, where they are not the text and it is not null.
+Result<SourceText> ReadSourceText(BaseArray<char> bytes, BaseArray<char>* file = nullptr);
 
 } // namespace orvan::svg

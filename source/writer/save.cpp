@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "writer/save.h"
+
+#include "import.h"
+#include "importer/text/gzip.h"
+#include "writer/tree_comparison.h"
+#include "writer/tree_writer.h"
+#include "writer/xml_text.h"
+
+namespace orvan::svg
+{
+namespace
+{
+
+Result<BaseArray<char>> CopyOf(std::string_view bytes) noexcept
+{
+	BaseArray<char> copy;
+	ORVAN_TRY(copy.AppendAll(bytes.data(), bytes.size()));
+	return copy;
+}
+
+/// Loads what was written as it will be loaded, and looks whether it is what was meant. The result tells whether it has
+/// to be written once more.
+Result<bool> Check(const SaveRequest& request, const ElementBase& root, std::string_view bytes,
+				   ForcedProperties& forced)
+{
+	SVGImportOptions options = request.importOptions;
+	options.isComplete = request.source == nullptr || request.source->isComplete;
+	options.isTolerant = request.source != nullptr && options.isTolerant;
+	options.keepsSource = false;
+	BaseArray<char> copy = ORVAN_TRY(CopyOf(bytes));
+	ORVAN_TRY(copy.Append('\0'));
+	SVGImportReport report;
+	const ImportResult loaded = ORVAN_TRY(Import(std::move(copy), options, report));
+	if (!loaded.root)
+	{
+		throw SaveError("The saved file could not be loaded. " +
+						(report.findings.IsEmpty() ? std::string() : std::string(report.findings[0].message.View())));
+	}
+	return FindCascadeDifferences(root, request.source, *ElementOf(loaded.root), forced);
+}
+
+/// The bytes as the source has them packed or not, with edits.
+Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& root, bool& isPacked)
+{
+	const bool isEdit = request.source != nullptr && request.options.mode == SVGSaveMode::edit;
+	const bool hasClientSheet = !request.importOptions.styleSheet.IsEmpty();
+	ForcedProperties forced;
+	// By itself, in its style attribute, and with "!important": more a property cannot do.
+	constexpr int kMostAttempts = 4;
+	for (int attempt = 0;; attempt++)
+	{
+		const WriteRequest writing{root, request.source, request.options, request.switched, forced, hasClientSheet};
+		TreeWriter writer(writing);
+		std::string bytes;
+		if (isEdit)
+		{
+			TextEdits edits = writer.MakeEdits();
+			if (edits.IsEmpty())
+			{
+				isPacked = IsGzip(request.source->FileBytes());
+				return CopyOf(request.source->FileBytes());
+			}
+			bytes = ORVAN_TRY(MakeFileBytes(*request.source, edits));
+		}
+		else
+			bytes = writer.WriteWhole();
+		isPacked = false;
+		const bool isExact = request.options.precision == SVGSaveOptions::kExact;
+		if (!writer.NeedsCheck() || !isExact || !ORVAN_TRY(Check(request, root, bytes, forced)))
+			return CopyOf(bytes);
+		if (attempt == kMostAttempts)
+			throw SaveError("The style sheets of the document leave no way to write what its elements say.");
+	}
+}
+
+Result<BaseArray<char>> WritePacked(const SaveRequest& request, const ElementBase& root, Packing packing)
+{
+	bool isPacked = false;
+	BaseArray<char> bytes = ORVAN_TRY(Write(request, root, isPacked));
+	const std::string_view written(bytes.begin(), bytes.GetCount());
+	const bool wasPacked = request.source != nullptr && IsGzip(request.source->FileBytes());
+	const bool packs = packing == Packing::packed || (packing == Packing::asSource && wasPacked);
+	if (packs == isPacked)
+		return bytes;
+	return packs ? Gzip(written) : Gunzip(written, kMaxUnpackedSize);
+}
+
+} // namespace
+
+Packing PackingFor(const Url& url) noexcept
+{
+	const std::string_view text = url.GetText().View();
+	return text.ends_with(".svgz") ? Packing::packed : text.ends_with(".svg") ? Packing::unpacked : Packing::asSource;
+}
+
+Result<BaseArray<char>> MakeSavedBytes(const SaveRequest& request, Packing packing) noexcept
+{
+	const ElementBase* const root = request.root ? ElementOf(request.root) : nullptr;
+	if (root == nullptr)
+		return IllegalStateError("There is nothing to save.");
+	if (ClassKindOf(*root) != SVGImportElementKind::svg)
+		return IllegalStateError("Only a document whose root is an svg element can be saved.");
+	const SVGSaveOptions& options = request.options;
+	constexpr std::int32_t kMostDigits = 15;
+	constexpr std::int32_t kMostBlanks = 64;
+	if (options.precision < SVGSaveOptions::kExact || options.precision > kMostDigits || options.indentation < -1 ||
+		options.indentation > kMostBlanks)
+		return IllegalArgumentError("A precision of @ digits and an indentation of @ are not possible.",
+									options.precision, options.indentation);
+	try
+	{
+		return WritePacked(request, *root, packing);
+	}
+	catch (const std::bad_alloc&)
+	{
+		return OutOfMemoryError();
+	}
+	catch (const std::exception& error)
+	{
+		return IllegalArgumentError("@", error.what());
+	}
+}
+
+} // namespace orvan::svg

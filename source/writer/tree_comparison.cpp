@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "writer/tree_comparison.h"
+
+#include "elements/complete_classes.h"
+#include "writer/xml_text.h"
+
+#include <algorithm>
+
+namespace orvan::svg
+{
+
+using complete::Rule;
+using complete::Tag;
+using complete::TagOf;
+using Kind = SVGImportElementKind;
+using Number = SVGImportAttribute;
+
+namespace
+{
+
+class Comparison
+{
+public:
+	Comparison(const DocumentSource* source, ForcedProperties& forced) noexcept : _source(source), _forced(forced)
+	{
+		if (source != nullptr)
+			_finder.emplace(*source);
+	}
+
+	bool HasForced() const noexcept
+	{
+		return _hasForced;
+	}
+
+	void Compare(const ElementBase& saved, const ElementBase& loaded)
+	{
+		if (ClassKindOf(saved) != ClassKindOf(loaded))
+			Fail(saved, "is of another kind");
+		if (saved.GetId() != loaded.GetId())
+			Fail(saved, "has another id");
+		CompareAttributes(saved, loaded);
+		if (ClassKindOf(saved) != Kind::use && CharactersOf(saved) != CharactersOf(loaded))
+			Fail(saved, "has other text: blanks that count need xml:space=\"preserve\"");
+		if (ClassKindOf(saved) == Kind::text && (saved.FirstChild() == nullptr || loaded.FirstChild() == nullptr))
+			return; // A text of its own is loaded as a run.
+		const HierarchyObject* a = SkipEmpty(saved.FirstChild());
+		const HierarchyObject* b = SkipEmpty(loaded.FirstChild());
+		for (; a != nullptr && b != nullptr; a = SkipEmpty(a->NextSibling()), b = SkipEmpty(b->NextSibling()))
+			Compare(*AsElement(const_cast<HierarchyObject*>(a)), *AsElement(const_cast<HierarchyObject*>(b)));
+		if (a != nullptr || b != nullptr)
+			Fail(saved, "has other children");
+	}
+
+private:
+	[[noreturn]] static void Fail(const ElementBase& element, std::string_view what)
+	{
+		const String id = element.GetId();
+		throw SaveError("The saved file would not load as it is: <" +
+						std::string(complete::TagName(TagOf(ClassKindOf(element)))) +
+						(id.IsEmpty() ? "" : " id=\"" + std::string(id.View()) + '"') + "> " + std::string(what) + '.');
+	}
+
+	static std::string CharactersOf(const ElementBase& element)
+	{
+		if (ClassKindOf(element) != Kind::text)
+			return std::string(OwnTextOf(element).View());
+		return std::string(static_cast<const TextElement&>(element).GetText().View());
+	}
+
+	/// A run without characters is not written.
+	static const HierarchyObject* SkipEmpty(const HierarchyObject* at) noexcept
+	{
+		while (at != nullptr)
+		{
+			const ElementBase* const element = AsElement(const_cast<HierarchyObject*>(at));
+			if (element == nullptr || ClassKindOf(*element) != Kind::textRun || !OwnTextOf(*element).IsEmpty())
+				return at;
+			at = at->NextSibling();
+		}
+		return nullptr;
+	}
+
+	void CompareAttributes(const ElementBase& saved, const ElementBase& loaded)
+	{
+		const std::uint32_t record = _finder ? _finder->Find(saved) : kNoRecord;
+		const Tag name = TagOfElement(saved, _source, record == kNoRecord ? nullptr : &_source->elements[record]);
+		std::vector<const Rule*> rules = ListRules(saved, name);
+		for (const Rule* rule : ListRules(loaded, name))
+		{
+			if (std::find(rules.begin(), rules.end(), rule) == rules.end())
+				rules.push_back(rule);
+		}
+		for (const Rule* rule : rules)
+		{
+			std::string wanted;
+			std::string found;
+			const Formatted isWanted = Format(wanted, saved, *rule, name);
+			const Formatted isFound = Format(found, loaded, *rule, name);
+			if (isWanted == isFound && wanted == found)
+				continue;
+			// What does not count says nothing, and blanks of a text were kept for its sake.
+			if (!rule->tags.Has(name) || (rule->number == Number::whiteSpace && isWanted == Formatted::absent))
+				continue;
+			Force(saved, *rule);
+		}
+	}
+
+	static Formatted Format(std::string& text, const ElementBase& element, const Rule& rule, Tag name)
+	{
+		// The path counts, not the form that it is written in.
+		const bool isPath = rule.number == Number::points;
+		const Formatted formatted = FormatAttribute(text, element, isPath ? *complete::FindRule("d") : rule,
+													isPath ? TagOf(Kind::path) : name, {});
+		if (rule.number == Number::display && text == "inline")
+		{
+			text.clear();
+			return Formatted::absent;
+		}
+		return formatted;
+	}
+
+	void Force(const ElementBase& element, const Rule& rule)
+	{
+		const std::string difference = "has another value of \"" + std::string(rule.name) + '"';
+		if (!complete::IsProperty(rule))
+			Fail(element, difference);
+		std::vector<ForcedProperty>& properties = _forced[&element];
+		const Number number = WrittenAs(rule.number);
+		const auto known = std::find_if(properties.begin(), properties.end(),
+										[number](const ForcedProperty& property) { return property.number == number; });
+		if (known == properties.end())
+			properties.push_back({number, false});
+		else if (known->isImportant)
+			Fail(element, difference);
+		else
+			known->isImportant = true;
+		_hasForced = true;
+	}
+
+	const DocumentSource* _source;
+	std::optional<RecordFinder> _finder;
+	ForcedProperties& _forced;
+	bool _hasForced = false;
+};
+
+} // namespace
+
+bool FindCascadeDifferences(const ElementBase& saved, const DocumentSource* source, const ElementBase& loaded,
+							ForcedProperties& forced)
+{
+	Comparison comparison(source, forced);
+	comparison.Compare(saved, loaded);
+	return comparison.HasForced();
+}
+
+} // namespace orvan::svg

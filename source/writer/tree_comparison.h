@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+/// Telling where a tree that was saved and loaded again differs from the one that was meant.
+#pragma once
+
+#include "writer/tree_writer.h"
+
+namespace orvan::svg
+{
+
+/// Compares two trees. Properties that a style sheet may have changed are added to `forced`, to be tried again with
+/// more weight; the result tells whether there were any. Throws a `SaveError` for any other difference, and where more
+/// weight has not helped.
+bool FindCascadeDifferences(const ElementBase& saved, const DocumentSource* source, const ElementBase& loaded,
+							ForcedProperties& forced);
+
+} // namespace orvan::svg

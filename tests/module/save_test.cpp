@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: MIT
+/// Saving: what stays as it was, what changes where, and what is refused.
+#include "svg_source.h"
+
+#include "support/svg_module.h"
+
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <sys/stat.h>
+#include <zlib.h>
+
+namespace orvan
+{
+namespace
+{
+
+using namespace std::string_view_literals;
+
+class Saving : public SvgModuleTest
+{
+protected:
+	/// A document of a text, read completely, that keeps its source.
+	static SVGDocumentRef Open(std::string_view text, bool isComplete = true, std::string_view sheet = {})
+	{
+		const SVGDocumentRef document = MakeDocument();
+		const auto import = Cast<SVGDocumentImportInterface>(document);
+		SVGImportOptions options;
+		options.isComplete = isComplete;
+		options.isTolerant = isComplete;
+		options.keepsSource = true;
+		options.styleSheet = Text(sheet);
+		Must(import->SetImportOptions(options));
+		Must(import->InitFromMemory(text.data(), static_cast<std::int64_t>(text.size()), {}));
+		return document;
+	}
+
+	static Ref<SVGDocumentSourceInterface> SourceOf(const SVGDocumentRef& document)
+	{
+		return Cast<SVGDocumentSourceInterface>(document);
+	}
+
+	static std::string SavedText(const SVGDocumentRef& document, const SVGSaveOptions& options = {})
+	{
+		const Result<BaseArray<char>> saved = SourceOf(document)->SaveToMemory(options);
+		return saved.IsOk() ? std::string(saved.GetValue().begin(), saved.GetValue().end())
+							: "error: " + MessageOf(saved);
+	}
+
+	static SVGElementRef First(const SVGDocumentRef& document, std::string_view selector)
+	{
+		const auto found = Must(SourceOf(document)->Select(Text(selector)));
+		EXPECT_FALSE(found.IsEmpty()) << selector;
+		return found.IsEmpty() ? document->GetRootElement() : found[0];
+	}
+
+	static void Set(const SVGDocumentRef& document, std::string_view selector, std::string_view name,
+					std::string_view value)
+	{
+		const SVGElementRef element = First(document, selector);
+		if (value.empty())
+			Must(SourceOf(document)->RemoveAttributeText(element, Text(name)));
+		else
+			EXPECT_EQ("no error", MessageOf(SourceOf(document)->SetAttributeText(element, Text(name), Text(value))));
+	}
+
+	/// What becomes of a text when one attribute is set, or removed for the empty value.
+	static std::string After(std::string_view text, std::string_view selector, std::string_view name,
+							 std::string_view value, bool isComplete = true)
+	{
+		const SVGDocumentRef document = Open(text, isComplete);
+		Set(document, selector, name, value);
+		return SavedText(document);
+	}
+
+	static SVGPaint Paint(Float red, Float green, Float blue)
+	{
+		return {SVGPaintType::color, {red, green, blue}, {}};
+	}
+};
+
+TEST_F(Saving, LeavesWhatNobodyChangedByteForByte)
+{
+	const std::string_view texts[] = {
+		"<svg/>",
+		"\xef\xbb\xbf<?xml version='1.0'?>\r\n<!-- c --><!DOCTYPE svg [ <!ENTITY e 'red'> ]>\r\n<svg  fill = '&e;' "
+		"xmlns=\"http://www.w3.org/2000/svg\" ><g\n/><![CDATA[ x ]]><?pi?> <text> a<tspan>b</tspan > </text></svg "
+		">\n\n",
+		"<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><svg><text>\xe9\x80</text></svg>",
+		"\xff\xfe<\0s\0v\0g\0/\0>\0"sv,
+		"<svg><text>\xff broken</text></svg>",
+	};
+	for (const std::string_view text : texts)
+	{
+		for (const bool isComplete : {true, false})
+		{
+			const SVGDocumentRef document = Open(text, isComplete);
+			if (SourceOf(document)->HasSource())
+				EXPECT_EQ(text, SavedText(document)) << isComplete;
+			else
+				EXPECT_FALSE(isComplete) << text;
+		}
+	}
+}
+
+TEST_F(Saving, ChangesAnAttributeWhereItStands)
+{
+	// In place, with the quotes that are there; in a style where it stood there; new ones behind the others or on lines
+	// of their own; removed ones with the blank before them.
+	EXPECT_EQ("<svg><rect  fill='blue'\n x=\"1\"/></svg>",
+			  After("<svg><rect  fill='#f00'\n x=\"1\"/></svg>", "rect", "fill", "blue"));
+	EXPECT_EQ("<svg><rect style=\"a:b; fill: blue !important ;x:1\" fill='red'/></svg>",
+			  After("<svg><rect style=\"a:b; fill: red !important ;x:1\" fill='red'/></svg>", "rect", "fill", "blue"));
+	EXPECT_EQ("<svg><rect x='1' fill=\"blue\" /></svg>", After("<svg><rect x='1' /></svg>", "rect", "fill", "blue"));
+	EXPECT_EQ("<svg><rect\n  x='1'\n  fill=\"blue\"\n  y='2' /></svg>",
+			  After("<svg><rect\n  x='1'\n  y='2' /></svg>", "rect", "fill", "blue"));
+	EXPECT_EQ("<svg><rect y='2'/></svg>", After("<svg><rect \n x='1' y='2'/></svg>", "rect", "x", ""));
+	EXPECT_EQ("<svg><rect style='fill:red; r:2'/></svg>",
+			  After("<svg><rect style='fill:red; stroke:blue ;r:2'/></svg>", "rect", "stroke", ""));
+	EXPECT_EQ("<svg><rect/></svg>", After("<svg><rect style='fill:red'/></svg>", "rect", "fill", ""));
+	// A property that only a style can say, a shorthand that says it, and the one of two links that counts.
+	EXPECT_EQ("<svg><g style=\"mix-blend-mode:multiply\"/></svg>",
+			  After("<svg><g/></svg>", "g", "mix-blend-mode", "multiply"));
+	EXPECT_EQ("<svg><text style='font: 12px a;font-size: 3px;'/></svg>",
+			  After("<svg><text style='font: 12px a;'/></svg>", "text", "font-size", "3px"));
+	EXPECT_EQ(
+		"<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href='#a' href='#c'/></svg>",
+		After("<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href='#a' href='#b'/></svg>", "use", "href", "#c"));
+	EXPECT_EQ("<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href=\"#a\"/></svg>",
+			  After("<svg xmlns:l='http://www.w3.org/1999/xlink'><use/></svg>", "use", "href", "#a"));
+	// To the plain import the later one counts, so that both change.
+	EXPECT_EQ("<svg><rect fill=\"blue\" style=\"fill:blue\"/></svg>",
+			  After("<svg><rect fill=\"red\" style=\"fill:red\"/></svg>", "rect", "fill", "blue", false));
+}
+
+TEST_F(Saving, WritesWhatTheTreeSaysInTheShortestForm)
+{
+	const SVGDocumentRef document =
+		Open("<svg><rect x='1' width='10'/><path d='M0 0'/><polygon points='0,0 1,1 2,0'/><circle r='1'/>"
+			 "<g transform='rotate(45)'/><use href='#a'/></svg>");
+	const SVGElementRef rect = First(document, "rect");
+	Must(Cast<SVGPositionInterface>(rect)->SetX({0.5, SVGLengthUnit::mm}));
+	Must(Cast<SVGSizeInterface>(rect)->SetWidth({0.125, SVGLengthUnit::percent}));
+	Must(rect->SetFill(Paint(1, 0, 0)));
+	Must(rect->SetOpacity(0.1));
+	Must(rect->SetClipPath(Text("a b")));
+	const auto path = Cast<SVGPathElementInterface>(First(document, "path"));
+	Must(path->LineTo({-0.5, 1e-9}));
+	Must(path->CloseSubpath());
+	// What is no polygon any more becomes a path, and a circle with two radii an ellipse.
+	Must(Cast<SVGPathElementInterface>(First(document, "polygon"))->CubicBezierTo({1, 2}, {3, 4}, {5, 6}));
+	Must(Cast<SVGRadiusInterface>(First(document, "circle"))->SetRadiusX({2.0, SVGLengthUnit::number}));
+	Must(First(document, "g")->SetLocalTransform(Matrix2d{{3, -4}}));
+	Must(Cast<SVGUseElementInterface>(First(document, "use"))->SetLink(Text("b")));
+	EXPECT_EQ("error: The attribute \"r\" cannot be written: it does not count on <ellipse>.",
+			  [&]
+			  {
+				  const SVGDocumentRef other = Open("<svg><ellipse rx='1'/></svg>");
+				  Must(Cast<SVGRadiusInterface>(First(other, "ellipse"))->SetRadius({}));
+				  return SavedText(other);
+			  }());
+	Must(SourceOf(document)->RemoveAttributeText(First(document, "circle"), Text("r")));
+	EXPECT_EQ("<svg><rect x='.5mm' width='12.5%' opacity=\".1\" fill=\"red\" clip-path=\"url('#a b')\"/><path d='M0 "
+			  "0L-.5 1e-9Z'/><path "
+			  "d=\"M0 0L1 1 2 0ZC1 2 3 4 5 6\"/><ellipse rx=\"2\"/><g transform='translate(3,-4)'/>"
+			  "<use href='#b'/></svg>",
+			  SavedText(document));
+}
+
+TEST_F(Saving, RefusesWhatWouldNotLoadAgain)
+{
+	const auto afterEdit = [](const std::function<void(const SVGElementRef&)>& edit)
+	{
+		const SVGDocumentRef document = Open("<svg><rect id='r'/></svg>");
+		edit(First(document, "rect"));
+		return SavedText(document).substr(0, 7);
+	};
+	const auto set = [](Attribute key, auto value)
+	{
+		return [key, value](const SVGElementRef& element)
+		{
+			Must(element->SetAttribute(key, Must(Data::Create(value))));
+		};
+	};
+	constexpr Float kNan = std::numeric_limits<Float>::quiet_NaN();
+	EXPECT_EQ("error: ", afterEdit(set(Attribute::strokeMiterLimit, kNan)));
+	EXPECT_EQ("error: ", afterEdit(set(Attribute::strokeWidth, SVGLength{-1.0, SVGLengthUnit::px})));
+	EXPECT_EQ("error: ", afterEdit(set(Attribute::fillRule, std::int32_t{7})));
+	EXPECT_EQ("error: ", afterEdit(set(Attribute::fill, Text("no paint"))));
+	EXPECT_EQ("error: ", afterEdit(set(Attribute::target, Text("not on rect"))));
+	EXPECT_EQ("error: ", afterEdit(set(static_cast<Attribute>(1000), 1.0)));
+	EXPECT_EQ("error: ", afterEdit([](const SVGElementRef& element) { Must(element->SetId(Text("\x01"))); }));
+	EXPECT_EQ("<svg><r", afterEdit(set(Attribute::fillRule, std::int32_t{2})));
+	// A placeholder is not what the file says.
+	const CollectedFindings ignored;
+	EXPECT_EQ("error: ", SavedText(Open("<svg><rect>")).substr(0, 7));
+}
+
+TEST_F(Saving, KeepsElementsInTheirLines)
+{
+	const std::string_view text = "<svg>\n  <a1/>\n  <g>\n    <rect id='a'/>\n    <rect id='b'/> <!-- b -->\n  </g>\n"
+								  "  <g id='e'/>\n</svg>\n";
+	const SVGDocumentRef document = Open(text);
+	const auto made = [](std::string_view id)
+	{
+		const SVGElementRef element = Make("svgrectelement");
+		Must(element->SetId(Text(id)));
+		return element;
+	};
+	const SVGElementRef group = First(document, "g");
+	const SVGElementRef inner = Make("svggroupelement");
+	Insert(made("in"), inner);
+	Insert(made("n"), group);
+	Insert(inner, group);
+	Insert(made("m"), First(document, "#e"));
+	Insert(First(document, "#a"), document->GetRootElement());
+	EXPECT_EQ("<svg>\n  <a1/>\n  <g>\n    <rect id='b'/>\n    <rect id=\"n\"/>\n    <g>\n      <rect id=\"in\"/>\n"
+			  "    </g> <!-- b -->\n  </g>\n  <g id='e'>\n    <rect id=\"m\"/>\n  </g>\n  <rect id='a'/>\n</svg>\n",
+			  SavedText(document));
+	Cast<HierarchyObjectInterface>(group)->RemoveAllChildren();
+	EXPECT_EQ("<svg>\n  <a1/>\n  <g> <!-- b -->\n  </g>\n", SavedText(document).substr(0, 38));
+}
+
+TEST_F(Saving, LetsSheetsAndEntitiesStand)
+{
+	// The attribute would lose against the sheet, so that it stands in the style; with "!important" where it must.
+	const std::string_view sheet =
+		"<svg><style>rect{fill:red} #b{fill:red!important} g>:first-child{stroke:red}</style>"
+		"<rect/><rect id='b'/><g><path id='p'/><path id='q'/></g></svg>";
+	const SVGDocumentRef document = Open(sheet);
+	Set(document, "rect", "fill", "blue");
+	Set(document, "#b", "fill", "blue");
+	Set(document, "rect", "opacity", ".5");
+	EXPECT_EQ("<rect opacity=\".5\" style=\"fill:blue\"/>"
+			  "<rect id='b' style=\"fill:blue!important\"/>",
+			  [&]
+			  {
+				  const std::string saved = SavedText(document);
+				  const std::size_t begin = saved.find("<rect");
+				  return saved.substr(begin, saved.find("<g>") - begin);
+			  }());
+	// What comes first by a removal does not become red, and what is removed does not come back.
+	const SVGDocumentRef other = Open(sheet);
+	const SVGElementRef path = First(other, "#p");
+	Insert(path, First(other, "g"));
+	Set(other, "rect", "fill", "");
+	const std::string saved = SavedText(other);
+	EXPECT_NE(saved.npos, saved.find("<path id='q' style=\"stroke:unset\"/><path id='p' style=\"stroke:red\"/></g>"))
+		<< saved;
+	EXPECT_NE(saved.npos, saved.find("</style><rect style=\"fill:unset\"/>")) << saved;
+	// A change inside of what an entity made takes its place; the entity stays.
+	EXPECT_EQ(
+		"<!DOCTYPE svg [<!ENTITY c 'red'><!ENTITY r '<rect x=\"1\"/>'>]><svg fill='blue'><rect x=\"2\"/>&r;</svg>",
+		[&]
+		{
+			const SVGDocumentRef entities = Open("<!DOCTYPE svg [<!ENTITY c 'red'><!ENTITY r '<rect x=\"1\"/>'>]>"
+												 "<svg fill='&c;'>&r;&r;</svg>");
+			Set(entities, "svg", "fill", "blue");
+			Set(entities, "rect", "x", "2");
+			return SavedText(entities);
+		}());
+}
+
+TEST_F(Saving, WritesInTheEncodingOfTheFile)
+{
+	const std::string latin = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><svg><rect id='\xe9'/><g id='b'/></svg>";
+	EXPECT_EQ("<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><svg><rect id='\xe9'/><g id='\xfc&#x20ac;'/></svg>",
+			  After(latin, "g", "id", "\xc3\xbc\xe2\x82\xac"));
+	const auto wide = [](std::string_view text)
+	{
+		std::string bytes = "\xff\xfe";
+		for (const char c : text)
+			bytes += {c, '\0'};
+		return bytes;
+	};
+	EXPECT_EQ(wide("<svg>\xe9<g id='bc'/></svg>"), After(wide("<svg>\xe9<g id='a'/></svg>"), "g", "id", "bc"));
+	EXPECT_EQ("<svg>\xff<g id='&amp;&lt;&#39;'/></svg>", After("<svg>\xff<g id='a'/></svg>", "g", "id", "&<'"));
+}
+
+TEST_F(Saving, ReplacesFilesAndPacksThem)
+{
+	const TemporaryFolder folder;
+	const auto read = [](const std::filesystem::path& path)
+	{
+		std::ifstream file(path, std::ios::binary);
+		return std::string(std::istreambuf_iterator<char>(file), {});
+	};
+	const std::filesystem::path path = folder.GetPath() / "a.svg";
+	std::ofstream(path) << "<svg><g/></svg>";
+	std::filesystem::permissions(path, std::filesystem::perms(0640));
+	std::filesystem::create_symlink("a.svg", folder.GetPath() / "link.svg");
+	const SVGDocumentRef document = MakeDocument();
+	SVGImportOptions options;
+	options.keepsSource = options.isComplete = true;
+	Must(Cast<SVGDocumentImportInterface>(document)->SetImportOptions(options));
+	Must(document->Init(Must(Url::FromPath((folder.GetPath() / "link.svg").string()))));
+	Set(document, "g", "data-n", "a\"b");
+	Must(SourceOf(document)->Save(document->GetUrl(), {}));
+	EXPECT_EQ("<svg><g data-n=\"a&quot;b\"/></svg>", read(path));
+	EXPECT_TRUE(std::filesystem::is_symlink(folder.GetPath() / "link.svg"));
+	EXPECT_EQ(std::filesystem::perms(0640), std::filesystem::status(path).permissions());
+	// A name for packed files packs; what is saved unedited keeps its bytes.
+	const std::filesystem::path packed = folder.GetPath() / "b.svgz";
+	Must(SourceOf(document)->Save(Must(Url::FromPath(packed.string())), {}));
+	EXPECT_EQ("\x1f\x8b", read(packed).substr(0, 2));
+	Must(document->Init(Must(Url::FromPath(packed.string()))));
+	const std::string bytes = read(packed);
+	EXPECT_EQ(bytes, SavedText(document));
+	Must(SourceOf(document)->Save(Must(Url::FromPath(path.string())), {}));
+	EXPECT_EQ("<svg><g data-n=\"a&quot;b\"/></svg>", read(path));
+	// A save that fails leaves the old file, and nothing beside it.
+	Must(First(document, "g")->SetId(Text("\x02")));
+	EXPECT_FALSE(SourceOf(document)->Save(Must(Url::FromPath(path.string())), {}).IsOk());
+	EXPECT_EQ("<svg><g data-n=\"a&quot;b\"/></svg>", read(path));
+	EXPECT_FALSE(SourceOf(document)->Save(Must(Url::FromPath(folder.GetPath().string())), {}).IsOk());
+	EXPECT_EQ(3, std::distance(std::filesystem::directory_iterator(folder.GetPath()), {}));
+}
+
+TEST_F(Saving, WritesATreeWithoutASourceWhole)
+{
+	const SVGDocumentRef document = MakeDocument();
+	const std::string_view text =
+		"<svg width='10' viewBox='0 0 10 10'><defs><linearGradient id='l'><stop offset='.5' stop-color='red'/>"
+		"</linearGradient></defs><g fill='url(#l)' transform='rotate(30)' style='mix-blend-mode:screen'>"
+		"<path d='M1 2h3a4 5 6 0 1 7 8'/><ellipse rx='3' ry='4'/></g><text x='1 2'>a &lt; <tspan>b</tspan> c</text>"
+		"<use href='#l'/><text xml:space='preserve'> d </text></svg>";
+	SVGImportOptions options;
+	options.isComplete = true;
+	Must(Cast<SVGDocumentImportInterface>(document)->SetImportOptions(options));
+	Must(Cast<SVGDocumentImportInterface>(document)->InitFromMemory(text.data(), std::ssize(text), {}));
+	const std::string saved = SavedText(document);
+	EXPECT_EQ(R"x(<?xml version="1.0" encoding="UTF-8"?>
+<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" version="1.1" viewBox="0 0 10 10" width="10">
+  <defs>
+    <linearGradient id="l">
+      <stop offset=".5" stop-color="red"/>
+    </linearGradient>
+  </defs>
+  <g fill="url(#l)" transform=)x",
+			  saved.substr(0, saved.find("transform=") + 10));
+	for (const std::string_view part :
+		 {"style=\"mix-blend-mode:screen\">\n    <path d=\"M1 2L4 2C"sv, "    <ellipse rx=\"3\" ry=\"4\"/>\n  </g>\n"sv,
+		  "  <text x=\"1 2\">a &lt; <tspan>b</tspan> c</text>\n"sv, "  <use xlink:href=\"#l\"/>\n"sv,
+		  "<text xml:space=\"preserve\"> d </text>\n</svg>\n"sv})
+		EXPECT_NE(saved.npos, saved.find(part)) << part << '\n' << saved;
+	EXPECT_EQ("\t<defs>",
+			  [&]
+			  {
+				  const std::string tabbed = SavedText(document, {.mode = SVGSaveMode::rewrite, .indentation = -1});
+				  return tabbed.substr(tabbed.find("\t<defs"), 7);
+			  }());
+}
+
+TEST_F(Saving, FindsElementsWithSelectors)
+{
+	const SVGDocumentRef document = Open("<svg><g class='a b'><rect fill='#F00'/><rect/></g><p:rect xmlns:p='x'/>"
+										 "<text>a<tspan>b</tspan></text></svg>");
+	const auto count = [&](std::string_view selectors)
+	{
+		return Must(SourceOf(document)->Select(Text(selectors))).GetCount();
+	};
+	EXPECT_EQ(2u, count("g.b > rect"));
+	EXPECT_EQ(1u, count("rect[fill='#F00']"));
+	EXPECT_EQ(1u, count("rect + rect, :root:empty"));
+	EXPECT_EQ(1u, count("tspan:only-child"));
+	EXPECT_EQ(0u, count("[stroke]"));
+	Set(document, "rect", "fill", "blue");
+	EXPECT_EQ(0u, count("rect[fill='#F00']"));
+	EXPECT_EQ(1u, count("rect[fill=blue]"));
+	EXPECT_EQ("'<' is no list of selectors.", MessageOf(SourceOf(document)->Select(Text("<"))));
+}
+
+} // namespace
+} // namespace orvan
