@@ -1,0 +1,330 @@
+// SPDX-License-Identifier: MIT
+#include "save_check.h"
+
+#include "attribute_values.h"
+#include "require.h"
+#include "svg_complete.h"
+#include "svg_edit.h"
+
+#include "orvan/host/diagnostic_sink.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace orvan::fuzz
+{
+namespace
+{
+/// All that a value says, in numbers that are exact.
+class Values
+{
+public:
+	explicit Values(std::string& text) : _text(text)
+	{
+	}
+
+	void Add(std::string_view text)
+	{
+		_text.append(text) += ';';
+	}
+
+	void Add(Float number)
+	{
+		char digits[40];
+		std::snprintf(digits, sizeof digits, "%a", number + 0.0); // Zero has no sign.
+		Add(std::string_view(digits));
+	}
+
+	void Add(std::int32_t number)
+	{
+		Add(std::string_view(std::to_string(number)));
+	}
+
+	void Add(const String& text)
+	{
+		Add(text.View());
+	}
+
+	/// Percentages are stored as fractions, of which not every one can be written: as near as there is one.
+	void Add(const SVGLength& length)
+	{
+		Add(static_cast<std::int32_t>(length.unit));
+		if (length.unit != SVGLengthUnit::percent)
+			return Add(length.value);
+		char digits[40];
+		std::snprintf(digits, sizeof digits, "%.14g", length.value);
+		Add(std::string_view(digits));
+	}
+
+	void Add(const Vector2d& vector)
+	{
+		Add(vector.x);
+		Add(vector.y);
+	}
+
+	void Add(const Color& color)
+	{
+		Add(color.red);
+		Add(color.green);
+		Add(color.blue);
+	}
+
+	void Add(const SVGPaint& paint)
+	{
+		Add(static_cast<std::int32_t>(paint.type));
+		Add(static_cast<std::int32_t>(paint.fallback));
+		Add(paint.color);
+		Add(paint.alpha);
+		Add(paint.reference);
+	}
+
+	void Add(const SVGLength2d& lengths)
+	{
+		Add(lengths.x);
+		Add(lengths.y);
+	}
+
+	void Add(const Matrix2d& matrix)
+	{
+		Add(matrix.offset);
+		Add(matrix.axis1);
+		Add(matrix.axis2);
+	}
+
+	void Add(const SVGOrient& orient)
+	{
+		Add(static_cast<std::int32_t>(orient.type));
+		Add(orient.angle);
+	}
+
+	void Add(const SVGBaselineShift& shift)
+	{
+		Add(static_cast<std::int32_t>(shift.type));
+		Add(shift.length);
+	}
+
+	void Add(const SVGViewbox& box)
+	{
+		Add(SVGLength2d{box.x, box.y});
+		Add(SVGLength2d{box.width, box.height});
+	}
+
+	void Add(const SVGPreserveAspectRatio& ratio)
+	{
+		Add(static_cast<std::int32_t>(ratio.align));
+		Add(static_cast<std::int32_t>(ratio.meetOrSlice));
+	}
+
+	void Add(const SVGFilterFunction& function)
+	{
+		Add(static_cast<std::int32_t>(function.type));
+		Add(function.amount);
+		Add(SVGLength2d{function.x, function.y});
+		Add(function.deviation);
+		Add(function.color);
+		Add(function.reference);
+	}
+
+	template <typename T>
+	void Add(const BaseArray<T>& values)
+	{
+		for (const T& value : values)
+			Add(value);
+		Add("]");
+	}
+
+private:
+	std::string& _text;
+};
+
+std::vector<SVGElementRef> ListElements(const SVGElementRef& root)
+{
+	std::vector<SVGElementRef> elements{root};
+	for (std::size_t i = 0; i < elements.size(); i++)
+	{
+		for (auto child = Cast<HierarchyObjectInterface>(elements[i])->GetFirstChild(); child;
+			 child = child->GetNextSibling())
+			elements.push_back(Cast<SVGElementInterface>(child));
+	}
+	return elements;
+}
+
+/// Whether an edit makes sense for an element that is not the root.
+bool IsFor(EditKind kind, const SVGElementRef& element)
+{
+	const SVGImportElementKind type = element->GetElementType();
+	const bool isRun = type == SVGImportElementKind::textRun;
+	switch (kind)
+	{
+	case EditKind::path:
+		return static_cast<bool>(Cast<SVGPathElementInterface>(element));
+	case EditKind::width:
+		return type == SVGImportElementKind::rect;
+	case EditKind::color:
+	case EditKind::transform:
+		return !isRun && type != SVGImportElementKind::unknown;
+	case EditKind::addition:
+		return type == SVGImportElementKind::group;
+	default:
+		return !isRun;
+	}
+}
+} // namespace
+
+SVGDocumentRef OpenForEditing(std::string_view bytes, bool isComplete)
+{
+	const auto document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue();
+	const auto import = Cast<SVGDocumentImportInterface>(document);
+	SVGImportOptions options;
+	options.isComplete = isComplete;
+	options.isTolerant = true;
+	options.keepsSource = true;
+	Require(import->SetImportOptions(options).IsOk(), "options are taken");
+	const ThreadDiagnosticSink ignored([](const Diagnostic&, void*) {}, nullptr);
+	Require(import->InitFromMemory(bytes.data(), static_cast<std::int64_t>(bytes.size()), Url()).IsOk(),
+			"bytes are loaded");
+	return document;
+}
+
+bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t number)
+{
+	const SVGElementRef root = document->GetRootElement();
+	std::vector<SVGElementRef> elements = ListElements(root);
+	elements.erase(elements.begin());
+	std::erase_if(elements, [kind](const SVGElementRef& element) { return !IsFor(kind, element); });
+	if (elements.empty())
+		return false;
+	const SVGElementRef element = elements[number % elements.size()];
+	const auto amount = static_cast<Float>(number % 1000);
+	const auto source = Cast<SVGDocumentSourceInterface>(document);
+	const auto text = [](std::string_view characters)
+	{
+		return String::Create(characters).GetValue();
+	};
+	const auto rect = [&]
+	{
+		const SVGElementRef made = CreateObject<SVGElementInterface>(kSVGRectElementClass).GetValue();
+		Require(Cast<SVGSizeInterface>(made)->SetWidth({amount, SVGLengthUnit::mm}).IsOk(), "widths are set");
+		return made;
+	};
+	const auto insert = [](const SVGElementRef& child, const SVGElementRef& parent)
+	{
+		return Cast<HierarchyObjectInterface>(child)->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(parent), {});
+	};
+	switch (kind)
+	{
+	case EditKind::color:
+		return element->SetFill({SVGPaintType::color, {amount / 999, 0.5, 0}, {}}).IsOk();
+	case EditKind::transform:
+		return element->SetLocalTransform(Matrix2d{{amount / 7, -amount}, {1 / (amount + 1), 0.25}, {0, 1}}).IsOk();
+	case EditKind::path:
+		return Cast<SVGPathElementInterface>(element)->LineTo({amount / 3, 1e-3}).IsOk();
+	case EditKind::id:
+		return element->SetId(text("new-" + std::to_string(number))).IsOk();
+	case EditKind::attribute:
+		return source->SetAttributeText(element, text("data-note"), text("<&\"'" + std::to_string(number))).IsOk();
+	case EditKind::width:
+		return Cast<SVGSizeInterface>(element)->SetWidth({amount / 11, SVGLengthUnit::percent}).IsOk();
+	case EditKind::removal:
+	{
+		const auto edit = Cast<SVGElementEditInterface>(element);
+		return edit && edit->Remove().IsOk();
+	}
+	case EditKind::move:
+		return insert(element, root).IsOk();
+	case EditKind::addition:
+		return insert(rect(), element).IsOk();
+	case EditKind::count:
+		break;
+	}
+	return false;
+}
+
+std::string DescribeSaved(const SVGElementRef& element)
+{
+	std::string text = element->GetClassId();
+	Values values(text);
+	values.Add(element->GetId());
+	values.Add(element->GetLocalTransform());
+	const DataDictionary attributes = element->GetAttributeDictionary();
+	for (const DataDictionary::Entry& entry : attributes)
+	{
+		values.Add(entry.key);
+		program::VisitAttribute(attributes, entry, [&](const auto& value) { values.Add(value); });
+	}
+	if (const auto path = Cast<SVGPathElementInterface>(element))
+	{
+		const BaseArray<SVGPathCommand> commands = path->GetPath().GetValue();
+		for (const SVGPathCommand& command : commands)
+		{
+			values.Add(static_cast<std::int32_t>(command.type));
+			for (const Vector2d& point : command.points)
+				values.Add(point);
+		}
+	}
+	if (const auto use = Cast<SVGUseElementInterface>(element))
+		values.Add(use->GetLink());
+	if (const auto content = Cast<SVGTextElementInterface>(element))
+		values.Add(content->GetText());
+	if (const auto run = Cast<SVGTextRunInterface>(element))
+		values.Add(run->GetText());
+	if (const auto description = Cast<SVGDescriptionInterface>(element))
+		values.Add(description->GetText());
+	text += "(\n";
+	for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child; child = child->GetNextSibling())
+		text += DescribeSaved(Cast<SVGElementInterface>(child));
+	return text + ")\n";
+}
+
+std::string Save(const SVGDocumentRef& document, std::string* reason)
+{
+	const ThreadDiagnosticSink ignored([](const Diagnostic&, void*) {}, nullptr);
+	const Result<BaseArray<char>> saved = Cast<SVGDocumentSourceInterface>(document)->SaveToMemory({});
+	if (saved.IsOk())
+		return {saved.GetValue().begin(), saved.GetValue().end()};
+	if (reason != nullptr)
+		*reason = saved.GetError().GetMessage().View();
+	return {};
+}
+
+LineDifference CompareLines(std::string_view before, std::string_view after)
+{
+	const auto split = [](std::string_view text)
+	{
+		std::vector<std::string_view> lines;
+		while (!text.empty())
+		{
+			const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+			lines.push_back(text.substr(0, end));
+			text.remove_prefix(end);
+		}
+		return lines;
+	};
+	const std::vector<std::string_view> a = split(before);
+	const std::vector<std::string_view> b = split(after);
+	std::size_t first = 0;
+	while (first < a.size() && first < b.size() && a[first] == b[first])
+		first++;
+	std::size_t last = 0;
+	while (last < a.size() - first && last < b.size() - first && a[a.size() - 1 - last] == b[b.size() - 1 - last])
+		last++;
+	return {a.size() - first - last, b.size() - first - last};
+}
+
+bool IsSmall(EditKind kind, const LineDifference& difference)
+{
+	constexpr std::size_t kOpened = 3; // An empty element gets a start tag, a child and an end tag.
+	switch (kind)
+	{
+	case EditKind::move:
+		return true; // Here and there.
+	case EditKind::removal:
+		return difference.added <= 1;
+	case EditKind::addition:
+		return difference.removed <= 1 && difference.added <= kOpened;
+	default:
+		return difference.removed <= 1 && difference.added <= 1;
+	}
+}
+} // namespace orvan::fuzz
