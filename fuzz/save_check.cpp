@@ -161,8 +161,11 @@ bool IsFor(EditKind kind, const SVGElementRef& element)
 		return static_cast<bool>(Cast<SVGPathElementInterface>(element));
 	case EditKind::width:
 		return type == SVGImportElementKind::rect;
-	case EditKind::color:
 	case EditKind::transform:
+		// Of gradients and patterns it is an attribute of another name.
+		return !isRun && type != SVGImportElementKind::unknown && type != SVGImportElementKind::linearGradient &&
+			   type != SVGImportElementKind::radialGradient && type != SVGImportElementKind::pattern;
+	case EditKind::color:
 		return !isRun && type != SVGImportElementKind::unknown;
 	case EditKind::addition:
 		return type == SVGImportElementKind::group;

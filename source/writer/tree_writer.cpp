@@ -564,6 +564,38 @@ void TreeWriter::EnterScope(std::uint32_t record)
 	_prefix = PrefixOf(_source->NameOf(Record(at)));
 }
 
+/// Gives an element that leaves its place the prefixes that are bound around it and not where it goes.
+void TreeWriter::DeclarePrefixes(std::uint32_t record)
+{
+	const SourceElement& moved = Record(record);
+	const std::string_view whole = _source->Text().substr(moved.begin, moved.end - moved.begin);
+	const auto isAroundScope = [this](const SourceElement& element)
+	{
+		return _scope != kNoRecord && element.begin <= Record(_scope).begin && Record(_scope).end <= element.end;
+	};
+	std::vector<std::string_view> known;
+	std::string declarations;
+	for (std::uint32_t at = record; at != kNoRecord && !isAroundScope(Record(at)); at = Record(at).parent)
+	{
+		for (std::uint32_t i = 0; i < Record(at).attributeCount; i++)
+		{
+			const SourceAttribute& attribute = _source->attributes[Record(at).firstAttribute + i];
+			const std::string_view name = _source->NameOf(attribute);
+			const bool isPrefix = PrefixOf(name) == "xmlns:";
+			if ((!isPrefix && name != "xmlns") || std::find(known.begin(), known.end(), name) != known.end())
+				continue;
+			known.push_back(name);
+			if (at == record || (isPrefix && whole.find(std::string(WithoutPrefix(name)) + ':') == whole.npos))
+				continue;
+			// With its quotes.
+			declarations += ' ' + std::string(name) + '=';
+			declarations += _source->Text().substr(attribute.valueBegin - 1, attribute.valueSize + 2);
+		}
+	}
+	if (!declarations.empty())
+		_edits.Insert(moved.begin + 1 + moved.nameSize, std::move(declarations));
+}
+
 std::string TreeWriter::TextOfChild(const Child& child, const Layout& layout, bool isInText)
 {
 	_needsCheck |= isInText || child.record != kNoRecord;
@@ -576,6 +608,8 @@ std::string TreeWriter::TextOfChild(const Child& child, const Layout& layout, bo
 	// It comes from elsewhere, with what was edited of it.
 	TextEdits outer = std::exchange(_edits, {});
 	const std::string prefix = _prefix;
+	if (!Record(child.record).IsRun())
+		DeclarePrefixes(child.record);
 	EditElement(child.record, *child.element);
 	TextEdits inner = std::exchange(_edits, std::move(outer));
 	_prefix = prefix;

@@ -97,6 +97,7 @@ private:
 	void InsertChildren(std::uint32_t record, const std::vector<Child>& children, bool isInText);
 	void InsertIntoNothing(std::uint32_t record, const std::vector<Child>& children, bool isInText);
 	void EnterScope(std::uint32_t record);
+	void DeclarePrefixes(std::uint32_t record);
 	std::string TextOfChild(const Child& child, const Layout& layout, bool isInText);
 	std::string LineOf(std::uint32_t record) const;
 	Layout LayoutBelow(std::uint32_t record) const;

@@ -196,7 +196,9 @@ public:
 		if (isNegative || Peek() == '+')
 			++at;
 		// An "e" behind a number may be an exponent or a unit, and a point may end it.
-		if (double magnitude; ReadDecimal(at, _end, false, magnitude) && (at == _end || !MayContinue(*at)))
+		const char* const digits = at;
+		if (double magnitude;
+			ReadDecimal(at, _end, false, magnitude) && IsNearest(digits, at) && (at == _end || !MayContinue(*at)))
 		{
 			number = isNegative ? -magnitude : magnitude;
 			_at = at;

@@ -4,7 +4,6 @@
 #include "complete/value_cursor.h"
 
 #include <cstring>
-#include <string_view>
 
 namespace orvan::grammar
 {
@@ -58,15 +57,6 @@ void PathReader<dialect>::SkipSeparator(bool mayBeComma)
 	}
 }
 
-/// Whether a decimal was surely converted to the nearest double: its digits fit one, and its only power of ten too.
-/// The others take longer to read; the plain import has them as the library does.
-static bool IsNearest(const char* from, const char* to)
-{
-	constexpr std::ptrdiff_t kMostCharacters = 16; // Fifteen digits and a point.
-	const std::string_view number(from, static_cast<std::size_t>(to - from));
-	return to - from <= kMostCharacters && number.find_first_of("eE") == number.npos;
-}
-
 template <PathDialect dialect>
 bool PathReader<dialect>::ReadUnusual(After after, double& number)
 {
@@ -83,6 +73,7 @@ bool PathReader<dialect>::ReadUnusual(After after, double& number)
 	const char* first = _at;
 	if (isNegative || Peek() == '+')
 		++first;
+	// Browsers have the nearest double; the plain import has what the library makes of many digits.
 	const char* const digits = first;
 	double magnitude;
 	if (ReadDecimal(first, _end, true, magnitude) && (dialect == PathDialect::plain || IsNearest(digits, first)))

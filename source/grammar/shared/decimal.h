@@ -28,4 +28,19 @@ inline double Scale(std::uint64_t mantissa, int exponent)
 /// them. False, with `at` left alone, when there is no such number or when it takes the library to tell: too many
 /// digits, a point with nothing after it, an exponent out of the table.
 bool ReadDecimal(const char*& at, const char* end, bool mayHaveExponent, double& number);
+
+/// Whether `ReadDecimal` has surely made the nearest double of the digits and points of [from, to): they fit one
+/// without rounding, and there is no power of ten to multiply with.
+inline bool IsNearest(const char* from, const char* to)
+{
+	constexpr std::ptrdiff_t kMostCharacters = 16; // Fifteen digits and a point.
+	if (to - from > kMostCharacters)
+		return false;
+	for (; from != to; ++from)
+	{
+		if (*from == 'e' || *from == 'E')
+			return false;
+	}
+	return true;
+}
 } // namespace orvan::grammar
