@@ -2,13 +2,16 @@
 /// The document's `SVGDocumentSourceInterface`.
 #include "css/declarations.h"
 #include "elements/complete_classes.h"
+#include "importer/text/gzip.h"
 #include "importer/xml/xml_guard.h"
 #include "orvan/hash.h"
 #include "svg_document.h"
 #include "svg_edit.h"
 #include "writer/element_selection.h"
 #include "writer/element_text.h"
+#include "writer/repair.h"
 #include "writer/save.h"
+#include "writer/text_edits.h"
 #include "writer/xml_text.h"
 
 #include <functional>
@@ -503,7 +506,41 @@ Result<BaseArray<SVGElementRef>> Document::Select(const String& selectors) const
 
 Result<BaseArray<SVGRepair>> Document::Repair() noexcept
 {
-	return IllegalStateError("Nothing can be repaired.");
+	if (!_source)
+		return IllegalStateError("Only a document that keeps its source can be repaired.");
+	return Guarded(
+		[&]() -> Result<BaseArray<SVGRepair>>
+		{
+			const BaseArray<char> saved = ORVAN_TRY(SaveToMemory({}));
+			const std::string_view bytes(saved.begin(), saved.GetCount());
+			if (bytes != _source->FileBytes())
+				return IllegalStateError("A document that was edited cannot be repaired.");
+			const bool isPacked = IsGzip(bytes);
+			std::string text(bytes);
+			if (isPacked)
+			{
+				const BaseArray<char> unpacked = ORVAN_TRY(Gunzip(bytes, kMaxUnpackedSize));
+				text.assign(unpacked.begin(), unpacked.GetCount());
+			}
+			BaseArray<SVGRepair> repairs = ORVAN_TRY(RepairText(text));
+			if (repairs.IsEmpty())
+				return repairs;
+			BaseArray<char> repaired;
+			if (isPacked)
+				repaired = ORVAN_TRY(Gzip(text));
+			else
+				ORVAN_TRY(repaired.AppendAll(text.data(), text.size()));
+			// The same file, with other bytes.
+			const Url url = _url;
+			const bool isFromUrl = _isFromUrl;
+			const FileStamp stamp = _stamp;
+			BeginLoad();
+			_url = url;
+			_isFromUrl = isFromUrl;
+			_stamp = stamp;
+			ORVAN_TRY(EndLoad(LoadCopy(repaired.begin(), repaired.GetCount())));
+			return repairs;
+		});
 }
 
 } // namespace orvan::svg
