@@ -41,7 +41,8 @@ constexpr int Multiply(int a, int b) noexcept
 /// `value` limited to 0 … 255 and rounded; 0 when it is not a number.
 inline int ToByte(float value) noexcept
 {
-	return value > 0.0F ? static_cast<int>(std::min(value, 255.0F) + 0.5F) : 0;
+	constexpr float kMost = 255.0F + 0.5F;
+	return value > 0.0F ? static_cast<int>(std::min(value + 0.5F, kMost)) : 0;
 }
 
 /// A pixel whose colour is not multiplied by its alpha.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "filters/pixel.h"
 #include "image_data.h"
+#include "orientation.h"
 
 #include <turbojpeg.h>
 
@@ -56,7 +57,7 @@ filters::Raster DecodeJpeg(Bytes file, const Bounds& bounds) noexcept
 		return {};
 	if (hasInks)
 		ConvertInks(raster);
-	return raster;
+	return MakeUpright(std::move(raster), FindOrientation(file));
 }
 
 } // namespace orvan::images

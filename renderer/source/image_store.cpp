@@ -5,6 +5,7 @@
 #include "image_files.h"
 #include "images/data_url.h"
 #include "images/image_data.h"
+#include "images/orientation.h"
 #include "svg_import.h"
 
 #include <cstring>
@@ -102,7 +103,8 @@ Result<void> ImageStore::LoadPixels(const Bytes& file, StoredImage& image) noexc
 		return OutOfMemoryError();
 	std::memcpy(pixels, raster.GetPixels(), raster.GetCount() * sizeof(std::uint32_t));
 	cairo_surface_mark_dirty(surface.get());
-	if (_keepsFiles && images::FindFormat(bytes) == images::Format::jpeg)
+	// A page would show a file as it lies in there.
+	if (_keepsFiles && images::FindFormat(bytes) == images::Format::jpeg && images::FindOrientation(bytes) == 1)
 		ORVAN_TRY(KeepFile(surface.get(), file));
 	const auto width = static_cast<double>(box.GetWidth());
 	const auto height = static_cast<double>(box.GetHeight());

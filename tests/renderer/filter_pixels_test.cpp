@@ -190,7 +190,8 @@ TEST(FilterPixels, NoiseIsThatOfTheStandardsProgram)
 
 TEST(FilterPixels, KernelsAreTurnedAndMeetEdgesAsTheyAreTold)
 {
-	const Raster noise = MakeNoise({0, 0, 6, 6});
+	Raster noise = MakeNoise({0, 0, 6, 6});
+	noise.GetRow(5)[5] = 0xFF123456;
 	const std::array<double, 9> first = {1, 0, 0, 0, 0, 0, 0, 0, 0};
 	Kernel kernel{.values = first, .width = 3, .height = 3, .targetX = 1, .targetY = 1};
 	const Box box = noise.GetBox();
@@ -259,6 +260,13 @@ TEST(FilterPixels, LightFallsOnSlopesAndFadesAtTheConesEdge)
 	}
 	light.direction = {1.0F, 0.0F, 0.0F};
 	EXPECT_EQ(0, lit(20, 5));
+	// The pixel's own row counts as much as those beside it together.
+	for (const int row : {4, 6})
+		std::fill_n(ramp.GetRow(row), 50, 0u);
+	light.direction = {-1.0F, 0.0F, 0.0F};
+	EXPECT_EQ(180, lit(20, 5));
+	for (const int row : {4, 6})
+		std::copy_n(ramp.GetRow(5), 50, ramp.GetRow(row));
 	surface.isSpecular = true;
 	light.direction = {0.0F, 0.0F, 1.0F};
 	EXPECT_EQ(114, lit(20, 5));

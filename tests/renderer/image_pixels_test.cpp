@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// Image files that are whole, damaged and out of bounds, and the URLs that hold them.
+#include "filters/arrange.h"
 #include "images/data_url.h"
 #include "images/image_data.h"
+#include "images/orientation.h"
 
 #include <gtest/gtest.h>
 
@@ -65,6 +67,37 @@ TEST(ImagePixels, WhatIsDamagedOrTooLargeIsNothing)
 	for (const std::string text :
 		 {"\x89PNG\r\n\x1A\n____", "\xFF\xD8\xFF____", "RIFF____WEBPVP8 ____", "GIF89a", "<svg/>", ""})
 		EXPECT_TRUE(DecodeText(text, bounds).GetBox().IsEmpty()) << text;
+}
+
+TEST(ImagePixels, PicturesOfTurnedCamerasAreMadeUpright)
+{
+	// Two rows of three pixels, and where each of them goes, as the corners of the results say.
+	filters::Raster raster({0, 0, 3, 2});
+	for (std::uint32_t i = 0; i < 6; i++)
+		raster.GetPixels()[i] = i;
+	constexpr std::uint32_t kCorners[][4] = {{0, 2, 3, 5}, {2, 0, 5, 3}, {5, 3, 2, 0}, {3, 5, 0, 2},
+											 {0, 3, 2, 5}, {3, 0, 5, 2}, {5, 2, 3, 0}, {2, 5, 0, 3}};
+	for (int orientation = 1; orientation <= 8; orientation++)
+	{
+		const filters::Raster upright = MakeUpright(filters::Crop(raster, raster.GetBox()), orientation);
+		const filters::Box& box = upright.GetBox();
+		EXPECT_EQ(orientation < 5 ? 3 : 2, box.right);
+		const std::uint32_t corners[] = {upright.At(0, 0), upright.At(box.right - 1, 0), upright.At(0, box.bottom - 1),
+										 upright.At(box.right - 1, box.bottom - 1)};
+		EXPECT_TRUE(std::equal(std::begin(corners), std::end(corners), kCorners[orientation - 1])) << orientation;
+	}
+
+	const auto find = [](const std::string& text)
+	{
+		return FindOrientation({reinterpret_cast<const unsigned char*>(text.data()), text.size()});
+	};
+	const std::string little("\xFF\xD8\xFF\xE0\0\4ab\xFF\xE1\0\42Exif\0\0II*\0\10\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0",
+							 44);
+	const std::string big("\xFF\xD8\xFF\xE1\0\42Exif\0\0MM\0*\0\0\0\10\0\1\1\x12\0\3\0\0\0\1\0\10\0\0", 38);
+	EXPECT_EQ(6, find(little));
+	EXPECT_EQ(8, find(big));
+	for (std::size_t i = 0; i < little.size(); i++)
+		EXPECT_EQ(1, find(little.substr(0, i))) << i;
 }
 
 TEST(ImagePixels, FormatsShowInTheirFirstBytes)
