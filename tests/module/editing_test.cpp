@@ -186,6 +186,15 @@ TEST_F(Editing, FindsWhatStandsInTheTree)
 	// Moving about changes nothing.
 	Must(Edit("s")->InsertChildBefore(a, Find(document, "d")));
 	EXPECT_EQ(a, Find(document, "a"));
+	// To where it may come back from.
+	Must(edit->BeginTransaction());
+	Must(Edit("c")->Remove());
+	Must(Edit(a)->InsertChildBefore(Find(document, "d"), {}));
+	EXPECT_TRUE(IsFound("d"));
+	Must(Edit(second)->InsertChildBefore(Find(document, "d"), {}));
+	EXPECT_FALSE(IsFound("d"));
+	Must(edit->RollbackTransaction());
+	EXPECT_TRUE(IsFound("d"));
 	// From one document to another.
 	const SVGDocumentRef elsewhere = Load("<svg id='t'/>");
 	Must(Edit(elsewhere->GetRootElement())->InsertChildBefore(a, {}));
@@ -341,6 +350,14 @@ TEST_F(Editing, RenamesWithAllReferences)
 	Must(names->RenameId(first, Text("neuer")));
 	Must(names->RenameId(first, Text("neu")));
 	EXPECT_EQ(after, JsonOf(drawing));
+
+	// Nothing refers to the second of two.
+	const SVGDocumentRef doubled = Load("<svg><g id='x'/><rect id='x'/><use href='#x'/></svg>");
+	const auto second = Edit(doubled->GetRootElement())->GetChildAt(1);
+	Must(Cast<SVGDocumentEditInterface>(doubled)->RenameId(second, Text("z")));
+	EXPECT_EQ(second, Find(doubled, "z"));
+	const auto use = Cast<SVGUseElementInterface>(Edit(doubled->GetRootElement())->GetChildAt(2));
+	EXPECT_EQ(Text("x"), use->GetLink());
 }
 
 TEST_F(Editing, TellsObserversWhatChanged)
@@ -360,6 +377,9 @@ TEST_F(Editing, TellsObserversWhatChanged)
 	Must(Edit("c")->Remove());
 	Must(b->SetOpacity(0.5)); // Of no tree.
 	EXPECT_EQ("+b<c -c<s", Heard());
+	Must(Edit(b)->CopyAttributes(p)); // Nor this.
+	Must(Edit(p)->CopyAttributes(b));
+	EXPECT_EQ("p. p.transform", Heard());
 	Must(Edit("a")->ReplaceWith(b));
 	EXPECT_EQ("-a<s +b<s", Heard());
 	Must(edit->RenameId(Find(document, "d"), Text("e")));
@@ -377,6 +397,9 @@ TEST_F(Editing, TellsObserversWhatChanged)
 	Must(document->Init(TextFile("<svg fill='x'/>").GetUrl()));
 	document->Reset();
 	EXPECT_EQ("loaded 3 loaded 0", Heard());
+	Must(document->Init(TextFile("<svg/>").GetUrl()));
+	Must(document->GetRootElement()->SetOpacity(0.5));
+	EXPECT_EQ("loaded 1 .opacity", Heard());
 	edit->RemoveObserver(number);
 	Must(document->Init(TextFile("<svg/>").GetUrl()));
 	EXPECT_EQ("", Heard());
@@ -399,7 +422,12 @@ TEST_F(Editing, LetsObserversDoAsTheyLike)
 	EXPECT_EQ("b.fill", Heard());
 	Must(b->SetFill({}));
 	EXPECT_EQ("b.fill b.fill", Heard());
-	edit->RemoveObserver(number);
+	meanwhile = [](Editing& test)
+	{
+		test.edit->RemoveObserver(number + 1);
+	};
+	Must(b->SetFill({}));
+	EXPECT_EQ("b.fill", Heard());
 	// Edit, and load another file.
 	meanwhile = [](Editing& test)
 	{

@@ -40,6 +40,7 @@ TEST_F(UndoTest, TakesTransactionsBackAndMakesThemAgain)
 {
 	const auto path = Cast<SVGPathElementInterface>(At("p"));
 	Must(At("r")->SetOpacity(0.25)); // Not recorded: there was no transaction yet.
+	Must(Edit(At("d"))->InsertChildBefore(At("r"), {}));
 	EXPECT_EQ(0, edit->GetUndoCount());
 	const std::string first = Json();
 	Must(edit->BeginTransaction());
@@ -47,6 +48,7 @@ TEST_F(UndoTest, TakesTransactionsBackAndMakesThemAgain)
 	for (int i = 0; i < 40; i++)
 		Must(path->LineTo({1.0 * i, 2.0}));
 	Must(edit->BeginTransaction());
+	Must(path->CloseSubpath());
 	Must(Edit(At("layer1"))->Remove());
 	Must(path->CloseSubpath()); // Out of the tree by now.
 	EXPECT_FALSE(Edit(At("root"))->GetChildCount() == 0);
@@ -83,6 +85,13 @@ TEST_F(UndoTest, TakesTransactionsBackAndMakesThemAgain)
 	EXPECT_TRUE(Must(edit->Undo()));
 	Must(At("t")->SetOpacity(0.5));
 	EXPECT_EQ(0, edit->GetRedoCount());
+	EXPECT_TRUE(Must(edit->Undo()));
+	Must(path->LineTo({}));
+	Must(At("t")->SetOpacity(0.5));
+	EXPECT_TRUE(Must(edit->Undo()));
+	Must(path->LineTo({})); // Joins no step that something was taken back after.
+	EXPECT_EQ(0, edit->GetRedoCount());
+	EXPECT_EQ(4, edit->GetUndoCount());
 
 	Must(edit->SetUndoLimit(2));
 	EXPECT_EQ(2, edit->GetUndoCount());
