@@ -135,7 +135,8 @@ private:
 	{
 		constexpr double kFar = 1 << 30;
 		const double whole = std::floor(at);
-		return static_cast<int>(std::abs(whole) < kFar ? whole : std::fmod(whole, kSize));
+		const double folded = std::abs(whole) < kFar ? whole : std::fmod(whole, kSize);
+		return std::isnan(folded) ? 0 : static_cast<int>(folded);
 	}
 
 	static float Ease(float t) noexcept
