@@ -1,12 +1,15 @@
 # SPDX-License-Identifier: MIT
 """Documents: files that were loaded, what there is to say about them, and their pictures."""
 
+import contextlib
 import dataclasses
 import os
+import urllib.parse
+import urllib.request
 import warnings
 
 from . import _modules  # noqa: F401 - opens the modules
-from . import _core
+from . import _core, _elements
 
 
 class RefusedError(ValueError):
@@ -54,18 +57,19 @@ class Document(_core.Document):
     _is_icon = False
 
     @classmethod
-    def open(cls, source, *, complete=True, tolerant=True, style_sheet=None, base=None):
+    def open(cls, source, *, complete=True, tolerant=True, style_sheet=None, base=None, keep_source=True):
         """Loads a document.
 
         `source` is a path, bytes, or an open binary file. `complete` reads all that a browser would, style sheets
         included; without it only a plain and strict part of SVG is read. `tolerant` leaves out a value that is not
         valid instead of refusing the file, and reports it. `style_sheet` is CSS of the caller's own, which comes after
-        that of the file. `base` is the path that relative references of bytes are resolved against.
+        that of the file. `base` is the path that relative references of bytes are resolved against. `keep_source`
+        remembers the text, so that `save` changes nothing in it but what was edited; it takes time and memory.
 
         Raises RefusedError for content that cannot be used, FileNotFoundError and other OSErrors for files that cannot
         be read, MemoryError. Other threads go on meanwhile.
         """
-        document = cls(complete=complete, tolerant=tolerant, keep_source=False, style_sheet=style_sheet or "",
+        document = cls(complete=complete, tolerant=tolerant, keep_source=keep_source, style_sheet=style_sheet or "",
                        is_icon=cls._is_icon)
         if isinstance(source, (str, os.PathLike)):
             name = os.fspath(source)
@@ -80,6 +84,63 @@ class Document(_core.Document):
         if report.outcome not in ("loaded", "loaded with findings"):
             raise RefusedError(name, report)
         return document
+
+    @classmethod
+    def new(cls, width, height):
+        """An empty document of a size: its root is an svg element."""
+        document = cls(complete=True, tolerant=True, keep_source=False, style_sheet="")
+        root = document.create("svg")
+        document._set_root(root)
+        root.width, root.height = width, height
+        return document
+
+    def create(self, kind, **attributes):
+        """A new element of a kind ("rect", "g" …), in no tree yet, with attributes by their Python names:
+        `document.root.append(document.create("circle", r=5, fill="red"))`."""
+        if kind not in _elements.CLASS_IDS:
+            raise ValueError(f"There is no kind of element {kind}.")
+        element = self._create(_elements.CLASS_IDS[kind])
+        for name, value in attributes.items():
+            if not hasattr(type(element), name):
+                raise AttributeError(f"An element of kind {kind} has no attribute {name}.")
+            setattr(element, name, value)
+        return element
+
+    @contextlib.contextmanager
+    def transaction(self):
+        """Groups edits: `with document.transaction(): …`. They become one step for `undo`; an exception takes them back."""
+        self._change("begin")
+        try:
+            yield self
+        except BaseException:
+            self._change("rollback")
+            raise
+        self._change("commit")
+
+    def undo(self):
+        """Takes back the last step; the history begins with the first transaction. False when there is none."""
+        return self._change("undo")
+
+    def redo(self):
+        """Makes the step again that was last taken back. False when there is none."""
+        return self._change("redo")
+
+    def save(self, path=None, *, rewrite=False, indentation=2, precision=-1):
+        """Saves the document: what was not edited stays byte for byte, unless `rewrite` has it written whole, with
+        `indentation` blanks a level and `precision` digits behind the decimal point (-1 for all that are needed).
+
+        Without a path, it is saved where it was loaded from. The old file stays until the new one is complete. Raises
+        ValueError, and changes no file, for what could not be loaded again.
+        """
+        if path is None:
+            if not self.url.startswith("file:"):
+                raise ValueError("The document was not loaded from a file: save needs a path.")
+            path = urllib.request.url2pathname(urllib.parse.urlparse(self.url).path)
+        self._save(os.path.abspath(os.fspath(path)), _core.SaveOptions(rewrite, indentation, precision))
+
+    def to_bytes(self, *, rewrite=False, indentation=2, precision=-1):
+        """What `save` would write."""
+        return self._save_bytes(_core.SaveOptions(rewrite, indentation, precision))
 
     @property
     def report(self):
@@ -116,6 +177,10 @@ class Document(_core.Document):
         content, said = picture_of(self, is_page, **options)
         _warn(said)
         return content
+
+    def _repr_svg_(self):
+        """The document in a notebook."""
+        return self.to_bytes(rewrite=True).decode()
 
     def _repr_png_(self):
         """The picture in a notebook."""

@@ -87,8 +87,41 @@ def _python_name(name):
     return words + "_" if keyword.iskeyword(words) else words
 
 
+def to_text(value):
+    """A value as SVG writes it. Three numbers in a tuple are a colour, other sequences lists."""
+    if isinstance(value, str):
+        return value
+    if isinstance(value, (_core.Length, bool)):
+        return str(value)
+    if isinstance(value, _core.Paint):
+        if value.kind == "color":
+            return _color_text(value.color, value.alpha)
+        return f"url(#{value.reference})" if value.kind == "url" else value.kind
+    if isinstance(value, tuple) and len(value) == 3:
+        return _color_text(value, 1)
+    if hasattr(value, "__iter__"):
+        return " ".join(map(to_text, value))
+    return repr(float(value)).removesuffix(".0")
+
+
+def _color_text(color, alpha):
+    channels = " ".join(f"{100 * float(channel)!r}%" for channel in color)
+    return f"rgb({channels} / {alpha!r})" if alpha != 1 else f"rgb({channels})"
+
+
 def _property(name):
-    return property(lambda self: self.get(name), doc=f'The attribute "{name}", typed; None when the element does not say it.')
+    def set_value(self, value):
+        if value is None:
+            self.remove_attribute(name)
+        else:
+            self.set_text(name, to_text(value))
+
+    def remove(self):
+        self.remove_attribute(name)
+
+    return property(lambda self: self.get(name), set_value, remove,
+                    f'The attribute "{name}", typed, keywords as text; None when the element does not say it. Takes text, '
+                    f"numbers, lengths, paints, colours as (red, green, blue) and lists; None removes it.")
 
 
 def _make_classes():
@@ -114,3 +147,11 @@ classes["Path"].points = property(
     lambda self: self._path()[1],
     doc="The points of all commands one after the other, absolute: one of a move or line, three of a cubic, none of a "
         "close. A NumPy array of float64 with a row for each point, a copy.")
+
+classes["Path"].d = property(
+    lambda self: self._get_path_data(), lambda self, data: self._set_path_data(data),
+    doc="The commands as SVG path data, absolute. Takes any path data; ValueError, with the place, for what is none.")
+
+#: The class ids of the kinds that can be created.
+CLASS_IDS = {kind: "net.orvan.image.class.svg" + {"g": "group", "a": "anchor", "#text": "textrun"}.get(kind, kind.lower())
+             + "element" for kind in _KINDS}

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents.h"
+#include "svg_edit.h"
+#include "svg_source.h"
 
 #include "values.h"
 
@@ -50,16 +52,16 @@ SVGImportOptions MakeOptions(bool isComplete, bool isTolerant, bool keepsSource,
 	return options;
 }
 
-/// Loads into a document while other threads of the interpreter go on.
-template <typename Load>
-void LoadInto(SharedDocument& shared, const Load& load)
+/// Loads into or saves a document while other threads of the interpreter go on.
+template <typename Run>
+void RunAlone(SharedDocument& shared, const Run& run)
 {
 	const DocumentLock lock(shared);
 	Result<void> result;
 	{
 		const py::gil_scoped_release others;
 		const CollectedDiagnostics silence; // The report says it all.
-		result = load();
+		result = run();
 	}
 	Unwrap(std::move(result));
 }
@@ -88,6 +90,16 @@ py::list Collect(const Shared& shared, const SVGElementRef& root)
 
 void DefineDocuments(py::module_& module)
 {
+	py::class_<SVGSaveOptions>(module, "SaveOptions")
+		.def(py::init(
+			[](bool rewrites, std::int32_t indentation, std::int32_t precision)
+			{
+				SVGSaveOptions options;
+				options.mode = rewrites ? SVGSaveMode::rewrite : SVGSaveMode::edit;
+				options.indentation = indentation;
+				options.precision = precision;
+				return options;
+			}));
 	py::class_<SharedDocument, Shared>(module, "Document")
 		.def(py::init(
 				 [](bool isComplete, bool isTolerant, bool keepsSource, const std::string& styleSheet, bool isIcon)
@@ -105,7 +117,7 @@ void DefineDocuments(py::module_& module)
 			 [](SharedDocument& self, const std::string& path)
 			 {
 				 const Url url = Unwrap(Url::FromPath(path));
-				 LoadInto(self, [&] { return self.document->Init(url); });
+				 RunAlone(self, [&] { return self.document->Init(url); });
 			 })
 		.def("_load_bytes",
 			 [](SharedDocument& self, const py::bytes& bytes, const std::string& base)
@@ -113,7 +125,7 @@ void DefineDocuments(py::module_& module)
 				 const std::string_view view = bytes;
 				 const Url url = base.empty() ? Url() : Unwrap(Url::FromPath(base));
 				 const auto import = Cast<SVGDocumentImportInterface>(self.document);
-				 LoadInto(self, [&]
+				 RunAlone(self, [&]
 						  { return import->InitFromMemory(view.data(), static_cast<std::int64_t>(view.size()), url); });
 			 })
 		.def("_report",
@@ -158,6 +170,63 @@ void DefineDocuments(py::module_& module)
 				return ids;
 			},
 			py::arg("prefix") = "", "The ids that begin with a prefix, the same for every load of a file.")
+		.def(
+			"select",
+			[](const Shared& self, const std::string& selectors)
+			{
+				const DocumentLock lock(*self);
+				py::list elements;
+				for (const SVGElementRef& element :
+					 Unwrap(Cast<SVGDocumentSourceInterface>(self->document)->Select(ToString(selectors))))
+					elements.append(Wrap(self, element));
+				return elements;
+			},
+			py::arg("selectors"),
+			"The elements that CSS selectors find, in document order. ValueError for text that is none.")
+		.def("_create", [](const Shared& self, const std::string& classId)
+			 { return Wrap(self, Unwrap(CreateObject<SVGElementInterface>(classId.c_str()))); })
+		.def("_set_root",
+			 [](const Shared& self, const Element& root)
+			 {
+				 const DocumentLock lock(*self);
+				 Unwrap(Cast<SVGDocumentEditInterface>(self->document)->SetRootElement(root.element));
+			 })
+		.def(
+			"rename",
+			[](SharedDocument& self, const Element& element, const std::string& id)
+			{
+				const DocumentLock lock(self);
+				Unwrap(Cast<SVGDocumentEditInterface>(self.document)->RenameId(element.element, ToString(id)));
+			},
+			py::arg("element"), py::arg("id"),
+			"Gives an element another id; all that refers to it follows. ValueError when another element has it.")
+		.def("_change",
+			 [](SharedDocument& self, const std::string& what)
+			 {
+				 const DocumentLock lock(self);
+				 const auto edit = Cast<SVGDocumentEditInterface>(self.document);
+				 if (what == "undo" || what == "redo")
+					 return Unwrap(what == "undo" ? edit->Undo() : edit->Redo());
+				 Unwrap(what == "begin"    ? edit->BeginTransaction()
+						: what == "commit" ? edit->CommitTransaction()
+										   : edit->RollbackTransaction());
+				 return true;
+			 })
+		.def("_save",
+			 [](SharedDocument& self, const std::string& path, const SVGSaveOptions& options)
+			 {
+				 const Url url = Unwrap(Url::FromPath(path));
+				 const auto source = Cast<SVGDocumentSourceInterface>(self.document);
+				 RunAlone(self, [&] { return source->Save(url, options); });
+			 })
+		.def("_save_bytes",
+			 [](SharedDocument& self, const SVGSaveOptions& options)
+			 {
+				 const DocumentLock lock(self);
+				 const BaseArray<char> bytes =
+					 Unwrap(Cast<SVGDocumentSourceInterface>(self.document)->SaveToMemory(options));
+				 return py::bytes(bytes.begin(), bytes.GetCount());
+			 })
 		.def("__iter__",
 			 [](const Shared& self)
 			 {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents.h"
+#include "svg_edit.h"
+#include "svg_source.h"
 #include "values.h"
 
 #include <pybind11/numpy.h>
@@ -48,9 +50,29 @@ py::dict GetAttributes(const Element& self)
 		const auto index = static_cast<std::size_t>(entry.key);
 		if (index < kSVGAttributeNames.size())
 			result[py::str(kSVGAttributeNames[index].data(), kSVGAttributeNames[index].size())] =
-				GetValue(attributes, static_cast<SVGImportAttribute>(entry.key));
+				GetValue(self.shared->document, self.element, static_cast<SVGImportAttribute>(entry.key));
 	}
 	return result;
+}
+
+SVGDocumentSourceRef SourceOf(const Element& self)
+{
+	return Cast<SVGDocumentSourceInterface>(self.shared->document);
+}
+
+SVGElementEditRef EditOf(const Element& self)
+{
+	const auto edit = Cast<SVGElementEditInterface>(self.element);
+	if (!edit)
+		throw py::value_error("An element of this kind cannot be edited.");
+	return edit;
+}
+
+/// Elements of two documents would be under two locks.
+void RequireSameDocument(const Element& self, const Element& other)
+{
+	if (self.shared != other.shared)
+		throw py::value_error("The elements are of different documents.");
 }
 
 std::string GetText(const Element& self)
@@ -65,6 +87,19 @@ std::string GetText(const Element& self)
 	if (const auto description = Cast<SVGDescriptionInterface>(self.element))
 		return std::string(description->GetText().View());
 	return {};
+}
+
+void SetText(const Element& self, const std::string& characters)
+{
+	const DocumentLock lock(*self.shared);
+	if (const auto text = Cast<SVGTextElementInterface>(self.element))
+		Unwrap(text->SetText(ToString(characters)));
+	else if (const auto run = Cast<SVGTextRunInterface>(self.element))
+		Unwrap(run->SetText(ToString(characters)));
+	else if (const auto description = Cast<SVGDescriptionInterface>(self.element))
+		Unwrap(description->SetText(ToString(characters)));
+	else
+		throw py::value_error("The element has no text of its own.");
 }
 
 std::string GetLink(const Element& self)
@@ -127,7 +162,9 @@ void DefineElements(py::module_& module)
 			"The transform to the document's coordinates.")
 		.def_property_readonly("attributes", &GetAttributes,
 							   "All attributes that are set, typed, by their SVG names. A copy.")
-		.def_property_readonly("text", &GetText, "The characters of a text, title, description …; \"\" for others.")
+		.def_property(
+			"text", &GetText, &SetText,
+			"The characters of a text, title, description …; \"\" for others. Can be set where an element holds them.")
 		.def_property_readonly("href", &GetLink, "What a link names, as it is stored; \"\" where there is none.")
 		.def_property_readonly(
 			"parent",
@@ -161,9 +198,110 @@ void DefineElements(py::module_& module)
 				if (number == SVGImportAttribute::unknown)
 					throw py::key_error(name);
 				const DocumentLock lock(*self.shared);
-				return GetValue(self.element->GetAttributeDictionary(), number);
+				return GetValue(self.shared->document, self.element, number);
 			},
-			py::arg("name"), "The value of an attribute by its SVG name; None when the element says nothing.")
+			py::arg("name"),
+			"The value of an attribute by its SVG name, typed; keywords are text. None when the element says nothing.")
+		.def(
+			"get_text",
+			[](const Element& self, const std::string& name) -> py::object
+			{
+				const DocumentLock lock(*self.shared);
+				Result<String> text = SourceOf(self)->GetAttributeText(self.element, ToString(name));
+				if (!text.IsOk() && text.GetError().GetClass() == ErrorClass::notFound)
+					return py::none();
+				return ToPython(Unwrap(std::move(text)));
+			},
+			py::arg("name"), "The value of any attribute as text, unknown ones included; None when there is none.")
+		.def(
+			"set_text",
+			[](const Element& self, const std::string& name, const std::string& text)
+			{
+				const DocumentLock lock(*self.shared);
+				Unwrap(SourceOf(self)->SetAttributeText(self.element, ToString(name), ToString(text)));
+			},
+			py::arg("name"), py::arg("text"),
+			"Sets an attribute from text, as a browser would read it. ValueError for text that is no value of it, and "
+			"for "
+			"an attribute that does not count on the element.")
+		.def(
+			"remove_attribute",
+			[](const Element& self, const std::string& name)
+			{
+				const DocumentLock lock(*self.shared);
+				Unwrap(SourceOf(self)->RemoveAttributeText(self.element, ToString(name)));
+			},
+			py::arg("name"), "Takes an attribute away; nothing happens when there is none.")
+		.def_property_readonly(
+			"tag",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				return ToPython(Unwrap(SourceOf(self)->GetTag(self.element)));
+			},
+			"The tag as the file writes it, with its prefix.")
+		.def_property_readonly(
+			"index", [](const Element& self) { return EditOf(self)->GetIndex(); },
+			"The place among the parent's children, from 0; -1 for a root.")
+		.def(
+			"remove",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				Unwrap(EditOf(self)->Remove());
+			},
+			"Takes the element with all below out of the tree. It can be inserted again. RuntimeError for the root.")
+		.def(
+			"insert_before",
+			[](const Element& self, const Element& child, const Element* next)
+			{
+				RequireSameDocument(self, child);
+				const DocumentLock lock(*self.shared);
+				Unwrap(
+					EditOf(self)->InsertChildBefore(child.element, next != nullptr ? next->element : SVGElementRef()));
+			},
+			py::arg("child"), py::arg("next"),
+			"Makes an element of the same document a child of this one, before `next`, or the last when that is None; "
+			"from where it was it goes away.")
+		.def(
+			"append",
+			[](const Element& self, const Element& child)
+			{
+				RequireSameDocument(self, child);
+				const DocumentLock lock(*self.shared);
+				Unwrap(EditOf(self)->InsertChildBefore(child.element, SVGElementRef()));
+			},
+			py::arg("child"), "Makes an element of the same document the last child of this one.")
+		.def(
+			"replace_with",
+			[](const Element& self, const Element& replacement)
+			{
+				RequireSameDocument(self, replacement);
+				const DocumentLock lock(*self.shared);
+				Unwrap(EditOf(self)->ReplaceWith(replacement.element));
+			},
+			py::arg("replacement"), "Puts another element of the same document in this one's place.")
+		.def(
+			"clone",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				return Wrap(self.shared, Unwrap(CloneObject(self.element)));
+			},
+			"A copy with all below, in no tree yet.")
+		.def("_get_path_data",
+			 [](const Element& self)
+			 {
+				 const DocumentLock lock(*self.shared);
+				 const auto path = Cast<SVGPathEditInterface>(self.element);
+				 return path ? ToPython(Unwrap(path->GetPathData())) : py::str();
+			 })
+		.def("_set_path_data",
+			 [](const Element& self, const std::string& data)
+			 {
+				 const DocumentLock lock(*self.shared);
+				 Unwrap(Cast<SVGPathEditInterface>(self.element)->SetPathData(ToString(data)));
+			 })
 		.def("_path",
 			 [](const Element& self)
 			 {

@@ -2,9 +2,11 @@
 #include "values.h"
 
 #include "attribute_values.h"
+#include "svg_source.h"
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <pybind11/stl.h>
 
 namespace orvan::python
@@ -75,11 +77,6 @@ constexpr std::array<std::string_view, 55> kKinds = {"unknown",
 													 "#text"};
 static_assert(kKinds.size() == static_cast<std::size_t>(SVGImportElementKind::textRun) + 1);
 
-py::object Convert(std::int32_t number)
-{
-	return py::int_(number);
-}
-
 py::object Convert(Float number)
 {
 	return py::float_(number);
@@ -121,15 +118,8 @@ py::object Convert(const Matrix2d& matrix)
 	return ToTuple(matrix);
 }
 
-/// What is best read as text, or not at all.
 template <typename T>
-py::object Convert(const T&)
-{
-	return py::none();
-}
-
-template <typename T>
-py::object Convert(const BaseArray<T>& values)
+requires(std::same_as<T, Float> || std::same_as<T, SVGLength>) py::object Convert(const BaseArray<T>& values)
 {
 	py::list list;
 	for (const T& value : values)
@@ -162,15 +152,29 @@ Matrix2d ToMatrix(const py::sequence& numbers)
 	return {{at(4), at(5)}, {at(0), at(1)}, {at(2), at(3)}};
 }
 
-py::object GetValue(const DataDictionary& attributes, SVGImportAttribute number)
+py::object GetValue(const SVGDocumentRef& document, const SVGElementRef& element, SVGImportAttribute number)
 {
-	py::object result = py::none();
+	const DataDictionary attributes = element->GetAttributeDictionary();
+	py::object result;
 	for (const DataDictionary::Entry& entry : attributes)
 	{
-		if (entry.key == static_cast<std::int32_t>(number))
-			program::VisitAttribute(attributes, entry, [&](const auto& value) { result = Convert(value); });
+		if (entry.key != static_cast<std::int32_t>(number))
+			continue;
+		program::VisitAttribute(attributes, entry,
+								[&](const auto& value)
+								{
+									// Keywords are numbers and say more as text.
+									using Value = std::remove_cvref_t<decltype(value)>;
+									if constexpr (!std::same_as<Value, std::int32_t> && requires { Convert(value); })
+										result = Convert(value);
+								});
+		if (result)
+			return result;
+		const std::string_view name = kSVGAttributeNames[static_cast<std::size_t>(number)];
+		Result<String> text = Cast<SVGDocumentSourceInterface>(document)->GetAttributeText(element, ToString(name));
+		return text.IsOk() ? py::object(ToPython(text.GetValue())) : py::none();
 	}
-	return result;
+	return py::none();
 }
 
 SVGImportAttribute FindAttribute(std::string_view name)

@@ -32,8 +32,9 @@ Length ToLength(const SVGLength& length);
 py::tuple ToTuple(const Matrix2d& matrix); ///< a, b, c, d, e, f.
 Matrix2d ToMatrix(const py::sequence& numbers);
 
-/// The value under a number of a dictionary; None when there is none, or none that Python has a form for.
-py::object GetValue(const DataDictionary& attributes, SVGImportAttribute number);
+/// The value of an attribute of an element; None when the element says nothing. Keywords, and what else Python has no
+/// type for, are text as SVG writes it.
+py::object GetValue(const SVGDocumentRef& document, const SVGElementRef& element, SVGImportAttribute number);
 
 /// The number of an attribute by its SVG name; `unknown` for names that are none.
 SVGImportAttribute FindAttribute(std::string_view name);

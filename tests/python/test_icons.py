@@ -20,7 +20,7 @@ def icon_text(fill):
 
 class Icons(unittest.TestCase):
     def shown(self, icon):
-        return [layer for layer in LAYERS if icon[layer].display != 2]
+        return [layer for layer in LAYERS if icon[layer].display != "none"]
 
     def test_states_and_layers(self):
         icon = orvan_svg.Icon.open(icon_text("red").encode())
