@@ -47,14 +47,33 @@ private:
 
 TEST_F(Texts, ListsGoOnInTheElementsWithinAndShiftsAddUp)
 {
-	const auto picture =
-		DrawCompletely("<text x='10 30 80' y='20' fill='#00f'>█<tspan fill='#f00'>█</tspan>█</text>"
-					   "<text x='10' dx='0 5' y='50'>█<tspan x='40' dx='10'>█</tspan><tspan>█</tspan></text>"
-					   "<text x='10' y='80'>█<tspan dy='10'/>█<tspan dy='5' fill='#f00'>█</tspan></text>");
+	const auto picture = DrawCompletely(
+		"<text x='10 30 80' y='20' fill='#00f'>█<tspan fill='#f00' transform='translate(9)'>█</tspan>█</text>"
+		"<text x='10' dx='0 5' y='50'>█<tspan x='40' dx='10'>█</tspan><tspan>█</tspan></text>"
+		"<text x='10' y='80'>█<tspan dy='10'/>█<tspan dy='5' fill='#f00'>█</tspan></text>");
 	EXPECT_EQ("0000ff 10-24, ff0000 30-44, 0000ff 80-94", Row(picture, 10));
 	EXPECT_EQ("000000 10-24, 000000 50-64, 000000 66-79", Row(picture, 40));
 	EXPECT_EQ("000000 10-39", Row(picture, 65));
 	EXPECT_EQ("ff0000 41-55", Row(picture, 87));
+}
+
+TEST_F(Texts, RotationsHoldForAllThatFollowsAndMarksStayWithTheirLetters)
+{
+	EXPECT_EQ("000000 10-39", Row(DrawCompletely("<text x='10' y='50' rotate='0 180'>███</text>"), 60));
+	EXPECT_EQ("000000 10-24, 000000 80-94", Row(DrawCompletely("<text x='10 50 80' y='50'>█&#x301;█</text>"), 34));
+	// Letters that are spaced do not join.
+	EXPECT_EQ("000000 15-16, 000000 48-50",
+			  Row(DrawCompletely("<text x='10' y='50' font-size='40' letter-spacing='20'>fi</text>"), 40));
+}
+
+TEST_F(Texts, GoBackwardsWhereTheyAreToldTo)
+{
+	const std::string backwards = "<text x='90' y='50' direction='rtl' unicode-bidi='bidi-override' ";
+	EXPECT_EQ("ff0000 42-72, 000000 75-89",
+			  Row(DrawCompletely(backwards + ">█<tspan dx='-2' font-size='40' fill='#f00'>█</tspan></text>"), 40));
+	EXPECT_EQ("000000 50-63, 000000 75-89", Row(DrawCompletely(backwards + "letter-spacing='10'>██</text>"), 40));
+	// A chunk is ordered by itself.
+	EXPECT_EQ("000000 58-79", Row(DrawCompletely("<text x='10 40' y='50' font-size='30'>אב█</text>"), 55));
 }
 
 TEST_F(Texts, BlanksBetweenElementsCountAndThoseAtTheEndDoNot)
@@ -70,6 +89,8 @@ TEST_F(Texts, AnchorsCountForEachChunkAndBothDirections)
 		"000000 34-48, ff0000 51-65",
 		Row(DrawCompletely("<text x='50' y='50' text-anchor='middle'>█<tspan dx='1' fill='#f00'>█</tspan></text>"),
 			40));
+	EXPECT_EQ("000000 12-26, 000000 50-64",
+			  Row(DrawCompletely("<text x='50' y='50' word-spacing='-60'>█ █</text>"), 40));
 	EXPECT_EQ("000000 35-49, 000000 75-89",
 			  Row(DrawCompletely("<text x='50 90' y='50' text-anchor='end'>██</text>"), 40));
 	EXPECT_EQ("000000 35-49", Row(DrawCompletely("<text x='50' y='50' direction='rtl'>█א</text>"), 40));
@@ -105,7 +126,16 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 		path + "<text x='60' y='90'>█<textPath xlink:href='#p'>█</textPath><tspan fill='#f00'>█</tspan></text>");
 	EXPECT_EQ("ff0000 20-34", Row(behind, 50));
 	EXPECT_EQ("000000 60-74", Row(behind, 80));
-	// Other shapes are paths as well.
+	const auto turned =
+		DrawCompletely("<path id='p' d='M20 60h60' fill='none'/><text x='5' y='30'>"
+					   "<textPath xlink:href='#p' rotate='180'>█<tspan rotate='180'>█</tspan></textPath></text>");
+	EXPECT_EQ("000000 25-39", Row(turned, 50));
+	EXPECT_EQ("000000 41-54", Row(turned, 70));
+	// Other shapes are paths as well, up to where they close.
+	EXPECT_EQ("000000 17-39",
+			  Row(DrawCompletely("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
+								 "xlink:href='#r' startOffset='130'>█</textPath></text>"),
+				  72));
 	EXPECT_EQ("000000 35-49, 000000 60-74",
 			  Row(DrawCompletely("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
 								 "xlink:href='#r'>█<tspan x='25'>█</tspan></textPath></text>"),
@@ -161,9 +191,9 @@ TEST_F(Texts, ClipMaskAndMeasureAsTheyAreDrawn)
 					  "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath><g "
 					  "clip-path='url(#c)'><text x='10' y='50'>█<tspan x='50'>█</tspan></text></g>"),
 				  40));
-	EXPECT_EQ("000000 10-24, 000000 41-64",
+	EXPECT_EQ("000000 10-24, 000000 36-69",
 			  Row(DrawCompletely("<g opacity='.999' style='isolation:isolate'><text x='10' y='50'>█<tspan dx='20' "
-								 "stroke='#000' stroke-width='10'>█</tspan></text></g>"),
+								 "stroke='#000' stroke-width='20'>█</tspan></text></g>"),
 				  40));
 }
 
