@@ -41,6 +41,11 @@ void Command::AddArguments(const char* name, const char* help, std::vector<std::
 	_app.add_option(name, values, help)->required()->type_name("")->check(&CheckNotEmpty);
 }
 
+void Command::AddOptionalArguments(const char* name, const char* help, std::vector<std::string>& values)
+{
+	_app.add_option(name, values, help)->type_name("")->check(&CheckNotEmpty);
+}
+
 void Command::AddFlag(const char* names, const char* help, bool& value)
 {
 	_app.add_flag(names, value, help);

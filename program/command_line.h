@@ -49,6 +49,9 @@ public:
 	/// One argument or more, likewise.
 	void AddArguments(const char* name, const char* help, std::vector<std::string>& values);
 
+	/// Any number of arguments, likewise.
+	void AddOptionalArguments(const char* name, const char* help, std::vector<std::string>& values);
+
 	void AddFlag(const char* names, const char* help, bool& value);
 	void AddText(const OptionText& text, std::string& value);
 	void AddText(const OptionText& text, std::optional<std::string>& value);

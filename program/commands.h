@@ -13,5 +13,8 @@ void AddCheckCommand(CommandLine& commandLine);
 void AddRegistryCommand(CommandLine& commandLine);
 void AddIconCommand(CommandLine& commandLine);
 void AddRenderCommand(CommandLine& commandLine);
+/// `set`, `remove`, `rename-id` and `new`.
+void AddEditCommands(CommandLine& commandLine);
+void AddRepairCommand(CommandLine& commandLine);
 
 } // namespace orvan::program

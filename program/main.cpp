@@ -22,6 +22,8 @@ int Run(int argumentCount, char** arguments)
 	AddRegistryCommand(commandLine);
 	AddIconCommand(commandLine);
 	AddRenderCommand(commandLine);
+	AddEditCommands(commandLine);
+	AddRepairCommand(commandLine);
 	const int status = commandLine.Run(argumentCount, arguments);
 	// Here, and not at the end of the process, trouble with the last of the results can still be told.
 	FlushOutput();

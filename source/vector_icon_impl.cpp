@@ -119,10 +119,11 @@ Result<BaseArray<const ElementBase*>> VectorIconImpl::ListSwitched() const noexc
 		const ElementBase* const layer = ElementOf(GetLayer(id));
 		return layer != nullptr ? switched.Append(layer) : Result<void>();
 	};
-	if (_isStateSet)
+	if (_isStateSet || !_stateLayer.IsEmpty())
 	{
-		for (const String& id : _stateLayers)
-			ORVAN_TRY(add(id));
+		const String prefix = ORVAN_TRY(String::Create("State:"));
+		for (const SVGElementRef& layer : ORVAN_TRY(_document->GetElementsByIdWithPrefix(prefix)))
+			ORVAN_TRY(add(layer->GetId()));
 	}
 	for (const LayerSwitch& entry : _clientSwitches)
 		ORVAN_TRY(add(entry.id));

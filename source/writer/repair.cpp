@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace orvan::svg
@@ -280,7 +281,7 @@ private:
 	std::optional<std::string> Choose(const Refused& refused, const Rule& rule, const std::string& value,
 									  bool isDeclaration)
 	{
-		int& attempt = _attempts[{refused.elementNumber, isDeclaration, std::string(rule.name)}];
+		std::set<std::string>& tried = _tried[{refused.elementNumber, isDeclaration, std::string(rule.name)}];
 		_alpha = 1.0;
 		const BrowserValue read = ReadAsBrowser(rule, refused.tag, value, isDeclaration);
 		std::vector<std::string> candidates;
@@ -293,18 +294,17 @@ private:
 		if (rule.number == Number::href && !read.text.empty())
 			candidates.push_back(WithoutOddCharacters(read.text));
 		candidates.push_back(read.text);
-		while (static_cast<std::size_t>(attempt) < candidates.size())
+		for (const std::string& candidate : candidates)
 		{
-			std::string& candidate = candidates[static_cast<std::size_t>(attempt++)];
-			if (candidate == value || (candidate.empty() && !read.text.empty()))
+			if (candidate == value || candidate.empty() || !tried.insert(candidate).second)
 				continue;
 			if (read.alpha == 0.0 && (rule.number == Number::fill || rule.number == Number::stroke))
 				return "none";
 			_alpha = read.alpha;
-			return std::move(candidate);
+			return candidate;
 		}
 		// What no form of can be read is taken out, as a browser that cannot read it does.
-		if (attempt++ == static_cast<int>(candidates.size()) && read.text.empty())
+		if (read.text.empty() && tried.insert(std::string()).second)
 			return std::string();
 		return {};
 	}
@@ -335,8 +335,8 @@ private:
 			edits.Replace(known->valueBegin, known->valueBegin + known->valueSize, number);
 		else
 		{
-			edits.Insert(refused.element.begin + 1 + refused.element.nameSize,
-						 ' ' + std::string(name) + "=\"" + number + '"');
+			const SourceAttribute& color = _source->attributes[refused.number];
+			edits.Insert(color.valueBegin + color.valueSize + 1, ' ' + std::string(name) + "=\"" + number + '"');
 		}
 	}
 
@@ -380,8 +380,8 @@ private:
 	const DocumentSource* _source = nullptr;
 	BaseArray<SVGRepair> _repairs;
 	Float _alpha = 1.0;
-	/// How many texts were tried for a value, by its element, whether it is a declaration, and its name.
-	std::map<std::tuple<std::uint32_t, bool, std::string>, int> _attempts;
+	/// What was tried for a value, by its element, whether it is a declaration, and its name.
+	std::map<std::tuple<std::uint32_t, bool, std::string>, std::set<std::string>> _tried;
 };
 
 } // namespace

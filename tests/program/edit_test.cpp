@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+/// The commands that change files.
+#include "program_run.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace orvan::test
+{
+namespace
+{
+
+class Editing : public testing::Test
+{
+protected:
+	TemporaryFolder folder;
+	const std::filesystem::path& path = folder.GetPath();
+};
+
+TEST_F(Editing, SetsRemovesAndRenamesInPlaceOrElsewhere)
+{
+	const std::string text =
+		"<svg>\r\n  <rect id='a'  x = '1'/><!-- c -->\r\n  <use href='#a' fill='url(#a)'/>\n</svg>";
+	const std::string file = folder.Write("a.svg", text);
+	EXPECT_EQ(text, RunProgram({"set", file}).output);
+	const ProgramRun set = RunProgram({"set", file, "rect, use", "fill=red", "x=", "data-a=b\"c", "-i"});
+	EXPECT_EQ(0, set.status) << set.errors;
+	EXPECT_EQ("<svg>\r\n  <rect id='a' fill=\"red\" data-a=\"b&quot;c\"/><!-- c -->\r\n"
+			  "  <use href='#a' fill='red' data-a=\"b&quot;c\"/>\n</svg>",
+			  ReadFile(file));
+	EXPECT_EQ(0, RunProgram({"rename-id", file, "a", "b", "-o", (path / "b.svg").string()}).status);
+	EXPECT_NE(std::string::npos, ReadFile(path / "b.svg").find("<use href='#b'"));
+	EXPECT_EQ(0, RunProgram({"remove", file, "rect", "-o", (path / "out/").string()}).status);
+	EXPECT_EQ("<svg><!-- c -->\r\n", ReadFile(path / "out" / "a.svg").substr(0, 17));
+	// What goes wrong leaves the file, and says so.
+	const std::string before = ReadFile(file);
+	EXPECT_EQ(1, RunProgram({"set", file, "circle", "x=1", "-i"}).status);
+	EXPECT_EQ(1, RunProgram({"set", file, "rect", "width=wide", "-i"}).status);
+	EXPECT_EQ(1, RunProgram({"set", file, "rect", "fill=red", "r=1", "-i"}).status);
+	EXPECT_EQ(1, RunProgram({"remove", file, ":root", "-i"}).status);
+	EXPECT_EQ(1, RunProgram({"rename-id", file, "none", "b", "-i"}).status);
+	EXPECT_EQ(2, RunProgram({"set", file, "rect", "-i"}).status);
+	EXPECT_EQ(2, RunProgram({"set", file, "-i", "-o", "-"}).status);
+	EXPECT_EQ(1, RunProgram({"set", folder.Write("c.svg", "<svg><g>"), "-i"}).status);
+	EXPECT_EQ(before, ReadFile(file));
+}
+
+TEST_F(Editing, MakesFilesThatLoad)
+{
+	const std::string file = (path / "new.svg").string();
+	EXPECT_EQ(0, RunProgram({"new", file, "-W", "20", "-H", "10"}).status);
+	const auto tree = nlohmann::json::parse(RunProgram({"tree", "--json", file}).output);
+	EXPECT_EQ(20, tree["root"]["attributes"]["width"]["value"]);
+	EXPECT_EQ(10, tree["root"]["attributes"]["viewBox"][3]["value"]);
+}
+
+TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
+{
+	const std::string text = "<svg>\n<rect fill='#f00f' stroke='#0008' x='1'/>\n<rect fill='reddish'\n x='2'/>\n"
+							 "<path d='M0 0 L 1. 2' transform='translate(-1-2)'/>\n<path d='M1 1 L2 2 L'/>\n"
+							 "<g style='fill:red; opacity:1e-1;stroke:wrong;x:y'/>\n"
+							 "<stop stop-color='hsl(0 100% 50%)' offset='1 2'/></svg>";
+	const std::string file = folder.Write("a.svg", text);
+	ASSERT_EQ(1, RunProgram({"check", file}).status);
+	const ProgramRun dry = RunProgram({"repair", file, "--dry-run", "-i"});
+	EXPECT_EQ(0, dry.status) << dry.errors;
+	EXPECT_NE(std::string::npos, dry.output.find("@@ -2 +2 @@\n-<rect fill='#f00f' stroke='#0008' x='1'/>\n"))
+		<< dry.output;
+	EXPECT_EQ(text, ReadFile(file));
+	const std::string good = folder.Write("good.svg", "<svg />");
+	const ProgramRun run = RunProgram({"repair", "--json", file, good, "-o", (path / "out/").string()});
+	EXPECT_EQ(0, run.status) << run.errors;
+	EXPECT_EQ("<svg>\n<rect fill='red' stroke='#000' stroke-opacity=\".533333\" x='1'/>\n<rect\n x='2'/>\n"
+			  "<path d='M0 0 L 1 2' transform='translate(-1,-2)'/>\n<path d='M1 1L2 2'/>\n"
+			  "<g style='fill:red; opacity:.1;x:y'/>\n<stop stop-color='red'/></svg>",
+			  ReadFile(path / "out" / "a.svg"));
+	EXPECT_EQ("<svg />", ReadFile(path / "out" / "good.svg"));
+	EXPECT_EQ(0, RunProgram({"check", (path / "out").string()}).status);
+	const auto first = nlohmann::json::parse(run.output.substr(0, run.output.find('\n')));
+	EXPECT_EQ("#f00f", first["repairs"][0]["before"]);
+	EXPECT_EQ("red", first["repairs"][0]["after"]);
+	EXPECT_EQ(2, first["repairs"][0]["line"]);
+	EXPECT_EQ(1, RunProgram({"repair", folder.Write("bad.svg", "<svg><g>")}).status);
+	EXPECT_EQ(2, RunProgram({"repair", file, good, "-o", "one.svg"}).status);
+}
+
+} // namespace
+} // namespace orvan::test
