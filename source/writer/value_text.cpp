@@ -57,10 +57,20 @@ bool FormatText(std::string& text, const Value& value)
 	return true;
 }
 
+/// What stands in the tree does not tell an id from a whole IRI; this is how they look. What begins with "#" or a blank
+/// can only be an id.
+bool LooksLikeIri(std::string_view reference) noexcept
+{
+	if (reference.empty() || reference[0] == '#' || static_cast<unsigned char>(reference[0]) <= ' ')
+		return false;
+	return reference.find('#') != reference.npos || reference.find("://") != reference.npos ||
+		   reference.starts_with("data:");
+}
+
 /// Appends a reference in "url()". The id is quoted where it has characters that would end it.
 void AppendReference(std::string& text, std::string_view reference)
 {
-	const bool isIri = reference.find_first_of("#/") != reference.npos || reference.starts_with("data:");
+	const bool isIri = LooksLikeIri(reference);
 	const bool needsQuotes = reference.find_first_of(" \t\r\n\f\"'()\\") != reference.npos;
 	text += needsQuotes ? "url('" : "url(";
 	if (!isIri)
@@ -778,11 +788,11 @@ bool AppendMatrix(std::string& text, const Matrix2d& matrix, const ValueStyle& s
 
 void AppendLink(std::string& text, std::string_view link, Tag tag, bool isId)
 {
-	// What stands in the tree does not tell an id from an IRI. Those of images and anchors are rarely ids.
+	// Those of images and anchors are rarely ids.
 	static constexpr complete::TagSet kLeadingOut{Kind::image, Kind::feImage, Kind::anchor};
-	const bool isIri =
-		link.find('#') != link.npos || link.starts_with("data:") || link.find("://") != link.npos || link.empty();
-	if (isId || (!isIri && !kLeadingOut.Has(tag)))
+	const bool mayLeadOut = !link.empty() && link[0] != '#' && static_cast<unsigned char>(link[0]) > ' ';
+	const bool isIri = link.empty() || LooksLikeIri(link) || (mayLeadOut && kLeadingOut.Has(tag));
+	if (isId || !isIri)
 		text += '#';
 	text += link;
 }
