@@ -230,9 +230,8 @@ public:
 	ORVAN_METHOD(2, Result<void>, SetPath, (const BaseArray<SVGPathCommand>& commands), commands)
 	/// The commands where they stand, without copying; good until the next change of the path.
 	ORVAN_METHOD(3, SVGPathView, GetPathView, ())
-	/// The commands as SVG path data, absolute, each number in the fewest digits that read back as the same double; for
-	/// a few numbers of more than fifteen digits there are none, and a neighbour of theirs is read back. Empty for no
-	/// commands. What is not finite has no form and is an illegal argument.
+	/// The commands as SVG path data, absolute, each number in the fewest digits that read back as the same double;
+	/// empty for no commands. What is not finite has no form and is an illegal argument.
 	ORVAN_METHOD(4, Result<String>, GetPathData, ())
 	/// Replaces all commands by those of SVG path data, arcs, quadratic curves and relative commands included. A fault
 	/// in it is an illegal argument that tells the place, and leaves the path as it was.
@@ -285,7 +284,8 @@ struct SVGChange
 };
 
 /// Called after each change, on the thread that made it. It may do anything: edit (which is told in turn), remove
-/// itself or others, let go of the document. It must not undo, redo or roll back while it is told of just that.
+/// itself or others, let go of the document. Undo, redo and rolling back are illegal inside of an observer that is told
+/// of several edits at once, as those three do.
 using SVGChangeCallback = void (*)(void* context, const SVGChange& change) noexcept;
 
 /// Documents and icons.

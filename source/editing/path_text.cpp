@@ -3,50 +3,13 @@
 #include "complete/paths.h"
 #include "elements/element_classes.h"
 #include "importer/path_element_sink.h"
-#include "shared/decimal_text.h"
+#include "writer/number_text.h"
 
-#include <cmath>
 #include <new>
 #include <string>
 
 namespace orvan::svg
 {
-
-namespace
-{
-
-/// Appends a number, and a blank before it where it would run on from the one before.
-void AppendNumber(std::string& text, Float number)
-{
-	const bool followsNumber = text.back() == '.' || (text.back() >= '0' && text.back() <= '9');
-	const std::size_t start = text.size();
-	grammar::AppendDecimal(text, number, true);
-	if (followsNumber && text[start] != '-')
-		text.insert(start, 1, ' ');
-}
-
-/// Appends path data; false when there is a coordinate that has no text.
-bool AppendPath(std::string& text, const SVGPathView& path)
-{
-	constexpr char kLetters[] = {'M', 'L', 'C', 'Z'};
-	for (const SVGPathCommand& command : path)
-	{
-		text += kLetters[static_cast<std::size_t>(command.type)];
-		if (command.type == SVGPathCommandType::close)
-			continue;
-		for (int i = command.type == SVGPathCommandType::cubic ? 0 : 2; i < 3; i++)
-		{
-			const Vector2d& point = command.points[i];
-			if (!std::isfinite(point.x) || !std::isfinite(point.y))
-				return false;
-			AppendNumber(text, point.x);
-			AppendNumber(text, point.y);
-		}
-	}
-	return true;
-}
-
-} // namespace
 
 Result<void> PathElement::SetPath(const BaseArray<SVGPathCommand>& commands) noexcept
 {
@@ -71,8 +34,9 @@ Result<String> PathElement::GetPathData() const noexcept
 {
 	try
 	{
+		const BaseArray<SVGPathCommand> commands = ORVAN_TRY(GetPath());
 		std::string text;
-		if (!AppendPath(text, GetPathView()))
+		if (!AppendPath(text, {commands.begin(), commands.GetCount()}, {}))
 			return IllegalArgumentError("A path with coordinates that are not finite has no text.");
 		return String::Create(text);
 	}
