@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
 /// Drawing: every file of a folder from bytes in memory to pixels, and from a finished tree to pixels, beside librsvg.
-/// `render_bench FOLDER… [--benchmark_…]`. Only files that both draw are measured; all pictures are 128 pixels wide.
+/// `render_bench FOLDER… [--width=N] [--benchmark_…]`. Only files that both draw are measured; all pictures are 128
+/// pixels wide unless another width is given. Files are read completely, as the program reads them for pictures.
 #include "corpus.h"
 
 #include "orvan/host/diagnostic_sink.h"
 #include "orvan/host/memory_files.h"
 #include "orvan/host/module_loader.h"
+#include "svg_import.h"
 #include "svg_render_target.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <librsvg/rsvg.h>
 #include <memory>
+#include <string_view>
 
 namespace
 {
@@ -20,7 +23,7 @@ using namespace orvan;
 using bench::Corpus;
 using bench::CorpusFile;
 
-constexpr double kWidth = 128.0;
+double g_width = 128.0;
 
 struct Release
 {
@@ -52,9 +55,9 @@ bool DrawWithLibrsvg(const Handle& handle, double height)
 {
 	if (!handle)
 		return false;
-	const RsvgRectangle viewport{0.0, 0.0, kWidth, height};
+	const RsvgRectangle viewport{0.0, 0.0, g_width, height};
 	const std::unique_ptr<cairo_surface_t, Release> surface(
-		cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(kWidth), static_cast<int>(viewport.height)));
+		cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(g_width), static_cast<int>(viewport.height)));
 	const std::unique_ptr<cairo_t, Release> drawing(cairo_create(surface.get()));
 	const bool isDrawn = rsvg_handle_render_document(handle.get(), drawing.get(), &viewport, nullptr);
 	cairo_surface_flush(surface.get());
@@ -65,7 +68,12 @@ bool DrawWithLibrsvg(const Handle& handle, double height)
 SVGDocumentRef LoadDocument(const Url& url)
 {
 	auto document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass);
-	if (!document.IsOk() || !document.GetValue()->Init(url).IsOk())
+	if (!document.IsOk())
+		return nullptr;
+	SVGImportOptions import;
+	import.isComplete = import.isTolerant = true;
+	const bool isSet = Cast<SVGDocumentImportInterface>(document.GetValue())->SetImportOptions(import).IsOk();
+	if (!isSet || !document.GetValue()->Init(url).IsOk())
 		return nullptr;
 	return document.GetValue();
 }
@@ -74,7 +82,7 @@ bool DrawDocument(const SVGContextRef& context, const SVGDocumentRef& document)
 {
 	const auto target = Cast<SVGRenderTargetInterface>(context);
 	SVGRenderOptions options;
-	options.width = kWidth;
+	options.width = g_width;
 	if (!document || !target->Begin(document, options).IsOk() ||
 		!DrawSVGElement(context, document->GetRootElement()).IsOk())
 		return false;
@@ -144,7 +152,7 @@ int main(int argumentCount, char** arguments)
 	benchmark::Initialize(&argumentCount, arguments);
 	if (argumentCount < 2)
 	{
-		std::fprintf(stderr, "usage: render_bench FOLDER… [--benchmark_…]\n");
+		std::fprintf(stderr, "usage: render_bench FOLDER… [--width=N] [--benchmark_…]\n");
 		return 2;
 	}
 	for (const char* file : {ORVAN_SVG_MODULE, ORVAN_CAIRO_MODULE})
@@ -160,8 +168,15 @@ int main(int argumentCount, char** arguments)
 	if (!context.IsOk())
 		return 1;
 	std::vector<Corpus> corpora;
+	constexpr std::string_view kWidthOption = "--width=";
 	for (int i = 1; i < argumentCount; i++)
-		corpora.push_back(bench::ReadCorpus(arguments[i]));
+	{
+		const std::string argument = arguments[i];
+		if (argument.starts_with(kWidthOption))
+			g_width = std::stod(argument.substr(kWidthOption.size()));
+		else
+			corpora.push_back(bench::ReadCorpus(argument));
+	}
 	std::vector<std::vector<Drawable>> drawables(corpora.size());
 	for (std::size_t i = 0; i < corpora.size(); i++)
 		Register(corpora[i], drawables[i], context.GetValue());

@@ -79,6 +79,9 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 Result<void> Walk::DrawInOwnBox(ObjectBase* element, SVGTransformBox reference, const Place& outside,
 								const Frame* outer) noexcept
 {
+	// Boxes inside each other are measured for each one around them.
+	if (!_scene.limits.Pay(kElementWork))
+		return {};
 	// The box is the same wherever the transform puts it, so it is measured around any origin.
 	Rectangle box{0.0, 0.0, 0.0, 0.0};
 	Place inside = outside;

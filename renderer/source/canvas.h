@@ -11,6 +11,7 @@ namespace orvan::cairo
 {
 
 class GradientCache;
+class Rasterizer;
 
 /// Deletes the cache where its type is known.
 struct DeleteCache
@@ -24,6 +25,7 @@ struct Job
 	drawing::Scene scene;
 	SVGRenderOutput output = SVGRenderOutput::pixels;
 	std::unique_ptr<GradientCache, DeleteCache> gradients{}; ///< Made when the first gradient is used.
+	Rasterizer* rasterizer = nullptr;                        ///< What the pictures of one context share; null for none.
 };
 
 /// Where a part draws: the picture, or a surface that is made for it. All surfaces of a picture have its coordinates,

@@ -105,6 +105,8 @@ void Context::Prepare(const SVGDocumentRef& document, const SVGRenderOptions& op
 					  const Vector2d& viewport, const Matrix2d& placement) noexcept
 {
 	_job.emplace(Job{{document, natural, viewport, _fonts}, options.output});
+	if (options.output == SVGRenderOutput::pixels)
+		_job->rasterizer = &_rasterizer;
 	Scene& scene = _job->scene;
 	scene.initialStyle.color = options.currentColor;
 	scene.unit = placement.axis1.x;

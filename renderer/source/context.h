@@ -7,6 +7,7 @@
 #include "glyphs.h"
 #include "image_store.h"
 #include "picture.h"
+#include "rasterizer.h"
 
 #include <optional>
 
@@ -50,6 +51,7 @@ private:
 
 	Picture _picture;
 	drawing::Fonts _fonts{&MakeFontContext};
+	Rasterizer _rasterizer;
 	std::optional<Job> _job; ///< Between `Begin` and the end of the picture.
 	std::optional<ImageStore> _images;
 	SVGElementRef _element; ///< The one that is drawn alone, or null.

@@ -9,6 +9,7 @@
 #include "paint_servers.h"
 #include "paths.h"
 #include "pen.h"
+#include "plain_fill.h"
 #include "texts.h"
 
 #include <array>
@@ -86,31 +87,22 @@ Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noex
 	const bool isHidden = place.style.visibility != SVGVisibility::visible;
 	if (isHidden && frame.effects.filter == nullptr)
 		return {};
-	const PathExtent extent = SetPath(_canvas.drawing, outline, place.transform);
+	const PathExtent extent = MeasurePath(outline, place.transform);
 	if (!extent.IsDrawable())
-	{
-		cairo_new_path(_canvas.drawing);
 		return {};
-	}
 	Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, extent.bounds);
 	const bool isTooMuch = extent.rows > kManyRows && !_canvas.job.scene.limits.CanTake(extent.rows / kRowsPerSecond);
 	if (isTooMuch || !Pay(place, painted, extent.segmentCount * kCommandWork))
-	{
-		cairo_new_path(_canvas.drawing);
 		return {};
-	}
 	Effects effects = frame.effects;
 	const double opacity = TakeOpacity(frame, effects);
 	if (effects.IsNone())
-		return PaintPath(frame, outline, opacity);
+		return PaintPath(frame, outline, extent.bounds, opacity);
 	// A filter has it painted elsewhere.
 	const auto paint = [&](Sink& sink) noexcept
 	{
 		auto& painter = static_cast<Painter&>(sink);
-		if (isHidden)
-			return Result<void>();
-		SetPath(painter._canvas.drawing, outline, place.transform);
-		return painter.PaintPath(frame, outline, opacity);
+		return isHidden ? Result<void>() : painter.PaintPath(frame, outline, extent.bounds, opacity);
 	};
 	if (HasMarkers(frame))
 	{
@@ -122,15 +114,16 @@ Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noex
 	return Compose(_canvas, frame, effects, known, paint, *this);
 }
 
-/// Paints the current path, which is that of the outline.
-Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, double opacity) noexcept
+/// Paints an outline that has these bounds in the picture.
+Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, const Rectangle& bounds,
+								double opacity) noexcept
 {
 	const Style& style = frame.place.style;
 	cairo_t* const drawing = _canvas.drawing;
 	const cairo_antialias_t antialias = GetAntialias(style);
 	if (antialias != CAIRO_ANTIALIAS_DEFAULT)
 		cairo_set_antialias(drawing, antialias);
-	bool isPathSet = true;
+	bool isPathSet = false;
 	// A part that paints with a path uses it up, or keeps it, as its followers need it.
 	const auto setPath = [&]
 	{
@@ -141,12 +134,18 @@ Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, doub
 	{
 		if (part == Part::fill && HasFill(style) && ORVAN_TRY(SetFill(frame, outline, opacity)))
 		{
+			const bool isPlain = antialias == CAIRO_ANTIALIAS_DEFAULT;
+			if (isPlain && FillPlainly(_canvas, outline, frame.place.transform, bounds, style.fillRule))
+				continue;
 			setPath();
 			cairo_set_fill_rule(drawing, ToCairo(style.fillRule));
 			cairo_fill_preserve(drawing);
 		}
 		else if (part == Part::stroke && HasStroke(frame.place) && ORVAN_TRY(SetStroke(frame, outline, opacity)))
 		{
+			const Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, bounds);
+			if (antialias == CAIRO_ANTIALIAS_DEFAULT && StrokePlainly(_canvas, frame, outline, painted))
+				continue;
 			setPath();
 			StrokePath(_canvas, frame, GetDashScale(frame, outline));
 			isPathSet = false;

@@ -26,7 +26,8 @@ public:
 							 const drawing::Content& content) noexcept override;
 
 private:
-	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline, double opacity) noexcept;
+	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline,
+						   const drawing::Rectangle& bounds, double opacity) noexcept;
 	Result<bool> SetFill(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	/// Pays for painting a box and going through `details`, where that is to be paid for.

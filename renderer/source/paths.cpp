@@ -5,6 +5,9 @@
 
 namespace orvan::cairo
 {
+
+using namespace drawing;
+
 namespace
 {
 
@@ -92,6 +95,35 @@ const PathExtent& PathWriter::Finish() noexcept
 {
 	EndSubpath();
 	return _extent;
+}
+
+PathExtent MeasurePath(const Outline& outline, const Matrix2d& transform) noexcept
+{
+	PathExtent extent;
+	double row = 0.0;
+	const auto add = [&](const Vector2d& point)
+	{
+		const Vector2d device = transform.Apply(point);
+		extent.isFinite = extent.isFinite && std::isfinite(device.x) && std::isfinite(device.y);
+		extent.bounds.Add({std::clamp(device.x, -kFarthest, kFarthest), std::clamp(device.y, -kFarthest, kFarthest)});
+		extent.rows += std::min(std::abs(device.y - row), kMaxSide);
+		row = device.y;
+	};
+	for (const SVGPathCommand& command : outline.GetCommands())
+	{
+		extent.segmentCount += command.type != SVGPathCommandType::move;
+		const double rows = extent.rows;
+		if (command.type == SVGPathCommandType::cubic)
+		{
+			add(command.points[0]);
+			add(command.points[1]);
+		}
+		if (command.type != SVGPathCommandType::close)
+			add(command.points[2]);
+		if (command.type == SVGPathCommandType::move)
+			extent.rows = rows;
+	}
+	return extent;
 }
 
 PathExtent SetPath(cairo_t* drawing, const drawing::Outline& outline, const Matrix2d& transform) noexcept

@@ -56,6 +56,9 @@ private:
 	bool _hasLength = false;   ///< ... and leads away from it.
 };
 
+/// What would become of an outline in the picture.
+PathExtent MeasurePath(const drawing::Outline& outline, const Matrix2d& transform) noexcept;
+
 /// Makes `outline` the current path of a drawing whose transform is the identity.
 PathExtent SetPath(cairo_t* drawing, const drawing::Outline& outline, const Matrix2d& transform) noexcept;
 

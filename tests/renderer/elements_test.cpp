@@ -126,6 +126,60 @@ TEST_F(Elements, AFocusOutsideOfItsCircleMakesACone)
 	EXPECT_EQ("none", picture.At(5, 50));
 }
 
+TEST_F(Elements, EdgesCoverPixelsByTheirShare)
+{
+	const DrawnPicture picture = Draw(
+		// Edges within pixels, out of the picture, across several pixels of a row, and twice around.
+		"<rect x='10.25' y='10.5' width='10' height='10'/><rect x='-5' y='30' width='10.5' height='4'/>"
+		"<path d='M40 10h8l-4 1h-4z'/><path d='M60 10h10v10h-10zM65 10v10h5v-10z' fill-rule='evenodd'/>"
+		"<path d='M80 10h10v10h-10zM85 10h5v10h-5z'/>"
+		// Strokes: a corner with its miter, one that is cut, round ends, and a curve that the pen is wider than.
+		"<g fill='none' stroke='#00f' stroke-width='4'><path d='M10 44h10v10'/><path d='M30 44h10v10' "
+		"stroke-miterlimit='1'/><path d='M52 44h6' stroke-linecap='round'/><path d='M70 44h6v6h-6z'/>"
+		"<circle cx='90' cy='50' r='3' stroke-width='10'/></g>"
+		"<path d='M10 70h20' stroke='#00f' stroke-width='4' transform='scale(1 -1) translate(0 -140)'/>"
+		"<linearGradient id='g'><stop offset='.5' stop-color='#f00'/><stop offset='.5' "
+		"stop-color='#00f'/></linearGradient>"
+		"<radialGradient id='r'><stop stop-color='#f00'/><stop offset='1' stop-color='#00f' stop-opacity='.5'/>"
+		"</radialGradient><rect x='40' y='60' width='20' height='20' fill='url(#g)'/>"
+		"<rect x='70' y='60.5' width='20' height='20' fill='url(#r)' opacity='.5'/>");
+	const auto expect = [&](const char* color, int x, int y)
+	{
+		EXPECT_EQ(color, picture.At(x, y)) << x << ", " << y;
+	};
+	expect("00000060", 10, 10); // Half of three quarters, as 8 bits.
+	expect("000000bf", 10, 15);
+	expect("00000080", 15, 10);
+	expect("000000", 15, 15);
+	expect("00000040", 20, 15);
+	expect("none", 21, 15);
+	expect("000000", 0, 31);
+	expect("00000080", 5, 31);
+	expect("00000080", 5, 32);
+	expect("000000df", 44, 10);
+	expect("00000020", 47, 10);
+	expect("000000", 62, 15);
+	expect("none", 67, 15);
+	expect("000000", 87, 15);
+	expect("0000ff", 21, 42);
+	expect("none", 22, 42);
+	expect("none", 41, 42);
+	expect("0000ff", 39, 44);
+	expect("0000ff4d", 59, 42); // Nearly a third of the pixel lies in the circle.
+	expect("0000ffe5", 59, 43);
+	expect("none", 60, 43);
+	expect("0000ff", 68, 42);
+	expect("none", 73, 47);
+	expect("none", 90, 50);
+	expect("0000ff", 95, 50);
+	expect("0000ff", 20, 71);
+	expect("none", 20, 72);
+	expect("ff0000", 49, 70);
+	expect("0000ff", 50, 70);
+	expect("f3000c7c", 79, 70);
+	expect("0000ff20", 71, 60);
+}
+
 TEST_F(Elements, CoordinatesBeyondTheLibrarysReachEndOutsideOfThePicture)
 {
 	const auto picture = Draw("<rect x='-1e9' y='10' width='2e9' height='20' fill='#f00'/>"

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+/// From outlines to coverage.
+#pragma once
+
+#include "drawing/outline.h"
+
+#include <bit>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+namespace orvan::cairo
+{
+
+/// Finds out how much of each pixel an outline covers, exactly but for where its lines cross inside of a pixel.
+///
+/// Each line adds to the cells that it passes through how much of the row it lies in changes there: the sum of a row's
+/// cells up to a pixel is the pixel's coverage. A bit for each cell says whether a line was there, so that rows are
+/// read, and their cells set back to zero, without looking at what lies in between.
+class Rasterizer
+{
+public:
+	/// Makes room for outlines in an area of this size in pixels; false when there is no memory. What was added before
+	/// must have been swept.
+	bool Prepare(int width, int height) noexcept;
+
+	/// Adds an outline, each subpath closed. `transform` leads to the area, out of which it may reach in any direction;
+	/// coordinates must be finite.
+	void Add(const drawing::Outline& outline, const Matrix2d& transform) noexcept;
+
+	/// Adds one line. All lines together must lead back to where they come from.
+	void AddLine(const Vector2d& from, const Vector2d& to) noexcept;
+
+	/// Adds a polygon of at least three points, in their order or the other way round.
+	void AddPolygon(const Vector2d* points, int count, bool isReversed) noexcept
+	{
+		for (int i = 0; i < count; i++)
+		{
+			const Vector2d& from = points[i];
+			const Vector2d& to = points[i + 1 < count ? i + 1 : 0];
+			isReversed ? AddLine(to, from) : AddLine(from, to);
+		}
+	}
+
+	/// Calls `span` with row, first column, column past the last and coverage (1 to 255), from the top and the left,
+	/// and leaves nothing behind.
+	template <typename Span>
+	void Sweep(SVGFillRule rule, Span span) noexcept
+	{
+		for (int y = _top; y < _bottom; y++)
+			SweepRow(y, rule == SVGFillRule::evenodd ? &GetEvenOdd : &GetNonzero, span);
+		_top = _height;
+		_bottom = 0;
+	}
+
+private:
+	static int GetNonzero(float cover) noexcept
+	{
+		return static_cast<int>(std::min(std::abs(cover), 1.0f) * 255.0f + 0.5f);
+	}
+
+	static int GetEvenOdd(float cover) noexcept
+	{
+		const float turn = std::abs(cover) - 2.0f * std::floor(std::abs(cover) * 0.5f);
+		return static_cast<int>((turn > 1.0f ? 2.0f - turn : turn) * 255.0f + 0.5f);
+	}
+
+	template <typename Span>
+	void SweepRow(int y, int (*getCoverage)(float) noexcept, Span span) noexcept
+	{
+		float* const cells = _cells.get() + static_cast<std::size_t>(y) * _stride;
+		std::uint64_t* const bits = _bits.get() + static_cast<std::size_t>(y) * _words;
+		float cover = 0.0f;
+		int coverage = 0;
+		int start = 0; // Of what has this coverage.
+		const auto flush = [&](int end)
+		{
+			if (coverage != 0 && end > start)
+				span(y, start, end, coverage);
+			start = end;
+		};
+		for (std::size_t word = 0; word < _words; word++)
+		{
+			for (std::uint64_t set = std::exchange(bits[word], 0); set != 0; set &= set - 1)
+			{
+				const int x = static_cast<int>(word * 64) + std::countr_zero(set);
+				cover += std::exchange(cells[x], 0.0f);
+				const int next = getCoverage(cover);
+				if (next == coverage)
+					continue;
+				flush(std::min(x, _width));
+				coverage = next;
+			}
+		}
+		flush(_width);
+	}
+
+	void AddClippedPiece(int y, double change, double left, double right) noexcept;
+	void AddCurve(const Vector2d& from, const Vector2d& c1, const Vector2d& c2, const Vector2d& to) noexcept;
+	void AddPiece(int y, float change, float left, float right) noexcept;
+
+	void AddCell(int y, int x, float change) noexcept
+	{
+		const auto row = static_cast<std::size_t>(y);
+		const auto column = static_cast<std::size_t>(x);
+		_cells[row * _stride + column] += change;
+		_bits[row * _words + column / 64] |= std::uint64_t{1} << (column % 64);
+	}
+
+	std::unique_ptr<float[]> _cells; ///< All zero but between `Add` and `Sweep`.
+	std::unique_ptr<std::uint64_t[]> _bits;
+	std::size_t _cellCount = 0;
+	std::size_t _bitCount = 0;
+	std::size_t _stride = 0; ///< Cells a row: one more than pixels.
+	std::size_t _words = 0;  ///< Words of bits a row.
+	int _width = 0;
+	int _height = 0;
+	int _top = 0; ///< The rows with lines in them.
+	int _bottom = 0;
+};
+
+} // namespace orvan::cairo
