@@ -52,7 +52,7 @@ SVGDocumentRef ElementBase::GetDocument() const noexcept
 	return standing.isInTree ? SVGDocumentRef::From(standing.document) : SVGDocumentRef();
 }
 
-Result<void> ElementBase::SetOwner(TreeOwner owner) noexcept
+Result<void> ElementBase::SetOwner(const TreeOwner& owner) noexcept
 {
 	if (!_hasOwner)
 	{
@@ -65,14 +65,8 @@ Result<void> ElementBase::SetOwner(TreeOwner owner) noexcept
 		Host().free(std::exchange(_transforms, owned));
 		_hasOwner = true;
 	}
-	static_cast<OwnedTransforms*>(_transforms)->owner = std::move(owner);
+	static_cast<OwnedTransforms*>(_transforms)->owner = owner;
 	return {};
-}
-
-void ElementBase::ForgetOwner() noexcept
-{
-	if (_hasOwner)
-		static_cast<OwnedTransforms*>(_transforms)->owner = TreeOwner();
 }
 
 void ElementBase::TrackTree(HierarchyObject& top, bool isTracked) noexcept

@@ -254,9 +254,8 @@ public:
 
 	Standing FindStanding() const noexcept;
 
-	/// Makes the element one of a document's, or of none; see `TreeOwner`.
-	Result<void> SetOwner(TreeOwner owner) noexcept;
-	void ForgetOwner() noexcept;
+	/// Makes the element one of a document's; see `TreeOwner`.
+	Result<void> SetOwner(const TreeOwner& owner) noexcept;
 
 	/// Has changes of the element and of everything below go through the document, or no longer.
 	static void TrackTree(HierarchyObject& top, bool isTracked) noexcept;
