@@ -13,6 +13,7 @@ namespace
 
 constexpr int kSize = 256;
 constexpr int kMask = kSize - 1;
+constexpr std::int64_t kRange = 2 * std::int64_t{kSize};
 constexpr double kOffset = 4096.0; ///< Keeps coordinates away from zero, where truncation changes its direction.
 /// What further octaves add cannot be seen.
 constexpr int kMaxOctaves = 12;
@@ -68,8 +69,7 @@ public:
 				_selector[i] = static_cast<std::uint8_t>(i);
 				auto& gradient = _gradients[i];
 				for (auto* side : {&gradient.x, &gradient.y})
-					(*side)[channel] =
-						static_cast<float>(static_cast<double>(random.Next() % (2 * kSize) - kSize) / kSize);
+					(*side)[channel] = static_cast<float>(static_cast<double>(random.Next() % kRange - kSize) / kSize);
 				const double length = std::hypot(gradient.x[channel], gradient.y[channel]);
 				gradient.x[channel] = static_cast<float>(gradient.x[channel] / length);
 				gradient.y[channel] = static_cast<float>(gradient.y[channel] / length);

@@ -43,11 +43,11 @@ constexpr int kRefused = -2;
 constexpr auto kDigits = []
 {
 	constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-	std::array<signed char, 256> digits{};
-	for (signed char& digit : digits)
+	std::array<int, 256> digits{};
+	for (int& digit : digits)
 		digit = kRefused;
 	for (int i = 0; i < 64; i++)
-		digits[static_cast<unsigned char>(kAlphabet[i])] = static_cast<signed char>(i);
+		digits[static_cast<unsigned char>(kAlphabet[i])] = i;
 	digits['-'] = 62;
 	digits['_'] = 63;
 	for (const char blank : {' ', '\t', '\n', '\r', '\f', '='})

@@ -520,6 +520,12 @@ int ToOrder(double order) noexcept
 	return order >= 1.0 ? static_cast<int>(std::min(order, kLargest)) : 3;
 }
 
+double ToMiddle(int order) noexcept
+{
+	const int middle = order / 2;
+	return middle;
+}
+
 Result<MadeOperation> MakeConvolution(const FilterPrimitive& primitive) noexcept
 {
 	const Vector2d order = primitive.GetPair(Key::order, {3.0, 3.0});
@@ -527,8 +533,8 @@ Result<MadeOperation> MakeConvolution(const FilterPrimitive& primitive) noexcept
 	filters::Kernel kernel;
 	kernel.width = ToOrder(order.x);
 	kernel.height = ToOrder(order.y);
-	kernel.targetX = ToShift(std::floor(primitive.GetNumber(Key::targetX, kernel.width / 2)));
-	kernel.targetY = ToShift(std::floor(primitive.GetNumber(Key::targetY, kernel.height / 2)));
+	kernel.targetX = ToShift(std::floor(primitive.GetNumber(Key::targetX, ToMiddle(kernel.width))));
+	kernel.targetY = ToShift(std::floor(primitive.GetNumber(Key::targetY, ToMiddle(kernel.height))));
 	const bool isWhole =
 		values.size() == static_cast<std::size_t>(kernel.width) * static_cast<std::size_t>(kernel.height);
 	if (!isWhole || kernel.targetX < 0 || kernel.targetX >= kernel.width || kernel.targetY < 0 ||

@@ -14,6 +14,8 @@ namespace orvan::images
 namespace
 {
 
+using namespace std::string_literals;
+
 std::string Decoded(std::string_view url)
 {
 	const auto bytes = DecodeDataUrl(url);
@@ -37,8 +39,7 @@ TEST(ImagePixels, DataUrlsHoldTextOrBase64)
 
 /// A GIF of 4 by 2 pixels with two colours, the second transparent: clear, then eight codes of the colours.
 const std::string kGif("GIF89a\x04\0\x02\0\x80\0\0\xFF\0\0\0\xFF\0!\xF9\x04\x01\0\0\x01\0,\0\0\0\0\x04\0\x02\0\0"
-					   "\x02\x04\x04\x82\x19\x05\0;",
-					   46);
+					   "\x02\x04\x04\x82\x19\x05\0;"s);
 
 filters::Raster DecodeText(const std::string& text, const Bounds& bounds)
 {
@@ -91,9 +92,9 @@ TEST(ImagePixels, PicturesOfTurnedCamerasAreMadeUpright)
 	{
 		return FindOrientation({reinterpret_cast<const unsigned char*>(text.data()), text.size()});
 	};
-	const std::string little("\xFF\xD8\xFF\xE0\0\4ab\xFF\xE1\0\42Exif\0\0II*\0\10\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0",
-							 44);
-	const std::string big("\xFF\xD8\xFF\xE1\0\42Exif\0\0MM\0*\0\0\0\10\0\1\1\x12\0\3\0\0\0\1\0\10\0\0", 38);
+	const std::string little(
+		"\xFF\xD8\xFF\xE0\0\4ab\xFF\xE1\0\36Exif\0\0II*\0\10\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0"s);
+	const std::string big("\xFF\xD8\xFF\xE1\0\36Exif\0\0MM\0*\0\0\0\10\0\1\1\x12\0\3\0\0\0\1\0\10\0\0"s);
 	EXPECT_EQ(6, find(little));
 	EXPECT_EQ(8, find(big));
 	for (std::size_t i = 0; i < little.size(); i++)
