@@ -5,6 +5,7 @@
 #include "importer/complete/value_readers.h"
 #include "shared/color_keywords.h"
 
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <string_view>
@@ -409,6 +410,28 @@ constexpr std::string_view kShortNames[] = {
 	"pink",  "plum",   "purple", "salmon", "sienna", "silver", "snow",  "teal",  "tomato", "violet", "wheat",
 };
 
+struct NamedColor
+{
+	std::string_view name;
+	grammar::PackedColor packed;
+};
+
+/// The short names with their colours, looked up once.
+const auto& NamedColors()
+{
+	static const auto colors = []
+	{
+		std::array<NamedColor, std::size(kShortNames)> found{};
+		for (std::size_t i = 0; i < found.size(); i++)
+		{
+			found[i].name = kShortNames[i];
+			grammar::FindColorKeyword(found[i].name, found[i].packed);
+		}
+		return found;
+	}();
+	return colors;
+}
+
 /// Keeps the shortest text that reads as a colour.
 class ShortestColor
 {
@@ -481,10 +504,11 @@ bool AppendColor(std::string& text, const Color& color, Float alpha, const Value
 	best.Try(shortHex(kOpaque));
 	if (!best.Get().empty())
 	{
-		for (const std::string_view name : kShortNames)
+		const unsigned packed = bytes[0] << 16 | bytes[1] << 8 | bytes[2];
+		for (const NamedColor& named : NamedColors())
 		{
-			if (name.size() < best.Get().size())
-				best.Try(name);
+			if (named.packed == packed && named.name.size() < best.Get().size())
+				best.Try(named.name);
 		}
 	}
 	else
