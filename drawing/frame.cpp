@@ -47,8 +47,8 @@ Frame::Frame(ObjectBase* visited, const Place& outside, const Frame* outerFrame,
 	attributes = svgElement->GetAttributeDictionary();
 	place.style.Apply(attributes, place.viewport);
 	effects = Effects(attributes);
-	place.transform = place.transform *
-					  GetTransform(*this, svgElement->GetLocalTransform(), std::exchange(place.referenceBox, nullptr));
+	local = GetTransform(*this, svgElement->GetLocalTransform(), std::exchange(place.referenceBox, nullptr));
+	place.transform = place.transform * local;
 	canDraw = IsInvertible(place.transform);
 }
 

@@ -122,6 +122,10 @@ struct Frame
 	Place place; ///< In the element: its own transform and properties are in force.
 	DataDictionary attributes;
 	Effects effects;
+	/// The element's own transform, around its origin, and, behind it, that of what stands in it: by a view box, or by
+	/// the position of a use. `place` has both in it.
+	Matrix2d local;
+	Matrix2d inner;
 	/// False when the element is out of bounds in some way, or flattened to nothing by its transform.
 	bool canDraw = false;
 };

@@ -145,6 +145,7 @@ constexpr Row kRows[] = {
 	{SVGImportAttribute::markerStart, &Pointer<&Style::markerStart>},
 	{SVGImportAttribute::markerMid, &Pointer<&Style::markerMid>},
 	{SVGImportAttribute::markerEnd, &Pointer<&Style::markerEnd>},
+	{SVGImportAttribute::pointerEvents, &Keyword<&Style::pointerEvents>},
 	{SVGImportAttribute::paintOrder, &Keyword<&Style::paintOrder>},
 	{SVGImportAttribute::shapeRendering, &Keyword<&Style::shapeRendering>},
 	{SVGImportAttribute::imageRendering, &Keyword<&Style::imageRendering>},

@@ -39,6 +39,7 @@ struct Style
 	SVGLineCap lineCap = SVGLineCap::butt;
 	SVGLineJoin lineJoin = SVGLineJoin::miter;
 	SVGVisibility visibility = SVGVisibility::visible;
+	SVGPointerEvents pointerEvents = SVGPointerEvents::automatic;
 	SVGFontStyle fontStyle = SVGFontStyle::normal;
 	SVGFontVariant fontVariant = SVGFontVariant::normal;
 	SVGTextAnchor textAnchor = SVGTextAnchor::start;

@@ -46,7 +46,7 @@ FontLine GetLine(const FontMetrics& metrics, TextLineKind kind, bool isVertical)
 }
 
 /// What a cluster takes up in its own coordinates.
-Rectangle GetCell(const TextSpan& span, const TextCluster& cluster) noexcept
+Rectangle CellOf(const TextSpan& span, const TextCluster& cluster) noexcept
 {
 	const FontMetrics& metrics = span.font->metrics;
 	const double ascent = metrics.ascent * span.size;
@@ -118,7 +118,7 @@ void TextLayout::Measure(std::size_t cluster) noexcept
 {
 	const TextCluster& measured = _text.clusters[cluster];
 	const TextSpan& span = SpanOf(cluster);
-	const Rectangle cell = GetCell(span, measured);
+	const Rectangle cell = CellOf(span, measured);
 	const Matrix2d& place = _places[cluster];
 	_bounds.Include(Transform(place, cell));
 	Rectangle ink = cell.Grow(span.size / 8.0);
@@ -154,6 +154,11 @@ Result<void> TextLayout::AddFragments(const BaseArray<TextPosition>& positions) 
 			ORVAN_TRY(_fragments.Append({span.frame, span.opacity, i, i + 1}));
 	}
 	return {};
+}
+
+Rectangle TextLayout::GetCell(std::size_t cluster) const noexcept
+{
+	return CellOf(SpanOf(cluster), _text.clusters[cluster]);
 }
 
 Result<Outline> TextLayout::GetOutline(const TextFragment& fragment) const noexcept

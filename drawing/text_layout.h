@@ -73,6 +73,9 @@ public:
 		return _places[cluster];
 	}
 
+	/// What a cluster takes up in its own coordinates, by the heights and the advance of its font.
+	Rectangle GetCell(std::size_t cluster) const noexcept;
+
 	/// The outlines of a fragment's glyphs in the text's coordinates; to be filled by the nonzero rule.
 	Result<Outline> GetOutline(const TextFragment& fragment) const noexcept;
 	/// The decorating lines of one kind along a fragment.

@@ -207,7 +207,10 @@ Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noex
 	// To whoever shows it the outermost element is a box, which is transformed about its middle.
 	const Matrix2d local = Borrowed<SVGElementInterface>(element)->GetLocalTransform();
 	if (local != Matrix2d() && !frame.Has(SVGImportAttribute::transformOrigin))
-		frame.place.transform = outside.transform * Around({area.right / 2.0, area.bottom / 2.0}, local);
+	{
+		frame.local = Around({area.right / 2.0, area.bottom / 2.0}, local);
+		frame.place.transform = outside.transform * frame.local;
+	}
 	const Borrowed<SVGFitToViewboxInterface> fitting(element);
 	SVGViewbox viewbox = fitting->GetViewbox();
 	if (viewbox.isDefault)
@@ -220,6 +223,7 @@ Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noex
 	const auto fit = FitViewbox(area, viewbox, fitting->GetPreserveAspectRatio());
 	if (!fit)
 		return {};
+	frame.inner = fit->transform;
 	frame.place.transform = frame.place.transform * fit->transform;
 	frame.place.viewport.Resize(fit->size);
 	frame.place.viewport.outermost.fontSize = frame.place.style.fontSize;
@@ -248,7 +252,8 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 		return {};
 	// What applies to the element stands in the coordinates of its content, but for the edges.
 	const Place edges = frame.place;
-	frame.place.transform = frame.place.transform * fit->transform;
+	frame.inner = fit->transform;
+	frame.place.transform = frame.place.transform * frame.inner;
 	frame.place.viewport.Resize(fit->size);
 	if (!IsInvertible(frame.place.transform))
 		return {};
@@ -279,8 +284,9 @@ Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Fram
 		return {};
 	// The position is part of the transform: what applies to the use moves along.
 	const SVGLength2d position = Borrowed<SVGPositionInterface>(element)->GetPosition();
-	frame.place.transform = frame.place.transform * Translation(frame.Resolve(position.x, Axis::horizontal),
-																frame.Resolve(position.y, Axis::vertical));
+	frame.inner =
+		Translation(frame.Resolve(position.x, Axis::horizontal), frame.Resolve(position.y, Axis::vertical));
+	frame.place.transform = frame.place.transform * frame.inner;
 	if (frame.IsWithin(target.GetObject()))
 	{
 		_scene.limits.Omit(Omission::cycle);
