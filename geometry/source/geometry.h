@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+/// The object that answers for a document.
+#pragma once
+
+#include "drawing/scene.h"
+#include "hits.h"
+#include "images.h"
+#include "record.h"
+#include "svg_edit.h"
+
+#include <optional>
+
+namespace orvan::geometry
+{
+
+/// The implementation of `SVGGeometryInterface`. It keeps a record of the tree, made when it is first asked for.
+class Geometry : public ObjectBase
+{
+public:
+	~Geometry();
+
+	Result<void> SetDocument(const SVGDocumentRef& document, const SVGGeometryOptions& options) noexcept;
+	SVGDocumentRef GetDocument() const noexcept;
+	void Update() noexcept;
+	Result<Vector2d> GetViewSize() noexcept;
+	Result<SVGBox> GetBox(const SVGElementRef& element, SVGBoxKind kind, SVGCoordinates coordinates) noexcept;
+	Result<Matrix2d> GetTransform(const SVGElementRef& element, SVGCoordinates coordinates) noexcept;
+	Result<SVGHits> FindAt(const Vector2d& point, const SVGHitOptions& options) noexcept;
+	Result<SVGHits> FindIn(const SVGBox& rectangle, bool isInside) noexcept;
+	Result<SVGOutlineRef> GetOutline(const SVGElementRef& element, SVGCoordinates coordinates) noexcept;
+	Result<SVGNormalizedPaths> Normalize(const SVGNormalizeOptions& options) noexcept;
+
+private:
+	/// The nodes of an element: one, but for the parts of a text.
+	using Entries = std::span<const ElementEntry>;
+
+	void StopObserving() noexcept;
+	static void TakeChange(void* geometry, const SVGChange& change) noexcept;
+	Result<drawing::Scene> MakeScene() noexcept;
+	/// Makes the record where there is none that is good.
+	Result<void> Prepare() noexcept;
+	/// Empty for an element that is not drawn; an error for one that is in another tree.
+	Result<Entries> Find(const SVGElementRef& element) noexcept;
+	Entries LookUp(ObjectBase* element) const noexcept;
+	void SortElements() noexcept;
+	Result<void> CheckTree(const SVGElementRef& element) const noexcept;
+	/// From the coordinates of a node to others.
+	Matrix2d GetTransformOf(std::int32_t node, SVGCoordinates coordinates) const noexcept;
+
+	SVGDocumentRef _document;
+	SVGGeometryOptions _options;
+	std::int64_t _observer = 0;
+	drawing::Fonts _fonts;
+	UnseenImages _images;
+
+	std::optional<Record> _record;
+	std::optional<HitIndex> _hitIndex;
+	SVGElementRef _root; ///< Of the tree that was recorded.
+	bool _hasDefinitions = false;
+
+public:
+	Geometry() noexcept;
+};
+
+} // namespace orvan::geometry

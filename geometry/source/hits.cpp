@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: MIT
+#include "hits.h"
+
+#include "boxes.h"
+#include "inside.h"
+
+#include <functional>
+#include <optional>
+
+namespace orvan::geometry
+{
+namespace
+{
+
+/// What of an element reacts to a pointer.
+struct Reaction
+{
+	enum class Part
+	{
+		never,
+		painted, ///< When it has a paint.
+		always,
+	};
+
+	Part fill;
+	Part stroke;
+	bool needsVisible;
+};
+
+/// By the numbers of `SVGPointerEvents`, the bounding box apart.
+constexpr Reaction kReactions[] = {
+	{Reaction::Part::painted, Reaction::Part::painted, true},  // auto
+	{Reaction::Part::painted, Reaction::Part::painted, true},  // visiblePainted
+	{Reaction::Part::always, Reaction::Part::never, true},     // visibleFill
+	{Reaction::Part::never, Reaction::Part::always, true},     // visibleStroke
+	{Reaction::Part::always, Reaction::Part::always, true},    // visible
+	{Reaction::Part::painted, Reaction::Part::painted, false}, // painted
+	{Reaction::Part::always, Reaction::Part::never, false},    // fill
+	{Reaction::Part::never, Reaction::Part::always, false},    // stroke
+	{Reaction::Part::always, Reaction::Part::always, false},   // all
+	{Reaction::Part::never, Reaction::Part::never, false},     // none
+};
+
+bool Reacts(Reaction::Part part, const RecordedPaint& paint) noexcept
+{
+	return part == Reaction::Part::always ||
+		   (part == Reaction::Part::painted && paint.kind != SVGNormalizedPaint::none);
+}
+
+bool IsInRegion(const Record& record, std::int32_t index, const Vector2d& point) noexcept
+{
+	if (index < 0)
+		return true;
+	const ClipRegion& region = record.RegionAt(index);
+	const auto isIn = [&](const ClipShape& shape)
+	{
+		return IsInside(shape.outline, {}, shape.rule, InvertOrNot(shape.toView).Apply(point)) &&
+			   IsInRegion(record, shape.clip, point);
+	};
+	return std::any_of(region.shapes.begin(), region.shapes.end(), isIn) && IsInRegion(record, region.next, point);
+}
+
+/// Looks what of a shape is at a point.
+class ShapeProbe
+{
+public:
+	ShapeProbe(const Node& node, const RecordedShape& shape, const Vector2d& point, double tolerance) noexcept
+		: _node(node), _shape(shape), _point(point), _tolerance(tolerance), _own(InvertOrNot(node.toView).Apply(point))
+	{
+	}
+
+	std::optional<SVGHitPart> Find(bool ignoresPointerEvents) const noexcept
+	{
+		const auto events = ignoresPointerEvents ? SVGPointerEvents::automatic : _shape.pointerEvents;
+		if (events == SVGPointerEvents::boundingBox)
+		{
+			const Rectangle box = _shape.GetArea().GetBounds();
+			return box.Contains(_own) ? std::optional(SVGHitPart::box) : std::nullopt;
+		}
+		const auto number = static_cast<std::size_t>(events);
+		if (number >= std::size(kReactions))
+			return std::nullopt;
+		const Reaction& reaction = kReactions[number];
+		if (reaction.needsVisible && !_shape.isVisible)
+			return std::nullopt;
+		const bool takesFill = Reacts(reaction.fill, _shape.fill);
+		const bool takesStroke = Reacts(reaction.stroke, _shape.stroke) && _shape.pen.width > 0.0;
+		if (_shape.isText)
+		{
+			// The whole of a character reacts, as it does in browsers.
+			if ((takesFill || takesStroke) && IsInArea(_shape.cells, SVGFillRule::nonzero))
+				return SVGHitPart::text;
+			return std::nullopt;
+		}
+		// Whatever is painted last lies on top; which of the two is reported matters little where both are.
+		if (takesStroke && IsOnLine())
+			return SVGHitPart::stroke;
+		if (takesFill && IsInArea(_shape.outline, _shape.fillRule))
+			return SVGHitPart::fill;
+		return std::nullopt;
+	}
+
+private:
+	bool IsInArea(const Outline& outline, SVGFillRule rule) const noexcept
+	{
+		if (IsInside(outline, {}, rule, _own))
+			return true;
+		const SVGStroke edge{_tolerance * 2.0, SVGLineCap::round, SVGLineJoin::round, 1.0};
+		return _tolerance > 0.0 && IsOnStroke(outline, _node.toView, edge, {}, _point);
+	}
+
+	bool IsOnLine() const noexcept
+	{
+		SVGStroke pen = _shape.pen;
+		if (_shape.isPenUnscaled)
+		{
+			pen.width += _tolerance * 2.0;
+			return IsOnStroke(_shape.outline, _node.toView, pen, _shape.dashes, _point);
+		}
+		const Matrix2d& m = _node.toView;
+		const double scale = std::sqrt(std::abs(Cross(m.axis1, m.axis2)));
+		pen.width += scale > 0.0 ? _tolerance * 2.0 / scale : 0.0;
+		return IsOnStroke(_shape.outline, {}, pen, _shape.dashes, _own);
+	}
+
+	static double Cross(const Vector2d& a, const Vector2d& b) noexcept
+	{
+		return a.x * b.y - a.y * b.x;
+	}
+
+	const Node& _node;
+	const RecordedShape& _shape;
+	Vector2d _point; ///< In the view.
+	double _tolerance;
+	Vector2d _own; ///< In the shape's own coordinates.
+};
+
+/// Adds a hit, with the uses that it is shown through.
+Result<void> AddHit(const Record& record, std::int32_t index, SVGHitPart part, SVGHits& hits) noexcept
+{
+	const std::size_t first = hits.uses.GetCount();
+	for (std::int32_t at = record.At(index).parent; at >= 0; at = record.At(at).parent)
+	{
+		if (record.At(at).kind == NodeKind::use)
+			ORVAN_TRY(hits.uses.Append(record.At(at).element));
+	}
+	std::reverse(hits.uses.begin() + first, hits.uses.end());
+	return hits.hits.Append({record.At(index).element, part, static_cast<std::int32_t>(hits.uses.GetCount() - first),
+							 static_cast<std::int32_t>(first)});
+}
+
+/// The nodes of shapes near an area, the topmost first.
+Result<BaseArray<std::int32_t>> FindNear(const HitIndex& index, const Rectangle& area) noexcept
+{
+	BaseArray<std::int32_t> nodes;
+	bool isGood = true;
+	index.ForEachIn(area, [&](std::int32_t node) { isGood = isGood && nodes.Append(node).IsOk(); });
+	if (!isGood)
+		return OutOfMemoryError();
+	std::sort(nodes.begin(), nodes.end(), std::greater<>());
+	return nodes;
+}
+
+/// The edges that a node has, in the view.
+Rectangle GetCut(const Record& record, const Node& node) noexcept
+{
+	constexpr double kInfinity = std::numeric_limits<double>::infinity();
+	Rectangle cut{-kInfinity, -kInfinity, kInfinity, kInfinity};
+	if (node.hasEdge && !node.edge.IsEmpty())
+		cut = drawing::Transform(node.toView, node.edge);
+	else if (node.hasEdge)
+		cut = Rectangle();
+	return node.clip >= 0 ? cut.Intersect(GetClipBox(record, node.clip, {})) : cut;
+}
+
+/// The box of what may react, which is more than what is painted.
+Rectangle GetReactingBox(const Node& node, const RecordedShape& shape) noexcept
+{
+	Rectangle box = shape.GetArea().GetBounds(node.toView);
+	if (shape.pen.width > 0.0)
+		box.Include(GetStrokeBox(node, shape, node.toView));
+	return box;
+}
+
+} // namespace
+
+Result<HitIndex> HitIndex::Create(const Record& record) noexcept
+{
+	HitIndex index;
+	BaseArray<Rectangle> boxes;
+	BaseArray<Rectangle> cuts; // By node: what the node and those around it leave.
+	const auto count = static_cast<std::size_t>(record.pictureEnd);
+	ORVAN_TRY(cuts.Reserve(count));
+	ORVAN_TRY(index._cutters.Reserve(count));
+	ORVAN_TRY(boxes.Reserve(record.shapes.GetCount()));
+	ORVAN_TRY(index._nodes.Reserve(record.shapes.GetCount()));
+	for (std::int32_t i = 0; i < record.pictureEnd; i++)
+	{
+		const Node& node = record.At(i);
+		Rectangle cut = GetCut(record, node);
+		if (node.parent >= 0)
+			cut = cut.Intersect(cuts[static_cast<std::size_t>(node.parent)]);
+		ORVAN_TRY(cuts.Append(cut));
+		ORVAN_TRY(index._cutters.Append(node.hasEdge || node.clip >= 0 ? i : index.GetCutter(node.parent)));
+		const bool isMarker = node.kind == NodeKind::marker;
+		if (isMarker || node.shape < 0)
+		{
+			// Markers do not react; what stands in them is passed over, but keeps its place in the columns.
+			for (std::int32_t inner = i + 1; isMarker && inner < node.end; inner++)
+			{
+				ORVAN_TRY(cuts.Append(Rectangle()));
+				ORVAN_TRY(index._cutters.Append(-1));
+			}
+			if (isMarker)
+				i = node.end - 1;
+			continue;
+		}
+		ORVAN_TRY(boxes.Append(GetReactingBox(node, record.ShapeOf(node)).Intersect(cut)));
+		ORVAN_TRY(index._nodes.Append(i));
+	}
+	index._tree = ORVAN_TRY(BoxTree::Create(boxes));
+	return index;
+}
+
+Result<SVGHits> FindHits(const Record& record, const HitIndex& index, const Vector2d& point,
+						 const SVGHitOptions& options) noexcept
+{
+	SVGHits hits;
+	const Rectangle area = Rectangle{point.x, point.y, point.x, point.y}.Grow(options.tolerance);
+	if (!area.IsFinite())
+		return hits;
+	const auto isCutOff = [&](std::int32_t node)
+	{
+		for (std::int32_t at = index.GetCutter(node); at >= 0; at = index.GetCutter(record.At(at).parent))
+		{
+			const Node& cutter = record.At(at);
+			if (cutter.hasEdge && !cutter.edge.Contains(InvertOrNot(cutter.toView).Apply(point)))
+				return true;
+			if (!IsInRegion(record, cutter.clip, point))
+				return true;
+		}
+		return false;
+	};
+	for (const std::int32_t at : ORVAN_TRY(FindNear(index, area)))
+	{
+		const Node& node = record.At(at);
+		const ShapeProbe probe(node, record.ShapeOf(node), point, options.tolerance);
+		const auto part = probe.Find(options.ignoresPointerEvents);
+		if (!part || isCutOff(at))
+			continue;
+		ORVAN_TRY(AddHit(record, at, *part, hits));
+		if (!options.findsAll)
+			break;
+	}
+	return hits;
+}
+
+Result<SVGHits> FindHitsIn(const Record& record, const HitIndex& index, const Rectangle& area, bool isInside) noexcept
+{
+	SVGHits hits;
+	if (area.IsEmpty())
+		return hits;
+	for (const std::int32_t at : ORVAN_TRY(FindNear(index, area)))
+	{
+		const Node& node = record.At(at);
+		Rectangle box = GetBox(record, at, SVGBoxKind::visual, node.toView);
+		for (std::int32_t cutter = index.GetCutter(node.parent); cutter >= 0 && !box.IsEmpty();
+			 cutter = index.GetCutter(record.At(cutter).parent))
+			box = box.Intersect(GetCut(record, record.At(cutter)));
+		const Rectangle common = box.Intersect(area);
+		const bool isWhole = common.left == box.left && common.top == box.top && common.right == box.right &&
+							 common.bottom == box.bottom;
+		if (!common.IsEmpty() && (isWhole || !isInside))
+			ORVAN_TRY(AddHit(record, at, SVGHitPart::box, hits));
+	}
+	return hits;
+}
+
+} // namespace orvan::geometry

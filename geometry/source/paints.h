@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+/// What something is painted with.
+#pragma once
+
+#include "drawing/frame.h"
+#include "drawing/scene.h"
+#include "record.h"
+
+namespace orvan::geometry
+{
+
+/// The paint that fills, or strokes, an element. A paint server that cannot be found or shows nothing is none, unless
+/// the paint names something to fall back to.
+Result<RecordedPaint> GetPaint(drawing::Scene& scene, const drawing::Frame& frame, bool isFill) noexcept;
+
+} // namespace orvan::geometry

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+/// A tree as it is drawn, written down so that it can be asked without walking it again.
+#pragma once
+
+#include "drawing/outline.h"
+#include "svg_geometry.h"
+
+namespace orvan::geometry
+{
+
+using drawing::Outline;
+using drawing::Rectangle;
+
+/// What something is painted with, as far as it matters here.
+struct RecordedPaint
+{
+	SVGNormalizedPaint kind = SVGNormalizedPaint::none;
+	Color color;
+	double opacity = 1.0; ///< The paint's own and that of its property.
+};
+
+/// The dashes of a stroke, in the units of its pen.
+struct RecordedDashes
+{
+	BaseArray<double> lengths; ///< Empty for a solid line. Their sum is greater than 0.
+	double offset = 0.0;
+};
+
+/// A shape, or letters of a text that are painted alike.
+struct RecordedShape
+{
+	Outline outline; ///< In the node's coordinates.
+	Outline cells;   ///< Of a text: the cells of its characters.
+	bool isText = false;
+	bool isImage = false; ///< The outline is what an image is fitted into.
+	RecordedPaint fill;
+	RecordedPaint stroke;
+	SVGStroke pen; ///< Its width is 0 when there is none.
+	RecordedDashes dashes;
+	bool isPenUnscaled = false; ///< The pen is round in the view, whatever the transforms.
+	SVGFillRule fillRule = SVGFillRule::nonzero;
+	SVGPaintOrder paintOrder = SVGPaintOrder::fillStrokeMarkers;
+	SVGPointerEvents pointerEvents = SVGPointerEvents::automatic;
+	bool isVisible = true;
+
+	/// The outline that counts as the area of the shape.
+	const Outline& GetArea() const noexcept
+	{
+		return isText ? cells : outline;
+	}
+
+	bool HasStroke() const noexcept
+	{
+		return stroke.kind != SVGNormalizedPaint::none && pen.width > 0.0;
+	}
+};
+
+/// A part of a clip path.
+struct ClipShape
+{
+	Outline outline;
+	Matrix2d toView;
+	SVGFillRule rule = SVGFillRule::nonzero;
+	std::int32_t clip = -1; ///< The region that cuts it off in turn, or -1.
+};
+
+/// The area of a clip path: that of its shapes together, cut off by another region.
+struct ClipRegion
+{
+	BaseArray<ClipShape> shapes;
+	std::int32_t next = -1; ///< Or -1.
+};
+
+/// The kinds of nodes that are more than groups or shapes.
+enum class NodeKind : std::uint8_t
+{
+	plain,
+	use,
+	marker,     ///< Stands below the shape that it belongs to.
+	definition, ///< Is not drawn in place.
+};
+
+/// An element where it is drawn: in place, or through uses. Its coordinates are those of what stands in it, which are
+/// the element's own but for a use.
+struct Node
+{
+	SVGElementRef element;
+	Matrix2d toView;   ///< From its coordinates.
+	Matrix2d toParent; ///< From its coordinates to those of the node around it.
+	Matrix2d toOwn;    ///< From its coordinates to the element's own: by the position of a use.
+	std::int32_t parent = -1;
+	std::int32_t end = 0;    ///< Behind the last node below; those below stand in between, in painting order.
+	std::int32_t shape = -1; ///< Its index, or -1.
+	std::int32_t clip = -1;  ///< The region that cuts off the node and all below, or -1.
+	NodeKind kind = NodeKind::plain;
+	bool isReferenced = false; ///< Drawn through a use, or in a marker.
+	bool hasEdge = false;      ///< `edge` cuts off what stands in the node.
+	bool hasMask = false;      ///< `mask` cuts off the node.
+	bool isChanged = false;    ///< A mask or filter changes it, or a node around it.
+	double opacity = 1.0;      ///< Its own and that of the nodes around it.
+	Rectangle edge;            ///< In its coordinates.
+	Rectangle mask;            ///< In the coordinates of `maskToView`.
+	Matrix2d maskToView;
+
+	/// The boxes in its coordinates by kind, once they are known.
+	mutable Rectangle boxes[3];
+	mutable bool knowsBox[3] = {};
+};
+
+/// Where an element is drawn.
+struct ElementEntry
+{
+	ObjectBase* element;
+	std::int32_t node;
+};
+
+/// Everything that is drawn of a document.
+struct Record
+{
+	BaseArray<Node> nodes;
+	BaseArray<RecordedShape> shapes;
+	BaseArray<ClipRegion> regions;
+	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it.
+	BaseArray<ElementEntry> elements;
+	Vector2d viewSize;
+	Matrix2d documentToView;     ///< From the root's own coordinates.
+	std::int32_t pictureEnd = 0; ///< The nodes before it are the picture, those behind it definitions.
+
+	/// Calls `visit` with each node directly below one, in painting order.
+	template <typename Visit>
+	void ForEachChild(std::int32_t node, Visit visit) const noexcept
+	{
+		const auto end = nodes[static_cast<std::size_t>(node)].end;
+		for (std::int32_t child = node + 1; child < end; child = At(child).end)
+			visit(child);
+	}
+
+	const Node& At(std::int32_t node) const noexcept
+	{
+		return nodes[static_cast<std::size_t>(node)];
+	}
+
+	/// The shape of a node that has one.
+	const RecordedShape& ShapeOf(const Node& node) const noexcept
+	{
+		return shapes[static_cast<std::size_t>(node.shape)];
+	}
+
+	const ClipRegion& RegionAt(std::int32_t region) const noexcept
+	{
+		return regions[static_cast<std::size_t>(region)];
+	}
+};
+
+} // namespace orvan::geometry

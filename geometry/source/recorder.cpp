@@ -1,0 +1,403 @@
+// SPDX-License-Identifier: MIT
+#include "recorder.h"
+
+#include "clip_recorder.h"
+#include "curve.h"
+#include "drawing/markers.h"
+#include "drawing/references.h"
+#include "drawing/strokes.h"
+#include "drawing/text_layout.h"
+#include "drawing/walk.h"
+#include "orvan/diagnostics.h"
+#include "paints.h"
+#include "svg_complete.h"
+
+namespace orvan::geometry
+{
+namespace
+{
+
+using namespace drawing;
+using Key = SVGImportAttribute;
+
+/// Nodes beyond these many are left out. A file that has more in place takes a gigabyte itself.
+constexpr std::size_t kMaxNodes = 4'000'000;
+
+/// How the document counts the length of a shape's outline, as a factor on its dashes.
+double GetDashUnit(const Frame& frame, const Outline& outline) noexcept
+{
+	const double counted = frame.GetOr(Key::pathLength, 0.0);
+	if (!(counted > 0.0) || !std::isfinite(counted))
+		return 1.0;
+	const double length = outline.GetLength();
+	return std::isfinite(length) ? length / counted : 1.0;
+}
+
+/// The dashes of a stroke; empty for a solid line, and for what browsers draw as one.
+Result<RecordedDashes> GetDashes(const Frame& frame, const Outline& outline) noexcept
+{
+	const Style& style = frame.place.style;
+	RecordedDashes dashes;
+	if (style.dashes == nullptr || style.dashes->IsEmpty())
+		return dashes;
+	const double unit = GetDashUnit(frame, outline);
+	double sum = 0.0;
+	for (const SVGLength& dash : *style.dashes)
+	{
+		const double length = ToUserUnits(dash, Axis::other, frame.place.viewport, style.dashFontSize) * unit;
+		if (!(length >= 0.0) || length > kLargest)
+			return RecordedDashes();
+		sum += length;
+		ORVAN_TRY(dashes.lengths.Append(length));
+	}
+	if (!(sum > 0.0))
+		return RecordedDashes();
+	const double offset = frame.place.Resolve(style.dashOffset, Axis::other) * unit;
+	dashes.offset = std::isfinite(offset) ? offset : 0.0;
+	return dashes;
+}
+
+SVGStroke GetPen(const Place& place) noexcept
+{
+	const Style& style = place.style;
+	const double width = GetStrokeWidth(place);
+	return {width > 0.0 && width <= kLargest ? width : 0.0, style.lineCap, style.lineJoin, style.miterLimit};
+}
+
+class Recorder final : public Sink
+{
+public:
+	Recorder(Scene& scene, Record& record) noexcept : _scene(scene), _record(record)
+	{
+	}
+
+	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override
+	{
+		const double commandCount = static_cast<double>(outline.GetCommands().GetCount());
+		if (IsFull() || (frame.place.isByReference && !_scene.limits.Pay(commandCount * kCommandWork)))
+			return {};
+		const std::int32_t node = ORVAN_TRY(Enter(frame));
+		RecordedShape shape = ORVAN_TRY(MakeShape(frame, outline));
+		ORVAN_TRY(shape.outline.Append(outline, {}));
+		ORVAN_TRY(SetShape(node, std::move(shape)));
+		const bool wasMarker = std::exchange(_isInMarker, true);
+		const Result<void> drawn = HasMarkers(frame) ? DrawMarkers(_scene, frame, outline, *this) : Result<void>();
+		_isInMarker = wasMarker;
+		if (!drawn.IsOk())
+			return drawn.GetError();
+		Extent extent(outline.GetBounds(), {});
+		return Leave(node, frame, extent);
+	}
+
+	/// A text is a node, and each part of it that is painted alike is one below it.
+	Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept override
+	{
+		if (IsFull() || (frame.place.isByReference && !_scene.limits.Pay(text.GetLength() * kCharacterWork)))
+			return {};
+		const std::int32_t node = ORVAN_TRY(Enter(frame));
+		for (const TextFragment& fragment : text.GetFragments())
+			ORVAN_TRY(RecordFragment(frame, text, fragment));
+		Extent extent(text.GetBounds(), {});
+		return Leave(node, frame, extent);
+	}
+
+	/// An image is the rectangle that it is fitted into.
+	Result<void> DrawImage(const Frame& frame, const PlacedImage& image) noexcept override
+	{
+		if (IsFull())
+			return {};
+		const std::int32_t node = ORVAN_TRY(Enter(frame));
+		const Style& style = frame.place.style;
+		RecordedShape shape;
+		shape.isImage = true;
+		shape.fill = {SVGNormalizedPaint::server, {}, 1.0};
+		shape.pen.width = 0.0;
+		shape.pointerEvents = style.pointerEvents;
+		shape.isVisible = style.visibility == SVGVisibility::visible;
+		ORVAN_TRY(shape.outline.AddRectangle(image.viewport, 0.0, 0.0));
+		ORVAN_TRY(SetShape(node, std::move(shape)));
+		Extent extent(image.viewport, {});
+		return Leave(node, frame, extent);
+	}
+
+	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override
+	{
+		if (IsFull())
+			return {};
+		const std::int32_t node = ORVAN_TRY(Enter(frame));
+		const bool wasMarker = std::exchange(_isInMarker, false);
+		const Result<void> drawn = content.DrawInto(*this);
+		_isInMarker = wasMarker;
+		if (!drawn.IsOk())
+			return drawn.GetError();
+		Extent extent(_scene, frame, content);
+		return Leave(node, frame, extent);
+	}
+
+	Result<void> DrawClipped(const Place& place, const Rectangle& clip, const Content& content) noexcept override
+	{
+		if (_current >= 0)
+		{
+			Node& node = At(_current);
+			// The rectangle is in the coordinates around a view box, which moves and scales only.
+			node.edge = IsInvertible(node.toView) ? Transform(Invert(node.toView) * place.transform, clip) : clip;
+			node.hasEdge = true;
+		}
+		return content.DrawInto(*this);
+	}
+
+	/// A node for an element with definitions, whose content `draw` tells.
+	template <typename Draw>
+	Result<void> RecordDefinition(const Frame& frame, Draw draw) noexcept
+	{
+		if (IsFull())
+			return {};
+		const std::int32_t node = ORVAN_TRY(Enter(frame));
+		At(node).kind = NodeKind::definition;
+		ORVAN_TRY(draw());
+		_current = At(node).parent;
+		At(node).end = GetCount();
+		return {};
+	}
+
+private:
+	std::int32_t GetCount() const noexcept
+	{
+		return static_cast<std::int32_t>(_record.nodes.GetCount());
+	}
+
+	Node& At(std::int32_t node) noexcept
+	{
+		return _record.nodes[static_cast<std::size_t>(node)];
+	}
+
+	bool IsFull() noexcept
+	{
+		if (_record.nodes.GetCount() < kMaxNodes)
+			return false;
+		_scene.limits.Omit(Omission::work);
+		return true;
+	}
+
+	/// Begins the node of an element; it stands around all that follow until `Leave`.
+	Result<std::int32_t> Enter(const Frame& frame) noexcept
+	{
+		Node node;
+		node.element = SVGElementRef::From(frame.element);
+		node.parent = _current;
+		node.isReferenced = frame.place.isByReference || (_current >= 0 && At(_current).isReferenced);
+		node.toView = frame.place.transform;
+		node.toParent = frame.local * frame.inner;
+		node.opacity = frame.effects.opacity;
+		node.isChanged = frame.effects.mask != nullptr || frame.effects.filter != nullptr;
+		if (Borrowed<SVGUseElementInterface>(frame.element))
+		{
+			node.kind = NodeKind::use;
+			node.toOwn = frame.inner;
+		}
+		if (_current >= 0)
+		{
+			const Node& parent = At(_current);
+			node.opacity *= parent.opacity;
+			node.isChanged = node.isChanged || parent.isChanged;
+			if (_isInMarker)
+			{
+				node.kind = NodeKind::marker;
+				node.isReferenced = true;
+				node.toParent = Invert(parent.toView) * node.toView;
+			}
+		}
+		_current = GetCount();
+		if (!node.isReferenced)
+			ORVAN_TRY(_record.elements.Append({frame.element, _current}));
+		ORVAN_TRY(_record.nodes.Append(std::move(node)));
+		return _current;
+	}
+
+	/// Ends a node, with what cuts it off.
+	Result<void> Leave(std::int32_t index, const Frame& frame, Extent& extent) noexcept
+	{
+		_current = At(index).parent;
+		At(index).end = GetCount();
+		if (frame.effects.clipPath != nullptr)
+			At(index).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
+		if (frame.effects.mask != nullptr)
+			ORVAN_TRY(RecordMask(At(index), frame, extent));
+		return {};
+	}
+
+	/// The region of a mask. Without a usable one nothing shows.
+	Result<void> RecordMask(Node& node, const Frame& user, Extent& extent) noexcept
+	{
+		const SVGElementRef mask = ORVAN_TRY(FindEffect<SVGMaskElementInterface>(_scene, user.effects.mask, user));
+		if (!mask)
+			return {};
+		const Place place = ORVAN_TRY(GetContentPlace(_scene, mask.GetObject(), user));
+		const Frame frame(mask.GetObject(), place, &user, _scene.limits);
+		const bool isBox = frame.GetKeyword(Key::maskUnits, SVGUnits::objectBoundingBox) == SVGUnits::objectBoundingBox;
+		if (isBox && !_scene.isComplete) // A plain import does not tell.
+			return {};
+		const auto get = [&](Key key, Axis axis, double absent)
+		{
+			const SVGLength length = frame.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
+			return isBox && length.unit == SVGLengthUnit::percent ? length.value : frame.Resolve(length, axis);
+		};
+		const double x = get(Key::x, Axis::horizontal, -0.1);
+		const double y = get(Key::y, Axis::vertical, -0.1);
+		node.hasMask = true;
+		node.mask = {x, y, x + get(Key::width, Axis::horizontal, 1.2), y + get(Key::height, Axis::vertical, 1.2)};
+		node.maskToView = user.place.transform;
+		if (isBox)
+		{
+			const Rectangle box = ORVAN_TRY(extent.GetBox());
+			node.mask = box.IsEmpty() || node.mask.IsEmpty() ? Rectangle() : Transform(BoxTransform(box), node.mask);
+		}
+		return {};
+	}
+
+	/// All of a shape but its outline.
+	Result<RecordedShape> MakeShape(const Frame& frame, const Outline& outline) noexcept
+	{
+		const Style& style = frame.place.style;
+		RecordedShape shape;
+		shape.fill = ORVAN_TRY(GetPaint(_scene, frame, true));
+		shape.stroke = ORVAN_TRY(GetPaint(_scene, frame, false));
+		shape.pen = GetPen(frame.place);
+		if (shape.HasStroke())
+			shape.dashes = ORVAN_TRY(GetDashes(frame, outline));
+		shape.isPenUnscaled = IsStrokeUnscaled(frame);
+		shape.fillRule = style.fillRule;
+		shape.paintOrder = style.paintOrder;
+		shape.pointerEvents = style.pointerEvents;
+		shape.isVisible = style.visibility == SVGVisibility::visible;
+		return shape;
+	}
+
+	Result<void> SetShape(std::int32_t node, RecordedShape shape) noexcept
+	{
+		At(node).shape = static_cast<std::int32_t>(_record.shapes.GetCount());
+		return _record.shapes.Append(std::move(shape));
+	}
+
+	Result<void> RecordFragment(const Frame& text, const TextLayout& layout, const TextFragment& fragment) noexcept
+	{
+		const std::int32_t parent = _current;
+		Node node;
+		node.element = SVGElementRef::From(fragment.frame->element);
+		node.parent = parent;
+		node.toView = text.place.transform;
+		node.isReferenced = At(parent).isReferenced;
+		node.opacity = At(parent).opacity * fragment.opacity;
+		node.isChanged = At(parent).isChanged;
+		const std::int32_t index = GetCount();
+		node.end = index + 1;
+		for (const Frame* span = fragment.frame; span != nullptr && span->element != text.element; span = span->outer)
+		{
+			if (!node.isReferenced)
+				ORVAN_TRY(_record.elements.Append({span->element, index}));
+		}
+		ORVAN_TRY(_record.nodes.Append(std::move(node)));
+
+		Outline letters = ORVAN_TRY(layout.GetOutline(fragment));
+		RecordedShape shape = ORVAN_TRY(MakeShape(*fragment.frame, letters));
+		shape.isText = true;
+		shape.fillRule = SVGFillRule::nonzero;
+		for (std::size_t cluster = fragment.first; cluster < fragment.end; cluster++)
+		{
+			Outline cell;
+			ORVAN_TRY(cell.AddRectangle(layout.GetCell(cluster), 0.0, 0.0));
+			ORVAN_TRY(shape.cells.Append(cell, layout.GetPlace(cluster)));
+		}
+		shape.outline = std::move(letters);
+		return SetShape(index, std::move(shape));
+	}
+
+	Scene& _scene;
+	Record& _record;
+	std::int32_t _current = -1; ///< The node that stands around what comes next.
+	bool _isInMarker = false;   ///< The next node is a marker's.
+};
+
+Place GetOutermostPlace(const Scene& scene) noexcept
+{
+	Place place;
+	place.style = scene.initialStyle;
+	const Vector2d& size = scene.viewportSize;
+	place.viewport = {size.x, size.y, {size.x, size.y}};
+	return place;
+}
+
+/// Finds the elements that hold definitions, and records what stands in them.
+class DefinitionFinder
+{
+public:
+	DefinitionFinder(Scene& scene, Record& record) noexcept : _scene(scene), _recorder(scene, record)
+	{
+	}
+
+	Result<void> Visit(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+	{
+		const Borrowed<SVGElementInterface> svgElement(element);
+		if (!svgElement || svgElement->GetDisplay() == SVGDisplay::none)
+			return {};
+		const bool isDefinition = IsDefinition(element);
+		if (!isDefinition && !Borrowed<SVGGroupElementInterface>(element) && !Borrowed<SVGSVGElementInterface>(element))
+			return {};
+		const Frame frame(element, outside, outer, _scene.limits);
+		if (!frame.canDraw)
+			return {};
+		const auto visitChildren = [&](bool draws) noexcept -> Result<void>
+		{
+			const Borrowed<HierarchyObjectInterface> hierarchy(element);
+			for (auto child = hierarchy->GetFirstChild(); child; child = child->GetNextSibling())
+			{
+				if (draws)
+					ORVAN_TRY(Walk(_scene, _recorder).DrawElement(child.GetObject(), frame.place, &frame));
+				ORVAN_TRY(Visit(child.GetObject(), frame.place, &frame));
+			}
+			return {};
+		};
+		if (!isDefinition)
+			return visitChildren(false);
+		return _recorder.RecordDefinition(frame, [&] { return visitChildren(true); });
+	}
+
+private:
+	static bool IsDefinition(ObjectBase* element) noexcept
+	{
+		return Borrowed<SVGDefsElementInterface>(element) || Borrowed<SVGSymbolElementInterface>(element) ||
+			   Borrowed<SVGClipPathElementInterface>(element) || Borrowed<SVGMaskElementInterface>(element) ||
+			   Borrowed<SVGMarkerElementInterface>(element) || Borrowed<SVGPatternElementInterface>(element);
+	}
+
+	Scene& _scene;
+	Recorder _recorder;
+};
+
+} // namespace
+
+Result<Record> RecordPicture(Scene& scene) noexcept
+{
+	Record record;
+	record.viewSize = scene.viewportSize;
+	Recorder recorder(scene, record);
+	const SVGElementRef root = scene.document->GetRootElement();
+	if (root)
+		ORVAN_TRY(Walk(scene, recorder).DrawElement(root.GetObject(), GetOutermostPlace(scene), nullptr));
+	if (!record.nodes.IsEmpty())
+		record.documentToView = record.nodes[0].toView;
+	record.pictureEnd = static_cast<std::int32_t>(record.nodes.GetCount());
+	return record;
+}
+
+Result<void> RecordDefinitions(Scene& scene, Record& record) noexcept
+{
+	const SVGElementRef root = scene.document->GetRootElement();
+	if (!root)
+		return {};
+	Place place = GetOutermostPlace(scene);
+	place.transform = record.documentToView;
+	return DefinitionFinder(scene, record).Visit(root.GetObject(), place, nullptr);
+}
+
+} // namespace orvan::geometry

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "stroke_bounds.h"
+
+#include "stroke_parts.h"
+
+namespace orvan::geometry
+{
+namespace
+{
+
+/// Collects the box of the parts of a stroke.
+class BoundsOfParts
+{
+public:
+	BoundsOfParts(const SVGStroke& stroke, const Matrix2d& target) noexcept
+		: _stroke(stroke), _target(target),
+		  _half(stroke.width / 2.0), _axes{{target.axis1.x, target.axis2.x}, {target.axis1.y, target.axis2.y}},
+		  _disc{_half * LengthOf(_axes[0]), _half * LengthOf(_axes[1])}
+	{
+	}
+
+	void Strip(const Curve& curve) noexcept
+	{
+		AddAcross(curve.p[0], curve.GetDirection(0.0));
+		AddAcross(curve.p[3], curve.GetDirection(1.0));
+		if (curve.isLine)
+			return;
+		// Edges of a stroke run as the curve does, so they turn where the curve turns …
+		for (const Vector2d& axis : _axes)
+		{
+			double at[2];
+			for (int i = FindTurns(curve, axis, at); i-- > 0;)
+				AddAcross(curve.GetPoint(at[i]), curve.GetDirection(at[i]));
+		}
+		AddCusps(curve);
+	}
+
+	void Join(const Vector2d& point, Vector2d in, Vector2d out) noexcept
+	{
+		if (_stroke.join == SVGLineJoin::round)
+			AddDisc(point);
+		else if (Vector2d tip; _stroke.join == SVGLineJoin::miter && FindMiter(in, out, _stroke.miterLimit, tip))
+			Add(point + Times(tip, _half));
+	}
+
+	void Cap(const Vector2d& point, const Vector2d& outwards) noexcept
+	{
+		if (_stroke.cap == SVGLineCap::round)
+			AddDisc(point);
+		else if (_stroke.cap == SVGLineCap::square)
+			AddAcross(point + Times(outwards, _half), outwards);
+	}
+
+	void Point(const Vector2d& point) noexcept
+	{
+		Cap(point, {1.0, 0.0});
+		Cap(point, {-1.0, 0.0});
+	}
+
+	const Rectangle& GetBox() const noexcept
+	{
+		return _box;
+	}
+
+private:
+	void Add(const Vector2d& point) noexcept
+	{
+		_box.Add(_target.Apply(point));
+	}
+
+	void AddAcross(const Vector2d& point, const Vector2d& direction) noexcept
+	{
+		const Vector2d side = Times(Turn(direction), _half);
+		Add(point + side);
+		Add(point - side);
+	}
+
+	void AddDisc(const Vector2d& point) noexcept
+	{
+		const Vector2d center = _target.Apply(point);
+		_box.Add(center - _disc);
+		_box.Add(center + _disc);
+	}
+
+	/// … and where the curve is as sharply bent as the pen is wide: the inner edge turns back there, and may stick out
+	/// on the other side. Such places are looked for in steps, and found between two of them.
+	void AddCusps(const Curve& curve) noexcept
+	{
+		constexpr int kSteps = 16;
+		constexpr int kHalvings = 40;
+		// Positive where the inner edge runs backwards.
+		const auto excess = [&](double t)
+		{
+			const Vector2d speed = curve.GetSpeed(t);
+			const double squared = Dot(speed, speed);
+			return _half * std::abs(Cross(speed, curve.GetChange(t))) - squared * std::sqrt(squared);
+		};
+		double last = excess(0.0);
+		for (int i = 1; i <= kSteps; i++)
+		{
+			const double next = excess(static_cast<double>(i) / kSteps);
+			if ((last > 0.0) != (next > 0.0))
+			{
+				double low = static_cast<double>(i - 1) / kSteps;
+				double high = static_cast<double>(i) / kSteps;
+				for (int halving = 0; halving < kHalvings; halving++)
+				{
+					const double middle = (low + high) / 2.0;
+					((excess(middle) > 0.0) == (last > 0.0) ? low : high) = middle;
+				}
+				AddAcross(curve.GetPoint(low), curve.GetDirection(low));
+			}
+			last = next;
+		}
+	}
+
+	const SVGStroke& _stroke;
+	const Matrix2d& _target;
+	double _half;
+	Vector2d _axes[2]; ///< The directions along which the target's coordinates grow.
+	Vector2d _disc;    ///< Half of the size of the pen's box in the target's coordinates.
+	Rectangle _box;
+};
+
+} // namespace
+
+Rectangle GetStrokeBounds(const drawing::Outline& outline, const SVGStroke& stroke, const Matrix2d& pen,
+						  const Matrix2d& target) noexcept
+{
+	BoundsOfParts parts(stroke, target);
+	VisitStroke(outline.GetCommands(), pen, parts);
+	return parts.GetBox();
+}
+
+} // namespace orvan::geometry

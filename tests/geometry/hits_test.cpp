@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "geometry_module.h"
+
+namespace orvan
+{
+namespace
+{
+
+using Hits = GeometryTest;
+
+TEST_F(Hits, ComeTopmostFirstByFillAndStroke)
+{
+	const AskedPicture picture(
+		"<rect id='a' width='50' height='50'/><path id='b' fill-rule='evenodd' d='M0 0h40v40h-40zM10 10h20v20h-20z'/>"
+		"<path id='c' fill='none' stroke='red' stroke-width='4' d='M0 45C20 45 20 45 50 45'/>"
+		"<circle id='d' cx='80' cy='20' r='10' fill='none' stroke='red' stroke-width='2' stroke-dasharray='5 1000'/>");
+	EXPECT_EQ("b a", picture.At(5, 5));
+	EXPECT_EQ("a", picture.At(20, 20));
+	EXPECT_EQ("b", picture.At(5, 5, {}));
+	EXPECT_EQ("c a", picture.At(30, 46.9));
+	EXPECT_EQ("a", picture.At(30, 47.1));
+	EXPECT_EQ("", picture.At(80, 20));
+	EXPECT_EQ("d", picture.At(89.8, 21.5));
+	EXPECT_EQ("", picture.At(70, 20)); // In a gap.
+	EXPECT_EQ("", picture.At(60, 60));
+	EXPECT_EQ("b a", picture.At(0, 20)); // An edge belongs to the area.
+	// A tolerance finds what is near.
+	EXPECT_EQ("", picture.At(52, 20));
+	EXPECT_EQ("a", picture.At(52, 20, {.tolerance = 2.5, .findsAll = true}));
+	EXPECT_EQ("d", picture.At(92, 21, {.tolerance = 1.5, .findsAll = true}));
+	EXPECT_FALSE(picture.geometry->FindAt({0, 0}, {.tolerance = -1.0}).IsOk());
+}
+
+TEST_F(Hits, OnStrokesMeetJoinsCapsAndTurnedPens)
+{
+	const AskedPicture picture(
+		"<g fill='none' stroke='red' stroke-width='10'><path id='m' d='M10 10h20v20'/>"
+		"<path id='b' d='M50 10h20v20' stroke-linejoin='bevel'/><path id='r' d='M10 50h20v20' "
+		"stroke-linejoin='round' stroke-linecap='round'/><path id='s' d='M50 50h20' "
+		"stroke-linecap='square'/><path id='z' d='M90 90z' stroke-linecap='round'/>"
+		"<path id='v' d='M40 45h5' transform='scale(2)' vector-effect='non-scaling-stroke'/></g>");
+	EXPECT_EQ("m", picture.At(34, 6));
+	EXPECT_EQ("", picture.At(9, 10));
+	EXPECT_EQ("", picture.At(73.9, 6.1));
+	EXPECT_EQ("b", picture.At(72, 8));
+	EXPECT_EQ("", picture.At(34, 46));
+	EXPECT_EQ("r", picture.At(33, 47));
+	EXPECT_EQ("r", picture.At(7, 53));
+	EXPECT_EQ("", picture.At(5.5, 54.5));
+	EXPECT_EQ("s", picture.At(45.5, 54.5));
+	EXPECT_EQ("z", picture.At(94, 90));
+	EXPECT_EQ("v", picture.At(85, 94.9));
+	EXPECT_EQ("", picture.At(85, 95.1));
+}
+
+TEST_F(Hits, GoByPointerEventsAndVisibility)
+{
+	const auto hit = [](const std::string& attributes, double x)
+	{
+		return AskedPicture("<rect id='r' x='10' y='10' width='20' height='20' stroke-width='4' " + attributes + "/>")
+			.At(x, 20);
+	};
+	struct Case
+	{
+		const char* attributes;
+		const char* inside;
+		const char* onStroke;
+	};
+	for (const Case& sample : {
+			 Case{"fill='none'", "", ""},
+			 Case{"stroke='red'", "r", "r"},
+			 Case{"fill='url(#gone)' stroke='red'", "", "r"},
+			 Case{"visibility='hidden'", "", ""},
+			 Case{"fill='none' pointer-events='visible'", "r", "r"},
+			 Case{"fill='none' pointer-events='visibleFill'", "r", ""},
+			 Case{"pointer-events='visibleStroke'", "", "r"},
+			 Case{"visibility='hidden' pointer-events='painted'", "r", ""},
+			 Case{"visibility='hidden' fill='none' pointer-events='fill'", "r", ""},
+			 Case{"visibility='hidden' pointer-events='stroke'", "", "r"},
+			 Case{"visibility='hidden' fill='none' pointer-events='all'", "r", "r"},
+			 Case{"pointer-events='none' stroke='red'", "", ""},
+			 Case{"fill='none' pointer-events='bounding-box'", "r", ""},
+			 Case{"opacity='0'", "r", ""},
+			 Case{"style='display:none'", "", ""},
+		 })
+	{
+		EXPECT_EQ(sample.inside, hit(sample.attributes, 20)) << sample.attributes;
+		EXPECT_EQ(sample.onStroke, hit(sample.attributes, 8.5)) << sample.attributes;
+	}
+	const AskedPicture inherited("<g pointer-events='none'><rect id='r' width='9' height='9'/></g>");
+	EXPECT_EQ("", inherited.At(5, 5));
+	EXPECT_EQ("r", inherited.At(5, 5, {.findsAll = true, .ignoresPointerEvents = true}));
+}
+
+TEST_F(Hits, TellTheUsesAndEndAtClips)
+{
+	const AskedPicture picture(
+		"<defs><rect id='r' width='10' height='10'/><g id='g'><use id='i' href='#r' x='5'/></g>"
+		"<clipPath id='c'><circle cx='50' cy='50' r='10'/><use href='#k'/></clipPath><rect id='k' x='80' width='5' "
+		"height='5'/>"
+		"<clipPath id='n' clip-path='url(#c)'><rect width='50' height='100'/></clipPath>"
+		"<clipPath id='e' clip-rule='evenodd'><path d='M0 0h100v100h-100zM10 60h20v20h-20z'/></clipPath></defs>"
+		"<use id='u' href='#g' y='20'/><g clip-path='url(#c)'><rect id='w' x='40' y='0' width='60' height='60'/></g>"
+		"<rect id='h' width='100' height='100' clip-path='url(#n)' fill='none' pointer-events='fill'/>"
+		"<g clip-path='url(#e)'><rect id='o' y='60' width='30' height='30'/></g>"
+		"<svg x='60' y='80' width='10' height='10'><rect id='s' width='50' height='5'/></svg>"
+		"<mask id='m'/><rect id='q' x='90' y='90' width='5' height='5' mask='url(#m)'/>");
+	EXPECT_EQ("u>i>r", picture.At(12, 25));
+	EXPECT_EQ("", picture.At(12, 5));
+	EXPECT_EQ("h w", picture.At(45, 50));
+	EXPECT_EQ("w", picture.At(55, 50));
+	EXPECT_EQ("w", picture.At(82, 2));
+	EXPECT_EQ("", picture.At(42, 42)); // In the box of the clip path, and not in the circle.
+	EXPECT_EQ("o", picture.At(5, 70));
+	EXPECT_EQ("", picture.At(20, 70));
+	EXPECT_EQ("s", picture.At(69, 82));
+	EXPECT_EQ("", picture.At(71, 82));
+	EXPECT_EQ("q", picture.At(92, 92));
+}
+
+TEST_F(Hits, OfARectangleAreWhatItMeetsOrHolds)
+{
+	const AskedPicture picture(
+		"<rect id='a' x='10' y='10' width='20' height='20'/><rect id='b' x='40' y='10' width='5' "
+		"height='5' stroke='red' stroke-width='4'/><rect id='c' x='12' y='12' width='2' height='2' "
+		"visibility='hidden'/>");
+	const auto find = [&](const SVGBox& box, bool isInside)
+	{
+		return AskedPicture::Describe(Must(picture.geometry->FindIn(box, isInside)));
+	};
+	EXPECT_EQ("b a", find({25, 5, 14, 30, false}, false));
+	EXPECT_EQ("a", find({25, 5, 12, 30, false}, false));
+	EXPECT_EQ("", find({25, 5, 21, 30, false}, true));
+	EXPECT_EQ("b", find({38, 8, 9, 9, false}, true));
+	EXPECT_EQ("", find({39, 8, 9, 9, false}, true));
+	EXPECT_EQ("", find({}, false));
+}
+
+TEST_F(Hits, AmongManyAreThoseThatAreThere)
+{
+	std::string elements;
+	for (int y = 0; y < 60; y++)
+	{
+		for (int x = 0; x < 60; x++)
+		{
+			elements += "<rect id='r" + std::to_string(x) + '-' + std::to_string(y) + "' x='" +
+						std::to_string(x * 1.5) + "' y='" + std::to_string(y * 1.5) + "' width='1' height='1'/>";
+		}
+	}
+	const AskedPicture picture(elements);
+	for (int i = 0; i < 60; i++)
+	{
+		const int other = i * 7 % 60;
+		EXPECT_EQ('r' + std::to_string(i) + '-' + std::to_string(other), picture.At(i * 1.5 + 0.3, other * 1.5 + 0.9));
+		EXPECT_EQ("", picture.At(i * 1.5 + 1.2, other * 1.5 + 0.9));
+	}
+	const SVGHits row = Must(picture.geometry->FindIn({0, 0, 100, 0.5, false}, false));
+	EXPECT_EQ(60u, row.hits.GetCount());
+}
+
+TEST_F(Hits, OfTextsAreTheirCells)
+{
+	const AskedPicture picture(
+		"<text id='t' x='10' y='50' font-size='20' font-family='DejaVu Sans'>l<tspan id='s' y='90'>l"
+		"</tspan></text>");
+	EXPECT_EQ("t", picture.At(10.5, 40));
+	EXPECT_EQ("s", picture.At(16.5, 85));
+	EXPECT_EQ("", picture.At(10.5, 65)); // Between them, in the box of the text.
+}
+
+} // namespace
+} // namespace orvan

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "geometry_module.h"
+
+#include <numbers>
+
+namespace orvan
+{
+namespace
+{
+
+using In = SVGCoordinates;
+
+class Outlines : public GeometryTest
+{
+protected:
+	/// The outline of a path.
+	static SVGOutlineRef Make(const std::string& data)
+	{
+		const AskedPicture picture("<path id='p' d='" + data + "'/>");
+		return Must(picture.geometry->GetOutline(picture["p"], In::element));
+	}
+
+	static std::string PlaceText(const Result<SVGOutlinePlace>& place)
+	{
+		if (!place.IsOk())
+			return MessageOf(place);
+		const auto& [point, direction, length, distance] = place.GetValue();
+		std::string text;
+		for (const double number : {point.x, point.y, direction.x, direction.y, length, distance})
+			text += AskedPicture::Round(number) + ' ';
+		text.pop_back();
+		return text;
+	}
+};
+
+TEST_F(Outlines, AreMeasuredAlongLinesAndCurves)
+{
+	const SVGOutlineRef lines = Make("M0 0h10v5M20 20h10z");
+	EXPECT_EQ(35.0, Must(lines->GetLength()));
+	EXPECT_EQ("0 0 1 0 0 0", PlaceText(lines->GetPlace(-3)));
+	EXPECT_EQ("10 2 0 1 12 0", PlaceText(lines->GetPlace(12)));
+	EXPECT_EQ("22 20 1 0 17 0", PlaceText(lines->GetPlace(17)));
+	EXPECT_EQ("20 20 -1 0 35 0", PlaceText(lines->GetPlace(99)));
+	EXPECT_FALSE(lines->GetPlace(NAN).IsOk());
+	// A parabola, whose length is known: (2t, t²) from 0 to 1.
+	const SVGOutlineRef parabola = Make("M0 0Q1 0 2 1");
+	const double length = std::sqrt(2.0) + std::asinh(1.0);
+	EXPECT_NEAR(length, Must(parabola->GetLength()), 1e-10);
+	const double upToHalf = (std::sqrt(1.25) * 0.5 + std::asinh(0.5));
+	const SVGOutlinePlace half = Must(parabola->GetPlace(upToHalf));
+	EXPECT_NEAR(1.0, half.point.x, 1e-9);
+	EXPECT_NEAR(0.25, half.point.y, 1e-9);
+	EXPECT_NEAR(0.5, half.direction.y / half.direction.x, 1e-9);
+	// A cusp, and control points in the ends.
+	EXPECT_NEAR(10.0, Must(Make("M0 0C0 0 10 0 10 0")->GetLength()), 1e-9);
+	EXPECT_EQ("0 0 1 0 0 0", PlaceText(Make("M0 0C0 0 10 0 10 0")->GetPlace(0)));
+	EXPECT_EQ("3 4 0 0 0 0", PlaceText(Make("M3 4")->GetPlace(5)));
+	EXPECT_EQ("The outline has no points.",
+			  PlaceText(Must(CreateObject<SVGOutlineInterface>(kSVGOutlineClass))->GetPlace(0)));
+}
+
+TEST_F(Outlines, FindTheNearestPlaceAndWhatIsInside)
+{
+	const SVGOutlineRef square = Make("M0 0h10v10h-10z");
+	EXPECT_EQ("10 4 0 1 14 2", PlaceText(square->FindNearest({12, 4})));
+	EXPECT_EQ("0 4 0 -1 36 1", PlaceText(square->FindNearest({1, 4})));
+	const SVGOutlineRef arch = Make("M0 0C0 20 20 20 20 0");
+	const SVGOutlinePlace top = Must(arch->FindNearest({10, 40}));
+	EXPECT_NEAR(15.0, top.point.y, 1e-9);
+	EXPECT_NEAR(25.0, top.distance, 1e-9);
+	EXPECT_TRUE(square->Contains({10, 10}, SVGFillRule::nonzero));
+	EXPECT_FALSE(square->Contains({10.001, 10}, SVGFillRule::nonzero));
+	EXPECT_TRUE(arch->Contains({10, 14.99}, SVGFillRule::nonzero));
+	EXPECT_FALSE(arch->Contains({10, 15.01}, SVGFillRule::nonzero));
+	const SVGOutlineRef twice = Make("M0 0h9v9h-9zM2 2h5v5h-5z");
+	EXPECT_TRUE(twice->Contains({4, 4}, SVGFillRule::nonzero));
+	EXPECT_FALSE(twice->Contains({4, 4}, SVGFillRule::evenodd));
+	EXPECT_FALSE(Make("M0 0h9v9h-9zM2 2v5h5v-5z")->Contains({4, 4}, SVGFillRule::nonzero));
+}
+
+TEST_F(Outlines, BecomeLinesWithinATolerance)
+{
+	const SVGOutlineRef arch = Make("M0 0C0 20 20 20 20 0zm1 1h1");
+	for (const double tolerance : {1.0, 0.01})
+	{
+		const BaseArray<SVGPathCommand> commands = Must(Must(arch->Flatten(tolerance))->GetPath());
+		std::size_t lines = 0;
+		Vector2d last;
+		for (const SVGPathCommand& command : commands)
+		{
+			EXPECT_NE(SVGPathCommandType::cubic, command.type);
+			if (command.type == SVGPathCommandType::line && ++lines > 0)
+			{
+				const Vector2d middle{(last.x + command.points[2].x) / 2, (last.y + command.points[2].y) / 2};
+				EXPECT_LE(Must(arch->FindNearest(middle)).distance, tolerance);
+			}
+			last = command.points[2];
+		}
+		EXPECT_GT(lines, 3u);
+		EXPECT_LT(lines, 100u);
+	}
+	EXPECT_FALSE(arch->Flatten(0.0).IsOk());
+}
+
+TEST_F(Outlines, OfStrokesCoverWhatAStrokeCovers)
+{
+	// The same picture stroked by one way, and outlined by the other: hits agree wherever no edge is near.
+	const char* const paths[] = {"M20 20h40v30",
+								 "M20 20h40v30z",
+								 "M20 60C20 0 80 0 80 60",
+								 "M20 50Q50 -60 22 60",
+								 "M20 20L60 22L20 24",
+								 "M30 30h0",
+								 "M20 80C60 20 20 20 60 80M70 70l9 9"};
+	int checked = 0;
+	for (const char* data : paths)
+	{
+		for (const SVGLineJoin join : {SVGLineJoin::miter, SVGLineJoin::round, SVGLineJoin::bevel})
+		{
+			for (const SVGLineCap cap : {SVGLineCap::butt, SVGLineCap::round, SVGLineCap::square})
+			{
+				const char* const joins[] = {"", "miter", "round", "bevel"};
+				const char* const caps[] = {"", "butt", "round", "square"};
+				const AskedPicture picture(std::string("<path id='p' fill='none' stroke='red' stroke-width='9' d='") +
+										   data + "' stroke-linejoin='" + joins[static_cast<int>(join)] +
+										   "' stroke-linecap='" + caps[static_cast<int>(cap)] + "'/>");
+				const SVGOutlineRef edges = Must(Make(data)->GetStroke({9.0, cap, join, 4.0}, 0.001));
+				for (double y = 0.3; y < 100.0; y += 3.7)
+				{
+					for (double x = 0.1; x < 100.0; x += 3.7)
+					{
+						const Result<SVGOutlinePlace> edge = edges->FindNearest({x, y});
+						if (edge.IsOk() && edge.GetValue().distance < 0.05)
+							continue;
+						checked++;
+						EXPECT_EQ(picture.At(x, y) == "p", edges->Contains({x, y}, SVGFillRule::nonzero))
+							<< data << " join " << static_cast<int>(join) << " cap " << static_cast<int>(cap) << " at "
+							<< x << ' ' << y;
+					}
+				}
+				const SVGBox box = edges->GetBounds({});
+				const SVGBox wanted = Must(picture.geometry->GetBox(picture["p"], SVGBoxKind::stroke, In::view));
+				if (!box.isEmpty)
+				{
+					EXPECT_NEAR(wanted.x, box.x, 0.02) << data;
+					// Where the last of them turns on the spot nothing is exact.
+					EXPECT_NEAR(wanted.height, box.height, 0.06) << data;
+				}
+			}
+		}
+	}
+	EXPECT_GT(checked, 10000);
+}
+
+TEST_F(Outlines, OfElementsComeInAnyCoordinates)
+{
+	const AskedPicture picture("<g id='g' transform='translate(10 0)'><rect id='r' width='4' height='2' "
+							   "transform='scale(2)'/><circle cx='50' cy='50' r='5'/></g>");
+	EXPECT_EQ("0 0 4 2",
+			  AskedPicture::Describe(Must(picture.geometry->GetOutline(picture["r"], In::element))->GetBounds({})));
+	EXPECT_EQ("10 0 8 4",
+			  AskedPicture::Describe(Must(picture.geometry->GetOutline(picture["r"], In::view))->GetBounds({})));
+	EXPECT_EQ("0 0 55 55",
+			  AskedPicture::Describe(Must(picture.geometry->GetOutline(picture["g"], In::element))->GetBounds({})));
+	const SVGOutlineRef moved = Must(Make("M0 0h5v5z")->Transform({{1, 2}, {2, 0}, {0, 2}}));
+	EXPECT_EQ("1 2 10 10", AskedPicture::Describe(moved->GetBounds({})));
+}
+
+} // namespace
+} // namespace orvan
