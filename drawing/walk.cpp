@@ -284,8 +284,7 @@ Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Fram
 		return {};
 	// The position is part of the transform: what applies to the use moves along.
 	const SVGLength2d position = Borrowed<SVGPositionInterface>(element)->GetPosition();
-	frame.inner =
-		Translation(frame.Resolve(position.x, Axis::horizontal), frame.Resolve(position.y, Axis::vertical));
+	frame.inner = Translation(frame.Resolve(position.x, Axis::horizontal), frame.Resolve(position.y, Axis::vertical));
 	frame.place.transform = frame.place.transform * frame.inner;
 	if (frame.IsWithin(target.GetObject()))
 	{

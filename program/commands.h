@@ -16,5 +16,10 @@ void AddRenderCommand(CommandLine& commandLine);
 /// `set`, `remove`, `rename-id` and `new`.
 void AddEditCommands(CommandLine& commandLine);
 void AddRepairCommand(CommandLine& commandLine);
+void AddBoxesCommand(CommandLine& commandLine);
+void AddHitCommand(CommandLine& commandLine);
+void AddMeasureCommand(CommandLine& commandLine);
+void AddOutlineCommand(CommandLine& commandLine);
+void AddNormalizeCommand(CommandLine& commandLine);
 
 } // namespace orvan::program

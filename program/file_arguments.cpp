@@ -5,6 +5,8 @@
 #include "document_loading.h"
 #include "ordered_tasks.h"
 
+#include <filesystem>
+
 namespace orvan::program
 {
 namespace
@@ -17,6 +19,14 @@ struct FileOutcome
 	KeptOutput output;
 	int status = 0;
 };
+
+bool LooksLikeFile(const std::string& argument)
+{
+	const std::filesystem::path path(argument);
+	std::error_code ignored;
+	return argument == "-" || argument.find('/') != argument.npos || path.extension() == ".svg" ||
+		   path.extension() == ".svgz" || std::filesystem::is_regular_file(path, ignored);
+}
 
 int RunTask(const Task& task, const FileTurn& turn)
 {
@@ -36,6 +46,14 @@ void FileArguments::AddTo(Command& command, const char* help)
 {
 	command.AddArguments("FILE", help, files);
 	AddJobsOption(command, jobs);
+}
+
+void TakeLastArgument(FileArguments& arguments, std::string& word)
+{
+	if (!word.empty() || arguments.files.size() < 2 || LooksLikeFile(arguments.files.back()))
+		return;
+	word = arguments.files.back();
+	arguments.files.pop_back();
 }
 
 std::size_t GetThreadCount(std::optional<std::uint32_t> jobs)

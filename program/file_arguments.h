@@ -18,6 +18,10 @@ struct FileArguments
 	void AddTo(Command& command, const char* help = "Paths or file: URLs; - is standard input");
 };
 
+/// Takes the last of several arguments away when it does not look like a file, and stores it in `word`, unless that
+/// holds something already.
+void TakeLastArgument(FileArguments& arguments, std::string& word);
+
 /// One of the files, while it is dealt with.
 struct FileTurn
 {

@@ -5,7 +5,6 @@
 #include "file_arguments.h"
 #include "import_arguments.h"
 
-#include <filesystem>
 #include <memory>
 
 namespace orvan::program
@@ -19,24 +18,6 @@ struct Options
 	std::optional<std::string> prefix;
 	bool asJson = false;
 };
-
-/// The last of several arguments is a prefix unless it looks like a file. `--prefix` leaves no doubt.
-bool LooksLikeFile(const std::string& argument)
-{
-	const std::filesystem::path path(argument);
-	std::error_code ignored;
-	return argument == "-" || argument.find('/') != argument.npos || path.extension() == ".svg" ||
-		   path.extension() == ".svgz" || std::filesystem::is_regular_file(path, ignored);
-}
-
-void TakePrefix(Options& options)
-{
-	std::vector<std::string>& files = options.files.files;
-	if (options.prefix || files.size() < 2 || LooksLikeFile(files.back()))
-		return;
-	options.prefix = files.back();
-	files.pop_back();
-}
 
 void PrintAsJson(const FileTurn& turn, const LoadOutcome& outcome, const BaseArray<SVGElementRef>& elements)
 {
@@ -86,7 +67,8 @@ void AddIdsCommand(CommandLine& commandLine)
 		"ids", "Print the ids of files, in the order of the id table",
 		[options](Modules&)
 		{
-			TakePrefix(*options);
+			if (!options->prefix)
+				TakeLastArgument(options->files, options->prefix.emplace());
 			return ForEachFile(options->files, [&, import = options->import.GetOptions()](const FileTurn& turn)
 							   { return PrintIds(*options, import, turn); });
 		});

@@ -24,6 +24,11 @@ int Run(int argumentCount, char** arguments)
 	AddRenderCommand(commandLine);
 	AddEditCommands(commandLine);
 	AddRepairCommand(commandLine);
+	AddBoxesCommand(commandLine);
+	AddHitCommand(commandLine);
+	AddMeasureCommand(commandLine);
+	AddOutlineCommand(commandLine);
+	AddNormalizeCommand(commandLine);
 	const int status = commandLine.Run(argumentCount, arguments);
 	// Here, and not at the end of the process, trouble with the last of the results can still be told.
 	FlushOutput();

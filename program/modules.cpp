@@ -33,7 +33,12 @@ Modules::Modules(const std::string& folder) : _folder(folder)
 
 void Modules::LoadSVGModule()
 {
-	const fs::path file = fs::path(_folder) / kSVGModuleFile;
+	LoadModule(kSVGModuleFile);
+}
+
+void Modules::LoadModule(const char* name)
+{
+	const fs::path file = fs::path(_folder) / name;
 	std::error_code error;
 	if (const fs::file_status status = fs::status(file, error); fs::exists(status))
 	{
@@ -43,7 +48,7 @@ void Modules::LoadSVGModule()
 	else if (fs::directory_iterator(_folder, error); error)
 		throw Failure("The modules' folder " + _folder + " cannot be read: " + error.message());
 	else
-		throw Failure("There is no " + std::string(kSVGModuleFile) + " in " + _folder + ".");
+		throw Failure("There is no " + std::string(name) + " in " + _folder + ".");
 }
 
 void Modules::LoadOtherModules()

@@ -18,6 +18,9 @@ public:
 	/// Opens the SVG module. Throws `Failure` when it is missing or cannot be opened.
 	void LoadSVGModule();
 
+	/// Opens one more module by the name of its file. Throws `Failure` when it is missing or cannot be opened.
+	void LoadModule(const char* name);
+
 	/// Opens every other module ("*.so") by name. Done only for commands that use
 	/// one: a renderer brings forty libraries along, whose loading takes longer than most files. A module that cannot
 	/// be opened is reported on standard error and left out.

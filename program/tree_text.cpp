@@ -439,4 +439,9 @@ void PrintTreeAsText(Output& output, const SVGDocumentRef& document, bool withCo
 	TextTree(output, withColor).PrintElement(document->GetRootElement(), 0);
 }
 
+std::string_view GetElementName(SVGImportElementKind kind)
+{
+	return Look(kElementNames, kind);
+}
+
 } // namespace orvan::program

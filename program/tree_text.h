@@ -11,4 +11,7 @@ namespace orvan::program
 /// Prints the tree of a document, indented, one element a line; with colours when `withColor`.
 void PrintTreeAsText(Output& output, const SVGDocumentRef& document, bool withColor);
 
+/// The name of a kind of element, as SVG spells it.
+std::string_view GetElementName(SVGImportElementKind kind);
+
 } // namespace orvan::program

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+/// Arrays in a file that NumPy reads.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvan::program
+{
+
+/// Writes a .npz file: a ZIP archive, not compressed, with a .npy file for each array.
+class ArrayArchive
+{
+public:
+	/// Adds an array of `count` rows of `width` numbers. `type` is NumPy's name, such as "<f8" or "|u1", which says how
+	/// large a number is; this program runs on little-endian machines only.
+	void Add(std::string_view name, std::string_view type, const void* numbers, std::size_t count,
+			 std::size_t width = 1);
+
+	/// The file, complete.
+	std::string Take();
+
+private:
+	struct Entry
+	{
+		std::string name;
+		std::uint32_t checksum;
+		std::uint32_t size;
+		std::uint32_t offset;
+	};
+
+	std::string _bytes;
+	std::vector<Entry> _entries;
+};
+
+} // namespace orvan::program
