@@ -44,6 +44,7 @@ bool IsClippedToViewport(const Frame& frame) noexcept
 	return overflow == SVGOverflow::hidden || overflow == SVGOverflow::scroll;
 }
 
+// What it calls is kept out of its frame on the stack, of which deep trees have many.
 Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	const Borrowed<SVGElementInterface> svgElement(element);
@@ -76,8 +77,8 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 	return {};
 }
 
-Result<void> Walk::DrawInOwnBox(ObjectBase* element, SVGTransformBox reference, const Place& outside,
-								const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawInOwnBox(ObjectBase* element, SVGTransformBox reference, const Place& outside,
+												  const Frame* outer) noexcept
 {
 	// Boxes inside each other are measured for each one around them.
 	if (!_scene.limits.Pay(kElementWork))
@@ -111,7 +112,8 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	return {};
 }
 
-Result<void> Walk::DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside,
+											   const Frame* outer) noexcept
 {
 	const Frame frame(element, outside, outer, _scene.limits);
 	if (!frame.canDraw)
@@ -120,7 +122,7 @@ Result<void> Walk::DrawShape(ShapeKind kind, ObjectBase* element, const Place& o
 	return _sink.DrawShape(frame, outline);
 }
 
-Result<void> Walk::DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	const Frame frame(element, outside, outer, _scene.limits);
 	if (!frame.canDraw)
@@ -132,7 +134,7 @@ Result<void> Walk::DrawText(ObjectBase* element, const Place& outside, const Fra
 }
 
 /// A side that is not given follows from the other one in the image's proportions, or both from the image.
-Result<void> Walk::DrawImage(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawImage(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	using Key = SVGImportAttribute;
 	if (_scene.images == nullptr)
@@ -166,7 +168,7 @@ Result<void> Walk::DrawImage(ObjectBase* element, const Place& outside, const Fr
 
 // Containers ---------------------------------------------------------------------------------------------------------
 
-Result<void> Walk::DrawGroup(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawGroup(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	if (!_sink.TakesContainers())
 		return {};
@@ -183,7 +185,7 @@ Result<void> Walk::DrawGroup(ObjectBase* element, const Place& outside, const Fr
 }
 
 /// Draws the first child for which its conditions hold; the others are skipped by `DrawElement` for the same reason.
-Result<void> Walk::DrawSwitch(const Frame& frame, const Place& place) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawSwitch(const Frame& frame, const Place& place) noexcept
 {
 	const Borrowed<HierarchyObjectInterface> hierarchy(frame.element);
 	for (auto child = hierarchy->GetFirstChild(); child; child = child->GetNextSibling())
@@ -198,7 +200,7 @@ Result<void> Walk::DrawSwitch(const Frame& frame, const Place& place) noexcept
 	return {};
 }
 
-Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noexcept
 {
 	Frame frame(element, outside, nullptr, _scene.limits);
 	if (!frame.canDraw)
@@ -234,8 +236,8 @@ Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noex
 	return _sink.DrawGroup(frame, draw);
 }
 
-Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport, const Place& outside,
-								const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport,
+												  const Place& outside, const Frame* outer) noexcept
 {
 	if (!_sink.TakesContainers())
 		return {};
@@ -270,7 +272,7 @@ Result<void> Walk::DrawViewport(ObjectBase* element, const SVGViewport& viewport
 
 // Uses ---------------------------------------------------------------------------------------------------------------
 
-Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+[[gnu::noinline]] Result<void> Walk::DrawUse(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
 {
 	Frame frame(element, outside, outer, _scene.limits);
 	const String link = Borrowed<SVGUseElementInterface>(element)->GetLink();

@@ -19,8 +19,8 @@ constexpr std::size_t kLargest = std::numeric_limits<std::uint32_t>::max();
 /// Adds a whole number, its lowest byte first.
 void AddNumber(std::string& bytes, std::uint64_t number, int size)
 {
-	for (int i = 0; i < size; i++)
-		bytes += static_cast<char>(number >> (8 * i) & 255);
+	for (int i = 0; i < size; i++, number >>= 8)
+		bytes += static_cast<char>(number & 255);
 }
 
 /// What stands in front of the numbers of a .npy file.

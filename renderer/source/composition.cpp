@@ -101,13 +101,10 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	return {};
 }
 
-} // namespace
-
-Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& effects, Extent& extent,
-					 const Content& content, Sink& sink) noexcept
+/// What only groups with effects come to.
+[[gnu::noinline]] Result<void> ComposeEffects(const Canvas& canvas, const Frame& frame, const Effects& effects,
+											  Extent& extent, const Content& content, Sink& sink) noexcept
 {
-	if (effects.IsNone())
-		return content.DrawInto(sink);
 	Followed followed;
 	followed.clip = ORVAN_TRY(FindClipPath(canvas.job, effects, frame));
 	followed.mask = ORVAN_TRY(FindMask(canvas.job, effects, frame));
@@ -139,6 +136,17 @@ Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& ef
 	if (!(canvas.GetClipExtents().GetArea() > 0.0))
 		return {};
 	return ComposeLayer(canvas, frame, effects, followed, extent, content, sink);
+}
+
+} // namespace
+
+Result<void> Compose(const Canvas& canvas, const Frame& frame, const Effects& effects, Extent& extent,
+					 const Content& content, Sink& sink) noexcept
+{
+	// Most groups have none: deep trees need little of the stack.
+	if (effects.IsNone())
+		return content.DrawInto(sink);
+	return ComposeEffects(canvas, frame, effects, extent, content, sink);
 }
 
 } // namespace orvan::cairo
