@@ -29,6 +29,7 @@ std::uint32_t ToPixel(const ColorStop& color) noexcept
 {
 	const auto channel = [](double value)
 	{
+		// NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative, and the quickest way.
 		return static_cast<std::uint32_t>(value * 255.0 + 0.5);
 	};
 	return channel(color.alpha) << 24 | channel(color.red * color.alpha) << 16 |

@@ -49,6 +49,7 @@ private:
 			place = 1.0 - std::abs(place - 2.0 * std::floor(place * 0.5) - 1.0);
 		if (!(place > 0.0))
 			return place <= 0.0 ? _colors[0] : 0;
+		// NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative, and the quickest way.
 		return _colors[place < 1.0 ? static_cast<std::size_t>(place * last + 0.5) : _count - 1];
 	}
 

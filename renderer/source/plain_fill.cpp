@@ -112,6 +112,7 @@ std::uint32_t ToPixel(double red, double green, double blue, double alpha) noexc
 {
 	const auto channel = [](double value)
 	{
+		// NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative, and the quickest way.
 		return static_cast<std::uint32_t>(value * 255.0 + 0.5);
 	};
 	return channel(alpha) << 24 | channel(red * alpha) << 16 | channel(green * alpha) << 8 | channel(blue * alpha);

@@ -56,12 +56,14 @@ public:
 private:
 	static int GetNonzero(float cover) noexcept
 	{
+		// NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative, and the quickest way.
 		return static_cast<int>(std::min(std::abs(cover), 1.0f) * 255.0f + 0.5f);
 	}
 
 	static int GetEvenOdd(float cover) noexcept
 	{
 		const float turn = std::abs(cover) - 2.0f * std::floor(std::abs(cover) * 0.5f);
+		// NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative, and the quickest way.
 		return static_cast<int>((turn > 1.0f ? 2.0f - turn : turn) * 255.0f + 0.5f);
 	}
 
