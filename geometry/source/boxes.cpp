@@ -48,20 +48,22 @@ Rectangle FindBox(const Record& record, std::int32_t index, SVGBoxKind kind, con
 						[&](std::int32_t child)
 						{
 							const Node& inner = record.At(child);
-							if (inner.kind != NodeKind::marker || kind == SVGBoxKind::visual)
+							// What definitions hold is in no box but their own.
+							if (inner.kind != NodeKind::definition &&
+								(inner.kind != NodeKind::marker || kind == SVGBoxKind::visual))
 								box.Include(GetBox(record, child, kind, to * inner.toParent));
 						});
 	if (kind != SVGBoxKind::visual || box.IsEmpty())
 		return box;
-	if (node.hasEdge)
-		box = box.Intersect(TransformBox(to, node.edge));
-	if (node.clip < 0 && !node.hasMask)
-		return box;
-	const Matrix2d fromView = to * InvertOrNot(node.toView);
+	if (const NodeEdges* edges = record.EdgesOf(node))
+	{
+		if (edges->hasViewport)
+			box = box.Intersect(TransformBox(to, edges->viewport));
+		if (edges->hasMask)
+			box = box.Intersect(TransformBox(to, edges->mask));
+	}
 	if (node.clip >= 0)
-		box = box.Intersect(GetClipBox(record, node.clip, fromView));
-	if (node.hasMask)
-		box = box.Intersect(TransformBox(fromView * node.maskToView, node.mask));
+		box = box.Intersect(GetClipBox(record, node.clip, to * InvertOrNot(node.toView)));
 	return box;
 }
 
@@ -74,16 +76,13 @@ Matrix2d InvertOrNot(const Matrix2d& matrix) noexcept
 
 Rectangle GetBox(const Record& record, std::int32_t node, SVGBoxKind kind, const Matrix2d& to) noexcept
 {
-	if (!KeepsAxes(to))
+	BaseArray<KnownBox>& kept = record.boxes[static_cast<std::size_t>(kind)];
+	const auto index = static_cast<std::size_t>(node);
+	if (!KeepsAxes(to) || index >= kept.GetCount())
 		return FindBox(record, node, kind, to);
-	const Node& asked = record.At(node);
-	const auto number = static_cast<std::size_t>(kind);
-	if (!asked.knowsBox[number])
-	{
-		asked.boxes[number] = FindBox(record, node, kind, {});
-		asked.knowsBox[number] = true;
-	}
-	return TransformBox(to, asked.boxes[number]);
+	if (!kept[index].isKnown)
+		kept[index] = {FindBox(record, node, kind, {}), true};
+	return TransformBox(to, kept[index].box);
 }
 
 Rectangle GetStrokeBox(const Node& node, const RecordedShape& shape, const Matrix2d& to) noexcept

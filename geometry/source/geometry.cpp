@@ -182,7 +182,7 @@ Matrix2d Geometry::GetTransformOf(std::int32_t index, SVGCoordinates coordinates
 	switch (coordinates)
 	{
 	case SVGCoordinates::element:
-		return node.toOwn;
+		return Translation(node.position.x, node.position.y);
 	case SVGCoordinates::parent:
 		return node.toParent;
 	case SVGCoordinates::document:
@@ -209,13 +209,11 @@ Result<SVGBox> Geometry::GetBox(const SVGElementRef& element, SVGBoxKind kind, S
 {
 	if (kind < SVGBoxKind::fill || kind > SVGBoxKind::visual)
 		return IllegalArgumentError("There is no box of kind @.", static_cast<int>(kind));
+	const Entries entries = ORVAN_TRY(Find(element));
+	ORVAN_TRY(_record->KeepBoxes(kind));
 	Rectangle box;
-	for (const ElementEntry& entry : ORVAN_TRY(Find(element)))
-	{
-		// What holds definitions is no picture itself.
-		if (_record->At(entry.node).kind != NodeKind::definition)
-			box.Include(geometry::GetBox(*_record, entry.node, kind, GetTransformOf(entry.node, coordinates)));
-	}
+	for (const ElementEntry& entry : entries)
+		box.Include(geometry::GetBox(*_record, entry.node, kind, GetTransformOf(entry.node, coordinates)));
 	return ToBox(box);
 }
 
@@ -225,7 +223,8 @@ Result<Matrix2d> Geometry::GetTransform(const SVGElementRef& element, SVGCoordin
 	if (entries.empty())
 		return NotFoundError("Nothing is drawn for the element.");
 	const std::int32_t node = entries.front().node;
-	return GetTransformOf(node, coordinates) * Invert(_record->At(node).toOwn);
+	const Vector2d& position = _record->At(node).position;
+	return GetTransformOf(node, coordinates) * Translation(-position.x, -position.y);
 }
 
 Result<SVGHits> Geometry::FindAt(const Vector2d& point, const SVGHitOptions& options) noexcept

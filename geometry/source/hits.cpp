@@ -41,10 +41,9 @@ constexpr Reaction kReactions[] = {
 	{Reaction::Part::never, Reaction::Part::never, false},     // none
 };
 
-bool Reacts(Reaction::Part part, const RecordedPaint& paint) noexcept
+bool Reacts(Reaction::Part part, bool isPainted) noexcept
 {
-	return part == Reaction::Part::always ||
-		   (part == Reaction::Part::painted && paint.kind != SVGNormalizedPaint::none);
+	return part == Reaction::Part::always || (part == Reaction::Part::painted && isPainted);
 }
 
 bool IsInRegion(const Record& record, std::int32_t index, const Vector2d& point) noexcept
@@ -83,8 +82,8 @@ public:
 		const Reaction& reaction = kReactions[number];
 		if (reaction.needsVisible && !_shape.isVisible)
 			return std::nullopt;
-		const bool takesFill = Reacts(reaction.fill, _shape.fill);
-		const bool takesStroke = Reacts(reaction.stroke, _shape.stroke) && _shape.pen.width > 0.0;
+		const bool takesFill = Reacts(reaction.fill, _shape.saysFill);
+		const bool takesStroke = Reacts(reaction.stroke, _shape.saysStroke) && _shape.pen.width > 0.0;
 		if (_shape.isText)
 		{
 			// The whole of a character reacts, as it does in browsers.
@@ -166,10 +165,8 @@ Rectangle GetCut(const Record& record, const Node& node) noexcept
 {
 	constexpr double kInfinity = std::numeric_limits<double>::infinity();
 	Rectangle cut{-kInfinity, -kInfinity, kInfinity, kInfinity};
-	if (node.hasEdge && !node.edge.IsEmpty())
-		cut = drawing::Transform(node.toView, node.edge);
-	else if (node.hasEdge)
-		cut = Rectangle();
+	if (const NodeEdges* edges = record.EdgesOf(node); edges != nullptr && edges->hasViewport)
+		cut = edges->viewport.IsEmpty() ? Rectangle() : drawing::Transform(node.toView, edges->viewport);
 	return node.clip >= 0 ? cut.Intersect(GetClipBox(record, node.clip, {})) : cut;
 }
 
@@ -177,7 +174,10 @@ Rectangle GetCut(const Record& record, const Node& node) noexcept
 Rectangle GetReactingBox(const Node& node, const RecordedShape& shape) noexcept
 {
 	Rectangle box = shape.GetArea().GetBounds(node.toView);
-	if (shape.pen.width > 0.0)
+	// Mostly there is no stroke, and nothing that asks for one.
+	const auto number = static_cast<std::size_t>(shape.pointerEvents);
+	const bool takesStroke = number < std::size(kReactions) && Reacts(kReactions[number].stroke, shape.saysStroke);
+	if (shape.pen.width > 0.0 && (takesStroke || shape.saysStroke))
 		box.Include(GetStrokeBox(node, shape, node.toView));
 	return box;
 }
@@ -201,7 +201,7 @@ Result<HitIndex> HitIndex::Create(const Record& record) noexcept
 		if (node.parent >= 0)
 			cut = cut.Intersect(cuts[static_cast<std::size_t>(node.parent)]);
 		ORVAN_TRY(cuts.Append(cut));
-		ORVAN_TRY(index._cutters.Append(node.hasEdge || node.clip >= 0 ? i : index.GetCutter(node.parent)));
+		ORVAN_TRY(index._cutters.Append(node.edges >= 0 || node.clip >= 0 ? i : index.GetCutter(node.parent)));
 		const bool isMarker = node.kind == NodeKind::marker;
 		if (isMarker || node.shape < 0)
 		{
@@ -234,7 +234,9 @@ Result<SVGHits> FindHits(const Record& record, const HitIndex& index, const Vect
 		for (std::int32_t at = index.GetCutter(node); at >= 0; at = index.GetCutter(record.At(at).parent))
 		{
 			const Node& cutter = record.At(at);
-			if (cutter.hasEdge && !cutter.edge.Contains(InvertOrNot(cutter.toView).Apply(point)))
+			const NodeEdges* edges = record.EdgesOf(cutter);
+			const bool hasViewport = edges != nullptr && edges->hasViewport;
+			if (hasViewport && !edges->viewport.Contains(InvertOrNot(cutter.toView).Apply(point)))
 				return true;
 			if (!IsInRegion(record, cutter.clip, point))
 				return true;

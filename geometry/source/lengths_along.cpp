@@ -101,8 +101,9 @@ SVGOutlinePlace LengthTable::GetPlace(double length) const noexcept
 {
 	if (_rows.IsEmpty())
 		return {_firstPoint, {}, 0.0, 0.0};
-	const Row* const after = std::upper_bound(_rows.begin(), _rows.end(), length,
-											  [](double wanted, const Row& row) { return wanted < row.start; });
+	// Where one ends and the next begins, it is the end: so browsers have it.
+	const Row* const after = std::lower_bound(_rows.begin(), _rows.end(), length,
+											  [](const Row& row, double wanted) { return row.start < wanted; });
 	const Row& row = after == _rows.begin() ? *after : *(after - 1);
 	const double wanted = std::clamp(length - row.start, 0.0, row.length);
 	if (row.curve.isLine)

@@ -35,6 +35,8 @@ struct RecordedShape
 	bool isImage = false; ///< The outline is what an image is fitted into.
 	RecordedPaint fill;
 	RecordedPaint stroke;
+	bool saysFill = false; ///< "fill" is something, be it a paint server that cannot be found.
+	bool saysStroke = false;
 	SVGStroke pen; ///< Its width is 0 when there is none.
 	RecordedDashes dashes;
 	bool isPenUnscaled = false; ///< The pen is round in the view, whatever the transforms.
@@ -80,31 +82,39 @@ enum class NodeKind : std::uint8_t
 	definition, ///< Is not drawn in place.
 };
 
+/// What cuts off a node beside its clip path. Few nodes have that.
+struct NodeEdges
+{
+	bool hasViewport = false;
+	bool hasMask = false;
+	Rectangle viewport; ///< Cuts off what stands in the node, in its coordinates, as the next one.
+	Rectangle mask;     ///< The region of a mask, which cuts off the node.
+};
+
 /// An element where it is drawn: in place, or through uses. Its coordinates are those of what stands in it, which are
 /// the element's own but for a use.
 struct Node
 {
 	SVGElementRef element;
-	Matrix2d toView;   ///< From its coordinates.
-	Matrix2d toParent; ///< From its coordinates to those of the node around it.
-	Matrix2d toOwn;    ///< From its coordinates to the element's own: by the position of a use.
+	Matrix2d toView;      ///< From its coordinates.
+	Matrix2d toParent;    ///< From its coordinates to those of the node around it.
+	Vector2d position;    ///< Of a use: from the element's own coordinates to those of what it shows.
+	double opacity = 1.0; ///< Its own and that of the nodes around it.
 	std::int32_t parent = -1;
 	std::int32_t end = 0;    ///< Behind the last node below; those below stand in between, in painting order.
 	std::int32_t shape = -1; ///< Its index, or -1.
 	std::int32_t clip = -1;  ///< The region that cuts off the node and all below, or -1.
+	std::int32_t edges = -1; ///< Its index, or -1.
 	NodeKind kind = NodeKind::plain;
 	bool isReferenced = false; ///< Drawn through a use, or in a marker.
-	bool hasEdge = false;      ///< `edge` cuts off what stands in the node.
-	bool hasMask = false;      ///< `mask` cuts off the node.
 	bool isChanged = false;    ///< A mask or filter changes it, or a node around it.
-	double opacity = 1.0;      ///< Its own and that of the nodes around it.
-	Rectangle edge;            ///< In its coordinates.
-	Rectangle mask;            ///< In the coordinates of `maskToView`.
-	Matrix2d maskToView;
+};
 
-	/// The boxes in its coordinates by kind, once they are known.
-	mutable Rectangle boxes[3];
-	mutable bool knowsBox[3] = {};
+/// A box in a node's coordinates, once it is known.
+struct KnownBox
+{
+	Rectangle box;
+	bool isKnown = false;
 };
 
 /// Where an element is drawn.
@@ -120,8 +130,11 @@ struct Record
 	BaseArray<Node> nodes;
 	BaseArray<RecordedShape> shapes;
 	BaseArray<ClipRegion> regions;
+	BaseArray<NodeEdges> edges;
 	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it.
 	BaseArray<ElementEntry> elements;
+	/// By kind and node; shorter where nobody asked for them yet.
+	mutable BaseArray<KnownBox> boxes[3];
 	Vector2d viewSize;
 	Matrix2d documentToView;     ///< From the root's own coordinates.
 	std::int32_t pictureEnd = 0; ///< The nodes before it are the picture, those behind it definitions.
@@ -138,6 +151,19 @@ struct Record
 	const Node& At(std::int32_t node) const noexcept
 	{
 		return nodes[static_cast<std::size_t>(node)];
+	}
+
+	/// The edges of a node, or null.
+	const NodeEdges* EdgesOf(const Node& node) const noexcept
+	{
+		return node.edges >= 0 ? &edges[static_cast<std::size_t>(node.edges)] : nullptr;
+	}
+
+	/// Makes room for the boxes of a kind, so that each is found out once.
+	Result<void> KeepBoxes(SVGBoxKind kind) noexcept
+	{
+		BaseArray<KnownBox>& kept = boxes[static_cast<std::size_t>(kind)];
+		return kept.Resize(nodes.GetCount());
 	}
 
 	/// The shape of a node that has one.

@@ -111,6 +111,7 @@ public:
 		RecordedShape shape;
 		shape.isImage = true;
 		shape.fill = {SVGNormalizedPaint::server, {}, 1.0};
+		shape.saysFill = true;
 		shape.pen.width = 0.0;
 		shape.pointerEvents = style.pointerEvents;
 		shape.isVisible = style.visibility == SVGVisibility::visible;
@@ -138,10 +139,11 @@ public:
 	{
 		if (_current >= 0)
 		{
-			Node& node = At(_current);
 			// The rectangle is in the coordinates around a view box, which moves and scales only.
-			node.edge = IsInvertible(node.toView) ? Transform(Invert(node.toView) * place.transform, clip) : clip;
-			node.hasEdge = true;
+			const Matrix2d& toView = At(_current).toView;
+			NodeEdges& edges = *ORVAN_TRY(MakeEdges(_current));
+			edges.viewport = IsInvertible(toView) ? Transform(Invert(toView) * place.transform, clip) : clip;
+			edges.hasViewport = true;
 		}
 		return content.DrawInto(*this);
 	}
@@ -193,7 +195,7 @@ private:
 		if (Borrowed<SVGUseElementInterface>(frame.element))
 		{
 			node.kind = NodeKind::use;
-			node.toOwn = frame.inner;
+			node.position = frame.inner.offset;
 		}
 		if (_current >= 0)
 		{
@@ -222,12 +224,23 @@ private:
 		if (frame.effects.clipPath != nullptr)
 			At(index).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
 		if (frame.effects.mask != nullptr)
-			ORVAN_TRY(RecordMask(At(index), frame, extent));
+			ORVAN_TRY(RecordMask(index, frame, extent));
 		return {};
 	}
 
+	/// The edges of a node, good until the next ones are made.
+	Result<NodeEdges*> MakeEdges(std::int32_t index) noexcept
+	{
+		if (At(index).edges < 0)
+		{
+			At(index).edges = static_cast<std::int32_t>(_record.edges.GetCount());
+			ORVAN_TRY(_record.edges.Append({}));
+		}
+		return &_record.edges[static_cast<std::size_t>(At(index).edges)];
+	}
+
 	/// The region of a mask. Without a usable one nothing shows.
-	Result<void> RecordMask(Node& node, const Frame& user, Extent& extent) noexcept
+	Result<void> RecordMask(std::int32_t index, const Frame& user, Extent& extent) noexcept
 	{
 		const SVGElementRef mask = ORVAN_TRY(FindEffect<SVGMaskElementInterface>(_scene, user.effects.mask, user));
 		if (!mask)
@@ -244,13 +257,13 @@ private:
 		};
 		const double x = get(Key::x, Axis::horizontal, -0.1);
 		const double y = get(Key::y, Axis::vertical, -0.1);
-		node.hasMask = true;
-		node.mask = {x, y, x + get(Key::width, Axis::horizontal, 1.2), y + get(Key::height, Axis::vertical, 1.2)};
-		node.maskToView = user.place.transform;
+		NodeEdges& edges = *ORVAN_TRY(MakeEdges(index));
+		edges.hasMask = true;
+		edges.mask = {x, y, x + get(Key::width, Axis::horizontal, 1.2), y + get(Key::height, Axis::vertical, 1.2)};
 		if (isBox)
 		{
 			const Rectangle box = ORVAN_TRY(extent.GetBox());
-			node.mask = box.IsEmpty() || node.mask.IsEmpty() ? Rectangle() : Transform(BoxTransform(box), node.mask);
+			edges.mask = box.IsEmpty() || edges.mask.IsEmpty() ? Rectangle() : Transform(BoxTransform(box), edges.mask);
 		}
 		return {};
 	}
@@ -262,6 +275,8 @@ private:
 		RecordedShape shape;
 		shape.fill = ORVAN_TRY(GetPaint(_scene, frame, true));
 		shape.stroke = ORVAN_TRY(GetPaint(_scene, frame, false));
+		shape.saysFill = HasFill(style);
+		shape.saysStroke = HasStroke(frame.place);
 		shape.pen = GetPen(frame.place);
 		if (shape.HasStroke())
 			shape.dashes = ORVAN_TRY(GetDashes(frame, outline));

@@ -32,7 +32,8 @@ public:
 			for (int i = FindTurns(curve, axis, at); i-- > 0;)
 				AddAcross(curve.GetPoint(at[i]), curve.GetDirection(at[i]));
 		}
-		AddCusps(curve);
+		if (MayHaveCusps(curve))
+			AddCusps(curve);
 	}
 
 	void Join(const Vector2d& point, Vector2d in, Vector2d out) noexcept
@@ -80,6 +81,19 @@ private:
 		const Vector2d center = _target.Apply(point);
 		_box.Add(center - _disc);
 		_box.Add(center + _disc);
+	}
+
+	/// False for curves that are plainly bent less sharply than the pen is wide.
+	bool MayHaveCusps(const Curve& curve) const noexcept
+	{
+		const Vector2d chord = Normalize(curve.p[3] - curve.p[0]);
+		double least = Dot(curve.p[1] - curve.p[0], chord);
+		least = std::min(least, Dot(curve.p[2] - curve.p[1], chord));
+		least = std::min(least, Dot(curve.p[3] - curve.p[2], chord)) * 3.0;
+		const Vector2d first = curve.GetChange(0.0);
+		const Vector2d last = curve.GetChange(1.0);
+		const double change = std::sqrt(std::max(Dot(first, first), Dot(last, last)));
+		return !(least > 0.0 && _half * change < least * least);
 	}
 
 	/// … and where the curve is as sharply bent as the pen is wide: the inner edge turns back there, and may stick out

@@ -64,7 +64,8 @@ TEST_F(Boxes, OfGroupsUnitePicturesAndNothingElse)
 	EXPECT_EQ("54 50 16 6", picture.BoxOf("s", Box::visual, In::parent));
 	EXPECT_EQ("1 2 3 4", picture.BoxOf("r", Box::fill, In::element));
 	EXPECT_EQ("-5 -5 10 10", picture.BoxOf("kc", Box::fill, In::parent));
-	for (const char* id : {"d", "lg", "n"})
+	EXPECT_EQ("1 2 3 4", picture.BoxOf("d", Box::fill, In::document));
+	for (const char* id : {"lg", "n"})
 		EXPECT_EQ("empty", picture.BoxOf(id)) << id;
 	EXPECT_EQ("empty", picture.BoxOf("h", Box::visual));
 	const AskedPicture other("<rect id='r'/>");
@@ -169,6 +170,32 @@ TEST_F(Boxes, FollowTheDocumentAndRefuseWhatMakesNoSense)
 	Must(picture.geometry->SetDocument(nullptr, {}));
 	EXPECT_EQ("There is no document to ask about.", MessageOf(picture.geometry->GetViewSize()));
 	EXPECT_FALSE(picture.geometry->GetBox(old, Box::fill, In::view).IsOk());
+}
+
+TEST_F(Boxes, FailForWantOfMemoryAndForNothingElse)
+{
+	const AskedPicture picture("<clipPath id='c'><circle r='9'/></clipPath><linearGradient "
+							   "id='l'><stop/></linearGradient><marker id='m'><path "
+							   "d='M1 1h1'/></marker><g id='g' clip-path='url(#c)'><path id='p' d='M1 2C3 4 5 6 7 8z' "
+							   "fill='url(#l)' stroke='red' "
+							   "stroke-dasharray='1 2' marker-start='url(#m)'/><use href='#p'/></g>");
+	const SVGElementRef group = picture["g"];
+	const SVGElementRef clip = picture["c"];
+	const SVGElementRef path = picture["p"];
+	const int count = FailEachAllocation(
+		[&]() -> Result<void>
+		{
+			const auto geometry = ORVAN_TRY(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
+			ORVAN_TRY(geometry->SetDocument(picture.GetDocument(), {}));
+			ORVAN_TRY(geometry->GetBox(group, Box::visual, In::view));
+			ORVAN_TRY(geometry->GetBox(clip, Box::fill, In::view));
+			ORVAN_TRY(geometry->FindAt({2.0, 3.0}, {.tolerance = 1.0, .findsAll = true}));
+			ORVAN_TRY(geometry->Normalize({.strokes = SVGNormalizedStrokes::outlined}));
+			const SVGOutlineRef outline = ORVAN_TRY(geometry->GetOutline(path, In::view));
+			ORVAN_TRY(ORVAN_TRY(outline->Flatten(0.1))->GetPlace(1.0));
+			return {};
+		});
+	EXPECT_GT(count, 30);
 }
 
 TEST_F(Boxes, EndInAnAnswerWhateverTheNumbersAre)

@@ -39,6 +39,7 @@ TEST_F(Outlines, AreMeasuredAlongLinesAndCurves)
 	EXPECT_EQ(35.0, Must(lines->GetLength()));
 	EXPECT_EQ("0 0 1 0 0 0", PlaceText(lines->GetPlace(-3)));
 	EXPECT_EQ("10 2 0 1 12 0", PlaceText(lines->GetPlace(12)));
+	EXPECT_EQ("10 5 0 1 15 0", PlaceText(lines->GetPlace(15)));
 	EXPECT_EQ("22 20 1 0 17 0", PlaceText(lines->GetPlace(17)));
 	EXPECT_EQ("20 20 -1 0 35 0", PlaceText(lines->GetPlace(99)));
 	EXPECT_FALSE(lines->GetPlace(NAN).IsOk());

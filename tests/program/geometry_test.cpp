@@ -50,7 +50,8 @@ TEST_F(GeometryCommands, PrintBoxesAndLengths)
 	EXPECT_EQ(json::parse("{\"element\": \"path\", \"id\": \"p\", \"path\": [2, 0], \"fill\": [20, 20, 30, 0], "
 						  "\"stroke\": [20, 19, 30, 2], \"visual\": [20, 19, 30, 2]}"),
 			  boxes["boxes"].back());
-	EXPECT_EQ(json(), boxes["boxes"][1]["fill"]); // The defs.
+	// Definitions have the box of what is in them, as in browsers, and are in no other.
+	EXPECT_EQ(json::parse("[0, 0, 4, 8]"), boxes["boxes"][1]["fill"]);
 	EXPECT_EQ("path#p  60  50,20\n", Run({"measure", "path", "--at", "0.5"}));
 	EXPECT_EQ("path#p  M20 20L50 20Z\n", Run({"outline", "#p"}));
 	EXPECT_EQ(2, StatusOf({"boxes", "--kind", "odd"}));
