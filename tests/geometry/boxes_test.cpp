@@ -16,7 +16,7 @@ TEST_F(Boxes, AreTightAroundCurvesAlsoWhenTheyAreTurned)
 		"<g id='g' transform='rotate(45 50 50)'>"
 		"<path id='p' d='M10 50 C10 0 90 0 90 50' transform='translate(0 1)'/></g>"
 		"<circle id='c' cx='5' cy='5' r='2' transform='matrix(2 1 0 3 0 0)'/><path id='m' d='M3 4'/>"
-		"<path id='l' d='M3 4h5'/>");
+		"<path id='l' d='M3 4h5'/><g id='k' transform='skewX(45)'><circle r='1'/></g>");
 	// The curve rises to three quarters of the height of its control points.
 	EXPECT_EQ("10 12.5 80 37.5", picture.BoxOf("p", Box::fill, In::element));
 	EXPECT_EQ("10 13.5 80 37.5", picture.BoxOf("p", Box::fill, In::parent));
@@ -38,6 +38,7 @@ TEST_F(Boxes, AreTightAroundCurvesAlsoWhenTheyAreTurned)
 	EXPECT_EQ(AskedPicture::Describe({least.x, least.y, most.x - least.x, most.y - least.y, false}),
 			  picture.BoxOf("g"));
 	EXPECT_EQ("6 13.675 8 12.649", picture.BoxOf("c"));
+	EXPECT_EQ("-1.414 -1 2.828 2", picture.BoxOf("k"));
 	EXPECT_EQ("empty", picture.BoxOf("m"));
 	EXPECT_EQ("3 4 5 0", picture.BoxOf("l"));
 }
@@ -101,11 +102,21 @@ TEST_F(Boxes, OfStrokesKnowJoinsCapsCuspsAndPens)
 	EXPECT_EQ("20 18 40 4", box("M10 10h20", "transform='scale(2)' vector-effect='non-scaling-stroke'"));
 	EXPECT_EQ("20 16 40 8", box("M10 10h20", "transform='scale(2)'"));
 	EXPECT_EQ("10 10 20 0", box("M10 10h20", "style='stroke:none'"));
-	// Where a curve is bent more sharply than the pen is wide, the inner edge sticks out behind: at (9.8, …).
-	const AskedPicture cusp("<path id='p' stroke='red' stroke-width='40' fill='none' d='M20 48 C22 50 22 50 20 52'/>");
+	// Where a curve is bent more sharply than the pen is wide, the inner edge turns back and sticks out behind. All
+	// that the pen sweeps over, step by step:
+	const AskedPicture cusp("<path id='p' stroke='red' stroke-width='40' fill='none' d='M20 40C26 50 26 50 20 60'/>");
+	double least = 1e9;
+	for (int i = 0; i <= 100000; i++)
+	{
+		const double t = i / 100000.0;
+		const double x = 20.0 + 18.0 * t * (1.0 - t);
+		const Vector2d speed{18.0 - 36.0 * t, 30.0 - 60.0 * t + 60.0 * t * t};
+		const double side = 20.0 * speed.y / std::hypot(speed.x, speed.y);
+		least = std::min(least, x - std::abs(side));
+	}
 	const SVGBox around = Must(cusp.geometry->GetBox(cusp["p"], Box::stroke, In::view));
-	EXPECT_NEAR(21.5 + 20.0, around.x + around.width, 1e-9);
-	EXPECT_LT(around.x, 1.6);
+	EXPECT_NEAR(24.5 + 20.0, around.x + around.width, 1e-9);
+	EXPECT_NEAR(least, around.x, 1e-6);
 }
 
 TEST_F(Boxes, OfWhatIsSeenEndAtClipsMasksAndMarkers)

@@ -73,6 +73,8 @@ TEST_F(Outlines, FindTheNearestPlaceAndWhatIsInside)
 	EXPECT_FALSE(square->Contains({10.001, 10}, SVGFillRule::nonzero));
 	EXPECT_TRUE(arch->Contains({10, 14.99}, SVGFillRule::nonzero));
 	EXPECT_FALSE(arch->Contains({10, 15.01}, SVGFillRule::nonzero));
+	// Beside a corner of a line and a curve.
+	EXPECT_TRUE(Make("M0 0L10 5C10 8 5 10 0 10z")->Contains({5, 5}, SVGFillRule::evenodd));
 	const SVGOutlineRef twice = Make("M0 0h9v9h-9zM2 2h5v5h-5z");
 	EXPECT_TRUE(twice->Contains({4, 4}, SVGFillRule::nonzero));
 	EXPECT_FALSE(twice->Contains({4, 4}, SVGFillRule::evenodd));
