@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// The half that writes elements anew: whole documents, and what was added to others.
+/// What writes elements anew: whole documents, and what was added to others.
 #include "elements/complete_classes.h"
 #include "importer/xml/xml_tree.h"
 #include "writer/tree_writer.h"
