@@ -1,12 +1,80 @@
 // SPDX-License-Identifier: MIT
-/// Looking at the values of an element's attributes.
+/// Looking at the values of an element's attributes, and what kinds and units are called.
 #pragma once
 
 #include "orvan/data_dictionary.h"
 #include "svg_types.h"
 
+#include <iterator>
+#include <string_view>
+
 namespace orvan::program
 {
+
+/// The tags of the kinds of elements, by the numbers of `SVGImportElementKind`; the first and the last have none.
+inline constexpr std::string_view kElementNames[] = {
+	"?",
+	"svg",
+	"g",
+	"use",
+	"defs",
+	"symbol",
+	"linearGradient",
+	"radialGradient",
+	"stop",
+	"path",
+	"rect",
+	"circle",
+	"line",
+	"text",
+	"mask",
+	"clipPath",
+	"pattern",
+	"marker",
+	"image",
+	"switch",
+	"a",
+	"tspan",
+	"textPath",
+	"filter",
+	"feBlend",
+	"feColorMatrix",
+	"feComponentTransfer",
+	"feComposite",
+	"feConvolveMatrix",
+	"feDiffuseLighting",
+	"feDisplacementMap",
+	"feDropShadow",
+	"feFlood",
+	"feGaussianBlur",
+	"feImage",
+	"feMerge",
+	"feMorphology",
+	"feOffset",
+	"feSpecularLighting",
+	"feTile",
+	"feTurbulence",
+	"feDistantLight",
+	"fePointLight",
+	"feSpotLight",
+	"feFuncR",
+	"feFuncG",
+	"feFuncB",
+	"feFuncA",
+	"feMergeNode",
+	"title",
+	"desc",
+	"style",
+	"metadata",
+	"foreignObject",
+	"(text)",
+};
+static_assert(std::size(kElementNames) == static_cast<std::size_t>(SVGImportElementKind::textRun) + 1);
+
+/// The units of lengths, by the numbers of `SVGLengthUnit`.
+inline constexpr std::string_view kUnitNames[] = {"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
+												  "",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
+static_assert(std::size(kUnitNames) == static_cast<std::size_t>(SVGLengthUnit::vmax) + 1);
 
 /// Calls `visit` with the value of a dictionary's entry, as a reference to its own type. Returns false for a value of
 /// a type that no attribute has.

@@ -14,68 +14,8 @@ namespace orvan::python
 namespace
 {
 
-constexpr std::array<const char*, 17> kUnits = {"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
-												"",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
-
 constexpr std::array<const char*, 7> kPaintKinds = {
 	"", "none", "color", "url", "currentColor", "context-fill", "context-stroke"};
-
-constexpr std::array<std::string_view, 55> kKinds = {"unknown",
-													 "svg",
-													 "g",
-													 "use",
-													 "defs",
-													 "symbol",
-													 "linearGradient",
-													 "radialGradient",
-													 "stop",
-													 "path",
-													 "rect",
-													 "circle",
-													 "line",
-													 "text",
-													 "mask",
-													 "clipPath",
-													 "pattern",
-													 "marker",
-													 "image",
-													 "switch",
-													 "a",
-													 "tspan",
-													 "textPath",
-													 "filter",
-													 "feBlend",
-													 "feColorMatrix",
-													 "feComponentTransfer",
-													 "feComposite",
-													 "feConvolveMatrix",
-													 "feDiffuseLighting",
-													 "feDisplacementMap",
-													 "feDropShadow",
-													 "feFlood",
-													 "feGaussianBlur",
-													 "feImage",
-													 "feMerge",
-													 "feMorphology",
-													 "feOffset",
-													 "feSpecularLighting",
-													 "feTile",
-													 "feTurbulence",
-													 "feDistantLight",
-													 "fePointLight",
-													 "feSpotLight",
-													 "feFuncR",
-													 "feFuncG",
-													 "feFuncB",
-													 "feFuncA",
-													 "feMergeNode",
-													 "title",
-													 "desc",
-													 "style",
-													 "metadata",
-													 "foreignObject",
-													 "#text"};
-static_assert(kKinds.size() == static_cast<std::size_t>(SVGImportElementKind::textRun) + 1);
 
 py::object Convert(Float number)
 {
@@ -132,7 +72,8 @@ requires(std::same_as<T, Float> || std::same_as<T, SVGLength>) py::object Conver
 Length ToLength(const SVGLength& length)
 {
 	const bool isPercent = length.unit == SVGLengthUnit::percent;
-	return {isPercent ? length.value * 100.0 : length.value, kUnits[static_cast<std::size_t>(length.unit)]};
+	return {isPercent ? length.value * 100.0 : length.value,
+			std::string(program::kUnitNames[static_cast<std::size_t>(length.unit)])};
 }
 
 py::tuple ToTuple(const Matrix2d& matrix)
@@ -186,8 +127,10 @@ SVGImportAttribute FindAttribute(std::string_view name)
 
 std::string_view NameOfKind(SVGImportElementKind kind)
 {
+	if (kind == SVGImportElementKind::textRun)
+		return "#text"; // As in the document object model.
 	const auto index = static_cast<std::size_t>(kind);
-	return kKinds[index < kKinds.size() ? index : 0];
+	return index > 0 && index < std::size(program::kElementNames) ? program::kElementNames[index] : "unknown";
 }
 
 void DefineValues(py::module_& module)
