@@ -72,33 +72,34 @@ def begin_row(number, name, content):
     return {"number": number, "input": name, "bytes": len(content), "sha256": hashlib.sha256(content).hexdigest()}
 
 
-def load(row, content, path, options):
-    """Loads an input and says in its row what became of it. The document, or None."""
+def load(row, content, base, options):
+    """Loads an input and says in its row what became of it. The document, or None, and the report as a dictionary."""
     document = _documents.Document(complete=options["complete"], tolerant=options["tolerant"], keep_source=False,
                                    style_sheet=options["style_sheet"])
-    document._load_bytes(content, path)
-    report = document._report()
-    is_loaded = report["outcome"] in ("loaded", "loaded with findings")
+    document._load_bytes(content, base)
+    found = document._report()
+    is_loaded = found["outcome"] in ("loaded", "loaded with findings")
     row["outcome"] = "done" if is_loaded else "refused"
-    row["finding_count"] = report["finding_count"]
-    reasons = [finding for finding in report["findings"] if finding["level"] == "critical"]
-    if not is_loaded:
-        reason = reasons[0] if reasons else {"line": 0, "column": 0, "message": report["outcome"]}
-        row.update(line=reason["line"], column=reason["column"], message=reason["message"])
-    return document if is_loaded else None
+    row["finding_count"] = found["finding_count"]
+    if is_loaded:
+        return document, found
+    nothing = {"line": 0, "column": 0, "message": found["outcome"]}
+    reason = next((finding for finding in found["findings"] if finding["level"] == "critical"), nothing)
+    row.update(line=reason["line"], column=reason["column"], message=reason["message"])
+    return None, found
 
 
-def report(document, row, _shard, _options):
+def report(_document, found, row, _shard, _options):
     """Only rows: what became of each input, with all findings."""
     row["findings"] = [[finding[key] for key in ("line", "column", "tag", "id", "attribute", "message")]
-                       for finding in document._report()["findings"]]
+                       for finding in found["findings"]]
 
 
-def check(_document, _row, _shard, _options):
+def check(_document, _found, _row, _shard, _options):
     """Only rows: what became of each input."""
 
 
-def columns(document, row, shard, _options):
+def columns(document, _found, row, shard, _options):
     """The paths as they stand in the tree, in columns: per path the number of its input (`path_input`), its fill
     (`path_fill`, red, green, blue, alpha; not a number where it has none of its own), its transform to the document's
     coordinates (`path_transform`), and how many commands and points it has (`path_commands`, `path_points`); then all
@@ -118,7 +119,7 @@ def columns(document, row, shard, _options):
         shard.add_column("points", points)
 
 
-def thumbnails(document, row, shard, options):
+def thumbnails(document, _found, row, shard, options):
     """A PNG each, in a tar, named by the input's number; what was left out of it stands in the row."""
     content, said = _documents.picture_of(document, False, width=options["size"], height=options["size"],
                                           deadline=options["deadline"])

@@ -37,9 +37,10 @@ def _run_input(number, name, path, member, failures, operation, shard, options, 
         return {"number": number, "input": name, "outcome": "unreadable", "message": str(error)}
     row = _operations.begin_row(number, name, content)
     try:
-        document = _operations.load(row, content, path, options)
+        # Beside an archive there is nothing that its members could refer to.
+        document, found = _operations.load(row, content, "" if member else path, options)
         if document is not None:
-            operation(document, row, shard, options)
+            operation(document, found, row, shard, options)
     except MemoryError:
         row.update(outcome="failed", message="It needs more memory than is allowed.")
     except (ValueError, OSError, RuntimeError) as error:

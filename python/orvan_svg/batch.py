@@ -156,7 +156,7 @@ def run(sources, folder, *, operation="report", complete=True, tolerant=True, st
     `operation` is one of "check", "report", "columns", "thumbnails" (of `size` pixels). `deadline` is in seconds and
     `memory` in bytes, both for each input; 0 bytes is no bound. `jobs` is the number of workers, one for each processor
     unless given; with `scheduler` the workers of that Dask cluster are used, which must see the same files.
-    `progress(done, all)` is called after each chunk. Raises FileNotFoundError for a source that is none, and ValueError
+    `progress(done)` is called after each chunk, with the number of those that are there. Raises FileNotFoundError for a source that is none, and ValueError
     when the folder holds another run.
     """
     if operation not in _operations.OPERATIONS:
@@ -166,19 +166,27 @@ def run(sources, folder, *, operation="report", complete=True, tolerant=True, st
     sources = [os.path.abspath(source) if not source.startswith("@") else source for source in map(str, sources)]
     _begin(folder, {"version": VERSION, "sources": sources, "options": options, "memory": memory,
                     "chunk_size": chunk_size})
-    chunks = list(make_chunks(sources, folder, options, chunk_size))
-    missing = [chunk for chunk in chunks if not os.path.isdir(chunk["folder"])]
-    done = len(chunks) - len(missing)
-    for _ in (_run_on_cluster(missing, scheduler, deadline, memory) if scheduler
-              else _run_here(missing, jobs or os.cpu_count(), deadline, memory)):
+    done = count = 0
+
+    def missing():
+        nonlocal done
+        for chunk in make_chunks(sources, folder, options, chunk_size):
+            if os.path.isdir(chunk["folder"]):
+                done += 1
+            else:
+                yield chunk
+
+    for _ in (_run_on_cluster(missing(), scheduler, deadline, memory) if scheduler
+              else _run_here(missing(), jobs or os.cpu_count(), deadline, memory)):
         done += 1
+        count += 1
         if progress:
-            progress(done, len(chunks))
-    return len(missing)
+            progress(done)
+    return count
 
 
 def _run_here(chunks, jobs, deadline, memory):
-    workers = [Worker(deadline, memory) for _ in range(min(jobs, len(chunks)))]
+    workers = [Worker(deadline, memory) for _ in range(jobs)]
     free = list(workers)
 
     def run_one(chunk):
@@ -188,26 +196,44 @@ def _run_here(chunks, jobs, deadline, memory):
         finally:
             free.append(worker)
 
-    with concurrent.futures.ThreadPoolExecutor(max(len(workers), 1)) as pool:
-        futures = [pool.submit(run_one, chunk) for chunk in chunks]
-        try:
-            for future in concurrent.futures.as_completed(futures):
-                yield future.result()
-        finally:
-            for future in futures:
-                future.cancel()
-            pool.shutdown(wait=True)
-            for worker in workers:
-                worker.close()
+    try:
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            yield from _keep_going(chunks, 2 * jobs, lambda chunk: pool.submit(run_one, chunk),
+                                   lambda futures: concurrent.futures.wait(
+                                       futures, return_when=concurrent.futures.FIRST_COMPLETED).done)
+    finally:
+        for worker in workers:
+            worker.close()
 
 
 def _run_on_cluster(chunks, scheduler, deadline, memory):
     import distributed
 
     with distributed.Client(scheduler) as client:
-        futures = client.map(run_chunk_alone, chunks, deadline=deadline, memory=memory, pure=False, retries=3)
-        for future in distributed.as_completed(futures):
-            yield future.result()
+        most = 4 * max(1, sum(client.nthreads().values()))
+        yield from _keep_going(chunks, most,
+                               lambda chunk: client.submit(run_chunk_alone, chunk, deadline=deadline, memory=memory,
+                                                           pure=False, retries=3),
+                               lambda futures: distributed.wait(futures, return_when="FIRST_COMPLETED").done)
+
+
+def _keep_going(chunks, most, submit, wait):
+    """Keeps so many chunks on their way and no more, because a run may have more inputs than memory has room for."""
+    going = set()
+    try:
+        for chunk in chunks:
+            going.add(submit(chunk))
+            if len(going) >= most:
+                done = wait(going)
+                going -= done
+                yield from (future.result() for future in done)
+        while going:
+            done = wait(going)
+            going -= done
+            yield from (future.result() for future in done)
+    finally:
+        for future in going:
+            future.cancel()
 
 
 def _parse_arguments(arguments):
@@ -233,8 +259,8 @@ def main(arguments=None):
     style_sheet = ""
     is_terminal = sys.stderr.isatty()
 
-    def show(done, count):
-        print(f"\r{done} of {count} chunks", end="\n" if done == count else "", file=sys.stderr, flush=True)
+    def show(done):
+        print(f"\r{done * wanted.chunk_size:,} inputs", end="", file=sys.stderr, flush=True)
 
     try:
         if wanted.style_sheet:

@@ -119,7 +119,9 @@ py::object Wrap(const std::shared_ptr<SharedDocument>& shared, const SVGElementR
 	if (!element)
 		return py::none();
 	py::object object = py::cast(Element{shared, element});
-	const py::dict classes = py::module_::import("orvan_svg._core").attr("element_classes");
+	// Looked up once, and kept to the end of the process: elements are made by the million.
+	static const auto* const made = new py::dict(py::module_::import("orvan_svg._core").attr("element_classes"));
+	const py::dict& classes = *made;
 	const std::string_view kind = NameOfKind(element->GetElementType());
 	const py::str name(kind.data(), kind.size());
 	return classes.contains(name) ? py::object(classes[name](object)) : object;

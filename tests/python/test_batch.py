@@ -94,30 +94,27 @@ class Batches(unittest.TestCase):
             self.run_batch("out", operation="check")
 
     def test_runs_the_chunk_of_a_killed_worker_again(self):
-        whole, _ = self.run_batch("whole", jobs=1)
-        killed = []
-
-        def kill_one():
-            while not killed:
-                for worker in list(workers):
-                    process = worker._process
-                    if process is not None and worker._get_place() >= 0:
-                        os.kill(process.pid, signal.SIGKILL)
-                        killed.append(process.pid)
-                        return
-                time.sleep(0.0001)
-
+        # The worker waits at a fifo until it is killed; then a drawing stands there.
+        stuck = self.art / "inner/98.svg"
+        os.mkfifo(stuck)
         workers = []
         original = batch.Worker.__init__
         self.addCleanup(setattr, batch.Worker, "__init__", original)
         batch.Worker.__init__ = lambda self, *arguments: (original(self, *arguments), workers.append(self))[0]
+
+        def kill_one():
+            while not workers or workers[0]._get_place() != 20:
+                time.sleep(0.01)
+            (self.art / "new").write_text(PATH % 98)
+            os.rename(self.art / "new", stuck)
+            os.kill(workers[0]._process.pid, signal.SIGKILL)
+
         thread = threading.Thread(target=kill_one)
         thread.start()
-        again, _ = self.run_batch("again", jobs=2)
-        killed.append(None)
+        killed, rows = self.run_batch("killed", [self.art / "inner"], jobs=1)
         thread.join()
-        self.assertTrue(killed[0], "no worker was killed")
-        self.assertEqual(again, whole)
+        self.assertEqual([row["outcome"] for row in rows], ["refused" if number == 4 else "done" for number in range(21)])
+        self.assertEqual(killed, self.run_batch("whole", [self.art / "inner"], jobs=2)[0])
 
     def test_an_input_that_takes_too_long_costs_its_row(self):
         # A fifo without a writer: reading it waits for ever.
