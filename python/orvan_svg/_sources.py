@@ -14,6 +14,14 @@ ARCHIVES = (".tar", ".zip", ".tar.gz", ".tgz", ".tar.xz")
 # unless the tar is compressed), or "" for a file.
 
 
+def require(sources):
+    """Raises FileNotFoundError for a source that is none, before anything is read."""
+    for source in map(str, sources):
+        path = source.removeprefix("@")
+        if not os.path.exists(path) and not (path == source and glob.glob(path, recursive=True)):
+            raise FileNotFoundError(f"There is no {path}.")
+
+
 def list_inputs(sources):
     """All inputs of the sources, in their order; within a folder and a glob by name, within an archive as they stand.
 

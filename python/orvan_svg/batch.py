@@ -164,6 +164,7 @@ def run(sources, folder, *, operation="report", complete=True, tolerant=True, st
     options = {"operation": operation, "complete": complete, "tolerant": tolerant, "style_sheet": style_sheet,
                "size": size, "deadline": deadline}
     sources = [os.path.abspath(source) if not source.startswith("@") else source for source in map(str, sources)]
+    _sources.require(sources)
     _begin(folder, {"version": VERSION, "sources": sources, "options": options, "memory": memory,
                     "chunk_size": chunk_size})
     done = count = 0

@@ -12,6 +12,7 @@ import time
 import unittest
 import zipfile
 
+import distributed
 import numpy
 
 from orvan_svg import batch
@@ -57,6 +58,11 @@ class Batches(unittest.TestCase):
             self.assertEqual(columns["path_fill"][0].tolist(), [1, 0, 0, 1])
         self.assertFalse([name for name in files if ".part" in name])
 
+    def test_gives_the_same_on_a_cluster(self):
+        with distributed.LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None) as cluster:
+            there = self.run_batch("there", scheduler=cluster.scheduler_address)
+        self.assertEqual(there, self.run_batch("here", jobs=1))
+
     def test_reads_archives_lists_and_globs(self):
         with tarfile.open(self.folder / "a.tar", "w") as archive:
             archive.add(self.art, "in tar")
@@ -72,7 +78,8 @@ class Batches(unittest.TestCase):
         self.assertEqual([row["sha256"] for row in rows[30:]],
                          [hashes[name] for name in ("00.svg", "03.svg", "00.svg", "06.svg")])
         with self.assertRaises(FileNotFoundError):
-            self.run_batch("none", [f"{self.folder}/missing"])
+            self.run_batch("none", [self.art, f"{self.folder}/missing"])
+        self.assertFalse((self.folder / "none").exists(), "nothing is begun")
 
     def test_makes_thumbnails(self):
         files, _ = self.run_batch("out", [self.art / "00.svg", self.art / "03.svg"], operation="thumbnails", size=16)
