@@ -96,7 +96,8 @@ Command AddEditCommand(CommandLine& commandLine, const char* name, const char* h
 
 struct NewOptions
 {
-	std::string path;
+	std::vector<std::string> paths; ///< The first form; `output` is the one that other commands have.
+	std::string output = "-";
 	std::string width = "100";
 	std::string height = "100";
 };
@@ -114,9 +115,10 @@ int MakeFile(const NewOptions& options)
 	set("width", options.width);
 	set("height", options.height);
 	Unwrap(Cast<SVGDocumentEditInterface>(document)->SetRootElement(root));
-	if (options.path != "-")
+	const std::string& path = options.paths.empty() ? options.output : options.paths.front();
+	if (path != "-")
 	{
-		Unwrap(source->Save(ToUrl(options.path), {}));
+		Unwrap(source->Save(ToUrl(path), {}));
 		return 0;
 	}
 	const BaseArray<char> bytes = Unwrap(source->SaveToMemory({}));
@@ -152,7 +154,8 @@ void AddEditCommands(CommandLine& commandLine)
 	const auto made = std::make_shared<NewOptions>();
 	Command newCommand = commandLine.AddCommand("new", "Write a file with an empty picture",
 												[made](Modules&) { return MakeFile(*made); });
-	newCommand.AddArgument("OUT", "The file; - is standard output", made->path);
+	newCommand.AddOptionalArguments("OUT", "The file; - is standard output, as it is without one", made->paths);
+	newCommand.AddText({.names = "-o,--output", .help = "The same", .value = "OUT"}, made->output);
 	newCommand.AddText({.names = "-W,--width", .help = "Width in pixels", .value = "W"}, made->width);
 	newCommand.AddText({.names = "-H,--height", .help = "Height in pixels", .value = "H"}, made->height);
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 /// Attribute values as text, by the table that the importer reads them with.
 ///
-/// A reader that is new in `attribute_rules.cpp` needs a formatter in `value_formatters.h` and a row in `value_text.cpp`; until it has one, a test fails.
+/// A reader that is new in `attribute_rules.cpp` needs a formatter in `value_formatters.h` and a row in
+/// `value_text.cpp`; until it has one, a test fails.
 #pragma once
 
 #include "importer/complete/attribute_rules.h"

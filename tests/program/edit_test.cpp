@@ -49,6 +49,9 @@ TEST_F(Editing, MakesFilesThatLoad)
 {
 	const std::string file = (path / "new.svg").string();
 	EXPECT_EQ(0, RunProgram({"new", file, "-W", "20", "-H", "10"}).status);
+	const ProgramRun printed = RunProgram({"new", "-o", "-", "-W", "20", "-H", "10"});
+	EXPECT_EQ(ReadFile(file), printed.output);
+	EXPECT_EQ(printed.output, RunProgram({"new", "-W", "20", "-H", "10"}).output);
 	const auto tree = nlohmann::json::parse(RunProgram({"tree", "--json", file}).output);
 	EXPECT_EQ(20, tree["root"]["attributes"]["width"]["value"]);
 	EXPECT_EQ(10, tree["root"]["attributes"]["viewBox"][3]["value"]);
