@@ -4,6 +4,7 @@
 import contextlib
 import dataclasses
 import os
+import typing
 import urllib.parse
 import urllib.request
 import warnings
@@ -49,6 +50,18 @@ class Report:
     outcome: str  #: "empty", "loaded", "loaded with findings", "refused" or "no svg element".
     findings: tuple  #: The first 100.
     finding_count: int  #: How many there were in all.
+
+
+class Repair(typing.NamedTuple):
+    """A value that `Document.repair` has replaced."""
+
+    line: int  #: Of the value in the text as it was loaded, from 1.
+    column: int
+    tag: str
+    id: str
+    attribute: str
+    before: str
+    after: str  #: "" where the attribute or declaration was taken out: a browser reads nothing there.
 
 
 class Document(_core.Document):
@@ -141,6 +154,12 @@ class Document(_core.Document):
     def to_bytes(self, *, rewrite=False, indentation=2, precision=-1):
         """What `save` would write."""
         return self._save_bytes(_core.SaveOptions(rewrite, indentation, precision))
+
+    def repair(self):
+        """Rewrites the values that a plain and strict reader refuses, each to what a browser reads there; everything else
+        stays. For a document that was opened with `keep_source`, before any edit: it is loaded again afterwards, so
+        elements have to be asked for anew. The result is a list of Repair. Raises RuntimeError otherwise."""
+        return [Repair(*values) for values in self._repair()]
 
     @property
     def report(self):

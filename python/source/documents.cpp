@@ -59,7 +59,7 @@ void RunAlone(SharedDocument& shared, const Run& run)
 	const DocumentLock lock(shared);
 	Result<void> result;
 	{
-		const py::gil_scoped_release others;
+		const LongCall others;
 		const CollectedDiagnostics silence; // The report says it all.
 		result = run();
 	}
@@ -222,10 +222,35 @@ void DefineDocuments(py::module_& module)
 		.def("_save_bytes",
 			 [](SharedDocument& self, const SVGSaveOptions& options)
 			 {
-				 const DocumentLock lock(self);
-				 const BaseArray<char> bytes =
-					 Unwrap(Cast<SVGDocumentSourceInterface>(self.document)->SaveToMemory(options));
+				 const auto source = Cast<SVGDocumentSourceInterface>(self.document);
+				 BaseArray<char> bytes;
+				 RunAlone(self,
+						  [&]() -> Result<void>
+						  {
+							  bytes = ORVAN_TRY(source->SaveToMemory(options));
+							  return {};
+						  });
 				 return py::bytes(bytes.begin(), bytes.GetCount());
+			 })
+		.def("_repair",
+			 [](SharedDocument& self)
+			 {
+				 const auto source = Cast<SVGDocumentSourceInterface>(self.document);
+				 BaseArray<SVGRepair> repairs;
+				 RunAlone(self,
+						  [&]() -> Result<void>
+						  {
+							  repairs = ORVAN_TRY(source->Repair());
+							  return {};
+						  });
+				 py::list result;
+				 for (const SVGRepair& repair : repairs)
+				 {
+					 result.append(py::make_tuple(repair.line, repair.column, ToPython(repair.elementTag),
+												  ToPython(repair.elementId), ToPython(repair.attribute),
+												  ToPython(repair.before), ToPython(repair.after)));
+				 }
+				 return result;
 			 })
 		.def("__iter__",
 			 [](const Shared& self)

@@ -26,5 +26,6 @@ void DefineDocuments(py::module_& module);
 void DefineElements(py::module_& module);
 void DefinePictures(py::module_& module);
 void DefineIcons(py::module_& module);
+void DefineGeometry(py::module_& module);
 
 } // namespace orvan::python

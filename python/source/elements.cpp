@@ -1,43 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "documents.h"
+#include "path_arrays.h"
 #include "svg_edit.h"
 #include "svg_source.h"
 #include "values.h"
 
-#include <pybind11/numpy.h>
 #include <pybind11/stl.h>
 
 namespace orvan::python
 {
 namespace
 {
-
-/// The path's commands as the two arrays that numerical code wants.
-py::tuple ToArrays(const BaseArray<SVGPathCommand>& commands)
-{
-	std::size_t pointCount = 0;
-	for (const SVGPathCommand& command : commands)
-	{
-		if (command.type != SVGPathCommandType::close)
-			pointCount += command.type == SVGPathCommandType::cubic ? 3 : 1;
-	}
-	py::array_t<std::uint8_t> codes(static_cast<py::ssize_t>(commands.GetCount()));
-	py::array_t<double> points({static_cast<py::ssize_t>(pointCount), py::ssize_t{2}});
-	std::uint8_t* code = codes.mutable_data();
-	double* coordinate = points.mutable_data();
-	for (const SVGPathCommand& command : commands)
-	{
-		*code++ = static_cast<std::uint8_t>(command.type);
-		if (command.type == SVGPathCommandType::close)
-			continue;
-		for (std::size_t i = command.type == SVGPathCommandType::cubic ? 0 : 2; i < 3; i++)
-		{
-			*coordinate++ = command.points[i].x;
-			*coordinate++ = command.points[i].y;
-		}
-	}
-	return py::make_tuple(codes, points);
-}
 
 /// Names and values of all that an element says in its attributes.
 py::dict GetAttributes(const Element& self)
@@ -147,7 +120,7 @@ void DefineElements(py::module_& module)
 			"with.")
 		.def_property(
 			"transform", [](const Element& self) { return ToTuple(self.element->GetLocalTransform()); },
-			[](const Element& self, const py::sequence& numbers)
+			[](const Element& self, const std::array<double, 6>& numbers)
 			{
 				const Matrix2d matrix = ToMatrix(numbers);
 				const DocumentLock lock(*self.shared);

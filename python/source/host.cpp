@@ -3,24 +3,39 @@
 
 #include "orvan/host/module_loader.h"
 
-#include <array>
+#include <set>
 
 namespace orvan::python
 {
 
+std::shared_mutex g_hostUse;
+
+namespace
+{
+
+std::string g_folder; ///< Of the modules. Used under the interpreter's lock, as is what follows.
+
+} // namespace
+
 void LoadModules(const std::string& folder)
 {
-	static bool isLoaded = false;
-	if (isLoaded)
+	if (!g_folder.empty())
 		return;
-	// Opening modules must not overlap other use of the host: the lock of the interpreter is kept.
-	for (const char* name : {"net.orvan.svg.so", "net.orvan.svg.cairo.so"})
-	{
-		const Result<Module*> module = Module::Load(folder + '/' + name);
-		if (!module.IsOk())
-			throw py::import_error(folder + '/' + name + ": " + std::string(module.GetError().GetMessage().View()));
-	}
-	isLoaded = true;
+	g_folder = folder;
+	RequireModule("net.orvan.svg.so");
+}
+
+void RequireModule(const char* name)
+{
+	static std::set<std::string> opened;
+	if (opened.contains(name))
+		return;
+	// Whoever is in a long call ends it without the interpreter's lock, and nobody begins one without it.
+	const std::unique_lock alone(g_hostUse);
+	const Result<Module*> module = Module::Load(g_folder + '/' + name);
+	if (!module.IsOk())
+		throw py::import_error(g_folder + '/' + name + ": " + std::string(module.GetError().GetMessage().View()));
+	opened.insert(name);
 }
 
 void ThrowError(const Error& error)

@@ -19,4 +19,5 @@ PYBIND11_MODULE(_core, module)
 	DefineElements(module);
 	DefinePictures(module);
 	DefineIcons(module);
+	DefineGeometry(module);
 }

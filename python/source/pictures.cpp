@@ -55,10 +55,11 @@ SVGRenderOptions MakeOptions(const py::kwargs& wanted)
 /// Draws while other threads of the interpreter go on.
 Picture Draw(SharedDocument& shared, const SVGRenderOptions& options)
 {
+	RequireModule("net.orvan.svg.cairo.so");
 	Picture picture;
 	Result<void> result;
 	{
-		const py::gil_scoped_release others;
+		const LongCall others;
 		CollectedDiagnostics said;
 		result = [&]() -> Result<void>
 		{
@@ -113,7 +114,7 @@ void DefinePictures(py::module_& module)
 			py::array_t<std::uint8_t> image({py::ssize_t{pixels.height}, py::ssize_t{pixels.width}, py::ssize_t{4}});
 			std::uint8_t* const target = image.mutable_data();
 			{
-				const py::gil_scoped_release others;
+				const LongCall others;
 				ToStraight(pixels, target);
 			}
 			return py::make_tuple(image, picture.warnings);
@@ -130,7 +131,7 @@ void DefinePictures(py::module_& module)
 			const String file = ToString(path);
 			Result<void> result;
 			{
-				const py::gil_scoped_release others;
+				const LongCall others;
 				result = picture.target->Finish(file);
 			}
 			Unwrap(std::move(result));

@@ -5,7 +5,6 @@
 #include "svg_source.h"
 
 #include <algorithm>
-#include <array>
 #include <concepts>
 #include <pybind11/stl.h>
 
@@ -82,15 +81,9 @@ py::tuple ToTuple(const Matrix2d& matrix)
 						  matrix.offset.y);
 }
 
-Matrix2d ToMatrix(const py::sequence& numbers)
+Matrix2d ToMatrix(const std::array<double, 6>& numbers)
 {
-	if (numbers.size() != 6)
-		throw py::value_error("A transform is six numbers: a, b, c, d, e, f.");
-	const auto at = [&](std::size_t index)
-	{
-		return numbers[index].cast<double>();
-	};
-	return {{at(4), at(5)}, {at(0), at(1)}, {at(2), at(3)}};
+	return {{numbers[4], numbers[5]}, {numbers[0], numbers[1]}, {numbers[2], numbers[3]}};
 }
 
 py::object GetValue(const SVGDocumentRef& document, const SVGElementRef& element, SVGImportAttribute number)

@@ -7,6 +7,8 @@
 #include "svg_complete.h"
 #include "svg_types.h"
 
+#include <array>
+
 namespace orvan::python
 {
 
@@ -30,7 +32,7 @@ struct Paint
 
 Length ToLength(const SVGLength& length);
 py::tuple ToTuple(const Matrix2d& matrix); ///< a, b, c, d, e, f.
-Matrix2d ToMatrix(const py::sequence& numbers);
+Matrix2d ToMatrix(const std::array<double, 6>& numbers);
 
 /// The value of an attribute of an element; None when the element says nothing. Keywords, and what else Python has no
 /// type for, are text as SVG writes it.

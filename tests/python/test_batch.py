@@ -16,11 +16,12 @@ import distributed
 import numpy
 
 from orvan_svg import batch
+from support import TestCase
 
 PATH = '<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8"><path fill="#f00" d="M%d 0L8 8"/></svg>'
 
 
-class Batches(unittest.TestCase):
+class Batches(TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)

@@ -12,6 +12,7 @@ import warnings
 import numpy
 
 import orvan_svg
+from support import TestCase
 
 RICH = b"""<svg xmlns="http://www.w3.org/2000/svg" width="40" height="20">
 <style>.hot { fill: lime }</style>
@@ -22,10 +23,7 @@ RICH = b"""<svg xmlns="http://www.w3.org/2000/svg" width="40" height="20">
 </svg>"""
 
 
-class Documents(unittest.TestCase):
-    def tearDown(self):
-        gc.collect()
-
+class Documents(TestCase):
     def test_opens_paths_bytes_and_files(self):
         with tempfile.TemporaryDirectory() as folder:
             path = pathlib.Path(folder, "a b.svg")

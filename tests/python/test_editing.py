@@ -9,6 +9,7 @@ import unittest
 
 import orvan_svg
 from orvan_svg import Length
+from support import TestCase
 
 TEXT = """<?xml version="1.0"?>
 <!-- A comment that stays. -->
@@ -22,7 +23,7 @@ TEXT = """<?xml version="1.0"?>
 """
 
 
-class Editing(unittest.TestCase):
+class Editing(TestCase):
     def setUp(self):
         self.document = orvan_svg.Document.open(TEXT.encode())
         self.rect = self.document["r"]

@@ -9,6 +9,7 @@ import unittest
 import warnings
 
 import orvan_svg
+from support import TestCase
 
 LAYERS = ("State:EnabledActivatedHighlight", "State:EnabledActivatedNoHighlight", "State:EnabledDeactivatedHighlight",
           "State:EnabledDeactivatedNoHighlight", "badge")
@@ -18,7 +19,7 @@ def icon_text(fill):
     return "<svg>" + "".join(f'<g id="{layer}" fill="{fill}"/>' for layer in LAYERS) + "</svg>"
 
 
-class Icons(unittest.TestCase):
+class Icons(TestCase):
     def shown(self, icon):
         return [layer for layer in LAYERS if icon[layer].display != "none"]
 
