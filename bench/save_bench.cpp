@@ -25,6 +25,7 @@ struct Times
 	double load = 0;
 	double unedited = 0;
 	double edited = 0;
+	double extended = 0; ///< With a new element, too.
 	std::size_t saved = 0;
 };
 
@@ -49,6 +50,12 @@ Times Walk(const bench::Corpus& corpus)
 		start = std::chrono::steady_clock::now();
 		isSaved &= source->SaveToMemory({}).IsOk();
 		times.edited += SecondsSince(start);
+		const SVGElementRef added = CreateObject<SVGElementInterface>(kSVGRectElementClass).GetValue();
+		const auto root = Cast<HierarchyObjectInterface>(document->GetRootElement());
+		IgnoreResult(Cast<HierarchyObjectInterface>(added)->InsertAsLastChildOf(root, {}));
+		start = std::chrono::steady_clock::now();
+		isSaved &= source->SaveToMemory({}).IsOk();
+		times.extended += SecondsSince(start);
 		times.saved += isSaved ? 1 : 0;
 	}
 	return times;
@@ -70,12 +77,14 @@ int main(int count, char** arguments)
 		{
 			const Times times = Walk(corpus);
 			best = {std::min(best.load, times.load), std::min(best.unedited, times.unedited),
-					std::min(best.edited, times.edited), times.saved};
+					std::min(best.edited, times.edited), std::min(best.extended, times.extended), times.saved};
 		}
 		std::printf(
-			"%s: %zu files, %zu saved; load %.1f ms, save unedited %.1f ms (%.0f %%), save an edit %.1f ms (%.0f %%)\n",
+			"%s: %zu files, %zu saved; load %.1f ms, save unedited %.1f ms (%.0f %%), an edit %.1f ms (%.0f %%), "
+			"a new element %.1f ms (%.0f %%)\n",
 			corpus.name.c_str(), corpus.files.size(), best.saved, best.load * 1e3, best.unedited * 1e3,
-			best.unedited / best.load * 100, best.edited * 1e3, best.edited / best.load * 100);
+			best.unedited / best.load * 100, best.edited * 1e3, best.edited / best.load * 100, best.extended * 1e3,
+			best.extended / best.load * 100);
 	}
 	return 0;
 }

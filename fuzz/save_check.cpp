@@ -238,6 +238,15 @@ bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t n
 		return insert(element, root).IsOk();
 	case EditKind::addition:
 		return insert(rect(), element).IsOk();
+	case EditKind::clearing:
+	{
+		const auto edit = Cast<SVGElementEditInterface>(element);
+		const BaseArray<SVGImportAttribute> said = edit->GetAttributeNumbers().GetValue();
+		return !said.IsEmpty() && edit->RemoveAttribute(said[number / 7 % said.GetCount()]).IsOk();
+	}
+	case EditKind::classes:
+		return source->SetAttributeText(element, text("class"), text(number % 2 == 0 ? "other" : "ColorScheme-Text"))
+			.IsOk();
 	case EditKind::count:
 		break;
 	}

@@ -23,6 +23,8 @@ enum class EditKind
 	removal,
 	move,
 	addition,
+	clearing, ///< Of whatever the element says about itself.
+	classes,
 	count
 };
 

@@ -27,8 +27,8 @@ struct Counts
 	std::size_t pinned = 0; ///< Edits that took more lines for the sake of style sheets.
 };
 
-constexpr const char* kNames[] = {"color", "transform", "path", "id",      "attribute",
-								  "width", "removal",   "move", "addition"};
+constexpr const char* kNames[] = {"color",   "transform", "path",     "id",       "attribute", "width",
+								  "removal", "move",      "addition", "clearing", "classes"};
 
 void CheckEdits(const std::string& path, const std::string& bytes, Counts& counts)
 {

@@ -54,6 +54,7 @@ struct Place
 	ElementBase* element;
 	const SourceElement* record;
 	Tag tag;
+	bool isForeign = false; ///< None of SVG's: nothing but its id is known.
 };
 
 Result<Place> FindPlace(const SVGElementRef& reference, const DocumentSource* source)
@@ -67,7 +68,9 @@ Result<Place> FindPlace(const SVGElementRef& reference, const DocumentSource* so
 		const std::uint32_t number = RecordFinder(*source).Find(*element);
 		record = number != kNoRecord ? &source->elements[number] : nullptr;
 	}
-	return Place{element, record, TagOfElement(*element, source, record)};
+	const bool isForeign = record != nullptr && source->isComplete && ClassKindOf(*element) == Kind::unknown &&
+						   source->IsForeign(static_cast<std::uint32_t>(record - source->elements.begin()));
+	return Place{element, record, TagOfElement(*element, source, record), isForeign};
 }
 
 const SourceAttribute* FindAttribute(const DocumentSource* source, const SourceElement* record,
@@ -83,12 +86,12 @@ const SourceAttribute* FindAttribute(const DocumentSource* source, const SourceE
 }
 
 /// The rule that an attribute's name is about; null for names that only the source knows.
-const Rule* RuleOfName(std::string_view name, Tag tag) noexcept
+const Rule* RuleOfName(std::string_view name, const Place& place) noexcept
 {
 	const Rule* const rule = FindRule(name);
-	if (rule == nullptr || rule->number == Number::style)
+	if (rule == nullptr || rule->number == Number::style || (place.isForeign && rule->number != Number::id))
 		return nullptr;
-	const bool isPoints = tag == Tag::polygon || tag == Tag::polyline;
+	const bool isPoints = place.tag == Tag::polygon || place.tag == Tag::polyline;
 	if (WrittenAs(rule->number) == Number::d)
 		return FindRule(isPoints ? "points" : "d");
 	return rule;
@@ -298,7 +301,7 @@ Result<String> Document::GetAttributeText(const SVGElementRef& element, const St
 		[&]() -> Result<String>
 		{
 			const Place place = ORVAN_TRY(FindPlace(element, _source.get()));
-			if (const Rule* const known = RuleOfName(name.View(), place.tag))
+			if (const Rule* const known = RuleOfName(name.View(), place))
 			{
 				const Rule* const rule =
 					WrittenAs(known->number) == Number::d ? known : FindWritingRule(WrittenAs(known->number));
@@ -338,7 +341,7 @@ Result<void> Document::SetAttributeText(const SVGElementRef& element, const Stri
 		[&]() -> Result<void>
 		{
 			const Place place = ORVAN_TRY(FindPlace(element, _source.get()));
-			if (name == "style")
+			if (name == "style" && !place.isForeign)
 			{
 				// Each property by itself.
 				css::Arena arena;
@@ -351,7 +354,7 @@ Result<void> Document::SetAttributeText(const SVGElementRef& element, const Stri
 				}
 				return {};
 			}
-			const Rule* const rule = RuleOfName(name.View(), place.tag);
+			const Rule* const rule = RuleOfName(name.View(), place);
 			if (rule != nullptr)
 			{
 				if (!rule->tags.Has(place.tag))
@@ -391,7 +394,7 @@ Result<void> Document::RemoveAttributeText(const SVGElementRef& element, const S
 		[&]() -> Result<void>
 		{
 			const Place place = ORVAN_TRY(FindPlace(element, _source.get()));
-			const Rule* const rule = RuleOfName(name.View(), place.tag);
+			const Rule* const rule = RuleOfName(name.View(), place);
 			if (rule != nullptr)
 				return Clear(*place.element, *rule);
 			if (!_source)

@@ -3,6 +3,8 @@
 
 #include "elements/complete_classes.h"
 #include "elements/element_classes.h"
+#include "importer/xml/xml_tree.h"
+#include "writer/xml_text.h"
 
 #include <new>
 
@@ -69,6 +71,33 @@ std::uint32_t RecordFinder::Find(const ElementBase& element)
 std::string_view DocumentSource::FileBytes() const noexcept
 {
 	return file.IsEmpty() ? text.ForPlaces() : std::string_view(file.begin(), file.GetCount());
+}
+
+std::string_view DocumentSource::NamespaceOf(std::uint32_t record, std::string_view prefix) const noexcept
+{
+	constexpr std::string_view kDeclaration = "xmlns";
+	for (; record != kNoRecord; record = elements[record].parent)
+	{
+		const SourceElement& element = elements[record];
+		for (std::uint32_t i = 0; i < element.attributeCount; i++)
+		{
+			const SourceAttribute& attribute = attributes[element.firstAttribute + i];
+			const std::string_view name = NameOf(attribute);
+			const bool isBound = prefix.empty() ? name == kDeclaration
+												: PrefixOf(name) == "xmlns:" &&
+													  WithoutPrefix(name) == prefix.substr(0, prefix.size() - 1);
+			if (isBound)
+				return RawValueOf(attribute);
+		}
+	}
+	return {};
+}
+
+bool DocumentSource::IsForeign(std::uint32_t record) const noexcept
+{
+	const std::string_view prefix = PrefixOf(NameOf(elements[record]));
+	const std::string_view space = NamespaceOf(record, prefix);
+	return space != kSvgNamespace && (!prefix.empty() || !space.empty());
 }
 
 void ReleaseDocumentSource::operator()(DocumentSource* source) const noexcept

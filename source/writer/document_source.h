@@ -115,6 +115,13 @@ struct DocumentSource
 
 	/// The bytes of the file as they were loaded.
 	std::string_view FileBytes() const noexcept;
+
+	/// The namespace that a prefix, given with its colon, is bound to on an element; for no prefix the default one.
+	/// Empty when there is none. `record` may be `kNoRecord`.
+	std::string_view NamespaceOf(std::uint32_t record, std::string_view prefix) const noexcept;
+
+	/// Whether an element is of another namespace than SVG's, so that nothing but its id counts.
+	bool IsForeign(std::uint32_t record) const noexcept;
 };
 
 /// Finds the records of elements. Quickest when they are asked for in the order of the text.

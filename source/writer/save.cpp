@@ -44,13 +44,19 @@ Result<bool> Check(const SaveRequest& request, const ElementBase& root, std::str
 Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& root, bool& isPacked)
 {
 	const bool isEdit = request.source != nullptr && request.options.mode == SVGSaveMode::edit;
-	const bool hasClientSheet = !request.importOptions.styleSheet.IsEmpty();
 	ForcedProperties forced;
-	// By itself, in its style attribute, and with "!important": more a property cannot do.
-	constexpr int kMostAttempts = 4;
+	bool asksSheets = isEdit;
+	// As the sheets want it, by itself, in its style attribute, and with "!important": more a property cannot do.
+	constexpr int kMostAttempts = 5;
 	for (int attempt = 0;; attempt++)
 	{
-		const WriteRequest writing{root, request.source, request.options, request.switched, forced, hasClientSheet};
+		const WriteRequest writing{root,
+								   request.source,
+								   request.options,
+								   request.switched,
+								   forced,
+								   request.importOptions.styleSheet.View(),
+								   asksSheets};
 		TreeWriter writer(writing);
 		std::string bytes;
 		if (isEdit)
@@ -61,6 +67,11 @@ Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& roo
 				isPacked = IsGzip(request.source->FileBytes());
 				return CopyOf(request.source->FileBytes());
 			}
+			if (asksSheets && !writer.AreSheetsSure())
+			{
+				asksSheets = false;
+				continue;
+			}
 			bytes = ORVAN_TRY(MakeFileBytes(*request.source, edits));
 		}
 		else
@@ -69,6 +80,7 @@ Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& roo
 		const bool isExact = request.options.precision == SVGSaveOptions::kExact;
 		if (!writer.NeedsCheck() || !isExact || !ORVAN_TRY(Check(request, root, bytes, forced)))
 			return CopyOf(bytes);
+		asksSheets = false;
 		if (attempt == kMostAttempts)
 			throw SaveError("The style sheets of the document leave no way to write what its elements say.");
 	}

@@ -47,6 +47,19 @@ char StartTagEditor::QuoteOf(const Place& place) const noexcept
 	return _source.Text()[place.attribute->valueBegin - 1];
 }
 
+std::vector<std::string_view> StartTagEditor::GetChangedNames() const
+{
+	std::vector<std::string_view> names;
+	for (const Place& place : _places)
+	{
+		if (place.isRemoved || place.value)
+			names.push_back(_source.NameOf(*place.attribute));
+	}
+	for (const std::string_view added : _added)
+		names.push_back(added.substr(0, added.find('=')));
+	return names;
+}
+
 void StartTagEditor::Set(std::string_view name, std::string_view value)
 {
 	if (auto* const place = const_cast<Place*>(FindPlace(name)))

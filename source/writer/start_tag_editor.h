@@ -45,6 +45,15 @@ public:
 	/// Makes edits of all this.
 	void Finish(TextEdits& edits);
 
+	/// Whether the tag itself changed.
+	bool IsRenamed() const noexcept
+	{
+		return !_tag.empty();
+	}
+
+	/// The names of the attributes that came, went or changed. After `Finish`.
+	std::vector<std::string_view> GetChangedNames() const;
+
 private:
 	struct Place
 	{

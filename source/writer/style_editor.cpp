@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "writer/style_editor.h"
 
-#include "css/declarations.h"
 #include "writer/value_text.h"
 #include "writer/xml_text.h"
 
@@ -56,6 +55,8 @@ bool Sets(const complete::Rule& shorthand, Number number) noexcept
 	return shorthand.name == "font" ? has(kFont) : shorthand.name == "marker" && has(kMarker);
 }
 
+} // namespace
+
 StyleEditor::Saying SayingOf(const css::Declaration& declaration, Number number) noexcept
 {
 	const complete::Rule* const rule = declaration.isCustom ? nullptr : complete::FindRule(declaration.name);
@@ -67,8 +68,6 @@ StyleEditor::Saying SayingOf(const css::Declaration& declaration, Number number)
 	return !isShorthand && WrittenAs(rule->number) == number ? StyleEditor::Saying::byItself
 															 : StyleEditor::Saying::nothing;
 }
-
-} // namespace
 
 std::optional<StyleEditor::Place> StyleEditor::FindLast(Number number, Saying saying) const
 {

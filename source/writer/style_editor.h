@@ -2,6 +2,7 @@
 /// Changing single declarations of a style attribute.
 #pragma once
 
+#include "css/declarations.h"
 #include "importer/complete/attribute_rules.h"
 
 #include <optional>
@@ -65,5 +66,8 @@ private:
 
 	std::string _text;
 };
+
+/// What a declaration, of a style attribute or of a sheet, says about a property.
+StyleEditor::Saying SayingOf(const css::Declaration& declaration, SVGImportAttribute number) noexcept;
 
 } // namespace orvan::svg

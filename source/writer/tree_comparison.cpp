@@ -84,18 +84,8 @@ private:
 	{
 		const std::uint32_t record = _finder ? _finder->Find(saved) : kNoRecord;
 		const Tag name = TagOfElement(saved, _source, record == kNoRecord ? nullptr : &_source->elements[record]);
-		std::vector<const Rule*> rules = ListRules(saved, name);
-		for (const Rule* rule : ListRules(loaded, name))
+		for (const Rule* rule : ListDifferences(saved, loaded, name))
 		{
-			if (std::find(rules.begin(), rules.end(), rule) == rules.end())
-				rules.push_back(rule);
-		}
-		for (const Rule* rule : rules)
-		{
-			// Nearly all of most files is paths, and they are the same.
-			const bool isPath = WrittenAs(rule->number) == Number::d;
-			if (isPath && HashPath(saved) == HashPath(loaded))
-				continue;
 			std::string wanted;
 			std::string found;
 			const Formatted isWanted = Format(wanted, saved, *rule, name);
@@ -107,6 +97,68 @@ private:
 				continue;
 			Force(saved, *rule);
 		}
+	}
+
+	/// The rules of what is not the very same on both. Nearly all of most files is, and texts need not be made of it.
+	static std::vector<const Rule*> ListDifferences(const ElementBase& saved, const ElementBase& loaded, Tag name)
+	{
+		std::vector<const Rule*> rules;
+		const auto add = [&rules](const Rule* rule)
+		{
+			if (rule == nullptr)
+				throw SaveError("An attribute that has no name cannot be written.");
+			if (std::find(rules.begin(), rules.end(), rule) == rules.end())
+				rules.push_back(rule);
+		};
+		const auto addDifferent = [&](const DataDictionary& values, const DataDictionary& others)
+		{
+			for (const DataDictionary::Entry& entry : values)
+			{
+				if (!HasSame(others, values, entry))
+					add(FindWritingRule(WrittenAs(static_cast<Number>(entry.key))));
+			}
+		};
+		if (!saved.Attributes().IsSameObject(loaded.Attributes()))
+		{
+			addDifferent(saved.Attributes(), loaded.Attributes());
+			addDifferent(loaded.Attributes(), saved.Attributes());
+		}
+		if (saved.GetLocalTransform() != loaded.GetLocalTransform())
+			add(complete::FindRule("transform"));
+		if (HashPath(saved) != HashPath(loaded))
+			add(complete::FindRule(name == Tag::polygon || name == Tag::polyline ? "points" : "d"));
+		if (ClassKindOf(saved) == Kind::use)
+			add(complete::FindRule("href"));
+		return rules;
+	}
+
+	/// Whether a dictionary has an entry of another one with the same value. Values of types that are rare may be equal
+	/// all the same when it says no.
+	static bool HasSame(const DataDictionary& values, const DataDictionary& others,
+						const DataDictionary::Entry& entry) noexcept
+	{
+		const auto isSame = [&]<typename T>(const auto& equals, const T* other)
+		{
+			const T* const own = other != nullptr ? values.Find<T>(entry.key) : nullptr;
+			return own != nullptr && equals(*own, *other);
+		};
+		const auto equals = []<typename T>(const T& a, const T& b)
+		{
+			return a == b;
+		};
+		const auto equalLengths = [](const SVGLength& a, const SVGLength& b)
+		{
+			return a.value == b.value && a.unit == b.unit;
+		};
+		const auto equalPaints = [](const SVGPaint& a, const SVGPaint& b)
+		{
+			return a.type == b.type && a.color == b.color && a.reference == b.reference && a.fallback == b.fallback &&
+				   a.alpha == b.alpha;
+		};
+		return isSame(equals, others.GetValue<std::int32_t>(entry)) || isSame(equals, others.GetValue<Float>(entry)) ||
+			   isSame(equals, others.GetValue<String>(entry)) ||
+			   isSame(equalLengths, others.GetValue<SVGLength>(entry)) ||
+			   isSame(equalPaints, others.GetValue<SVGPaint>(entry));
 	}
 
 	static Formatted Format(std::string& text, const ElementBase& element, const Rule& rule, Tag name)

@@ -71,17 +71,18 @@ std::string TreeWriter::Format(const ElementBase& element, Tag name, const Rule&
 	return text;
 }
 
-const ForcedProperty* TreeWriter::FindForced(const ElementBase& element, const Rule& rule) const noexcept
+std::span<const ForcedProperty> TreeWriter::ForcedOn(const ElementBase& element) const noexcept
 {
 	const auto found = _request.forced.find(&element);
-	if (found == _request.forced.end())
-		return nullptr;
-	for (const ForcedProperty& forced : found->second)
-	{
-		if (forced.number == WrittenAs(rule.number))
-			return &forced;
-	}
-	return nullptr;
+	return found != _request.forced.end() ? found->second : std::span<const ForcedProperty>();
+}
+
+const ForcedProperty* FindForced(std::span<const ForcedProperty> forced, const Rule& rule) noexcept
+{
+	const auto found =
+		std::find_if(forced.begin(), forced.end(),
+					 [&](const ForcedProperty& property) { return property.number == WrittenAs(rule.number); });
+	return found != forced.end() ? &*found : nullptr;
 }
 
 TextEdits TreeWriter::MakeEdits()
@@ -91,12 +92,19 @@ TextEdits TreeWriter::MakeEdits()
 	EditElement(0, _request.root);
 	if (!_edits.IsEmpty() && _source->isComplete)
 	{
+		SourceSheets& sheets = Sheets();
+		_areSheetsSure = _areSheetsSure && _request.asksSheets && sheets.IsSure();
 		// A sheet may match what was edited, and what stands around it.
-		_needsCheck |= _request.hasClientSheet;
-		for (const SourceElement& element : _source->elements)
-			_needsCheck |= !element.IsRun() && WithoutPrefix(_source->NameOf(element)) == "style";
+		_needsCheck |= !_areSheetsSure && (!sheets.IsEmpty() || !sheets.IsSure());
 	}
 	return std::move(_edits);
+}
+
+SourceSheets& TreeWriter::Sheets()
+{
+	if (!_sheets)
+		_sheets.emplace(*_source, _request.clientSheet);
+	return *_sheets;
 }
 
 void TreeWriter::EditElement(std::uint32_t record, const ElementBase& element)
@@ -108,23 +116,6 @@ void TreeWriter::EditElement(std::uint32_t record, const ElementBase& element)
 }
 
 // Start tags ---------------------------------------------------------------------------------------------------------
-
-/// The namespace that a prefix, given with its colon, is bound to in the scope at hand.
-std::string_view TreeWriter::NamespaceOf(std::string_view prefix) const noexcept
-{
-	const std::string name = "xmlns:" + std::string(prefix.substr(0, prefix.size() - 1));
-	for (std::uint32_t at = _scope; at != kNoRecord; at = Record(at).parent)
-	{
-		const SourceElement& record = Record(at);
-		for (std::uint32_t i = 0; i < record.attributeCount; i++)
-		{
-			const SourceAttribute& attribute = _source->attributes[record.firstAttribute + i];
-			if (_source->NameOf(attribute) == name)
-				return _source->RawValueOf(attribute);
-		}
-	}
-	return {};
-}
 
 /// The name of a new link: with a prefix where one is bound.
 std::string TreeWriter::LinkName() const
@@ -149,7 +140,7 @@ std::vector<std::string> TreeWriter::NamesOf(const StartTagEditor& tag, const Ru
 	const auto meaning = [&](std::string_view name) -> const Rule*
 	{
 		const std::string_view prefix = PrefixOf(name);
-		if (!prefix.empty() && WithoutPrefix(name) == "href" && NamespaceOf(prefix) == kXlinkNamespace)
+		if (!prefix.empty() && WithoutPrefix(name) == "href" && _source->NamespaceOf(_scope, prefix) == kXlinkNamespace)
 			return FindRule("xlink:href");
 		return FindRule(name); // "xml:space" and its like are in the table.
 	};
@@ -259,19 +250,63 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 		}
 	}
 	std::vector<const Rule*> changes = ListChanges(record, element, name);
-	if (const auto forced = _request.forced.find(&element); forced != _request.forced.end())
+	const std::span<const ForcedProperty> allForced = ForcedOn(element);
+	for (const ForcedProperty& property : allForced)
 	{
-		for (const ForcedProperty& property : forced->second)
-		{
-			const Rule* const rule = FindWritingRule(property.number);
-			if (std::find(changes.begin(), changes.end(), rule) == changes.end())
-				changes.push_back(rule);
-		}
+		const Rule* const rule = FindWritingRule(property.number);
+		if (std::find(changes.begin(), changes.end(), rule) == changes.end())
+			changes.push_back(rule);
 	}
 	for (const Rule* rule : changes)
-		EditAttribute(tag, element, name, *rule, FindForced(element, *rule));
+	{
+		const ForcedProperty* const forced = FindForced(allForced, *rule);
+		const std::optional<ForcedProperty> asked =
+			forced == nullptr ? ForceAgainstSheets(record, name, *rule) : std::nullopt;
+		EditAttribute(tag, element, name, *rule, asked ? &*asked : forced);
+		_needsCheck |= ReachesBelow(element, *rule);
+	}
 	EditOverrides(tag, element, name, changes);
 	tag.Finish(_edits);
+	_areSheetsSure = _areSheetsSure && !tag.IsRenamed();
+	for (const std::string_view changed : tag.GetChangedNames())
+		_areSheetsSure = _areSheetsSure && _request.asksSheets && !Sheets().LookAt(changed);
+}
+
+/// Whether an edit of a property may change what is read on the elements below.
+bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) const noexcept
+{
+	if (!_source->isComplete || element.FirstChild() == nullptr)
+		return false;
+	const Number number = WrittenAs(rule.number);
+	if (number == Number::whiteSpace)
+		return true;
+	// Percentages in transforms are taken of the viewport.
+	if (number == Number::width || number == Number::height || number == Number::viewBox)
+		return ClassKindOf(element) == Kind::svg && _source->Text().find('%') != std::string_view::npos;
+	if (!complete::IsProperty(rule) || rule.role == complete::Role::inherited)
+		return false;
+	for (HierarchyObject* at = element.FirstChild(); at != nullptr; at = at->NextSibling())
+	{
+		const ElementBase* const child = AsElement(at);
+		for (const DataDictionary::Entry& entry : child != nullptr ? child->Attributes() : DataDictionary())
+		{
+			// The child may have it by "inherit".
+			if (WrittenAs(static_cast<Number>(entry.key)) == number)
+				return _source->Text().find("nherit") != std::string_view::npos || !_request.clientSheet.empty();
+		}
+	}
+	return false;
+}
+
+/// What a property has to be written with where a sheet says something about it.
+std::optional<ForcedProperty> TreeWriter::ForceAgainstSheets(std::uint32_t record, Tag name, const Rule& rule)
+{
+	if (!_request.asksSheets || !_source->isComplete || Sheets().IsEmpty())
+		return {};
+	const SourceSheets::Saying saying = Sheets().Find(record, name, rule);
+	if (saying == SourceSheets::Saying::nothing)
+		return {};
+	return ForcedProperty{WrittenAs(rule.number), saying == SourceSheets::Saying::important};
 }
 
 void TreeWriter::EditAttribute(StartTagEditor& tag, const ElementBase& element, Tag name, const Rule& rule,
@@ -321,7 +356,9 @@ void TreeWriter::CheckReads(const ElementBase& element, Tag name, const Rule& ru
 void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, Tag name, const Rule& rule,
 							  const ForcedProperty* forced)
 {
-	if (_source->isComplete && !rule.tags.Has(name))
+	const bool isForeign =
+		ClassKindOf(element) == Kind::unknown && rule.number != Number::id && _source->IsForeign(_scope);
+	if (_source->isComplete && (!rule.tags.Has(name) || isForeign))
 	{
 		throw SaveError("The attribute \"" + std::string(rule.name) + "\" cannot be written: it does not count on " +
 						Describe(element, name) + '.');
@@ -367,12 +404,13 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 void TreeWriter::EditOverrides(StartTagEditor& tag, const ElementBase& element, Tag name,
 							   const std::vector<const Rule*>& changes)
 {
+	const bool isForeign = ClassKindOf(element) == Kind::unknown && _source->IsForeign(_scope);
 	for (const SourceOverride& entry : _source->overrides)
 	{
 		if (ElementOf(entry.element) != &element)
 			continue;
 		const Rule* const rule = FindRule(entry.name.View());
-		if (rule == nullptr)
+		if (rule == nullptr || (rule->number != Number::id && isForeign))
 		{
 			if (entry.isRemoved)
 				tag.Remove(entry.name.View());

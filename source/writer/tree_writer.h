@@ -4,6 +4,7 @@
 
 #include "svg_source.h"
 #include "writer/element_text.h"
+#include "writer/source_sheets.h"
 #include "writer/start_tag_editor.h"
 
 #include <span>
@@ -13,13 +14,6 @@
 
 namespace orvan::svg
 {
-
-/// Properties that an element has to say in its style attribute, because a style sheet says otherwise.
-struct ForcedProperty
-{
-	SVGImportAttribute number;
-	bool isImportant;
-};
 
 using ForcedProperties = std::unordered_map<const ElementBase*, std::vector<ForcedProperty>>;
 
@@ -32,8 +26,14 @@ struct WriteRequest
 	/// Elements whose "display" is not the file's business: what an icon's state shows and hides.
 	std::span<const ElementBase* const> switched;
 	const ForcedProperties& forced;
-	bool hasClientSheet = false; ///< The client's style sheet counted when the document was loaded.
+	std::string_view clientSheet = {}; ///< The client's style sheet, which counted when the document was loaded.
+	/// Where style sheets say something about what was edited, it is written with the weight that wins over them.
+	/// Otherwise the result has to be loaded to see.
+	bool asksSheets = false;
 };
+
+/// The one of a rule's property; null when there is none.
+const ForcedProperty* FindForced(std::span<const ForcedProperty> forced, const complete::Rule& rule) noexcept;
 
 /// Writes a tree. Lives for one attempt. Everything may throw a `SaveError` and std::bad_alloc.
 class TreeWriter
@@ -51,6 +51,12 @@ public:
 	bool NeedsCheck() const noexcept
 	{
 		return _needsCheck;
+	}
+
+	/// Whether the sheets were asked, and their answers hold for what was edited, too.
+	bool AreSheetsSure() const noexcept
+	{
+		return _areSheetsSure;
 	}
 
 private:
@@ -85,7 +91,6 @@ private:
 												   complete::Tag name) const;
 	std::string_view ChooseTag(std::uint32_t record, const ElementBase& element, complete::Tag& name) const;
 	std::vector<std::string> NamesOf(const StartTagEditor& tag, const complete::Rule& rule) const;
-	std::string_view NamespaceOf(std::string_view prefix) const noexcept;
 	std::string LinkName() const;
 	void EditOverrides(StartTagEditor& tag, const ElementBase& element, complete::Tag name,
 					   const std::vector<const complete::Rule*>& changes);
@@ -110,7 +115,12 @@ private:
 
 	std::string Format(const ElementBase& element, complete::Tag name, const complete::Rule& rule,
 					   bool isDeclaration) const;
-	const ForcedProperty* FindForced(const ElementBase& element, const complete::Rule& rule) const noexcept;
+	std::span<const ForcedProperty> ForcedOn(const ElementBase& element) const noexcept;
+	std::vector<ForcedProperty> ForcedOnNew(const ElementBase& element, complete::Tag name);
+	std::optional<ForcedProperty> ForceAgainstSheets(std::uint32_t record, complete::Tag name,
+													 const complete::Rule& rule);
+	bool ReachesBelow(const ElementBase& element, const complete::Rule& rule) const noexcept;
+	SourceSheets& Sheets();
 	ValueStyle StyleFor(bool isDeclaration) const noexcept;
 
 	const WriteRequest& _request;
@@ -119,7 +129,9 @@ private:
 	std::vector<std::uint32_t> _nextSibling;
 	std::optional<RecordFinder> _finder;
 	TextEdits _edits;
-	std::string _prefix; ///< Of new elements' tags.
+	std::string _prefix;                 ///< Of new elements' tags.
+	std::optional<SourceSheets> _sheets; ///< Made when something was edited.
+	bool _areSheetsSure = true;
 	bool _needsCheck = false;
 	bool _hasLinks = false;           ///< A link was written with the usual prefix.
 	std::uint32_t _scope = kNoRecord; ///< Where prefixes are looked for.

@@ -120,6 +120,7 @@ void TreeWriter::EditChildren(std::uint32_t record, const ElementBase& element)
 	const std::vector<Child> children = ListChildren(record, element);
 	const bool isInText = IsInText(element);
 	_needsCheck |= isInText;
+	_areSheetsSure = _areSheetsSure && _request.asksSheets && !Sheets().LookAround();
 	std::size_t next = 0;
 	for (std::uint32_t child = _firstChild[record]; child != kNoRecord; child = _nextSibling[child])
 	{
@@ -153,6 +154,9 @@ std::string TreeWriter::LineOf(std::uint32_t record) const
 void TreeWriter::RemoveRecord(std::uint32_t record, bool isInText)
 {
 	const SourceElement& at = Record(record);
+	for (std::uint32_t below = record; below < _source->elements.GetCount() && Record(below).begin < at.end; below++)
+		_areSheetsSure =
+			_areSheetsSure && (Record(below).IsRun() || WithoutPrefix(_source->NameOf(Record(below))) != "style");
 	// The element's line goes with it, or what of a line it has begun.
 	const std::size_t line = isInText || at.IsRun() ? 0 : LineOf(record).size();
 	_edits.Replace(at.begin - line, at.end, {});

@@ -83,6 +83,16 @@ void TreeWriter::WriteElement(std::string& text, const ElementBase& element, con
 	WriteContent(text, element, tag, layout, isInText);
 }
 
+/// What an element that is written anew has to say against the style sheets.
+std::vector<ForcedProperty> TreeWriter::ForcedOnNew(const ElementBase& element, Tag name)
+{
+	const std::span<const ForcedProperty> known = ForcedOn(element);
+	if (!known.empty() || !_request.asksSheets || !_source->isComplete)
+		return {known.begin(), known.end()};
+	_areSheetsSure = _areSheetsSure && ClassKindOf(element) != Kind::style;
+	return Sheets().FindDifferences(element, name);
+}
+
 void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, Tag name)
 {
 	const auto add = [&text](std::string_view attribute, std::string_view value)
@@ -95,12 +105,13 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 	};
 	StyleEditor style{{}};
 	bool preservesSpace = false;
+	const std::vector<ForcedProperty> allForced = ForcedOnNew(element, name);
 	for (const Rule* rule : ListRules(element, name))
 	{
 		std::string exact;
 		if (FormatAttribute(exact, element, *rule, name, {}) == Formatted::absent)
 			continue;
-		const ForcedProperty* const forced = FindForced(element, *rule);
+		const ForcedProperty* const forced = FindForced(allForced, *rule);
 		if (forced != nullptr || rule->role == complete::Role::declaration)
 		{
 			style.Set(*rule, Format(element, name, *rule, true), forced != nullptr && forced->isImportant);
@@ -126,14 +137,11 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 			add(rule->name, value);
 		}
 	}
-	if (const auto forced = _request.forced.find(&element); forced != _request.forced.end())
+	for (const ForcedProperty& property : allForced)
 	{
-		for (const ForcedProperty& property : forced->second)
-		{
-			const Rule& rule = *FindWritingRule(property.number);
-			if (std::string none; FormatAttribute(none, element, rule, name, {}) == Formatted::absent)
-				style.Set(rule, "unset", property.isImportant);
-		}
+		const Rule& rule = *FindWritingRule(property.number);
+		if (std::string none; FormatAttribute(none, element, rule, name, {}) == Formatted::absent)
+			style.Set(rule, "unset", property.isImportant);
 	}
 	if (!style.IsBlank())
 		add("style", style.GetText());

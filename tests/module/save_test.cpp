@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// Saving: what stays as it was, what changes where, and what is refused.
+#include "svg_edit.h"
 #include "svg_source.h"
 
 #include "support/svg_module.h"
@@ -260,6 +261,53 @@ TEST_F(Saving, LetsSheetsAndEntitiesStand)
 			Set(entities, "rect", "x", "2");
 			return SavedText(entities);
 		}());
+}
+
+TEST_F(Saving, WeighsEditsAgainstSheets)
+{
+	const auto edit = [](std::string_view sheet, std::string_view content, std::string_view selector,
+						 std::string_view name, std::string_view value, std::string_view clientSheet = {})
+	{
+		const std::string head = "<svg><style>" + std::string(sheet) + "</style>";
+		const SVGDocumentRef document = Open(head + std::string(content) + "</svg>", true, clientSheet);
+		Set(document, selector, name, value);
+		const std::string saved = SavedText(document);
+		return saved.starts_with(head) ? saved.substr(head.size(), saved.size() - head.size() - 6) : saved;
+	};
+	// What the sheets say about other elements or properties, or cannot say at all, takes nothing.
+	EXPECT_EQ("<rect fill='lime'/>",
+			  edit("path,.a{fill:red} rect{stroke:red;fill:7}", "<rect fill='blue'/>", "rect", "fill", "lime"));
+	// Shorthands, siblings, and the client's sheet.
+	EXPECT_EQ("<text style=\"font-size:3px\"/>", edit("text{font:1px a}", "<text/>", "text", "font-size", "3px"));
+	EXPECT_EQ("<g/><!-- --><rect style=\"fill:lime\"/><rect/>",
+			  edit("g+rect{fill:red}", "<g/><!-- --><rect/><rect/>", "rect", "fill", "lime"));
+	EXPECT_EQ("<rect/><rect fill=\"lime\"/>",
+			  edit("rect:first-child,rect:nth-child(2){fill:red}", "<rect/><rect/>", "rect~rect", "fill", "lime"));
+	EXPECT_EQ("<rect style=\"fill:lime!important\"/>",
+			  edit("rect{fill:red}", "<rect/>", "rect", "fill", "lime", "rect{fill:blue!important}"));
+	// Selectors that look at what is edited: what they found is kept, on other elements, too.
+	EXPECT_EQ("<rect id='b' style=\"fill:red\"/><g style=\"fill:red\"/>",
+			  edit("#a,#a+g{fill:red}", "<rect id='a'/><g/>", "rect", "id", "b"));
+	EXPECT_EQ("<rect class='b' style=\"fill:red\"/>", edit(".a{fill:red}", "<rect class='a'/>", "rect", "class", "b"));
+	EXPECT_EQ("<rect x='2' style=\"fill:red\"/>", edit("[x='1']{fill:red}", "<rect x='1'/>", "rect", "x", "2"));
+	EXPECT_EQ("<a href=\"b\" style=\"fill:unset\"/>", edit(":link{fill:red}", "<a/>", "a", "href", "b"));
+	// Children that take the value, and foreign elements, whose attributes are not SVG's.
+	EXPECT_EQ("<g opacity='.3'><path opacity='inherit' style=\"opacity:.2\"/></g>",
+			  edit("", "<g opacity='.2'><path opacity='inherit'/></g>", "g", "opacity", ".3"));
+	EXPECT_EQ("<a:g xmlns:a='b' class=\"c\"/>", edit("", "<a:g xmlns:a='b'/>", "g", "class", "c"));
+	// New elements say against the sheets what they say, and that they say nothing.
+	const SVGDocumentRef document =
+		Open("<svg><style>rect{fill:red;stroke:red!important;opacity:.5}</style><g/><rect/></svg>");
+	Must(Cast<SVGElementEditInterface>(First(document, "rect:last-child"))->Remove());
+	const SVGElementRef rect = Make("svgrectelement");
+	Must(rect->SetFill(Paint(0, 0, 1)));
+	Must(rect->SetOpacity(0.5));
+	Insert(rect, First(document, "g"));
+	EXPECT_EQ("<g><rect opacity=\".5\" style=\"fill:#00f;stroke:unset!important\"/></g></svg>",
+			  SavedText(document).substr(66));
+	// Without its sheet the drawing stays the same.
+	Must(Cast<SVGElementEditInterface>(First(document, "style"))->Remove());
+	EXPECT_EQ("<svg><g><rect opacity=\".5\" fill=\"#00f\"/></g></svg>", SavedText(document));
 }
 
 TEST_F(Saving, WritesInTheEncodingOfTheFile)

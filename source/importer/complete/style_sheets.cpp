@@ -37,19 +37,16 @@ bool IsStyle(const XmlNode& node) noexcept
 	return space == kSvgNamespace || space.empty();
 }
 
-/// Whether the sheet of a style element is one of CSS for screens. Media queries with conditions never hold.
-bool IsForScreens(const XmlNode& style) noexcept
+} // namespace
+
+bool IsSheetForScreens(std::string_view type, std::string_view media) noexcept
 {
-	const std::string_view type = AttributeOf(style, "type");
-	const std::string_view media = AttributeOf(style, "media");
 	constexpr std::string_view kCss = "text/css";
 	const bool isCss = type.empty() || css::EqualsIgnoringCase(type, kCss);
 	return isCss && (media.find_first_not_of(" \t\r\n") == media.npos ||
 					 ((media.find("screen") != media.npos || media.find("all") != media.npos) &&
 					  media.find('(') == media.npos && media.find("not") == media.npos));
 }
-
-} // namespace
 
 // XmlElementView -----------------------------------------------------------------------------------------------------
 
@@ -204,7 +201,7 @@ Result<void> StyleSheets::Collect(const XmlNode& root, std::string_view clientSh
 /// The text of a style element is that of all character data in it.
 Result<void> StyleSheets::AddElement(const XmlNode& style)
 {
-	if (!IsForScreens(style) || style.first_node() == nullptr)
+	if (!IsSheetForScreens(AttributeOf(style, "type"), AttributeOf(style, "media")) || style.first_node() == nullptr)
 		return {};
 	const auto isText = [](const XmlNode& node)
 	{
