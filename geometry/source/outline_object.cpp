@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "outline_object.h"
 
+#include "combine.h"
 #include "inside.h"
 #include "stroke_edges.h"
 
@@ -15,6 +16,13 @@ Result<void> CheckTolerance(Float tolerance) noexcept
 {
 	if (!(tolerance > 0.0 && tolerance <= kLargest))
 		return IllegalArgumentError("A tolerance of @ makes no sense.", tolerance);
+	return {};
+}
+
+Result<void> CheckRule(SVGFillRule rule) noexcept
+{
+	if (rule != SVGFillRule::nonzero && rule != SVGFillRule::evenodd)
+		return IllegalArgumentError("There is no fill rule @.", static_cast<int>(rule));
 	return {};
 }
 
@@ -108,6 +116,28 @@ Result<SVGOutlineRef> OutlineObject::GetStroke(const SVGStroke& stroke, Float to
 {
 	ORVAN_TRY(CheckTolerance(tolerance));
 	return Make(ORVAN_TRY(GetStrokeEdges(_outline, {}, stroke, {}, tolerance)));
+}
+
+Result<SVGOutlineRef> OutlineObject::Combine(const SVGOutlineRef& other, SVGOutlineOperation operation,
+											 SVGFillRule rule, SVGFillRule otherRule, Float tolerance) const noexcept
+{
+	if (!(tolerance >= 0.0 && tolerance <= kLargest))
+		return IllegalArgumentError("A tolerance of @ makes no sense.", tolerance);
+	if (operation < SVGOutlineOperation::unite || operation > SVGOutlineOperation::exclude)
+		return IllegalArgumentError("There is no operation @ on outlines.", static_cast<int>(operation));
+	for (const SVGFillRule given : {rule, otherRule})
+		ORVAN_TRY(CheckRule(given));
+	if (!other)
+		return Make(ORVAN_TRY(geometry::Combine(_outline, rule, {}, otherRule, operation, tolerance)));
+	// Outlines come from this module, but whoever implements the interface may hand one in.
+	const drawing::Outline second(ORVAN_TRY(other->GetPath()));
+	return Make(ORVAN_TRY(geometry::Combine(_outline, rule, second, otherRule, operation, tolerance)));
+}
+
+Result<Float> OutlineObject::GetArea(SVGFillRule rule) const noexcept
+{
+	ORVAN_TRY(CheckRule(rule));
+	return GetSignedArea(ORVAN_TRY(geometry::Combine(_outline, rule, {}, rule, SVGOutlineOperation::unite, 0.0)));
 }
 
 } // namespace orvan::geometry

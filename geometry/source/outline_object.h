@@ -27,6 +27,9 @@ public:
 	Result<SVGOutlineRef> Transform(const Matrix2d& transform) const noexcept;
 	Result<SVGOutlineRef> Flatten(Float tolerance) const noexcept;
 	Result<SVGOutlineRef> GetStroke(const SVGStroke& stroke, Float tolerance) const noexcept;
+	Result<SVGOutlineRef> Combine(const SVGOutlineRef& other, SVGOutlineOperation operation, SVGFillRule rule,
+								  SVGFillRule otherRule, Float tolerance) const noexcept;
+	Result<Float> GetArea(SVGFillRule rule) const noexcept;
 
 private:
 	/// Makes the table of lengths where there is none.
