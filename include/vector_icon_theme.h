@@ -8,7 +8,8 @@
 ///
 /// A theme is put over the tree that was loaded, without reading the file again, and over each tree that is loaded
 /// later, reloads included. Taking it away, or putting another in its place, brings back what the attributes were
-/// before. It changes attributes like a client does: observers are told, and a document with a history can undo it.
+/// before. It changes attributes like a client does: observers are told, and a document with a history can undo it. It
+/// is no edit of the file: what is saved is what the elements say without it, and with what clients changed besides.
 ///
 /// Icons that are to be themed want the complete import (`SVGImportOptions::isComplete`): the plain one keeps neither
 /// currentColor nor classes.

@@ -32,9 +32,9 @@ Result<void> CopyEntries(const DataDictionary& from, const DataDictionary& which
 
 } // namespace
 
-Result<BaseArray<IconTheme::Cover>> IconTheme::CoversOf(Document& document, const Content& content) noexcept
+Result<BaseArray<AttributeCover>> IconTheme::CoversOf(Document& document, const Content& content) noexcept
 {
-	BaseArray<Cover> covers;
+	BaseArray<AttributeCover> covers;
 	const SVGElementRef& root = document.GetRootElement();
 	if (!root)
 		return covers;
@@ -61,18 +61,18 @@ Result<BaseArray<IconTheme::Cover>> IconTheme::CoversOf(Document& document, cons
 
 /// Takes the present covers away and puts others in their place, as one edit of the document. Its observers find the
 /// new theme in place.
-Result<void> IconTheme::Replace(Document& document, const Content& content, BaseArray<Cover> covers) noexcept
+Result<void> IconTheme::Replace(Document& document, const Content& content, BaseArray<AttributeCover> covers) noexcept
 {
 	return document.EditTogether(
 		[&]() noexcept -> Result<void>
 		{
-			for (const Cover& cover : _covered)
+			for (const AttributeCover& cover : _covered)
 			{
 				DataDictionary bare = ElementOf(cover.element).GetAttributeDictionary();
 				ORVAN_TRY(CopyEntries(cover.before, cover.values, bare));
 				ORVAN_TRY(document.SetAttributesTogether(ElementOf(cover.element), std::move(bare)));
 			}
-			for (Cover& cover : covers)
+			for (AttributeCover& cover : covers)
 			{
 				cover.before = ElementOf(cover.element).GetAttributeDictionary();
 				DataDictionary covered = cover.before;
@@ -94,8 +94,8 @@ Result<void> IconTheme::Apply(Document& document) noexcept
 {
 	if (!_content.currentColor && _content.styleSheet.IsEmpty())
 		return {};
-	BaseArray<Cover> covers = ORVAN_TRY(CoversOf(document, _content));
-	BaseArray<Cover> former = std::move(_covered);
+	BaseArray<AttributeCover> covers = ORVAN_TRY(CoversOf(document, _content));
+	BaseArray<AttributeCover> former = std::move(_covered);
 	Result<void> replaced = Replace(document, Content(_content), std::move(covers));
 	if (!replaced.IsOk())
 		_covered = std::move(former);

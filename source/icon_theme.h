@@ -2,9 +2,10 @@
 /// The theme of an icon, as it is put over a tree.
 #pragma once
 
-#include "svg_elements.h"
+#include "writer/attribute_cover.h"
 
 #include <optional>
+#include <span>
 
 namespace orvan::svg
 {
@@ -34,6 +35,12 @@ public:
 	/// Puts the theme over a tree that never had it, whose document may become the icon's.
 	Result<void> Apply(Document& document) noexcept;
 
+	/// The elements that the theme says something about, and what.
+	std::span<const AttributeCover> GetCovers() const noexcept
+	{
+		return {_covered.begin(), _covered.GetCount()};
+	}
+
 	/// Forgets what there was before the theme, with the tree.
 	void ForgetTree() noexcept
 	{
@@ -41,19 +48,11 @@ public:
 	}
 
 private:
-	/// An element that the theme says something about.
-	struct Cover
-	{
-		SVGElementRef element;
-		DataDictionary values; ///< What the theme says.
-		DataDictionary before; ///< The attributes without it.
-	};
-
-	static Result<BaseArray<Cover>> CoversOf(Document& document, const Content& content) noexcept;
-	Result<void> Replace(Document& document, const Content& content, BaseArray<Cover> covers) noexcept;
+	static Result<BaseArray<AttributeCover>> CoversOf(Document& document, const Content& content) noexcept;
+	Result<void> Replace(Document& document, const Content& content, BaseArray<AttributeCover> covers) noexcept;
 
 	Content _content;
-	BaseArray<Cover> _covered;
+	BaseArray<AttributeCover> _covered;
 };
 
 } // namespace orvan::svg

@@ -10,6 +10,7 @@
 #include "svg_edit.h"
 #include "svg_import.h"
 #include "svg_source.h"
+#include "writer/attribute_cover.h"
 #include "writer/document_source.h"
 
 #include <span>
@@ -74,11 +75,16 @@ public:
 	bool IsFromUrl() const noexcept;
 	/// The file that the tree was read from, as it was then; empty where there was none.
 	const FileStamp& GetStamp() const noexcept;
-	/// As the methods of the interface, but the "display" of some elements, which is the icon's business, is not saved.
-	Result<void> SaveWithout(std::span<const ElementBase* const> switched, const Url& url,
-							 const SVGSaveOptions& options) noexcept;
-	Result<BaseArray<char>> SaveToMemoryWithout(std::span<const ElementBase* const> switched,
-												const SVGSaveOptions& options) const noexcept;
+	/// What is the icon's business and not saved.
+	struct NotSaved
+	{
+		std::span<const AttributeCover> covers = {};       ///< Its theme.
+		std::span<const ElementBase* const> switched = {}; ///< Its layers, whose "display" it sets.
+	};
+
+	/// As the methods of the interface.
+	Result<void> SaveWithout(const NotSaved& without, const Url& url, const SVGSaveOptions& options) noexcept;
+	Result<BaseArray<char>> SaveToMemoryWithout(const NotSaved& without, const SVGSaveOptions& options) const noexcept;
 	/// True when the file at the document's URL is what `Save` has last put there.
 	bool IsSavedFile() const noexcept;
 	/// Lets go of the tree and the ids, without taking the tree apart, and takes over those of `other`.

@@ -186,14 +186,13 @@ Result<BaseArray<char>> Document::SaveToMemory(const SVGSaveOptions& options) co
 	return SaveToMemoryWithout({}, options);
 }
 
-Result<void> Document::SaveWithout(std::span<const ElementBase* const> switched, const Url& url,
-								   const SVGSaveOptions& options) noexcept
+Result<void> Document::SaveWithout(const NotSaved& without, const Url& url, const SVGSaveOptions& options) noexcept
 {
 	const Url target = url;
 	if (_isPlaceholder)
 		return IllegalStateError("The content of '@' was refused when it was loaded: there is nothing to save.",
 								 _url.GetText());
-	const SaveRequest request{_rootElement, _source.get(), _options, options, switched};
+	const SaveRequest request{_rootElement, _source.get(), _options, options, without.covers, without.switched};
 	const BaseArray<char> bytes = ORVAN_TRY(MakeSavedBytes(request, PackingFor(target)));
 	const FileStamp stamp = ORVAN_TRY(target.Replace(bytes.begin(), static_cast<std::int64_t>(bytes.GetCount())));
 	// The document's own file, under whatever name.
@@ -206,13 +205,13 @@ Result<void> Document::SaveWithout(std::span<const ElementBase* const> switched,
 	return {};
 }
 
-Result<BaseArray<char>> Document::SaveToMemoryWithout(std::span<const ElementBase* const> switched,
+Result<BaseArray<char>> Document::SaveToMemoryWithout(const NotSaved& without,
 													  const SVGSaveOptions& options) const noexcept
 {
 	if (_isPlaceholder)
 		return IllegalStateError("The content of '@' was refused when it was loaded: there is nothing to save.",
 								 _url.GetText());
-	const SaveRequest request{_rootElement, _source.get(), _options, options, switched};
+	const SaveRequest request{_rootElement, _source.get(), _options, options, without.covers, without.switched};
 	return MakeSavedBytes(request, Packing::asSource);
 }
 

@@ -133,13 +133,13 @@ Result<BaseArray<const ElementBase*>> VectorIconImpl::ListSwitched() const noexc
 Result<void> VectorIconImpl::Save(const Url& url, const SVGSaveOptions& options) noexcept
 {
 	const BaseArray<const ElementBase*> switched = ORVAN_TRY(ListSwitched());
-	return Content().SaveWithout(switched, url, options);
+	return Content().SaveWithout({_theme.GetCovers(), switched}, url, options);
 }
 
 Result<BaseArray<char>> VectorIconImpl::SaveToMemory(const SVGSaveOptions& options) const noexcept
 {
 	const BaseArray<const ElementBase*> switched = ORVAN_TRY(ListSwitched());
-	return Content().SaveToMemoryWithout(switched, options);
+	return Content().SaveToMemoryWithout({_theme.GetCovers(), switched}, options);
 }
 
 bool VectorIconImpl::HasSource() const noexcept

@@ -73,6 +73,12 @@ Tag TagOfElement(const ElementBase& element, const DocumentSource* source, const
 Formatted FormatAttribute(std::string& text, const ElementBase& element, const Rule& rule, Tag tag,
 						  const ValueStyle& style)
 {
+	return FormatAttribute(text, element, element.Attributes(), rule, tag, style);
+}
+
+Formatted FormatAttribute(std::string& text, const ElementBase& element, const DataDictionary& attributes,
+						  const Rule& rule, Tag tag, const ValueStyle& style)
+{
 	switch (rule.number)
 	{
 	case Number::id:
@@ -106,10 +112,10 @@ Formatted FormatAttribute(std::string& text, const ElementBase& element, const R
 	default:
 		break;
 	}
-	return FormatEntry(text, element.Attributes(), rule, tag, style);
+	return FormatEntry(text, attributes, rule, tag, style);
 }
 
-std::vector<const Rule*> ListRules(const ElementBase& element, Tag tag)
+std::vector<const Rule*> ListRules(const ElementBase& element, const DataDictionary& attributes, Tag tag)
 {
 	std::vector<const Rule*> rules;
 	const auto add = [&](const Rule* rule)
@@ -121,7 +127,7 @@ std::vector<const Rule*> ListRules(const ElementBase& element, Tag tag)
 	};
 	if (!element.GetId().IsEmpty())
 		add(FindRule("id"));
-	for (const DataDictionary::Entry& entry : element.Attributes())
+	for (const DataDictionary::Entry& entry : attributes)
 		add(FindWritingRule(WrittenAs(static_cast<Number>(entry.key))));
 	add(FindRule("transform"));
 	if (ClassKindOf(element) == Kind::path)

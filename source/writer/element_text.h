@@ -22,9 +22,14 @@ complete::Tag TagOfElement(const ElementBase& element, const DocumentSource* sou
 Formatted FormatAttribute(std::string& text, const ElementBase& element, const complete::Rule& rule, complete::Tag tag,
 						  const ValueStyle& style);
 
-/// The rules of all that an element says: the id first, then by their numbers, each once. Throws a `SaveError` for an
-/// entry of the dictionary that has no name.
-std::vector<const complete::Rule*> ListRules(const ElementBase& element, complete::Tag tag);
+/// The same, as if the element had these attributes in its dictionary.
+Formatted FormatAttribute(std::string& text, const ElementBase& element, const DataDictionary& attributes,
+						  const complete::Rule& rule, complete::Tag tag, const ValueStyle& style);
+
+/// The rules of all that an element with these attributes says: the id first, then by their numbers, each once. Throws
+/// a `SaveError` for an entry of the dictionary that has no name.
+std::vector<const complete::Rule*> ListRules(const ElementBase& element, const DataDictionary& attributes,
+											 complete::Tag tag);
 
 /// Whether the complete import reads a text as a value that is written like `expected`.
 bool ReadsAs(const complete::Rule& rule, complete::Tag tag, std::string_view text, grammar::Source source,

@@ -21,7 +21,7 @@ Result<BaseArray<char>> CopyOf(std::string_view bytes) noexcept
 
 /// Loads what was written as it will be loaded, and looks whether it is what was meant. The result tells whether it has
 /// to be written once more.
-Result<bool> Check(const SaveRequest& request, const ElementBase& root, std::string_view bytes,
+Result<bool> Check(const SaveRequest& request, const WriteRequest& written, std::string_view bytes,
 				   ForcedProperties& forced)
 {
 	SVGImportOptions options = request.importOptions;
@@ -37,25 +37,22 @@ Result<bool> Check(const SaveRequest& request, const ElementBase& root, std::str
 		throw SaveError("The saved file could not be loaded. " +
 						(report.findings.IsEmpty() ? std::string() : std::string(report.findings[0].message.View())));
 	}
-	return FindCascadeDifferences(root, request.source, *ElementOf(loaded.root), forced);
+	return FindCascadeDifferences(written, *ElementOf(loaded.root), forced);
 }
 
 /// The bytes as the source has them packed or not, with edits.
 Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& root, bool& isPacked)
 {
 	const bool isEdit = request.source != nullptr && request.options.mode == SVGSaveMode::edit;
+	const SavedAttributes attributes(request.covers, request.switched, request.source);
 	ForcedProperties forced;
 	bool asksSheets = isEdit;
 	// As the sheets want it, by itself, in its style attribute, and with "!important": more a property cannot do.
 	constexpr int kMostAttempts = 5;
 	for (int attempt = 0;; attempt++)
 	{
-		const WriteRequest writing{root,
-								   request.source,
-								   request.options,
-								   request.switched,
-								   forced,
-								   request.importOptions.styleSheet.View(),
+		const WriteRequest writing{root,       request.source, request.options,
+								   attributes, forced,         request.importOptions.styleSheet.View(),
 								   asksSheets};
 		TreeWriter writer(writing);
 		std::string bytes;
@@ -78,7 +75,7 @@ Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& roo
 			bytes = writer.WriteWhole();
 		isPacked = false;
 		const bool isExact = request.options.precision == SVGSaveOptions::kExact;
-		if (!writer.NeedsCheck() || !isExact || !ORVAN_TRY(Check(request, root, bytes, forced)))
+		if (!writer.NeedsCheck() || !isExact || !ORVAN_TRY(Check(request, writing, bytes, forced)))
 			return CopyOf(bytes);
 		asksSheets = false;
 		if (attempt == kMostAttempts)

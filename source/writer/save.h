@@ -3,7 +3,7 @@
 #pragma once
 
 #include "svg_source.h"
-#include "writer/document_source.h"
+#include "writer/saved_attributes.h"
 
 #include <span>
 
@@ -17,8 +17,10 @@ struct SaveRequest
 	const DocumentSource* source; ///< Null when there is none.
 	const SVGImportOptions& importOptions;
 	const SVGSaveOptions& options;
+	/// What lies over attributes and is not the file's business.
+	std::span<const AttributeCover> covers = {};
 	/// Elements whose "display" is not the file's business.
-	std::span<const ElementBase* const> switched;
+	std::span<const ElementBase* const> switched = {};
 };
 
 /// Whether the file is packed.

@@ -286,7 +286,8 @@ SourceSheets::Saying SourceSheets::Find(std::uint32_t record, complete::Tag tag,
 	return saying;
 }
 
-std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& element, complete::Tag tag)
+std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& element, const DataDictionary& attributes,
+														  complete::Tag tag)
 {
 	std::vector<ForcedProperty> differences;
 	if (!_cascade)
@@ -313,7 +314,7 @@ std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& ele
 			continue;
 		std::string wanted;
 		std::string found;
-		const bool differs = FormatAttribute(wanted, element, *written, tag, {}) !=
+		const bool differs = FormatAttribute(wanted, element, attributes, *written, tag, {}) !=
 								 FormatAttribute(found, *ElementOf(read), *written, tag, {}) ||
 							 wanted != found;
 		std::erase_if(differences, [&](const ForcedProperty& property) { return property.number == written->number; });

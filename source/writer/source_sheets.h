@@ -57,8 +57,9 @@ public:
 	Saying Find(std::uint32_t record, complete::Tag tag, const complete::Rule& rule);
 
 	/// The properties that the sheets say otherwise on an element that is not in the source: one that will stand there
-	/// with this tag.
-	std::vector<ForcedProperty> FindDifferences(const ElementBase& element, complete::Tag tag);
+	/// with this tag and these attributes.
+	std::vector<ForcedProperty> FindDifferences(const ElementBase& element, const DataDictionary& attributes,
+												complete::Tag tag);
 
 	/// Whether a selector may look at an attribute of this name.
 	bool LookAt(std::string_view attribute) const noexcept;

@@ -21,7 +21,8 @@ namespace
 class Comparison
 {
 public:
-	Comparison(const DocumentSource* source, ForcedProperties& forced) noexcept : _source(source), _forced(forced)
+	Comparison(const DocumentSource* source, const SavedAttributes& attributes, ForcedProperties& forced) noexcept
+		: _source(source), _attributes(attributes), _forced(forced)
 	{
 		if (source != nullptr)
 			_finder.emplace(*source);
@@ -88,8 +89,8 @@ private:
 		{
 			std::string wanted;
 			std::string found;
-			const Formatted isWanted = Format(wanted, saved, *rule, name);
-			const Formatted isFound = Format(found, loaded, *rule, name);
+			const Formatted isWanted = Format(wanted, saved, _attributes.Of(saved), *rule, name);
+			const Formatted isFound = Format(found, loaded, loaded.Attributes(), *rule, name);
 			if (isWanted == isFound && wanted == found)
 				continue;
 			// What does not count says nothing, and blanks of a text were kept for its sake.
@@ -100,7 +101,7 @@ private:
 	}
 
 	/// The rules of what is not the very same on both. Nearly all of most files is, and texts need not be made of it.
-	static std::vector<const Rule*> ListDifferences(const ElementBase& saved, const ElementBase& loaded, Tag name)
+	std::vector<const Rule*> ListDifferences(const ElementBase& saved, const ElementBase& loaded, Tag name) const
 	{
 		std::vector<const Rule*> rules;
 		const auto add = [&rules](const Rule* rule)
@@ -118,11 +119,8 @@ private:
 					add(FindWritingRule(WrittenAs(static_cast<Number>(entry.key))));
 			}
 		};
-		if (!saved.Attributes().IsSameObject(loaded.Attributes()))
-		{
-			addDifferent(saved.Attributes(), loaded.Attributes());
-			addDifferent(loaded.Attributes(), saved.Attributes());
-		}
+		addDifferent(_attributes.Of(saved), loaded.Attributes());
+		addDifferent(loaded.Attributes(), _attributes.Of(saved));
 		if (saved.GetLocalTransform() != loaded.GetLocalTransform())
 			add(complete::FindRule("transform"));
 		if (HashPath(saved) != HashPath(loaded))
@@ -132,40 +130,12 @@ private:
 		return rules;
 	}
 
-	/// Whether a dictionary has an entry of another one with the same value. Values of types that are rare may be equal
-	/// all the same when it says no.
-	static bool HasSame(const DataDictionary& values, const DataDictionary& others,
-						const DataDictionary::Entry& entry) noexcept
-	{
-		const auto isSame = [&]<typename T>(const auto& equals, const T* other)
-		{
-			const T* const own = other != nullptr ? values.Find<T>(entry.key) : nullptr;
-			return own != nullptr && equals(*own, *other);
-		};
-		const auto equals = []<typename T>(const T& a, const T& b)
-		{
-			return a == b;
-		};
-		const auto equalLengths = [](const SVGLength& a, const SVGLength& b)
-		{
-			return a.value == b.value && a.unit == b.unit;
-		};
-		const auto equalPaints = [](const SVGPaint& a, const SVGPaint& b)
-		{
-			return a.type == b.type && a.color == b.color && a.reference == b.reference && a.fallback == b.fallback &&
-				   a.alpha == b.alpha;
-		};
-		return isSame(equals, others.GetValue<std::int32_t>(entry)) || isSame(equals, others.GetValue<Float>(entry)) ||
-			   isSame(equals, others.GetValue<String>(entry)) ||
-			   isSame(equalLengths, others.GetValue<SVGLength>(entry)) ||
-			   isSame(equalPaints, others.GetValue<SVGPaint>(entry));
-	}
-
-	static Formatted Format(std::string& text, const ElementBase& element, const Rule& rule, Tag name)
+	static Formatted Format(std::string& text, const ElementBase& element, const DataDictionary& attributes,
+							const Rule& rule, Tag name)
 	{
 		// The path counts, not the form that it is written in.
 		const bool isPath = rule.number == Number::points;
-		const Formatted formatted = FormatAttribute(text, element, isPath ? *complete::FindRule("d") : rule,
+		const Formatted formatted = FormatAttribute(text, element, attributes, isPath ? *complete::FindRule("d") : rule,
 													isPath ? TagOf(Kind::path) : name, {});
 		if (rule.number == Number::display && text == "inline")
 		{
@@ -194,6 +164,7 @@ private:
 	}
 
 	const DocumentSource* _source;
+	const SavedAttributes& _attributes;
 	std::optional<RecordFinder> _finder;
 	ForcedProperties& _forced;
 	bool _hasForced = false;
@@ -201,11 +172,10 @@ private:
 
 } // namespace
 
-bool FindCascadeDifferences(const ElementBase& saved, const DocumentSource* source, const ElementBase& loaded,
-							ForcedProperties& forced)
+bool FindCascadeDifferences(const WriteRequest& saved, const ElementBase& loaded, ForcedProperties& forced)
 {
-	Comparison comparison(source, forced);
-	comparison.Compare(saved, loaded);
+	Comparison comparison(saved.source, saved.attributes, forced);
+	comparison.Compare(saved.root, loaded);
 	return comparison.HasForced();
 }
 

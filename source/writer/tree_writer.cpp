@@ -63,7 +63,7 @@ ValueStyle TreeWriter::StyleFor(bool isDeclaration) const noexcept
 std::string TreeWriter::Format(const ElementBase& element, Tag name, const Rule& rule, bool isDeclaration) const
 {
 	std::string text;
-	if (FormatAttribute(text, element, rule, name, StyleFor(isDeclaration)) != Formatted::text)
+	if (FormatAttribute(text, element, AttributesOf(element), rule, name, StyleFor(isDeclaration)) != Formatted::text)
 	{
 		throw SaveError("The attribute \"" + std::string(rule.name) + "\" of " + Describe(element, name) +
 						" has a value that cannot be written.");
@@ -167,7 +167,7 @@ std::vector<const Rule*> TreeWriter::ListChanges(std::uint32_t record, const Ele
 	std::vector<const Rule*> changes;
 	if (loaded.id != element.GetId())
 		changes.push_back(FindRule("id"));
-	if (!loaded.attributes.IsSameObject(element.Attributes()))
+	if (!loaded.attributes.IsSameObject(AttributesOf(element)))
 	{
 		const auto compare = [&](const DataDictionary::Entry& entry)
 		{
@@ -179,20 +179,18 @@ std::vector<const Rule*> TreeWriter::ListChanges(std::uint32_t record, const Ele
 			std::string before;
 			std::string after;
 			const Formatted wasThere = FormatEntry(before, loaded.attributes, *rule, name, {});
-			const Formatted isThere = FormatEntry(after, element.Attributes(), *rule, name, {});
+			const Formatted isThere = FormatEntry(after, AttributesOf(element), *rule, name, {});
 			if (wasThere == isThere && before == after)
 				return;
 			if (rule->number == Number::display)
 			{
-				// That an icon shows a layer which was not hidden says nothing.
-				const bool saysNothing = wasThere == Formatted::absent && after == "inline";
-				if (saysNothing ||
-					std::find(_request.switched.begin(), _request.switched.end(), &element) != _request.switched.end())
+				// That a layer which was not hidden is shown says nothing.
+				if (wasThere == Formatted::absent && after == "inline")
 					return;
 			}
 			changes.push_back(rule);
 		};
-		for (const DataDictionary::Entry& entry : element.Attributes())
+		for (const DataDictionary::Entry& entry : AttributesOf(element))
 			compare(entry);
 		for (const DataDictionary::Entry& entry : loaded.attributes)
 			compare(entry);
@@ -214,12 +212,14 @@ std::string_view TreeWriter::ChooseTag(std::uint32_t record, const ElementBase& 
 	if (isPoints && loaded.path != HashPath(element))
 	{
 		std::string points;
-		if (FormatAttribute(points, element, *FindRule("points"), name, {}) == Formatted::impossible)
+		if (FormatAttribute(points, element, AttributesOf(element), *FindRule("points"), name, {}) ==
+			Formatted::impossible)
 			name = TagOf(Kind::path);
 	}
-	else if (ClassKindOf(element) == Kind::circle && !loaded.attributes.IsSameObject(element.Attributes()))
+	else if (ClassKindOf(element) == Kind::circle && !loaded.attributes.IsSameObject(AttributesOf(element)))
 	{
-		const bool hasRadii = element.HasAttribute(Number::rx) || element.HasAttribute(Number::ry);
+		const bool hasRadii =
+			AttributesOf(element).Has(static_cast<std::int32_t>(Number::rx)) || element.HasAttribute(Number::ry);
 		if (hasRadii != (name == Tag::ellipse) && hasRadii != element.HasAttribute(Number::r))
 			name = hasRadii ? Tag::ellipse : TagOf(Kind::circle);
 	}
@@ -232,7 +232,7 @@ std::string_view TreeWriter::ChooseTag(std::uint32_t record, const ElementBase& 
 void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 {
 	const LoadedElement& loaded = _source->loaded[record];
-	const bool mayHaveChanged = !loaded.attributes.IsSameObject(element.Attributes()) ||
+	const bool mayHaveChanged = !loaded.attributes.IsSameObject(AttributesOf(element)) ||
 								!loaded.id.IsSameObject(element.GetId()) || loaded.path != HashPath(element) ||
 								loaded.transform != HashTransform(element) ||
 								(ClassKindOf(element) == Kind::use && loaded.text != OwnTextOf(element));
@@ -313,7 +313,7 @@ void TreeWriter::EditAttribute(StartTagEditor& tag, const ElementBase& element, 
 							   const ForcedProperty* forced)
 {
 	std::string text;
-	if (FormatAttribute(text, element, rule, name, {}) == Formatted::absent)
+	if (FormatAttribute(text, element, AttributesOf(element), rule, name, {}) == Formatted::absent)
 		RemoveAttribute(tag, rule, forced);
 	else
 		SetAttribute(tag, element, name, rule, forced);
@@ -337,7 +337,7 @@ void TreeWriter::CheckReads(const ElementBase& element, Tag name, const Rule& ru
 	const ValueStyle style = StyleFor(isDeclaration);
 	const grammar::Source source = isDeclaration ? grammar::Source::style : grammar::Source::attribute;
 	std::string exact;
-	FormatAttribute(exact, element, rule, name, {});
+	FormatAttribute(exact, element, AttributesOf(element), rule, name, {});
 	bool reads = true;
 	if (style.isPlain || style.numbers.precision != NumberStyle::kExact)
 	{
@@ -371,7 +371,7 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 	// What the client wrote stands as it was written while it says what the tree says.
 	std::string_view given;
 	std::string exact;
-	FormatAttribute(exact, element, rule, name, {});
+	FormatAttribute(exact, element, AttributesOf(element), rule, name, {});
 	for (const SourceOverride& entry : _source->overrides)
 	{
 		const Rule* const known = FindRule(entry.name.View());
@@ -421,7 +421,7 @@ void TreeWriter::EditOverrides(StartTagEditor& tag, const ElementBase& element, 
 		const Rule* const written = FindWritingRule(WrittenAs(rule->number));
 		std::string now;
 		if (written != nullptr && std::find(changes.begin(), changes.end(), written) == changes.end() &&
-			FormatAttribute(now, element, *written, name, {}) == Formatted::text &&
+			FormatAttribute(now, element, AttributesOf(element), *written, name, {}) == Formatted::text &&
 			ReadsAs(*written, name, entry.text.View(), grammar::Source::attribute, now))
 			SetAttribute(tag, element, name, *written, nullptr);
 	}

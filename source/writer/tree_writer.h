@@ -4,6 +4,7 @@
 
 #include "svg_source.h"
 #include "writer/element_text.h"
+#include "writer/saved_attributes.h"
 #include "writer/source_sheets.h"
 #include "writer/start_tag_editor.h"
 
@@ -23,8 +24,7 @@ struct WriteRequest
 	const ElementBase& root;
 	const DocumentSource* source; ///< Null when there is none.
 	const SVGSaveOptions& options;
-	/// Elements whose "display" is not the file's business: what an icon's state shows and hides.
-	std::span<const ElementBase* const> switched;
+	const SavedAttributes& attributes;
 	const ForcedProperties& forced;
 	std::string_view clientSheet = {}; ///< The client's style sheet, which counted when the document was loaded.
 	/// Where style sheets say something about what was edited, it is written with the weight that wins over them.
@@ -112,6 +112,11 @@ private:
 	void WriteAttributes(std::string& text, const ElementBase& element, complete::Tag name);
 	void WriteContent(std::string& text, const ElementBase& element, std::string_view tag, const Layout& layout,
 					  bool isInText);
+
+	const DataDictionary& AttributesOf(const ElementBase& element) const noexcept
+	{
+		return _request.attributes.Of(element);
+	}
 
 	std::string Format(const ElementBase& element, complete::Tag name, const complete::Rule& rule,
 					   bool isDeclaration) const;

@@ -73,7 +73,8 @@ void TreeWriter::WriteElement(std::string& text, const ElementBase& element, con
 		record == kNoRecord ? complete::TagName(name) : WithoutPrefix(_source->NameOf(Record(record)));
 	std::string points;
 	if ((name == Tag::polygon || name == Tag::polyline) &&
-		FormatAttribute(points, element, *complete::FindRule("points"), name, {}) == Formatted::impossible)
+		FormatAttribute(points, element, AttributesOf(element), *complete::FindRule("points"), name, {}) ==
+			Formatted::impossible)
 		local = "path";
 	if (local.empty() || kind == Kind::unknown)
 		throw SaveError("An element of no kind cannot be written.");
@@ -90,7 +91,7 @@ std::vector<ForcedProperty> TreeWriter::ForcedOnNew(const ElementBase& element, 
 	if (!known.empty() || !_request.asksSheets || !_source->isComplete)
 		return {known.begin(), known.end()};
 	_areSheetsSure = _areSheetsSure && ClassKindOf(element) != Kind::style;
-	return Sheets().FindDifferences(element, name);
+	return Sheets().FindDifferences(element, AttributesOf(element), name);
 }
 
 void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, Tag name)
@@ -106,10 +107,10 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 	StyleEditor style{{}};
 	bool preservesSpace = false;
 	const std::vector<ForcedProperty> allForced = ForcedOnNew(element, name);
-	for (const Rule* rule : ListRules(element, name))
+	for (const Rule* rule : ListRules(element, AttributesOf(element), name))
 	{
 		std::string exact;
-		if (FormatAttribute(exact, element, *rule, name, {}) == Formatted::absent)
+		if (FormatAttribute(exact, element, AttributesOf(element), *rule, name, {}) == Formatted::absent)
 			continue;
 		const ForcedProperty* const forced = FindForced(allForced, *rule);
 		if (forced != nullptr || rule->role == complete::Role::declaration)
@@ -140,7 +141,8 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 	for (const ForcedProperty& property : allForced)
 	{
 		const Rule& rule = *FindWritingRule(property.number);
-		if (std::string none; FormatAttribute(none, element, rule, name, {}) == Formatted::absent)
+		if (std::string none;
+			FormatAttribute(none, element, AttributesOf(element), rule, name, {}) == Formatted::absent)
 			style.Set(rule, "unset", property.isImportant);
 	}
 	if (!style.IsBlank())

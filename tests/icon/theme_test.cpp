@@ -4,6 +4,7 @@
 #include "orvan/host/allocation_failure.h"
 #include "orvan/host/file_monitor_pump.h"
 #include "svg_edit.h"
+#include "svg_source.h"
 #include "vector_icon_theme.h"
 
 #include <thread>
@@ -101,6 +102,39 @@ TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
 	EXPECT_FALSE(icon->GetLayer(Text("r"))->HasAttribute(SVGImportAttribute::width));
 	EXPECT_EQ(1, theme->GetLoadCount());
 	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+}
+
+TEST_F(IconTheme, IsNotSaved)
+{
+	const auto import = Cast<SVGDocumentImportInterface>(icon);
+	SVGImportOptions options = import->GetImportOptions();
+	const auto source = Cast<SVGDocumentSourceInterface>(icon);
+	const auto saved = [&](SVGSaveMode mode = SVGSaveMode::edit)
+	{
+		const BaseArray<char> bytes = Must(source->SaveToMemory({.mode = mode}));
+		return std::string(bytes.begin(), bytes.end());
+	};
+	Must(theme->SetCurrentColor({0.0, 0.0, 1.0}));
+	Must(theme->SetStyleSheet(Text("path { fill: blue; stroke-dasharray: 1 2; opacity: .5 } polygon { fill: blue }")));
+	const std::string whole = saved();
+	EXPECT_EQ(whole.npos, whole.find("color=\"")) << whole;
+	EXPECT_NE(whole.npos, whole.find("<path id=\"p\" stroke=\"currentColor\" class=\"text\" style=\"fill:#0f0\"/>"))
+		<< whole;
+	// With a source nothing was edited, also when the icon shows a layer; what a client edits beside it is saved.
+	options.keepsSource = true;
+	Must(import->SetImportOptions(options));
+	Must(document->Init(Must(Url::FromPath(file.string()))));
+	icon->SetState(SVGIconState::enabledActivatedHighlight);
+	Must(theme->SetStateLayer(Text("State:Busy")));
+	EXPECT_EQ(kThemed, saved());
+	Must(icon->GetLayer(Text("p"))->SetOpacity(0.25));
+	Must(Cast<SVGElementEditInterface>(icon->GetLayer(Text("q")))->RemoveAttribute(SVGImportAttribute::fill));
+	// Which has the result loaded and compared.
+	Must(source->SetAttributeText(icon->GetLayer(Text("r")), Text("class"), Text("x")));
+	std::string expected = kThemed;
+	expected.insert(expected.find("/></g>"), " class=\"x\"");
+	expected.insert(expected.find(" style='fill:lime") + 38, " opacity=\".25\"");
+	EXPECT_EQ(expected, saved());
 }
 
 TEST_F(IconTheme, IsAsBeforeWhenMemoryRunsOut)
