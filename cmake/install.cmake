@@ -1,13 +1,16 @@
 # SPDX-License-Identifier: MIT
-# What `cmake --install` puts where. The modules stand where the program looks for them: in lib/orvan beside bin. The
-# program and further modules say so in their own folders.
+# What `cmake --install` puts where. The modules stand where the program looks for them. The program, further modules and
+# the Python package say so in their own folders. Without a component, a file belongs to the program.
 include(CMakePackageConfigHelpers)
 
+install(TARGETS orvan_svg LIBRARY DESTINATION ${ORVAN_INSTALLED_MODULES})
+install(FILES README.md LICENSE THIRD-PARTY.md CHANGELOG.md DESTINATION share/doc/orvan-svg)
+
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 install(TARGETS orvan_host orvan_host_api orvan_svg_api orvan_svg_render_api EXPORT orvan-svg-targets
 	ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY host/include/ DESTINATION include)
 install(DIRECTORY include/ renderer/include/ DESTINATION include/orvan-svg FILES_MATCHING PATTERN *.h)
-install(TARGETS orvan_svg LIBRARY DESTINATION ${ORVAN_INSTALLED_MODULES})
 
 # How others find it: as a CMake package and with pkg-config, wherever the prefix is moved to.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/orvan-svg)
@@ -22,5 +25,5 @@ file(RELATIVE_PATH ORVAN_PREFIX_FROM_PKGCONFIG /prefix/${CMAKE_INSTALL_LIBDIR}/p
 configure_file(cmake/orvan-svg.pc.in ${PROJECT_BINARY_DIR}/orvan-svg.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvan-svg.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(FILES README.md LICENSE THIRD-PARTY.md CHANGELOG.md DESTINATION share/doc/orvan-svg)
-install(DIRECTORY docs examples DESTINATION share/doc/orvan-svg)
+install(DIRECTORY docs examples DESTINATION share/doc/orvan-svg PATTERN docs/site EXCLUDE)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME program)

@@ -27,8 +27,13 @@ std::string Load(const fs::path& file)
 Modules::Modules(const std::string& folder) : _folder(folder)
 {
 	std::error_code ignored;
-	if (_folder.empty())
-		_folder = fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path() / "lib" / "orvan";
+	if (!_folder.empty())
+		return;
+	const fs::path prefix = fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path();
+	_folder = prefix / ORVAN_INSTALLED_MODULES;
+	// Where the program was built, and where libraries of all architectures share a folder.
+	if (!fs::exists(_folder, ignored))
+		_folder = prefix / "lib" / "orvan";
 }
 
 void Modules::LoadSVGModule()

@@ -12,7 +12,8 @@ namespace orvan::program
 class Modules
 {
 public:
-	/// Where `folder` is empty, the modules stand in "../lib/orvan" beside the program's own folder.
+	/// Where `folder` is empty, the modules stand beside the program's own folder: where they are installed, which is
+	/// "../lib/ARCHITECTURE/orvan" on Debian, or in "../lib/orvan".
 	explicit Modules(const std::string& folder);
 
 	/// Opens the SVG module. Throws `Failure` when it is missing or cannot be opened.

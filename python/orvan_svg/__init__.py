@@ -21,7 +21,7 @@ from ._documents import Document, Finding, PictureWarning, RefusedError, Repair,
 from ._elements import CLOSE, CUBIC, Element, LINE, MOVE, classes as _classes
 from ._geometry import NormalizedPaths, Outline, extend_shapes as _extend_shapes
 from ._icons import Icon, dispatch_changes, follow_changes
-from ._core import Box, Hit, Length, Paint, Place
+from ._core import Box, Hit, Length, Paint, Place, __version__
 
 __all__ = ["Box", "CLOSE", "CUBIC", "Document", "Element", "Finding", "Hit", "Icon", "LINE", "Length", "MOVE",
            "NormalizedPaths", "Outline", "Paint", "PictureWarning", "Place", "RefusedError", "Repair", "Report",

@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import sys
 
 from . import _core
 
@@ -13,7 +14,9 @@ def _find_folder():
     if named:
         return pathlib.Path(named)
     here = pathlib.Path(__file__).resolve().parent
-    candidates = [here / "modules", here.parent.parent / "lib" / "orvan", here.parents[2] / "orvan"]
+    libraries = here.parents[2]
+    candidates = [here / "modules", here.parent.parent / "lib" / "orvan", libraries / "orvan",
+                  libraries / sys.implementation._multiarch / "orvan"]
     for folder in candidates:
         if (folder / "net.orvan.svg.so").exists():
             return folder

@@ -9,6 +9,7 @@ PYBIND11_MODULE(_core, module)
 {
 	using namespace orvan::python;
 	module.doc() = "The compiled half of orvan_svg.";
+	module.attr("__version__") = ORVAN_SVG_VERSION;
 	module.def("load_modules", &LoadModules);
 	py::list names;
 	for (const std::string_view name : orvan::kSVGAttributeNames)
