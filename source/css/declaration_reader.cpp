@@ -175,10 +175,25 @@ void ReadDeclarations(std::string_view text, const ReadOptions& options, std::pm
 			options.report->Report({options.source, 0, "The style attribute is too long."});
 		return;
 	}
-	// Longer texts may have more declarations than are kept.
-	if (text.size() < kMaxDeclarations && ReadSimpleDeclarations(text, options.source, declarations))
+	const std::size_t room = declarations.size() + kMaxDeclarations;
+	SimpleDeclarations simple(text, options.start);
+	while (declarations.size() < room && simple.Next())
+	{
+		if (!simple.HasPlainName())
+		{
+			simple.PutBack();
+			break;
+		}
+		Declaration& declaration = declarations.emplace_back();
+		declaration.name = simple.Name();
+		declaration.value = simple.Value();
+		declaration.source = options.source;
+		declaration.offset = static_cast<std::uint32_t>(declaration.name.data() - text.data());
+		declaration.valueOffset = static_cast<std::uint32_t>(declaration.value.data() - text.data());
+	}
+	if (simple.IsAtEnd())
 		return;
-	Tokenizer tokens(text);
-	DeclarationReader(tokens, options, declarations.size() + kMaxDeclarations, declarations).Read(false);
+	Tokenizer tokens(text, simple.Offset());
+	DeclarationReader(tokens, options, room, declarations).Read(false);
 }
 } // namespace orvan::css

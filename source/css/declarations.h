@@ -13,6 +13,7 @@
 #include "report.h"
 #include "text.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory_resource>
 #include <string_view>
@@ -46,6 +47,7 @@ struct ReadOptions
 	Arena& arena;                 ///< For names and values that differ from what is written.
 	std::uint32_t source = 0;     ///< Handed on to declarations and problems.
 	ReportSink* report = nullptr; ///< Takes the problems; may be absent.
+	std::size_t start = 0;        ///< The byte of a style attribute where a declaration begins that comes first.
 };
 
 /// Appends the declarations of a style attribute in their order, also those that a later one overrides. The text must

@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "simple_declarations.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace orvan::css
 {
@@ -29,118 +35,136 @@ constexpr std::array<std::uint8_t, 256> MakeParts()
 	add("abcdefghijklmnopqrstuvwxyz", kName | kValue | kInUrl | kLetter);
 	add("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", kValue | kInUrl | kLetter);
 	add("-", kName | kValue | kInUrl | kLetter);
-	add("#.", kValue | kInUrl);
+	add("#./", kValue | kInUrl); // Of a comment, the asterisk tells.
 	add(",+%", kValue);
 	return parts;
 }
 
 constexpr std::array<std::uint8_t, 256> kParts = MakeParts();
 
-class SimpleReader
+bool Is(char c, unsigned parts) noexcept
 {
-public:
-	explicit SimpleReader(std::string_view text) noexcept
-		: _begin(text.data()), _at(text.data()), _end(text.data() + text.size())
-	{
-	}
+	return (kParts[static_cast<unsigned char>(c)] & parts) != 0;
+}
 
-	/// Moves to the next declaration; false at the end.
-	bool HasMore() noexcept
-	{
-		while (_at != _end && (Is(kBlank) || *_at == ';'))
-			_at++;
-		return _at != _end;
-	}
+const char* Skip(const char* at, const char* end, Part part) noexcept
+{
+	while (at != end && Is(*at, part))
+		at++;
+	return at;
+}
 
-	/// Reads one declaration; false when it is not simple.
-	bool Read(Declaration& declaration) noexcept
-	{
-		const char* const name = _at;
-		Skip(kName);
-		declaration.name = {name, static_cast<std::size_t>(_at - name)};
-		declaration.offset = OffsetOf(name);
-		// A hyphen begins a name only before a letter.
-		if (declaration.name.empty() || (*name == '-' && (declaration.name.size() == 1 || name[1] == '-')))
-			return false;
-		Skip(kBlank);
-		if (_at == _end || *_at != ':')
-			return false;
-		_at++;
-		Skip(kBlank);
-		const char* const value = _at;
-		for (Skip(kValue); _at != _end && *_at == '('; Skip(kValue))
-		{
-			if (!SkipFunction(value))
-				return false;
-		}
-		if (_at != _end && *_at != ';')
-			return false;
-		const char* end = _at;
-		while (end != value && (kParts[static_cast<unsigned char>(end[-1])] & kBlank) != 0)
-			end--;
-		declaration.value = {value, static_cast<std::size_t>(end - value)};
-		declaration.valueOffset = OffsetOf(value);
-		return end != value;
-	}
+#if defined(__SSE2__)
+constexpr std::ptrdiff_t kAtOnce = sizeof(__m128i);
 
-private:
-	bool Is(Part part) const noexcept
+/// One bit for each of the sixteen characters at `at`, the first one's lowest: whether it may stand anywhere in a value
+/// and is no blank but a space.
+unsigned FindPlain(const char* at) noexcept
+{
+	const __m128i text = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+	const auto isBetween = [](__m128i characters, char first, char last)
 	{
-		return (kParts[static_cast<unsigned char>(*_at)] & part) != 0;
-	}
-
-	void Skip(Part part) noexcept
+		const __m128i offsets = _mm_sub_epi8(characters, _mm_set1_epi8(first));
+		return _mm_cmpeq_epi8(_mm_min_epu8(offsets, _mm_set1_epi8(static_cast<char>(last - first))), offsets);
+	};
+	const auto is = [text](char c)
 	{
-		while (_at != _end && Is(part))
-			_at++;
-	}
+		return _mm_cmpeq_epi8(text, _mm_set1_epi8(c));
+	};
+	const __m128i letter = isBetween(_mm_or_si128(text, _mm_set1_epi8('a' - 'A')), 'a', 'z');
+	const __m128i number = isBetween(text, '+', '9');
+	const __m128i mark = _mm_or_si128(_mm_or_si128(is(' '), is('#')), _mm_or_si128(is('%'), is('_')));
+	return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(letter, number), mark)));
+}
+#endif
 
-	/// At the bracket of a function: moves behind the other one.
-	bool SkipFunction(const char* value) noexcept
+/// Behind the string whose quotation mark stands at `at`; null when it is not simple.
+const char* SkipString(const char* at, const char* end) noexcept
+{
+	const char quote = *at++;
+	while (at != end && *at != quote)
 	{
-		const char* name = _at;
-		while (name != value && (kParts[static_cast<unsigned char>(name[-1])] & kLetter) != 0)
-			name--;
-		const std::string_view function(name, static_cast<std::size_t>(_at - name));
-		// A "#" would make a hash of the name.
-		if (name != value && (kParts[static_cast<unsigned char>(name[-1])] & kBlank) == 0)
-			return false;
-		const bool isUrl = function == "url";
-		if (!isUrl && function != "rgb" && function != "rgba")
-			return false;
-		_at++;
-		Skip(isUrl ? kInUrl : kValue);
-		if (_at == _end || *_at != ')')
-			return false;
-		_at++;
-		return true;
+		// Among the control characters are line ends, which break a string, and the zero.
+		if (*at == '\\' || static_cast<unsigned char>(*at) < ' ')
+			return nullptr;
+		at++;
 	}
+	return at != end ? at + 1 : nullptr;
+}
 
-	std::uint32_t OffsetOf(const char* where) const noexcept
-	{
-		return static_cast<std::uint32_t>(where - _begin);
-	}
+/// Behind the function whose bracket stands at `at`, in a value; null when it is not simple.
+const char* SkipFunction(const char* value, const char* at, const char* end) noexcept
+{
+	const char* name = at;
+	while (name != value && Is(name[-1], kLetter))
+		name--;
+	const std::string_view function(name, static_cast<std::size_t>(at - name));
+	const bool isUrl = function == "url";
+	if (!isUrl && function != "rgb" && function != "rgba")
+		return nullptr;
+	at = Skip(at + 1, end, isUrl ? kInUrl : kValue);
+	return at != end && *at == ')' ? at + 1 : nullptr;
+}
 
-	const char* const _begin;
-	const char* _at;
-	const char* const _end;
-};
+/// The text without the blanks at its end.
+std::string_view TrimEnd(const char* begin, const char* end) noexcept
+{
+	while (end != begin && Is(end[-1], kBlank))
+		end--;
+	return {begin, static_cast<std::size_t>(end - begin)};
+}
 } // namespace
 
-bool ReadSimpleDeclarations(std::string_view text, std::uint32_t source, std::pmr::vector<Declaration>& declarations)
+/// Skips what may stand anywhere in a value.
+[[gnu::always_inline]] inline const char* SimpleDeclarations::SkipPlain(const char* at) noexcept
 {
-	const std::size_t before = declarations.size();
-	SimpleReader reader(text);
-	while (reader.HasMore())
+#if defined(__SSE2__)
+	while (at != _end && _end - _begin >= kAtOnce)
 	{
-		Declaration& declaration = declarations.emplace_back();
-		declaration.source = source;
-		if (!reader.Read(declaration))
+		if (at >= _seenEnd)
 		{
-			declarations.resize(before);
-			return false;
+			const char* const from = std::min(at, _end - kAtOnce);
+			_seenEnd = from + kAtOnce;
+			_marks = ~FindPlain(from) & 0xffff;
 		}
+		const unsigned left = _marks >> (kAtOnce - (_seenEnd - at));
+		if (left != 0)
+			return Skip(at + std::countr_zero(left), _end, kValue);
+		at = _seenEnd;
 	}
+#endif
+	return Skip(at, _end, kValue);
+}
+
+bool SimpleDeclarations::Next() noexcept
+{
+	while (_at != _end && (*_at == ';' || Is(*_at, kBlank)))
+		_at++;
+	const char* at = SkipPlain(_at);
+	if (at == _end || *at != ':')
+		return false;
+	_name = TrimEnd(_at, at);
+	const char* const value = Skip(at + 1, _end, kBlank);
+	for (at = SkipPlain(value); at != _end && *at != ';'; at = SkipPlain(at))
+	{
+		const bool isQuote = *at == '\'' || *at == '"';
+		const char* const after = isQuote ? SkipString(at, _end) : *at == '(' ? SkipFunction(value, at, _end) : nullptr;
+		if (after == nullptr)
+			return false;
+		at = after;
+	}
+	_value = TrimEnd(value, at);
+	if (_value.empty())
+		return false;
+	_at = at;
 	return true;
+}
+
+bool SimpleDeclarations::HasPlainName() const noexcept
+{
+	// A hyphen begins a name only before a letter.
+	const bool isWord = !_name.empty() && (_name[0] != '-' || (_name.size() > 1 && _name[1] != '-'));
+	const char* const end = _name.data() + _name.size();
+	return isWord && Skip(_name.data(), end, kName) == end;
 }
 } // namespace orvan::css

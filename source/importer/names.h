@@ -142,16 +142,34 @@ public:
 	{
 		if (name.empty())
 			return nullptr;
-		for (std::size_t slot = Position(name); _slots[slot] != 0; slot = (slot + 1) % kSlotCount)
+		const std::size_t slot = Position(name);
+		if (_slots[slot] == 0)
+			return nullptr;
+		const Row& row = rows[_slots[slot] - 1u];
+		return Is(row, name) ? &row : FindBehind(rows, name, slot);
+	}
+
+private:
+	template <typename Row>
+	static bool Is(const Row& row, std::string_view name) noexcept
+	{
+		return row.name.size() == name.size() && AreEqual(row.name.data(), name.data(), name.size());
+	}
+
+	/// Few names share their slot, so this stands apart from what all have to go through.
+	template <typename Row>
+	[[gnu::noinline]] const Row* FindBehind(const std::array<Row, rowCount>& rows, std::string_view name,
+											std::size_t slot) const noexcept
+	{
+		while (_slots[slot = (slot + 1) % kSlotCount] != 0)
 		{
 			const Row& row = rows[_slots[slot] - 1u];
-			if (row.name.size() == name.size() && AreEqual(row.name.data(), name.data(), name.size()))
+			if (Is(row, name))
 				return &row;
 		}
 		return nullptr;
 	}
 
-private:
 	static constexpr std::size_t kSlotCount = 1024;
 	static_assert(rowCount < 256);
 

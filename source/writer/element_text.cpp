@@ -143,7 +143,7 @@ Result<SVGElementRef> ReadIntoNew(const Rule& rule, Tag tag, std::string_view te
 	ElementBase& element = *ElementOf(reference);
 	const SVGImportOptions options;
 	complete::Importer importer(options);
-	if (ORVAN_TRY(importer.ApplyDeclaration(rule, element, tag, text, source, {})))
+	if (ORVAN_TRY(importer.Read({importer, element, tag, rule, text, source})) != complete::Reading::applied)
 		return SVGElementRef();
 	return reference;
 }

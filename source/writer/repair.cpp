@@ -54,15 +54,15 @@ BrowserValue ReadAsBrowser(const Rule& rule, Tag tag, std::string_view value, bo
 	ElementBase& element = *ElementOf(made.GetValue());
 	const SVGImportOptions options;
 	complete::Importer importer(options);
-	const Result<bool> refused = importer.ApplyDeclaration(rule, element, tag, value, source, {});
-	if (!refused.IsOk())
+	const Result<complete::Reading> reading = importer.Read({importer, element, tag, rule, value, source});
+	if (!reading.IsOk())
 		throw std::bad_alloc();
 	BrowserValue read;
 	// The plain import takes no exponents in declarations, and colours of 256 steps.
 	const ValueStyle style{{NumberStyle::kExact, !isDeclaration}, false, true};
 	if (FormatAttribute(read.text, element, rule, tag, style) != Formatted::text)
 		read.text.clear();
-	read.isPartial = refused.GetValue() && !read.text.empty();
+	read.isPartial = reading.GetValue() != complete::Reading::applied && !read.text.empty();
 	read.faultOffset = std::min(importer.faultOffset, value.size());
 	if (const auto* paint = element.Find<SVGPaint>(rule.number))
 		read.alpha = paint->alpha;

@@ -44,7 +44,7 @@ TEST(CssDeclarations, AreReadInEveryForm)
 	EXPECT_EQ(Read("").declarations, "");
 }
 
-/// A comment at the end has the tokens read what is read without them otherwise.
+/// A comment in front has the tokens read what is read without them otherwise.
 TEST(CssDeclarations, ThatAreSimpleAreReadAlikeWithAndWithoutTokens)
 {
 	for (const std::string text : {"fill:red",
@@ -71,8 +71,15 @@ TEST(CssDeclarations, ThatAreSimpleAreReadAlikeWithAndWithoutTokens)
 								   "a:{b:c}",
 								   "@a b;c:d",
 								   "a:\r\n b\f;\tc\n:d",
-								   "a:url();b:url( x )"})
-		EXPECT_EQ(Read(text).declarations, Read(text + ";/**/").declarations) << text;
+								   "a:url();b:url( x )",
+								   "font-family:'a;b' , \"c:d\" ;e:f",
+								   "a:'b\\'c;';d:e",
+								   "a:'b\nc;d:e';f:'g",
+								   "a:'url'url(b c);d:e",
+								   "a:b;C:d;e:f!important;g:h",
+								   "stroke-miterlimit:4;-inkscape-stroke:none;stroke-dasharray : 1.5 , 20% ;fill:_#g",
+								   "a-name-of-more-than-sixteen:a/*value;*/of-more-than-sixteen\\;d:e"})
+		EXPECT_EQ(Read(text).declarations, Read("/**/" + text).declarations) << text;
 }
 
 TEST(CssDeclarations, CloseWhatTheEndOfTheTextCutsOff)

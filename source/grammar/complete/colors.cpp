@@ -343,6 +343,12 @@ bool TakeBareColor(ValueCursor& cursor, Color& color) noexcept
 }
 } // namespace
 
+bool IsUsualColor(std::string_view text, Color& color) noexcept
+{
+	constexpr std::size_t kSize = 7;
+	return text.size() == kSize && text[0] == '#' && ReadHex(text.substr(1), color);
+}
+
 bool TakeColor(ValueCursor& cursor, Color& color) noexcept
 {
 	if (!TakeBareColor(cursor, color))
@@ -356,6 +362,8 @@ bool TakeColor(ValueCursor& cursor, Color& color) noexcept
 
 Parsed ParseColor(std::string_view text, Color& color) noexcept
 {
+	if (IsUsualColor(text, color))
+		return Parsed::value;
 	ValueCursor cursor(text);
 	Color result;
 	if (!TakeColor(cursor, result) || !cursor.IsAtEnd())

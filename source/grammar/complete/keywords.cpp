@@ -68,10 +68,9 @@ bool TakeLineBreak(std::string_view& text) noexcept
 }
 } // namespace
 
-bool EqualsIgnoreCase(std::string_view text, std::string_view lowerCase) noexcept
+bool detail::AreEqualIgnoringCase(const char* text, const char* lowerCase, std::size_t size) noexcept
 {
-	return text.size() == lowerCase.size() &&
-		   std::equal(text.begin(), text.end(), lowerCase.begin(), [](char a, char b) { return ToLower(a) == b; });
+	return std::equal(text, text + size, lowerCase, [](char a, char b) { return ToLower(a) == b; });
 }
 
 CssWideKeyword ParseCssWide(std::string_view text) noexcept
@@ -182,6 +181,9 @@ std::string ResolveEscapes(std::string_view text)
 
 Parsed ParseKeyword(std::string_view text, std::span<const Keyword> keywords, std::int32_t& value) noexcept
 {
+	// Most are written as they stand in the table.
+	if (ParseExactKeyword(text, keywords, value) == Parsed::value)
+		return Parsed::value;
 	ValueCursor cursor(text);
 	std::int32_t result;
 	if (!cursor.TakeKeyword(keywords, result) || !cursor.IsAtEnd())

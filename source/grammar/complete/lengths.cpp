@@ -4,8 +4,28 @@
 
 namespace orvan::grammar::complete
 {
+namespace
+{
+/// Whether a text is nothing but a number, or one of pixels, as most lengths are.
+bool IsUsualLength(std::string_view text, Length& length) noexcept
+{
+	const char* at = text.data();
+	const char* const end = at + text.size();
+	if (!ReadUsualNumber(at, end, length.value))
+		return false;
+	const bool hasUnit = end - at == 2 && at[0] == 'p' && at[1] == 'x';
+	length.unit = hasUnit ? LengthUnit::px : LengthUnit::number;
+	return hasUnit || at == end;
+}
+} // namespace
+
 Parsed ParseLength(std::string_view text, Source source, Range range, Length& length) noexcept
 {
+	if (Length usual; IsUsualLength(text, usual) && (range == Range::any || usual.value >= 0))
+	{
+		length = usual;
+		return Parsed::value;
+	}
 	ValueCursor cursor(text, source);
 	Length result;
 	if (!cursor.TakeLength(range, true, result) || Finish(cursor) != Parsed::value)
@@ -17,7 +37,7 @@ Parsed ParseLength(std::string_view text, Source source, Range range, Length& le
 Parsed ParseLengthOrAuto(std::string_view text, Source source, Range range, Length& length) noexcept
 {
 	ValueCursor cursor(text, source);
-	if (cursor.TakeWord("auto"))
+	if (IsLetter(cursor.Peek()) && cursor.TakeWord("auto"))
 		return cursor.IsAtEnd() ? Parsed::nothing : Parsed::refused;
 	return ParseLength(text, source, range, length);
 }

@@ -49,6 +49,11 @@ constexpr AlignRow kAligns[]{
 
 Parsed ParseNumber(std::string_view text, Source source, Range range, double& number) noexcept
 {
+	if (double usual; IsUsualNumber(text, usual) && (range == Range::any || usual >= 0))
+	{
+		number = usual;
+		return Parsed::value;
+	}
 	ValueCursor cursor(text, source);
 	double result;
 	if (!cursor.TakePlainNumber(result) || (range == Range::notNegative && result < 0) ||
@@ -60,6 +65,11 @@ Parsed ParseNumber(std::string_view text, Source source, Range range, double& nu
 
 Parsed ParseAlpha(std::string_view text, Source source, double& alpha) noexcept
 {
+	if (double usual; IsUsualNumber(text, usual))
+	{
+		alpha = usual;
+		return Parsed::value;
+	}
 	ValueCursor cursor(text, source);
 	double result;
 	bool isPercentage;
@@ -71,6 +81,11 @@ Parsed ParseAlpha(std::string_view text, Source source, double& alpha) noexcept
 
 Parsed ParseOffset(std::string_view text, double& fraction) noexcept
 {
+	if (double usual; IsUsualNumber(text, usual))
+	{
+		fraction = usual;
+		return Parsed::value;
+	}
 	ValueCursor cursor = OverAttribute(text);
 	double result;
 	bool isPercentage;

@@ -25,8 +25,16 @@ enum class CssWideKeyword
 /// Tells whether a value is just one of the CSS-wide keywords.
 CssWideKeyword ParseCssWide(std::string_view text) noexcept;
 
+namespace detail
+{
+bool AreEqualIgnoringCase(const char* text, const char* lowerCase, std::size_t size) noexcept;
+}
+
 /// Whether two texts are the same but for the case of ASCII letters. `lowerCase` must be in lower case.
-bool EqualsIgnoreCase(std::string_view text, std::string_view lowerCase) noexcept;
+inline bool EqualsIgnoreCase(std::string_view text, std::string_view lowerCase) noexcept
+{
+	return text.size() == lowerCase.size() && detail::AreEqualIgnoringCase(text.data(), lowerCase.data(), text.size());
+}
 
 /// A text without the blanks and CSS comments around it.
 std::string_view TrimCss(std::string_view text) noexcept;

@@ -58,8 +58,14 @@ bool TakeReference(ValueCursor& cursor, Reference& reference) noexcept
 
 Parsed ParsePaint(std::string_view text, Paint& paint) noexcept
 {
-	ValueCursor cursor(text);
 	Paint result;
+	if (IsUsualColor(text, result.color))
+	{
+		result.kind = PaintKind::color;
+		paint = result;
+		return Parsed::value;
+	}
+	ValueCursor cursor(text);
 	// Looking a word up takes longest, and a colour in hexadecimal digits is the most frequent of all.
 	const bool isWord = cursor.Peek() != '#';
 	if (isWord && TakeReference(cursor, result.reference))

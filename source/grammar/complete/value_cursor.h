@@ -28,6 +28,28 @@ inline char ToLower(char c) noexcept
 	return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
 }
 
+/// Reads a number at the start of a text that is nothing but digits and a point behind at most one minus, as nearly all
+/// are, and is told at once; false, with `at` left alone, for all others.
+inline bool ReadUsualNumber(const char*& at, const char* end, double& number) noexcept
+{
+	const char* const digits = at + (at != end && *at == '-' ? 1 : 0);
+	const char* after = digits;
+	double magnitude;
+	if (!ReadDecimal(after, end, false, magnitude) || !HasFewDigits(digits, after))
+		return false;
+	number = digits != at ? -magnitude : magnitude;
+	at = after;
+	return true;
+}
+
+/// Whether a text is nothing but such a number.
+inline bool IsUsualNumber(std::string_view text, double& number) noexcept
+{
+	const char* at = text.data();
+	const char* const end = at + text.size();
+	return ReadUsualNumber(at, end, number) && at == end;
+}
+
 /// Whether comments count as blanks: in values of properties they do, in other attributes they do not.
 enum class Comments
 {
@@ -137,11 +159,9 @@ public:
 	bool TakeWord(std::string_view word) noexcept
 	{
 		const std::string_view here = PeekWord();
-		const char* const after = here.data() + here.size();
-		if (!EqualsIgnoreCase(here, word) || (after != _end && *after == '('))
+		if (!EqualsIgnoreCase(here, word) || IsFunctionName(here))
 			return false;
-		_at = after;
-		SkipSpaces();
+		SkipWord(here);
 		return true;
 	}
 
@@ -149,11 +169,15 @@ public:
 	template <typename Table, typename Value>
 	bool TakeKeyword(const Table& table, Value& value) noexcept
 	{
+		const std::string_view here = PeekWord();
 		for (const auto& row : table)
 		{
-			if (TakeWord(row.name))
+			if (EqualsIgnoreCase(here, row.name))
 			{
+				if (IsFunctionName(here))
+					return false;
 				value = row.value;
+				SkipWord(here);
 				return true;
 			}
 		}
@@ -198,7 +222,7 @@ public:
 		// An "e" behind a number may be an exponent or a unit, and a point may end it.
 		const char* const digits = at;
 		if (double magnitude;
-			ReadDecimal(at, _end, false, magnitude) && IsNearest(digits, at) && (at == _end || !MayContinue(*at)))
+			ReadDecimal(at, _end, false, magnitude) && HasFewDigits(digits, at) && (at == _end || !MayContinue(*at)))
 		{
 			number = isNegative ? -magnitude : magnitude;
 			_at = at;
@@ -245,6 +269,19 @@ public:
 	bool TakeUrl(std::string_view& url, bool& hasEscapes) noexcept;
 
 private:
+	/// Whether a word that starts here is followed by a parenthesis.
+	bool IsFunctionName(std::string_view here) const noexcept
+	{
+		const char* const after = here.data() + here.size();
+		return after != _end && *after == '(';
+	}
+
+	void SkipWord(std::string_view here) noexcept
+	{
+		_at = here.data() + here.size();
+		SkipSpaces();
+	}
+
 	static bool MayContinue(char c) noexcept
 	{
 		return c == 'e' || c == 'E' || c == '.';

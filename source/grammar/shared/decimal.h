@@ -29,12 +29,19 @@ inline double Scale(std::uint64_t mantissa, int exponent)
 /// digits, a point with nothing after it, an exponent out of the table.
 bool ReadDecimal(const char*& at, const char* end, bool mayHaveExponent, double& number);
 
+/// Whether `ReadDecimal`, without an exponent, has surely made the nearest double of [from, to): the digits fit one
+/// without rounding.
+inline bool HasFewDigits(const char* from, const char* to)
+{
+	constexpr std::ptrdiff_t kMostCharacters = 16; // Fifteen digits and a point.
+	return to - from <= kMostCharacters;
+}
+
 /// Whether `ReadDecimal` has surely made the nearest double of the digits and points of [from, to): they fit one
 /// without rounding, and there is no power of ten to multiply with.
 inline bool IsNearest(const char* from, const char* to)
 {
-	constexpr std::ptrdiff_t kMostCharacters = 16; // Fifteen digits and a point.
-	if (to - from > kMostCharacters)
+	if (!HasFewDigits(from, to))
 		return false;
 	for (; from != to; ++from)
 	{

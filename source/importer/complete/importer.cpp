@@ -15,34 +15,6 @@ using grammar::complete::CssWideKeyword;
 namespace
 {
 
-/// Most values can be told from "inherit", "initial", "unset" and "revert" by their first character.
-bool MayBeWide(std::string_view text) noexcept
-{
-	for (const char character : text)
-	{
-		switch (character)
-		{
-		case ' ':
-		case '\t':
-		case '\r':
-		case '\n':
-		case '\f':
-			continue;
-		case 'i':
-		case 'I':
-		case 'u':
-		case 'U':
-		case 'r':
-		case 'R':
-		case '/':
-			return true;
-		default:
-			return false;
-		}
-	}
-	return false;
-}
-
 /// Takes the parent's value of a property that is not inherited by itself.
 Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noexcept
 {
@@ -81,18 +53,11 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 	return Reading::applied;
 }
 
-Result<Reading> Importer::Read(const Application& application)
+Result<Reading> Importer::ReadPerhapsWide(const Application& application)
 {
-	if (!application.rule.tags.Has(application.tag))
-		return Reading::applied;
-	if (IsProperty(application.rule) && MayBeWide(application.text))
-	{
-		const CssWideKeyword keyword = grammar::complete::ParseCssWide(application.text);
-		if (keyword != CssWideKeyword::none)
-			return ReadWide(application, keyword);
-	}
-	faultOffset = 0;
-	return application.rule.read(application);
+	const CssWideKeyword keyword =
+		IsProperty(application.rule) ? grammar::complete::ParseCssWide(application.text) : CssWideKeyword::none;
+	return keyword == CssWideKeyword::none ? application.rule.read(application) : ReadWide(application, keyword);
 }
 
 /// The place of a fault within a value, where the value stands in the text as it was read.
@@ -102,32 +67,24 @@ ValuePlace Importer::PlaceOfFault(const ValuePlace& place, std::string_view text
 									  : place;
 }
 
-Result<void> Importer::Apply(const Rule& rule, ElementBase& element, Tag tag, std::string_view text, Source source,
-							 const ValuePlace& place)
+Result<void> Importer::Refuse(const Application& application, const ValuePlace& place, Reading reading)
 {
-	const Reading reading = ORVAN_TRY(Read({*this, element, tag, rule, text, source}));
-	if (reading == Reading::applied) [[likely]]
-		return {};
+	const std::string_view name = application.rule.name;
 	if (reading == Reading::refused && !_options.isTolerant)
 	{
 		refusedAt = place;
-		refusedElementId = element.GetId();
-		refusedAttribute = rule.name;
-		grammar::RaiseInvalidValue(rule.name.data(), text);
+		refusedElementId = application.element.GetId();
+		refusedAttribute = name;
+		grammar::RaiseInvalidValue(name.data(), application.text);
 	}
-	return Warn(&element, PlaceOfFault(place, text), rule.name,
-				ORVAN_TRY(DescribeRefusedValue(rule.name, text)).View());
+	return WarnOfValue(application, place);
 }
 
-Result<bool> Importer::ApplyDeclaration(const Rule& rule, ElementBase& element, Tag tag, std::string_view text,
-										Source source, const ValuePlace& place)
+Result<void> Importer::WarnOfValue(const Application& application, const ValuePlace& place)
 {
-	const Reading reading = ORVAN_TRY(Read({*this, element, tag, rule, text, source}));
-	if (reading == Reading::applied) [[likely]]
-		return false;
-	ORVAN_TRY(
-		Warn(&element, PlaceOfFault(place, text), rule.name, ORVAN_TRY(DescribeRefusedValue(rule.name, text)).View()));
-	return true;
+	const std::string_view name = application.rule.name;
+	return Warn(&application.element, PlaceOfFault(place, application.text), name,
+				ORVAN_TRY(DescribeRefusedValue(name, application.text)).View());
 }
 
 Result<void> Importer::Warn(const ElementBase* element, const ValuePlace& place, std::string_view attribute,
@@ -136,12 +93,6 @@ Result<void> Importer::Warn(const ElementBase* element, const ValuePlace& place,
 	return _findings.Add(SVGFindingLevel::warning,
 						 {place.where, place.elementTag, element != nullptr ? element->GetId() : String(), attribute},
 						 message);
-}
-
-Result<void> Importer::RegisterId(ElementBase& element, String id) noexcept
-{
-	ORVAN_TRY(_elementsById.Insert(std::move(id), SVGElementRef::From(&element)));
-	return {};
 }
 
 } // namespace orvan::svg::complete

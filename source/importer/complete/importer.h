@@ -29,14 +29,22 @@ public:
 	{
 	}
 
-	/// Reads a value by a rule and sets it on an element: the CSS-wide keywords here, all others by the rule's reader.
-	/// A value that is refused becomes a finding or, when it is an attribute's and the import is not tolerant, throws.
-	Result<void> Apply(const Rule& rule, ElementBase& element, Tag tag, std::string_view text, grammar::Source source,
-					   const ValuePlace& place);
+	/// Reads a value by its rule and sets it on the element: the CSS-wide keywords here, all others by the rule's
+	/// reader.
+	Result<Reading> Read(const Application& application)
+	{
+		if (!application.rule.tags.Has(application.tag))
+			return Reading::applied;
+		faultOffset = 0;
+		return MayBeWide(application.text) ? ReadPerhapsWide(application) : application.rule.read(application);
+	}
 
-	/// As above, for an element's declarations in ascending order of precedence: tells whether the value was refused.
-	Result<bool> ApplyDeclaration(const Rule& rule, ElementBase& element, Tag tag, std::string_view text,
-								  grammar::Source source, const ValuePlace& place);
+	/// Takes down that an attribute's value was not read, or not wholly: as a finding or, when it is refused and the
+	/// import is not tolerant, as what ends the import, by throwing.
+	Result<void> Refuse(const Application& application, const ValuePlace& place, Reading reading);
+
+	/// Adds a finding about a value that was not read, or not wholly.
+	Result<void> WarnOfValue(const Application& application, const ValuePlace& place);
 
 	/// Adds a finding about an element.
 	Result<void> Warn(const ElementBase* element, const ValuePlace& place, std::string_view attribute,
@@ -53,7 +61,11 @@ public:
 	}
 
 	/// Enters an element into the table of ids.
-	Result<void> RegisterId(ElementBase& element, String id) noexcept;
+	Result<void> RegisterId(ElementBase& element, String id) noexcept
+	{
+		ORVAN_TRY(_elementsById.Insert(std::move(id), SVGElementRef::From(&element)));
+		return {};
+	}
 
 	StringMap<SVGElementRef> TakeIds() noexcept
 	{
@@ -72,7 +84,23 @@ public:
 	std::string_view refusedAttribute;
 
 private:
-	Result<Reading> Read(const Application& application);
+	/// Most values can be told from "inherit", "initial", "unset" and "revert" by their first two characters.
+	static bool MayBeWide(std::string_view text) noexcept
+	{
+		constexpr std::size_t kShortest = 5;
+		if (text.size() < kShortest)
+			return false;
+		const auto is = [text](std::size_t at, char small)
+		{
+			return (text[at] | ('a' - 'A')) == small;
+		};
+		if (is(0, 'i') || is(0, 'u'))
+			return is(1, 'n');
+		// Blanks and comments may stand in front.
+		return is(0, 'r') ? is(1, 'e') : text[0] == '/' || static_cast<unsigned char>(text[0]) <= ' ';
+	}
+
+	Result<Reading> ReadPerhapsWide(const Application& application);
 	ValuePlace PlaceOfFault(const ValuePlace& place, std::string_view text) const noexcept;
 	Result<Reading> ReadWide(const Application& application, grammar::complete::CssWideKeyword keyword);
 

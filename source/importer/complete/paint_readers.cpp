@@ -38,9 +38,8 @@ SVGPaint ToPaint(const grammar::complete::Color& color) noexcept
 	return paint;
 }
 
-Result<SVGPaint> ToPaint(const grammar::complete::Paint& parsed)
+Result<void> ToPaint(const grammar::complete::Paint& parsed, SVGPaint& paint)
 {
-	SVGPaint paint;
 	switch (parsed.kind)
 	{
 	case PaintKind::none:
@@ -78,7 +77,7 @@ Result<SVGPaint> ToPaint(const grammar::complete::Paint& parsed)
 		paint.fallback = SVGPaintFallback::currentColor;
 		break;
 	}
-	return paint;
+	return {};
 }
 
 } // namespace
@@ -88,7 +87,9 @@ Result<Reading> ReadPaint(const Application& application)
 	grammar::complete::Paint parsed;
 	if (grammar::complete::ParsePaint(application.text, parsed) != Parsed::value)
 		return Reading::refused;
-	ORVAN_TRY(application.element.Store(application.rule.number, ORVAN_TRY(ToPaint(parsed))));
+	SVGPaint paint;
+	ORVAN_TRY(ToPaint(parsed, paint));
+	ORVAN_TRY(application.element.Store(application.rule.number, std::move(paint)));
 	return Reading::applied;
 }
 

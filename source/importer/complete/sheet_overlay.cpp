@@ -128,7 +128,7 @@ public:
 			std::string_view value = declaration->value;
 			if (declaration->hasEscapes)
 				value = resolved = grammar::complete::ResolveEscapes(value);
-			ORVAN_TRY(_importer.ApplyDeclaration(*rule, _scratch, tag, value, grammar::Source::sheet, {}));
+			ORVAN_TRY(_importer.Read({_importer, _scratch, tag, *rule, value, grammar::Source::sheet}));
 		}
 		return _scratch.GetAttributeDictionary();
 	}

@@ -5,6 +5,7 @@
 
 #include "elements/element_classes.h"
 
+#include <initializer_list>
 #include <string>
 
 namespace orvan::svg::complete
@@ -27,6 +28,19 @@ Result<String> TextOf(const grammar::complete::Reference& reference)
 {
 	return reference.hasEscapes ? String::Create(grammar::complete::ResolveEscapes(reference.text))
 								: String::Create(reference.text);
+}
+
+/// Stores the id or IRI of a reference, the empty text for "none".
+Result<Reading> StoreReference(const Application& application, std::initializer_list<SVGImportAttribute> keys)
+{
+	grammar::complete::Reference reference;
+	const Parsed parsed = grammar::complete::ParseReference(application.text, reference);
+	if (parsed == Parsed::refused)
+		return Reading::refused;
+	const String text = parsed == Parsed::value ? ORVAN_TRY(TextOf(reference)) : String();
+	for (const SVGImportAttribute key : keys)
+		ORVAN_TRY(application.element.Store(key, text));
+	return Reading::applied;
 }
 
 Result<Reading> StoreKeyword(const Application& application, Parsed parsed, std::int32_t value) noexcept
@@ -83,30 +97,13 @@ Result<Reading> ReadRawText(const Application& application)
 
 Result<Reading> ReadReference(const Application& application)
 {
-	grammar::complete::Reference reference;
-	switch (grammar::complete::ParseReference(application.text, reference))
-	{
-	case Parsed::refused:
-		return Reading::refused;
-	case Parsed::nothing: // "none"
-		return StoreText(application, {});
-	case Parsed::value:
-		break;
-	}
-	ORVAN_TRY(application.element.Store(application.rule.number, ORVAN_TRY(TextOf(reference))));
-	return Reading::applied;
+	return StoreReference(application, {application.rule.number});
 }
 
 Result<Reading> ReadMarkers(const Application& application)
 {
-	for (const std::string_view name : {"marker-start", "marker-mid", "marker-end"})
-	{
-		Application single{application.importer, application.element, application.tag,
-						   *FindRule(name),      application.text,    application.source};
-		if (ORVAN_TRY(ReadReference(single)) == Reading::refused)
-			return Reading::refused; // The first one tells.
-	}
-	return Reading::applied;
+	using Number = SVGImportAttribute;
+	return StoreReference(application, {Number::markerStart, Number::markerMid, Number::markerEnd});
 }
 
 Result<Reading> ReadKeyword(const Application& application)

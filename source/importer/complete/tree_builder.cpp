@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "importer/complete/tree_builder.h"
 
+#include "css/bounds.h"
+#include "css/simple_declarations.h"
 #include "elements/complete_classes.h"
 
 #include <functional>
@@ -140,6 +142,14 @@ bool HasEscapedWords(std::string_view value) noexcept
 	return value.find_first_of("\"'(") == value.npos;
 }
 
+/// Whether a property that was set says all that it says in the element's dictionary, and the same on any element.
+bool IsSaidByDictionary(const Application& application) noexcept
+{
+	const SVGImportAttribute number = application.rule.number;
+	return number != SVGImportAttribute::transform && number != SVGImportAttribute::d &&
+		   !grammar::complete::EqualsIgnoreCase(application.text, "inherit");
+}
+
 } // namespace
 
 Tag TagOfNode(const XmlNode& node) noexcept
@@ -164,7 +174,10 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	// Selectors look back.
 	if (_sheets.IsEmpty())
 		_tree.ReleaseBefore(node);
-	const bool isSvg = IsSvg(node);
+	// Most elements have their namespace from the same declaration.
+	const bool isSvg = node.namespace_uri() == _svgNamespace || IsSvg(node);
+	if (isSvg && node.namespace_uri_size() != 0)
+		_svgNamespace = node.namespace_uri();
 	const Tag tag = isSvg ? FindTag(LocalNameOf(node)) : Tag::unknown;
 	const SVGElementRef reference = ORVAN_TRY(FactoryOf(tag).Create<SVGElementInterface>());
 	auto& element = static_cast<ElementBase&>(*static_cast<HierarchyObject*>(reference.GetObject()));
@@ -188,7 +201,7 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	else if (const XmlAttribute* id = node.first_attribute("id", 2))
 	{
 		const std::string_view text = ORVAN_TRY(_values.Decode(ValueOf(*id)));
-		ORVAN_TRY(_importer.Apply(*FindRule("id"), element, tag, text, Source::attribute, {id->value(), _elementTag}));
+		ORVAN_TRY(_importer.Read({_importer, element, tag, *FindRule("id"), text, Source::attribute}));
 	}
 
 	if (node.first_node() == nullptr)
@@ -240,7 +253,10 @@ Result<std::string_view> TreeBuilder::SetAttributes(const XmlNode& node, Element
 			hasLink |= !isPrefixed;
 		}
 		const std::string_view text = ORVAN_TRY(_values.Decode(raw));
-		ORVAN_TRY(_importer.Apply(*rule, element, tag, text, Source::attribute, {raw.data(), _elementTag}));
+		const Application application{_importer, element, tag, *rule, text, Source::attribute};
+		const Reading reading = ORVAN_TRY(_importer.Read(application));
+		if (reading != Reading::applied) [[unlikely]]
+			ORVAN_TRY(_importer.Refuse(application, {raw.data(), _elementTag}, reading));
 	}
 	return style;
 }
@@ -248,7 +264,7 @@ Result<std::string_view> TreeBuilder::SetAttributes(const XmlNode& node, Element
 Result<void> TreeBuilder::SetDeclarations(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style)
 {
 	if (_sheets.IsEmpty())
-		return style.empty() ? Result<void>() : SetInlineStyle(node, element, tag, style);
+		return style.empty() ? Result<void>() : SetInlineStyle(element, tag, style);
 	_declarations.clear();
 	if (!style.empty())
 		css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource}, _declarations);
@@ -258,13 +274,13 @@ Result<void> TreeBuilder::SetDeclarations(const XmlNode& node, ElementBase& elem
 		const char* where = isInline ? _rawStyle.data() : _sheets.PlaceOf(*declaration);
 		if (isInline && style.data() == _rawStyle.data())
 			where += declaration->valueOffset;
-		ORVAN_TRY(Declare(node, element, tag, *declaration, where));
+		ORVAN_TRY(Declare(element, tag, *declaration, where));
 	}
 	return _sheets.ReportBudget();
 }
 
 /// The usual case, without any sheet: the style attribute alone.
-Result<void> TreeBuilder::SetInlineStyle(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style)
+Result<void> TreeBuilder::SetInlineStyle(ElementBase& element, Tag tag, std::string_view style)
 {
 	// On an element without other attributes so far, a style that was seen before comes to what it came to then. A
 	// short one is read sooner than it is looked for, and a text that was decoded is not in place long enough.
@@ -280,30 +296,59 @@ Result<void> TreeBuilder::SetInlineStyle(const XmlNode& node, ElementBase& eleme
 			return {};
 		}
 	}
-	_declarations.clear();
-	css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource}, _declarations);
 	bool isShareable = true;
-	bool hasImportant = false;
-	for (const css::Declaration& declaration : _declarations)
-		hasImportant |= declaration.isImportant;
-	for (int pass = 0; pass <= (hasImportant ? 1 : 0); pass++)
+	css::SimpleDeclarations simple(style);
+	// A longer text may have more declarations than count.
+	while (style.size() < css::kMaxDeclarations && simple.Next())
 	{
-		for (const css::Declaration& declaration : _declarations)
+		const Rule* const rule = FindRule(simple.Name());
+		if (rule == nullptr && !simple.HasPlainName())
 		{
-			if (declaration.isImportant != (pass == 1))
-				continue;
-			const char* const where = _rawStyle.data() + (isInPlace ? declaration.valueOffset : 0);
-			isShareable &= ORVAN_TRY(Declare(node, element, tag, declaration, where));
+			simple.PutBack();
+			break;
 		}
+		if (rule == nullptr || !IsProperty(*rule))
+			continue;
+		const Application application{_importer, element, tag, *rule, simple.Value(), Source::style};
+		if (ORVAN_TRY(_importer.Read(application)) == Reading::applied) [[likely]]
+		{
+			isShareable &= IsSaidByDictionary(application);
+			continue;
+		}
+		isShareable = false;
+		const char* const where = isInPlace ? simple.Value().data() : _rawStyle.data();
+		ORVAN_TRY(_importer.WarnOfValue(application, {where, _elementTag}));
 	}
+	if (!simple.IsAtEnd())
+		isShareable &= ORVAN_TRY(SetRestOfStyle(element, tag, style, simple.Offset()));
 	if (finding == StyleCache::Finding::noted && isShareable)
 		_styleCache.Keep(element.Attributes());
 	return {};
 }
 
+/// Sets the declarations of a style from a place on, behind which no important one stands.
+Result<bool> TreeBuilder::SetRestOfStyle(ElementBase& element, Tag tag, std::string_view style, std::size_t start)
+{
+	_declarations.clear();
+	css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource, .start = start},
+						  _declarations);
+	const bool isInPlace = style.data() == _rawStyle.data();
+	bool isShareable = true;
+	for (const bool isImportant : {false, true})
+	{
+		for (const css::Declaration& declaration : _declarations)
+		{
+			if (declaration.isImportant != isImportant)
+				continue;
+			const char* const where = _rawStyle.data() + (isInPlace ? declaration.valueOffset : 0);
+			isShareable &= ORVAN_TRY(Declare(element, tag, declaration, where));
+		}
+	}
+	return isShareable;
+}
+
 /// Sets one declaration. The result tells whether the element's dictionary says all that it did, for any element.
-Result<bool> TreeBuilder::Declare(const XmlNode&, ElementBase& element, Tag tag, const css::Declaration& declaration,
-								  const char* where)
+Result<bool> TreeBuilder::Declare(ElementBase& element, Tag tag, const css::Declaration& declaration, const char* where)
 {
 	// A sheet's declaration is looked up and, when it is refused, reported once; the tag remembers both.
 	constexpr std::uint32_t kRefused = 1u << 31;
@@ -328,13 +373,12 @@ Result<bool> TreeBuilder::Declare(const XmlNode&, ElementBase& element, Tag tag,
 	std::string_view value = declaration.value;
 	if (declaration.hasEscapes && HasEscapedWords(value))
 		value = resolved = grammar::complete::ResolveEscapes(value);
-	if (ORVAN_TRY(_importer.ApplyDeclaration(rule, element, tag, value, source, {where, _elementTag})))
-	{
-		declaration.tag |= kRefused;
-		return false;
-	}
-	return rule.number != SVGImportAttribute::transform && rule.number != SVGImportAttribute::d &&
-		   !grammar::complete::EqualsIgnoreCase(declaration.value, "inherit");
+	const Application application{_importer, element, tag, rule, value, source};
+	if (ORVAN_TRY(_importer.Read(application)) == Reading::applied) [[likely]]
+		return IsSaidByDictionary(application);
+	declaration.tag |= kRefused;
+	ORVAN_TRY(_importer.WarnOfValue(application, {where, _elementTag}));
+	return false;
 }
 
 Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner)

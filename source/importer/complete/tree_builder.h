@@ -40,9 +40,9 @@ private:
 	Result<SVGElementRef> Build(const XmlNode& node, HierarchyObject* parent, const Surroundings& outer);
 	Result<std::string_view> SetAttributes(const XmlNode& node, ElementBase& element, Tag tag);
 	Result<void> SetDeclarations(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style);
-	Result<void> SetInlineStyle(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style);
-	Result<bool> Declare(const XmlNode& node, ElementBase& element, Tag tag, const css::Declaration& declaration,
-						 const char* where);
+	Result<void> SetInlineStyle(ElementBase& element, Tag tag, std::string_view style);
+	Result<bool> SetRestOfStyle(ElementBase& element, Tag tag, std::string_view style, std::size_t start);
+	Result<bool> Declare(ElementBase& element, Tag tag, const css::Declaration& declaration, const char* where);
 	Result<void> BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner);
 	Result<void> AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner);
 	Result<void> AppendBlanks(std::string_view blanks, HierarchyObject& parent, const Surroundings& inner);
@@ -57,9 +57,11 @@ private:
 	ReferenceDecoder _styles; ///< Style attributes stay good while their declarations are set.
 	StyleCache _styleCache;
 	css::Arena _arena;
-	std::pmr::vector<css::Declaration> _declarations; ///< Those of the style attribute at hand; kept for its room.
+	std::pmr::vector<css::Declaration>
+		_declarations; ///< Those of the style at hand that need tokens; kept for their room.
 	std::string_view _rawStyle;
 	std::string_view _elementTag;
+	const char* _svgNamespace = kSvgNamespace.data(); ///< Where the name of the namespace was found last.
 };
 
 } // namespace orvan::svg::complete

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace orvan::svg
@@ -57,20 +59,29 @@ std::size_t SequenceLength(std::string_view text) noexcept
 	return 0;
 }
 
-/// Characters at the start of a text that are ASCII. Most files are nothing else, so they are looked at in blocks that
-/// the compiler makes vectors of.
+/// Characters at the start of a text that are ASCII. Most files are nothing else, so that many are looked at together.
 std::size_t CountAscii(std::string_view text) noexcept
 {
-	constexpr std::size_t kBlock = 128;
+	constexpr std::size_t kWords = 8;
+	constexpr std::size_t kBlock = kWords * sizeof(std::uint64_t);
+	constexpr std::uint64_t kHighBits = 0x8080808080808080;
+	const auto word = [&](std::size_t at)
+	{
+		std::uint64_t value;
+		std::memcpy(&value, text.data() + at, sizeof value);
+		return value;
+	};
 	std::size_t i = 0;
 	for (; i + kBlock <= text.size(); i += kBlock)
 	{
-		unsigned char bits = 0;
-		for (std::size_t at = 0; at < kBlock; at++)
-			bits = static_cast<unsigned char>(bits | static_cast<unsigned char>(text[i + at]));
-		if (bits >= 0x80)
+		std::uint64_t bits = 0;
+		for (std::size_t k = 0; k < kWords; k++)
+			bits |= word(i + k * sizeof bits);
+		if ((bits & kHighBits) != 0)
 			break;
 	}
+	while (i + sizeof(std::uint64_t) <= text.size() && (word(i) & kHighBits) == 0)
+		i += sizeof(std::uint64_t);
 	while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80)
 		i++;
 	return i;
