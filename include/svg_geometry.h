@@ -237,6 +237,18 @@ struct SVGNormalizeOptions
 	Float precision = 0.0;
 };
 
+/// What becomes of clip paths, and of the edges of viewports, in what is normalised.
+enum class SVGNormalizedClips : std::int32_t
+{
+	/// They are left aside. Paths that they would cut off are counted as unclipped.
+	ignored = 0,
+	/// Paths end where they are cut off. Strokes that are cut off are outlined. Exact to a thousandth of a unit of the
+	/// result. What is too intricate for that is left whole, and counted as unclipped.
+	applied = 1,
+	/// A document has clip paths of plain paths. In columns there is no place for them; as `ignored` there.
+	kept = 2,
+};
+
 /// How one of a path's two paints is to be understood.
 enum class SVGNormalizedPaint : std::uint8_t
 {
@@ -282,7 +294,7 @@ class SVGGeometryInterface : public ObjectInterface
 public:
 	static constexpr const char* kId = "net.orvan.image.interface.svggeometry";
 	static constexpr const char* kName = "orvan.SVGGeometryInterface";
-	static constexpr int kSlotCount = 10;
+	static constexpr int kSlotCount = 12;
 
 	/// Sets the document that questions are about, which is kept alive; null for none. Illegal for options that make no
 	/// sense; then nothing changes.
@@ -313,8 +325,19 @@ public:
 	/// for `GetTransform`.
 	ORVAN_METHOD(9, Result<SVGOutlineRef>, GetOutline, (const SVGElementRef& element, SVGCoordinates coordinates),
 				 element, coordinates)
-	/// Everything that is painted and visible as plain paths. Illegal for options that make no sense.
+	/// Everything that is painted and visible as plain paths; clip paths are left aside. Illegal for options that make
+	/// no sense.
 	ORVAN_METHOD(10, Result<SVGNormalizedPaths>, Normalize, (const SVGNormalizeOptions& options), options)
+	/// The same, with a say in what becomes of clip paths.
+	ORVAN_METHOD(11, Result<SVGNormalizedPaths>, NormalizeWith,
+				 (const SVGNormalizeOptions& options, SVGNormalizedClips clips), options, clips)
+	/// Everything that is painted and visible as a document of plain paths, which was loaded from its own text and can
+	/// be saved. It looks like the picture: beside paths there are gradients, images, and groups where a group has an
+	/// opacity or a clip path; dashed strokes, and strokes whose pen is wider one way than the other, are outlined.
+	/// Left out are masks, filters, blending and patterns (which become grey), with a warning. Normalising the result
+	/// by the same options, the grid apart, gives the same text. Fails as `Normalize` does.
+	ORVAN_METHOD(12, Result<SVGDocumentRef>, NormalizeToDocument,
+				 (const SVGNormalizeOptions& options, SVGNormalizedClips clips), options, clips)
 };
 using SVGGeometryRef = Ref<SVGGeometryInterface>;
 

@@ -8,6 +8,7 @@
 #include "import_arguments.h"
 #include "normalized_output.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -25,9 +26,13 @@ struct Options
 	ImportArguments import;
 	std::string output = "-";
 	std::string format;
+	std::string clips;
 	bool outlinesStrokes = false;
 	SVGNormalizeOptions wanted;
 };
+
+/// By the numbers of `SVGNormalizedClips`.
+constexpr std::string_view kClips[] = {"ignored", "applied", "kept"};
 
 /// How far lines may be off the curves where a format knows no curves, in pixels.
 constexpr double kUsualFlattening = 0.05;
@@ -59,6 +64,17 @@ NormalizedFormat GetFormat(const Options& options)
 	return FindFormat(fs::path(options.output).extension().native()).value_or(NormalizedFormat::svg);
 }
 
+/// Applied where nothing is said: that shows what the picture shows in every format.
+SVGNormalizedClips GetClips(const Options& options)
+{
+	if (options.clips.empty())
+		return SVGNormalizedClips::applied;
+	const auto* const found = std::find(std::begin(kClips), std::end(kClips), options.clips);
+	if (found == std::end(kClips))
+		throw UsageFailure("--clips: there is no \"" + options.clips + "\", only ignored, applied and kept");
+	return static_cast<SVGNormalizedClips>(found - std::begin(kClips));
+}
+
 void Write(const std::string& text, const std::string& path, Output& output)
 {
 	if (path == "-")
@@ -78,8 +94,17 @@ int Normalize(const Options& options, NormalizedFormat format, const SVGImportOp
 	const int status = Report(turn.file, outcome, turn.output);
 	if (outcome.refusal)
 		return status;
-	const SVGNormalizedPaths paths = Unwrap(MakeGeometry(outcome.document)->Normalize(options.wanted));
-	Write(FormatNormalized(paths, format), GetPath(options, turn.file, format), turn.output);
+	const SVGGeometryRef geometry = MakeGeometry(outcome.document);
+	const SVGNormalizedClips clips = GetClips(options);
+	const std::string path = GetPath(options, turn.file, format);
+	if (format == NormalizedFormat::svg)
+	{
+		// What is left aside it tells as a diagnostic.
+		Write(FormatNormalized(Unwrap(geometry->NormalizeToDocument(options.wanted, clips))), path, turn.output);
+		return status;
+	}
+	const SVGNormalizedPaths paths = Unwrap(geometry->NormalizeWith(options.wanted, clips));
+	Write(FormatNormalized(paths, format), path, turn.output);
 	if (paths.unclippedCount != 0)
 	{
 		turn.output.PrintError(GetDisplayName(turn.file) + ": clip paths, masks and filters of " +
@@ -92,6 +117,7 @@ int NormalizeAll(Options& options, Modules& modules)
 {
 	LoadGeometryModule(modules);
 	const NormalizedFormat format = GetFormat(options);
+	GetClips(options); // Refused before any file is written.
 	if (options.outlinesStrokes)
 		options.wanted.strokes = SVGNormalizedStrokes::outlined;
 	if (NeedsLines(format) && options.wanted.flattening == 0.0)
@@ -125,6 +151,10 @@ void AddNormalizeCommand(CommandLine& commandLine)
 					 .help = "svg, json, hpgl, gcode or arrays (.npz); by the name of OUT, or svg, when not given",
 					 .value = "FORMAT"},
 					options->format);
+	command.AddText({.names = "--clips",
+					 .help = "What becomes of clip paths: applied (when not given), kept (in svg) or ignored",
+					 .value = "WHICH"},
+					options->clips);
 	command.AddFlag("--outline-strokes", "Make areas of strokes", options->outlinesStrokes);
 	command.AddPositiveNumber({.names = "--flatten",
 							   .help = "Straight lines only, no farther off than this (0.05 for hpgl and gcode)",

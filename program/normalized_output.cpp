@@ -2,13 +2,14 @@
 #include "normalized_output.h"
 
 #include "array_archive.h"
+#include "console.h"
 #include "geometry_access.h"
 #include "json_writer.h"
 #include "path_text.h"
+#include "svg_source.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
 
 namespace orvan::program
@@ -24,72 +25,8 @@ struct FormatRow
 	std::string_view name;
 	std::string_view suffix;
 	bool needsLines;
-	std::string (*write)(const SVGNormalizedPaths& paths);
+	std::string (*write)(const SVGNormalizedPaths& paths); ///< Null for documents, which are no columns.
 };
-
-/// "#rrggbb", as near as it comes.
-std::string ToHexadecimal(const Color& color)
-{
-	const auto channel = [](double value)
-	{
-		return static_cast<unsigned>(std::lround(std::clamp(value, 0.0, 1.0) * 255.0));
-	};
-	char text[16];
-	std::snprintf(text, sizeof(text), "#%02x%02x%02x", channel(color.red), channel(color.green), channel(color.blue));
-	return text;
-}
-
-void AddAttribute(std::string& text, std::string_view name, std::string_view value)
-{
-	text += ' ';
-	text += name;
-	text += "=\"";
-	text += value;
-	text += '"';
-}
-
-void AddPaint(std::string& text, const std::string& name, SVGNormalizedPaint kind, const Color& color, double opacity)
-{
-	if (kind == SVGNormalizedPaint::none)
-		return AddAttribute(text, name, "none");
-	AddAttribute(text, name, ToHexadecimal(color));
-	if (opacity != 1.0)
-		AddAttribute(text, name + "-opacity", ToShortestText(opacity));
-}
-
-std::string WriteSVG(const SVGNormalizedPaths& paths)
-{
-	constexpr std::string_view kCaps[] = {"", "butt", "round", "square"};
-	constexpr std::string_view kJoins[] = {"", "miter", "round", "bevel"};
-	const std::string width = ToShortestText(paths.size.x);
-	const std::string height = ToShortestText(paths.size.y);
-	std::string text = "<svg xmlns=\"http://www.w3.org/2000/svg\"";
-	AddAttribute(text, "width", width);
-	AddAttribute(text, "height", height);
-	AddAttribute(text, "viewBox", "0 0 " + width + ' ' + height);
-	text += ">\n";
-	for (std::size_t i = 0; i < paths.elements.GetCount(); i++)
-	{
-		text += "<path";
-		AddPaint(text, "fill", paths.fillKinds[i], paths.fills[i], paths.fillOpacities[i]);
-		if (paths.fillRules[i] == SVGFillRule::evenodd)
-			AddAttribute(text, "fill-rule", "evenodd");
-		if (paths.strokeKinds[i] != SVGNormalizedPaint::none)
-		{
-			AddPaint(text, "stroke", paths.strokeKinds[i], paths.strokes[i], paths.strokeOpacities[i]);
-			AddAttribute(text, "stroke-width", ToShortestText(paths.strokeWidths[i]));
-			if (paths.strokeCaps[i] != SVGLineCap::butt)
-				AddAttribute(text, "stroke-linecap", kCaps[static_cast<std::size_t>(paths.strokeCaps[i])]);
-			if (paths.strokeJoins[i] != SVGLineJoin::miter)
-				AddAttribute(text, "stroke-linejoin", kJoins[static_cast<std::size_t>(paths.strokeJoins[i])]);
-			else if (paths.strokeMiterLimits[i] != 4.0)
-				AddAttribute(text, "stroke-miterlimit", ToShortestText(paths.strokeMiterLimits[i]));
-		}
-		AddAttribute(text, "d", ToPathData(paths, i));
-		text += "/>\n";
-	}
-	return text + "</svg>\n";
-}
 
 /// Collects what is printed.
 class TextOutput final : public Output
@@ -262,7 +199,7 @@ std::string WriteArrays(const SVGNormalizedPaths& paths)
 }
 
 constexpr FormatRow kFormats[] = {
-	{NormalizedFormat::svg, "svg", ".svg", false, &WriteSVG},
+	{NormalizedFormat::svg, "svg", ".svg", false, nullptr},
 	{NormalizedFormat::json, "json", ".json", false, &WriteJson},
 	{NormalizedFormat::hpgl, "hpgl", ".hpgl", true, &WriteHpgl},
 	{NormalizedFormat::gcode, "gcode", ".gcode", true, &WriteGcode},
@@ -299,6 +236,15 @@ bool NeedsLines(NormalizedFormat format)
 std::string FormatNormalized(const SVGNormalizedPaths& paths, NormalizedFormat format)
 {
 	return RowOf(format).write(paths);
+}
+
+std::string FormatNormalized(const SVGDocumentRef& document)
+{
+	const auto source = Cast<SVGDocumentSourceInterface>(document);
+	if (!source)
+		throw Failure("The module's documents cannot be saved");
+	const BaseArray<char> bytes = Unwrap(source->SaveToMemory({}));
+	return {bytes.begin(), bytes.end()};
 }
 
 } // namespace orvan::program

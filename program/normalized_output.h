@@ -29,7 +29,10 @@ std::string_view GetSuffix(NormalizedFormat format);
 /// True when a format knows straight lines only.
 bool NeedsLines(NormalizedFormat format);
 
-/// A whole file.
+/// A whole file, in any format but svg.
 std::string FormatNormalized(const SVGNormalizedPaths& paths, NormalizedFormat format);
+
+/// The file of a normalised document. Throws `Failure`.
+std::string FormatNormalized(const SVGDocumentRef& document);
 
 } // namespace orvan::program

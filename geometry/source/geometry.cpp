@@ -4,7 +4,8 @@
 #include "boxes.h"
 #include "drawing/document_size.h"
 #include "fonts.h"
-#include "normalize.h"
+#include "normalized_columns.h"
+#include "normalized_document.h"
 #include "outline_object.h"
 #include "recorder.h"
 #include "svg_import.h"
@@ -39,6 +40,20 @@ Vector2d GetViewSizeFor(const Vector2d& natural, const SVGGeometryOptions& optio
 	if (options.viewHeight > 0.0)
 		return {options.viewHeight * natural.x / natural.y, options.viewHeight};
 	return natural;
+}
+
+Result<void> CheckOptions(const SVGNormalizeOptions& options, SVGNormalizedClips clips) noexcept
+{
+	const auto isUsable = [](double value)
+	{
+		return value >= 0.0 && value <= kLargest;
+	};
+	const bool isGood = isUsable(options.flattening) && isUsable(options.grid) && isUsable(options.precision) &&
+						options.strokeTolerance > 0.0 && isUsable(options.strokeTolerance) &&
+						clips >= SVGNormalizedClips::ignored && clips <= SVGNormalizedClips::kept;
+	if (!isGood)
+		return IllegalArgumentError("The options for normalised paths make no sense.");
+	return {};
 }
 
 } // namespace
@@ -277,16 +292,34 @@ Result<SVGOutlineRef> Geometry::GetOutline(const SVGElementRef& element, SVGCoor
 
 Result<SVGNormalizedPaths> Geometry::Normalize(const SVGNormalizeOptions& options) noexcept
 {
-	const auto isUsable = [](double value)
-	{
-		return value >= 0.0 && value <= kLargest;
-	};
-	const bool isGood = isUsable(options.flattening) && isUsable(options.grid) && isUsable(options.precision) &&
-						options.strokeTolerance > 0.0 && isUsable(options.strokeTolerance);
-	if (!isGood)
-		return IllegalArgumentError("The options for normalised paths make no sense.");
+	return NormalizeWith(options, SVGNormalizedClips::ignored);
+}
+
+Result<SVGNormalizedPaths> Geometry::NormalizeWith(const SVGNormalizeOptions& options,
+												   SVGNormalizedClips clips) noexcept
+{
+	ORVAN_TRY(CheckOptions(options, clips));
 	ORVAN_TRY(Prepare());
-	return geometry::NormalizeRecord(*_record, options);
+	return MakeColumns(*_record, options, clips);
+}
+
+Result<SVGDocumentRef> Geometry::NormalizeToDocument(const SVGNormalizeOptions& options,
+													 SVGNormalizedClips clips) noexcept
+{
+	ORVAN_TRY(CheckOptions(options, clips));
+	ORVAN_TRY(Prepare());
+	const BaseArray<char> text = ORVAN_TRY(WriteNormalized(*_record, options, clips));
+	static const ObjectFactory factory(kSVGDocumentClass);
+	const SVGDocumentRef document = ORVAN_TRY(factory.Create<SVGDocumentInterface>());
+	const auto import = Cast<SVGDocumentImportInterface>(document);
+	if (!import)
+		return IllegalStateError("Documents of this host are not loaded from memory.");
+	SVGImportOptions importOptions;
+	importOptions.isComplete = importOptions.isTolerant = importOptions.keepsSource = true;
+	ORVAN_TRY(import->SetImportOptions(importOptions));
+	// Links of images are as they were, and so refer to the same place.
+	ORVAN_TRY(import->InitFromMemory(text.begin(), static_cast<std::int64_t>(text.GetCount()), _document->GetUrl()));
+	return document;
 }
 
 } // namespace orvan::geometry

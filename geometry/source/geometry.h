@@ -29,6 +29,8 @@ public:
 	Result<SVGHits> FindIn(const SVGBox& rectangle, bool isInside) noexcept;
 	Result<SVGOutlineRef> GetOutline(const SVGElementRef& element, SVGCoordinates coordinates) noexcept;
 	Result<SVGNormalizedPaths> Normalize(const SVGNormalizeOptions& options) noexcept;
+	Result<SVGNormalizedPaths> NormalizeWith(const SVGNormalizeOptions& options, SVGNormalizedClips clips) noexcept;
+	Result<SVGDocumentRef> NormalizeToDocument(const SVGNormalizeOptions& options, SVGNormalizedClips clips) noexcept;
 
 private:
 	/// The nodes of an element: one, but for the parts of a text.

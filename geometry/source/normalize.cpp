@@ -2,6 +2,7 @@
 #include "normalize.h"
 
 #include "boxes.h"
+#include "clip_areas.h"
 #include "segments.h"
 #include "stroke_edges.h"
 
@@ -25,27 +26,191 @@ constexpr Part kOrders[][3] = {
 	{Part::markers, Part::fill, Part::stroke}, {Part::markers, Part::stroke, Part::fill},
 };
 
+/// True when circles stay circles.
+bool KeepsCircles(const Matrix2d& m) noexcept
+{
+	const double first = Dot(m.axis1, m.axis1);
+	const double second = Dot(m.axis2, m.axis2);
+	return std::abs(first - second) + std::abs(Dot(m.axis1, m.axis2)) <= 1e-9 * (first + second);
+}
+
 class Normalizer
 {
 public:
-	Normalizer(const Record& record, const SVGNormalizeOptions& options) noexcept : _record(record), _options(options)
+	Normalizer(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips, StrokeNeeds needs,
+			   NormalizedSink& sink) noexcept
+		: _record(record), _options(options), _clips(clips), _needs(needs), _sink(sink),
+		  _viewResult(GetViewResult(record, options)), _areas(record, _viewResult)
 	{
-		const double side = std::max(record.viewSize.x, record.viewSize.y);
-		if (options.grid > 0.0 && side > 0.0 && std::isfinite(side))
-			_scale = options.grid / side;
-		_paths.size = Times(record.viewSize, _scale);
 	}
 
-	Result<SVGNormalizedPaths> Run() noexcept
+	Result<void> AddNode(std::int32_t index, bool isWhole) noexcept
 	{
-		ORVAN_TRY(_paths.commandOffsets.Append(0));
-		ORVAN_TRY(_paths.pointOffsets.Append(0));
-		if (_record.pictureEnd > 0)
-			ORVAN_TRY(AddNode(0, false));
-		return std::move(_paths);
+		const Node& node = _record.At(index);
+		const bool isCut = node.clip >= 0 && _clips == SVGNormalizedClips::ignored;
+		isWhole = isWhole && !isCut && !node.isChanged;
+		if (node.shape >= 0)
+			return AddShape(index, isWhole);
+		ORVAN_TRY(_sink.Begin(index, false));
+		ORVAN_TRY(AddChildren(index, isWhole));
+		return _sink.End(index);
 	}
 
-	// The visitor of a path's segments.
+private:
+	Result<void> AddChildren(std::int32_t index, bool isWhole) noexcept
+	{
+		const std::int32_t end = _record.At(index).end;
+		for (std::int32_t child = index + 1; child < end; child = _record.At(child).end)
+			ORVAN_TRY(AddNode(child, isWhole));
+		return {};
+	}
+
+	Result<void> AddShape(std::int32_t index, bool isWhole) noexcept
+	{
+		const Node& node = _record.At(index);
+		const RecordedShape& shape = _record.ShapeOf(node);
+		const bool fills = shape.isVisible && shape.fill.kind != SVGNormalizedPaint::none;
+		const bool strokes = shape.isVisible && shape.HasStroke();
+		const auto number = static_cast<std::size_t>(shape.paintOrder);
+		const Part(&order)[3] = kOrders[number < std::size(kOrders) ? number : 0];
+		// A path is filled before it is stroked: both go into one where nothing comes between.
+		const bool isInOrder = (order[0] == Part::fill && order[1] == Part::stroke) ||
+							   (order[1] == Part::fill && order[2] == Part::stroke);
+		const bool keepsStroke = strokes && ORVAN_TRY(KeepsStroke(index, shape));
+		const bool isOnePath = fills && isInOrder && keepsStroke;
+		const bool isOne = node.end == index + 1 && (isOnePath || !fills || !strokes);
+		ORVAN_TRY(_sink.Begin(index, isOne));
+		for (const Part part : order)
+		{
+			if (part == Part::markers)
+				ORVAN_TRY(AddChildren(index, isWhole));
+			else if (shape.isImage)
+				ORVAN_TRY(AddImage(index, part));
+			else if (part == Part::fill && fills)
+				ORVAN_TRY(AddOutline(index, isOnePath, isWhole));
+			else if (part == Part::stroke && keepsStroke && !isOnePath)
+				ORVAN_TRY(AddPath(index, shape.outline, ToResult(node.toView), {}, shape.stroke, isWhole));
+			else if (part == Part::stroke && strokes && !keepsStroke)
+				ORVAN_TRY(AddStroke(index, isWhole));
+		}
+		return _sink.End(index);
+	}
+
+	Result<void> AddImage(std::int32_t index, Part part) noexcept
+	{
+		const Node& node = _record.At(index);
+		if (part != Part::fill || !_record.ShapeOf(node).isVisible)
+			return {};
+		return _sink.AddImage(index, ToResult(node.toView));
+	}
+
+	/// A fill, with the stroke where that goes into the same path.
+	Result<void> AddOutline(std::int32_t index, bool hasStroke, bool isWhole) noexcept
+	{
+		const Node& node = _record.At(index);
+		const RecordedShape& shape = _record.ShapeOf(node);
+		const RecordedPaint stroke = hasStroke ? shape.stroke : RecordedPaint();
+		const Matrix2d toResult = ToResult(node.toView);
+		const bool isCut = _clips == SVGNormalizedClips::applied && !hasStroke &&
+						   !IsWithinAreas(index, shape.outline.GetBounds(toResult));
+		if (!isCut)
+			return AddPath(index, shape.outline, toResult, shape.fill, stroke, isWhole);
+		Outline outline;
+		ORVAN_TRY(outline.Append(shape.outline, toResult));
+		return AddCut(index, outline, shape.fillRule, shape.fill, isWhole);
+	}
+
+	/// A stroke as an area.
+	Result<void> AddStroke(std::int32_t index, bool isWhole) noexcept
+	{
+		const Node& node = _record.At(index);
+		const RecordedShape& shape = _record.ShapeOf(node);
+		const Matrix2d pen = shape.isPenUnscaled ? node.toView : Matrix2d();
+		const Matrix2d toResult = ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView);
+		const double stretch = drawing::GetStretch(toResult);
+		if (!(stretch > 0.0))
+			return {};
+		Outline edges;
+		const Outline own =
+			ORVAN_TRY(GetStrokeEdges(shape.outline, pen, shape.pen, shape.dashes, _options.strokeTolerance / stretch));
+		ORVAN_TRY(edges.Append(own, toResult));
+		if (_clips == SVGNormalizedClips::applied && !IsWithinAreas(index, edges.GetBounds()))
+			return AddCut(index, edges, SVGFillRule::nonzero, shape.stroke, isWhole);
+		return Add(index, edges, {}, SVGFillRule::nonzero, shape.stroke, {}, isWhole);
+	}
+
+	/// What the areas leave of an outline in the result's coordinates.
+	Result<void> AddCut(std::int32_t index, const Outline& outline, SVGFillRule rule, const RecordedPaint& fill,
+						bool isWhole) noexcept
+	{
+		const Result<Outline> left = _areas.Cut(index, outline, rule);
+		if (left.IsOk())
+			return Add(index, left.GetValue(), {}, SVGFillRule::nonzero, fill, {}, isWhole);
+		if (left.GetError().GetClass() == ErrorClass::illegalArgument)
+			return Add(index, outline, {}, rule, fill, {}, false); // Too intricate.
+		return left.GetError();
+	}
+
+	Result<void> AddPath(std::int32_t index, const Outline& outline, const Matrix2d& toResult,
+						 const RecordedPaint& fill, const RecordedPaint& stroke, bool isWhole) noexcept
+	{
+		return Add(index, outline, toResult, _record.ShapeOf(_record.At(index)).fillRule, fill, stroke, isWhole);
+	}
+
+	Result<void> Add(std::int32_t index, const Outline& outline, const Matrix2d& toResult, SVGFillRule rule,
+					 const RecordedPaint& fill, const RecordedPaint& stroke, bool isWhole) noexcept
+	{
+		if (outline.GetCommands().IsEmpty())
+			return {};
+		const Node& node = _record.At(index);
+		const RecordedShape& shape = _record.ShapeOf(node);
+		double width = 0.0;
+		if (stroke.kind != SVGNormalizedPaint::none)
+			width = shape.pen.width * drawing::GetMeanScale(ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView));
+		return _sink.AddPath({index, outline, toResult, ToResult(node.toView), rule, fill, stroke, width, isWhole});
+	}
+
+	/// Dashes are outlined always, and strokes that are cut off: there is no other way to tell of them.
+	Result<bool> KeepsStroke(std::int32_t index, const RecordedShape& shape) noexcept
+	{
+		const Node& node = _record.At(index);
+		const Matrix2d toResult = ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView);
+		if (_options.strokes != SVGNormalizedStrokes::kept || !shape.dashes.lengths.IsEmpty())
+			return false;
+		if (_needs == StrokeNeeds::roundPens && !KeepsCircles(toResult))
+			return false;
+		if (_clips != SVGNormalizedClips::applied)
+			return true;
+		return IsWithinAreas(index, GetStrokeBox(node, shape, ToResult(node.toView)));
+	}
+
+	bool IsWithinAreas(std::int32_t index, const Rectangle& bounds) noexcept
+	{
+		const Result<bool> isWhole = _areas.IsWhole(index, bounds);
+		return isWhole.IsOk() && isWhole.GetValue();
+	}
+
+	Matrix2d ToResult(const Matrix2d& toView) const noexcept
+	{
+		return _viewResult * toView;
+	}
+
+	const Record& _record;
+	const SVGNormalizeOptions& _options;
+	const SVGNormalizedClips _clips;
+	const StrokeNeeds _needs;
+	NormalizedSink& _sink;
+	const Matrix2d _viewResult;
+	ClipAreas _areas;
+};
+
+/// The visitor of an outline's segments.
+class PlainWriter
+{
+public:
+	PlainWriter(const SVGNormalizeOptions& options, PlainPath& to) noexcept : _options(options), _to(to)
+	{
+	}
 
 	void Move(const Vector2d& point) noexcept
 	{
@@ -75,138 +240,9 @@ public:
 		AddCommand(SVGPathCommandType::close);
 	}
 
+	bool isGood = true;
+
 private:
-	/// What is painted of one path.
-	struct Paints
-	{
-		RecordedPaint fill;
-		RecordedPaint stroke;
-		double strokeWidth = 0.0;
-		SVGFillRule rule = SVGFillRule::nonzero;
-	};
-
-	Result<void> AddNode(std::int32_t index, bool isCut) noexcept
-	{
-		const Node& node = _record.At(index);
-		const bool isCutHere = isCut || node.clip >= 0 || node.isChanged;
-		if (node.shape >= 0)
-			return AddShape(index, isCutHere);
-		return AddChildren(index, isCutHere);
-	}
-
-	Result<void> AddChildren(std::int32_t index, bool isCut) noexcept
-	{
-		const std::int32_t end = _record.At(index).end;
-		for (std::int32_t child = index + 1; child < end; child = _record.At(child).end)
-			ORVAN_TRY(AddNode(child, isCut));
-		return {};
-	}
-
-	Result<void> AddShape(std::int32_t index, bool isCut) noexcept
-	{
-		const Node& node = _record.At(index);
-		const RecordedShape& shape = _record.ShapeOf(node);
-		if (shape.isImage)
-			return {}; // Its pixels are no paths.
-		const bool fills = shape.isVisible && shape.fill.kind != SVGNormalizedPaint::none;
-		const bool strokes = shape.isVisible && shape.HasStroke();
-		const auto number = static_cast<std::size_t>(shape.paintOrder);
-		const Part(&order)[3] = kOrders[number < std::size(kOrders) ? number : 0];
-		// A path is filled before it is stroked: both go into one where nothing comes between.
-		const bool isOnePath = (order[0] == Part::fill && order[1] == Part::stroke) ||
-							   (order[1] == Part::fill && order[2] == Part::stroke);
-		bool isStrokeDone = false;
-		for (const Part part : order)
-		{
-			if (part == Part::markers)
-				ORVAN_TRY(AddChildren(index, isCut));
-			else if (part == Part::fill && fills)
-			{
-				const bool isWhole = isOnePath && strokes && KeepsStroke(shape);
-				ORVAN_TRY(
-					AddPath(node, shape.outline, ToResult(node.toView), MakePaints(node, shape, true, isWhole), isCut));
-				isStrokeDone = isWhole;
-			}
-			else if (part == Part::stroke && strokes && !isStrokeDone)
-				ORVAN_TRY(AddStroke(node, shape, isCut));
-		}
-		return {};
-	}
-
-	/// Dashes are outlined always: there is no column for them.
-	bool KeepsStroke(const RecordedShape& shape) const noexcept
-	{
-		return _options.strokes == SVGNormalizedStrokes::kept && shape.dashes.lengths.IsEmpty();
-	}
-
-	Paints MakePaints(const Node& node, const RecordedShape& shape, bool fills, bool strokes) const noexcept
-	{
-		Paints paints;
-		paints.rule = shape.fillRule;
-		if (fills)
-			paints.fill = shape.fill;
-		if (strokes)
-		{
-			paints.stroke = shape.stroke;
-			const Matrix2d m = shape.isPenUnscaled ? Matrix2d() : node.toView;
-			paints.strokeWidth = shape.pen.width * std::sqrt(std::abs(Cross(m.axis1, m.axis2))) * _scale;
-		}
-		paints.fill.opacity *= node.opacity;
-		paints.stroke.opacity *= node.opacity;
-		return paints;
-	}
-
-	Result<void> AddStroke(const Node& node, const RecordedShape& shape, bool isCut) noexcept
-	{
-		if (KeepsStroke(shape))
-			return AddPath(node, shape.outline, ToResult(node.toView), MakePaints(node, shape, false, true), isCut);
-		const Matrix2d pen = shape.isPenUnscaled ? node.toView : Matrix2d();
-		const Matrix2d toResult = ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView);
-		const double stretch = drawing::GetStretch(toResult);
-		if (!(stretch > 0.0))
-			return {};
-		const Outline edges =
-			ORVAN_TRY(GetStrokeEdges(shape.outline, pen, shape.pen, shape.dashes, _options.strokeTolerance / stretch));
-		Paints paints;
-		paints.fill = shape.stroke;
-		paints.fill.opacity *= node.opacity;
-		return AddPath(node, edges, toResult, paints, isCut);
-	}
-
-	Matrix2d ToResult(const Matrix2d& toView) const noexcept
-	{
-		return drawing::Scaling(_scale, _scale) * toView;
-	}
-
-	Result<void> AddPath(const Node& node, const Outline& outline, const Matrix2d& toResult, const Paints& paints,
-						 bool isCut) noexcept
-	{
-		const std::size_t before = _paths.commands.GetCount();
-		_hasPendingMove = false;
-		VisitSegments(outline.GetCommands(), toResult, *this);
-		if (!_isGood)
-			return OutOfMemoryError();
-		if (_paths.commands.GetCount() == before)
-			return {};
-		const RecordedShape& shape = _record.ShapeOf(node);
-		ORVAN_TRY(_paths.commandOffsets.Append(static_cast<std::int64_t>(_paths.commands.GetCount())));
-		ORVAN_TRY(_paths.pointOffsets.Append(static_cast<std::int64_t>(_paths.points.GetCount())));
-		ORVAN_TRY(_paths.fillKinds.Append(paints.fill.kind));
-		ORVAN_TRY(_paths.strokeKinds.Append(paints.stroke.kind));
-		ORVAN_TRY(_paths.fills.Append(paints.fill.color));
-		ORVAN_TRY(_paths.strokes.Append(paints.stroke.color));
-		ORVAN_TRY(_paths.fillOpacities.Append(paints.fill.opacity));
-		ORVAN_TRY(_paths.strokeOpacities.Append(paints.stroke.opacity));
-		ORVAN_TRY(_paths.strokeWidths.Append(paints.strokeWidth));
-		ORVAN_TRY(_paths.fillRules.Append(paints.rule));
-		ORVAN_TRY(_paths.strokeCaps.Append(shape.pen.cap));
-		ORVAN_TRY(_paths.strokeJoins.Append(shape.pen.join));
-		ORVAN_TRY(_paths.strokeMiterLimits.Append(std::max(1.0, shape.pen.miterLimit)));
-		ORVAN_TRY(_paths.elements.Append(node.element));
-		_paths.unclippedCount += isCut ? 1 : 0;
-		return {};
-	}
-
 	/// A move counts only when something follows.
 	void AddMove() noexcept
 	{
@@ -217,7 +253,7 @@ private:
 
 	void AddCommand(SVGPathCommandType type) noexcept
 	{
-		_isGood = _isGood && _paths.commands.Append(static_cast<std::uint8_t>(type)).IsOk();
+		isGood = isGood && _to.commands.Append(static_cast<std::uint8_t>(type)).IsOk();
 	}
 
 	void AddPoint(SVGPathCommandType type, const Vector2d& point) noexcept
@@ -228,7 +264,7 @@ private:
 
 	void AddPoint(const Vector2d& point) noexcept
 	{
-		_isGood = _isGood && _paths.points.Append({Round(point.x), Round(point.y)}).IsOk();
+		isGood = isGood && _to.points.Append({Round(point.x), Round(point.y)}).IsOk();
 	}
 
 	double Round(double value) const noexcept
@@ -237,20 +273,37 @@ private:
 		return step > 0.0 ? std::round(value / step) * step : value;
 	}
 
-	const Record& _record;
 	const SVGNormalizeOptions& _options;
-	SVGNormalizedPaths _paths;
-	double _scale = 1.0;
+	PlainPath& _to;
 	Vector2d _pendingMove;
 	bool _hasPendingMove = false;
-	bool _isGood = true;
 };
 
 } // namespace
 
-Result<SVGNormalizedPaths> NormalizeRecord(const Record& record, const SVGNormalizeOptions& options) noexcept
+Matrix2d GetViewResult(const Record& record, const SVGNormalizeOptions& options) noexcept
 {
-	return Normalizer(record, options).Run();
+	const double side = std::max(record.viewSize.x, record.viewSize.y);
+	const double scale = options.grid > 0.0 && side > 0.0 && std::isfinite(side) ? options.grid / side : 1.0;
+	return drawing::Scaling(scale, scale);
+}
+
+Result<void> VisitNormalized(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips,
+							 StrokeNeeds needs, NormalizedSink& sink) noexcept
+{
+	if (record.pictureEnd == 0)
+		return {};
+	return Normalizer(record, options, clips, needs, sink).AddNode(0, true);
+}
+
+Result<void> AppendPlain(const Outline& outline, const Matrix2d& transform, const SVGNormalizeOptions& options,
+						 PlainPath& to) noexcept
+{
+	PlainWriter writer(options, to);
+	VisitSegments(outline.GetCommands(), transform, writer);
+	if (!writer.isGood)
+		return OutOfMemoryError();
+	return {};
 }
 
 } // namespace orvan::geometry

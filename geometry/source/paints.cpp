@@ -44,20 +44,68 @@ RecordedPaint GetMean(const BaseArray<Stop>& stops) noexcept
 	return mean;
 }
 
-Result<RecordedPaint> GetServer(Scene& scene, const String& id) noexcept
+/// Whose paint is asked for, and for whom: with context paints these are two.
+struct PaintUser
 {
-	const SVGElementRef found = ORVAN_TRY(FindElement(scene.document, id));
-	if (IsGradient(found.GetObject()))
+	Scene& scene;
+	Record& record;
+	const Frame& user;
+};
+
+/// A gradient on an element; nothing when it is none, or cannot be laid over the element's box.
+Result<std::optional<RecordedPaint>> LayGradient(const PaintUser& to, const Frame& frame, const LazyBox& lazyBox,
+												 ObjectBase* element) noexcept
+{
+	std::optional<RecordedPaint> paint;
+	GradientDefinition definition = ORVAN_TRY(GetGradient(to.scene, element));
+	const std::size_t count = definition.stops.GetCount();
+	RecordedGradient gradient;
+	gradient.geometry = GetGeometry(definition, frame.place);
+	const GradientGeometry& at = gradient.geometry;
+	if (count == 0 || !std::isfinite(at.from.x + at.from.y + at.to.x + at.to.y + at.fromRadius + at.toRadius))
+		return std::optional(RecordedPaint());
+	if (definition.units == SVGGradientUnits::objectBoundingBox)
 	{
-		const GradientDefinition gradient = ORVAN_TRY(GetGradient(scene, found.GetObject()));
-		return gradient.stops.IsEmpty() ? RecordedPaint() : GetMean(gradient.stops);
+		const Rectangle box = lazyBox.Get();
+		if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
+			return paint; // Fractions of it are nowhere.
+		gradient.toNode = BoxTransform(box);
 	}
-	if (Borrowed<SVGPatternElementInterface>(found))
-		return RecordedPaint{SVGNormalizedPaint::server, {0.5, 0.5, 0.5}, 1.0};
-	return RecordedPaint();
+	if (count == 1 || (definition.isRadial ? !(at.toRadius > 0.0) : at.from == at.to))
+	{
+		const Stop& last = definition.stops[count - 1];
+		return std::optional(MakeColor(last.color, last.alpha));
+	}
+	gradient.toNode =
+		gradient.toNode * definition.chain.GetTransform(SVGImportAttribute::gradientTransform, frame.place);
+	if (&frame != &to.user)
+		gradient.toNode = Invert(to.user.place.transform) * frame.place.transform * gradient.toNode;
+	if (!IsInvertible(gradient.toNode))
+		return std::optional(RecordedPaint());
+	paint = GetMean(definition.stops);
+	paint->gradient = static_cast<std::int32_t>(to.record.gradients.GetCount());
+	gradient.isRadial = definition.isRadial;
+	gradient.spread = definition.spread;
+	gradient.stops = std::move(definition.stops);
+	ORVAN_TRY(to.record.gradients.Append(std::move(gradient)));
+	return paint;
 }
 
-Result<RecordedPaint> Resolve(Scene& scene, const Frame& frame, const SVGPaint* paint, bool isFill) noexcept
+/// Nothing when there is no such paint server.
+Result<std::optional<RecordedPaint>> GetServer(const PaintUser& to, const Frame& frame, const LazyBox& box,
+											   const String& id) noexcept
+{
+	const SVGElementRef found = ORVAN_TRY(FindElement(to.scene.document, id));
+	if (IsGradient(found.GetObject()))
+		return LayGradient(to, frame, box, found.GetObject());
+	std::optional<RecordedPaint> paint;
+	if (Borrowed<SVGPatternElementInterface>(found))
+		paint = RecordedPaint{SVGNormalizedPaint::server, {0.5, 0.5, 0.5}, 1.0};
+	return paint;
+}
+
+Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const LazyBox& box, const SVGPaint* paint,
+							  bool isFill) noexcept
 {
 	if (paint == nullptr) // Nothing was said.
 		return isFill ? MakeColor({}, 1.0) : RecordedPaint();
@@ -92,14 +140,12 @@ Result<RecordedPaint> Resolve(Scene& scene, const Frame& frame, const SVGPaint* 
 			break;
 		const Style& around = context->frame.place.style;
 		const bool isContextFill = paint->type == SVGPaintType::contextFill;
-		return Resolve(scene, context->frame, isContextFill ? around.fill : around.stroke, isContextFill);
+		return Resolve(to, context->frame, context->box, isContextFill ? around.fill : around.stroke, isContextFill);
 	}
 	case SVGPaintType::reference:
 	{
-		const RecordedPaint server = ORVAN_TRY(GetServer(scene, paint->reference));
-		if (server.kind != SVGNormalizedPaint::none)
-			return server;
-		return getFallback();
+		const std::optional<RecordedPaint> server = ORVAN_TRY(GetServer(to, frame, box, paint->reference));
+		return server ? *server : getFallback();
 	}
 	}
 	return RecordedPaint();
@@ -107,11 +153,14 @@ Result<RecordedPaint> Resolve(Scene& scene, const Frame& frame, const SVGPaint* 
 
 } // namespace
 
-Result<RecordedPaint> GetPaint(Scene& scene, const Frame& frame, bool isFill) noexcept
+Result<RecordedPaint> GetPaint(Scene& scene, Record& record, const Frame& frame, const LazyBox& box,
+							   bool isFill) noexcept
 {
 	const Style& style = frame.place.style;
-	RecordedPaint paint = ORVAN_TRY(Resolve(scene, frame, isFill ? style.fill : style.stroke, isFill));
-	paint.opacity *= ClampToUnit(isFill ? style.fillOpacity : style.strokeOpacity);
+	RecordedPaint paint =
+		ORVAN_TRY(Resolve({scene, record, frame}, frame, box, isFill ? style.fill : style.stroke, isFill));
+	paint.gradientOpacity = ClampToUnit(isFill ? style.fillOpacity : style.strokeOpacity);
+	paint.opacity *= paint.gradientOpacity;
 	return paint;
 }
 

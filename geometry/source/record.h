@@ -2,6 +2,7 @@
 /// A tree as it is drawn, written down so that it can be asked without walking it again.
 #pragma once
 
+#include "drawing/gradients.h"
 #include "drawing/outline.h"
 #include "svg_geometry.h"
 
@@ -17,6 +18,19 @@ struct RecordedPaint
 	SVGNormalizedPaint kind = SVGNormalizedPaint::none;
 	Color color;
 	double opacity = 1.0; ///< The paint's own and that of its property.
+	/// Index of the gradient, or -1; then that of its property alone stands beside it.
+	std::int32_t gradient = -1;
+	double gradientOpacity = 1.0;
+};
+
+/// A gradient as it lies over one shape.
+struct RecordedGradient
+{
+	bool isRadial = false;
+	SVGSpreadMethod spread = SVGSpreadMethod::pad;
+	BaseArray<drawing::Stop> stops;
+	drawing::GradientGeometry geometry;
+	Matrix2d toNode; ///< From its coordinates to those of the shape.
 };
 
 /// The dashes of a stroke, in the units of its pen.
@@ -99,7 +113,7 @@ struct Node
 	Matrix2d toView;      ///< From its coordinates.
 	Matrix2d toParent;    ///< From its coordinates to those of the node around it.
 	Vector2d position;    ///< Of a use: from the element's own coordinates to those of what it shows.
-	double opacity = 1.0; ///< Its own and that of the nodes around it.
+	double opacity = 1.0; ///< Its own.
 	std::int32_t parent = -1;
 	std::int32_t end = 0;    ///< Behind the last node below; those below stand in between, in painting order.
 	std::int32_t shape = -1; ///< Its index, or -1.
@@ -107,7 +121,7 @@ struct Node
 	std::int32_t edges = -1; ///< Its index, or -1.
 	NodeKind kind = NodeKind::plain;
 	bool isReferenced = false; ///< Drawn through a use, or in a marker.
-	bool isChanged = false;    ///< A mask or filter changes it, or a node around it.
+	bool isChanged = false;    ///< A mask, filter or blending changes it, or a node around it.
 };
 
 /// A box in a node's coordinates, once it is known.
@@ -131,6 +145,7 @@ struct Record
 	BaseArray<RecordedShape> shapes;
 	BaseArray<ClipRegion> regions;
 	BaseArray<NodeEdges> edges;
+	BaseArray<RecordedGradient> gradients;
 	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it.
 	BaseArray<ElementEntry> elements;
 	/// By kind and node; shorter where nobody asked for them yet.

@@ -77,7 +77,7 @@ public:
 		if (IsFull() || (frame.place.isByReference && !_scene.limits.Pay(commandCount * kCommandWork)))
 			return {};
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
-		RecordedShape shape = ORVAN_TRY(MakeShape(frame, outline));
+		RecordedShape shape = ORVAN_TRY(MakeShape(frame, outline, outline));
 		ORVAN_TRY(shape.outline.Append(outline, {}));
 		ORVAN_TRY(SetShape(node, std::move(shape)));
 		const bool wasMarker = std::exchange(_isInMarker, true);
@@ -191,7 +191,8 @@ private:
 		node.toView = frame.place.transform;
 		node.toParent = frame.local * frame.inner;
 		node.opacity = frame.effects.opacity;
-		node.isChanged = frame.effects.mask != nullptr || frame.effects.filter != nullptr;
+		node.isChanged = frame.effects.mask != nullptr || frame.effects.filter != nullptr ||
+						 frame.effects.blendMode != SVGBlendMode::normal;
 		if (Borrowed<SVGUseElementInterface>(frame.element))
 		{
 			node.kind = NodeKind::use;
@@ -200,7 +201,6 @@ private:
 		if (_current >= 0)
 		{
 			const Node& parent = At(_current);
-			node.opacity *= parent.opacity;
 			node.isChanged = node.isChanged || parent.isChanged;
 			if (_isInMarker)
 			{
@@ -268,13 +268,13 @@ private:
 		return {};
 	}
 
-	/// All of a shape but its outline.
-	Result<RecordedShape> MakeShape(const Frame& frame, const Outline& outline) noexcept
+	/// All of a shape but its outline. `box` is what gradients refer to.
+	Result<RecordedShape> MakeShape(const Frame& frame, const Outline& outline, const LazyBox& box) noexcept
 	{
 		const Style& style = frame.place.style;
 		RecordedShape shape;
-		shape.fill = ORVAN_TRY(GetPaint(_scene, frame, true));
-		shape.stroke = ORVAN_TRY(GetPaint(_scene, frame, false));
+		shape.fill = ORVAN_TRY(GetPaint(_scene, _record, frame, box, true));
+		shape.stroke = ORVAN_TRY(GetPaint(_scene, _record, frame, box, false));
 		shape.saysFill = HasFill(style);
 		shape.saysStroke = HasStroke(frame.place);
 		shape.pen = GetPen(frame.place);
@@ -302,7 +302,7 @@ private:
 		node.parent = parent;
 		node.toView = text.place.transform;
 		node.isReferenced = At(parent).isReferenced;
-		node.opacity = At(parent).opacity * fragment.opacity;
+		node.opacity = fragment.opacity;
 		node.isChanged = At(parent).isChanged;
 		const std::int32_t index = GetCount();
 		node.end = index + 1;
@@ -314,7 +314,7 @@ private:
 		ORVAN_TRY(_record.nodes.Append(std::move(node)));
 
 		Outline letters = ORVAN_TRY(layout.GetOutline(fragment));
-		RecordedShape shape = ORVAN_TRY(MakeShape(*fragment.frame, letters));
+		RecordedShape shape = ORVAN_TRY(MakeShape(*fragment.frame, letters, layout.GetBounds()));
 		shape.isText = true;
 		shape.fillRule = SVGFillRule::nonzero;
 		for (std::size_t cluster = fragment.first; cluster < fragment.end; cluster++)

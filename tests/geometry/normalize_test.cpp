@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "geometry_module.h"
+#include "svg_source.h"
+
+#include <filesystem>
 
 namespace orvan
 {
@@ -130,6 +133,126 @@ TEST_F(Normalize, TellsWhatItLeavesAside)
 	EXPECT_EQ(1, paths.unclippedCount);
 	EXPECT_EQ((Vector2d{200, 100}), paths.size);
 	EXPECT_EQ((Vector2d{200, 100}), Must(picture.geometry->GetViewSize()));
+}
+
+/// The document that a picture becomes, as text.
+class NormalizedDocument : public GeometryTest
+{
+protected:
+	static std::string TextOf(const SVGDocumentRef& document)
+	{
+		const BaseArray<char> text = Must(Cast<SVGDocumentSourceInterface>(document)->SaveToMemory({}));
+		return {text.begin(), text.end()};
+	}
+
+	static std::string Of(const SVGDocumentRef& document, SVGNormalizedClips clips,
+						  const SVGNormalizeOptions& options = {})
+	{
+		const SVGGeometryRef geometry = Must(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
+		Must(geometry->SetDocument(document, {}));
+		const SVGDocumentRef normal = Must(geometry->NormalizeToDocument(options, clips));
+		const std::string text = TextOf(normal);
+		// Once more, nothing changes.
+		Must(geometry->SetDocument(normal, {}));
+		EXPECT_EQ(text, TextOf(Must(geometry->NormalizeToDocument(options, clips))));
+		return text;
+	}
+
+	/// The lines between the root's tags.
+	static std::string ContentOf(const std::string& elements, SVGNormalizedClips clips,
+								 const SVGNormalizeOptions& options = {})
+	{
+		const std::string text = Of(AskedPicture(elements).GetDocument(), clips, options);
+		const std::size_t start = text.find('\n') + 1;
+		return text.substr(start, text.rfind("</svg>") - start);
+	}
+};
+
+TEST_F(NormalizedDocument, EndsPathsAtClips)
+{
+	const std::string picture =
+		"<clipPath id='inner'><rect width='5' height='20'/></clipPath><clipPath id='c' clip-path='url(#inner)'>"
+		"<rect width='10' height='4'/><path clip-rule='evenodd' d='M0 0h10v10h-10zM2 2h6v6h-6z'/></clipPath>"
+		"<g clip-path='url(#c)' opacity='.5'><rect width='20' height='20'/><rect width='3' height='1' stroke='red' "
+		"stroke-dasharray='99'/></g><svg x='50' width='10' height='10'><path stroke='red' stroke-width='4' "
+		"d='M5 5h20'/><rect x='1' y='1' width='2' height='2' stroke='red'/><path d='M30 0h9v9z'/></svg>";
+	EXPECT_EQ("<g opacity=\"0.5\">\n"
+			  "<path fill=\"#000000\" d=\"M0 10L0 0L5 0L5 4L2 4L2 8L5 8L5 10Z\"/>\n"
+			  "<path fill=\"#000000\" d=\"M0 1L0 0L3 0L3 1Z\"/>\n"
+			  "<path fill=\"#ff0000\" d=\"M0 1.5L0 0L3.5 0L3.5 1.5Z\"/>\n"
+			  "</g>\n"
+			  "<path fill=\"#ff0000\" d=\"M55 7L55 3L60 3L60 7Z\"/>\n"
+			  "<path fill=\"#000000\" stroke=\"#ff0000\" stroke-width=\"1\" d=\"M51 1L53 1L53 3L51 3Z\"/>\n",
+			  ContentOf(picture, SVGNormalizedClips::applied));
+	EXPECT_EQ("<clipPath id=\"c1\"><path d=\"M0 0L5 0L5 20L0 20Z\"/></clipPath>\n"
+			  "<clipPath id=\"c2\" clip-path=\"url(#c1)\"><path d=\"M0 0L10 0L10 4L0 4Z\"/><path clip-rule=\"evenodd\" "
+			  "d=\"M0 0L10 0L10 10L0 10ZM2 2L8 2L8 8L2 8Z\"/></clipPath>\n"
+			  "<g opacity=\"0.5\" clip-path=\"url(#c2)\">\n",
+			  ContentOf(picture, SVGNormalizedClips::kept).substr(0, 252));
+	EXPECT_EQ(std::string::npos, ContentOf(picture, SVGNormalizedClips::ignored).find("clip"));
+	// In columns as well, with what no area is known of left whole.
+	const AskedPicture asked(picture + "<rect id='m' width='9' height='9' filter='blur(1px)'/>");
+	const SVGNormalizedPaths paths = Must(asked.geometry->NormalizeWith({}, SVGNormalizedClips::applied));
+	EXPECT_EQ(6u, paths.elements.GetCount());
+	EXPECT_EQ(1, paths.unclippedCount);
+	EXPECT_EQ(0.5, paths.fillOpacities[0]);
+	EXPECT_FALSE(asked.geometry->NormalizeWith({}, static_cast<SVGNormalizedClips>(3)).IsOk());
+}
+
+TEST_F(NormalizedDocument, KeepsGradientsImagesAndWhatPathsShare)
+{
+	const std::string picture =
+		"<linearGradient id='g' x2='.5' gradientTransform='matrix(0 1 -1 0 0 0)' spreadMethod='reflect'><stop "
+		"stop-color='red' "
+		"stop-opacity='.5'/><stop offset='1' stop-color='blue'/></linearGradient><radialGradient id='r' "
+		"gradientUnits='userSpaceOnUse' cx='50' cy='50' r='50%' fx='40' href='#g'/>"
+		"<g transform='translate(10)'><rect id='a' width='20' height='10' fill='url(#g)' fill-opacity='.5'/>"
+		"<path fill='url(#r)' stroke='url(#g)' stroke-width='2' stroke-linecap='round' opacity='.25' d='M0 0h9' "
+		"fill-rule='evenodd'/></g>"
+		"<image transform='scale(2)' x='1' width='4' height='3' href='a&amp;b.png' preserveAspectRatio='xMaxYMin "
+		"slice' opacity='.5'/><path d='M0 0h9' fill='url(#g) lime' stroke='url(#g)'/>";
+	EXPECT_EQ(
+		"<linearGradient id=\"p1\" gradientUnits=\"userSpaceOnUse\" x1=\"0\" y1=\"0\" x2=\"0.5\" y2=\"0\" "
+		"spreadMethod=\"reflect\" gradientTransform=\"matrix(0 10 -20 0 10 0)\"><stop offset=\"0\" "
+		"stop-color=\"#ff0000\" stop-opacity=\"0.5\"/><stop offset=\"1\" stop-color=\"#0000ff\"/></linearGradient>\n"
+		"<path fill=\"url(#p1)\" fill-opacity=\"0.5\" d=\"M10 0L30 0L30 10L10 10Z\"/>\n"
+		"<radialGradient id=\"p2\" gradientUnits=\"userSpaceOnUse\" cx=\"50\" cy=\"50\" r=\"50\" fx=\"40\" fy=\"50\" "
+		"spreadMethod=\"reflect\" gradientTransform=\"matrix(0 1 -1 0 10 0)\"><stop offset=\"0\" "
+		"stop-color=\"#ff0000\" stop-opacity=\"0.5\"/><stop offset=\"1\" stop-color=\"#0000ff\"/></radialGradient>\n"
+		"<path opacity=\"0.25\" fill=\"url(#p2)\" fill-rule=\"evenodd\" d=\"M10 0L19 0\"/>\n"
+		"<image opacity=\"0.5\" x=\"1\" y=\"0\" width=\"4\" height=\"3\" preserveAspectRatio=\"xMaxYMin slice\" "
+		"transform=\"matrix(2 0 0 2 0 0)\" href=\"a&amp;b.png\"/>\n"
+		"<path fill=\"#00ff00\" d=\"M0 0L9 0\"/>\n",
+		ContentOf(picture, SVGNormalizedClips::kept));
+	// A pen that is wider one way has no stroke that tells of it, so it becomes an area.
+	EXPECT_EQ(
+		"<path fill=\"#ff0000\" d=\"M0 5.5L18 5.5L18 4.5L0 4.5Z\"/>\n",
+		ContentOf("<path fill='none' stroke='red' transform='scale(2 1)' d='M0 5h9'/>", SVGNormalizedClips::kept));
+}
+
+/// Whatever there is among the examples and pictures is, once normalised, what it becomes when it is normalised.
+TEST_F(NormalizedDocument, StaysWhatItIs)
+{
+	int count = 0;
+	for (const char* folder : {ORVAN_EXAMPLES, ORVAN_PICTURES})
+	{
+		for (const auto& entry : std::filesystem::directory_iterator(folder))
+		{
+			if (entry.path().extension() != ".svg")
+				continue;
+			SCOPED_TRACE(entry.path());
+			const SVGDocumentRef document = Must(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+			SVGImportOptions options;
+			options.isTolerant = options.isComplete = true;
+			Must(Cast<SVGDocumentImportInterface>(document)->SetImportOptions(options));
+			Must(document->Init(Must(Url::FromPath(entry.path().c_str()))));
+			SVGNormalizeOptions wanted;
+			wanted.precision = count % 2 == 0 ? 0.0 : 0.01;
+			Of(document, count % 3 == 0 ? SVGNormalizedClips::kept : SVGNormalizedClips::applied, wanted);
+			count++;
+		}
+	}
+	EXPECT_GT(count, 70);
 }
 
 } // namespace

@@ -88,6 +88,7 @@ TEST_F(GeometryCommands, WritePlainPaths)
 	EXPECT_EQ("PK\x03\x04", bytes.substr(0, 4));
 	EXPECT_NE(std::string::npos, bytes.find("{'descr': '<f8', 'fortran_order': False, 'shape': (6, 2), }"));
 	EXPECT_EQ(2, StatusOf({"normalize", "--format", "odd"}));
+	EXPECT_EQ(2, StatusOf({"normalize", "--clips", "odd"}));
 	EXPECT_EQ(2, RunProgram({"normalize", _path, _path, "-o", arrays}).status);
 }
 
