@@ -44,6 +44,19 @@ file(WRITE ${WORK}/shapes.svg [[<svg xmlns="http://www.w3.org/2000/svg"><g fill=
 	id="r" x="1" y="2" width="3" height="4"/><path id="p" fill="red" transform="scale(.5)" d="M1 2C3 4 5 6 7 8Z"/></g></svg>]])
 run(COMMAND ${WORK}/examples/walk_tree ${WORK}/shapes.svg
 	EXPECT "r at 2 3, filled 0 1 0\np at 2 3, 3 commands, filled 1 0 0\n")
+file(WRITE ${WORK}/edited.svg "<svg xmlns='http://www.w3.org/2000/svg'>\n  <!-- a -->\n  <g fill='red'/>\n</svg>\n")
+run(COMMAND ${WORK}/examples/edit_and_save ${WORK}/edited.svg g teal "#eee" EXPECT "2 changes, 1 to undo\n")
+# The last color cannot be read, so that nothing is done.
+execute_process(COMMAND ${WORK}/examples/edit_and_save ${WORK}/edited.svg g blue nocolor
+	RESULT_VARIABLE status ERROR_VARIABLE error)
+file(READ ${WORK}/edited.svg edited)
+set(expected "<svg xmlns='http://www.w3.org/2000/svg'>
+  <!-- a -->
+  <rect width=\"100%\" height=\"100%\" fill=\"#eee\"/>
+  <g fill='teal'/>\n</svg>\n")
+if(NOT edited STREQUAL expected OR NOT status EQUAL 1 OR NOT error STREQUAL "'nocolor' is no value of 'fill'.\n")
+	message(FATAL_ERROR "The example wrote, and then ended with ${status}: ${error}\n${edited}")
+endif()
 run(COMMAND ${WORK}/examples/draw ${WORK}/examples/net.orvan.example.postscript.so ${WORK}/shapes.svg ${WORK}/shapes.eps)
 file(READ ${WORK}/shapes.eps picture)
 set(expected "%!PS-Adobe-3.0 EPSF-3.0
@@ -98,7 +111,7 @@ if(NOT man_page MATCHES "\n.SS check\n" OR NOT man_page MATCHES "\n.B [^\n]*jobs
 	message(FATAL_ERROR "The man page does not say what the program's help says:\n${man_page}")
 endif()
 run(COMMAND ${WORK}/prefix/bin/orvan-svg ids ${SOURCE}/examples/lamp.svg stand EXPECT "stand\n")
-foreach(file LICENSE THIRD-PARTY.md docs/host-checklist.md docs/walking-a-tree.md docs/writing-a-renderer.md)
+foreach(file LICENSE THIRD-PARTY.md docs/host-checklist.md docs/editing.md docs/writing-a-renderer.md)
 	if(NOT EXISTS ${WORK}/prefix/share/doc/orvan-svg/${file})
 		message(FATAL_ERROR "${file} is not installed")
 	endif()
