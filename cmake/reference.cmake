@@ -10,7 +10,7 @@ set(reference_command ${CMAKE_COMMAND} -E env ORVAN_VERSION=${PROJECT_VERSION} O
 	${DOXYGEN} ${PROJECT_SOURCE_DIR}/Doxyfile)
 add_custom_target(reference COMMAND ${reference_command} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} VERBATIM
 	COMMENT "Building the API reference in ${PROJECT_BINARY_DIR}/reference")
-if(ORVAN_BUILD_TESTS)
+if(ORVAN_BUILD_TESTS AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 	add_test(NAME reference COMMAND ${reference_command} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
 endif()
 
