@@ -64,7 +64,7 @@ void Command::AddText(const OptionText& text, std::optional<std::string>& value)
 void Command::AddTexts(const OptionText& text, std::vector<std::string>& values)
 {
 	// One value each time, so that what follows is an argument again.
-	Describe(*_app.add_option(text.names, values, text.help)->expected(1)->take_all(), text);
+	Describe(*_app.add_option(text.names, values, text.help)->expected(1)->take_all()->allow_extra_args(false), text);
 }
 
 void Command::AddNumber(const OptionText& text, std::optional<std::uint32_t>& value, std::uint32_t least,

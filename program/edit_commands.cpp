@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-/// The commands that edit one file: `set`, `remove`, `rename-id` and `new`.
+/// The commands that edit files: `set`, `remove`, `rename-id` and `new`.
 #include "commands.h"
 #include "console.h"
 #include "output.h"
 #include "save_arguments.h"
 #include "svg_edit.h"
 
-#include <functional>
 #include <memory>
 
 namespace orvan::program
@@ -15,83 +14,191 @@ namespace
 {
 struct Options
 {
-	std::string file;
-	std::vector<std::string> arguments;
+	FileArguments files;
+	std::vector<std::string> selectors;
+	std::vector<std::string> values; ///< NAME=VALUE…, or OLD and NEW.
 	SaveArguments save;
+	bool asJson = false;
 };
+
+/// Changes a document; the result tells how many elements were meant.
+using Edit = std::size_t (*)(const Options& options, const SVGDocumentRef& document);
+
+/// Tells apart what stands behind the files.
+using Split = void (*)(Options& options);
 
 /// Loads the file, lets `edit` change the document, and saves it. What was left out of the file stays in it, so that
 /// nothing needs to be said about it. Returns the exit status.
-int EditFile(const Options& options, const std::function<void(const SVGDocumentRef&)>& edit)
+int EditFile(const Options& options, Edit edit, const FileTurn& turn)
 {
-	options.save.Check({options.file});
-	ConsoleOutput output;
-	LoadOutcome outcome = LoadDocument(options.file, GetEditingOptions());
+	LoadOutcome outcome = LoadDocument(turn.file, GetEditingOptions());
+	JsonWriter json(turn.output, JsonWriter::Layout::oneLine);
 	if (outcome.refusal)
-		return Report(options.file, outcome, output);
-	edit(outcome.document);
-	options.save.Save(outcome.document, options.file, output);
+	{
+		if (options.asJson)
+			PrintFailureAsJson(json, turn.file, *outcome.refusal);
+		return Report(turn.file, outcome, turn.output);
+	}
+	const std::size_t count = edit(options, outcome.document);
+	options.save.Save(outcome.document, turn.file, turn.output);
+	if (options.asJson)
+	{
+		json.BeginObject();
+		json.Member("url", outcome.document->GetUrl().GetText().View());
+		json.Member("elements", count);
+		json.EndObject();
+		json.Finish();
+	}
 	return 0;
 }
 
-/// NAME=VALUE on every element that is selected. All of them, or none, are written.
-void SetAttributes(const Options& options, const SVGDocumentRef& document)
+/// The place of the sign in NAME=VALUE; none in anything else, selectors such as "[x=1]" among it.
+std::size_t FindSign(const std::string& argument)
 {
-	const std::vector<std::string>& arguments = options.arguments;
-	if (arguments.empty())
-		return;
-	if (arguments.size() == 1)
-		throw UsageFailure("What to set is missing: NAME=VALUE.");
-	const auto source = GetSource(document);
-	for (const SVGElementRef& element : SelectElements(document, arguments[0]))
-	{
-		for (std::size_t i = 1; i < arguments.size(); i++)
-		{
-			const std::size_t sign = arguments[i].find('=');
-			if (sign == 0 || sign == std::string::npos)
-				throw UsageFailure("'" + WholeLine(arguments[i]) + "' is not of the form NAME=VALUE.");
-			const String name = ToText(std::string_view(arguments[i]).substr(0, sign));
-			const String value = ToText(std::string_view(arguments[i]).substr(sign + 1));
-			Unwrap(value.IsEmpty() ? source->RemoveAttributeText(element, name)
-								   : source->SetAttributeText(element, name, value));
-		}
-	}
+	constexpr const char* kNameCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:.-";
+	const std::size_t end = argument.find_first_not_of(kNameCharacters);
+	return end != 0 && end != std::string::npos && argument[end] == '=' ? end : std::string::npos;
 }
 
-void RemoveElements(const Options& options, const SVGDocumentRef& document)
+/// FILE… SELECTOR NAME=VALUE…, where --select may give the selector.
+void SplitSet(Options& options)
 {
-	for (const std::string& selector : options.arguments)
+	std::vector<std::string>& files = options.files.files;
+	const bool hasSelector = !options.selectors.empty();
+	while (files.size() > 1 && FindSign(files.back()) != std::string::npos)
+	{
+		options.values.insert(options.values.begin(), files.back());
+		files.pop_back();
+	}
+	if (options.values.empty() && (hasSelector || (files.size() > 1 && !LooksLikeFile(files.back()))))
+		throw UsageFailure("'" + WholeLine(files.back()) + "' is not of the form NAME=VALUE.");
+	if (options.values.empty() || hasSelector)
+		return;
+	if (files.size() == 1)
+		throw UsageFailure("A selector is missing: which elements are meant?");
+	options.selectors.push_back(files.back());
+	files.pop_back();
+}
+
+/// FILE… SELECTOR…, likewise.
+void SplitRemove(Options& options)
+{
+	std::vector<std::string>& files = options.files.files;
+	while (files.size() > 1 && !LooksLikeFile(files.back()))
+	{
+		options.selectors.insert(options.selectors.begin(), files.back());
+		files.pop_back();
+	}
+	if (options.selectors.empty())
+		throw UsageFailure("A selector is missing: which elements are meant?");
+}
+
+/// FILE… OLD NEW.
+void SplitRename(Options& options)
+{
+	std::vector<std::string>& files = options.files.files;
+	if (files.size() < 3)
+		throw UsageFailure("An id is renamed from OLD to NEW.");
+	options.values = {files.end()[-2], files.end()[-1]};
+	files.resize(files.size() - 2);
+}
+
+/// NAME=VALUE on every element that is selected. All of them, or none, are written.
+std::size_t SetAttributes(const Options& options, const SVGDocumentRef& document)
+{
+	std::size_t count = 0;
+	const auto source = GetSource(document);
+	for (const std::string& selector : options.selectors)
 	{
 		for (const SVGElementRef& element : SelectElements(document, selector))
 		{
+			count++;
+			for (const std::string& assignment : options.values)
+			{
+				const std::size_t sign = FindSign(assignment);
+				const String name = ToText(std::string_view(assignment).substr(0, sign));
+				const String value = ToText(std::string_view(assignment).substr(sign + 1));
+				Unwrap(value.IsEmpty() ? source->RemoveAttributeText(element, name)
+									   : source->SetAttributeText(element, name, value));
+			}
+		}
+	}
+	return count;
+}
+
+std::size_t RemoveElements(const Options& options, const SVGDocumentRef& document)
+{
+	std::size_t count = 0;
+	for (const std::string& selector : options.selectors)
+	{
+		for (const SVGElementRef& element : SelectElements(document, selector))
+		{
+			count++;
 			if (const auto edit = Cast<SVGElementEditInterface>(element))
 				Unwrap(edit->Remove());
 		}
 	}
+	return count;
 }
 
-void RenameId(const Options& options, const SVGDocumentRef& document)
+std::size_t RenameId(const Options& options, const SVGDocumentRef& document)
 {
-	if (options.arguments.size() != 2)
-		throw UsageFailure("An id is renamed from OLD to NEW.");
-	const SVGElementRef element = Unwrap(document->GetElementById(ToText(options.arguments[0])));
+	const SVGElementRef element = Unwrap(document->GetElementById(ToText(options.values[0])));
 	const auto edit = Cast<SVGDocumentEditInterface>(document);
 	if (!edit)
 		throw Failure("The SVG module that is there cannot rename ids.");
-	Unwrap(edit->RenameId(element, ToText(options.arguments[1])));
+	Unwrap(edit->RenameId(element, ToText(options.values[1])));
+	return 1;
 }
 
-using Edit = void (*)(const Options& options, const SVGDocumentRef& document);
-
-Command AddEditCommand(CommandLine& commandLine, const char* name, const char* help, Edit edit,
-					   const std::shared_ptr<Options>& options)
+/// The texts of one command.
+struct EditCommand
 {
-	Command command = commandLine.AddCommand(
-		name, help,
-		[options, edit](Modules&)
-		{ return EditFile(*options, [&](const SVGDocumentRef& document) { edit(*options, document); }); });
-	command.AddArgument("FILE", "Path or file: URL; - is standard input", options->file);
-	return command;
+	const char* name;
+	const char* help;
+	const char* arguments; ///< What they are, the files among them.
+	bool takesSelectors;
+	Split split;
+	Edit edit;
+};
+
+constexpr EditCommand kEditCommands[] = {
+	{"set", "Set attributes of the elements that a CSS selector finds; all else stays as it is",
+	 "FILE… SELECTOR NAME=VALUE…: paths or file: URLs (- is standard input), a CSS selector, and what to set; NAME= "
+	 "removes. Without a selector the files are saved as they are",
+	 true, &SplitSet, &SetAttributes},
+	{"remove", "Remove the elements that CSS selectors find",
+	 "FILE… SELECTOR…: paths or file: URLs (- is standard input), and CSS selectors", true, &SplitRemove,
+	 &RemoveElements},
+	{"rename-id", "Give an element another id; references follow",
+	 "FILE… OLD NEW: paths or file: URLs (- is standard input), the id as it is, and as it shall be", false,
+	 &SplitRename, &RenameId},
+};
+
+int RunEdit(const EditCommand& command, Options& options)
+{
+	command.split(options);
+	options.save.Check(options.files.files, options.asJson);
+	const auto edit = [&](const FileTurn& turn)
+	{
+		return RunWithOutcome(turn, options.asJson, [&] { return EditFile(options, command.edit, turn); });
+	};
+	return ForEachFile(options.files, edit);
+}
+
+void AddEditCommand(CommandLine& commandLine, const EditCommand& edit)
+{
+	const auto options = std::make_shared<Options>();
+	Command command =
+		commandLine.AddCommand(edit.name, edit.help, [options, &edit](Modules&) { return RunEdit(edit, *options); });
+	options->files.AddTo(command, edit.arguments);
+	options->save.AddTo(command, SaveArguments::Default::print);
+	if (edit.takesSelectors)
+		command.AddTexts({.names = "--select",
+						  .help = "A CSS selector: all other arguments in its place are files",
+						  .value = "SELECTOR"},
+						 options->selectors);
+	command.AddFlag("--json", "Print JSON, an object a line for each file", options->asJson);
 }
 
 struct NewOptions
@@ -129,27 +236,8 @@ int MakeFile(const NewOptions& options)
 
 void AddEditCommands(CommandLine& commandLine)
 {
-	const auto set = std::make_shared<Options>();
-	Command setCommand = AddEditCommand(
-		commandLine, "set", "Set attributes of the elements that a CSS selector finds; all else stays as it is",
-		&SetAttributes, set);
-	setCommand.AddOptionalArguments(
-		"EDIT",
-		"SELECTOR NAME=VALUE…: a CSS selector, and what to set; NAME= removes. Without them the file is saved as it is",
-		set->arguments);
-	set->save.AddTo(setCommand, SaveArguments::Default::print);
-
-	const auto remove = std::make_shared<Options>();
-	Command removeCommand =
-		AddEditCommand(commandLine, "remove", "Remove the elements that a CSS selector finds", &RemoveElements, remove);
-	removeCommand.AddArguments("SELECTOR", "CSS selectors", remove->arguments);
-	remove->save.AddTo(removeCommand, SaveArguments::Default::print);
-
-	const auto rename = std::make_shared<Options>();
-	Command renameCommand =
-		AddEditCommand(commandLine, "rename-id", "Give an element another id; references follow", &RenameId, rename);
-	renameCommand.AddArguments("IDS", "OLD NEW: the id as it is, and as it shall be", rename->arguments);
-	rename->save.AddTo(renameCommand, SaveArguments::Default::print);
+	for (const EditCommand& edit : kEditCommands)
+		AddEditCommand(commandLine, edit);
 
 	const auto made = std::make_shared<NewOptions>();
 	Command newCommand = commandLine.AddCommand("new", "Write a file with an empty picture",

@@ -20,14 +20,6 @@ struct FileOutcome
 	int status = 0;
 };
 
-bool LooksLikeFile(const std::string& argument)
-{
-	const std::filesystem::path path(argument);
-	std::error_code ignored;
-	return argument == "-" || argument.find('/') != argument.npos || path.extension() == ".svg" ||
-		   path.extension() == ".svgz" || std::filesystem::is_regular_file(path, ignored);
-}
-
 int RunTask(const Task& task, const FileTurn& turn)
 {
 	try
@@ -41,6 +33,14 @@ int RunTask(const Task& task, const FileTurn& turn)
 	}
 }
 } // namespace
+
+bool LooksLikeFile(const std::string& argument)
+{
+	const std::filesystem::path path(argument);
+	std::error_code ignored;
+	return argument == "-" || argument.find('/') != argument.npos || path.extension() == ".svg" ||
+		   path.extension() == ".svgz" || std::filesystem::is_regular_file(path, ignored);
+}
 
 void FileArguments::AddTo(Command& command, const char* help)
 {

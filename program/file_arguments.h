@@ -18,6 +18,10 @@ struct FileArguments
 	void AddTo(Command& command, const char* help = "Paths or file: URLs; - is standard input");
 };
 
+/// Whether an argument is meant as a file rather than as anything else: "-", what has a slash or ends as files of SVG
+/// do, and the name of one that is there.
+bool LooksLikeFile(const std::string& argument);
+
 /// Takes the last of several arguments away when it does not look like a file, and stores it in `word`, unless that
 /// holds something already.
 void TakeLastArgument(FileArguments& arguments, std::string& word);

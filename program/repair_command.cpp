@@ -78,6 +78,8 @@ int Repair(const Options& options, const FileTurn& turn)
 	const String before = Unwrap(source->GetSourceText());
 	const BaseArray<SVGRepair> repairs = Unwrap(source->Repair());
 	const std::optional<std::string> refusal = FindRefusal(outcome.document);
+	if (!options.isDryRun)
+		options.save.Save(outcome.document, turn.file, turn.output);
 	if (options.asJson)
 		PrintAsJson(turn, outcome.document, repairs, refusal);
 	else if (!repairs.IsEmpty() && !options.save.Prints())
@@ -88,8 +90,6 @@ int Repair(const Options& options, const FileTurn& turn)
 	}
 	if (refusal && !options.asJson)
 		turn.output.PrintError(GetDisplayName(turn.file) + ": is still refused: " + OneLine(*refusal));
-	if (!options.isDryRun)
-		options.save.Save(outcome.document, turn.file, turn.output);
 	return refusal ? 1 : 0;
 }
 } // namespace
@@ -101,10 +101,12 @@ void AddRepairCommand(CommandLine& commandLine)
 		"repair", "Rewrite just the values that the plain import refuses, to what a browser reads there",
 		[options](Modules&)
 		{
-			if (options->asJson && options->save.Prints())
-				throw UsageFailure("Standard output takes either the file or --json.");
-			options->save.Check(options->files.files);
-			return ForEachFile(options->files, [&](const FileTurn& turn) { return Repair(*options, turn); });
+			options->save.Check(options->files.files, options->asJson);
+			const auto repair = [&](const FileTurn& turn)
+			{
+				return RunWithOutcome(turn, options->asJson, [&] { return Repair(*options, turn); });
+			};
+			return ForEachFile(options->files, repair);
 		});
 	options->files.AddTo(command);
 	options->save.AddTo(command, SaveArguments::Default::nothing);

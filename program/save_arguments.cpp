@@ -4,6 +4,7 @@
 #include "console.h"
 
 #include <filesystem>
+#include <map>
 
 namespace orvan::program
 {
@@ -48,6 +49,23 @@ String ToText(std::string_view text)
 	return Unwrap(String::Create(text));
 }
 
+int RunWithOutcome(const FileTurn& turn, bool asJson, const std::function<int()>& run)
+{
+	try
+	{
+		return run();
+	}
+	catch (const Failure& failure)
+	{
+		if (asJson)
+		{
+			JsonWriter json(turn.output, JsonWriter::Layout::oneLine);
+			PrintFailureAsJson(json, turn.file, {.text = failure.what()});
+		}
+		throw;
+	}
+}
+
 void SaveArguments::AddTo(Command& command, Default usual)
 {
 	_usual = usual;
@@ -58,7 +76,7 @@ void SaveArguments::AddTo(Command& command, Default usual)
 					_target);
 }
 
-void SaveArguments::Check(const std::vector<std::string>& files) const
+void SaveArguments::Check(const std::vector<std::string>& files, bool asJson) const
 {
 	if (_inPlace && _target)
 		throw UsageFailure("A file is either replaced (-i) or written elsewhere (-o).");
@@ -67,13 +85,33 @@ void SaveArguments::Check(const std::vector<std::string>& files) const
 		if (_inPlace && file == kStandard)
 			throw UsageFailure("Standard input cannot be replaced.");
 	}
-	if (_target && files.size() > 1 && !IsFolder(*_target))
-		throw UsageFailure("Several files need a folder to be written into (-o DIR/).");
+	if (asJson && Prints())
+		throw UsageFailure("Standard output takes either the file or --json.");
+	if (files.size() > 1 && (Prints() || (_target && !IsFolder(*_target))))
+		throw UsageFailure("Several files are replaced (-i), or need a folder to be written into (-o DIR/).");
+	if (!_target || !IsFolder(*_target))
+		return;
+	std::map<std::string, const std::string*> taken;
+	for (const std::string& file : files)
+	{
+		const auto [other, isNew] = taken.try_emplace(GetPath(file), &file);
+		if (!isNew)
+			throw UsageFailure(*other->second + " and " + file + " would both be written to " + other->first);
+	}
 }
 
 bool SaveArguments::Prints() const
 {
 	return !_inPlace && (_target ? *_target == kStandard : _usual == Default::print);
+}
+
+/// Where -o has a file written to.
+std::string SaveArguments::GetPath(const std::string& file) const
+{
+	if (!IsFolder(*_target))
+		return *_target;
+	return std::filesystem::path(*_target) /
+		   (file == kStandard ? std::filesystem::path("stdin.svg") : std::filesystem::path(file).filename());
 }
 
 void SaveArguments::Save(const SVGDocumentRef& document, const std::string& file, Output& output) const
@@ -83,15 +121,10 @@ void SaveArguments::Save(const SVGDocumentRef& document, const std::string& file
 		return Unwrap(source->Save(ToUrl(file), {}));
 	if (_target && *_target != kStandard)
 	{
-		std::string path = *_target;
-		if (IsFolder(path))
-		{
-			std::error_code error;
-			std::filesystem::create_directories(path, error);
-			path = std::filesystem::path(path) /
-				   (file == kStandard ? std::filesystem::path("stdin.svg") : std::filesystem::path(file).filename());
-		}
-		return Unwrap(source->Save(ToUrl(path), {}));
+		std::error_code ignored; // Saving says what is wrong with a folder.
+		if (IsFolder(*_target))
+			std::filesystem::create_directories(*_target, ignored);
+		return Unwrap(source->Save(ToUrl(GetPath(file)), {}));
 	}
 	if (!Prints())
 		return;

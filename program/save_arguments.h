@@ -4,6 +4,7 @@
 
 #include "command_line.h"
 #include "document_loading.h"
+#include "file_arguments.h"
 #include "svg_source.h"
 
 namespace orvan::program
@@ -21,6 +22,10 @@ std::vector<SVGElementRef> SelectElements(const SVGDocumentRef& document, const 
 /// A text of the host's. Throws `Failure` for want of memory.
 String ToText(std::string_view text);
 
+/// Runs what is to be done with one file. With `asJson`, a failure is printed as the file's outcome, too. Throws what
+/// `run` throws.
+int RunWithOutcome(const FileTurn& turn, bool asJson, const std::function<int()>& run);
+
 /// -i and -o.
 class SaveArguments
 {
@@ -34,14 +39,8 @@ public:
 
 	void AddTo(Command& command, Default usual);
 
-	/// Throws `UsageFailure` when the options make no sense for these files.
-	void Check(const std::vector<std::string>& files) const;
-
-	/// Whether anything is written.
-	bool Writes() const
-	{
-		return _usual == Default::print || _inPlace || _target;
-	}
+	/// Throws `UsageFailure` when the options make no sense for these files, or leave no room for JSON.
+	void Check(const std::vector<std::string>& files, bool asJson) const;
 
 	/// Whether what is saved goes to standard output.
 	bool Prints() const;
@@ -50,6 +49,8 @@ public:
 	void Save(const SVGDocumentRef& document, const std::string& file, Output& output) const;
 
 private:
+	std::string GetPath(const std::string& file) const;
+
 	Default _usual = Default::print;
 	bool _inPlace = false;
 	std::optional<std::string> _target;

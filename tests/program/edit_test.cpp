@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <sstream>
+
 namespace orvan::test
 {
 namespace
@@ -43,6 +46,48 @@ TEST_F(Editing, SetsRemovesAndRenamesInPlaceOrElsewhere)
 	EXPECT_EQ(2, RunProgram({"set", file, "-i", "-o", "-"}).status);
 	EXPECT_EQ(1, RunProgram({"set", folder.Write("c.svg", "<svg><g>"), "-i"}).status);
 	EXPECT_EQ(before, ReadFile(file));
+}
+
+TEST_F(Editing, EditsSeveralFilesAndTellsOfEach)
+{
+	const std::string one = folder.Write("one.svg", "<svg><g id='a'/></svg>");
+	const std::string two = folder.Write("two.svg", "<svg><rect/><rect/></svg>");
+	const std::string broken = folder.Write("broken.svg", "<svg><g>");
+	const std::string out = (path / "out/").string();
+	const ProgramRun run =
+		RunProgram({"set", one, two, broken, "rect, [id=a]", "x-a=b", "fill=red", "-o", out, "--json", "--jobs", "3"});
+	EXPECT_EQ(1, run.status);
+	EXPECT_EQ("<svg><g id='a' fill=\"red\" x-a=\"b\"/></svg>", ReadFile(path / "out" / "one.svg"));
+	EXPECT_EQ("<svg><rect x=\"1\"/><rect x=\"1\"/></svg>", RunProgram({"set", two, "--select", "rect", "x=1"}).output);
+	std::istringstream lines(run.output);
+	std::string line;
+	std::string told;
+	while (std::getline(lines, line))
+	{
+		const auto outcome = nlohmann::json::parse(line);
+		told += outcome["url"].get<std::string>().substr(outcome["url"].get<std::string>().rfind('/'));
+		told += outcome.contains("reason") ? "!" : std::to_string(outcome["elements"].get<int>());
+	}
+	EXPECT_EQ("/one.svg1/two.svg2/broken.svg!", told);
+	EXPECT_FALSE(std::filesystem::exists(path / "out" / "broken.svg"));
+	// A file in which nothing is found fails by itself.
+	const ProgramRun removed = RunProgram({"remove", one, two, "rect:first-child", "g", "-i", "--json", "-j", "1"});
+	EXPECT_EQ(1, removed.status);
+	EXPECT_EQ(2, std::ranges::count(removed.output, '\n'));
+	EXPECT_NE(std::string::npos, removed.output.find("\"reason\": \"No element matches")) << removed.output;
+	EXPECT_EQ("<svg><rect/><rect/></svg>", ReadFile(two));
+	EXPECT_EQ(0, RunProgram({"rename-id", one, "a", "b", "-i"}).status);
+	EXPECT_EQ("<svg><g id='b'/></svg>", ReadFile(one));
+	// What makes no sense is found before anything is read.
+	const std::string same = folder.Write("out/one.svg", "<svg/>");
+	for (const std::vector<std::string>& arguments : {std::vector<std::string>{"set", one, two, "g", "x=1"},
+													  {"set", one, "g", "x=1", "--json"},
+													  {"set", one, same, "-o", out},
+													  {"set", one, "x=1", "-i"},
+													  {"remove", one, two, "-i"},
+													  {"rename-id", one, "b", "-i"}})
+		EXPECT_EQ(2, RunProgram(arguments).status) << testing::PrintToString(arguments);
+	EXPECT_EQ(1, RunProgram({"repair", broken, "--json", "-i"}).status);
 }
 
 TEST_F(Editing, MakesFilesThatLoad)
