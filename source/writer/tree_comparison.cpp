@@ -21,11 +21,12 @@ namespace
 class Comparison
 {
 public:
-	Comparison(const DocumentSource* source, const SavedAttributes& attributes, ForcedProperties& forced) noexcept
-		: _source(source), _attributes(attributes), _forced(forced)
+	Comparison(const WriteRequest& saved, ForcedProperties& forced) noexcept
+		: _source(saved.source), _attributes(saved.attributes), _forced(forced),
+		  _hasForeign(_source != nullptr && saved.options.mode == SVGSaveMode::edit)
 	{
-		if (source != nullptr)
-			_finder.emplace(*source);
+		if (_source != nullptr)
+			_finder.emplace(*_source);
 	}
 
 	bool HasForced() const noexcept
@@ -44,9 +45,9 @@ public:
 			Fail(saved, "has other text: blanks that count need xml:space=\"preserve\"");
 		if (ClassKindOf(saved) == Kind::text && (saved.FirstChild() == nullptr || loaded.FirstChild() == nullptr))
 			return; // A text of its own is loaded as a run.
-		const HierarchyObject* a = SkipEmpty(saved.FirstChild());
-		const HierarchyObject* b = SkipEmpty(loaded.FirstChild());
-		for (; a != nullptr && b != nullptr; a = SkipEmpty(a->NextSibling()), b = SkipEmpty(b->NextSibling()))
+		const HierarchyObject* a = SkipUnwritten(saved.FirstChild());
+		const HierarchyObject* b = SkipUnwritten(loaded.FirstChild());
+		for (; a != nullptr && b != nullptr; a = SkipUnwritten(a->NextSibling()), b = SkipUnwritten(b->NextSibling()))
 			Compare(*AsElement(const_cast<HierarchyObject*>(a)), *AsElement(const_cast<HierarchyObject*>(b)));
 		if (a != nullptr || b != nullptr)
 			Fail(saved, "has other children");
@@ -69,12 +70,14 @@ private:
 	}
 
 	/// A run without characters is not written.
-	static const HierarchyObject* SkipEmpty(const HierarchyObject* at) noexcept
+	const HierarchyObject* SkipUnwritten(const HierarchyObject* at) const noexcept
 	{
 		while (at != nullptr)
 		{
 			const ElementBase* const element = AsElement(const_cast<HierarchyObject*>(at));
-			if (element == nullptr || ClassKindOf(*element) != Kind::textRun || !OwnTextOf(*element).IsEmpty())
+			const Kind kind = element != nullptr ? ClassKindOf(*element) : Kind::group;
+			const bool isEmptyRun = kind == Kind::textRun && OwnTextOf(*element).IsEmpty();
+			if (!isEmptyRun && (_hasForeign || kind != Kind::unknown))
 				return at;
 			at = at->NextSibling();
 		}
@@ -168,13 +171,14 @@ private:
 	std::optional<RecordFinder> _finder;
 	ForcedProperties& _forced;
 	bool _hasForced = false;
+	const bool _hasForeign; ///< What is none of SVG's was written, too.
 };
 
 } // namespace
 
 bool FindCascadeDifferences(const WriteRequest& saved, const ElementBase& loaded, ForcedProperties& forced)
 {
-	Comparison comparison(saved.source, saved.attributes, forced);
+	Comparison comparison(saved, forced);
 	comparison.Compare(saved.root, loaded);
 	return comparison.HasForced();
 }

@@ -3,6 +3,7 @@
 #include "svg_edit.h"
 #include "svg_source.h"
 
+#include "orvan/host/allocation_failure.h"
 #include "support/svg_module.h"
 
 #include <fstream>
@@ -392,12 +393,98 @@ TEST_F(Saving, WritesATreeWithoutASourceWhole)
 		  "  <text x=\"1 2\">a &lt; <tspan>b</tspan> c</text>\n"sv, "  <use xlink:href=\"#l\"/>\n"sv,
 		  "<text xml:space=\"preserve\"> d </text>\n</svg>\n"sv})
 		EXPECT_NE(saved.npos, saved.find(part)) << part << '\n' << saved;
+	// What is none of SVG's goes.
+	EXPECT_EQ("\"1.1\">\n  <g/>\n</svg>\n",
+			  [&]
+			  {
+				  const std::string foreign =
+					  SavedText(Open("<svg><q:x xmlns:q='q' id='q'/><g><q:y xmlns:q='q'/></g></svg>"),
+								{.mode = SVGSaveMode::rewrite});
+				  return foreign.substr(std::min(foreign.size(), foreign.find("\"1.1\"")));
+			  }());
 	EXPECT_EQ("\t<defs>",
 			  [&]
 			  {
 				  const std::string tabbed = SavedText(document, {.mode = SVGSaveMode::rewrite, .indentation = -1});
 				  return tabbed.substr(tabbed.find("\t<defs"), 7);
 			  }());
+}
+
+TEST_F(Saving, EndsWithItsErrorWhenMemoryRunsOut)
+{
+	const std::string_view text =
+		"<svg><style>rect{fill:red} g>rect{stroke:red}</style><g id='g' style='font:2px a'><rect id='r' x='1'/></g>"
+		"<text>a<tspan id='t'>b</tspan></text><path id='p' d='M1 2h3'/><q:x xmlns:q='q' y='&lt;'/><use "
+		"href='#r'/></svg>";
+	const SVGDocumentRef document = Open(text);
+	Set(document, "#r", "fill", "blue");
+	Set(document, "#p", "data-n", "1");
+	Must(Cast<SVGPathElementInterface>(First(document, "#p"))->LineTo({1, 2}));
+	Insert(Make("svgrectelement"), First(document, "#g"));
+	Insert(First(document, "#t"), First(document, "text"));
+	const std::string saved = SavedText(document);
+	EXPECT_EQ(0u, saved.find("<svg><style>")) << saved;
+	const TemporaryFolder folder;
+	const std::filesystem::path path = folder.GetPath() / "a.svg";
+	std::ofstream(path) << "old";
+	const Url url = Must(Url::FromPath(path.string()));
+	const auto read = [&]
+	{
+		std::ifstream file(path, std::ios::binary);
+		return std::string(std::istreambuf_iterator<char>(file), {});
+	};
+	const String name = Text("stroke-dasharray");
+	const String value = Text("1 2 3");
+	const SVGElementRef element = First(document, "#p");
+	const auto source = SourceOf(document);
+	// What is asked for, and what is the same before and behind a failure.
+	const std::pair<const char*, std::function<Result<void>()>> operations[] = {
+		{"edit",
+		 [&]() -> Result<void>
+		 {
+			 return source->SaveToMemory({}).IsOk() ? Result<void>() : OutOfMemoryError();
+		 }},
+		{"whole",
+		 [&]() -> Result<void>
+		 {
+			 return source->SaveToMemory({.mode = SVGSaveMode::rewrite}).IsOk() ? Result<void>() : OutOfMemoryError();
+		 }},
+		{"file",
+		 [&]
+		 {
+			 return source->Save(url, {});
+		 }},
+		{"unknown",
+		 [&]
+		 {
+			 return source->SetAttributeText(element, name, value);
+		 }},
+	};
+	for (const auto& [what, operation] : operations)
+	{
+		std::string before = SavedText(document);
+		std::string file = read();
+		int number = 1;
+		for (bool hasFailed = true; hasFailed && !HasFailure(); number++)
+		{
+			bool isDone = false;
+			{
+				const AllocationFailure failure(number, AllocationFailure::Extent::one);
+				isDone = operation().IsOk();
+				hasFailed = failure.HasFailed();
+			}
+			ASSERT_TRUE(isDone || hasFailed) << what << ' ' << number;
+			if (isDone) // Giving unused memory back may fail without harm.
+			{
+				before = SavedText(document);
+				file = read();
+			}
+			ASSERT_EQ(before, SavedText(document)) << what << ' ' << number;
+			ASSERT_EQ(file, read()) << what << ' ' << number;
+		}
+		EXPECT_GT(number, 2) << what;
+	}
+	EXPECT_EQ(saved, read());
 }
 
 TEST_F(Saving, FindsElementsWithSelectors)
