@@ -64,7 +64,7 @@ class Packages(unittest.TestCase):
         documents = development / "usr/share/doc/orvan-svg"
         self.assertLessEqual({name for name in get_names(SOURCE / "docs", "*.md") if not name.startswith("site/")},
                              get_names(documents / "docs", "*"))
-        self.assertLessEqual(get_names(SOURCE / "examples", "*.cpp", "*.h", "*.txt"),
+        self.assertLessEqual(get_names(SOURCE / "examples", "*.cpp", "*.h", "*.txt", "*.py"),
                              get_names(documents / "examples", "*"))
         for file in ("liborvan_host.a", "pkgconfig/orvan-svg.pc", "cmake/orvan-svg/orvan-svg-config.cmake"):
             self.assertTrue((development / "usr" / LIBRARIES / file).is_file(), file)
