@@ -49,14 +49,19 @@ Result<void> Document::Init(const Url& url) noexcept
 {
 	const Url target = url; // The caller's may be this document's own, which `Reset` clears.
 	BeginLoad();
-	const IoDetection detected = target.IoDetect();
-	if (detected == IoDetection::outOfMemory)
-		return EndLoad(OutOfMemoryError());
-	if (detected != IoDetection::file)
-		return EndLoad(IoError(target, "Error parsing svg document. SVGDocument could not be initialized"));
+	Result<InputStream> stream = target.OpenInputStream();
+	if (!stream.IsOk())
+	{
+		// Only now does it matter what is there instead of a file: looking costs a visit to the file system.
+		const IoDetection detected = target.IoDetect();
+		if (detected == IoDetection::outOfMemory)
+			return EndLoad(OutOfMemoryError());
+		if (detected != IoDetection::file)
+			return EndLoad(IoError(target, "Error parsing svg document. SVGDocument could not be initialized"));
+	}
 	_url = target;
 	_isFromUrl = true;
-	return EndLoad(Load());
+	return EndLoad(stream.IsOk() ? Load(stream.GetValue()) : stream.GetError());
 }
 
 void Document::BeginLoad() noexcept
@@ -190,9 +195,8 @@ Result<SVGImportReport> Document::GetImportReport() const noexcept
 	return report;
 }
 
-Result<void> Document::Load() noexcept
+Result<void> Document::Load(InputStream& stream) noexcept
 {
-	InputStream stream = ORVAN_TRY(_url.OpenInputStream());
 	_stamp = stream.GetStamp();
 	const std::int64_t length = ORVAN_TRY(stream.GetStreamLength());
 	BaseArray<char> buffer;

@@ -142,7 +142,7 @@ private:
 	void BeginLoad() noexcept;
 	Result<void> EndLoad(Result<void> loaded) noexcept;
 	SourceOverride* FindOverride(const SVGElementRef& element, std::string_view name) noexcept;
-	Result<void> Load() noexcept;
+	Result<void> Load(InputStream& stream) noexcept;
 	Result<void> LoadCopy(const void* bytes, std::size_t count) noexcept;
 	Result<void> LoadBytes(BaseArray<char> bytes) noexcept;
 	Result<void> BuildPlaceholder() noexcept;

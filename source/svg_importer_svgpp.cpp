@@ -174,22 +174,26 @@ public:
 		else if (_options.isComplete)
 			place = {_complete.refusedAt.where, _complete.refusedAt.elementTag, _complete.refusedElementId,
 					 _complete.refusedAttribute};
-		else
-			place = {_plain.refusedAt, _plain.refusedElementName, _plain.refusedElementId, _plain.refusedAttribute};
-		position.elementName = place.elementTag;
-		position.elementId = place.elementId;
-		const std::string_view original = _source.ForPlaces();
-		if (IsInside(place.where))
-		{
-			const std::size_t offset =
-				_source.positions.ToOriginal(static_cast<std::size_t>(place.where - Text().data()));
-			const std::string_view before = original.substr(0, offset);
-			position.line = 1 + std::count(before.begin(), before.end(), '\n');
-			// Without a line break before it, npos + 1 is 0: the column counts from the start of the text.
-			position.column = static_cast<std::int64_t>(before.size() - (before.rfind('\n') + 1)) + 1;
-		}
-		_isRefused = true;
-		return _complete.Findings().Add(SVGFindingLevel::critical, place, exception.what());
+		return NoteRefusal(place, exception.what(), position);
+	}
+
+	/// Whether the plain import has refused a value, which ended it.
+	bool HasRefusedValue() const noexcept
+	{
+		return !_plain.refusal.IsOk() && _plain.refusal.GetError().GetClass() != ErrorClass::outOfMemory;
+	}
+
+	/// Takes down what that value was, and tells it.
+	Result<void> ReportRefusedValue() noexcept
+	{
+		const FindingPlace place{_plain.refusedAt, _plain.refusedElementName, _plain.refusedElementId,
+								 _plain.refusedAttribute};
+		// A text for people ends where a reference has put a zero.
+		const char* const message = _plain.refusal.GetError().GetMessage().CString();
+		DocumentPosition position;
+		Result<void> noted = NoteRefusal(place, message, position);
+		CriticalOutput(&position, "Exception parsing svg file. @", message);
+		return noted;
 	}
 
 	/// Hands over what became of the import. `hasRoot` tells whether there is a tree.
@@ -205,6 +209,24 @@ public:
 	}
 
 private:
+	Result<void> NoteRefusal(const FindingPlace& place, const char* message, DocumentPosition& position) noexcept
+	{
+		position.elementName = place.elementTag;
+		position.elementId = place.elementId;
+		const std::string_view original = _source.ForPlaces();
+		if (IsInside(place.where))
+		{
+			const std::size_t offset =
+				_source.positions.ToOriginal(static_cast<std::size_t>(place.where - Text().data()));
+			const std::string_view before = original.substr(0, offset);
+			position.line = 1 + std::count(before.begin(), before.end(), '\n');
+			// Without a line break before it, npos + 1 is 0: the column counts from the start of the text.
+			position.column = static_cast<std::int64_t>(before.size() - (before.rfind('\n') + 1)) + 1;
+		}
+		_isRefused = true;
+		return _complete.Findings().Add(SVGFindingLevel::critical, place, message);
+	}
+
 	std::string_view Text() const noexcept
 	{
 		const std::size_t count = _source.text.GetCount();
@@ -266,7 +288,11 @@ Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noe
 {
 	try
 	{
-		return driver.Run(std::move(bytes));
+		Result<ImportResult> result = driver.Run(std::move(bytes));
+		if (!driver.HasRefusedValue())
+			return result;
+		ORVAN_TRY(driver.ReportRefusedValue());
+		return ImportResult();
 	}
 	catch (const std::bad_alloc&)
 	{

@@ -27,6 +27,9 @@ int HexDigit(char c) noexcept
 
 Result<String> DecodePath(std::string_view text, const Url& url) noexcept
 {
+	// As most paths are.
+	if (!text.empty() && text.find('%') == text.npos && text.find('\0') == text.npos)
+		return String::Create(text);
 	BaseArray<char> path;
 	ORVAN_TRY(path.Reserve(text.size()));
 	for (std::size_t i = 0; i < text.size(); i++)

@@ -7,6 +7,7 @@
 #include "importer/findings.h"
 #include "importer/style_cache.h"
 #include "orvan/hash_map.h"
+#include "orvan/result.h"
 
 #include <string_view>
 
@@ -25,6 +26,10 @@ struct SVGParseContext
 	StringMap<SVGElementRef> elementsById;
 	StyleCache styles;
 
+	/// What ends the import: the error of a value that was refused. No exception, which would have to be caught by
+	/// every level of the tree.
+	Result<void> refusal;
+
 	// Where a refused value stood, for the diagnostics.
 	std::string_view elementName; ///< The tag as written.
 	std::string_view rawValue;    ///< The attribute value at hand, as it stands in the text of the file.
@@ -36,13 +41,13 @@ struct SVGParseContext
 	/// Takes the findings of a tolerant import; null when a refused value ends the import.
 	FindingList* findings = nullptr;
 
-	/// Refuses the value of an attribute: throws the invalid-value error and keeps the place or, in a tolerant import,
-	/// makes a finding of it, and the value counts as absent.
+	/// Refuses the value of an attribute, which then counts as absent: makes `refusal` of it and keeps the place or, in
+	/// a tolerant import, makes a finding.
 	void Refuse(const char* attributeName, std::string_view text);
 };
 
-/// Sets the attribute `attribute` of the context's element from its text. Errors end the import; a value that is
-/// refused throws. Attributes without an importer are ignored.
+/// Sets the attribute `attribute` of the context's element from its text. Errors end the import, and so does a refused
+/// value. Attributes without an importer are ignored.
 Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
 							   grammar::Source source);
 

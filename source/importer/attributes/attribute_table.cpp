@@ -133,7 +133,7 @@ void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 	refusedElementName = elementName;
 	refusedElementId = (*element)->GetId();
 	refusedAttribute = attributeName;
-	grammar::RaiseInvalidValue(attributeName, text);
+	refusal = IllegalArgumentError("Invalid value of SVG attribute (or property) \"@\": \"@\"", attributeName, text);
 }
 
 SVGImportAttribute FindAttribute(std::string_view name) noexcept
@@ -150,7 +150,8 @@ Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attr
 		return {};
 	if (context.element == nullptr)
 		return NullReferenceError("There is no element to set an attribute of.");
-	return importer({context, attribute, text, source});
+	ORVAN_TRY(importer({context, attribute, text, source}));
+	return context.refusal.IsOk() ? Result<void>() : context.refusal.GetError();
 }
 
 } // namespace orvan::svg
