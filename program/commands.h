@@ -21,5 +21,6 @@ void AddHitCommand(CommandLine& commandLine);
 void AddMeasureCommand(CommandLine& commandLine);
 void AddOutlineCommand(CommandLine& commandLine);
 void AddNormalizeCommand(CommandLine& commandLine);
+void AddBatchCommand(CommandLine& commandLine);
 
 } // namespace orvan::program

@@ -29,6 +29,7 @@ int Run(int argumentCount, char** arguments)
 	AddMeasureCommand(commandLine);
 	AddOutlineCommand(commandLine);
 	AddNormalizeCommand(commandLine);
+	AddBatchCommand(commandLine);
 	const int status = commandLine.Run(argumentCount, arguments);
 	// Here, and not at the end of the process, trouble with the last of the results can still be told.
 	FlushOutput();

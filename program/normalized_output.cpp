@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "normalized_output.h"
 
-#include "array_archive.h"
+#include "batch/array_archive.h"
 #include "console.h"
 #include "geometry_access.h"
 #include "json_writer.h"
@@ -169,7 +169,7 @@ std::string WriteGcode(const SVGNormalizedPaths& paths)
 
 std::string WriteArrays(const SVGNormalizedPaths& paths)
 {
-	ArrayArchive archive;
+	batch::ArrayArchive archive;
 	const std::size_t count = paths.elements.GetCount();
 	archive.Add("commands", "|u1", paths.commands.begin(), paths.commands.GetCount());
 	archive.Add("points", "<f8", paths.points.begin(), paths.points.GetCount(), 2);

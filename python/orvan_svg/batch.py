@@ -5,10 +5,17 @@
     python3 -m orvan_svg.batch @list.txt -o out --operation thumbnails --size 64 --scheduler tcp://host:8786
 
 The inputs are numbered in the order of the sources and worked through in chunks of a few thousand. Each chunk becomes a
-folder of its own, `out/00000000`, which appears when it is complete: `rows.jsonl` has a row for each input (its number,
-name, size, hash, and what became of it: "done", "refused" with line and column, "failed" for what took too long or too
-much memory, "unreadable"), `columns.npz` the columns of the operation, `files.tar` its files. `out/manifest.json` says
-what was asked for. The same inputs and options give the same bytes, with any number of workers.
+folder of its own, `out/00000000`, which appears when it is complete:
+
+- `rows.jsonl` has a row for each input: its number, name, size, hash, and what became of it: "done", "refused" with line
+  and column, "failed" for what took too long or too much memory, "unreadable";
+- `columns.npz` has the columns of "columns" and "boxes": those of `NormalizedPaths`, or `fill`, `stroke` and `visual` boxes
+  with the place (`elements`) and kind of each element; `inputs` says of which input each path or box is, `picture_inputs`
+  and `picture_sizes` how large the pictures are;
+- `files.tar` has the files of "thumbnails" and "repair", by the numbers of their inputs; `repair` has those only that changed.
+
+`out/manifest.json` says what was asked for. The same inputs and options give the same bytes, with any number of workers,
+and those that `orvan-svg batch` gives.
 
 A run that is started again with the same options does what is missing. An input that stops its worker, by time or by
 memory, costs its row and not the run.
@@ -16,6 +23,7 @@ memory, costs its row and not the run.
 
 import argparse
 import concurrent.futures
+import itertools
 import json
 import os
 import subprocess
@@ -24,9 +32,11 @@ import tempfile
 import threading
 import time
 
-from . import _operations, _sources, _worker
+from . import _core, _worker
 
-VERSION = 1
+#: What can be made of each input.
+OPERATIONS = _core.operations
+
 _POLL = 0.02  # Seconds between looks at a worker.
 
 
@@ -118,60 +128,44 @@ def run_chunk_alone(chunk, deadline, memory):
     return chunk["folder"]
 
 
-def make_chunks(sources, folder, options, size):
-    """The chunks of a run, in their order."""
-    inputs, first = [], 0
-    for number, entry in enumerate(_sources.list_inputs(sources)):
-        inputs.append(entry)
-        if len(inputs) == size:
-            yield {"folder": _folder_of(folder, first, size), "first": first, "inputs": inputs, "options": options}
-            inputs, first = [], number + 1
-    if inputs:
-        yield {"folder": _folder_of(folder, first, size), "first": first, "inputs": inputs, "options": options}
+def make_chunks(sources, folder, options):
+    """The chunks of a run, in their order; `options` are those of `_core.BatchOptions`."""
+    first, size = 0, options["chunk_size"]
+    listed = iter(_core.InputList(sources))
+    while inputs := list(itertools.islice(listed, size)):
+        yield {"folder": _core.get_chunk_folder(folder, first, size), "first": first, "inputs": inputs,
+               "options": options}
+        first += len(inputs)
 
 
-def _folder_of(folder, first, size):
-    return os.path.join(os.path.abspath(folder), f"{first // size:08}")
-
-
-def _begin(folder, manifest):
-    """Writes the manifest, or looks whether the run that is there is the same."""
-    os.makedirs(folder, exist_ok=True)
-    path = os.path.join(folder, "manifest.json")
-    text = json.dumps(manifest, indent=1, sort_keys=True) + "\n"
-    if os.path.exists(path):
-        with open(path, encoding="utf-8") as file:
-            if file.read() != text:
-                raise ValueError(f"{folder} has the results of another run: other sources, options or versions.")
-        return
-    with open(path + ".part", "w", encoding="utf-8") as file:
-        file.write(text)
-    os.rename(path + ".part", path)
-
-
-def run(sources, folder, *, operation="report", complete=True, tolerant=True, style_sheet="", size=64, deadline=30.0,
-        memory=2 << 30, chunk_size=2000, jobs=None, scheduler=None, progress=None):
+def run(sources, folder, *, operation="report", complete=True, tolerant=True, style_sheet="", size=64, strokes="kept",
+        stroke_tolerance=0.01, flatten=0.0, grid=0.0, precision=0.0, deadline=30.0, memory=2 << 30, chunk_size=2000,
+        jobs=None, scheduler=None, progress=None):
     """Works through the sources and leaves the results in a folder. Returns the number of chunks that were run.
 
-    `operation` is one of "check", "report", "columns", "thumbnails" (of `size` pixels). `deadline` is in seconds and
-    `memory` in bytes, both for each input; 0 bytes is no bound. `jobs` is the number of workers, one for each processor
-    unless given; with `scheduler` the workers of that Dask cluster are used, which must see the same files.
-    `progress(done)` is called after each chunk, with the number of those that are there. Raises FileNotFoundError for a source that is none, and ValueError
-    when the folder holds another run.
+    A source is a folder (searched with all below), an archive (.tar, .tar.gz, .zip), a drawing, a pattern, or "@FILE": a
+    list of these. `operation` is one of `OPERATIONS`: "report", "check", "columns" (of plain paths, made with `strokes`,
+    `stroke_tolerance`, `flatten`, `grid` and `precision` as `Document.normalize` does), "boxes", "thumbnails" (of `size`
+    pixels), "repair". `deadline` is in seconds and `memory` in bytes, both for each input; 0 bytes is no bound. `jobs` is
+    the number of workers, one for each processor unless given; with `scheduler` the workers of that Dask cluster are used,
+    which must see the same files. `progress(done)` is called after each chunk, with the number of those that are there.
+
+    Raises FileNotFoundError for a source that is none, ValueError for options that make no sense and when the folder
+    holds another run, RuntimeError for archives that cannot be read.
     """
-    if operation not in _operations.OPERATIONS:
-        raise ValueError(f"There is no operation {operation}.")
     options = {"operation": operation, "complete": complete, "tolerant": tolerant, "style_sheet": style_sheet,
-               "size": size, "deadline": deadline}
-    sources = [os.path.abspath(source) if not source.startswith("@") else source for source in map(str, sources)]
-    _sources.require(sources)
-    _begin(folder, {"version": VERSION, "sources": sources, "options": options, "memory": memory,
-                    "chunk_size": chunk_size})
+               "size": size, "strokes": strokes, "stroke_tolerance": stroke_tolerance, "flatten": flatten, "grid": grid,
+               "precision": precision, "deadline": deadline, "memory": memory, "chunk_size": chunk_size}
+    checked = _core.BatchOptions(**options)
+    sources = [_make_absolute(os.fspath(source)) for source in sources]
+    folder = os.path.abspath(folder)
+    _core.InputList(sources)  # Nothing is begun when a source is missing.
+    _core.begin_run(folder, sources, checked)
     done = count = 0
 
     def missing():
         nonlocal done
-        for chunk in make_chunks(sources, folder, options, chunk_size):
+        for chunk in make_chunks(sources, folder, options):
             if os.path.isdir(chunk["folder"]):
                 done += 1
             else:
@@ -184,6 +178,10 @@ def run(sources, folder, *, operation="report", complete=True, tolerant=True, st
         if progress:
             progress(done)
     return count
+
+
+def _make_absolute(source):
+    return "@" + os.path.abspath(source[1:]) if source.startswith("@") else os.path.abspath(source)
 
 
 def _run_here(chunks, jobs, deadline, memory):
@@ -242,10 +240,17 @@ def _parse_arguments(arguments):
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("sources", nargs="+", metavar="SOURCE", help="folder, file, glob, tar, zip, or @FILE: a list of these")
     parser.add_argument("-o", "--output", required=True, metavar="DIR", help="where the results go")
-    parser.add_argument("--operation", choices=sorted(_operations.OPERATIONS), default="report")
+    parser.add_argument("--operation", choices=OPERATIONS, default="report")
     parser.add_argument("--plain", action="store_true", help="the plain and strict import")
     parser.add_argument("--style-sheet", metavar="FILE", help="CSS that comes after that of the files")
     parser.add_argument("--size", type=int, default=64, help="of thumbnails, in pixels (64)")
+    parser.add_argument("--outline-strokes", action="store_true", help="columns: make areas of strokes")
+    parser.add_argument("--flatten", type=float, default=0.0, metavar="D",
+                        help="columns: straight lines only, no farther off than this")
+    parser.add_argument("--grid", type=float, default=0.0, metavar="SIDE",
+                        help="columns: fit each picture into a square of this side")
+    parser.add_argument("--precision", type=float, default=0.0, metavar="STEP",
+                        help="columns: round coordinates to multiples of this")
     parser.add_argument("--deadline", type=float, default=30.0, help="seconds for each input (30)")
     parser.add_argument("--memory", type=int, default=2048, help="MiB for each worker, 0 for no bound (2048)")
     parser.add_argument("--chunk-size", type=int, default=2000, help="inputs in one folder of results (2000)")
@@ -268,10 +273,12 @@ def main(arguments=None):
             with open(wanted.style_sheet, encoding="utf-8") as file:
                 style_sheet = file.read()
         run(wanted.sources, wanted.output, operation=wanted.operation, complete=not wanted.plain,
-            tolerant=not wanted.plain, style_sheet=style_sheet, size=wanted.size, deadline=wanted.deadline,
+            tolerant=not wanted.plain, style_sheet=style_sheet, size=wanted.size,
+            strokes="outlined" if wanted.outline_strokes else "kept", flatten=wanted.flatten, grid=wanted.grid,
+            precision=wanted.precision, deadline=wanted.deadline,
             memory=wanted.memory << 20, chunk_size=wanted.chunk_size, jobs=wanted.jobs, scheduler=wanted.scheduler,
             progress=show if is_terminal else None)
-    except (OSError, ValueError) as error:
+    except (OSError, RuntimeError, ValueError) as error:
         print(f"ERROR: {error}", file=sys.stderr)
         return 2
     return 0

@@ -27,5 +27,6 @@ void DefineElements(py::module_& module);
 void DefinePictures(py::module_& module);
 void DefineIcons(py::module_& module);
 void DefineGeometry(py::module_& module);
+void DefineBatches(py::module_& module);
 
 } // namespace orvan::python

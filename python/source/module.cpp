@@ -21,4 +21,5 @@ PYBIND11_MODULE(_core, module)
 	DefinePictures(module);
 	DefineIcons(module);
 	DefineGeometry(module);
+	DefineBatches(module);
 }

@@ -1,10 +1,13 @@
 # SPDX-License-Identifier: MIT
 """Batches: every input has one row, the same bytes come from any number of workers, and nothing is lost or done twice."""
 
+import hashlib
 import json
 import os
 import pathlib
+import shutil
 import signal
+import subprocess
 import tarfile
 import tempfile
 import threading
@@ -15,6 +18,7 @@ import zipfile
 import distributed
 import numpy
 
+import orvan_svg
 from orvan_svg import batch
 from support import TestCase
 
@@ -39,7 +43,7 @@ class Batches(TestCase):
         batch.run(sources or [self.art], output, chunk_size=8, **options)
         files = {str(path.relative_to(output)): path.read_bytes() for path in sorted(output.rglob("*")) if path.is_file()}
         rows = [json.loads(line) for path, content in files.items() if path.endswith(".jsonl")
-                for line in content.decode().splitlines()]
+                for line in content.splitlines()]
         return files, rows
 
     def test_gives_each_input_one_row_with_any_number_of_workers(self):
@@ -53,10 +57,16 @@ class Batches(TestCase):
                          [("refused", "07.svg", 2)])
         with numpy.load(self.folder / "jobs1/00000000/columns.npz") as columns:
             done = [row["number"] for row in rows[:8] if row["outcome"] == "done"]
-            self.assertEqual(columns["path_input"].tolist(), done)
-            self.assertEqual(columns["path_commands"].tolist(), [2] * len(done))
-            self.assertEqual(columns["points"].shape, (2 * len(done), 2))
-            self.assertEqual(columns["path_fill"][0].tolist(), [1, 0, 0, 1])
+            self.assertEqual(columns["inputs"].tolist(), done)
+            self.assertEqual(columns["picture_inputs"].tolist(), done)
+            self.assertEqual(columns["picture_sizes"].tolist(), [[8, 8]] * len(done))
+            self.assertEqual(columns["command_offsets"].tolist(), [2 * i for i in range(len(done) + 1)])
+            self.assertEqual(columns["points"][0:4].tolist(), [[0, 0], [8, 8], [3, 0], [8, 8]])
+            self.assertEqual(columns["fills"][0].tolist(), [1, 0, 0])
+            expected = orvan_svg.Document.open(self.art / "00.svg").normalize().columns()
+            self.assertEqual(set(columns), {*expected, "inputs", "picture_inputs", "picture_sizes"})
+            for name, column in expected.items():
+                self.assertEqual((columns[name].dtype, columns[name].shape[1:]), (column.dtype, column.shape[1:]))
         self.assertFalse([name for name in files if ".part" in name])
 
     def test_gives_the_same_on_a_cluster(self):
@@ -65,41 +75,100 @@ class Batches(TestCase):
         self.assertEqual(there, self.run_batch("here", jobs=1))
 
     def test_reads_archives_lists_and_globs(self):
-        with tarfile.open(self.folder / "a.tar", "w") as archive:
+        long = "l" * 200 + "/"
+        with tarfile.open(self.folder / "a.tar", "w", format=tarfile.PAX_FORMAT) as archive:
             archive.add(self.art, "in tar")
+            archive.add(self.art / "00.svg", long + "ü.svg")
+        for form in (tarfile.GNU_FORMAT, tarfile.USTAR_FORMAT):
+            with tarfile.open(self.folder / f"{form}.tar", "w", format=form) as archive:
+                archive.add(self.art / "00.svg", ("l" * 100 + "/" if form == tarfile.USTAR_FORMAT else long) + "a.svg")
         with tarfile.open(self.folder / "b.tar.gz", "w:gz") as archive:
             archive.add(self.art / "00.svg", "packed.svg")
         with zipfile.ZipFile(self.folder / "c.zip", "w") as archive:
             archive.write(self.art / "03.svg", "zipped.svg")
+            archive.write(self.art / "06.svg", "ü.svg", zipfile.ZIP_DEFLATED)
+            archive.comment = b"PK" * 20
         (self.folder / "list").write_text(f"{self.folder}/c.zip\n\n{self.art}/0[06].svg\n")
-        _, rows = self.run_batch("out", [f"{self.folder}/a.tar", f"{self.folder}/b.tar.gz", f"@{self.folder}/list"])
-        self.assertEqual([os.path.basename(row["input"]) for row in rows[30:]],
-                         ["packed.svg", "zipped.svg", "00.svg", "06.svg"])
-        hashes = {os.path.basename(row["input"]): row["sha256"] for row in rows[:30]}
-        self.assertEqual([row["sha256"] for row in rows[30:]],
-                         [hashes[name] for name in ("00.svg", "03.svg", "00.svg", "06.svg")])
+        _, rows = self.run_batch("out", [f"{self.folder}/{name}" for name in ("a.tar", "b.tar.gz", "0.tar", "1.tar")] +
+                                 [f"@{self.folder}/list"])
+        self.assertEqual({row["outcome"] for row in rows if not row["input"].endswith("07.svg")}, {"done"})
+        self.assertEqual([row["input"].removeprefix(f"{self.folder}/") for row in rows[30:]],
+                         [f"a.tar/{long}ü.svg", "b.tar.gz/packed.svg", "0.tar/" + "l" * 100 + "/a.svg",
+                          f"1.tar/{long}a.svg", "c.zip/zipped.svg", "c.zip/ü.svg", "art/00.svg", "art/06.svg"])
+        for row in rows[30:]:
+            number = {"zipped.svg": "03", "ü.svg": "06", "06.svg": "06"}.get(os.path.basename(row["input"]), "00")
+            number = "00" if "a.tar" in row["input"] else number
+            self.assertEqual(row["sha256"], hashlib.sha256((self.art / f"{number}.svg").read_bytes()).hexdigest())
         with self.assertRaises(FileNotFoundError):
             self.run_batch("none", [self.art, f"{self.folder}/missing"])
         self.assertFalse((self.folder / "none").exists(), "nothing is begun")
+        whole = (self.folder / "0.tar").read_bytes()
+        for damaged in (whole[:600], whole[:1024], b"x" + whole[1:], b""):
+            (self.folder / "d.tar").write_bytes(damaged)
+            with self.assertRaises(RuntimeError):
+                self.run_batch("d", [self.folder / "d.tar"])
 
     def test_makes_thumbnails(self):
-        files, _ = self.run_batch("out", [self.art / "00.svg", self.art / "03.svg"], operation="thumbnails", size=16)
+        self.run_batch("out", [self.art / "00.svg", self.art / "03.svg"], operation="thumbnails", size=16)
         with tarfile.open(self.folder / "out/00000000/files.tar") as archive:
             names = archive.getnames()
             self.assertEqual(names, ["0000000000.png", "0000000001.png"])
             self.assertEqual(archive.extractfile(names[0]).read()[:8], b"\x89PNG\r\n\x1a\n")
+
+    def test_tells_boxes(self):
+        (self.art / "00.svg").write_text('<svg width="9" height="8"><g><rect x="1" width="2" height="3" stroke="red"/></g>'
+                                         '<defs/><text>run</text></svg>')
+        _, rows = self.run_batch("out", [self.art / "00.svg"], operation="boxes")
+        document = orvan_svg.Document.open(self.art / "00.svg")
+        with numpy.load(self.folder / "out/00000000/columns.npz") as columns:
+            elements = list(document)
+            self.assertEqual([elements[number].kind for number in columns["elements"]], ["svg", "g", "rect", "text"])
+            for kind in ("fill", "stroke", "visual"):
+                numpy.testing.assert_array_equal(columns[kind], document.boxes(kind)[columns["elements"]])
+            self.assertEqual(columns["picture_sizes"].tolist(), [[9, 8]])
+        self.assertEqual(rows[0]["elements"], 4)
+
+    def test_repairs_what_a_plain_reader_refuses(self):
+        text = '<svg xmlns="http://www.w3.org/2000/svg"><rect id="r" width="4" fill="#F00F"/></svg>'
+        (self.art / "00.svg").write_text(text)
+        _, rows = self.run_batch("out", [self.art / "00.svg", self.art / "03.svg"], operation="repair")
+        self.assertEqual([len(row["repairs"]) for row in rows], [1, 0])
+        self.assertEqual(rows[0]["repairs"][0][2:6], ["rect", "r", "fill", "#F00F"])
+        with tarfile.open(self.folder / "out/00000000/files.tar") as archive:
+            self.assertEqual(archive.getnames(), ["0000000000.svg"])
+            repaired = archive.extractfile("0000000000.svg").read()
+        self.assertEqual(repaired.decode(), text.replace("#F00F", rows[0]["repairs"][0][6]))
+        orvan_svg.Document.open(repaired, complete=False, tolerant=False)
+
+    def test_gives_what_the_program_gives(self):
+        # Names and texts that JSON and tar have to be careful with, and content of all lengths modulo a block of hashes.
+        odd = self.art / os.fsdecode(b"q\"\\\xc3\xbc\xff\t.svg")
+        odd.write_text('<svg><g fill="\u2028\\x"/></svg>')
+        for number in range(64):
+            (self.art / f"c{number}.svg").write_text("<svg>" + " " * number + "</svg>")
+        for operation in batch.OPERATIONS:
+            files, rows = self.run_batch(operation, operation=operation, memory=0, grid=100, jobs=1)
+            output = self.folder / f"{operation}-program"
+            run = subprocess.run([os.environ["ORVAN_SVG"], "batch", self.art, "-o", output, "--operation", operation,
+                                  "--chunk-size", "8", "--grid", "100"], stdout=subprocess.PIPE, check=False)
+            self.assertEqual((run.returncode, run.stdout), (1, b"94 done, 1 not, 0 there already\n"))
+            self.assertEqual({name: (output / name).read_bytes() for name in files}, files)
+            self.assertEqual(len(list(output.rglob("*"))), len(list((self.folder / operation).rglob("*"))))
+        for row in rows:
+            self.assertEqual(hashlib.sha256(pathlib.Path(row["input"]).read_bytes()).hexdigest(), row["sha256"])
 
     def test_goes_on_where_it_was_interrupted(self):
         whole, _ = self.run_batch("out")
         for name in ("00000001", "00000003"):
             for path in (self.folder / "out" / name).iterdir():
                 path.unlink()
-            (self.folder / "out" / name).rename(self.folder / "out" / (name + ".part"))
+            (self.folder / "out" / name).rename(self.folder / "out" / (name + ".part-1"))
         self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8), 2)
         self.assertEqual(self.run_batch("out")[0], whole)
         self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8), 0)
-        with self.assertRaises(ValueError):
-            self.run_batch("out", operation="check")
+        for options in ({"operation": "check"}, {"deadline": 5.0}, {"operation": "odd"}, {"size": 0}):
+            with self.assertRaises(ValueError):
+                self.run_batch("out", **options)
 
     def test_runs_the_chunk_of_a_killed_worker_again(self):
         # The worker waits at a fifo until it is killed; then a drawing stands there.

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "array_archive.h"
-
-#include "console.h"
+#include "batch/array_archive.h"
 
 #include <bit>
 #include <limits>
+#include <stdexcept>
 #include <zlib.h>
 
-namespace orvan::program
+namespace orvan::batch
 {
 namespace
 {
@@ -48,7 +47,7 @@ void ArrayArchive::Add(std::string_view name, std::string_view type, const void*
 	if (count != 0)
 		file.append(static_cast<const char*>(numbers), count * width * numberSize);
 	if (_bytes.size() + file.size() > kLargest - (1 << 20))
-		throw Failure("The arrays are larger than their format allows.");
+		throw std::length_error("The arrays are larger than their format allows.");
 	const Entry entry{
 		std::string(name) + ".npy",
 		static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const unsigned char*>(file.data()), file.size())),
@@ -95,4 +94,4 @@ std::string ArrayArchive::Take()
 	return std::move(_bytes);
 }
 
-} // namespace orvan::program
+} // namespace orvan::batch

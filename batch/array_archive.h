@@ -7,15 +7,17 @@
 #include <string_view>
 #include <vector>
 
-namespace orvan::program
+namespace orvan::batch
 {
 
-/// Writes a .npz file: a ZIP archive, not compressed, with a .npy file for each array.
+/// Writes a .npz file: a ZIP archive, not compressed, with a .npy file for each array. The same arrays are the same
+/// bytes.
 class ArrayArchive
 {
 public:
 	/// Adds an array of `count` rows of `width` numbers. `type` is NumPy's name, such as "<f8" or "|u1", which says how
-	/// large a number is; this program runs on little-endian machines only.
+	/// large a number is; this runs on little-endian machines only. Throws `std::length_error` when the file would be
+	/// larger than 4 GiB, which its format does not allow.
 	void Add(std::string_view name, std::string_view type, const void* numbers, std::size_t count,
 			 std::size_t width = 1);
 
@@ -35,4 +37,4 @@ private:
 	std::vector<Entry> _entries;
 };
 
-} // namespace orvan::program
+} // namespace orvan::batch

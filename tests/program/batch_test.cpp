@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+/// Batches by the program. What their results have is held against those of the Python package in its tests.
+#include "batch/row.h"
+#include "batch/sha256.h"
+#include "program_run.h"
+
+#include <gtest/gtest.h>
+
+namespace orvan::test
+{
+namespace
+{
+namespace fs = std::filesystem;
+
+class Batches : public testing::Test
+{
+protected:
+	Batches() : _output(_folder.GetPath() / "out")
+	{
+		for (int i = 0; i < 10; i++)
+			_folder.Write("art/" + std::to_string(i) + ".svg", i == 4 ? "<svg><g></svg>" : "<svg><g/></svg>");
+	}
+
+	ProgramRun Run(std::vector<std::string> arguments = {}) const
+	{
+		const std::string art = _folder.GetPath() / "art";
+		arguments.insert(arguments.begin(), {"batch", art, "-o", _output, "--chunk-size", "3"});
+		return RunProgram(arguments);
+	}
+
+	TemporaryFolder _folder;
+	fs::path _output;
+};
+
+TEST_F(Batches, GoOnWhereTheyWereInterrupted)
+{
+	const ProgramRun whole = Run();
+	EXPECT_EQ(1, whole.status) << "One is refused.";
+	EXPECT_EQ("9 done, 1 not, 0 there already\n", whole.output);
+	const std::string rows = ReadFile(_output / "00000001/rows.jsonl");
+	EXPECT_NE(std::string::npos, rows.find("\"line\":1,\"message\":")) << rows;
+	fs::remove_all(_output / "00000001");
+	fs::create_directory(_output / "00000001.part-7");
+	EXPECT_EQ("2 done, 1 not, 7 there already\n", Run({"--jobs", "1"}).output);
+	EXPECT_EQ(rows, ReadFile(_output / "00000001/rows.jsonl"));
+	EXPECT_FALSE(fs::exists(_output / "00000001.part-7"));
+	EXPECT_EQ(0, Run().status);
+}
+
+TEST_F(Batches, RefuseWhatMakesNoSense)
+{
+	EXPECT_EQ(2, Run({"--operation", "odd"}).status);
+	EXPECT_EQ(1, RunProgram({"batch", _folder.GetPath() / "missing", "-o", _output}).status);
+	EXPECT_FALSE(fs::exists(_output)) << "Nothing is begun.";
+	Run();
+	const ProgramRun other = Run({"--operation", "check"});
+	EXPECT_EQ(1, other.status);
+	EXPECT_NE(std::string::npos, other.errors.find("another run")) << other.errors;
+	// A shard that cannot be written ends the run.
+	fs::remove_all(_output / "00000001");
+	_folder.Write("out/00000001", "in the way");
+	EXPECT_EQ(1, Run().status);
+}
+
+TEST(Hashes, AreTheSameWithAndWithoutInstructions)
+{
+	EXPECT_EQ("ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad", batch::GetPortableSha256("abc"));
+	std::string bytes;
+	for (int i = 0; i < 200; i++)
+	{
+		ASSERT_EQ(batch::GetPortableSha256(bytes), batch::GetSha256(bytes)) << i;
+		bytes += static_cast<char>(i * 37);
+	}
+}
+
+TEST(RowsOfJson, KeepEveryByteOfAName)
+{
+	EXPECT_EQ("\"a\\\"\\\\\\u0009\u00fc\U0001f600\"", batch::ToJson("a\"\\\t\u00fc\U0001f600"));
+	// What is no UTF-8: a lone byte, one cut off, a longer form than needed, a surrogate, beyond the last character.
+	EXPECT_EQ("\"\\udcff\\udcc3(\"", batch::ToJson("\xff\xc3("));
+	EXPECT_EQ("\"\\udcc0\\udcaf\\udced\\udca0\\udc80\"", batch::ToJson("\xc0\xaf\xed\xa0\x80"));
+	EXPECT_EQ("\"\\udcf4\\udc90\\udc80\\udc80\\udce2\\udc82\"", batch::ToJson("\xf4\x90\x80\x80\xe2\x82"));
+}
+
+} // namespace
+} // namespace orvan::test
