@@ -117,7 +117,14 @@ void BeginRun(const std::string& folder, const std::string& manifest)
 			left.push_back(entry.path());
 	}
 	for (const fs::path& part : left)
-		fs::remove_all(part);
+	{
+		// A worker of the interrupted run may still be writing: what has another name it can no longer put in its
+		// place.
+		std::error_code ignored;
+		const fs::path old = part.native() + ".old";
+		fs::rename(part, old, ignored);
+		fs::remove_all(old);
+	}
 }
 
 std::string GetChunkFolder(const std::string& folder, std::int64_t first, std::int64_t chunkSize)

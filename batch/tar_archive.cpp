@@ -16,6 +16,8 @@ namespace orvan::batch
 namespace
 {
 
+constexpr std::uint64_t kReadAhead = 1 << 16;
+
 // Where things stand in a header.
 constexpr std::size_t kName = 0;
 constexpr std::size_t kNameLength = 100;
@@ -66,6 +68,7 @@ TarArchive::TarArchive(const std::string& path) : _file(gzopen(path.c_str(), "rb
 {
 	if (_file == nullptr)
 		throw std::runtime_error(std::strerror(errno != 0 ? errno : ENOMEM));
+	gzbuffer(_file, kReadAhead);
 }
 
 TarArchive::~TarArchive()
@@ -75,8 +78,24 @@ TarArchive::~TarArchive()
 
 void TarArchive::Seek(std::uint64_t offset)
 {
-	if (gzseek(_file, static_cast<z_off_t>(offset), SEEK_SET) < 0)
-		throw std::runtime_error("The archive cannot be read.");
+	// A seek throws away what has been read ahead; a short way is read instead, since members are small.
+	std::array<char, 1 << 12> passed;
+	const auto at = static_cast<std::uint64_t>(gztell(_file));
+	std::uint64_t left = offset >= at ? offset - at : kReadAhead + 1;
+	if (left > kReadAhead)
+	{
+		if (gzseek(_file, static_cast<z_off_t>(offset), SEEK_SET) < 0)
+			throw std::runtime_error("The archive cannot be read.");
+		return;
+	}
+	while (left > 0)
+	{
+		const int count =
+			gzread(_file, passed.data(), static_cast<unsigned>(std::min<std::uint64_t>(left, passed.size())));
+		if (count <= 0)
+			throw std::runtime_error("The archive is cut off.");
+		left -= static_cast<std::uint64_t>(count);
+	}
 }
 
 std::string TarArchive::ReadBytes(std::uint64_t count)

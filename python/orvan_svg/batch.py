@@ -31,6 +31,7 @@ import sys
 import tempfile
 import threading
 import time
+from collections.abc import Callable, Iterable
 
 from . import _core, _worker
 
@@ -138,9 +139,11 @@ def make_chunks(sources, folder, options):
         first += len(inputs)
 
 
-def run(sources, folder, *, operation="report", complete=True, tolerant=True, style_sheet="", size=64, strokes="kept",
-        stroke_tolerance=0.01, flatten=0.0, grid=0.0, precision=0.0, deadline=30.0, memory=2 << 30, chunk_size=2000,
-        jobs=None, scheduler=None, progress=None):
+def run(sources: Iterable[str | os.PathLike], folder: str | os.PathLike, *, operation: str = "report",
+        complete: bool = True, tolerant: bool = True, style_sheet: str = "", size: int = 64, strokes: str = "kept",
+        stroke_tolerance: float = 0.01, flatten: float = 0.0, grid: float = 0.0, precision: float = 0.0,
+        deadline: float = 30.0, memory: int = 2 << 30, chunk_size: int = 2000, jobs: int | None = None,
+        scheduler: str | None = None, progress: Callable[[int], object] | None = None) -> int:
     """Works through the sources and leaves the results in a folder. Returns the number of chunks that were run.
 
     A source is a folder (searched with all below), an archive (.tar, .tar.gz, .zip), a drawing, a pattern, or "@FILE": a

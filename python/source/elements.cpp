@@ -103,7 +103,11 @@ py::object Wrap(const std::shared_ptr<SharedDocument>& shared, const SVGElementR
 void DefineElements(py::module_& module)
 {
 	module.attr("element_classes") = py::dict();
-	py::class_<Element>(module, "Element")
+	py::class_<Element>(
+		module, "Element",
+		"An element of a document's tree, which it keeps alive. Iterating gives the elements inside; two "
+		"objects are equal when they are the same element. Attributes have the names of SVG, with _ for - "
+		"and : (`element.stroke_width`); each kind has a class of its own with what only it has.")
 		.def(py::init<const Element&>(), py::arg("element"), "The same element as another object.")
 		.def_property_readonly(
 			"kind", [](const Element& self) { return NameOfKind(self.element->GetElementType()); },

@@ -24,6 +24,7 @@ constexpr std::array<std::string_view, 4> kParts = {"fill", "stroke", "text", "b
 constexpr std::array<std::string_view, 2> kRules = {"nonzero", "evenodd"};
 constexpr std::array<std::string_view, 3> kCaps = {"butt", "round", "square"};
 constexpr std::array<std::string_view, 3> kJoins = {"miter", "round", "bevel"};
+constexpr std::array<std::string_view, 4> kOperations = {"unite", "intersect", "subtract", "exclude"};
 constexpr std::array<std::string_view, 2> kStrokes = {"kept", "outlined"};
 
 /// The value that a word of a list stands for, when the first one stands for `first`. ValueError for other words.
@@ -191,6 +192,18 @@ void DefineNormalizedPaths(py::module_& module)
 			 { return "<NormalizedPaths of " + std::to_string(self.paths.elements.GetCount()) + " paths>"; });
 }
 
+std::shared_ptr<Outline> Combine(Outline& self, Outline& other, std::string_view operation, std::string_view rule,
+								 std::string_view otherRule, double tolerance)
+{
+	const auto wanted = FindWord<SVGOutlineOperation>(kOperations, operation);
+	const auto ruleHere = FindWord<SVGFillRule>(kRules, rule, 1);
+	const auto ruleThere = FindWord<SVGFillRule>(kRules, otherRule, 1);
+	// A copy, so that nobody holds two locks.
+	const SVGOutlineRef copy = AskOutline(other, [&] { return other.outline->Transform(Matrix2d()); });
+	return MakeOutline(
+		AskOutline(self, [&] { return self.outline->Combine(copy, wanted, ruleHere, ruleThere, tolerance); }));
+}
+
 void DefineOutlines(py::module_& module)
 {
 	py::class_<Outline, std::shared_ptr<Outline>>(
@@ -271,7 +284,20 @@ void DefineOutlines(py::module_& module)
 			py::arg("width"), py::kw_only(), py::arg("cap") = "butt", py::arg("join") = "miter",
 			py::arg("miter_limit") = 4.0, py::arg("tolerance") = 0.01,
 			"The edges of a stroke along this outline, to be filled by \"nonzero\", no farther off than `tolerance`. "
-			"`cap` is \"butt\", \"round\" or \"square\", `join` \"miter\", \"round\" or \"bevel\".");
+			"`cap` is \"butt\", \"round\" or \"square\", `join` \"miter\", \"round\" or \"bevel\".")
+		.def(
+			"area",
+			[](Outline& self, std::string_view rule)
+			{
+				const auto wanted = FindWord<SVGFillRule>(kRules, rule, 1);
+				return AskOutline(self, [&] { return self.outline->GetArea(wanted); });
+			},
+			py::arg("rule") = "nonzero", "How large the area is that a fill covers.")
+		.def("combined", &Combine, py::arg("other"), py::arg("operation"), py::kw_only(), py::arg("rule") = "nonzero",
+			 py::arg("other_rule") = "nonzero", py::arg("tolerance") = 0.0,
+			 "The area of this outline put together with that of another one: \"unite\", \"intersect\", \"subtract\" "
+			 "or \"exclude\". What runs along each other nearer than `tolerance` counts as the same; 0 stands for a "
+			 "millionth of the size. The result has no crossings. ValueError for outlines that are too intricate.");
 }
 
 /// Everything that was found, as a list of named tuples.

@@ -73,6 +73,10 @@ class Geometry(TestCase):
             self.assertEqual(line.stroked(2, cap=cap).bounds(), box)
         curve = orvan_svg.Outline([0, 2], [[0, 0], [0, 4], [4, 4], [4, 0]])
         self.assertEqual(set(curve.flattened(0.1).codes[1:]), {orvan_svg.LINE})
+        square = orvan_svg.Outline([0, 1, 1, 1, 3], [[0, 0], [4, 0], [4, 4], [0, 4]])
+        for operation, area in (("unite", 28), ("intersect", 4), ("subtract", 12), ("exclude", 24)):
+            self.assertAlmostEqual(square.combined(square.transformed((1, 0, 0, 1, 2, 2)), operation).area(), area)
+        self.assertAlmostEqual(square.combined(square, "subtract").area(), 0)
         for codes, points in (([4], []), ([0, 1], [[0, 0]]), ([0], [[0, 0], [1, 1]]), ([0], [[0, 0, 0]])):
             with self.assertRaises(ValueError):
                 orvan_svg.Outline(codes, points)
