@@ -47,6 +47,7 @@ std::string Excerpt(std::string_view line, std::size_t from, std::size_t to)
 	constexpr std::size_t kShort = 160;
 	if (line.size() <= kShort)
 		return WholeLine(line);
+	from = std::min(from, line.size()); // The first line that differs was longer.
 	const std::size_t begin = from > kAround ? from - kAround : 0;
 	const std::size_t end = std::min({to + kAround, begin + 2 * kShort, line.size()});
 	return (begin > 0 ? "…" : "") + OneLine(line.substr(begin, end - begin), 2 * kShort) +

@@ -85,6 +85,47 @@ std::string WithoutLoosePoints(std::string_view value)
 	return text;
 }
 
+/// Path data in which radii of arcs are above zero: a browser takes them without their sign.
+std::string WithoutNegativeRadii(std::string_view path)
+{
+	constexpr std::string_view kCommands = "MmZzLlHhVvCcSsQqTtAa";
+	constexpr int kArguments = 7; // Of an arc: two radii, an angle, two flags, and a point.
+	std::string text;
+	int argument = -1; // Of an arc; negative elsewhere.
+	for (std::size_t i = 0; i < path.size();)
+	{
+		const char c = path[i];
+		const bool isFlag = argument == 3 || argument == 4;
+		if (kCommands.find(c) != kCommands.npos)
+			argument = c == 'A' || c == 'a' ? 0 : -1;
+		else if (argument >= 0 && kBlanks.find(c) == kBlanks.npos && c != ',')
+		{
+			std::size_t end = i + 1;
+			bool hasPoint = c == '.';
+			for (; !isFlag && end < path.size(); end++)
+			{
+				const bool isExponent = path[end - 1] == 'e' || path[end - 1] == 'E';
+				const bool isSign = (path[end] == '-' || path[end] == '+') && isExponent;
+				const bool isPoint = path[end] == '.' && !hasPoint;
+				hasPoint |= isPoint;
+				const bool isDigit = path[end] >= '0' && path[end] <= '9';
+				if (!isDigit && !isSign && !isPoint && path[end] != 'e' && path[end] != 'E')
+					break;
+			}
+			const bool loses = argument < 2 && c == '-';
+			if (loses && !text.empty() && text.back() >= '0' && text.back() <= '9')
+				text += ' ';
+			text += path.substr(i + (loses ? 1 : 0), end - i - (loses ? 1 : 0));
+			argument = (argument + 1) % kArguments;
+			i = end;
+			continue;
+		}
+		text += c;
+		i++;
+	}
+	return text;
+}
+
 /// An IRI in which only characters stand that may.
 std::string WithoutOddCharacters(std::string_view iri)
 {
@@ -287,10 +328,13 @@ private:
 		std::vector<std::string> candidates;
 		if (read.isPartial)
 			candidates.emplace_back(Trim(std::string_view(value).substr(0, read.faultOffset)));
-		const std::string tidy = WithoutLoosePoints(value);
-		if (!read.text.empty() && tidy != value &&
-			ReadAsBrowser(rule, refused.tag, tidy, isDeclaration).text == read.text)
-			candidates.push_back(tidy);
+		const std::string pointed = WithoutLoosePoints(value);
+		for (const std::string& tidy : {pointed, rule.number == Number::d ? WithoutNegativeRadii(pointed) : pointed})
+		{
+			if (!read.text.empty() && tidy != value &&
+				ReadAsBrowser(rule, refused.tag, tidy, isDeclaration).text == read.text)
+				candidates.push_back(tidy);
+		}
 		if (rule.number == Number::href && !read.text.empty())
 			candidates.push_back(WithoutOddCharacters(read.text));
 		candidates.push_back(read.text);

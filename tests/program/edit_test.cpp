@@ -128,6 +128,14 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 	EXPECT_EQ("#f00f", first["repairs"][0]["before"]);
 	EXPECT_EQ("red", first["repairs"][0]["after"]);
 	EXPECT_EQ(2, first["repairs"][0]["line"]);
+	// Arcs keep their form; and of lines that are shorter than where another one differs the end is shown.
+	const std::string arcs = "<svg><path d='M0 0A-3.5-4 0 1 02 3-2 1 0 012 3'/></svg>";
+	EXPECT_EQ("<svg><path d='M0 0A3.5 4 0 1 02 3 2 1 0 012 3'/></svg>",
+			  RunProgram({"repair", folder.Write("arcs.svg", arcs), "-o", "-"}).output);
+	const std::string lines = "<svg><g class='" + std::string(300, 'c') + "' fill='bad'/>\n<g class='" +
+							  std::string(150, 'c') + "' fill='bad'/></svg>";
+	const ProgramRun cut = RunProgram({"repair", folder.Write("cut.svg", lines)});
+	EXPECT_EQ(0, cut.status) << cut.errors;
 	EXPECT_EQ(1, RunProgram({"repair", folder.Write("bad.svg", "<svg><g>")}).status);
 	EXPECT_EQ(2, RunProgram({"repair", file, good, "-o", "one.svg"}).status);
 }
