@@ -84,6 +84,15 @@ if(EXISTS ${cairo_module})
 	if(NOT signature STREQUAL 89504e470d0a1a0a)
 		message(FATAL_ERROR "The renderer wrote no PNG: ${signature}")
 	endif()
+	# What a window shows of it, where the toolkit is there.
+	if(EXISTS ${WORK}/examples/view_qt)
+		run(COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen
+			${WORK}/examples/view_qt ${WORK}/shapes.svg ${WORK}/window.png)
+		file(READ ${WORK}/window.png signature LIMIT 8 HEX)
+		if(NOT signature STREQUAL 89504e470d0a1a0a)
+			message(FATAL_ERROR "The window's picture is no PNG: ${signature}")
+		endif()
+	endif()
 endif()
 
 # Event loops, each in a loop of its own with a file that changes twice: to something that can be drawn, and to nothing.
