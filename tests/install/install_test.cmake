@@ -57,6 +57,13 @@ set(expected "<svg xmlns='http://www.w3.org/2000/svg'>
 if(NOT edited STREQUAL expected OR NOT status EQUAL 1 OR NOT error STREQUAL "'nocolor' is no value of 'fill'.\n")
 	message(FATAL_ERROR "The example wrote, and then ended with ${status}: ${error}\n${edited}")
 endif()
+# Half of a square is cut off. 96 pixels are an inch, and y goes up.
+if(EXISTS ${WORK}/examples/plotter)
+	file(WRITE ${WORK}/clipped.svg [[<svg xmlns="http://www.w3.org/2000/svg" width="96" height="96"><clipPath id="c"><rect
+		width="48" height="96"/></clipPath><rect clip-path="url(#c)" width="96" height="48"/></svg>]])
+	run(COMMAND ${WORK}/examples/plotter ${WORK}/clipped.svg EXPECT
+		"G21\nG0 X0.00 Y12.70\nG1 X0.00 Y25.40\nG1 X12.70 Y25.40\nG1 X12.70 Y12.70\nG1 X0.00 Y12.70\n")
+endif()
 run(COMMAND ${WORK}/examples/draw ${WORK}/examples/net.orvan.example.postscript.so ${WORK}/shapes.svg ${WORK}/shapes.eps)
 file(READ ${WORK}/shapes.eps picture)
 set(expected "%!PS-Adobe-3.0 EPSF-3.0
