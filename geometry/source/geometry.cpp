@@ -118,7 +118,8 @@ Result<Scene> Geometry::MakeScene() noexcept
 	if (const auto import = Cast<SVGDocumentImportInterface>(_document))
 		scene.isComplete = import->GetImportOptions().isComplete;
 	scene.images = &_images;
-	scene.limits = Limits(0.0, _options.deadline, 0.0);
+	constexpr double kPathBytes = 268'435'456.0; // For the paths that texts run along.
+	scene.limits = Limits(0.0, _options.deadline, kPathBytes);
 	return scene;
 }
 

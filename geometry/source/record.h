@@ -92,7 +92,7 @@ enum class NodeKind : std::uint8_t
 {
 	plain,
 	use,
-	marker,     ///< Stands below the shape that it belongs to.
+	marker,     ///< Stands below the shape that it belongs to; also a line that decorates a text.
 	definition, ///< Is not drawn in place.
 };
 

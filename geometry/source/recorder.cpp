@@ -23,10 +23,12 @@ using Key = SVGImportAttribute;
 /// Nodes beyond these many are left out. A file that has more in place takes a gigabyte itself.
 constexpr std::size_t kMaxNodes = 4'000'000;
 
-/// How the document counts the length of a shape's outline, as a factor on its dashes.
+/// How the document counts the length of a shape's outline, as a factor on its dashes; 0 when it counts none.
 double GetDashUnit(const Frame& frame, const Outline& outline) noexcept
 {
-	const double counted = frame.GetOr(Key::pathLength, 0.0);
+	const double counted = frame.GetOr(Key::pathLength, -1.0);
+	if (counted == 0.0)
+		return 0.0;
 	if (!(counted > 0.0) || !std::isfinite(counted))
 		return 1.0;
 	const double length = outline.GetLength();
@@ -294,18 +296,54 @@ private:
 		return _record.shapes.Append(std::move(shape));
 	}
 
+	/// A node for a part of the text that stands in `_current`.
+	Node MakePart(const Frame& text, const Frame& owner, double opacity) noexcept
+	{
+		Node node;
+		node.element = SVGElementRef::From(owner.element);
+		node.parent = _current;
+		node.toView = text.place.transform;
+		node.isReferenced = At(_current).isReferenced;
+		node.opacity = opacity;
+		node.isChanged = At(_current).isChanged;
+		node.end = GetCount() + 1;
+		return node;
+	}
+
+	/// Letters between the lines that decorate them below and above.
 	Result<void> RecordFragment(const Frame& text, const TextLayout& layout, const TextFragment& fragment) noexcept
 	{
-		const std::int32_t parent = _current;
-		Node node;
-		node.element = SVGElementRef::From(fragment.frame->element);
-		node.parent = parent;
-		node.toView = text.place.transform;
-		node.isReferenced = At(parent).isReferenced;
-		node.opacity = fragment.opacity;
-		node.isChanged = At(parent).isChanged;
+		ORVAN_TRY(RecordLines(text, layout, fragment, TextLineKind::underline));
+		ORVAN_TRY(RecordLines(text, layout, fragment, TextLineKind::overline));
+		ORVAN_TRY(RecordLetters(text, layout, fragment));
+		return RecordLines(text, layout, fragment, TextLineKind::lineThrough);
+	}
+
+	/// Lines are seen, and neither hit nor measured: in that they are like markers.
+	Result<void> RecordLines(const Frame& text, const TextLayout& layout, const TextFragment& fragment,
+							 TextLineKind kind) noexcept
+	{
+		for (int i = 0; const Frame* const frame = TextLayout::FindDecorating(fragment, kind, i); i++)
+		{
+			Outline lines = ORVAN_TRY(layout.GetLines(fragment, kind));
+			RecordedShape shape = ORVAN_TRY(MakeShape(*frame, lines, layout.GetBounds()));
+			shape.fillRule = SVGFillRule::nonzero;
+			shape.isVisible = fragment.frame->place.style.visibility == SVGVisibility::visible;
+			shape.outline = std::move(lines);
+			Node node = MakePart(text, *frame, fragment.opacity);
+			node.kind = NodeKind::marker;
+			node.isReferenced = true;
+			const std::int32_t index = GetCount();
+			ORVAN_TRY(_record.nodes.Append(std::move(node)));
+			ORVAN_TRY(SetShape(index, std::move(shape)));
+		}
+		return {};
+	}
+
+	Result<void> RecordLetters(const Frame& text, const TextLayout& layout, const TextFragment& fragment) noexcept
+	{
+		Node node = MakePart(text, *fragment.frame, fragment.opacity);
 		const std::int32_t index = GetCount();
-		node.end = index + 1;
 		for (const Frame* span = fragment.frame; span != nullptr && span->element != text.element; span = span->outer)
 		{
 			if (!node.isReferenced)

@@ -231,5 +231,21 @@ TEST_F(Boxes, EndInAnAnswerWhateverTheNumbersAre)
 	EXPECT_EQ("", picture.At(NAN, INFINITY));
 }
 
+TEST_F(Boxes, OfTextsAreWhereTheirPathsAndLinesAre)
+{
+	const AskedPicture picture("<path id='w' d='M0 50h100' fill='none'/><text id='p'><textPath href='#w'>ab</textPath>"
+							   "</text><text id='t' y='20'>xx</text><text id='u' y='20' text-decoration='underline'>xx"
+							   "</text>");
+	const auto box = [&](std::string_view id, SVGBoxKind kind)
+	{
+		return Must(picture.geometry->GetBox(picture[id], kind, In::view));
+	};
+	EXPECT_NEAR(50.0, box("p", SVGBoxKind::visual).y + box("p", SVGBoxKind::visual).height, 1.0);
+	// An underline is seen, and no part of the cells.
+	EXPECT_EQ(picture.BoxOf("t"), picture.BoxOf("u"));
+	EXPECT_GT(box("u", SVGBoxKind::visual).height, box("t", SVGBoxKind::visual).height + 0.5);
+	EXPECT_EQ("u", picture.At(3, 18, {}));
+}
+
 } // namespace
 } // namespace orvan

@@ -13,8 +13,13 @@ TEST_F(Hits, ComeTopmostFirstByFillAndStroke)
 	const AskedPicture picture(
 		"<rect id='a' width='50' height='50'/><path id='b' fill-rule='evenodd' d='M0 0h40v40h-40zM10 10h20v20h-20z'/>"
 		"<path id='c' fill='none' stroke='red' stroke-width='4' d='M0 45C20 45 20 45 50 45'/>"
-		"<circle id='d' cx='80' cy='20' r='10' fill='none' stroke='red' stroke-width='2' stroke-dasharray='5 1000'/>");
+		"<circle id='d' cx='80' cy='20' r='10' fill='none' stroke='red' stroke-width='2' stroke-dasharray='5 1000'/>"
+		"<path id='e' d='M60 80h30' fill='none' stroke='red' stroke-dasharray='1 20' pathLength='0'/>"
+		"<path id='f' d='M60 90h30' fill='none' stroke='red' stroke-dasharray='1' pathLength='2'/>");
 	EXPECT_EQ("b a", picture.At(5, 5));
+	EXPECT_EQ("e", picture.At(70, 80)); // Dashes of a length that is counted as none are none.
+	EXPECT_EQ("f", picture.At(74, 90));
+	EXPECT_EQ("", picture.At(76, 90));
 	EXPECT_EQ("a", picture.At(20, 20));
 	EXPECT_EQ("b", picture.At(5, 5, {}));
 	EXPECT_EQ("c a", picture.At(30, 46.9));
