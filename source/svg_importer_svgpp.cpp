@@ -96,6 +96,8 @@ private:
 			const std::string_view text = ORVAN_TRY(_values.Decode(_context.rawValue));
 			ORVAN_TRY(DispatchAttribute(_context, number, text, grammar::Source::attribute));
 		}
+		if (!_context.refusal.IsOk()) [[unlikely]]
+			return _context.refusal.GetError();
 		return {};
 	}
 
@@ -180,7 +182,7 @@ public:
 	/// Whether the plain import has refused a value, which ended it.
 	bool HasRefusedValue() const noexcept
 	{
-		return !_plain.refusal.IsOk() && _plain.refusal.GetError().GetClass() != ErrorClass::outOfMemory;
+		return !_plain.refusal.IsOk();
 	}
 
 	/// Takes down what that value was, and tells it.
@@ -289,7 +291,8 @@ Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noe
 	try
 	{
 		Result<ImportResult> result = driver.Run(std::move(bytes));
-		if (!driver.HasRefusedValue())
+		const bool isOutOfMemory = !result.IsOk() && result.GetError().GetClass() == ErrorClass::outOfMemory;
+		if (isOutOfMemory || !driver.HasRefusedValue())
 			return result;
 		ORVAN_TRY(driver.ReportRefusedValue());
 		return ImportResult();

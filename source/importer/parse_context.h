@@ -26,8 +26,8 @@ struct SVGParseContext
 	StringMap<SVGElementRef> elementsById;
 	StyleCache styles;
 
-	/// What ends the import: the error of a value that was refused. No exception, which would have to be caught by
-	/// every level of the tree.
+	/// The error of a value that was refused, which ends the import behind the attributes of the element. No exception,
+	/// which would have to be caught by every level of the tree.
 	Result<void> refusal;
 
 	// Where a refused value stood, for the diagnostics.
@@ -46,8 +46,8 @@ struct SVGParseContext
 	void Refuse(const char* attributeName, std::string_view text);
 };
 
-/// Sets the attribute `attribute` of the context's element from its text. Errors end the import, and so does a refused
-/// value. Attributes without an importer are ignored.
+/// Sets the attribute `attribute` of the context's element from its text. Errors end the import; of a refused value the
+/// context knows. Attributes without an importer are ignored.
 Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
 							   grammar::Source source);
 

@@ -119,6 +119,8 @@ Result<void> NoteFinding(SVGParseContext& context, std::string_view attributeNam
 
 void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 {
+	if (!refusal.IsOk())
+		return; // The first one counts.
 	// A declaration of a style has a place of its own, unless the style was copied to replace references.
 	const char* end = rawValue.data() + rawValue.size();
 	const bool isInside = !std::less<>()(text.data(), rawValue.data()) && !std::less<>()(end, text.data());
@@ -150,8 +152,7 @@ Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attr
 		return {};
 	if (context.element == nullptr)
 		return NullReferenceError("There is no element to set an attribute of.");
-	ORVAN_TRY(importer({context, attribute, text, source}));
-	return context.refusal.IsOk() ? Result<void>() : context.refusal.GetError();
+	return importer({context, attribute, text, source});
 }
 
 } // namespace orvan::svg

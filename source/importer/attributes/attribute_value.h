@@ -20,7 +20,7 @@ struct Value
 		return *context.element;
 	}
 
-	/// True when there is a value to set. A refused one ends the import behind the handler, unless that is tolerant.
+	/// True when there is a value to set. A refused one ends the import, unless that is tolerant.
 	bool Accept(grammar::Parsed parsed) const
 	{
 		if (parsed == grammar::Parsed::refused)
