@@ -27,3 +27,11 @@ install(FILES ${PROJECT_BINARY_DIR}/orvan-svg.pc DESTINATION ${CMAKE_INSTALL_LIB
 
 install(DIRECTORY docs examples DESTINATION share/doc/orvan-svg PATTERN docs/site EXCLUDE)
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME program)
+
+# All that is installed, without the tests.
+add_custom_target(installed)
+foreach(target orvan_host orvan_svg orvan_svg_cairo orvan_svg_geometry orvan_svg_program orvan_svg_python)
+	if(TARGET ${target})
+		add_dependencies(installed ${target})
+	endif()
+endforeach()

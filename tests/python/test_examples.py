@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: MIT
 """The scripts in examples/python, each run as a user would."""
 
+import doctest
+import os
 import pathlib
 import subprocess
 import sys
@@ -70,6 +72,19 @@ class Examples(TestCase):
         self.write("icons/ring.svg", HEAD + '<circle cx="10" cy="5" r="4"/></svg>')
         pairs = self.run_script("find_alike", "icons").splitlines()
         self.assertEqual([pair.split()[1:] for pair in pairs], [["icons/house.svg", "icons/other.svg"]])
+
+    def test_the_readme_says_what_happens(self):
+        project = EXAMPLES.parents[1]
+        (self.folder / "examples").symlink_to(project / "examples")
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.folder)
+        text = (project / "README.md").read_text()
+        session = doctest.DocTestParser().get_doctest(text, {}, "README.md", None, 0)
+        self.assertGreater(len(session.examples), 4)
+        self.assertEqual(doctest.DocTestRunner().run(session).failed, 0)
+        before, after = (pathlib.Path(name).read_text().splitlines() for name in ("examples/lamp.svg", "teal.svg"))
+        differences = [after for before, after in zip(before, after, strict=True) if before != after]
+        self.assertEqual([line.split()[-1] for line in differences], ['fill="teal"/>'] * 4)
 
 
 if __name__ == "__main__":
