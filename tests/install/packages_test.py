@@ -1,7 +1,9 @@
 # SPDX-License-Identifier: MIT
 """Makes the packages of what is built and uses what is in them: packages_test.py BUILD VERSION LIBDIR."""
 
+import base64
 import gzip
+import hashlib
 import os
 import pathlib
 import shutil
@@ -9,6 +11,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import zipfile
 
 BUILD, VERSION, LIBRARIES = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3]
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
@@ -135,6 +138,12 @@ class Packages(unittest.TestCase):
         self.assertIn(f"orvan_svg-{VERSION}-cp3", wheel)
         self.assertTrue(wheel.endswith("-linux_x86_64.whl") or os.uname().machine != "x86_64", wheel)
         environment = WORK / "venv"
+        with zipfile.ZipFile(wheel) as archive:
+            record = archive.read(f"orvan_svg-{VERSION}.dist-info/RECORD").decode().splitlines()
+            self.assertEqual(sorted(row.split(",")[0] for row in record), sorted(archive.namelist()))
+            for name, digest, size in (row.split(",") for row in record[:-1]):
+                found = base64.urlsafe_b64encode(hashlib.sha256(archive.read(name)).digest()).decode().rstrip("=")
+                self.assertEqual((digest, int(size)), (f"sha256={found}", archive.getinfo(name).file_size), name)
         # The installer runs as Debian brings it, which spares the time to install it.
         run(sys.executable, "-m", "venv", "--without-pip", "--system-site-packages", environment)
         python = environment / "bin/python3"
