@@ -6,6 +6,7 @@ import gzip
 import hashlib
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -88,6 +89,9 @@ class Packages(unittest.TestCase):
         needs = self.get_field("orvan-svg", "Depends")
         for library in ("libc6", "libstdc++6", "zlib1g", "libcairo2", "libpango-1.0-0", "libharfbuzz0b"):
             self.assertIn(f"{library} (>=", needs)
+        licences = (SOURCE / "THIRD-PARTY.md").read_text()
+        for need in needs.split(", "):
+            self.assertRegex(licences, rf"(?<![\w.-]){re.escape(need.split()[0])}(?![\w.-])", "not among the licences")
         self.assertEqual(self.get_field("liborvan-svg-dev", "Depends"), f"orvan-svg (= {VERSION})")
         needs = self.get_field("python3-orvan-svg", "Depends")
         for package in (f"orvan-svg (= {VERSION})", "python3 (>= 3.", "python3-numpy"):
