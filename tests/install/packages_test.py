@@ -172,6 +172,7 @@ class Packages(unittest.TestCase):
         self.assertEqual(self.complete("--modules", "dir", "boxes", "--kind", ""), [plain, "fill", "stroke", "visual"])
         self.assertEqual(self.complete("normalize", "--format", "=", "a"), [plain, "arrays"])
         self.assertEqual(self.complete("boxes", "--coordinates", "="), [plain, "view", "document", "parent", "element"])
+        self.assertEqual(self.complete("batch", "--operation", "re"), [plain, "report", "repair"])
         self.assertEqual(self.complete("check", "--jobs", ""), [plain, ""])
         self.assertEqual(self.complete("check", "--modules", ""), ["[-o dirnames +o default]", ""])
         for words in (("tree", "a"), ("render", "-o", "a"), ("check", "--style-sheet", "=", "a")):
