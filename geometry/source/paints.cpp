@@ -122,7 +122,9 @@ Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const Laz
 		case SVGPaintFallback::none:
 			break;
 		}
-		return RecordedPaint();
+		RecordedPaint missing;
+		missing.isMissing = true;
+		return missing;
 	};
 	switch (paint->type)
 	{

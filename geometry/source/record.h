@@ -21,6 +21,7 @@ struct RecordedPaint
 	/// Index of the gradient, or -1; then that of its property alone stands beside it.
 	std::int32_t gradient = -1;
 	double gradientOpacity = 1.0;
+	bool isMissing = false; ///< A paint server was named that there is not, and nothing to fall back to.
 };
 
 /// A gradient as it lies over one shape.
@@ -49,7 +50,7 @@ struct RecordedShape
 	bool isImage = false; ///< The outline is what an image is fitted into.
 	RecordedPaint fill;
 	RecordedPaint stroke;
-	bool saysFill = false; ///< "fill" is something, be it a paint server that cannot be found.
+	bool saysFill = false; ///< "fill" is something, be it a gradient that shows nothing.
 	bool saysStroke = false;
 	SVGStroke pen; ///< Its width is 0 when there is none.
 	RecordedDashes dashes;

@@ -277,8 +277,8 @@ private:
 		RecordedShape shape;
 		shape.fill = ORVAN_TRY(GetPaint(_scene, _record, frame, box, true));
 		shape.stroke = ORVAN_TRY(GetPaint(_scene, _record, frame, box, false));
-		shape.saysFill = HasFill(style);
-		shape.saysStroke = HasStroke(frame.place);
+		shape.saysFill = HasFill(style) && !shape.fill.isMissing;
+		shape.saysStroke = HasStroke(frame.place) && !shape.stroke.isMissing;
 		shape.pen = GetPen(frame.place);
 		if (shape.HasStroke())
 			shape.dashes = ORVAN_TRY(GetDashes(frame, outline));

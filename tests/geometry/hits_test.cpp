@@ -62,7 +62,9 @@ TEST_F(Hits, GoByPointerEventsAndVisibility)
 {
 	const auto hit = [](const std::string& attributes, double x)
 	{
-		return AskedPicture("<rect id='r' x='10' y='10' width='20' height='20' stroke-width='4' " + attributes + "/>")
+		return AskedPicture(
+				   "<linearGradient id='empty'/><rect id='r' x='10' y='10' width='20' height='20' stroke-width='4' " +
+				   attributes + "/>")
 			.At(x, 20);
 	};
 	struct Case
@@ -74,7 +76,9 @@ TEST_F(Hits, GoByPointerEventsAndVisibility)
 	for (const Case& sample : {
 			 Case{"fill='none'", "", ""},
 			 Case{"stroke='red'", "r", "r"},
-			 Case{"fill='url(#gone)'", "r", ""},
+			 Case{"fill='url(#gone)'", "", ""},
+			 Case{"fill='url(#gone) red'", "r", ""},
+			 Case{"fill='url(#empty)' stroke='url(#gone)'", "r", ""},
 			 Case{"visibility='hidden'", "", ""},
 			 Case{"fill='none' pointer-events='visible'", "r", "r"},
 			 Case{"fill='none' pointer-events='visibleFill'", "r", ""},
