@@ -36,7 +36,7 @@ struct Declaration
 	bool isImportant = false;
 	bool isCustom = false;     ///< A custom property: its name begins with "--".
 	bool hasEscapes = false;   ///< There are escapes in the value, see `Unescape`.
-	bool hasVariables = false; ///< There is a var() or env() in the value. Nothing is put in its place.
+	bool hasVariables = false; ///< There is a var() or env() in the value. See `Variables`.
 	/// For the caller: what it wants to remember of the declaration, a property's number for example.
 	mutable std::uint32_t tag = 0;
 };

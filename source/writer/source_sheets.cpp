@@ -263,9 +263,12 @@ bool SourceSheets::LookAt(std::string_view attribute) const noexcept
 /// What a declaration makes of an element; null for one that says nothing.
 SVGElementRef SourceSheets::Read(const css::Declaration& declaration, const complete::Rule& rule, complete::Tag tag)
 {
-	if (declaration.hasVariables || !rule.tags.Has(tag))
+	if (!rule.tags.Has(tag))
 		return {};
-	_isSure = _isSure && !declaration.hasEscapes;
+	// What custom properties come to is the import's to say.
+	_isSure = _isSure && !declaration.hasEscapes && !declaration.hasVariables;
+	if (declaration.hasVariables)
+		return {};
 	Result<SVGElementRef> read = ReadIntoNew(rule, tag, declaration.value, grammar::Source::sheet);
 	if (!read.IsOk())
 		throw std::bad_alloc();
@@ -279,6 +282,7 @@ SourceSheets::Saying SourceSheets::Find(std::uint32_t record, complete::Tag tag,
 		return saying;
 	for (const css::Declaration* declaration : _cascade->Collect(_view->ElementAt(record)))
 	{
+		_isSure = _isSure && !declaration->isCustom && declaration->name != "all";
 		if (SayingOf(*declaration, WrittenAs(rule.number)) != StyleEditor::Saying::nothing &&
 			Read(*declaration, *complete::FindRule(declaration->name), tag))
 			saying = declaration->isImportant ? Saying::important : std::max(saying, Saying::something);
@@ -302,6 +306,7 @@ std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& ele
 	for (const css::Declaration* declaration : _cascade->Collect(_view->ShowNew(element, tag)))
 	{
 		const complete::Rule* const rule = declaration->isCustom ? nullptr : complete::FindRule(declaration->name);
+		_isSure = _isSure && !declaration->isCustom && declaration->name != "all";
 		if (rule == nullptr || !complete::IsProperty(*rule))
 			continue;
 		const complete::Rule* const written = FindWritingRule(WrittenAs(rule->number));

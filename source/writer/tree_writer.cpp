@@ -2,6 +2,7 @@
 /// What changes a source: the start tags of the elements that are still there.
 #include "writer/tree_writer.h"
 
+#include "css/variables.h"
 #include "importer/xml/xml_tree.h"
 #include "writer/xml_text.h"
 
@@ -96,6 +97,8 @@ TextEdits TreeWriter::MakeEdits()
 		_areSheetsSure = _areSheetsSure && _request.asksSheets && sheets.IsSure();
 		// A sheet may match what was edited, and what stands around it.
 		_needsCheck |= !_areSheetsSure && (!sheets.IsEmpty() || !sheets.IsSure());
+		// Custom properties reach from what was edited to whatever is in it.
+		_needsCheck |= css::MayHaveVariables(_source->Text());
 	}
 	return std::move(_edits);
 }

@@ -5,6 +5,8 @@
 #include "grammar.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 namespace orvan::svg::complete
 {
@@ -14,6 +16,29 @@ using grammar::complete::CssWideKeyword;
 
 namespace
 {
+
+/// A name that stands for other properties.
+struct Shorthand
+{
+	std::string_view name;
+	std::array<std::string_view, 6> longhands;
+};
+
+constexpr Shorthand kShorthands[] = {
+	{"font", {"font-style", "font-variant", "font-weight", "font-stretch", "font-size", "font-family"}},
+	{"font-variant-caps", {"font-variant"}},
+	{"font-width", {"font-stretch"}},
+	{"marker", {"marker-start", "marker-mid", "marker-end"}},
+};
+
+const Shorthand* FindShorthand(const Rule& rule) noexcept
+{
+	if (rule.role != Role::declaration)
+		return nullptr;
+	const auto* const found = std::find_if(std::begin(kShorthands), std::end(kShorthands),
+										   [&rule](const Shorthand& shorthand) { return shorthand.name == rule.name; });
+	return found != std::end(kShorthands) ? found : nullptr;
+}
 
 /// Takes the parent's value of a property that is not inherited by itself.
 Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noexcept
@@ -30,6 +55,18 @@ Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noe
 Result<Reading> Importer::ReadWide(const Application& application, CssWideKeyword keyword)
 {
 	const Rule& rule = application.rule;
+	if (const Shorthand* const shorthand = FindShorthand(rule))
+	{
+		for (const std::string_view name : shorthand->longhands)
+		{
+			if (name.empty())
+				break;
+			const Rule& longhand = *FindRule(name);
+			ORVAN_TRY(
+				ReadWide({*this, application.element, application.tag, longhand, {}, application.source}, keyword));
+		}
+		return Reading::applied;
+	}
 	ElementBase& element = application.element;
 	const bool isInherited = rule.role == Role::inherited;
 	if (keyword == CssWideKeyword::unset)

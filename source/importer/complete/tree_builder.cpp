@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr std::string_view kXlinkHref = "xlink:href";
+constexpr std::string_view kAll = "all"; ///< Stands for all properties, and is none itself.
 
 bool IsSvg(const XmlNode& node) noexcept
 {
@@ -159,7 +160,8 @@ Tag TagOfNode(const XmlNode& node) noexcept
 
 TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder) noexcept
 	: _importer(importer), _tree(tree), _recorder(recorder), _sheets(importer, _memory), _values(tree.HasReferences()),
-	  _styles(tree.HasReferences()), _arena(&_memory), _declarations(&_memory)
+	  _styles(tree.HasReferences()), _arena(&_memory), _declarations(&_memory),
+	  _noVariables(nullptr, _variableBudget, &_memory), _variables(&_memory)
 {
 }
 
@@ -188,6 +190,7 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 		_recorder->NoteElement(node.name(), reference);
 
 	Surroundings inner = outer;
+	const std::size_t outerVariables = _variables.size();
 	if (isSvg)
 	{
 		_importer.viewport = outer.viewport;
@@ -204,26 +207,28 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 		ORVAN_TRY(_importer.Read({_importer, element, tag, *FindRule("id"), text, Source::attribute}));
 	}
 
+	ORVAN_TRY(BuildContent(node, element, tag, inner));
+	if (_variables.size() != outerVariables) [[unlikely]]
+		_variables.pop_back();
+	return reference;
+}
+
+Result<void> TreeBuilder::BuildContent(const XmlNode& node, ElementBase& element, Tag tag, Surroundings& inner)
+{
 	if (node.first_node() == nullptr)
-	{
-		if (outer.text != nullptr && HoldsText(tag))
-			ORVAN_TRY(AppendBlanks(BlanksIn(node), element, inner));
-		return reference;
-	}
-	if (tag == TagOf(Kind::text) && outer.text == nullptr)
+		return inner.text != nullptr && HoldsText(tag) ? AppendBlanks(BlanksIn(node), element, inner) : Result<void>();
+	if (tag == TagOf(Kind::text) && inner.text == nullptr)
 	{
 		TextRuns runs;
 		inner.text = &runs;
 		ORVAN_TRY(BuildChildren(node, element, inner));
-		ORVAN_TRY(runs.Finish());
-		return reference;
+		return runs.Finish();
 	}
 	if (!HoldsText(tag))
 		inner.text = nullptr;
 	if (HoldsCharacters(tag))
 		ORVAN_TRY(SetCharacters(node, element, tag));
-	ORVAN_TRY(BuildChildren(node, element, inner));
-	return reference;
+	return BuildChildren(node, element, inner);
 }
 
 /// Sets all attributes but the style, whose text is the result: it comes after the sheets.
@@ -232,6 +237,7 @@ Result<std::string_view> TreeBuilder::SetAttributes(const XmlNode& node, Element
 	std::string_view style;
 	bool hasLink = false;
 	_rawStyle = {};
+	_hasOwnVariables = false;
 	for (const XmlAttribute* attribute = node.first_attribute(); attribute != nullptr;
 		 attribute = attribute->next_attribute())
 	{
@@ -255,7 +261,11 @@ Result<std::string_view> TreeBuilder::SetAttributes(const XmlNode& node, Element
 		const std::string_view text = ORVAN_TRY(_values.Decode(raw));
 		const Application application{_importer, element, tag, *rule, text, Source::attribute};
 		const Reading reading = ORVAN_TRY(_importer.Read(application));
-		if (reading != Reading::applied) [[unlikely]]
+		if (reading == Reading::applied) [[likely]]
+			continue;
+		if (IsProperty(*rule) && css::MayHaveVariables(text))
+			_waiting.push_back({*rule, std::string(text), raw.data()});
+		else
 			ORVAN_TRY(_importer.Refuse(application, {raw.data(), _elementTag}, reading));
 	}
 	return style;
@@ -264,11 +274,18 @@ Result<std::string_view> TreeBuilder::SetAttributes(const XmlNode& node, Element
 Result<void> TreeBuilder::SetDeclarations(const XmlNode& node, ElementBase& element, Tag tag, std::string_view style)
 {
 	if (_sheets.IsEmpty())
-		return style.empty() ? Result<void>() : SetInlineStyle(element, tag, style);
+		return style.empty() && _waiting.empty() ? Result<void>() : SetInlineStyle(element, tag, style);
 	_declarations.clear();
 	if (!style.empty())
 		css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource}, _declarations);
-	for (const css::Declaration* declaration : _sheets.DeclarationsFor(node, _declarations))
+	const std::span<const css::Declaration* const> declarations = _sheets.DeclarationsFor(node, _declarations);
+	for (const css::Declaration* declaration : declarations)
+	{
+		if (declaration->isCustom) [[unlikely]]
+			AddVariable(*declaration);
+	}
+	ORVAN_TRY(SetWaiting(element, tag));
+	for (const css::Declaration* declaration : declarations)
 	{
 		const bool isInline = declaration->source == StyleSheets::kInlineSource;
 		const char* where = isInline ? _rawStyle.data() : _sheets.PlaceOf(*declaration);
@@ -299,10 +316,10 @@ Result<void> TreeBuilder::SetInlineStyle(ElementBase& element, Tag tag, std::str
 	bool isShareable = true;
 	css::SimpleDeclarations simple(style);
 	// A longer text may have more declarations than count.
-	while (style.size() < css::kMaxDeclarations && simple.Next())
+	while (style.size() < css::kMaxDeclarations && _waiting.empty() && simple.Next())
 	{
 		const Rule* const rule = FindRule(simple.Name());
-		if (rule == nullptr && !simple.HasPlainName())
+		if (rule == nullptr && (!simple.HasPlainName() || simple.Name() == kAll))
 		{
 			simple.PutBack();
 			break;
@@ -319,7 +336,7 @@ Result<void> TreeBuilder::SetInlineStyle(ElementBase& element, Tag tag, std::str
 		const char* const where = isInPlace ? simple.Value().data() : _rawStyle.data();
 		ORVAN_TRY(_importer.WarnOfValue(application, {where, _elementTag}));
 	}
-	if (!simple.IsAtEnd())
+	if (!simple.IsAtEnd() || !_waiting.empty())
 		isShareable &= ORVAN_TRY(SetRestOfStyle(element, tag, style, simple.Offset()));
 	if (finding == StyleCache::Finding::noted && isShareable)
 		_styleCache.Keep(element.Attributes());
@@ -333,7 +350,17 @@ Result<bool> TreeBuilder::SetRestOfStyle(ElementBase& element, Tag tag, std::str
 	css::ReadDeclarations(style, {.arena = _arena, .source = StyleSheets::kInlineSource, .start = start},
 						  _declarations);
 	const bool isInPlace = style.data() == _rawStyle.data();
-	bool isShareable = true;
+	// In ascending order of precedence, as below.
+	for (const bool isImportant : {false, true})
+	{
+		for (const css::Declaration& declaration : _declarations)
+		{
+			if (declaration.isCustom && declaration.isImportant == isImportant) [[unlikely]]
+				AddVariable(declaration);
+		}
+	}
+	bool isShareable = _waiting.empty();
+	ORVAN_TRY(SetWaiting(element, tag));
 	for (const bool isImportant : {false, true})
 	{
 		for (const css::Declaration& declaration : _declarations)
@@ -345,6 +372,65 @@ Result<bool> TreeBuilder::SetRestOfStyle(ElementBase& element, Tag tag, std::str
 		}
 	}
 	return isShareable;
+}
+
+/// Sets every property but the two that "all" leaves alone. The result is as that of `Declare`.
+Result<bool> TreeBuilder::SetAll(ElementBase& element, Tag tag, std::string_view value)
+{
+	if (grammar::complete::ParseCssWide(value) == grammar::complete::CssWideKeyword::none)
+		return true;
+	for (const Rule& rule : AllRules())
+	{
+		const bool isLeftAlone =
+			rule.number == SVGImportAttribute::direction || rule.number == SVGImportAttribute::unicodeBidi;
+		if (IsProperty(rule) && !isLeftAlone)
+			ORVAN_TRY(_importer.Read({_importer, element, tag, rule, value, Source::style}));
+	}
+	return false;
+}
+
+/// Takes a custom property down for its element and all that is in it.
+void TreeBuilder::AddVariable(const css::Declaration& declaration)
+{
+	if (!_hasOwnVariables)
+		_variables.emplace_back(_variables.empty() ? nullptr : &_variables.back(), _variableBudget, &_memory);
+	_hasOwnVariables = true;
+	// Sheets stay in place as long as the import, the style attribute may not.
+	if (declaration.source == StyleSheets::kInlineSource)
+		_variables.back().SetCopy(declaration.name, declaration.value);
+	else
+		_variables.back().Set(declaration.name, declaration.value);
+}
+
+/// Sets the attributes that have waited for the custom properties; all declarations count more.
+Result<void> TreeBuilder::SetWaiting(ElementBase& element, Tag tag)
+{
+	for (const WaitingAttribute& attribute : _waiting)
+	{
+		const Application application{_importer, element, tag, attribute.rule, attribute.text, Source::attribute};
+		ORVAN_TRY(SetSubstituted(application, {attribute.where, _elementTag}));
+	}
+	_waiting.clear();
+	return {};
+}
+
+/// Sets a property whose value has var() in it. One that comes to nothing leaves the property as if it were unset,
+/// whatever stood below it.
+Result<void> TreeBuilder::SetSubstituted(const Application& application, const ValuePlace& place)
+{
+	std::string value;
+	css::Variables& variables = _variables.empty() ? _noVariables : _variables.back();
+	const css::Substitution outcome = variables.Substitute(application.text, value);
+	Application substituted = application;
+	substituted.text = value;
+	if (outcome == css::Substitution::done && ORVAN_TRY(_importer.Read(substituted)) == Reading::applied)
+		return {};
+	ORVAN_TRY(_importer.WarnOfValue(application, place));
+	if (outcome == css::Substitution::malformed)
+		return {};
+	substituted.text = "unset";
+	ORVAN_TRY(_importer.Read(substituted));
+	return {};
 }
 
 /// Sets one declaration. The result tells whether the element's dictionary says all that it did, for any element.
@@ -362,9 +448,7 @@ Result<bool> TreeBuilder::Declare(ElementBase& element, Tag tag, const css::Decl
 	}
 	const std::uint32_t number = declaration.tag & ~kRefused;
 	if (number == kUnknown)
-		return true;
-	if (declaration.hasVariables)
-		return true; // Nothing is put in the place of var(): the declaration counts as absent.
+		return declaration.name == kAll ? SetAll(element, tag, declaration.value) : true;
 	const Rule& rule = AllRules()[number - 1];
 	if ((declaration.tag & kRefused) != 0)
 		return false;
@@ -374,6 +458,11 @@ Result<bool> TreeBuilder::Declare(ElementBase& element, Tag tag, const css::Decl
 	if (declaration.hasEscapes && HasEscapedWords(value))
 		value = resolved = grammar::complete::ResolveEscapes(value);
 	const Application application{_importer, element, tag, rule, value, source};
+	if (declaration.hasVariables)
+	{
+		ORVAN_TRY(SetSubstituted(application, {where, _elementTag}));
+		return false;
+	}
 	if (ORVAN_TRY(_importer.Read(application)) == Reading::applied) [[likely]]
 		return IsSaidByDictionary(application);
 	declaration.tag |= kRefused;
