@@ -294,7 +294,7 @@ TEST(CompleteLengths, TakeTheUnitsOfCssInAnyCase)
 	EXPECT_EQ(LengthOf("1.px"), "1px");
 	EXPECT_EQ(LengthOf("2dvh"), "2vh");
 	for (const char* text :
-		 {"1 px", "1lh", "1deg", "1px2", "1%%", "auto", "1,", "", "1px 2px", "1e", "1e+", "calc(1px)", "1-", "1/**/px"})
+		 {"1 px", "1lh", "1deg", "1px2", "1%%", "auto", "1,", "", "1px 2px", "1e", "1e+", "1-", "1/**/px"})
 		EXPECT_EQ(LengthOf(text), kRefused) << text;
 	EXPECT_EQ(LengthOf("-1px", Source::style, Range::notNegative), kRefused);
 	EXPECT_EQ(LengthOf("-1px"), "-1px");
@@ -312,6 +312,50 @@ TEST(CompleteLengths, TakeTheUnitsOfCssInAnyCase)
 	EXPECT_EQ(ParseBaselineShift("-20%", Source::style, shift), Parsed::value);
 	EXPECT_EQ(Text(shift.length), "-20%");
 	EXPECT_EQ(ParseBaselineShift("sub super", Source::style, shift), Parsed::refused);
+}
+
+TEST(CompleteLengths, AreCalculated)
+{
+	const auto expect = [](std::string_view text, std::string_view expected)
+	{
+		EXPECT_EQ(LengthOf(text, Source::sheet), expected) << text;
+	};
+	expect("calc(1px + 2px)", "3px");
+	expect(" CALC( 1in - 1pc/**/)", "80px");
+	expect("calc(1cm + 10mm + 40q + 72pt)", Text(Length{96 * (3 / 2.54 + 1), LengthUnit::px}));
+	expect("calc(2*3em)", "6em");
+	expect("calc(3em * 2 / 4)", "1.5em");
+	expect("calc(1em - .25em - 0px)", "0.75em");
+	expect("calc((1 + 2) * 3)", "9");
+	expect("calc(1 + 2*3 - -4)", "11");
+	expect("calc(2*pi*1px)", "6.28319px");
+	expect("calc(10% + 1%*e)", Text(Length{0.1 + 0.01 * 2.718281828, LengthUnit::percent}));
+	expect("min(3px, 1px , 2px)", "1px");
+	expect("max(1, 2 + 1)", "3");
+	expect("clamp(1px, 5px, 3px)", "3px");
+	expect("clamp(4px, 5px, 3px)", "4px");
+	expect("clamp(none, calc(min(2px, 9px)), none)", "2px");
+	expect("abs(-3px)", "3px");
+	for (const char* text : {"calc()",          "calc(1px+2px)", "calc(1px +2px)", "calc(1px 2px)",   "calc(1px + 2)",
+							 "calc(1px * 2px)", "calc(2 / 1px)", "calc(1px",       "calc(1em + 1px)", "calc(1% + 1px)",
+							 "calc(1/0)",       "min()",         "min(1,)",        "clamp(1, 2)",     "calc (1px)",
+							 "calc(1px) 2",     "calc(1deg)",    "calc(x)",        "calc(1px + )",    "calc(* 1)"})
+		EXPECT_EQ(LengthOf(text, Source::sheet), text == std::string_view("calc(1px") ? "1px" : kRefused) << text;
+	for (const auto& [depth, isRead] : {std::pair{30, true}, std::pair{40, false}, std::pair{100'000, false}})
+	{
+		const auto count = static_cast<std::size_t>(depth);
+		EXPECT_EQ(LengthOf("calc(" + std::string(count, '(') + "1" + std::string(count, ')') + ")") == "1", isRead)
+			<< depth;
+	}
+	// What is calculated is brought into the range.
+	EXPECT_EQ(LengthOf("calc(-1px)", Source::style, Range::notNegative), "0px");
+	EXPECT_EQ(Outcome<double>(ParseAlpha, "calc(1 / 4)", Source::style), "0.25");
+	EXPECT_EQ(Outcome<double>(ParseAlpha, "max(20%, 50%)", Source::style), "0.5");
+	EXPECT_EQ(Outcome<double>(ParseAlpha, "calc(1px)", Source::style), kRefused);
+	EXPECT_EQ(ColorOf("rgb(calc(1 + 2), 4, 5)"), "3 4 5 / 1");
+	EXPECT_EQ(PropertyTransform("rotate(calc(45deg * 2)) scale(min(2, 3))"),
+			  PropertyTransform("rotate(90deg) scale(2)"));
+	EXPECT_EQ(AttributeTransform("scale(calc(2))"), kRefused);
 }
 
 TEST(CompleteLengths, DashesAreNotNegative)

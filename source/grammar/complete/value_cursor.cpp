@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "complete/value_cursor.h"
 
+#include "complete/calculations.h"
+
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -146,8 +149,49 @@ bool ValueCursor::TakeLength(Length& length) noexcept
 	return false;
 }
 
+bool ValueCursor::Calculate(double& number, bool& isPercentage) noexcept
+{
+	Quantity quantity;
+	if (!TakeCalculation(*this, quantity))
+		return false;
+	isPercentage = quantity.kind == Quantity::Kind::percentage;
+	number = quantity.value;
+	return isPercentage || quantity.kind == Quantity::Kind::number;
+}
+
+/// What a function comes to is brought into the range, where a number that is written is refused.
+bool ValueCursor::Calculate(Range range, bool mayBePlain, Length& length) noexcept
+{
+	Quantity quantity;
+	if (!TakeCalculation(*this, quantity))
+		return false;
+	switch (quantity.kind)
+	{
+	case Quantity::Kind::angle:
+		return false;
+	case Quantity::Kind::number:
+		length.unit = LengthUnit::number;
+		break;
+	case Quantity::Kind::percentage:
+		length.unit = LengthUnit::percent;
+		break;
+	case Quantity::Kind::length:
+		length.unit = quantity.unit;
+		break;
+	}
+	length.value = range == Range::notNegative ? std::max(quantity.value, 0.0) : quantity.value;
+	return quantity.kind != Quantity::Kind::number || mayBePlain;
+}
+
 bool ValueCursor::TakeAngle(bool mayBePlain, double& degrees) noexcept
 {
+	if (Quantity quantity; MayCalculate())
+	{
+		if (!TakeCalculation(*this, quantity) || quantity.kind != Quantity::Kind::angle)
+			return false;
+		degrees = quantity.value;
+		return true;
+	}
 	double number;
 	if (!TakeNumber(number))
 		return false;

@@ -231,9 +231,12 @@ public:
 		return ReadLongNumber(_at, _end, _source == Source::attribute, number);
 	}
 
-	/// Reads a number, or a percentage as its fraction.
+	/// Reads a number, or a percentage as its fraction. Here and below, a math function of CSS counts as what it comes
+	/// to.
 	bool TakeNumberOrPercentage(double& number, bool& isPercentage) noexcept
 	{
+		if (MayCalculate())
+			return Calculate(number, isPercentage);
 		if (!TakeNumber(number))
 			return false;
 		isPercentage = Take('%');
@@ -245,19 +248,23 @@ public:
 	/// Reads a number without a unit.
 	bool TakePlainNumber(double& number) noexcept
 	{
+		if (bool isPercentage; MayCalculate())
+			return Calculate(number, isPercentage) && !isPercentage;
 		return TakeNumber(number) && !HasUnit();
 	}
 
 	/// Reads an angle in degrees; a number without a unit only when it is zero or `mayBePlain`.
 	bool TakeAngle(bool mayBePlain, double& degrees) noexcept;
 
-	/// Reads a number with a unit, a percentage, or a number alone, whose unit is `none`. Whether any of these is right
-	/// is the caller's business.
+	/// Reads a number with a unit, a percentage, or a number alone, whose unit is `none`, but no math function. Whether
+	/// any of these is right is the caller's business.
 	bool TakeLength(Length& length) noexcept;
 
 	/// Reads a length or a percentage where a plain number other than zero needs `mayBePlain`.
 	bool TakeLength(Range range, bool mayBePlain, Length& length) noexcept
 	{
+		if (MayCalculate())
+			return Calculate(range, mayBePlain, length);
 		return TakeLength(length) && (length.unit != LengthUnit::number || mayBePlain || length.value == 0) &&
 			   (range == Range::any || length.value >= 0);
 	}
@@ -269,6 +276,15 @@ public:
 	bool TakeUrl(std::string_view& url, bool& hasEscapes) noexcept;
 
 private:
+	/// Whether there may be a math function: those count in values of properties alone.
+	bool MayCalculate() const noexcept
+	{
+		return IsLetter(Peek()) && _comments == Comments::skipped;
+	}
+
+	bool Calculate(double& number, bool& isPercentage) noexcept;
+	bool Calculate(Range range, bool mayBePlain, Length& length) noexcept;
+
 	/// Whether a word that starts here is followed by a parenthesis.
 	bool IsFunctionName(std::string_view here) const noexcept
 	{

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "complete/calculations.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <optional>
+
+namespace orvan::grammar::complete
+{
+namespace
+{
+using Kind = Quantity::Kind;
+
+constexpr int kMostNesting = 32;
+
+bool IsZeroLength(const Quantity& quantity) noexcept
+{
+	return quantity.kind == Kind::length && quantity.value == 0;
+}
+
+/// Gives two quantities the same unit. False when they have none in common.
+bool Unite(Quantity& a, Quantity& b) noexcept
+{
+	if (a.kind != b.kind)
+		return false;
+	if (a.kind != Kind::length || a.unit == b.unit)
+		return true;
+	// Nothing is nothing in every unit.
+	if (IsZeroLength(a))
+		a.unit = b.unit;
+	else if (IsZeroLength(b))
+		b.unit = a.unit;
+	return a.unit == b.unit;
+}
+
+/// Pixels in one of an absolute unit; zero for a relative one.
+double PixelsIn(LengthUnit unit) noexcept
+{
+	switch (unit)
+	{
+	case LengthUnit::px:
+		return 1;
+	case LengthUnit::in:
+		return 96;
+	case LengthUnit::cm:
+		return 96 / 2.54;
+	case LengthUnit::mm:
+		return 96 / 25.4;
+	case LengthUnit::q:
+		return 96 / 101.6;
+	case LengthUnit::pt:
+		return 96.0 / 72;
+	case LengthUnit::pc:
+		return 16;
+	default:
+		return 0;
+	}
+}
+
+class Calculator
+{
+public:
+	explicit Calculator(ValueCursor& cursor) noexcept : _cursor(cursor)
+	{
+	}
+
+	/// Takes a function with its parentheses.
+	bool TakeFunction(Quantity& result) noexcept
+	{
+		if (_nesting == kMostNesting)
+			return false;
+		_nesting++;
+		const bool isTaken = TakeCalc(result) || TakeClamp(result) || TakeExtreme(result) || TakeAbs(result);
+		_nesting--;
+		return isTaken && !_isBroken && std::isfinite(result.value);
+	}
+
+private:
+	bool TakeCalc(Quantity& result) noexcept
+	{
+		return _cursor.TakeFunction("calc") && Need(TakeSum(result) && _cursor.TakeClose());
+	}
+
+	bool TakeAbs(Quantity& result) noexcept
+	{
+		if (!_cursor.TakeFunction("abs") || !Need(TakeSum(result) && _cursor.TakeClose()))
+			return false;
+		result.value = std::fabs(result.value);
+		return true;
+	}
+
+	bool TakeExtreme(Quantity& result) noexcept
+	{
+		const bool isLeast = _cursor.TakeFunction("min");
+		if ((!isLeast && !_cursor.TakeFunction("max")) || !Need(TakeSum(result)))
+			return false;
+		while (_cursor.TakeComma())
+		{
+			Quantity next;
+			if (!Need(TakeSum(next) && Unite(result, next)))
+				return false;
+			result.value = isLeast ? std::min(result.value, next.value) : std::max(result.value, next.value);
+		}
+		return Need(_cursor.TakeClose());
+	}
+
+	/// The lower bound counts more than the upper one; either may be "none".
+	bool TakeClamp(Quantity& result) noexcept
+	{
+		if (!_cursor.TakeFunction("clamp"))
+			return false;
+		std::optional<Quantity> low, high;
+		if (!Need(TakeBound(low) && _cursor.TakeComma() && TakeSum(result) && _cursor.TakeComma() && TakeBound(high) &&
+				  (!low || Unite(result, *low)) && (!high || Unite(result, *high)) && _cursor.TakeClose()))
+			return false;
+		if (high)
+			result.value = std::min(result.value, high->value);
+		if (low)
+			result.value = std::max(result.value, low->value);
+		return true;
+	}
+
+	bool TakeBound(std::optional<Quantity>& bound) noexcept
+	{
+		if (_cursor.TakeWord("none"))
+			return true;
+		bound.emplace();
+		return TakeSum(*bound);
+	}
+
+	/// Blanks stand on both sides of a plus and a minus.
+	bool TakeSum(Quantity& sum) noexcept
+	{
+		if (!TakeProduct(sum))
+			return false;
+		while (IsBlankBehind())
+		{
+			const bool isMinus = _cursor.Peek() == '-';
+			if (!_cursor.Take(isMinus ? '-' : '+'))
+				break;
+			Quantity term;
+			if (!_cursor.SkipSpaces() || !TakeProduct(term) || !Unite(sum, term))
+				return false;
+			sum.value += isMinus ? -term.value : term.value;
+		}
+		return true;
+	}
+
+	bool TakeProduct(Quantity& product) noexcept
+	{
+		if (!TakeTerm(product))
+			return false;
+		_cursor.SkipSpaces();
+		for (;;)
+		{
+			const bool isQuotient = _cursor.Peek() == '/';
+			if (!_cursor.TakeMark(isQuotient ? '/' : '*'))
+				return true;
+			Quantity factor;
+			if (!TakeTerm(factor))
+				return false;
+			if (product.kind == Kind::number && !isQuotient)
+				std::swap(product, factor);
+			if (factor.kind != Kind::number)
+				return false;
+			product.value = isQuotient ? product.value / factor.value : product.value * factor.value;
+			_cursor.SkipSpaces();
+		}
+	}
+
+	bool TakeTerm(Quantity& term) noexcept
+	{
+		if (_cursor.TakeMark('('))
+		{
+			if (_nesting == kMostNesting)
+				return false;
+			_nesting++;
+			const bool isTaken = TakeSum(term) && _cursor.TakeClose();
+			_nesting--;
+			return isTaken;
+		}
+		if (IsLetter(_cursor.Peek()))
+			return TakeConstant(term) || TakeFunction(term);
+		const char* const begin = _cursor.At();
+		Length length;
+		if (_cursor.TakeLength(length))
+			term = ToQuantity(length);
+		else
+		{
+			_cursor.MoveTo(begin);
+			term.kind = Kind::angle;
+			if (!_cursor.TakeAngle(false, term.value))
+				return false;
+		}
+		return true;
+	}
+
+	bool TakeConstant(Quantity& term) noexcept
+	{
+		const bool isPi = _cursor.TakeWord("pi");
+		if (!isPi && !_cursor.TakeWord("e"))
+			return false;
+		term = {Kind::number, isPi ? std::numbers::pi : std::numbers::e};
+		return true;
+	}
+
+	static Quantity ToQuantity(const Length& length) noexcept
+	{
+		if (length.unit == LengthUnit::number)
+			return {Kind::number, length.value};
+		if (length.unit == LengthUnit::percent)
+			return {Kind::percentage, length.value};
+		const double pixels = PixelsIn(length.unit);
+		return pixels != 0 ? Quantity{Kind::length, length.value * pixels}
+						   : Quantity{Kind::length, length.value, length.unit};
+	}
+
+	bool IsBlankBehind() const noexcept
+	{
+		return IsSpace(_cursor.At()[-1]) || _cursor.At()[-1] == '/';
+	}
+
+	/// What comes behind the name of a function must be right: nothing else can begin so.
+	bool Need(bool isRight) noexcept
+	{
+		_isBroken = _isBroken || !isRight;
+		return isRight;
+	}
+
+	ValueCursor& _cursor;
+	int _nesting = 0;
+	bool _isBroken = false;
+};
+} // namespace
+
+bool TakeCalculation(ValueCursor& cursor, Quantity& quantity) noexcept
+{
+	return Calculator(cursor).TakeFunction(quantity);
+}
+} // namespace orvan::grammar::complete
