@@ -296,6 +296,12 @@ TEST_F(Saving, WeighsEditsAgainstSheets)
 	EXPECT_EQ("<g opacity='.3'><path opacity='inherit' style=\"opacity:.2\"/></g>",
 			  edit("", "<g opacity='.2'><path opacity='inherit'/></g>", "g", "opacity", ".3"));
 	EXPECT_EQ("<a:g xmlns:a='b' class=\"c\"/>", edit("", "<a:g xmlns:a='b'/>", "g", "class", "c"));
+	// What stands around, and a sheet within a sheet, which is none.
+	const SVGDocumentRef siblings = Open("<svg><style>g+rect{fill:red}</style><g/><rect/></svg>");
+	Must(Cast<SVGElementEditInterface>(First(siblings, "g"))->Remove());
+	EXPECT_EQ("<svg><style>g+rect{fill:red}</style><rect style=\"fill:red\"/></svg>", SavedText(siblings));
+	EXPECT_EQ("<style><style>rect{fill:red}</style></style><rect fill=\"lime\"/>",
+			  edit("g{x:1}", "<style><style>rect{fill:red}</style></style><rect/>", "rect", "fill", "lime"));
 	// New elements say against the sheets what they say, and that they say nothing.
 	const SVGDocumentRef document =
 		Open("<svg><style>rect{fill:red;stroke:red!important;opacity:.5}</style><g/><rect/></svg>");
