@@ -2,20 +2,13 @@
 // The fast layer and the library, side by side over random texts that are nearly, or fully, values. The fuzz targets do
 // the same in earnest; this is what every test run can afford.
 
-#include "fast/paths.h"
 #include "recording_sinks.h"
-#include "shared/short_arc.h"
 #include "svgpp/library.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <random>
 #include <span>
-#include <utility>
-#include <vector>
 
 namespace orvan::grammar
 {
@@ -95,112 +88,7 @@ TEST(Layers, AgreeOnPaths)
 		"a5 5 0 01#,#", "A1,2 3 1,0 4 5", "a1 2 # 0 1 #,#", "A # #,0,1,0# #", "a4 4 0 0 1-4 4", "a3 3 0 1 0 6 0",
 		" 4 4 0 0 0 4-4 #", "a.5 1 0 1 00 2 2"};
 	// clang-format on
-	ExpectAgreement<RecordingPathSink>(
-		kTokens, 7,
-		[](std::string_view text, PathSink& sink) { return ParsePathWith(text, sink, &library::DeliverArc); },
-		[](std::string_view text, PathSink& sink) { return library::ParsePath(text, sink); });
-}
-
-/// What an arc is made of by the library's formula in more digits than the library has.
-std::vector<long double> BendExactly(const Arc& arc)
-{
-	using Long = long double;
-	const Long halfX = (Long{arc.startX} - arc.endX) / 2;
-	const Long halfY = (Long{arc.startY} - arc.endY) / 2;
-	const Long radiusX = arc.radiusX;
-	const Long radiusY = arc.radiusY;
-	const Long part = std::pow(radiusX * halfY, 2.0L) + std::pow(radiusY * halfX, 2.0L);
-	const Long distance = std::sqrt(std::pow(radiusX * radiusY, 2.0L) / part - 1) * (arc.isSweep ? 1 : -1);
-	const Long fromMiddleX = distance * radiusX / radiusY * halfY;
-	const Long fromMiddleY = -distance * radiusY / radiusX * halfX;
-	const Long start = std::atan2((halfY - fromMiddleY) / radiusY, (halfX - fromMiddleX) / radiusX);
-	const Long end = std::atan2((-halfY - fromMiddleY) / radiusY, (-halfX - fromMiddleX) / radiusX);
-	const Long whole = std::remainder(end - start, 2 * std::numbers::pi_v<Long>);
-	const int count = 1 + static_cast<int>(std::fabs(whole) / (std::numbers::pi_v<Long> / 2));
-	const Long step = whole / count;
-	const Long handle = std::sin(step) * (std::sqrt(4 + 3 * std::pow(std::tan(step / 2), 2.0L)) - 1) / 3;
-	std::vector<long double> values;
-	for (int i = 0; i != count; ++i)
-	{
-		for (const auto& [angle, side] :
-			 {std::pair{start + i * step, handle}, std::pair{start + (i + 1) * step, -handle},
-			  std::pair{start + (i + 1) * step, Long{0}}})
-		{
-			values.push_back((Long{arc.startX} + arc.endX) / 2 + fromMiddleX +
-							 radiusX * (std::cos(angle) - side * std::sin(angle)));
-			values.push_back((Long{arc.startY} + arc.endY) / 2 + fromMiddleY +
-							 radiusY * (std::sin(angle) + side * std::cos(angle)));
-		}
-	}
-	return values;
-}
-
-/// The numbers of cubics.
-struct CubicSink final : PathSink
-{
-	void MoveTo(double, double) override
-	{
-	}
-
-	void LineTo(double, double) override
-	{
-		ADD_FAILURE();
-	}
-
-	void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override
-	{
-		numbers.insert(numbers.end(), {x1, y1, x2, y2, x, y});
-	}
-
-	void Close() override
-	{
-	}
-
-	std::vector<double> numbers;
-};
-
-TEST(Layers, ShortArcsHaveTheLibrarysCubicsButMoreExactly)
-{
-	std::mt19937_64 random{5};
-	const auto pick = [&random](double from, double to)
-	{
-		return std::uniform_real_distribution<>(from, to)(random);
-	};
-	int taken = 0;
-	for (int i = 0; i != kTexts; ++i)
-	{
-		const double radius = pick(1, 20);
-		Arc arc{pick(-30, 30), pick(-30, 30), radius, radius, 0, false, i % 2 == 0, 0, 0};
-		arc.endX = arc.startX + pick(-2, 2) * radius;
-		arc.endY = arc.startY + pick(-2, 2) * radius;
-		CubicSink fast, library;
-		if (!DeliverShortArc(arc, fast))
-			continue;
-		++taken;
-		library::DeliverArc(arc, library);
-		ASSERT_EQ(fast.numbers.size(), library.numbers.size());
-		const std::vector<long double> exact = BendExactly(arc);
-		ASSERT_EQ(exact.size(), fast.numbers.size());
-		EXPECT_EQ(fast.numbers.end()[-2], arc.endX);
-		EXPECT_EQ(fast.numbers.end()[-1], arc.endY);
-		double largest = std::max({radius, std::fabs(arc.startX), std::fabs(arc.startY)});
-		for (double number : library.numbers)
-			largest = std::max(largest, std::fabs(number));
-		const double lastPlace = std::nextafter(largest, HUGE_VAL) - largest;
-		for (std::size_t k = 0; k != exact.size(); ++k)
-		{
-			EXPECT_LE(std::fabs(fast.numbers[k] - exact[k]), 2 * lastPlace) << i << ' ' << k;
-			EXPECT_NEAR(fast.numbers[k], library.numbers[k], 1e-12 * largest) << i << ' ' << k;
-		}
-	}
-	EXPECT_GT(taken, kTexts / 2);
-	// A quarter turn is one cubic or two as the library's angles are rounded, and half a turn two or three.
-	CubicSink none;
-	EXPECT_FALSE(DeliverShortArc({0, 1, 1, 1, 0, false, true, 1, 0}, none));
-	EXPECT_FALSE(DeliverShortArc({0, 0, 1, 1, 0, false, true, 2, 0}, none));
-	EXPECT_FALSE(DeliverShortArc({0, 0, 3, 3, 0, true, true, 2, 0}, none));
-	EXPECT_FALSE(DeliverShortArc({0, 0, 3, 3, 10, false, true, 2, 0}, none));
-	EXPECT_FALSE(DeliverShortArc({0, 0, 3, 2, 0, false, true, 2, 0}, none));
+	ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePath, library::ParsePath);
 }
 
 TEST(Layers, AgreeOnPoints)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "fast/paths.h"
+#include "grammar.h"
 
 #include "fast/path_parser.h"
 
@@ -10,14 +10,9 @@ namespace orvan::grammar
 // Nothing goes back to the library from here: what this parser refuses, the library's grammar refuses as well, and
 // starting again would deliver segments twice.
 
-Parsed ParsePathWith(std::string_view text, PathSink& sink, void (*deliverArc)(const Arc&, PathSink&))
-{
-	return PathParser<PathDialect::plain>(text, sink, deliverArc).Parse() ? Parsed::value : Parsed::refused;
-}
-
 Parsed ParsePath(std::string_view text, PathSink& sink)
 {
-	return ParsePathWith(text, sink, &DeliverArc);
+	return PathParser<PathDialect::plain>(text, sink, &DeliverArc).Parse() ? Parsed::value : Parsed::refused;
 }
 
 Parsed ParsePoints(std::string_view text, PathSink& sink)

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shared/arc.h"
 
-#include "shared/short_arc.h"
-
 #include <svgpp/utility/arc_endpoint_to_center.hpp>
 #include <svgpp/utility/arc_to_bezier.hpp>
 
@@ -204,15 +202,13 @@ bool MakeCubicsByLibrary(const CenteredArc& arc, Cubics& cubics)
 	return true;
 }
 
-bool HasLength(const Arc& arc)
-{
-	return arc.startX != arc.endX || arc.startY != arc.endY;
-}
-
 /// Delivers an arc by way of a function that makes cubics of it.
 template <auto makeCubics>
 void Deliver(const Arc& arc, PathSink& sink)
 {
+	if (arc.startX == arc.endX && arc.startY == arc.endY)
+		return;
+
 	Cubics cubics;
 	CenteredArc centered;
 	const bool areMade =
@@ -236,14 +232,11 @@ void Deliver(const Arc& arc, PathSink& sink)
 
 void DeliverArc(const Arc& arc, PathSink& sink)
 {
-	if (!HasLength(arc) || DeliverShortArc(arc, sink))
-		return;
 	Deliver<&MakeCubics>(arc, sink);
 }
 
 void library::DeliverArc(const Arc& arc, PathSink& sink)
 {
-	if (HasLength(arc))
-		Deliver<&MakeCubicsByLibrary>(arc, sink);
+	Deliver<&MakeCubicsByLibrary>(arc, sink);
 }
 } // namespace orvan::grammar

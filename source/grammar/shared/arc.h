@@ -22,14 +22,11 @@ struct Arc
 /// Delivers an arc as cubics of at most a quarter turn each, the last of which ends bitwise on the arc's end point. An
 /// arc that ends where it starts delivers nothing; one without a radius, and one whose conversion leaves the range of
 /// finite numbers, is a straight line. Start and end must be finite.
-///
-/// There are as many cubics as in the library's conversion. Most arcs of circles stand closer to its formula than
-/// the library's own (see `shared/short_arc.h`), all others are the same to the last bit.
 void DeliverArc(const Arc& arc, PathSink& sink);
 
 namespace library
 {
-/// The same with the library's own conversion.
+/// The same with the library's own conversion, which is what says where the cubics lie.
 void DeliverArc(const Arc& arc, PathSink& sink);
 } // namespace library
 } // namespace orvan::grammar
