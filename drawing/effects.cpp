@@ -33,6 +33,9 @@ Effects::Effects(const DataDictionary& attributes) noexcept
 		case Key::clipPath:
 			clipPath = readId(entry);
 			break;
+		case Key::clipShape:
+			clipShape = attributes.GetValue<SVGClipShape>(entry);
+			break;
 		case Key::filter:
 			filter = attributes.GetValue<BaseArray<SVGFilterFunction>>(entry);
 			if (filter != nullptr && filter->IsEmpty())
@@ -48,6 +51,8 @@ Effects::Effects(const DataDictionary& attributes) noexcept
 			break;
 		}
 	}
+	if (clipPath != nullptr)
+		clipShape = nullptr;
 }
 
 } // namespace orvan::drawing

@@ -120,7 +120,7 @@ public:
 		const SVGLength length = _gradient.chain.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
 		if (_gradient.units == SVGGradientUnits::objectBoundingBox && length.unit == SVGLengthUnit::percent)
 			return length.value;
-		return _place.Resolve(length, axis);
+		return ToUserUnits(length, axis, _place.viewport, _gradient.fontSize);
 	}
 
 	double GetOr(Key key, Axis axis, double absent) const noexcept
@@ -150,6 +150,7 @@ Result<GradientDefinition> GetGradient(Scene& scene, ObjectBase* element) noexce
 	gradient.stops = ORVAN_TRY(ReadStops(scene, gradient.chain.FindParentOf<SVGStopElementInterface>()));
 	Style style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(element), {}, scene.initialStyle));
 	style.Apply(Borrowed<SVGElementInterface>(element)->GetAttributeDictionary(), {});
+	gradient.fontSize = style.fontSize;
 	if (style.colorInterpolation == SVGColorInterpolation::linearRGB)
 		gradient.stops = ORVAN_TRY(MixAsLight(gradient.stops));
 	return gradient;

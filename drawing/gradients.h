@@ -24,6 +24,7 @@ struct GradientDefinition
 	SVGGradientUnits units = SVGGradientUnits::objectBoundingBox;
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
 	BaseArray<Stop> stops;
+	double fontSize = 16.0; ///< What lengths of the gradient may be multiples of.
 };
 
 /// Where a gradient runs: from one circle to another, or, for a linear one, between two points.

@@ -239,10 +239,18 @@ public:
 		const auto fit = FitViewbox(area, fitting->GetViewbox(), fitting->GetPreserveAspectRatio());
 		if (!fit)
 			return {};
-		// The frame's transform is not that of a marker: it has none of its own. Its percentages are the shape's.
-		const Vector2d reference = fit->transform.Apply(
-			{ToUserUnits(marker->GetRefX(), Axis::horizontal, place.viewport, frame.place.style.fontSize),
-			 ToUserUnits(marker->GetRefY(), Axis::vertical, place.viewport, frame.place.style.fontSize)});
+		// The frame's transform is not that of a marker: it has none of its own. Its percentages are the shape's, but
+		// for those of the point that is put onto the vertex: they are of what the marker shows.
+		const SVGViewbox viewbox = fitting->GetViewbox();
+		const auto resolve = [&](const SVGLength& length, Axis axis, const SVGLength& start, double size)
+		{
+			return length.unit == SVGLengthUnit::percent
+					   ? (viewbox.isDefault ? 0.0 : start.value) + length.value * size
+					   : ToUserUnits(length, axis, place.viewport, frame.place.style.fontSize);
+		};
+		const Vector2d reference =
+			fit->transform.Apply({resolve(marker->GetRefX(), Axis::horizontal, viewbox.x, fit->size.x),
+								  resolve(marker->GetRefY(), Axis::vertical, viewbox.y, fit->size.y)});
 		const SVGOrient orient = marker->GetOrient();
 		double angle = orient.type == SVGOrientType::angle ? orient.angle * kDegrees : GetAngle(vertex);
 		if (orient.type == SVGOrientType::autoStartReverse && isStart)

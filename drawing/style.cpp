@@ -138,6 +138,8 @@ constexpr Row kRows[] = {
 	{SVGImportAttribute::textAnchor, &Keyword<&Style::textAnchor>},
 	{SVGImportAttribute::dominantBaseline, &Keyword<&Style::dominantBaseline>},
 	{SVGImportAttribute::writingMode, &Keyword<&Style::writingMode>},
+	{SVGImportAttribute::textOrientation, &Keyword<&Style::textOrientation>},
+	{SVGImportAttribute::fontKerning, &Keyword<&Style::fontKerning>},
 	{SVGImportAttribute::direction, &Keyword<&Style::direction>},
 	{SVGImportAttribute::letterSpacing, &Spacing<&Style::letterSpacing>},
 	{SVGImportAttribute::wordSpacing, &Spacing<&Style::wordSpacing>},

@@ -42,9 +42,11 @@ struct Style
 	SVGPointerEvents pointerEvents = SVGPointerEvents::automatic;
 	SVGFontStyle fontStyle = SVGFontStyle::normal;
 	SVGFontVariant fontVariant = SVGFontVariant::normal;
+	SVGFontKerning fontKerning = SVGFontKerning::automatic;
 	SVGTextAnchor textAnchor = SVGTextAnchor::start;
 	SVGBaseline dominantBaseline = SVGBaseline::automatic;
 	SVGWritingMode writingMode = SVGWritingMode::horizontalTb;
+	SVGTextOrientation textOrientation = SVGTextOrientation::mixed;
 	SVGDirection direction = SVGDirection::leftToRight;
 	double fontWeight = 400.0;  ///< 1 to 1000.
 	double fontStretch = 1.0;   ///< The width of the letters, 1 is normal.

@@ -5,6 +5,7 @@
 #include "references.h"
 #include "shapes.h"
 #include "svg_complete.h"
+#include "text_orientation.h"
 
 #include <new>
 
@@ -184,6 +185,9 @@ private:
 	{
 		const int span = ORVAN_TRY(AddSpan(frame, parent, path));
 		ORVAN_TRY(AppendLists(frame, path));
+		if (const auto* link = frame.attributes.Find<String>(static_cast<std::int32_t>(Key::link));
+			link != nullptr && IsTextReference(frame.element))
+			ORVAN_TRY(AppendReferenced(*link, span));
 		const Borrowed<HierarchyObjectInterface> hierarchy(frame.element);
 		for (auto child = hierarchy->GetFirstChild(); child && !_isFull; child = child->GetNextSibling())
 		{
@@ -195,6 +199,33 @@ private:
 		}
 		ORVAN_TRY(_lists.Resize(_lists.GetCount() - 1));
 		_content._spans[static_cast<std::size_t>(span)].end = GetCount();
+		return {};
+	}
+
+	/// True for what has characters of another text: "tref" is a tspan with a link.
+	static bool IsTextReference(ObjectBase* element) noexcept
+	{
+		return Borrowed<SVGElementInterface>(element)->GetElementType() == SVGImportElementKind::tspan;
+	}
+
+	/// Appends all characters of the element that a reference names, as those of one span.
+	Result<void> AppendReferenced(const String& link, int span) noexcept
+	{
+		const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
+		const Borrowed<HierarchyObjectInterface> hierarchy(found);
+		return hierarchy ? AppendRunsBelow(hierarchy, span, 0) : Result<void>();
+	}
+
+	Result<void> AppendRunsBelow(const Borrowed<HierarchyObjectInterface>& parent, int span, int depth) noexcept
+	{
+		for (auto child = parent->GetFirstChild(); child && !_isFull && depth < kMaxDepth;
+			 child = child->GetNextSibling())
+		{
+			if (const Borrowed<SVGTextRunInterface> run(child); run)
+				ORVAN_TRY(Append(run->GetText().View(), span));
+			else if (const Borrowed<HierarchyObjectInterface> below(child); below)
+				ORVAN_TRY(AppendRunsBelow(below, span, depth + 1));
+		}
 		return {};
 	}
 
@@ -227,32 +258,50 @@ private:
 		return {};
 	}
 
-	/// The path that a textPath names; -1 when there is none.
+	/// The path that a textPath has or names; -1 when there is none.
 	Result<int> AddPath(const Frame& frame) noexcept
 	{
-		const String link = Borrowed<SVGLinkInterface>(frame.element)->GetLink();
-		const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
-		const ShapeKind kind = GetShapeKind(found.GetObject());
-		if (kind == ShapeKind::none)
-			return -1;
-		const Frame pathFrame(found.GetObject(), frame.place, &frame, _scene.limits);
 		TextPath path;
-		const Outline outline = ORVAN_TRY(GetOutline(kind, found.GetObject(), pathFrame));
-		const auto count = static_cast<double>(outline.GetCommands().GetCount());
-		if (!_scene.limits.Pay(count * kCommandWork) || !_scene.limits.Hold(count * kBytesPerCommand))
-			return -1;
-		ORVAN_TRY(path.outline.Append(outline, found->GetLocalTransform()));
+		double counted = 0.0;
+		if (const auto* given = frame.attributes.Find<BaseArray<SVGPathCommand>>(static_cast<std::int32_t>(Key::path)))
+		{
+			if (!PayForPath(given->GetCount()))
+				return -1;
+			BaseArray<SVGPathCommand> commands;
+			ORVAN_TRY(commands.CopyFrom(*given));
+			path.outline = Outline(std::move(commands));
+		}
+		else
+		{
+			const String link = Borrowed<SVGLinkInterface>(frame.element)->GetLink();
+			const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
+			const ShapeKind kind = GetShapeKind(found.GetObject());
+			if (kind == ShapeKind::none)
+				return -1;
+			const Frame pathFrame(found.GetObject(), frame.place, &frame, _scene.limits);
+			const Outline outline = ORVAN_TRY(GetOutline(kind, found.GetObject(), pathFrame));
+			if (!PayForPath(outline.GetCommands().GetCount()))
+				return -1;
+			ORVAN_TRY(path.outline.Append(outline, found->GetLocalTransform()));
+			counted = pathFrame.GetOr(Key::pathLength, 0.0);
+		}
+		path.isReversed = frame.GetKeyword(Key::side, SVGTextPathSide::left) == SVGTextPathSide::right;
 		if (const auto* offset = frame.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::startOffset)))
 		{
 			path.startOffset = offset->unit == SVGLengthUnit::percent ? offset->value * path.outline.GetLength()
 																	  : frame.Resolve(*offset, Axis::other);
 			// A path may count its length otherwise.
-			const double counted = pathFrame.GetOr(Key::pathLength, 0.0);
 			if (offset->unit != SVGLengthUnit::percent && counted > 0.0)
 				path.startOffset *= path.outline.GetLength() / counted;
 		}
 		ORVAN_TRY(_content._paths.Append(std::move(path)));
 		return static_cast<int>(_content._paths.GetCount()) - 1;
+	}
+
+	bool PayForPath(std::size_t commands) noexcept
+	{
+		const auto count = static_cast<double>(commands);
+		return _scene.limits.Pay(count * kCommandWork) && _scene.limits.Hold(count * kBytesPerCommand);
 	}
 
 	Result<int> AddSpan(const Frame& frame, int parent, int path) noexcept
@@ -286,14 +335,14 @@ private:
 		{
 			const TextSpan& outer = _content._spans[static_cast<std::size_t>(parent)];
 			moved += _moved[static_cast<std::size_t>(parent)];
-			span.opacity = outer.opacity * frame.effects.opacity;
+			// A part with other effects is a picture of its own, with its opacity.
+			span.opacity = outer.opacity * (frame.effects.NeedsPicture() ? 1.0 : frame.effects.opacity);
 		}
 		ORVAN_TRY(_moved.Append(moved));
 		const auto alignment = frame.GetKeyword(Key::alignmentBaseline, SVGBaseline::automatic);
 		const bool isAligned = alignment != SVGBaseline::automatic && alignment != SVGBaseline::baseline;
 		// Letters that are all turned stand on their baseline, others beside it in the middle.
-		const bool isUpright =
-			style.writingMode == SVGWritingMode::verticalRl || style.writingMode == SVGWritingMode::verticalLr;
+		const bool isUpright = HasUprightLetters(style);
 		const double baseline = span.font != nullptr ? GetBaseline(isAligned ? alignment : style.dominantBaseline,
 																   span.font->metrics, isUpright)
 													 : 0.0;

@@ -20,6 +20,7 @@ struct TextPath
 {
 	Outline outline;
 	double startOffset = 0.0;
+	bool isReversed = false; ///< The text runs on its other side, from its end to its start.
 };
 
 /// An element with characters: the text itself, or a tspan, a textPath or an anchor in it.

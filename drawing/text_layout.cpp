@@ -211,6 +211,14 @@ Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind 
 	return outline;
 }
 
+const Frame* TextLayout::FindPicture(const TextFragment& fragment, const Frame& around) noexcept
+{
+	const Frame* found = nullptr;
+	for (const Frame* frame = fragment.frame; frame != nullptr && frame != &around; frame = frame->outer)
+		found = frame->effects.NeedsPicture() ? frame : found;
+	return found;
+}
+
 const Frame* TextLayout::FindDecorating(const TextFragment& fragment, TextLineKind kind, int index) noexcept
 {
 	for (const Frame* frame = fragment.frame; frame != nullptr; frame = frame->outer)

@@ -81,6 +81,10 @@ public:
 	/// The decorating lines of one kind along a fragment.
 	Result<Outline> GetLines(const TextFragment& fragment, TextLineKind kind) const noexcept;
 
+	/// The outermost element around a fragment that is drawn as a picture of its own, inside of `around`; null for
+	/// none.
+	static const Frame* FindPicture(const TextFragment& fragment, const Frame& around) noexcept;
+
 	/// The element that has a fragment decorated with lines of a kind, the `index`-th from the fragment outwards: its
 	/// paints are theirs. Null behind the last.
 	static const Frame* FindDecorating(const TextFragment& fragment, TextLineKind kind, int index) noexcept;

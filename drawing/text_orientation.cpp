@@ -39,10 +39,19 @@ constexpr Range kUpright[] = {
 
 } // namespace
 
-bool IsUpright(char32_t code, SVGWritingMode mode) noexcept
+bool HasUprightLetters(const Style& style) noexcept
 {
-	if (mode == SVGWritingMode::sidewaysRl || mode == SVGWritingMode::sidewaysLr)
+	const bool isVertical =
+		style.writingMode == SVGWritingMode::verticalRl || style.writingMode == SVGWritingMode::verticalLr;
+	return isVertical && style.textOrientation != SVGTextOrientation::sideways;
+}
+
+bool IsUpright(char32_t code, const Style& style) noexcept
+{
+	if (!HasUprightLetters(style))
 		return false;
+	if (style.textOrientation == SVGTextOrientation::upright)
+		return true;
 	const auto* range =
 		std::lower_bound(std::begin(kUpright), std::end(kUpright), code,
 						 [](const Range& candidate, char32_t wanted) { return candidate.last < wanted; });

@@ -2,12 +2,15 @@
 /// How characters stand in lines that run downwards.
 #pragma once
 
-#include "svg_types.h"
+#include "style.h"
 
 namespace orvan::drawing
 {
 
-/// True for characters that are not turned in vertical lines, such as those of Chinese and Japanese.
-bool IsUpright(char32_t code, SVGWritingMode mode) noexcept;
+/// False where lines are horizontal, or all letters of vertical ones are turned.
+bool HasUprightLetters(const Style& style) noexcept;
+
+/// True for characters that are not turned in vertical lines: those of Chinese and Japanese, say, or all.
+bool IsUpright(char32_t code, const Style& style) noexcept;
 
 } // namespace orvan::drawing

@@ -305,6 +305,7 @@ private:
 	{
 		const PathWalker& walker = _walkers[path];
 		const double startOffset = _content.GetPaths()[path].startOffset;
+		const bool isReversed = _content.GetPaths()[path].isReversed;
 		for (std::size_t i = first; i < end; i++)
 		{
 			TextPosition* const position = PositionOf(i);
@@ -313,7 +314,9 @@ private:
 			const double half = GetAdvance(static_cast<std::size_t>(position - _positions.begin())) / 2.0;
 			const double middle = Along(position->point) + half + startOffset;
 			position->isHidden = !(middle >= 0.0 && middle <= walker.GetLength()) || walker.GetLength() == 0.0;
-			const PathPoint place = walker.GetPoint(middle);
+			PathPoint place = walker.GetPoint(isReversed ? walker.GetLength() - middle : middle);
+			if (isReversed)
+				place.angle += std::numbers::pi;
 			const double cosine = std::cos(place.angle);
 			const double sine = std::sin(place.angle);
 			const double aside = _isVertical ? -position->point.x : position->point.y;
@@ -322,7 +325,7 @@ private:
 			position->pivot = half;
 			position->turn = place.angle - (_isVertical ? std::numbers::pi / 2.0 : 0.0);
 		}
-		return walker.GetPoint(walker.GetLength()).point;
+		return walker.GetPoint(isReversed ? 0.0 : walker.GetLength()).point;
 	}
 
 	const TextContent& _content;

@@ -69,6 +69,7 @@ private:
 		bool isSmallCapital;
 		bool isUpright;
 		bool hasSmallCapitals;
+		bool isKerned;
 
 		bool operator==(const Kind&) const noexcept = default;
 	};
@@ -121,8 +122,9 @@ private:
 				span.size,
 				style.letterSpacing != 0.0,
 				character.isSmallCapital,
-				_content.IsVertical() && IsUpright(character.code, style.writingMode),
-				style.fontVariant == SVGFontVariant::smallCaps && span.font != nullptr && span.font->hasSmallCapitals};
+				_content.IsVertical() && IsUpright(character.code, style),
+				style.fontVariant == SVGFontVariant::smallCaps && span.font != nullptr && span.font->hasSmallCapitals,
+				style.fontKerning != SVGFontKerning::none};
 	}
 
 	/// Shapes an item in runs of one kind; in visual order as the items are.
@@ -183,7 +185,7 @@ private:
 		hb_buffer_set_direction(buffer, kind.isUpright ? HB_DIRECTION_TTB
 										: isReversed   ? HB_DIRECTION_RTL
 													   : HB_DIRECTION_LTR);
-		hb_feature_t features[3];
+		hb_feature_t features[4];
 		unsigned int count = 0;
 		const auto set = [&](hb_tag_t tag, std::uint32_t value)
 		{
@@ -196,6 +198,8 @@ private:
 		}
 		if (kind.hasSmallCapitals)
 			set(HB_TAG('s', 'm', 'c', 'p'), 1);
+		if (!kind.isKerned)
+			set(HB_TAG('k', 'e', 'r', 'n'), 0);
 		hb_shape(face->shaper, buffer, features, count);
 		const double size = kind.size * (kind.isSmallCapital ? kSmallCapitalSize : 1.0);
 		return TakeGlyphs({*face, kind, size, isReversed && !kind.isUpright, first, end});

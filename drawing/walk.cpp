@@ -36,6 +36,24 @@ SVGViewport GetSymbolViewport(ObjectBase* symbol) noexcept
 	return viewport;
 }
 
+/// Draws what the outermost element lies on: a rectangle that has none of its other properties.
+[[gnu::noinline]] Result<void> DrawBackground(Scene& scene, ObjectBase* element, const Place& outside,
+											  const Frame& outermost, const Rectangle& area, Sink& sink) noexcept
+{
+	Frame frame(element, outside, nullptr, scene.limits);
+	frame.place.transform = outside.transform * outermost.local;
+	frame.effects = Effects();
+	Style style = scene.initialStyle;
+	style.color = frame.place.style.color;
+	style.colorAlpha = frame.place.style.colorAlpha;
+	style.fill = frame.attributes.Find<SVGPaint>(static_cast<std::int32_t>(SVGImportAttribute::backgroundColor));
+	style.visibility = frame.place.style.visibility;
+	frame.place.style = style;
+	Outline outline;
+	ORVAN_TRY(outline.AddRectangle(area, 0.0, 0.0));
+	return style.fill != nullptr ? sink.DrawShape(frame, outline) : Result<void>();
+}
+
 } // namespace
 
 bool IsClippedToViewport(const Frame& frame) noexcept
@@ -229,8 +247,10 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	frame.place.transform = frame.place.transform * fit->transform;
 	frame.place.viewport.Resize(fit->size);
 	frame.place.viewport.outermost.fontSize = frame.place.style.fontSize;
-	const auto draw = [&](Sink& sink) noexcept
+	const auto draw = [&](Sink& sink) noexcept -> Result<void>
 	{
+		if (frame.Has(SVGImportAttribute::backgroundColor))
+			ORVAN_TRY(DrawBackground(_scene, element, outside, frame, area, sink));
 		return Walk(_scene, sink).DrawChildren(element, frame.place, frame);
 	};
 	return _sink.DrawGroup(frame, draw);

@@ -112,6 +112,22 @@ public:
 		Add(function.reference);
 	}
 
+	void Add(const SVGPathCommand& command)
+	{
+		AddCode(command.type, 0, 3);
+		for (const Vector2d& point : command.points)
+			Add(point);
+	}
+
+	void Add(const SVGClipShape& shape)
+	{
+		AddCode(shape.type, 0, 7);
+		AddCode(shape.box, 0, 2);
+		AddCode(shape.fillRule, 1, 2);
+		Add(shape.lengths);
+		Add(shape.path);
+	}
+
 	template <typename T>
 	void Add(const BaseArray<T>& values)
 	{

@@ -126,6 +126,22 @@ public:
 		Add(function.reference);
 	}
 
+	void Add(const SVGPathCommand& command)
+	{
+		Add(static_cast<std::int32_t>(command.type));
+		for (const Vector2d& point : command.points)
+			Add(point);
+	}
+
+	void Add(const SVGClipShape& shape)
+	{
+		Add(static_cast<std::int32_t>(shape.type));
+		Add(static_cast<std::int32_t>(shape.box));
+		Add(static_cast<std::int32_t>(shape.fillRule));
+		Add(shape.lengths);
+		Add(shape.path);
+	}
+
 	template <typename T>
 	void Add(const BaseArray<T>& values)
 	{

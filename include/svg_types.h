@@ -259,12 +259,19 @@ enum class SVGImportAttribute : std::int32_t
 	pointsAtY = 160,
 	pointsAtZ = 161,
 	limitingConeAngle = 162,
-	target = 163, ///< String: where an anchor opens its link.
+	target = 163,          ///< String: where an anchor opens its link.
+	fontKerning = 164,     ///< `SVGFontKerning` as Int32.
+	textOrientation = 165, ///< `SVGTextOrientation` as Int32.
+	side = 166,            ///< `SVGTextPathSide` as Int32.
+	path = 167,            ///< Array of `SVGPathCommand`: the path of a textPath that is given in place.
+	/// `SVGClipShape`, where "clip-path" is a shape instead of a reference; `clipPath` is the empty String then.
+	clipShape = 168,
+	backgroundColor = 169, ///< `SVGPaint`: what the outermost element lies on.
 };
 
-/// The attributes' names by number. The link's is "href"; the attributes that hold more of "x", "y" and "font-weight"
-/// than the plain import keeps have names of their own.
-inline constexpr std::array<std::string_view, 164> kSVGAttributeNames = {
+/// The attributes' names by number. The link's is "href"; the attributes that hold more of "x", "y", "font-weight"
+/// and "clip-path" than the plain import keeps have names of their own.
+inline constexpr std::array<std::string_view, 170> kSVGAttributeNames = {
 	"",
 	"id",
 	"class",
@@ -429,6 +436,12 @@ inline constexpr std::array<std::string_view, 164> kSVGAttributeNames = {
 	"pointsAtZ",
 	"limitingConeAngle",
 	"target",
+	"font-kerning",
+	"text-orientation",
+	"side",
+	"path",
+	"clip-shape",
+	"background-color",
 };
 
 enum class SVGDisplay : std::int32_t
@@ -839,6 +852,28 @@ enum class SVGUnicodeBidi : std::int32_t
 	plaintext = 5,
 };
 
+enum class SVGFontKerning : std::int32_t
+{
+	automatic = 0, ///< "auto".
+	normal = 1,
+	none = 2,
+};
+
+/// How the letters of vertical lines stand.
+enum class SVGTextOrientation : std::int32_t
+{
+	mixed = 0,    ///< Each as its script has it.
+	upright = 1,  ///< All of them as in horizontal lines.
+	sideways = 2, ///< All of them turned by a quarter.
+};
+
+/// On which side of its path a text runs; on the right one it runs back from the path's end.
+enum class SVGTextPathSide : std::int32_t
+{
+	left = 0,
+	right = 1,
+};
+
 enum class SVGFontVariant : std::int32_t
 {
 	normal = 0,
@@ -992,6 +1027,57 @@ struct SVGFilterFunction
 	String reference;                                   ///< The id of the filter element (without "#"), or a whole IRI.
 };
 
+enum class SVGClipShapeType : std::int32_t
+{
+	box = 0, ///< All of the box.
+	inset = 1,
+	circle = 2,
+	ellipse = 3,
+	polygon = 4,
+	path = 5,
+	rect = 6,
+	xywh = 7,
+};
+
+/// The box of an element that lengths of a shape refer to.
+enum class SVGReferenceBox : std::int32_t
+{
+	strokeBox = 0, ///< Around fill and stroke.
+	fillBox = 1,
+	viewBox = 2, ///< The nearest viewport.
+};
+
+/// One of the shapes of the CSS Shapes module, in a box of the element's own coordinates.
+/// Copying may fail for want of memory, so it is spelled `CopyFrom`.
+struct SVGClipShape
+{
+	/// A radius that reaches to the box's nearest side, instead of a length.
+	static constexpr Float kClosestSide = -1.0;
+	/// Likewise to the farthest side.
+	static constexpr Float kFarthestSide = -2.0;
+
+	SVGClipShapeType type = SVGClipShapeType::box;
+	SVGReferenceBox box = SVGReferenceBox::strokeBox;
+	SVGFillRule fillRule = SVGFillRule::nonzero; ///< Of polygons and paths.
+	/// What the shape is made of; percentages are of the box. An inset's distances from top, right, bottom and left; a
+	/// rect's edges top, right, bottom and left, from the box's own top and left; of xywh the position and the size;
+	/// then for all three, where corners are round, their horizontal radii from the upper left clockwise, and their
+	/// vertical ones. Of a circle the radius, of an ellipse both; then the centre: for each axis two lengths, which are
+	/// added. Of a polygon its points. Of a path nothing.
+	BaseArray<SVGLength> lengths;
+	BaseArray<SVGPathCommand> path; ///< Of a path, from the box's upper left corner.
+
+	/// Takes over the other's fields and copies its arrays, into the own storage where that suffices.
+	Result<void> CopyFrom(const SVGClipShape& other) noexcept
+	{
+		type = other.type;
+		box = other.box;
+		fillRule = other.fillRule;
+		ORVAN_TRY(lengths.CopyFrom(other.lengths));
+		return path.CopyFrom(other.path);
+	}
+};
+
 ORVAN_DATA_TYPE(SVGPaint, "net.orvan.datatype.SVGPaint", "orvan::SVGPaint");
 ORVAN_DATA_TYPE(SVGLength, "net.orvan.datatype.SVGLength", "orvan::SVGLength");
 ORVAN_DATA_TYPE(SVGLength2d, "net.orvan.datatype.SVGLength2d", "orvan::SVGLength2d");
@@ -1005,6 +1091,7 @@ ORVAN_DATA_TYPE(SVGPreserveAspectRatio, "net.orvan.datatype.SVGPreserveAspectRat
 ORVAN_DATA_TYPE(SVGOrient, "net.orvan.datatype.SVGOrient", "orvan::SVGOrient");
 ORVAN_DATA_TYPE(SVGBaselineShift, "net.orvan.datatype.SVGBaselineShift", "orvan::SVGBaselineShift");
 ORVAN_DATA_TYPE(SVGFilterFunction, "net.orvan.datatype.SVGFilterFunction", "orvan::SVGFilterFunction");
+ORVAN_DATA_TYPE(SVGClipShape, "net.orvan.datatype.SVGClipShape", "orvan::SVGClipShape");
 
 static_assert(sizeof(SVGPathCommand) == 56 && alignof(SVGPreserveAspectRatio) == 4);
 

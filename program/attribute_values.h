@@ -97,7 +97,8 @@ bool VisitAttribute(const DataDictionary& attributes, const DataDictionary::Entr
 					std::type_identity<SVGViewbox>(), std::type_identity<SVGPreserveAspectRatio>(),
 					std::type_identity<Matrix2d>(), std::type_identity<SVGLength2d>(), std::type_identity<SVGOrient>(),
 					std::type_identity<SVGBaselineShift>(), std::type_identity<BaseArray<Float>>(),
-					std::type_identity<BaseArray<SVGFilterFunction>>());
+					std::type_identity<BaseArray<SVGFilterFunction>>(), std::type_identity<BaseArray<SVGPathCommand>>(),
+					std::type_identity<SVGClipShape>());
 }
 
 /// The name of the attribute that stands under a key; empty when the key has none.

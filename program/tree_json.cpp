@@ -159,6 +159,47 @@ private:
 		_json.EndObject();
 	}
 
+	/// Writes only the points that a command uses, its end point last.
+	void Write(const SVGPathCommand& command)
+	{
+		const auto& [first, second, end] = command.points;
+		_json.BeginArray();
+		switch (command.type)
+		{
+		case SVGPathCommandType::move:
+		case SVGPathCommandType::line:
+			_json.Value(command.type == SVGPathCommandType::move ? "M" : "L");
+			_json.Value(end.x);
+			_json.Value(end.y);
+			break;
+		case SVGPathCommandType::cubic:
+			_json.Value("C");
+			for (const double number : {first.x, first.y, second.x, second.y, end.x, end.y})
+				_json.Value(number);
+			break;
+		case SVGPathCommandType::close:
+			_json.Value("Z");
+			break;
+		}
+		_json.EndArray();
+	}
+
+	void Write(const SVGClipShape& shape)
+	{
+		_json.BeginObject();
+		_json.Member("type", static_cast<int>(shape.type));
+		_json.Member("box", static_cast<int>(shape.box));
+		_json.Member("fillRule", static_cast<int>(shape.fillRule));
+		_json.Key("lengths");
+		Write(shape.lengths);
+		if (!shape.path.IsEmpty())
+		{
+			_json.Key("path");
+			Write(shape.path);
+		}
+		_json.EndObject();
+	}
+
 	void Write(const SVGViewbox& viewbox)
 	{
 		_json.BeginArray();
@@ -228,37 +269,12 @@ private:
 		}
 	}
 
-	/// Writes only the points that a command uses, its end point last.
 	void WritePath(const BaseArray<SVGPathCommand>& path)
 	{
 		if (path.IsEmpty())
 			return;
 		_json.Key("path");
-		_json.BeginArray();
-		for (const SVGPathCommand& command : path)
-		{
-			const auto& [first, second, end] = command.points;
-			_json.BeginArray();
-			switch (command.type)
-			{
-			case SVGPathCommandType::move:
-			case SVGPathCommandType::line:
-				_json.Value(command.type == SVGPathCommandType::move ? "M" : "L");
-				_json.Value(end.x);
-				_json.Value(end.y);
-				break;
-			case SVGPathCommandType::cubic:
-				_json.Value("C");
-				for (const double number : {first.x, first.y, second.x, second.y, end.x, end.y})
-					_json.Value(number);
-				break;
-			case SVGPathCommandType::close:
-				_json.Value("Z");
-				break;
-			}
-			_json.EndArray();
-		}
-		_json.EndArray();
+		Write(path);
 	}
 
 	/// Gradients are shown as a renderer gets them, put together from attributes and stops.

@@ -274,6 +274,18 @@ std::string ToText(const SVGFilterFunction& function)
 		   ToText(function.color) + ')';
 }
 
+std::string ToText(const SVGPathCommand& command)
+{
+	constexpr std::string_view kTypes[] = {"M", "L", "C", "Z"};
+	std::string text(Look(kTypes, command.type));
+	const std::size_t used = command.type == SVGPathCommandType::cubic   ? 3
+							 : command.type != SVGPathCommandType::close ? 1
+																		 : 0;
+	for (std::size_t i = 3 - used; i < 3; i++)
+		text += ' ' + ToText(command.points[i].x) + ' ' + ToText(command.points[i].y);
+	return text;
+}
+
 template <typename T>
 std::string ToText(const BaseArray<T>& values)
 {
@@ -283,6 +295,15 @@ std::string ToText(const BaseArray<T>& values)
 	for (const T& value : values)
 		text += (text.empty() ? "" : " ") + ToText(value);
 	return text;
+}
+
+std::string ToText(const SVGClipShape& shape)
+{
+	constexpr std::string_view kTypes[] = {"box", "inset", "circle", "ellipse", "polygon", "path", "rect", "xywh"};
+	constexpr std::string_view kBoxes[] = {"stroke-box", "fill-box", "view-box"};
+	const bool isPath = shape.type == SVGClipShapeType::path;
+	return std::string(Look(kTypes, shape.type)) + '(' + (isPath ? ToText(shape.path) : ToText(shape.lengths)) + ") " +
+		   std::string(Look(kBoxes, shape.box));
 }
 
 /// Prints elements, each as its name, its id and its properties.

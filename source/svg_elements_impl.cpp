@@ -274,6 +274,7 @@ ORVAN_REGISTER(ORVAN_ORDER_COMPLETE, completeDataTypeEntries)
 	DataTypeEntry<SVGOrient>(),
 	DataTypeEntry<SVGBaselineShift>(),
 	DataTypeEntry<SVGFilterFunction>(),
+	DataTypeEntry<SVGClipShape>(),
 };
 
 ORVAN_REGISTER(ORVAN_ORDER_ELEMENTS, useEntries)[] = {kUses[0], kUses[1], kUses[2], kUses[3]};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "clip_recorder.h"
 
+#include "drawing/clip_shapes.h"
 #include "drawing/references.h"
 #include "drawing/text_layout.h"
 #include "drawing/walk.h"
@@ -100,6 +101,14 @@ Result<std::int32_t> RecordClip(Scene& scene, const Frame& frame, Extent& extent
 								Record& record) noexcept
 {
 	using Key = SVGImportAttribute;
+	if (frame.effects.clipShape != nullptr)
+	{
+		BaseArray<ClipShape> shapes;
+		Outline outline = ORVAN_TRY(GetClipOutline(*frame.effects.clipShape, frame, extent));
+		ORVAN_TRY(shapes.Append({std::move(outline), frame.place.transform, frame.effects.clipShape->fillRule, -1}));
+		ORVAN_TRY(record.regions.Append({std::move(shapes), next}));
+		return static_cast<std::int32_t>(record.regions.GetCount() - 1);
+	}
 	const SVGElementRef clip = ORVAN_TRY(FindEffect<SVGClipPathElementInterface>(scene, frame.effects.clipPath, frame));
 	if (!clip)
 		return next;

@@ -223,7 +223,7 @@ private:
 	{
 		_current = At(index).parent;
 		At(index).end = GetCount();
-		if (frame.effects.clipPath != nullptr)
+		if (frame.effects.clipPath != nullptr || frame.effects.clipShape != nullptr)
 			At(index).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
 		if (frame.effects.mask != nullptr)
 			ORVAN_TRY(RecordMask(index, frame, extent));

@@ -282,6 +282,7 @@ class Element:
     flood_color: _PaintAttribute
     flood_opacity: _NumberAttribute
     font_family: _TextAttribute
+    font_kerning: _TextAttribute
     font_size: _LengthAttribute
     font_stretch: _TextAttribute
     font_style: _TextAttribute
@@ -315,6 +316,7 @@ class Element:
     systemLanguage: _TextAttribute
     text_anchor: _TextAttribute
     text_decoration: _TextAttribute
+    text_orientation: _TextAttribute
     text_rendering: _TextAttribute
     transform_box: _TextAttribute
     transform_origin: _NumbersAttribute
@@ -680,6 +682,7 @@ class Svg(Element):
     height: _LengthAttribute
     viewBox: _NumbersAttribute
     preserveAspectRatio: _TextAttribute
+    background_color: _PaintAttribute
 class Switch(Element): ...
 class Symbol(Element):
     x: _LengthAttribute
@@ -708,6 +711,8 @@ class TextPath(Element):
     startOffset: _LengthAttribute
     textLength: _LengthAttribute
     lengthAdjust: _TextAttribute
+    side: _TextAttribute
+    path: _TextAttribute
 class TextRun(Element): ...
 class Title(Element): ...
 class Use(Element):

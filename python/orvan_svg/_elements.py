@@ -20,7 +20,7 @@ _FUNCTION = ("type", "tableValues", "slope", "intercept", "amplitude", "exponent
 
 # Kind, name of the class, attributes that only some elements have.
 _KINDS = {
-    "svg": ("Svg", _POSITION + _SIZE + _VIEW_BOX),
+    "svg": ("Svg", _POSITION + _SIZE + _VIEW_BOX + ("background-color",)),
     "g": ("Group", ()),
     "use": ("Use", _POSITION + _SIZE),
     "defs": ("Defs", ()),
@@ -41,7 +41,7 @@ _KINDS = {
     "switch": ("Switch", ()),
     "a": ("Anchor", ("target",)),
     "tspan": ("TSpan", _TEXT),
-    "textPath": ("TextPath", ("startOffset", "textLength", "lengthAdjust")),
+    "textPath": ("TextPath", ("startOffset", "textLength", "lengthAdjust", "side", "path")),
     "filter": ("Filter", _POSITION + _SIZE + ("filterUnits", "primitiveUnits")),
     "feBlend": ("FeBlend", _PRIMITIVE + ("mode",)),
     "feColorMatrix": ("FeColorMatrix", _PRIMITIVE + ("type", "values")),
@@ -78,8 +78,8 @@ _KINDS = {
     "#text": ("TextRun", ()),
 }
 
-# Kept by the element itself, not under a number.
-_NO_VALUES = {"id", "class", "href", "transform", "d", "points", "style"}
+# Kept by the element itself, not under a number; the last one is what "clip-path" says.
+_NO_VALUES = {"id", "class", "href", "transform", "d", "points", "style", "clip-shape"}
 
 
 def _python_name(name):

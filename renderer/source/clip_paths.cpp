@@ -2,6 +2,7 @@
 #include "clip_paths.h"
 
 #include "composition.h"
+#include "drawing/clip_shapes.h"
 #include "drawing/references.h"
 #include "drawing/walk.h"
 #include "painter.h"
@@ -53,7 +54,7 @@ public:
 			return {};
 		}
 		cairo_set_source_rgba(_canvas.drawing, 0.0, 0.0, 0.0, 1.0);
-		if (frame.effects.clipPath == nullptr)
+		if (frame.effects.clipPath == nullptr && frame.effects.clipShape == nullptr)
 		{
 			fill();
 			return {};
@@ -105,6 +106,7 @@ public:
 	{
 		Effects effects;
 		effects.clipPath = frame.effects.clipPath;
+		effects.clipShape = frame.effects.clipShape;
 		return Compose(_canvas, frame, effects, extent, content, *this);
 	}
 
@@ -177,6 +179,17 @@ Result<SVGElementRef> FindClipPath(Job& job, const Effects& effects, const Frame
 	return FindEffect<SVGClipPathElementInterface>(job.scene, effects.clipPath, frame);
 }
 
+Result<void> ClipToShape(const Canvas& canvas, const SVGClipShape& shape, const Frame& frame, Extent& extent) noexcept
+{
+	const Outline outline = ORVAN_TRY(GetClipOutline(shape, frame, extent));
+	cairo_new_path(canvas.drawing);
+	if (!SetPath(canvas.drawing, outline, frame.place.transform).IsDrawable())
+		cairo_new_path(canvas.drawing);
+	cairo_set_fill_rule(canvas.drawing, ToCairo(shape.fillRule));
+	cairo_clip(canvas.drawing);
+	return {};
+}
+
 Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const Frame& user, Extent& extent) noexcept
 {
 	const ClipContent content = GetClipContent(clip);
@@ -186,6 +199,8 @@ Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const F
 	const Place place = ORVAN_TRY(GetContentPlace(canvas.job.scene, clip.GetObject(), user));
 	ClipFrame clipFrame(canvas.job.scene, clip.GetObject(), place, user);
 	const Frame& frame = clipFrame.frame;
+	if (frame.effects.clipShape != nullptr)
+		return false;
 	const SVGElementRef nested = ORVAN_TRY(FindClipPath(canvas.job, frame.effects, frame));
 	if (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame, extent)))
 		return false;

@@ -121,8 +121,10 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	}
 	else if (extent.IsKnown())
 		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
-	const bool isClipped = static_cast<bool>(followed.clip);
-	if (isClipped && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
+	const bool isClipped = followed.clip || effects.clipShape != nullptr;
+	if (effects.clipShape != nullptr)
+		ORVAN_TRY(ClipToShape(canvas, *effects.clipShape, frame, extent));
+	if (followed.clip && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
 		followed.clip = nullptr;
 	// What is clipped is a picture of its own, which shows only where something in it is blended.
 	const bool isIsolated = effects.isIsolated || (isClipped && ORVAN_TRY(HasBlendModes(canvas.job.scene)));

@@ -176,10 +176,39 @@ Result<void> Painter::DrawText(const Frame& frame, const TextLayout& text) noexc
 	const double opacity = takesOpacity ? std::exchange(effects.opacity, 1.0) : 1.0;
 	const auto paint = [&](Sink& sink) noexcept
 	{
-		return PaintText(static_cast<Painter&>(sink)._canvas, frame, text, opacity);
+		const BaseArray<TextFragment>& fragments = text.GetFragments();
+		return static_cast<Painter&>(sink).PaintFragments(frame, text, {fragments.begin(), fragments.GetCount()},
+														  opacity);
 	};
 	Extent known(text.GetBounds(), painted);
 	return Compose(_canvas, frame, effects, known, paint, *this);
+}
+
+Result<void> Painter::PaintFragments(const Frame& around, const TextLayout& text,
+									 std::span<const TextFragment> fragments, double opacity) noexcept
+{
+	while (!fragments.empty())
+	{
+		const Frame* const picture = TextLayout::FindPicture(fragments.front(), around);
+		std::size_t count = 1;
+		while (count < fragments.size() && TextLayout::FindPicture(fragments[count], around) == picture)
+			count++;
+		const auto part = fragments.first(count);
+		fragments = fragments.subspan(count);
+		if (picture == nullptr)
+		{
+			ORVAN_TRY(PaintText(_canvas, around, text, part, opacity));
+			continue;
+		}
+		const auto paint = [&](Sink& sink) noexcept
+		{
+			return static_cast<Painter&>(sink).PaintFragments(*picture, text, part, opacity);
+		};
+		// Boxes are those of the whole text, as for its paints.
+		Extent known(text.GetBounds(), GetPaintedBounds(_canvas.job.scene, around, text));
+		ORVAN_TRY(Compose(_canvas, *picture, picture->effects, known, paint, *this));
+	}
+	return {};
 }
 
 // Images -------------------------------------------------------------------------------------------------------------

@@ -4,6 +4,9 @@
 
 #include "canvas.h"
 #include "drawing/sink.h"
+#include "drawing/text_layout.h"
+
+#include <span>
 
 namespace orvan::cairo
 {
@@ -28,6 +31,9 @@ public:
 private:
 	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline,
 						   const drawing::Rectangle& bounds, double opacity) noexcept;
+	/// Paints fragments of a text that stand in `around`. Parts with effects of their own are composed first.
+	Result<void> PaintFragments(const drawing::Frame& around, const drawing::TextLayout& text,
+								std::span<const drawing::TextFragment> fragments, double opacity) noexcept;
 	Result<bool> SetFill(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	/// Pays for painting a box and going through `details`, where that is to be paid for.

@@ -136,10 +136,11 @@ bool IsPaintedOnce(const TextLayout& text) noexcept
 		   !isDecorated(TextLineKind::lineThrough);
 }
 
-Result<void> PaintText(const Canvas& canvas, const Frame& frame, const TextLayout& text, double opacity) noexcept
+Result<void> PaintText(const Canvas& canvas, const Frame& frame, const TextLayout& text,
+					   std::span<const TextFragment> fragments, double opacity) noexcept
 {
 	TextPainter painter(canvas, frame, text, opacity);
-	for (const TextFragment& fragment : text.GetFragments())
+	for (const TextFragment& fragment : fragments)
 	{
 		if (canvas.job.scene.limits.IsOver())
 			break;

@@ -143,7 +143,7 @@ using CompleteElementClasses = ClassList<
 	ElementClass<kSVGImageElementClass, "image", PlainElement<SVGImportElementKind::image>, SVGImageElementInterface, Image, Link, Position, Size>,
 	ElementClass<kSVGSwitchElementClass, "switch", SwitchElement, SVGSwitchElementInterface, Grouping>,
 	ElementClass<kSVGAnchorElementClass, "a", PlainElement<SVGImportElementKind::anchor>, SVGAnchorElementInterface, Anchor, Grouping, TextContent, Link>,
-	ElementClass<kSVGTspanElementClass, "tspan", PlainElement<SVGImportElementKind::tspan>, SVGTextContentInterface, TextContent>,
+	ElementClass<kSVGTspanElementClass, "tspan tref", PlainElement<SVGImportElementKind::tspan>, SVGTextContentInterface, TextContent>,
 	ElementClass<kSVGTextPathElementClass, "textPath", PlainElement<SVGImportElementKind::textPath>, SVGTextPathElementInterface, TextPath, TextContent, Link>,
 	ElementClass<kSVGFilterElementClass, "filter", PlainElement<SVGImportElementKind::filter>, SVGFilterElementInterface, Filter, Link, Position, Size>,
 	ElementClass<kSVGFeBlendElementClass, "feBlend", PlainElement<SVGImportElementKind::feBlend>, SVGFilterPrimitiveInterface, FilterPrimitive, Position, Size>,

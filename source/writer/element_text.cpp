@@ -57,6 +57,8 @@ Formatted FormatTransform(std::string& text, const ElementBase& element, const V
 Tag TagOfElement(const ElementBase& element, const DocumentSource* source, const SourceElement* record)
 {
 	const Kind kind = ClassKindOf(element);
+	if (kind == Kind::tspan)
+		return element.HasAttribute(Number::link) ? Tag::tref : TagOf(kind);
 	if (kind != Kind::path && kind != Kind::circle)
 		return TagOf(kind);
 	if (source != nullptr && record != nullptr)

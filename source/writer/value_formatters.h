@@ -66,7 +66,10 @@ bool FormatTransformOrigin(std::string& text, const WrittenValue& value);
 bool FormatViewBox(std::string& text, const WrittenValue& value);
 bool FormatAspectRatio(std::string& text, const WrittenValue& value);
 
+bool FormatTextPathData(std::string& text, const WrittenValue& value);
+
 // Paint and effects.
+bool FormatClipPath(std::string& text, const WrittenValue& value);
 bool FormatPaint(std::string& text, const WrittenValue& value);
 bool FormatFilter(std::string& text, const WrittenValue& value);
 

@@ -33,6 +33,7 @@ constexpr FormatterRow kFormatters[] = {
 	{&complete::ReadText, &FormatText},
 	{&complete::ReadRawText, &FormatText},
 	{&complete::ReadReference, &FormatReference},
+	{&complete::ReadClipPath, &FormatClipPath},
 	{&complete::ReadKeyword, &FormatKeyword},
 	{&complete::ReadExactKeyword, &FormatKeyword},
 	{&complete::ReadDisplay, &FormatDisplay},
@@ -57,11 +58,13 @@ constexpr FormatterRow kFormatters[] = {
 	{&complete::ReadOrient, &FormatOrient},
 	{&complete::ReadBaselineShift, &FormatBaselineShift},
 	{&complete::ReadMatrix, &FormatMatrix},
+	{&complete::ReadTextPathData, &FormatTextPathData},
 	{&complete::ReadTransformOrigin, &FormatTransformOrigin},
 	{&complete::ReadViewBox, &FormatViewBox},
 	{&complete::ReadAspectRatio, &FormatAspectRatio},
 	{&complete::ReadPaint, &FormatPaint},
 	{&complete::ReadColor, &FormatPaint},
+	{&complete::ReadBackground, &FormatPaint},
 	{&complete::ReadStopColor, &FormatPaint},
 	{&complete::ReadPaintOrder, &FormatPaintOrder},
 	{&complete::ReadFilter, &FormatFilter},
@@ -97,6 +100,8 @@ Number WrittenAs(Number key) noexcept
 		return Number::fontWeight;
 	case Number::link:
 		return Number::href;
+	case Number::clipShape:
+		return Number::clipPath;
 	case Number::points:
 		return Number::d;
 	default:

@@ -125,7 +125,7 @@ constexpr const char* kClasses =
 
 constexpr const char* kDataTypes = "SVGPaint SVGLength SVGLength2d SVGPathCommand SVGGradientStop SVGLinearGradient "
 								   "SVGRadialGradient SVGViewbox SVGViewport SVGPreserveAspectRatio SVGOrient "
-								   "SVGBaselineShift SVGFilterFunction";
+								   "SVGBaselineShift SVGFilterFunction SVGClipShape";
 
 class Registration : public SvgModuleTest
 {

@@ -70,6 +70,29 @@ TEST(ImagePixels, WhatIsDamagedOrTooLargeIsNothing)
 		EXPECT_TRUE(DecodeText(text, bounds).GetBox().IsEmpty()) << text;
 }
 
+TEST(ImagePixels, PngFilesShowAsFarAsTheyGo)
+{
+	// Two rows of two pixels, stored unpacked: red and green, then blue and white.
+	const std::string rows("\0\xFF\0\0\0\xFF\0\0\0\0\xFF\xFF\xFF\xFF"s);
+	const std::string packed = "\x78\x01\x01\x0E\0\xF1\xFF"s + rows;
+	const auto chunk = [](const std::string& name, const std::string& content)
+	{
+		return std::string("\0\0\0"s) + static_cast<char>(content.size()) + name + content + "\0\0\0\0"s;
+	};
+	const std::string file = "\x89PNG\r\n\x1A\n"s + chunk("IHDR", "\0\0\0\x02\0\0\0\x02\x08\x02\0\0\0"s) +
+							 chunk("IDAT", packed + "\0\0\0\0"s);
+	// None of its sums is right.
+	const filters::Raster picture = DecodeText(file, {1e6});
+	ASSERT_EQ(4u, picture.GetCount());
+	EXPECT_EQ(0xFFFF0000u, picture.At(0, 0));
+	EXPECT_EQ(0xFFFFFFFFu, picture.At(1, 1));
+	EXPECT_TRUE(DecodeText(file, {3.0}).GetBox().IsEmpty());
+	EXPECT_TRUE(DecodeText(file.substr(0, 20), {1e6}).GetBox().IsEmpty());
+	const filters::Raster part = DecodeText(file.substr(0, file.size() - 12), {1e6});
+	ASSERT_EQ(4u, part.GetCount());
+	EXPECT_EQ(0u, part.At(1, 1));
+}
+
 TEST(ImagePixels, PicturesOfTurnedCamerasAreMadeUpright)
 {
 	// Two rows of three pixels, and where each of them goes, as the corners of the results say.

@@ -140,9 +140,25 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 			  Row(DrawCompletely("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
 								 "xlink:href='#r'>█<tspan x='25'>█</tspan></textPath></text>"),
 				  40));
+	// The other side of a path runs back; a path that is given in place comes first.
+	EXPECT_EQ("000000 40-54",
+			  Column(DrawCompletely(path + "<text><textPath side='right' path='M10 70v-60' startOffset='50%' "
+										   "xlink:href='#p'>█</textPath></text>"),
+					 20));
 	// What leads nowhere is left out with its characters.
 	EXPECT_EQ("000000 10-24",
 			  Row(DrawCompletely("<text x='10' y='50'><textPath xlink:href='#q'>█</textPath>█</text>"), 40));
+}
+
+TEST_F(Texts, TakeTheCharactersOfOthersByReference)
+{
+	const auto picture = DrawCompletely(
+		"<defs><text id='t'> ██ </text><g id='g'><text>█<tspan>█</tspan></text></g></defs>"
+		"<text x='10' y='20'>█ <tref xlink:href='#t' fill='#f00' dx='5'>x<tspan>█</tspan></tref></text>"
+		"<text y='50'><tref href='#g' x='10 40'/>█</text><text x='10' y='80'>█<tref href='#none'/>█</text>");
+	EXPECT_EQ("000000 10-24, ff0000 37-66", Row(picture, 10));
+	EXPECT_EQ("000000 10-24, 000000 40-54, 000000 56-69", Row(picture, 40));
+	EXPECT_EQ("000000 10-39", Row(picture, 70));
 }
 
 TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)

@@ -338,6 +338,43 @@ bool TakeTransform(ValueCursor& cursor, Accumulator& accumulator) noexcept
 	return false;
 }
 
+/// "rotate": an angle, and before or behind it the axis, unless that is the one out of the plane.
+bool TakeRotation(ValueCursor& cursor, Accumulator& accumulator) noexcept
+{
+	double degrees = 0;
+	std::array<double, 3> axis{0, 0, 1};
+	const char* const start = cursor.At();
+	bool isAngleFirst = cursor.TakeAngle(false, degrees);
+	// A zero without a unit may begin the axis.
+	const bool mayBeAxis = isAngleFirst && !IsLetter(cursor.At()[-1]);
+	cursor.SkipSpaces();
+	if (isAngleFirst && cursor.IsAtEnd())
+	{
+		accumulator.Append(Rotation(0, 0, 1, degrees));
+		return true;
+	}
+	isAngleFirst = isAngleFirst && !mayBeAxis;
+	if (!isAngleFirst)
+		cursor.MoveTo(start);
+	if (cursor.TakeWord("x"))
+		axis = {1, 0, 0};
+	else if (cursor.TakeWord("y"))
+		axis = {0, 1, 0};
+	else if (!cursor.TakeWord("z"))
+	{
+		for (double& number : axis)
+		{
+			if (!cursor.TakePlainNumber(number))
+				return false;
+			cursor.SkipSpaces();
+		}
+	}
+	if (!isAngleFirst && !cursor.TakeAngle(false, degrees))
+		return false;
+	accumulator.Append(Rotation(axis[0], axis[1], axis[2], degrees));
+	return true;
+}
+
 /// A keyword of "transform-origin", and the axes that it may stand for.
 struct OriginRow
 {
@@ -389,6 +426,43 @@ Parsed ParseTransformProperty(std::string_view text, const RelativeUnits& units,
 			if (!TakeTransform(cursor, accumulator))
 				return Parsed::refused;
 		} while (!cursor.IsAtEnd());
+	}
+	return cursor.IsAtEnd() && accumulator.Finish(transform) ? Parsed::value : Parsed::refused;
+}
+
+Parsed ParseSingleTransform(std::string_view text, SingleTransform property, const RelativeUnits& units,
+							Transform& transform) noexcept
+{
+	ValueCursor cursor(text);
+	Accumulator accumulator(units);
+	if (cursor.TakeWord("none"))
+		return cursor.IsAtEnd() && accumulator.Finish(transform) ? Parsed::value : Parsed::refused;
+	if (property == SingleTransform::rotate)
+	{
+		if (!TakeRotation(cursor, accumulator))
+			return Parsed::refused;
+	}
+	else
+	{
+		std::array<Length, 3> n{kZero, kZero, kZero};
+		std::size_t count = 0;
+		for (; count != n.size() && !cursor.IsAtEnd(); ++count)
+		{
+			bool isPercentage;
+			const bool isTaken = property == SingleTransform::scale
+									 ? cursor.TakeNumberOrPercentage(n[count].value, isPercentage)
+									 : cursor.TakeLength(Range::any, false, n[count]) &&
+										   (count != 2 || n[count].unit != LengthUnit::percent);
+			if (!isTaken)
+				return Parsed::refused;
+			cursor.SkipSpaces();
+		}
+		if (count == 0)
+			return Parsed::refused;
+		if (property == SingleTransform::scale)
+			accumulator.Append(Scaling(n[0].value, n[count == 1 ? 0 : 1].value, count == 3 ? n[2].value : 1));
+		else
+			accumulator.Translate(n[0], n[1], n[2]);
 	}
 	return cursor.IsAtEnd() && accumulator.Finish(transform) ? Parsed::value : Parsed::refused;
 }

@@ -56,6 +56,19 @@ Parsed ParseTransformAttribute(std::string_view text, Matrix& matrix) noexcept;
 /// the part that acts within the plane counts, as browsers have it for SVG; perspective does nothing.
 Parsed ParseTransformProperty(std::string_view text, const RelativeUnits& units, Transform& transform) noexcept;
 
+/// The properties that come before "transform", in the order in which they apply.
+enum class SingleTransform
+{
+	translate,
+	rotate,
+	scale
+};
+
+/// "translate", "rotate" and "scale": "none", or the arguments of one function. As with `ParseTransformProperty`, what
+/// acts within the plane counts.
+Parsed ParseSingleTransform(std::string_view text, SingleTransform property, const RelativeUnits& units,
+							Transform& transform) noexcept;
+
 /// The point that a transform leaves where it is; percentages are of the reference box.
 struct TransformOrigin
 {

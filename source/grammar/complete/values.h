@@ -33,5 +33,6 @@
 #include "complete/filters.h"
 #include "complete/numbers.h"
 #include "complete/paths.h"
+#include "complete/shapes.h"
 #include "complete/text.h"
 #include "complete/transforms.h"

@@ -20,7 +20,7 @@ constexpr TagSet kAll = TagSet::All();
 constexpr TagSet kGradients{Kind::linearGradient, Kind::radialGradient};
 constexpr TagSet kPrimitives = TagSet::Range(Kind::feBlend, Kind::feTurbulence);
 constexpr TagSet kTransferFunctions = TagSet::Range(Kind::feFuncR, Kind::feFuncA);
-constexpr TagSet kTexts{Kind::text, Kind::tspan};
+constexpr TagSet kTexts = TagSet{Kind::text, Kind::tspan} | TagSet::Of({Tag::tref});
 constexpr TagSet kFitted{Kind::svg, Kind::symbol, Kind::marker, Kind::pattern};
 constexpr TagSet kRound = TagSet{Kind::circle, Kind::radialGradient} | TagSet::Of({Tag::ellipse});
 constexpr TagSet kSized =
@@ -28,8 +28,9 @@ constexpr TagSet kSized =
 						 Kind::filter, Kind::pattern, Kind::symbol, Kind::foreignObject};
 constexpr TagSet kPositioned = kSized | kTexts | TagSet{Kind::fePointLight, Kind::feSpotLight};
 constexpr TagSet kShifted = kTexts | TagSet{Kind::feOffset, Kind::feDropShadow};
-constexpr TagSet kLinking = kGradients | TagSet{Kind::use,   Kind::pattern, Kind::filter, Kind::textPath,
-												Kind::image, Kind::feImage, Kind::anchor};
+constexpr TagSet kLinking =
+	kGradients | TagSet::Of({Tag::tref}) |
+	TagSet{Kind::use, Kind::pattern, Kind::filter, Kind::textPath, Kind::image, Kind::feImage, Kind::anchor};
 
 // Keywords -----------------------------------------------------------------------------------------------------------
 
@@ -63,6 +64,9 @@ constexpr Keyword kWritingMode[] = {{"horizontal-tb", 0}, {"lr-tb", 0}, {"rl-tb"
 constexpr Keyword kDirection[] = {{"ltr", 0}, {"rtl", 1}};
 constexpr Keyword kUnicodeBidi[] = {{"normal", 0}, {"embed", 1}, {"isolate", 2}, {"bidi-override", 3}, {"isolate-override", 4}, {"plaintext", 5}};
 constexpr Keyword kFontVariant[] = {{"normal", 0}, {"none", 0}, {"small-caps", 1}};
+constexpr Keyword kFontKerning[] = {{"auto", 0}, {"normal", 1}, {"none", 2}};
+constexpr Keyword kTextOrientation[] = {{"mixed", 0}, {"upright", 1}, {"sideways", 2}, {"sideways-right", 2}};
+constexpr Keyword kSide[] = {{"left", 0}, {"right", 1}};
 constexpr Keyword kWhiteSpace[] = {{"normal", 0}, {"pre", 1}, {"nowrap", 2}, {"pre-wrap", 3}, {"pre-line", 4}, {"break-spaces", 5}};
 constexpr Keyword kPointerEvents[] = {{"auto", 0}, {"visiblepainted", 1}, {"visiblefill", 2}, {"visiblestroke", 3}, {"visible", 4}, {"painted", 5}, {"fill", 6}, {"stroke", 7}, {"all", 8}, {"none", 9}, {"bounding-box", 10}};
 constexpr Keyword kEdgeMode[] = {{"duplicate", 0}, {"wrap", 1}, {"none", 2}};
@@ -122,7 +126,7 @@ constexpr std::array kRules = {
 	Rule{"font-style", Number::fontStyle, &ReadFontStyle, Role::inherited, kAll, "normal"},
 	Rule{"font-weight", Number::fontWeight, &ReadFontWeight, Role::inherited, kAll, "normal"},
 	Rule{"mask", Number::mask, &ReadReference, Role::property},
-	Rule{"clip-path", Number::clipPath, &ReadReference, Role::property},
+	Rule{"clip-path", Number::clipPath, &ReadClipPath, Role::property},
 	Rule{"gradientTransform", Number::gradientTransform, &ReadMatrix, Role::attribute, kGradients},
 	Rule{"patternTransform", Number::patternTransform, &ReadMatrix, Role::attribute, TagSet{Kind::pattern}},
 	Rule{"patternUnits", Number::patternUnits, &ReadExactKeyword, Role::attribute, TagSet{Kind::pattern}, "", kUnits},
@@ -239,6 +243,12 @@ constexpr std::array kRules = {
 	Rule{"pointsAtZ", Number::pointsAtZ, &ReadNumber, Role::attribute, TagSet{Kind::feSpotLight}},
 	Rule{"limitingConeAngle", Number::limitingConeAngle, &ReadNumber, Role::attribute, TagSet{Kind::feSpotLight}},
 	Rule{"target", Number::target, &ReadText, Role::attribute, TagSet{Kind::anchor}},
+	Rule{"font-kerning", Number::fontKerning, &ReadKeyword, Role::declaration, kAll, "", kFontKerning},
+	Rule{"text-orientation", Number::textOrientation, &ReadKeyword, Role::declaration, kAll, "", kTextOrientation},
+	Rule{"side", Number::side, &ReadExactKeyword, Role::attribute, TagSet{Kind::textPath}, "", kSide},
+	Rule{"path", Number::path, &ReadTextPathData, Role::attribute, TagSet{Kind::textPath}},
+	Rule{"background-color", Number::backgroundColor, &ReadBackground, Role::declaration, TagSet{Kind::svg}},
+	Rule{"background", Number::backgroundColor, &ReadBackground, Role::declaration, TagSet{Kind::svg}},
 };
 
 // clang-format on

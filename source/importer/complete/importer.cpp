@@ -44,6 +44,8 @@ const Shorthand* FindShorthand(const Rule& rule) noexcept
 Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noexcept
 {
 	const ElementBase* const parent = AsElement(element.Parent());
+	if (number == SVGImportAttribute::clipPath)
+		ORVAN_TRY(TakeFromParent(element, SVGImportAttribute::clipShape));
 	if (parent == nullptr || !parent->HasAttribute(number))
 		return element.Unset(number);
 	const Data value = ORVAN_TRY(parent->Attributes().GetData(static_cast<std::int32_t>(number)));
@@ -85,6 +87,8 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 		ORVAN_TRY(TakeFromParent(element, rule.number));
 	else
 		ORVAN_TRY(element.Unset(rule.number));
+	if (rule.number == SVGImportAttribute::clipPath && keyword == CssWideKeyword::initial)
+		ORVAN_TRY(element.Unset(SVGImportAttribute::clipShape));
 	if (rule.number == SVGImportAttribute::fontWeight)
 		ORVAN_TRY(element.Unset(SVGImportAttribute::fontWeightNumber));
 	return Reading::applied;

@@ -88,7 +88,7 @@ Result<Reading> StoreLengthOrAuto(const Application& application, Range range) n
 
 bool IsText(Tag tag) noexcept
 {
-	return tag == TagOf(SVGImportElementKind::text) || tag == TagOf(SVGImportElementKind::tspan);
+	return tag == TagOf(SVGImportElementKind::text) || tag == TagOf(SVGImportElementKind::tspan) || tag == Tag::tref;
 }
 
 Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept

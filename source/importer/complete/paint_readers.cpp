@@ -3,6 +3,7 @@
 #include "importer/complete/importer.h"
 #include "importer/complete/value_readers.h"
 
+#include <algorithm>
 #include <string>
 
 namespace orvan::svg::complete
@@ -103,6 +104,33 @@ Result<Reading> ReadColor(const Application& application)
 		ORVAN_TRY(application.element.Unset(SVGImportAttribute::color));
 	else
 		ORVAN_TRY(application.element.Store(application.rule.number, ToPaint(color)));
+	return Reading::applied;
+}
+
+Result<Reading> ReadBackground(const Application& application)
+{
+	// What of the shorthand is no colour lies between blanks, and lays nothing on the page that can be drawn.
+	std::string_view rest = application.text;
+	const auto isBlank = [](char c)
+	{
+		return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
+	};
+	while (!rest.empty())
+	{
+		std::size_t length = 0;
+		for (int depth = 0; length < rest.size() && (depth > 0 || !isBlank(rest[length])); length++)
+			depth += rest[length] == '(' ? 1 : rest[length] == ')' ? -1 : 0;
+		grammar::complete::Color color;
+		if (grammar::complete::ParseColor(rest.substr(0, length), color) == Parsed::value)
+		{
+			ORVAN_TRY(application.element.Store(application.rule.number, ToPaint(color)));
+			return Reading::applied;
+		}
+		rest.remove_prefix(std::min(length + 1, rest.size()));
+	}
+	if (application.rule.name == "background-color")
+		return Reading::refused;
+	ORVAN_TRY(application.element.Unset(application.rule.number));
 	return Reading::applied;
 }
 

@@ -45,6 +45,8 @@ constexpr std::array<Row, kTagCount> kTags = []
 				tag = Tag::polyline;
 			else if (name == "ellipse")
 				tag = Tag::ellipse;
+			else if (name == "tref")
+				tag = Tag::tref;
 			rows[count++] = {name, tag};
 		});
 	return rows;

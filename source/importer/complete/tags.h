@@ -21,6 +21,7 @@ enum class Tag : std::uint8_t
 	polygon = 55,
 	polyline = 56,
 	ellipse = 57,
+	tref = 58,
 };
 
 constexpr Tag TagOf(SVGImportElementKind kind) noexcept
@@ -38,6 +39,8 @@ constexpr SVGImportElementKind KindOf(Tag tag) noexcept
 		return SVGImportElementKind::path;
 	case Tag::ellipse:
 		return SVGImportElementKind::circle;
+	case Tag::tref:
+		return SVGImportElementKind::tspan;
 	default:
 		return static_cast<SVGImportElementKind>(tag);
 	}

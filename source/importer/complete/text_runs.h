@@ -18,6 +18,12 @@ public:
 	/// Appends a run with these characters to an element, and returns it; none when nothing is left of them.
 	Result<SVGElementRef> Append(HierarchyObject& parent, std::string_view characters, bool preservesSpace);
 
+	/// Characters of another text stand here, which are not known: blanks before and behind them stay.
+	void Interrupt() noexcept
+	{
+		_endsWithBlank = false;
+	}
+
 	/// The end of the text: takes a blank at its end away.
 	Result<void> Finish() noexcept;
 

@@ -196,6 +196,8 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 		_importer.viewport = outer.viewport;
 		const std::string_view style = ORVAN_TRY(SetAttributes(node, element, tag));
 		ORVAN_TRY(SetDeclarations(node, element, tag, style));
+		if (_singleTransforms.IsAny()) [[unlikely]]
+			ORVAN_TRY(_singleTransforms.ApplyTo(element));
 		if (const auto* whiteSpace = element.Find<std::int32_t>(SVGImportAttribute::whiteSpace))
 			inner.preservesSpace = PreservesSpace(*whiteSpace);
 		if (tag == TagOf(Kind::svg))
@@ -215,6 +217,8 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 
 Result<void> TreeBuilder::BuildContent(const XmlNode& node, ElementBase& element, Tag tag, Surroundings& inner)
 {
+	if (tag == Tag::tref && inner.text != nullptr)
+		inner.text->Interrupt();
 	if (node.first_node() == nullptr)
 		return inner.text != nullptr && HoldsText(tag) ? AppendBlanks(BlanksIn(node), element, inner) : Result<void>();
 	if (tag == TagOf(Kind::text) && inner.text == nullptr)
@@ -325,7 +329,15 @@ Result<void> TreeBuilder::SetInlineStyle(ElementBase& element, Tag tag, std::str
 			break;
 		}
 		if (rule == nullptr || !IsProperty(*rule))
+		{
+			if (SingleTransforms::IsName(simple.Name())) [[unlikely]]
+			{
+				const char* const where = isInPlace ? simple.Value().data() : _rawStyle.data();
+				ORVAN_TRY(ReadSingleTransform(element, simple.Name(), simple.Value(), where));
+				isShareable = false;
+			}
 			continue;
+		}
 		const Application application{_importer, element, tag, *rule, simple.Value(), Source::style};
 		if (ORVAN_TRY(_importer.Read(application)) == Reading::applied) [[likely]]
 		{
@@ -439,16 +451,23 @@ Result<bool> TreeBuilder::Declare(ElementBase& element, Tag tag, const css::Decl
 	// A sheet's declaration is looked up and, when it is refused, reported once; the tag remembers both.
 	constexpr std::uint32_t kRefused = 1u << 31;
 	constexpr std::uint32_t kUnknown = kRefused - 1;
+	constexpr std::uint32_t kSingleTransform = kRefused - 2;
 	if (declaration.tag == 0)
 	{
 		const Rule* const found = declaration.isCustom ? nullptr : FindRule(declaration.name);
-		declaration.tag = found == nullptr || !IsProperty(*found)
+		declaration.tag = SingleTransforms::IsName(declaration.name) ? kSingleTransform
+						  : found == nullptr || !IsProperty(*found)
 							  ? kUnknown
 							  : static_cast<std::uint32_t>(found - AllRules().data()) + 1;
 	}
 	const std::uint32_t number = declaration.tag & ~kRefused;
 	if (number == kUnknown)
 		return declaration.name == kAll ? SetAll(element, tag, declaration.value) : true;
+	if (number == kSingleTransform)
+	{
+		ORVAN_TRY(ReadSingleTransform(element, declaration.name, declaration.value, where));
+		return false;
+	}
 	const Rule& rule = AllRules()[number - 1];
 	if ((declaration.tag & kRefused) != 0)
 		return false;
@@ -468,6 +487,15 @@ Result<bool> TreeBuilder::Declare(ElementBase& element, Tag tag, const css::Decl
 	declaration.tag |= kRefused;
 	ORVAN_TRY(_importer.WarnOfValue(application, {where, _elementTag}));
 	return false;
+}
+
+/// What is no property of its own: the element's transform takes it over.
+Result<void> TreeBuilder::ReadSingleTransform(ElementBase& element, std::string_view name, std::string_view value,
+											  const char* where)
+{
+	if (_singleTransforms.Read(name, value, _importer.viewport))
+		return {};
+	return _importer.Warn(&element, {where, _elementTag}, name, ORVAN_TRY(DescribeRefusedValue(name, value)).View());
 }
 
 Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner)

@@ -6,6 +6,7 @@
 #include "css/variables.h"
 #include "importer/complete/host_memory.h"
 #include "importer/complete/importer.h"
+#include "importer/complete/single_transforms.h"
 #include "importer/complete/style_sheets.h"
 #include "importer/complete/text_runs.h"
 #include "importer/style_cache.h"
@@ -54,6 +55,8 @@ private:
 	Result<void> SetSubstituted(const Application& application, const ValuePlace& place);
 	Result<bool> Declare(ElementBase& element, Tag tag, const css::Declaration& declaration, const char* where);
 	Result<void> BuildContent(const XmlNode& node, ElementBase& element, Tag tag, Surroundings& inner);
+	Result<void> ReadSingleTransform(ElementBase& element, std::string_view name, std::string_view value,
+									 const char* where);
 	Result<void> BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner);
 	Result<void> AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner);
 	Result<void> AppendBlanks(std::string_view blanks, HierarchyObject& parent, const Surroundings& inner);
@@ -76,6 +79,7 @@ private:
 	ReferenceDecoder _styles; ///< Style attributes stay good while their declarations are set.
 	StyleCache _styleCache;
 	css::Arena _arena;
+	SingleTransforms _singleTransforms; ///< Of the element at hand.
 	std::pmr::vector<css::Declaration>
 		_declarations; ///< Those of the style at hand that need tokens; kept for their room.
 	css::VariableBudget _variableBudget;

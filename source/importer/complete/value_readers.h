@@ -16,6 +16,7 @@ Result<Reading> ReadText(const Application& application);    ///< Without the bl
 Result<Reading> ReadRawText(const Application& application); ///< As written.
 Result<Reading> ReadReference(const Application& application);
 Result<Reading> ReadMarkers(const Application& application);
+Result<Reading> ReadClipPath(const Application& application); ///< A reference, or a shape.
 
 // Keywords.
 Result<Reading> ReadKeyword(const Application& application);      ///< Of a property: in any case.
@@ -48,6 +49,7 @@ Result<Reading> ReadBaselineShift(const Application& application);
 // Geometry.
 Result<Reading> ReadPathData(const Application& application);
 Result<Reading> ReadPoints(const Application& application);
+Result<Reading> ReadTextPathData(const Application& application); ///< Commands in the dictionary.
 Result<Reading> ReadTransform(const Application& application);
 Result<Reading> ReadMatrix(const Application& application);
 Result<Reading> ReadTransformOrigin(const Application& application);
@@ -58,6 +60,7 @@ Result<Reading> ReadAspectRatio(const Application& application);
 Result<Reading> ReadPaint(const Application& application);
 Result<Reading> ReadColor(const Application& application);
 Result<Reading> ReadStopColor(const Application& application);
+Result<Reading> ReadBackground(const Application& application); ///< Of a shorthand the colour.
 Result<Reading> ReadPaintOrder(const Application& application);
 Result<Reading> ReadFilter(const Application& application);
 

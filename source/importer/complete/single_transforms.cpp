@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "importer/complete/single_transforms.h"
+
+#include "complete/values.h"
+#include "elements/element_classes.h"
+
+#include <algorithm>
+
+namespace orvan::svg::complete
+{
+namespace
+{
+
+constexpr std::array<std::string_view, 3> kNames = {"translate", "rotate", "scale"};
+
+std::size_t FindName(std::string_view name) noexcept
+{
+	return static_cast<std::size_t>(std::ranges::find(kNames, name) - kNames.begin());
+}
+
+} // namespace
+
+bool SingleTransforms::IsName(std::string_view name) noexcept
+{
+	return FindName(name) < kNames.size();
+}
+
+bool SingleTransforms::Read(std::string_view name, std::string_view value, const Vector2d& viewport) noexcept
+{
+	const std::size_t index = FindName(name);
+	grammar::complete::Transform transform;
+	// Nothing of them is inherited, so the words for all properties come to the same.
+	if (grammar::complete::ParseCssWide(value) == grammar::complete::CssWideKeyword::none)
+	{
+		const grammar::complete::RelativeUnits units{.viewportWidth = viewport.x, .viewportHeight = viewport.y};
+		const auto property = static_cast<grammar::complete::SingleTransform>(index);
+		if (grammar::complete::ParseSingleTransform(value, property, units, transform) != grammar::Parsed::value)
+			return false;
+	}
+	const grammar::Matrix m = transform.For(viewport.x, viewport.y);
+	_matrices[index] = {{m.e, m.f}, {m.a, m.b}, {m.c, m.d}};
+	_isAny = true;
+	return true;
+}
+
+Result<void> SingleTransforms::ApplyTo(ElementBase& element) noexcept
+{
+	const Matrix2d before = _matrices[0] * _matrices[1] * _matrices[2];
+	_matrices.fill(Matrix2d());
+	_isAny = false;
+	return element.SetLocalTransform(before * element.GetLocalTransform());
+}
+
+} // namespace orvan::svg::complete

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+/// "translate", "rotate" and "scale": properties that share the element's one transform with "transform".
+#pragma once
+
+#include "elements/element_base.h"
+
+#include <array>
+#include <string_view>
+
+namespace orvan::svg::complete
+{
+
+/// Collects what the declarations of one element say, and puts it before the element's transform in the end. The names
+/// are those of attributes as well, which have nothing to do with it.
+class SingleTransforms
+{
+public:
+	static bool IsName(std::string_view name) noexcept;
+
+	/// Takes a declaration over; false when its value is none. Percentages are of the viewport.
+	bool Read(std::string_view name, std::string_view value, const Vector2d& viewport) noexcept;
+
+	/// True when a declaration was taken over since the last `ApplyTo`.
+	bool IsAny() const noexcept
+	{
+		return _isAny;
+	}
+
+	/// Changes the element's transform by what was read, and forgets it.
+	Result<void> ApplyTo(ElementBase& element) noexcept;
+
+private:
+	std::array<Matrix2d, 3> _matrices; ///< In the order in which they apply.
+	bool _isAny = false;
+};
+
+} // namespace orvan::svg::complete
