@@ -124,8 +124,10 @@ bool FormatFontWeight(std::string& text, const WrittenValue& value)
 		}
 		return AppendNumber(text, *number, value.style.numbers);
 	}
+	// Numbers are shorter, and what a complete import makes of either; the plain one reads no numbers.
 	static constexpr std::string_view kNames[] = {"normal", "bold"};
-	return AppendName(text, kNames, value.Find<std::int32_t>());
+	static constexpr std::string_view kNumbers[] = {"400", "700"};
+	return AppendName(text, value.style.isPlain ? kNames : kNumbers, value.Find<std::int32_t>());
 }
 
 bool FormatFontStretch(std::string& text, const WrittenValue& value)

@@ -140,7 +140,11 @@ TEST_F(Saving, WritesWhatTheTreeSaysInTheShortestForm)
 {
 	const SVGDocumentRef document =
 		Open("<svg><rect x='1' width='10'/><path d='M0 0'/><polygon points='0,0 1,1 2,0'/><circle r='1'/>"
-			 "<g transform='rotate(45)'/><use href='#a'/></svg>");
+			 "<g transform='rotate(45)'/><use href='#a'/><text x='1 2' y='3 4' font-weight='900'/></svg>");
+	// What only a complete import knows besides gives way to what is set.
+	const SVGElementRef text = First(document, "text");
+	Must(Cast<SVGPositionInterface>(text)->SetX({5, SVGLengthUnit::number}));
+	Must(Cast<SVGTextElementInterface>(text)->SetFontWeight(SVGFontWeight::normal));
 	const SVGElementRef rect = First(document, "rect");
 	Must(Cast<SVGPositionInterface>(rect)->SetX({0.5, SVGLengthUnit::mm}));
 	Must(Cast<SVGSizeInterface>(rect)->SetWidth({0.125, SVGLengthUnit::percent}));
@@ -166,8 +170,10 @@ TEST_F(Saving, WritesWhatTheTreeSaysInTheShortestForm)
 	EXPECT_EQ("<svg><rect x='.5mm' width='12.5%' opacity=\".1\" fill=\"red\" clip-path=\"url('#a b')\"/><path d='M0 "
 			  "0L-.5 1e-9Z'/><path "
 			  "d=\"M0 0L1 1 2 0ZC1 2 3 4 5 6\"/><ellipse rx=\"2\"/><g transform='translate(3,-4)'/>"
-			  "<use href='#b'/></svg>",
+			  "<use href='#b'/><text x='5' y='3 4' font-weight='400'/></svg>",
 			  SavedText(document));
+	Must(Cast<SVGPositionInterface>(text)->SetPosition({{6, SVGLengthUnit::number}, {7, SVGLengthUnit::number}}));
+	EXPECT_TRUE(SavedText(document).ends_with("<text x='6' y='7' font-weight='400'/></svg>"));
 }
 
 TEST_F(Saving, RefusesWhatWouldNotLoadAgain)
