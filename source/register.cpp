@@ -9,8 +9,8 @@ namespace orvan::svg
 namespace
 {
 
-constexpr const char* kHeaders[] = {"svg_types",  "svg_elements", "svg_base", "vector_icon",
-									"svg_import", "svg_complete", "svg_edit", "vector_icon_theme"};
+constexpr const char* kHeaders[] = {"svg_types",    "svg_elements", "svg_base",          "vector_icon", "svg_import",
+									"svg_complete", "svg_edit",     "vector_icon_theme", "svg_source"};
 
 constexpr FrameworkDeclaration kFrameworks[] = {
 	{"net.orvan.svg.framework", FrameworkDeclaration::Role::defined, kHeaders, std::size(kHeaders)},

@@ -8,6 +8,8 @@
 #include "orvan/hierarchy.h"
 #include "orvan/module.h"
 #include "svg_edit.h"
+#include "svg_geometry.h"
+#include "svg_source.h"
 #include "vector_icon_theme.h"
 
 #include <cstddef>
@@ -77,6 +79,8 @@ static_assert(SVGTextElementInterface::kSlotCount == 10 && VectorIconInterface::
 static_assert(SVGElementEditInterface::kSlotCount == 11 && SVGPathEditInterface::kSlotCount == 5);
 static_assert(SVGUseEditInterface::kSlotCount == 2 && SVGDocumentEditInterface::kSlotCount == 14);
 static_assert(VectorIconThemeInterface::kSlotCount == 8);
+static_assert(SVGOutlineInterface::kSlotCount == 12 && SVGGeometryInterface::kSlotCount == 12);
+static_assert(SVGDocumentSourceInterface::kSlotCount == 14);
 static_assert(HasLayout<SVGChange, 48>() && HasLayout<SVGPathView, 16>() && SVGPathView::kRun == 32);
 
 } // namespace

@@ -198,7 +198,8 @@ TEST_F(Registration, NamesItselfOnceWithItsFrameworks)
 			  Names(Kind::framework));
 	const auto& framework = Entries(Kind::framework)[0]->GetDeclaration<FrameworkDeclaration>();
 	EXPECT_EQ(FrameworkDeclaration::Role::defined, framework.role);
-	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete svg_edit vector_icon_theme"),
+	EXPECT_EQ(Words("svg_types svg_elements svg_base vector_icon svg_import svg_complete svg_edit vector_icon_theme "
+					"svg_source"),
 			  std::vector<std::string>(framework.headers, framework.headers + framework.headerCount));
 	for (const std::size_t i : {1u, 2u})
 		EXPECT_EQ(FrameworkDeclaration::Role::used,
