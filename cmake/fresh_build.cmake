@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-# ORVAN_FRESH_BUILD makes builds from nothing quick, as the sanitizers' and those of build machines are: what most units
-# of a target include is read once a target, which is otherwise most of the time that a unit takes. It is off where people
-# work, because a change to any of these headers compiles the target again, and a forgotten include is not noticed.
+# ORVAN_FRESH_BUILD makes builds from nothing quick, as the sanitizers' are: what most units of a target include is read
+# once a target, which is otherwise most of the time that a unit takes. It is off in the release preset, because a change to
+# any of these headers compiles the target again, a forgotten include is not noticed, and g++ 12 warns of its own strings.
 if(NOT ORVAN_FRESH_BUILD)
 	return()
 endif()

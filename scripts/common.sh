@@ -65,8 +65,7 @@ install_missing()
 	apt_get -y --no-install-recommends install "${missing[@]}"
 }
 
-# build PRESET [TARGET…]: configures where that has not been done, and builds the targets (all when none is named). Build
-# machines build once: see cmake/fresh_build.cmake.
+# build PRESET [TARGET…]: configures where that has not been done, and builds the targets (all when none is named).
 build()
 {
 	local preset=$1
@@ -74,7 +73,7 @@ build()
 	(
 		cd "$project"
 		# Ninja configures again by itself when a build file has changed.
-		[[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" ${CI:+-DORVAN_FRESH_BUILD=ON} >&2
+		[[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" >&2
 		cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 |
 			sed -u '/^ninja: no work to do/d; /Re-checking globbed directories/d' >&2
 	)
