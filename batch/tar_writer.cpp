@@ -39,8 +39,8 @@ void TarWriter::Add(std::string_view name, std::string_view content)
 
 std::string TarWriter::Take()
 {
-	constexpr std::size_t kRecord = 20 * 512;
-	constexpr std::size_t kEnd = 2 * 512;
+	constexpr std::size_t kRecord = std::size_t{20} * 512;
+	constexpr std::size_t kEnd = std::size_t{2} * 512;
 	_bytes.append(kEnd, '\0');
 	_bytes.append((kRecord - _bytes.size() % kRecord) % kRecord, '\0');
 	return std::move(_bytes);

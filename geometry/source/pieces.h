@@ -16,6 +16,7 @@ struct GridPoint
 	std::int64_t x = 0;
 	std::int64_t y = 0;
 
+	// NOLINTNEXTLINE(modernize-use-nullptr): the compiler compares with a literal 0.
 	friend constexpr auto operator<=>(const GridPoint&, const GridPoint&) noexcept = default;
 
 	friend constexpr GridPoint operator-(const GridPoint& a, const GridPoint& b) noexcept

@@ -85,6 +85,7 @@ void RunChunk(const std::string& folder, std::int64_t first, const py::list& inp
 }
 
 /// What the library throws, as Python has it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): pybind11 gives it by value.
 void Translate(std::exception_ptr exception)
 {
 	try

@@ -309,8 +309,7 @@ py::list ToList(const Shared& shared, const SVGHits& found)
 		py::tuple uses(static_cast<py::ssize_t>(hit.useCount));
 		for (std::int32_t i = 0; i < hit.useCount; i++)
 			uses[static_cast<std::size_t>(i)] = Wrap(shared, found.uses[static_cast<std::size_t>(hit.firstUse + i)]);
-		hits.append(
-			MakeTuple("Hit", Wrap(shared, hit.element), kParts[static_cast<std::size_t>(hit.part)], std::move(uses)));
+		hits.append(MakeTuple("Hit", Wrap(shared, hit.element), kParts[static_cast<std::size_t>(hit.part)], uses));
 	}
 	return hits;
 }

@@ -15,7 +15,6 @@ namespace orvan::svg
 using complete::Reader;
 using complete::Rule;
 using complete::Tag;
-using complete::TagOf;
 using Kind = SVGImportElementKind;
 using Number = SVGImportAttribute;
 
