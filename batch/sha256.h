@@ -8,11 +8,7 @@
 namespace orvan::batch
 {
 
-/// SHA-256 of some bytes, in 64 hexadecimal digits, as `sha256sum` prints it. Uses the processor's instructions for it
-/// where there are some.
+/// SHA-256 of some bytes, in 64 hexadecimal digits, as `sha256sum` prints it.
 std::string GetSha256(std::string_view bytes);
-
-/// The same without those instructions.
-std::string GetPortableSha256(std::string_view bytes);
 
 } // namespace orvan::batch

@@ -9,6 +9,7 @@ build_packages=(
 	libsvgpp-dev libboost-dev              # the attribute grammar and the XML parser
 	zlib1g-dev                             # packed files
 	libcli11-dev nlohmann-json3-dev        # the host program
+	nettle-dev                             # hashes of what batches read
 	libcairo2-dev libpango1.0-dev          # the renderer
 	libpng-dev libturbojpeg0-dev libwebp-dev # the images that it draws
 	libgtest-dev

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// Batches by the program. What their results have is held against those of the Python package in its tests.
 #include "batch/row.h"
-#include "batch/sha256.h"
 #include "program_run.h"
 
 #include <gtest/gtest.h>
@@ -60,17 +59,6 @@ TEST_F(Batches, RefuseWhatMakesNoSense)
 	fs::remove_all(_output / "00000001");
 	_folder.Write("out/00000001", "in the way");
 	EXPECT_EQ(1, Run().status);
-}
-
-TEST(Hashes, AreTheSameWithAndWithoutInstructions)
-{
-	EXPECT_EQ("ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad", batch::GetPortableSha256("abc"));
-	std::string bytes;
-	for (int i = 0; i < 200; i++)
-	{
-		ASSERT_EQ(batch::GetPortableSha256(bytes), batch::GetSha256(bytes)) << i;
-		bytes += static_cast<char>(i * 37);
-	}
 }
 
 TEST(RowsOfJson, KeepEveryByteOfAName)
