@@ -48,7 +48,9 @@ constexpr Vector2d Turn(const Vector2d& v) noexcept
 
 inline double LengthOf(const Vector2d& v) noexcept
 {
-	return std::hypot(v.x, v.y);
+	const double squared = Dot(v, v);
+	// Only where a square has lost digits is the longer way needed.
+	return squared > 1e-280 && squared < 1e280 ? std::sqrt(squared) : std::hypot(v.x, v.y);
 }
 
 /// The direction of length 1; zero for what leads nowhere.

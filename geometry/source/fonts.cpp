@@ -36,7 +36,7 @@ drawing::PangoContextPtr MakeFontContext() noexcept
 
 void KeepFontLibraries() noexcept
 {
-	dlopen("libpangoft2-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+	[[maybe_unused]] static void* const kept = dlopen("libpangoft2-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
 } // namespace orvan::geometry

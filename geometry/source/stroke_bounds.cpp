@@ -32,8 +32,7 @@ public:
 			for (int i = FindTurns(curve, axis, at); i-- > 0;)
 				AddAcross(curve.GetPoint(at[i]), curve.GetDirection(at[i]));
 		}
-		if (MayHaveCusps(curve))
-			AddCusps(curve);
+		_mayHaveCusps = _mayHaveCusps || MayHaveCusps(curve);
 	}
 
 	void Join(const Vector2d& point, Vector2d in, Vector2d out) noexcept
@@ -58,12 +57,54 @@ public:
 		Cap(point, {-1.0, 0.0});
 	}
 
+	/// … and where the curve is as sharply bent as the pen is wide: the inner edge turns back there, and may stick out
+	/// on the other side. That takes long to find out, so it comes behind all else, for curves that may reach farther
+	/// than the box that is known then. `outline` is what was visited.
+	template <typename Commands>
+	void AddCuspsOf(const Commands& outline, const Matrix2d& pen) noexcept
+	{
+		CuspVisitor cusps{*this};
+		if (_mayHaveCusps)
+			VisitSegments(outline, pen, cusps);
+	}
+
 	const Rectangle& GetBox() const noexcept
 	{
 		return _box;
 	}
 
 private:
+	struct CuspVisitor
+	{
+		BoundsOfParts& parts;
+
+		void Move(const Vector2d&) noexcept
+		{
+		}
+
+		void Add(const Curve& curve) noexcept
+		{
+			if (!curve.isLine && parts.MayReachOut(curve) && parts.MayHaveCusps(curve))
+				parts.AddCusps(curve);
+		}
+
+		void Close(const Curve&) noexcept
+		{
+		}
+	};
+
+	/// False when the stroke of a curve is plainly within the box already.
+	bool MayReachOut(const Curve& curve) const noexcept
+	{
+		for (const Vector2d& point : curve.p)
+		{
+			const Vector2d center = _target.Apply(point);
+			if (!_box.Contains(center - _disc) || !_box.Contains(center + _disc))
+				return true;
+		}
+		return false;
+	}
+
 	void Add(const Vector2d& point) noexcept
 	{
 		_box.Add(_target.Apply(point));
@@ -96,12 +137,12 @@ private:
 		return !(least > 0.0 && _half * change < least * least);
 	}
 
-	/// … and where the curve is as sharply bent as the pen is wide: the inner edge turns back there, and may stick out
-	/// on the other side. Such places are looked for in steps, and found between two of them.
+	/// Looks for the places in steps, and then between two of them. The edge stands still at such a place: its point is
+	/// as exact as the square of the distance from it.
 	void AddCusps(const Curve& curve) noexcept
 	{
 		constexpr int kSteps = 16;
-		constexpr int kHalvings = 40;
+		constexpr int kHalvings = 22;
 		// Positive where the inner edge runs backwards.
 		const auto excess = [&](double t)
 		{
@@ -112,11 +153,11 @@ private:
 		double last = excess(0.0);
 		for (int i = 1; i <= kSteps; i++)
 		{
-			const double next = excess(static_cast<double>(i) / kSteps);
-			if ((last > 0.0) != (next > 0.0))
+			double low = static_cast<double>(i - 1) / kSteps;
+			double high = static_cast<double>(i) / kSteps;
+			const double next = excess(high);
+			if ((last > 0.0) != (next > 0.0) && MayReachOut(curve.GetPart(low, high)))
 			{
-				double low = static_cast<double>(i - 1) / kSteps;
-				double high = static_cast<double>(i) / kSteps;
 				for (int halving = 0; halving < kHalvings; halving++)
 				{
 					const double middle = (low + high) / 2.0;
@@ -134,6 +175,7 @@ private:
 	Vector2d _axes[2]; ///< The directions along which the target's coordinates grow.
 	Vector2d _disc;    ///< Half of the size of the pen's box in the target's coordinates.
 	Rectangle _box;
+	bool _mayHaveCusps = false;
 };
 
 } // namespace
@@ -143,6 +185,7 @@ Rectangle GetStrokeBounds(const drawing::Outline& outline, const SVGStroke& stro
 {
 	BoundsOfParts parts(stroke, target);
 	VisitStroke(outline.GetCommands(), pen, parts);
+	parts.AddCuspsOf(outline.GetCommands(), pen);
 	return parts.GetBox();
 }
 
