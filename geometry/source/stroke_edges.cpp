@@ -162,7 +162,8 @@ private:
 		{
 			OutlineWriter arc;
 			arc.Move(point + from);
-			arc.Arc(point, from, std::atan2(Cross(in, out), Dot(in, out)));
+			// Right back the turn is as much to the left as to the right: it goes around the side that was chosen.
+			arc.Arc(point, from, std::copysign(std::atan2(std::abs(Cross(in, out)), Dot(in, out)), -distance));
 			Result<Outline> made = arc.Take();
 			_isGood = _isGood && made.IsOk();
 			if (!_isGood)

@@ -113,6 +113,7 @@ TEST_F(Outlines, OfStrokesCoverWhatAStrokeCovers)
 								 "M20 60C20 0 80 0 80 60",
 								 "M20 50Q50 -60 22 60",
 								 "M20 20L60 22L20 24",
+								 "M20 20h40h-40M80 30v40v-40",
 								 "M30 30h0",
 								 "M20 80C60 20 20 20 60 80M70 70l9 9"};
 	int checked = 0;
