@@ -233,7 +233,8 @@ void Stroker::AddJoin(const Vector2d& point, const Vector2d& in, const Vector2d&
 	const Vector2d to = Times(Turn(out), side);
 	if (join == SVGLineJoin::round)
 	{
-		AddFan(point, from, std::atan2(cross, dot));
+		// Right back the turn is as much to the left as to the right: it goes around the side that was chosen.
+		AddFan(point, from, std::copysign(std::atan2(std::abs(cross), dot), -side));
 		return;
 	}
 	if (join == SVGLineJoin::miter && 2.0 <= _pen.miterLimit * _pen.miterLimit * (1.0 + dot))

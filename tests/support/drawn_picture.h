@@ -6,7 +6,9 @@
 #include "svg_module.h"
 #include "svg_render_target.h"
 
+#include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 namespace orvan
 {
@@ -89,6 +91,30 @@ protected:
 		return document;
 	}
 
+	/// Draws elements with all that a browser would read, and looks at pixels: "x,y colour; x,y colour". A "~" before a
+	/// colour lets each of its channels be two levels off, one behind it allows for the rim of a curve, whose pixels it
+	/// covers or leaves out but for a sixteenth.
+	static void ExpectPixels(const std::string& elements, const std::string& pixels)
+	{
+		const DrawnPicture picture(LoadCompletely(Document(elements)));
+		std::istringstream list(pixels);
+		for (std::string entry; std::getline(list, entry, ';');)
+		{
+			int x = -1;
+			int y = -1;
+			char comma = 0;
+			std::string wanted;
+			std::istringstream(entry) >> x >> comma >> y >> wanted;
+			ASSERT_TRUE(x >= 0 && x < 100 && y >= 0 && y < 100 && !wanted.empty()) << entry;
+			const std::string found = picture.At(x, y);
+			const bool isAsWanted = wanted.front() == '~'  ? IsNear(wanted.substr(1), found)
+									: wanted.back() == '~' ? IsAtRim(wanted.substr(0, wanted.size() - 1), found)
+														   : wanted == found;
+			EXPECT_TRUE(isAsWanted) << "at " << x << ',' << y << ' ' << found << " instead of " << wanted << " in\n"
+									<< elements;
+		}
+	}
+
 	static std::string Document(const std::string& elements)
 	{
 		return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='100' "
@@ -97,6 +123,25 @@ protected:
 	}
 
 private:
+	static bool IsNear(const std::string& wanted, const std::string& found)
+	{
+		bool isNear = wanted.size() == found.size();
+		for (std::size_t i = 0; isNear && i < wanted.size(); i += 2)
+			isNear =
+				std::abs(std::stoi(wanted.substr(i, 2), nullptr, 16) - std::stoi(found.substr(i, 2), nullptr, 16)) <= 2;
+		return isNear;
+	}
+
+	static bool IsAtRim(const std::string& wanted, const std::string& found)
+	{
+		const auto alphaOf = [](const std::string& colour)
+		{
+			return colour == "none" ? 0 : colour.size() == 8 ? std::stoi(colour.substr(6), nullptr, 16) : 255;
+		};
+		const bool isColour = wanted == "none" || found == "none" || wanted.substr(0, 6) == found.substr(0, 6);
+		return isColour && std::abs(alphaOf(wanted) - alphaOf(found)) <= 16;
+	}
+
 	static inline Module* _renderer = nullptr;
 };
 
