@@ -35,7 +35,7 @@ constexpr TagSet kLinking =
 // Keywords -----------------------------------------------------------------------------------------------------------
 
 // Those of properties are in lower case and match in any; those of other attributes match as they are written. The
-// numbers are those of the enumerations in svg_types.h.
+// numbers are those of the enumerations in svg_keywords.h.
 
 // clang-format off
 
