@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// What the complete import takes of colours, paints and filter functions, held against what Chromium makes of the same
+// texts.
+#include "complete_outcomes.h"
+
+namespace orvan::grammar::complete
+{
+namespace
+{
+
+std::string PaintOf(std::string_view text)
+{
+	static constexpr std::array kKinds{"none", "color", "currentColor", "contextFill", "contextStroke", "url"};
+	static constexpr std::array kFallbacks{"", " or none", " or color", " or currentColor"};
+	Paint paint;
+	if (ParsePaint(text, paint) != Parsed::value)
+		return kRefused;
+	std::string result = kKinds[static_cast<std::size_t>(paint.kind)];
+	if (paint.kind == PaintKind::reference)
+		result += " " + Text(paint.reference) + kFallbacks[static_cast<std::size_t>(paint.fallback)];
+	if (paint.kind == PaintKind::color || paint.fallback == PaintFallback::color)
+		result += " " + Text(paint.color);
+	return result;
+}
+
+TEST(CompleteColors, InAllNotations)
+{
+	ExpectAll(ColorOf,
+			  {"red", " RED/**/", "#f00", "#F00F", "#ff0000", "#ff0000FF", "rgb(255,0,0)", "RGB( 255 0 0 )",
+			   "rgb(100%,0%,0%)", "rgba(300,-1,0)", "hsl(0,100%,50%)", "hsl(360 100 50)", "hsl(1turn 100% 50%)",
+			   "hsla(400grad,100%,50%,1)", "hwb(0 0% 0%)", "color(srgb 1 0 none)", "rgb(255,0,0",
+			   "red icc-color(a, 1)"},
+			  "255 0 0 / 1");
+	EXPECT_EQ(ColorOf("rebeccapurple"), "102 51 153 / 1");
+	EXPECT_EQ(ColorOf("transparent"), "0 0 0 / 0");
+	EXPECT_EQ(ColorOf("CURRENTCOLOR"), "currentColor");
+	EXPECT_EQ(ColorOf("CanvasText"), "0 0 0 / 1");
+	EXPECT_EQ(ColorOf("#1234"), "17 34 51 / 0.266667");
+	EXPECT_EQ(ColorOf("#12345678"), "18 52 86 / 0.470588");
+	EXPECT_EQ(ColorOf("rgb(50%,49.9%,10%)"), "128 127 26 / 1");
+	EXPECT_EQ(ColorOf("rgb(1.5 2.5 3.4/50%)"), "2 3 3 / 0.5");
+	EXPECT_EQ(ColorOf("rgb(1 2 50% / none)"), "1 2 128 / 0");
+	EXPECT_EQ(ColorOf("rgba(1,2,3,120%)"), "1 2 3 / 1");
+	EXPECT_EQ(ColorOf("hsl(-50,120%,25.3%)"), "129 0 108 / 1");
+	EXPECT_EQ(ColorOf("hsla(1rad,50%,50%,.3)"), "191 186 64 / 0.3");
+	EXPECT_EQ(ColorOf("hwb(120 30 40)"), "77 153 77 / 1");
+	EXPECT_EQ(ColorOf("hwb(120 80% 40%)"), "170 170 170 / 1");
+	ExpectAll(ColorOf,
+			  {"",
+			   "#12",
+			   "#12345",
+			   "#ggg",
+			   "reddish",
+			   "red blue",
+			   "re/**/d",
+			   "rgb()",
+			   "rgb(1,2)",
+			   "rgb(1 2 3 4)",
+			   "rgb(1,2 3)",
+			   "rgb(1,2,3,)",
+			   "rgb(1,2,50%)",
+			   "rgb(none,2,3)",
+			   "rgb(1,2,3,none)",
+			   "rgb(1px,2,3)",
+			   "rgb (1,2,3)",
+			   "rgb(1,2,3)x",
+			   "hsl(120,100,50)",
+			   "hwb(1,2%,3%)",
+			   "lab(1,2,3)",
+			   "color(srgb 1 2)",
+			   "color(foo 1 2 3)",
+			   "none",
+			   "url(#a)",
+			   "rgb(1e400 2 3)"},
+			  kRefused);
+}
+
+TEST(CompleteColors, OtherSpacesComeToSrgb)
+{
+	EXPECT_EQ(ColorOf("lab(50% 40 -20)"), ColorOf("lab(50 32% -16%)"));
+	EXPECT_EQ(ColorOf("lab(100 0 0)"), "255 255 255 / 1");
+	EXPECT_EQ(ColorOf("lab(46.277 -47.562 48.583)"), "0 128 0.01 / 1");
+	EXPECT_EQ(ColorOf("lch(46.277 67.989 134.391)"), ColorOf("lab(46.277 -47.562 48.583)"));
+	EXPECT_EQ(ColorOf("oklab(.51975 -.1403 .10768)"), "0.02 128 0 / 1");
+	EXPECT_EQ(ColorOf("oklch(51.975% .17686 142.495)"), "0 128 0 / 1");
+	EXPECT_EQ(ColorOf("color(display-p3 1 0 0 / .5)"), "255 0 0 / 0.5");
+	EXPECT_EQ(ColorOf("color(display-p3 .21604 .49418 .13151)"), "0 128 0 / 1");
+	EXPECT_EQ(ColorOf("color(rec2020 .33033 .44055 .15537)"), ColorOf("color(rec2020 33.033% 44.055% 15.537%)"));
+	EXPECT_EQ(ColorOf("color(xyz-d50 .9643 1 .8251)"), "255 255 255 / 1");
+	EXPECT_EQ(ColorOf("color(xyz .07719 .15438 .02573)"), "0 128 0 / 1");
+	EXPECT_EQ(ColorOf("color(a98-rgb 1 1 1)"), "255 255 255 / 1");
+	EXPECT_EQ(ColorOf("color(prophoto-rgb .5 .5 .5)"), "145.94 145.94 145.94 / 1");
+	EXPECT_EQ(ColorOf("color(srgb-linear .5 .5 .5)"), "187.52 187.52 187.52 / 1");
+}
+
+TEST(CompletePaints, WithReferencesAndFallbacks)
+{
+	EXPECT_EQ(PaintOf(" None "), "none");
+	EXPECT_EQ(PaintOf("#00f"), "color 0 0 255 / 1");
+	EXPECT_EQ(PaintOf("currentcolor"), "currentColor");
+	EXPECT_EQ(PaintOf("Context-Fill"), "contextFill");
+	EXPECT_EQ(PaintOf("context-stroke"), "contextStroke");
+	ExpectAll(PaintOf,
+			  {"url(#a)", "URL( #a )", "url('#a')", "url( \"#a\" )", "url(#a", "url(\"#\\61\")", "/**/url(#\\61 )"},
+			  "url #a");
+	EXPECT_EQ(PaintOf("url(a.svg#b) none"), "url a.svg#b or none");
+	EXPECT_EQ(PaintOf("url(#a)red"), "url #a or color 255 0 0 / 1");
+	EXPECT_EQ(PaintOf("url(#a) currentColor"), "url #a or currentColor");
+	EXPECT_EQ(PaintOf("url(#\xc3\xa9)"), "url #\xc3\xa9");
+	EXPECT_EQ(PaintOf("url()"), "url ");
+	ExpectAll(PaintOf,
+			  {"url(#a b)", "url(a\"b)", "url (#a)", "url(#a) url(#b)", "url(#a) inherit", "url(#a) context-fill",
+			   "url('#a' x)", "none none", "freeze", "", "url(#a) red x", "inherit"},
+			  kRefused);
+
+	const auto reference = [](std::string_view text)
+	{
+		return Outcome<Reference>(ParseReference, text);
+	};
+	EXPECT_EQ(reference("None"), "nothing");
+	EXPECT_EQ(reference("url('#m')"), "#m");
+	EXPECT_EQ(reference("url(#a) none"), kRefused);
+	EXPECT_EQ(reference("#a"), kRefused);
+	EXPECT_EQ(Outcome<Reference>(ParseIri, "\n#a b "), "#a b");
+	EXPECT_EQ(Outcome<Reference>(ParseIri, " a.png"), "a.png");
+	EXPECT_EQ(Outcome<Reference>(ParseIri, " "), "nothing");
+
+	PaintOrder order;
+	EXPECT_EQ(ParsePaintOrder("MARKERS stroke", order), Parsed::value);
+	EXPECT_EQ(order, (PaintOrder{PaintLayer::markers, PaintLayer::stroke, PaintLayer::fill}));
+	EXPECT_EQ(ParsePaintOrder("normal", order), Parsed::value);
+	EXPECT_EQ(order, (PaintOrder{PaintLayer::fill, PaintLayer::stroke, PaintLayer::markers}));
+	for (const char* text : {"fill fill", "normal fill", "", "fill x", "fill,stroke"})
+		EXPECT_EQ(ParsePaintOrder(text, order), Parsed::refused) << text;
+}
+
+TEST(CompleteFilters, FunctionsAndReferences)
+{
+	const auto filter = [](std::string_view text)
+	{
+		Sink sink;
+		return ParseFilter(text, Source::style, sink) == Parsed::value ? sink.text : kRefused;
+	};
+	EXPECT_EQ(filter("None"), "");
+	EXPECT_EQ(filter("url(#f) BLUR(5PX)blur()"), "0 1 0px 0px 0px - #f;1 1 5px 0px 0px - ;1 1 0px 0px 0px - ;");
+	EXPECT_EQ(filter("brightness(150%) contrast(.5) saturate()"),
+			  "2 1.5 0px 0px 0px - ;3 0.5 0px 0px 0px - ;9 1 0px 0px 0px - ;");
+	EXPECT_EQ(filter("grayscale(2) invert(.5) opacity(30%) sepia(3)"),
+			  "5 1 0px 0px 0px - ;7 0.5 0px 0px 0px - ;8 0.3 0px 0px 0px - ;10 1 0px 0px 0px - ;");
+	EXPECT_EQ(filter("hue-rotate(.5turn) hue-rotate()"), "6 180 0px 0px 0px - ;6 0 0px 0px 0px - ;");
+	EXPECT_EQ(filter("drop-shadow(red 1px 2em 3px)"), "4 1 3px 1px 2em 255 0 0 / 1 ;");
+	EXPECT_EQ(filter("drop-shadow(-1px 2px red)"), "4 1 0px -1px 2px 255 0 0 / 1 ;");
+	for (const char* text :
+		 {"", "blur(5)", "blur(-5px)", "blur(5%)", "brightness(-1)", "hue-rotate(90)", "drop-shadow(1px)",
+		  "drop-shadow(1px 2px -3px)", "drop-shadow(red 1px 2px red)", "drop-shadow(1px 2px 3px 4px)",
+		  "drop-shadow(1px, 2px)", "drop-shadow(1 2)", "none blur(5px)", "blur(5px),sepia(1)", "blur (5px)", "foo(1)"})
+		EXPECT_EQ(filter(text), kRefused) << text;
+}
+
+} // namespace
+} // namespace orvan::grammar::complete
