@@ -2,6 +2,7 @@
 #include "document.h"
 
 #include "require.h"
+#include "svg_import.h"
 
 #include "orvan/host/diagnostic_sink.h"
 #include "orvan/host/memory_files.h"
@@ -68,5 +69,18 @@ LoadedDocument LoadDocument(std::string_view text)
 	Require(findings.count <= 1, "a load has at most one message", text);
 	loaded.isRefused = findings.count != 0;
 	return loaded;
+}
+
+SVGDocumentRef LoadCompletely(std::string_view bytes)
+{
+	const auto document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue();
+	const auto import = Cast<SVGDocumentImportInterface>(document);
+	SVGImportOptions options;
+	options.isComplete = options.isTolerant = true;
+	Require(import->SetImportOptions(options).IsOk(), "options are taken");
+	const ThreadDiagnosticSink ignored([](const Diagnostic&, void*) {}, nullptr);
+	Require(import->InitFromMemory(bytes.data(), static_cast<std::int64_t>(bytes.size()), Url()).IsOk(),
+			"bytes are loaded");
+	return document;
 }
 } // namespace orvan::fuzz

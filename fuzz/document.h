@@ -37,6 +37,9 @@ struct LoadedDocument
 /// succeed, with at most one message, whose place must be in the text.
 LoadedDocument LoadDocument(std::string_view text);
 
+/// Loads bytes with the complete, tolerant import, whatever it has to say of them. The module must be loaded.
+SVGDocumentRef LoadCompletely(std::string_view bytes);
+
 /// Everything that an element says through its interfaces, except its children: equal texts mean equal elements. Ends
 /// the process when something is not as it must be: a number that is not finite, an enumeration's value that does not
 /// exist, a path without a start, stops that run backwards.

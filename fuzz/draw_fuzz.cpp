@@ -3,7 +3,6 @@
 
 #include "document.h"
 #include "require.h"
-#include "svg_import.h"
 #include "svg_render_target.h"
 
 #include "orvan/host/diagnostic_sink.h"
@@ -17,18 +16,6 @@ using fuzz::Require;
 
 namespace
 {
-SVGDocumentRef Load(std::string_view bytes)
-{
-	const auto document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue();
-	const auto import = Cast<SVGDocumentImportInterface>(document);
-	SVGImportOptions options;
-	options.isComplete = options.isTolerant = true;
-	Require(import->SetImportOptions(options).IsOk(), "options are taken");
-	Require(import->InitFromMemory(bytes.data(), static_cast<std::int64_t>(bytes.size()), Url()).IsOk(),
-			"bytes are loaded");
-	return document;
-}
-
 /// A colour that is multiplied by its alpha is never larger than that.
 void CheckPixels(const SVGRenderPixels& pixels)
 {
@@ -52,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 	static const bool isLoaded = Module::Load(ORVAN_CAIRO_MODULE).IsOk();
 	Require(isLoaded, "the renderer is loaded", ORVAN_CAIRO_MODULE);
 	const ThreadDiagnosticSink ignored([](const Diagnostic&, void*) {}, nullptr);
-	const SVGDocumentRef document = Load({reinterpret_cast<const char*>(data), size});
+	const SVGDocumentRef document = fuzz::LoadCompletely({reinterpret_cast<const char*>(data), size});
 	const auto context = CreateObject<SVGContextInterface>(kSVGCairoContextClass).GetValue();
 	const auto target = Cast<SVGRenderTargetInterface>(context);
 	SVGRenderOptions options;

@@ -4,7 +4,6 @@
 #include "document.h"
 #include "require.h"
 #include "svg_geometry.h"
-#include "svg_import.h"
 
 #include "orvan/host/allocation_failure.h"
 #include "orvan/host/diagnostic_sink.h"
@@ -18,18 +17,6 @@ using fuzz::Require;
 
 namespace
 {
-SVGDocumentRef Load(std::string_view bytes)
-{
-	const auto document = CreateObject<SVGDocumentInterface>(kSVGDocumentClass).GetValue();
-	const auto import = Cast<SVGDocumentImportInterface>(document);
-	SVGImportOptions options;
-	options.isComplete = options.isTolerant = true;
-	Require(import->SetImportOptions(options).IsOk(), "options are taken");
-	Require(import->InitFromMemory(bytes.data(), static_cast<std::int64_t>(bytes.size()), Url()).IsOk(),
-			"bytes are loaded");
-	return document;
-}
-
 bool IsFinite(const SVGBox& box)
 {
 	return std::isfinite(box.x) && std::isfinite(box.y) && box.width >= 0.0 && box.height >= 0.0 &&
@@ -90,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 	Require(isLoaded, "the geometry module is loaded", ORVAN_GEOMETRY_MODULE);
 	const ThreadDiagnosticSink ignored([](const Diagnostic&, void*) {}, nullptr);
 	const std::string_view text(reinterpret_cast<const char*>(data), size);
-	const SVGDocumentRef document = Load(text);
+	const SVGDocumentRef document = fuzz::LoadCompletely(text);
 	const auto geometry = CreateObject<SVGGeometryInterface>(kSVGGeometryClass).GetValue();
 	SVGGeometryOptions options;
 	options.viewWidth = 100.0;
