@@ -330,12 +330,53 @@ class Element:
     xml_lang: _TextAttribute
     y_list: _TextAttribute
 
-class Anchor(Element):
-    target: _TextAttribute
-class Circle(Element):
+# What elements of several kinds have in common. Type checkers know these; the package makes no classes of them.
+class _Placed(Element):
+    x: _LengthAttribute
+    y: _LengthAttribute
+    width: _LengthAttribute
+    height: _LengthAttribute
+class _Fitted(Element):
+    viewBox: _NumbersAttribute
+    preserveAspectRatio: _TextAttribute
+class _Shape(Element):
     @property
     def length(self) -> float: ...
     def point_at(self, length: float) -> Place: ...
+class _Gradient(Element):
+    gradientUnits: _TextAttribute
+    spreadMethod: _TextAttribute
+    gradientTransform: _NumbersAttribute
+class _PlacedText(Element):
+    x: _LengthAttribute
+    y: _LengthAttribute
+    dx: _LengthsAttribute
+    dy: _LengthsAttribute
+    rotate: _NumbersAttribute
+    textLength: _LengthAttribute
+    lengthAdjust: _TextAttribute
+class _Primitive(_Placed):
+    in_: _TextAttribute
+    in2: _TextAttribute
+    result: _TextAttribute
+class _Lighting(_Primitive):
+    surfaceScale: _NumberAttribute
+    specularConstant: _NumberAttribute
+    specularExponent: _NumberAttribute
+    diffuseConstant: _NumberAttribute
+    kernelUnitLength: _NumbersAttribute
+class _TransferFunction(Element):
+    type: _TextAttribute
+    tableValues: _NumbersAttribute
+    slope: _NumberAttribute
+    intercept: _NumberAttribute
+    amplitude: _NumberAttribute
+    exponent: _NumberAttribute
+    offset: _NumberAttribute
+
+class Anchor(Element):
+    target: _TextAttribute
+class Circle(_Shape):
     cx: _LengthAttribute
     cy: _LengthAttribute
     r: _LengthAttribute
@@ -345,54 +386,19 @@ class ClipPath(Element):
     clipPathUnits: _TextAttribute
 class Defs(Element): ...
 class Description(Element): ...
-class FeBlend(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeBlend(_Primitive):
     mode: _TextAttribute
-class FeColorMatrix(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeColorMatrix(_Primitive):
     type: _TextAttribute
     values: _NumbersAttribute
-class FeComponentTransfer(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
-class FeComposite(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeComponentTransfer(_Primitive): ...
+class FeComposite(_Primitive):
     operator: _TextAttribute
     k1: _NumberAttribute
     k2: _NumberAttribute
     k3: _NumberAttribute
     k4: _NumberAttribute
-class FeConvolveMatrix(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeConvolveMatrix(_Primitive):
     order: _NumbersAttribute
     kernelMatrix: _NumbersAttribute
     divisor: _NumberAttribute
@@ -402,150 +408,42 @@ class FeConvolveMatrix(Element):
     edgeMode: _TextAttribute
     kernelUnitLength: _NumbersAttribute
     preserveAlpha: _TextAttribute
-class FeDiffuseLighting(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
-    surfaceScale: _NumberAttribute
-    specularConstant: _NumberAttribute
-    specularExponent: _NumberAttribute
-    diffuseConstant: _NumberAttribute
-    kernelUnitLength: _NumbersAttribute
-class FeDisplacementMap(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeDiffuseLighting(_Lighting): ...
+class FeDisplacementMap(_Primitive):
     scale: _NumberAttribute
     xChannelSelector: _TextAttribute
     yChannelSelector: _TextAttribute
 class FeDistantLight(Element):
     azimuth: _NumberAttribute
     elevation: _NumberAttribute
-class FeDropShadow(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeDropShadow(_Primitive):
     dx: _NumberAttribute
     dy: _NumberAttribute
     stdDeviation: _NumbersAttribute
-class FeFlood(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
-class FeFuncA(Element):
-    type: _TextAttribute
-    tableValues: _NumbersAttribute
-    slope: _NumberAttribute
-    intercept: _NumberAttribute
-    amplitude: _NumberAttribute
-    exponent: _NumberAttribute
-    offset: _NumberAttribute
-class FeFuncB(Element):
-    type: _TextAttribute
-    tableValues: _NumbersAttribute
-    slope: _NumberAttribute
-    intercept: _NumberAttribute
-    amplitude: _NumberAttribute
-    exponent: _NumberAttribute
-    offset: _NumberAttribute
-class FeFuncG(Element):
-    type: _TextAttribute
-    tableValues: _NumbersAttribute
-    slope: _NumberAttribute
-    intercept: _NumberAttribute
-    amplitude: _NumberAttribute
-    exponent: _NumberAttribute
-    offset: _NumberAttribute
-class FeFuncR(Element):
-    type: _TextAttribute
-    tableValues: _NumbersAttribute
-    slope: _NumberAttribute
-    intercept: _NumberAttribute
-    amplitude: _NumberAttribute
-    exponent: _NumberAttribute
-    offset: _NumberAttribute
-class FeGaussianBlur(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeFlood(_Primitive): ...
+class FeFuncA(_TransferFunction): ...
+class FeFuncB(_TransferFunction): ...
+class FeFuncG(_TransferFunction): ...
+class FeFuncR(_TransferFunction): ...
+class FeGaussianBlur(_Primitive):
     stdDeviation: _NumbersAttribute
     edgeMode: _TextAttribute
-class FeImage(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeImage(_Primitive):
     preserveAspectRatio: _TextAttribute
-class FeMerge(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeMerge(_Primitive): ...
 class FeMergeNode(Element):
     in_: _TextAttribute
-class FeMorphology(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeMorphology(_Primitive):
     operator: _TextAttribute
     radius: _NumbersAttribute
-class FeOffset(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeOffset(_Primitive):
     dx: _NumberAttribute
     dy: _NumberAttribute
 class FePointLight(Element):
     x: _LengthAttribute
     y: _LengthAttribute
     z: _NumberAttribute
-class FeSpecularLighting(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
-    surfaceScale: _NumberAttribute
-    specularConstant: _NumberAttribute
-    specularExponent: _NumberAttribute
-    diffuseConstant: _NumberAttribute
-    kernelUnitLength: _NumbersAttribute
+class FeSpecularLighting(_Lighting): ...
 class FeSpotLight(Element):
     x: _LengthAttribute
     y: _LengthAttribute
@@ -555,84 +453,43 @@ class FeSpotLight(Element):
     pointsAtZ: _NumberAttribute
     specularExponent: _NumberAttribute
     limitingConeAngle: _NumberAttribute
-class FeTile(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
-class FeTurbulence(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    in_: _TextAttribute
-    in2: _TextAttribute
-    result: _TextAttribute
+class FeTile(_Primitive): ...
+class FeTurbulence(_Primitive):
     baseFrequency: _NumbersAttribute
     numOctaves: _NumberAttribute
     seed: _NumberAttribute
     stitchTiles: _TextAttribute
     type: _TextAttribute
-class Filter(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
+class Filter(_Placed):
     filterUnits: _TextAttribute
     primitiveUnits: _TextAttribute
-class ForeignObject(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
+class ForeignObject(_Placed): ...
 class Group(Element): ...
-class Image(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
+class Image(_Placed):
     preserveAspectRatio: _TextAttribute
-class Line(Element):
-    @property
-    def length(self) -> float: ...
-    def point_at(self, length: float) -> Place: ...
+class Line(_Shape):
     x1: _LengthAttribute
     y1: _LengthAttribute
     x2: _LengthAttribute
     y2: _LengthAttribute
-class LinearGradient(Element):
+class LinearGradient(_Gradient):
     x1: _LengthAttribute
     y1: _LengthAttribute
     x2: _LengthAttribute
     y2: _LengthAttribute
-    gradientUnits: _TextAttribute
-    spreadMethod: _TextAttribute
-    gradientTransform: _NumbersAttribute
-class Marker(Element):
-    viewBox: _NumbersAttribute
-    preserveAspectRatio: _TextAttribute
+class Marker(_Fitted):
     markerUnits: _TextAttribute
     markerWidth: _LengthAttribute
     markerHeight: _LengthAttribute
     refX: _LengthAttribute
     refY: _LengthAttribute
     orient: _TextAttribute
-class Mask(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
+class Mask(_Placed):
     maskUnits: _TextAttribute
     maskContentUnits: _TextAttribute
     mask_type: _TextAttribute
 class Metadata(Element): ...
-class Path(Element):
-    @property
-    def length(self) -> float: ...
-    def point_at(self, length: float) -> Place: ...
+class Path(_Shape):
     d: str
     # uint8, one for each command; float64, a row (x, y) for each point
     @property
@@ -640,34 +497,18 @@ class Path(Element):
     @property
     def points(self) -> NDArray[numpy.float64]: ...
     pathLength: _NumberAttribute
-class Pattern(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    viewBox: _NumbersAttribute
-    preserveAspectRatio: _TextAttribute
+class Pattern(_Placed, _Fitted):
     patternUnits: _TextAttribute
     patternContentUnits: _TextAttribute
     patternTransform: _NumbersAttribute
-class RadialGradient(Element):
+class RadialGradient(_Gradient):
     cx: _LengthAttribute
     cy: _LengthAttribute
     r: _LengthAttribute
     fx: _LengthAttribute
     fy: _LengthAttribute
     fr: _LengthAttribute
-    gradientUnits: _TextAttribute
-    spreadMethod: _TextAttribute
-    gradientTransform: _NumbersAttribute
-class Rect(Element):
-    @property
-    def length(self) -> float: ...
-    def point_at(self, length: float) -> Place: ...
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
+class Rect(_Shape, _Placed):
     rx: _LengthAttribute
     ry: _LengthAttribute
 class Stop(Element):
@@ -675,38 +516,12 @@ class Stop(Element):
     stop_color: _NumbersAttribute
     stop_opacity: _NumberAttribute
 class Style(Element): ...
-class Svg(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    viewBox: _NumbersAttribute
-    preserveAspectRatio: _TextAttribute
+class Svg(_Placed, _Fitted):
     background_color: _PaintAttribute
 class Switch(Element): ...
-class Symbol(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
-    viewBox: _NumbersAttribute
-    preserveAspectRatio: _TextAttribute
-class TSpan(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    dx: _LengthsAttribute
-    dy: _LengthsAttribute
-    rotate: _NumbersAttribute
-    textLength: _LengthAttribute
-    lengthAdjust: _TextAttribute
-class Text(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    dx: _LengthsAttribute
-    dy: _LengthsAttribute
-    rotate: _NumbersAttribute
-    textLength: _LengthAttribute
-    lengthAdjust: _TextAttribute
+class Symbol(_Placed, _Fitted): ...
+class TSpan(_PlacedText): ...
+class Text(_PlacedText): ...
 class TextPath(Element):
     startOffset: _LengthAttribute
     textLength: _LengthAttribute
@@ -715,8 +530,4 @@ class TextPath(Element):
     path: _TextAttribute
 class TextRun(Element): ...
 class Title(Element): ...
-class Use(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
-    width: _LengthAttribute
-    height: _LengthAttribute
+class Use(_Placed): ...
