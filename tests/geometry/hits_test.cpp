@@ -167,6 +167,149 @@ TEST_F(Hits, AmongManyAreThoseThatAreThere)
 	EXPECT_EQ(60u, row.hits.GetCount());
 }
 
+TEST_F(Hits, OnDashesFollowTheirLengthsAndOffsets)
+{
+	struct Case
+	{
+		const char* attributes;
+		std::initializer_list<double> on;
+		std::initializer_list<double> off;
+	};
+	// Along a line from 10 to 90.
+	for (const Case& sample : {
+			 Case{"stroke-dasharray='10 5'", {10.1, 19.9, 25.1, 34.9, 85.1, 89.9}, {20.1, 24.9, 35.1, 84.9}},
+			 Case{"stroke-dasharray='10'", {19.9, 30.1}, {20.1, 29.9}},
+			 // An odd number of lengths counts twice.
+			 Case{"stroke-dasharray='5 10 15'",
+				  {14.9, 25.1, 39.9, 45.1, 54.9, 70.1},
+				  {15.1, 24.9, 40.1, 44.9, 55.1, 69.9}},
+			 Case{"stroke-dasharray='10 5' stroke-dashoffset='3'", {16.9, 22.1}, {17.1, 21.9}},
+			 Case{"stroke-dasharray='10 5' stroke-dashoffset='-3'", {13.1, 22.9, 28.1}, {10.1, 12.9, 23.1, 27.9}},
+			 Case{"stroke-dasharray='10 5' stroke-dashoffset='18'", {16.9, 22.1}, {17.1, 21.9}},
+			 Case{"stroke-dasharray='10 5' stroke-dashoffset='12'", {13.1, 22.9}, {10.1, 12.9, 23.1}},
+			 Case{"stroke-dasharray='5 10 15' stroke-dashoffset='-5'", {15.1, 19.9, 30.1}, {14.9, 20.1, 29.9}},
+			 Case{"stroke-dasharray='10%'", {19.9, 30.1}, {20.1, 29.9}},
+			 Case{"stroke-dasharray='1' pathLength='8' stroke-dashoffset='.5'", {14.9, 25.1}, {15.1, 24.9}},
+			 Case{"stroke-dasharray='10 10' stroke-linecap='square'", {8.1, 21.9, 28.1}, {7.9, 22.1, 27.9}},
+			 Case{"stroke-dasharray='0 20' stroke-linecap='round'", {8.1, 11.9, 28.1, 31.9}, {7.9, 12.1, 27.9, 32.1}},
+			 Case{"stroke-dasharray='0 20'", {}, {9.9, 10.1, 29.9, 30.1}},
+			 Case{"stroke-dasharray='10 -5'", {20.1, 24.9}, {}},
+			 Case{"stroke-dasharray='0 0'", {20.1, 24.9}, {}},
+		 })
+	{
+		const AskedPicture picture("<path id='p' d='M10 20h80' stroke='red' stroke-width='4' fill='none' " +
+								   std::string(sample.attributes) + "/>");
+		for (const double x : sample.on)
+			EXPECT_EQ("p", picture.At(x, 20.5)) << sample.attributes << " at " << x;
+		for (const double x : sample.off)
+			EXPECT_EQ("", picture.At(x, 20.5)) << sample.attributes << " at " << x;
+	}
+	// Around a corner it is joined, and so is one that goes on where the path is closed. Each subpath begins anew.
+	const AskedPicture around(
+		"<g fill='none' stroke='red' stroke-width='4'><path id='c' d='M10 20h20v40' "
+		"stroke-dasharray='30 100'/><path id='z' d='M60 20h20v20h-20z' stroke-dasharray='70 5'/><path "
+		"id='o' d='M60 60h20v20h-20v-20' stroke-dasharray='70 5'/><path id='s' d='M10 80h15M10 90h15' "
+		"stroke-dasharray='10 50'/></g>");
+	EXPECT_EQ("c", around.At(31.9, 18.1));
+	EXPECT_EQ("c", around.At(30, 29.9));
+	EXPECT_EQ("", around.At(30, 30.1));
+	EXPECT_EQ("z", around.At(58.1, 18.1));
+	EXPECT_EQ("", around.At(60, 27.5));
+	EXPECT_EQ("z", around.At(60, 24.9));
+	EXPECT_EQ("", around.At(58.1, 58.1));
+	EXPECT_EQ("s", around.At(19.9, 80));
+	EXPECT_EQ("", around.At(20.1, 80));
+	EXPECT_EQ("s", around.At(19.9, 90));
+	EXPECT_EQ("", around.At(20.1, 90));
+}
+
+TEST_F(Hits, TellThePartAndAllowForATolerance)
+{
+	const AskedPicture picture(
+		"<g transform='scale(4)'><path id='p' d='M5 5h10' stroke='red' fill='none'/></g><path id='v' d='M5 15h10' "
+		"transform='scale(4)' stroke='red' fill='none' vector-effect='non-scaling-stroke'/><rect id='r' x='1' y='80' "
+		"width='10' height='10' transform='scale(4 1)' stroke='red' stroke-width='.5'/><rect id='b' x='80' y='80' "
+		"width='10' height='10' pointer-events='bounding-box' stroke='red' stroke-width='4'/><text id='t' x='70' "
+		"y='40' "
+		"font-size='20' font-family='DejaVu Sans'>n</text>");
+	struct Case
+	{
+		double x, y, tolerance;
+		const char* id;
+		SVGHitPart part;
+	};
+	for (const auto& [x, y, tolerance, id, part] : {
+			 Case{40, 21.9, 0.0, "p", SVGHitPart::stroke},
+			 Case{40, 25, 3.1, "p", SVGHitPart::stroke},
+			 Case{40, 25, 2.9, "", SVGHitPart::stroke},
+			 Case{40, 60.4, 0.0, "v", SVGHitPart::stroke},
+			 Case{40, 62, 1.6, "v", SVGHitPart::stroke},
+			 Case{40, 62, 1.4, "", SVGHitPart::stroke},
+			 Case{10, 85, 0.0, "r", SVGHitPart::fill},
+			 Case{5.1, 85, 0.0, "r", SVGHitPart::fill},
+			 Case{4.9, 85, 0.0, "r", SVGHitPart::stroke},
+			 Case{3.1, 85, 0.0, "r", SVGHitPart::stroke},
+			 Case{2.9, 85, 0.0, "", SVGHitPart::stroke},
+			 Case{85, 85, 0.0, "b", SVGHitPart::box},
+			 Case{79.5, 85, 0.0, "", SVGHitPart::box},
+			 Case{71, 39.5, 0.0, "t", SVGHitPart::text},
+			 Case{77, 39.5, 0.0, "t", SVGHitPart::text},
+			 Case{77, 26, 0.0, "t", SVGHitPart::text},
+		 })
+	{
+		const SVGHits found = Must(picture.geometry->FindAt({x, y}, {.tolerance = tolerance}));
+		EXPECT_EQ(id, AskedPicture::Describe(found)) << x << ' ' << y;
+		if (!found.hits.IsEmpty())
+		{
+			EXPECT_EQ(part, found.hits[0].part) << x << ' ' << y;
+		}
+	}
+	// Without a stroke what is near the edge is the fill still.
+	const AskedPicture plain("<rect id='r' width='10' height='10' transform='translate(10) scale(4 1)'/>");
+	EXPECT_EQ("r", plain.At(52, 5, {.tolerance = 2.1}));
+	EXPECT_EQ("", plain.At(52, 5, {.tolerance = 1.9}));
+	EXPECT_EQ("r", plain.At(30, 12, {.tolerance = 2.1}));
+	EXPECT_EQ("", plain.At(30, 12, {.tolerance = 1.9}));
+}
+
+TEST_F(Hits, PassMarkersAndEndAtViewportsOfSymbols)
+{
+	const AskedPicture picture(
+		"<marker id='m' markerUnits='userSpaceOnUse' markerWidth='20' markerHeight='20' refX='10' refY='10'><g><rect "
+		"id='k' "
+		"width='20' height='20'/><rect id='l' width='5' height='5'/></g></marker><clipPath id='c'><rect width='15' "
+		"height='99'/></clipPath><path id='p' d='M10 10h80' fill='none' stroke='red' stroke-width='2' "
+		"marker-start='url(#m)' "
+		"marker-end='url(#m)'/><g clip-path='url(#c)'><rect id='z' y='2' width='30' height='5'/></g><symbol id='s' "
+		"viewBox='0 0 10 10'>"
+		"<rect id='q' width='20' height='10'/></symbol><use id='u' href='#s' x='10' y='40' width='20' "
+		"height='20'/><symbol "
+		"id='o' viewBox='0 0 10 10' overflow='visible'><rect id='w' width='20' height='10'/></symbol><use id='v' "
+		"href='#o' "
+		"x='50' y='40' width='20' height='20'/><image id='i' x='10' y='70' width='20' height='20' href='none.png'/>");
+	EXPECT_EQ("", picture.At(90, 15));
+	EXPECT_EQ("p", picture.At(50, 10.9));
+	EXPECT_EQ("z", picture.At(14.9, 5));
+	EXPECT_EQ("", picture.At(15.1, 5));
+	EXPECT_EQ("u>q", picture.At(29.9, 50));
+	EXPECT_EQ("", picture.At(30.1, 50));
+	EXPECT_EQ("v>w", picture.At(89.9, 50));
+	EXPECT_EQ("i", picture.At(15, 75));
+	EXPECT_EQ("", picture.At(31, 75));
+	// What is cut off is in no area either.
+	const auto find = [&](const SVGBox& box, bool isInside)
+	{
+		return AskedPicture::Describe(Must(picture.geometry->FindIn(box, isInside)));
+	};
+	EXPECT_EQ("", find({16, 2, 10, 5, false}, false));
+	EXPECT_EQ("z", find({14, 2, 10, 5, false}, false));
+	EXPECT_EQ("z", find({0, 2, 15, 5, false}, true));
+	EXPECT_EQ("", find({0, 2.1, 15, 5, false}, true));
+	EXPECT_EQ("", find({31, 45, 10, 5, false}, false));
+	EXPECT_EQ("u>q", find({10, 40, 20, 20, false}, true));
+	EXPECT_EQ("v>w", find({80, 45, 5, 5, false}, false));
+}
+
 TEST_F(Hits, OfTextsAreTheirCells)
 {
 	const AskedPicture picture(

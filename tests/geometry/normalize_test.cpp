@@ -92,9 +92,40 @@ TEST_F(Normalize, KeepsThePaintingOrder)
 	EXPECT_EQ("ps pf kf ", order("paint-order='stroke'"));
 	EXPECT_EQ("kf pfs ", order("paint-order='markers'"));
 	EXPECT_EQ("pf kf ps ", order("paint-order='fill markers'"));
+	EXPECT_EQ("ps kf pf ", order("paint-order='stroke markers'"));
+	EXPECT_EQ("kf ps pf ", order("paint-order='markers stroke'"));
 	EXPECT_EQ("pf pf kf ", order("stroke-dasharray='1'")); // Dashes are outlined always.
 	const AskedPicture picture(marker + "<path d='M5 5h5v5' stroke='lime' marker-start='url(#m)'/>");
 	EXPECT_EQ((Color{0, 1, 0}), Must(picture.geometry->Normalize({})).fills[1]);
+}
+
+TEST_F(Normalize, TellsOfStrokesInColumns)
+{
+	const AskedPicture picture(
+		"<g stroke='red' fill='none' transform='scale(4 1)'><path d='M0 0h1' stroke-linecap='round' "
+		"stroke-linejoin='bevel' stroke-miterlimit='7'/><path d='M0 0h1' stroke-linecap='square' "
+		"stroke-linejoin='round' fill='blue' fill-rule='evenodd' opacity='.5'/><path d='M0 0h1' "
+		"vector-effect='non-scaling-stroke' stroke-opacity='.25' stroke-miterlimit='.5'/></g>",
+		"width='50' height='200'");
+	SVGNormalizeOptions options;
+	options.grid = 100.0;
+	const SVGNormalizedPaths paths = Must(picture.geometry->Normalize(options));
+	ASSERT_EQ(3u, paths.elements.GetCount());
+	EXPECT_EQ((Vector2d{25, 100}), paths.size);
+	EXPECT_EQ(SVGLineCap::round, paths.strokeCaps[0]);
+	EXPECT_EQ(SVGLineCap::square, paths.strokeCaps[1]);
+	EXPECT_EQ(SVGLineJoin::bevel, paths.strokeJoins[0]);
+	EXPECT_EQ(SVGLineJoin::round, paths.strokeJoins[1]);
+	EXPECT_EQ(7.0, paths.strokeMiterLimits[0]);
+	EXPECT_EQ(1.0, paths.strokeMiterLimits[2]); // Lines are no shorter than they are.
+	EXPECT_EQ(SVGFillRule::nonzero, paths.fillRules[0]);
+	EXPECT_EQ(SVGFillRule::evenodd, paths.fillRules[1]);
+	// As wide as the area that the pen covers: between four times and once, and half of that in the grid.
+	EXPECT_EQ(1.0, paths.strokeWidths[0]);
+	EXPECT_EQ(0.5, paths.strokeWidths[2]);
+	EXPECT_EQ(0.5, paths.fillOpacities[1]);
+	EXPECT_EQ(0.25, paths.strokeOpacities[2]);
+	EXPECT_EQ((Vector2d{2, 0}), paths.points[1]);
 }
 
 TEST_F(Normalize, FlattensRoundsScalesAndOutlines)

@@ -156,6 +156,47 @@ TEST_F(Outlines, OfStrokesCoverWhatAStrokeCovers)
 	EXPECT_GT(checked, 10000);
 }
 
+TEST_F(Outlines, OfStrokesHaveTheAreasOfTheirPartsTogether)
+{
+	constexpr double kPi = std::numbers::pi;
+	struct Case
+	{
+		const char* data;
+		SVGStroke stroke;
+		double area;
+	};
+	using Cap = SVGLineCap;
+	using Join = SVGLineJoin;
+	for (const auto& [data, stroke, area] : {
+			 Case{"M0 0h10", {4.0, Cap::butt, Join::miter, 4.0}, 40.0},
+			 Case{"M0 0h10", {4.0, Cap::square, Join::miter, 4.0}, 56.0},
+			 Case{"M0 0h10", {4.0, Cap::round, Join::miter, 4.0}, 40.0 + 4.0 * kPi},
+			 // Two strips that have a quarter of a square in common, and another one to fill in.
+			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 4.0}, 80.0},
+			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 1.5}, 80.0},
+			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 1.4}, 78.0},
+			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::bevel, 4.0}, 78.0},
+			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::round, 4.0}, 76.0 + kPi},
+			 Case{"M0 0h10v-10", {4.0, Cap::butt, Join::bevel, 4.0}, 78.0},
+			 Case{"M0 0h10v10h-10z", {2.0, Cap::round, Join::miter, 4.0}, 80.0},
+			 Case{"M0 0h10v10h-10z", {2.0, Cap::round, Join::bevel, 4.0}, 78.0},
+			 Case{"M0 0h10v10h-10z", {2.0, Cap::round, Join::round, 4.0}, 76.0 + kPi},
+			 Case{"M0 0v10h10v-10z", {2.0, Cap::round, Join::round, 4.0}, 76.0 + kPi},
+			 Case{"M5 5h0", {4.0, Cap::butt, Join::miter, 4.0}, 0.0},
+			 Case{"M5 5h0", {4.0, Cap::square, Join::miter, 4.0}, 16.0},
+			 Case{"M5 5z", {4.0, Cap::round, Join::miter, 4.0}, 4.0 * kPi},
+			 Case{"M0 0h10M0 20h10", {4.0, Cap::butt, Join::miter, 4.0}, 80.0},
+			 Case{"M10 0A10 10 0 0 1 -10 0", {2.0, Cap::butt, Join::miter, 4.0}, 20.0 * kPi},
+			 Case{"M10 0A10 10 0 1 1 -10 0A10 10 0 1 1 10 0z", {2.0, Cap::butt, Join::miter, 4.0}, 40.0 * kPi},
+			 Case{"M0 0h10h-10", {2.0, Cap::butt, Join::round, 4.0}, 20.0 + kPi / 2.0},
+			 Case{"M0 0h10h-10", {2.0, Cap::butt, Join::miter, 4.0}, 20.0},
+			 Case{"M0 0h10h10", {2.0, Cap::butt, Join::miter, 4.0}, 40.0},
+		 })
+		EXPECT_NEAR(area, Must(Must(Make(data)->GetStroke(stroke, 0.001))->GetArea(SVGFillRule::nonzero)), area * 5e-4)
+			<< data;
+	EXPECT_FALSE(Make("M0 0h1")->GetStroke({1.0, Cap::butt, Join::miter, 4.0}, 0.0).IsOk());
+}
+
 TEST_F(Outlines, OfElementsComeInAnyCoordinates)
 {
 	const AskedPicture picture("<g id='g' transform='translate(10 0)'><rect id='r' width='4' height='2' "
