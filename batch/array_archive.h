@@ -2,10 +2,7 @@
 /// Arrays in a file that NumPy reads.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "batch/archive_writer.h"
 
 namespace orvan::batch
 {
@@ -16,25 +13,18 @@ class ArrayArchive
 {
 public:
 	/// Adds an array of `count` rows of `width` numbers. `type` is NumPy's name, such as "<f8" or "|u1", which says how
-	/// large a number is; this runs on little-endian machines only. Throws `std::length_error` when the file would be
-	/// larger than 4 GiB, which its format does not allow.
+	/// large a number is; this runs on little-endian machines only.
 	void Add(std::string_view name, std::string_view type, const void* numbers, std::size_t count,
 			 std::size_t width = 1);
 
 	/// The file, complete.
-	std::string Take();
+	std::string Take()
+	{
+		return _files.Take();
+	}
 
 private:
-	struct Entry
-	{
-		std::string name;
-		std::uint32_t checksum;
-		std::uint32_t size;
-		std::uint32_t offset;
-	};
-
-	std::string _bytes;
-	std::vector<Entry> _entries;
+	ArchiveWriter _files{ArchiveFormat::zip};
 };
 
 } // namespace orvan::batch

@@ -9,11 +9,11 @@
 namespace orvan::batch
 {
 
-std::string Inflate(std::string_view packed, Packing packing)
+std::string Inflate(std::string_view packed)
 {
 	constexpr int kGzipOnly = 16 + MAX_WBITS;
 	z_stream stream = {};
-	if (packed.size() > kMostBytes || inflateInit2(&stream, packing == Packing::gzip ? kGzipOnly : -MAX_WBITS) != Z_OK)
+	if (packed.size() > kMostBytes || inflateInit2(&stream, kGzipOnly) != Z_OK)
 		throw std::bad_alloc();
 	// The library does not write there.
 	stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));

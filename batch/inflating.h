@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/// Unpacking what was packed by deflate.
+/// Unpacking what was packed by gzip.
 #pragma once
 
 #include <string>
@@ -11,13 +11,7 @@ namespace orvan::batch
 /// What an input may have at most, unpacked.
 inline constexpr std::size_t kMostBytes = std::size_t(1) << 30;
 
-enum class Packing
-{
-	raw, ///< As in ZIP archives.
-	gzip,
-};
-
 /// The bytes unpacked. Throws `std::runtime_error` for what is damaged or becomes larger than `kMostBytes`.
-std::string Inflate(std::string_view packed, Packing packing);
+std::string Inflate(std::string_view packed);
 
 } // namespace orvan::batch

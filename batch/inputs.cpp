@@ -67,17 +67,11 @@ std::optional<Input> InputList::Next()
 	{
 		while (_archive)
 		{
-			std::optional<ArchiveMember> member;
-			try
-			{
-				member = _archive->Next();
-			}
-			catch (const std::runtime_error& error)
-			{
-				throw std::runtime_error(_archivePath + ": " + error.what());
-			}
+			std::optional<ArchiveMember> member = _archive->Next();
 			if (!member)
 				_archive.reset();
+			else if (member->name.empty())
+				return Input{_archivePath, _archivePath, std::move(member->place)};
 			else if (IsDrawing(member->name))
 				return Input{_archivePath + '/' + member->name, _archivePath, std::move(member->place)};
 		}
@@ -115,12 +109,12 @@ void InputList::Open(const std::string& source)
 	}
 	try
 	{
-		_archive = Archive::Open(path);
+		_archive = std::make_unique<Archive>(path);
 		_archivePath = path;
 	}
-	catch (const std::runtime_error& error)
+	catch (const std::runtime_error&)
 	{
-		throw std::runtime_error(path + ": " + error.what());
+		_found = Input{path, path, "0"}; // Whoever reads it says why.
 	}
 }
 
@@ -168,7 +162,7 @@ std::string InputReader::Read(const Input& input)
 		return ReadWholeFile(input.path);
 	if (!_archive || _path != input.path)
 	{
-		_archive = Archive::Open(input.path);
+		_archive = std::make_unique<Archive>(input.path);
 		_path = input.path;
 	}
 	return _archive->Read(input.place);

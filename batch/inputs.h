@@ -30,7 +30,8 @@ public:
 
 /// Lists inputs one at a time, however many there are. A source is
 /// - a folder: all drawings (".svg", ".svgz") and archives in it and below, by name; links to folders are not followed,
-/// - an archive: its drawings, in its order,
+/// - an archive: its drawings, in its order; one that is damaged is itself an input, which cannot be read, behind those
+///   that can be listed,
 /// - any other file: a drawing,
 /// - a pattern with "*", "?" or "[": what it matches, by name,
 /// - "@FILE": the sources that stand in a file, one a line.
@@ -42,8 +43,8 @@ public:
 	/// Throws `MissingSource` for sources that are none; those in lists are looked at when their turn comes.
 	explicit InputList(const std::vector<std::string>& sources);
 
-	/// The next input; none at the end. Throws `MissingSource`, and `std::runtime_error` for folders, lists and
-	/// archives that cannot be read.
+	/// The next input; none at the end. Throws `MissingSource`, and `std::runtime_error` for folders and
+	/// lists that cannot be read.
 	std::optional<Input> Next();
 
 private:

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "batch/open_file.h"
 
-#include "batch/inflating.h"
-
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -52,24 +50,15 @@ std::size_t OpenFile::ReadNext(char* bytes, std::size_t count) const
 	return static_cast<std::size_t>(read);
 }
 
-std::string OpenFile::ReadAt(std::uint64_t offset, std::uint64_t count) const
+std::size_t OpenFile::ReadSome(std::uint64_t offset, char* bytes, std::size_t count) const
 {
-	if (count > kMostBytes)
-		throw std::runtime_error("It is too large.");
-	std::string bytes(count, '\0');
-	std::size_t size = 0;
-	while (size < count)
-	{
-		const ssize_t read = pread(_file, bytes.data() + size, count - size, static_cast<off_t>(offset + size));
-		if (read < 0 && errno == EINTR)
-			continue;
-		if (read < 0)
-			Fail();
-		if (read == 0)
-			throw std::runtime_error("The archive is cut off.");
-		size += static_cast<std::size_t>(read);
-	}
-	return bytes;
+	ssize_t read = 0;
+	do
+		read = pread(_file, bytes, count, static_cast<off_t>(offset));
+	while (read < 0 && errno == EINTR);
+	if (read < 0)
+		Fail();
+	return static_cast<std::size_t>(read);
 }
 
 } // namespace orvan::batch

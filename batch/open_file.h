@@ -22,8 +22,8 @@ public:
 	/// Reads up to `count` bytes from where the last call ended. Returns how many there were; 0 at the end.
 	std::size_t ReadNext(char* bytes, std::size_t count) const;
 
-	/// The bytes at a place, all of which must be there.
-	std::string ReadAt(std::uint64_t offset, std::uint64_t count) const;
+	/// The same from a place.
+	std::size_t ReadSome(std::uint64_t offset, char* bytes, std::size_t count) const;
 
 private:
 	int _file;

@@ -333,7 +333,7 @@ void MakeThumbnail(const SVGDocumentRef& document, const Turn& turn)
 	Take(DrawSVGElement(context, document->GetRootElement()));
 	const ScratchFile file;
 	Take(target->Finish(Take(String::Create(file.GetPath()))));
-	turn.shard.files.Add(GetFileName(turn, ".png"), ReadWholeFile(file.GetPath()));
+	turn.shard.AddFile(GetFileName(turn, ".png"), ReadWholeFile(file.GetPath()));
 	TellLeftOut(turn);
 }
 
@@ -352,8 +352,8 @@ void Repair(const SVGDocumentRef& document, const Turn& turn)
 	if (!isChanged)
 		return;
 	const BaseArray<char> bytes = Take(source->SaveToMemory(SVGSaveOptions()));
-	const std::string_view content(bytes.begin(), bytes.GetCount());
-	turn.shard.files.Add(GetFileName(turn, content.starts_with("\x1f\x8b") ? ".svgz" : ".svg"), content);
+	std::string content(bytes.begin(), bytes.GetCount());
+	turn.shard.AddFile(GetFileName(turn, content.starts_with("\x1f\x8b") ? ".svgz" : ".svg"), std::move(content));
 }
 
 /// What an operation does and needs, by its number.
@@ -398,7 +398,7 @@ void RunInput(const Input& input, const Turn& turn, const SVGImportOptions& impo
 	turn.row.Set("sha256", GetSha256(bytes));
 	// The complete import unpacks by itself.
 	if (!import.isComplete && bytes.starts_with("\x1f\x8b"))
-		bytes = Inflate(bytes, Packing::gzip);
+		bytes = Inflate(bytes);
 	// Beside an archive there is nothing that its members could refer to.
 	const Url base = input.place.empty() ? Take(Url::FromPath(input.path)) : Url();
 	const SVGDocumentRef document = Load(bytes, base, import, turn.row);

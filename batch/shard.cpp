@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "batch/shard.h"
 
+#include "batch/archive_writer.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -70,7 +72,12 @@ void Shard::Write(const std::string& folder)
 	if (!columns.IsEmpty())
 		WriteFile(part + "/columns.npz", columns.Pack());
 	if (_hasFiles)
-		WriteFile(part + "/files.tar", files.Take());
+	{
+		ArchiveWriter archive(ArchiveFormat::tar);
+		for (const auto& [name, content] : _files)
+			archive.Add(name, {content});
+		WriteFile(part + "/files.tar", archive.Take());
+	}
 	if (rename(part.c_str(), folder.c_str()) == 0)
 		return;
 	const int error = errno;

@@ -4,7 +4,10 @@
 
 #include "batch/columns.h"
 #include "batch/row.h"
-#include "batch/tar_writer.h"
+
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace orvan::batch
 {
@@ -29,16 +32,21 @@ public:
 		_rows += row.ToLine();
 	}
 
+	void AddFile(std::string name, std::string content)
+	{
+		_files.emplace_back(std::move(name), std::move(content));
+	}
+
 	Mark GetMark() const
 	{
-		return {columns.GetSizes(), files.GetSize()};
+		return {columns.GetSizes(), _files.size()};
 	}
 
 	/// Takes back what an input has added to columns and files, because it could not be finished.
 	void GoBackTo(const Mark& mark)
 	{
 		columns.CutOff(mark.columns);
-		files.CutOff(mark.files);
+		_files.resize(mark.files);
 	}
 
 	/// Writes `rows.jsonl`, `columns.npz` where there are columns, `files.tar` where there may be files. Does nothing
@@ -46,10 +54,10 @@ public:
 	void Write(const std::string& folder);
 
 	Columns columns;
-	TarWriter files;
 
 private:
 	std::string _rows;
+	std::vector<std::pair<std::string, std::string>> _files; ///< Names and contents.
 	bool _hasFiles;
 };
 

@@ -210,7 +210,8 @@ void AddBatchCommand(CommandLine& commandLine)
 		commandLine.AddCommand("batch", "Work through any number of drawings, and go on after an interruption",
 							   [options](Modules& modules) { return RunBatch(*options, modules); });
 	command.AddArguments("SOURCE",
-						 "Folders, drawings, .tar, .tar.gz and .zip archives, patterns, or @FILE: a list of these",
+						 "Folders, drawings, archives (.zip and .tar, or .tar.gz, .tar.xz, .tar.zst), patterns, or "
+						 "@FILE: a list of these",
 						 options->sources);
 	command.AddText({.names = "-o,--output", .help = "Where the results go", .value = "DIR", .isRequired = true},
 					options->output);

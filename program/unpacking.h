@@ -13,7 +13,7 @@ namespace orvan::program
 bool IsPacked(const std::string& file);
 
 /// What a file holds, unpacked. Throws `Failure` when it cannot be read, is not packed after all or is damaged, and
-/// when it would become larger than 256 MiB.
+/// when it would become larger than 1 GiB.
 std::string ReadPacked(const Url& url);
 
 } // namespace orvan::program

@@ -9,7 +9,7 @@ build_packages=(
 	libsvgpp-dev libboost-dev              # the attribute grammar and the XML parser
 	zlib1g-dev                             # packed files
 	libcli11-dev nlohmann-json3-dev        # the host program
-	nettle-dev                             # hashes of what batches read
+	libarchive-dev nettle-dev              # what batches read and write, and its hashes
 	libcairo2-dev libpango1.0-dev          # the renderer
 	libpng-dev libturbojpeg0-dev libwebp-dev # the images that it draws
 	libgtest-dev

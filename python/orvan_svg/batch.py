@@ -8,7 +8,8 @@ The inputs are numbered in the order of the sources and worked through in chunks
 folder of its own, `out/00000000`, which appears when it is complete:
 
 - `rows.jsonl` has a row for each input: its number, name, size, hash, and what became of it: "done", "refused" with line
-  and column, "failed" for what took too long or too much memory, "unreadable";
+  and column, "failed" for what took too long or too much memory, "unreadable"; an archive that is damaged has a row of
+  its own behind what can be read of it;
 - `columns.npz` has the columns of "columns" and "boxes": those of `NormalizedPaths`, or `fill`, `stroke` and `visual` boxes
   with the place (`elements`) and kind of each element; `inputs` says of which input each path or box is, `picture_inputs`
   and `picture_sizes` how large the pictures are;
@@ -146,15 +147,15 @@ def run(sources: Iterable[str | os.PathLike], folder: str | os.PathLike, *, oper
         scheduler: str | None = None, progress: Callable[[int], object] | None = None) -> int:
     """Works through the sources and leaves the results in a folder. Returns the number of chunks that were run.
 
-    A source is a folder (searched with all below), an archive (.tar, .tar.gz, .zip), a drawing, a pattern, or "@FILE": a
-    list of these. `operation` is one of `OPERATIONS`: "report", "check", "columns" (of plain paths, made with `strokes`,
+    A source is a folder (searched with all below), an archive (.zip and .tar, or .tar.gz, .tar.xz, .tar.zst), a drawing,
+    a pattern, or "@FILE": a list of these. `operation` is one of `OPERATIONS`: "report", "check", "columns" (of plain paths, made with `strokes`,
     `stroke_tolerance`, `flatten`, `grid` and `precision` as `Document.normalize` does), "boxes", "thumbnails" (of `size`
     pixels), "repair". `deadline` is in seconds and `memory` in bytes, both for each input; 0 bytes is no bound. `jobs` is
     the number of workers, one for each processor unless given; with `scheduler` the workers of that Dask cluster are used,
     which must see the same files. `progress(done)` is called after each chunk, with the number of those that are there.
 
     Raises FileNotFoundError for a source that is none, ValueError for options that make no sense and when the folder
-    holds another run, RuntimeError for archives that cannot be read.
+    holds another run, RuntimeError for folders and lists that cannot be read.
     """
     options = {"operation": operation, "complete": complete, "tolerant": tolerant, "style_sheet": style_sheet,
                "size": size, "strokes": strokes, "stroke_tolerance": stroke_tolerance, "flatten": flatten, "grid": grid,

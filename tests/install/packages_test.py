@@ -87,7 +87,7 @@ class Packages(unittest.TestCase):
         for name in self.files:
             self.assertEqual(self.get_field(name, "Version"), VERSION)
         needs = self.get_field("orvan-svg", "Depends")
-        for library in ("libc6", "libstdc++6", "zlib1g", "libcairo2", "libpango-1.0-0", "libharfbuzz0b"):
+        for library in ("libc6", "libstdc++6", "zlib1g", "libarchive13", "libcairo2", "libpango-1.0-0", "libharfbuzz0b"):
             self.assertIn(f"{library} (>=", needs)
         licences = (SOURCE / "THIRD-PARTY.md").read_text()
         for need in needs.split(", "):
