@@ -28,3 +28,5 @@ __all__ = ["Box", "CLOSE", "CUBIC", "Document", "Element", "Finding", "Hit", "Ic
            "dispatch_changes", "follow_changes", *sorted(_classes)]
 _extend_shapes(_classes)
 globals().update(_classes)
+for _class in (Document, Finding, Icon, NormalizedPaths, Outline, PictureWarning, RefusedError, Repair, Report):
+    _class.__module__ = __name__  # Messages, help() and pickles name classes as their users do.

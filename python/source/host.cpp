@@ -3,7 +3,10 @@
 
 #include "orvan/host/module_loader.h"
 
+#include <cerrno>
+#include <cstring>
 #include <set>
+#include <string_view>
 
 namespace orvan::python
 {
@@ -38,6 +41,26 @@ void RequireModule(const char* name)
 	opened.insert(name);
 }
 
+namespace
+{
+
+/// As Python's own functions tell of files: with the file's name, also in the exception's `filename`.
+[[noreturn]] void ThrowFileError(const std::string& message, const std::string& urlText)
+{
+	const Result<Url> url = Url::Create(urlText);
+	const bool isMissing = url.IsOk() && url.GetValue().IoDetect() == IoDetection::nonExistent;
+	constexpr std::string_view kScheme = "file://";
+	const bool isOnDisk = urlText.starts_with(kScheme);
+	const py::object path =
+		py::module_::import("urllib.parse").attr("unquote")(urlText.substr(isOnDisk ? kScheme.size() : 0));
+	const py::tuple arguments =
+		py::make_tuple(isMissing ? ENOENT : EIO, isMissing ? std::strerror(ENOENT) : message, path);
+	PyErr_SetObject(PyExc_OSError, arguments.ptr());
+	throw py::error_already_set();
+}
+
+} // namespace
+
 void ThrowError(const Error& error)
 {
 	const std::string message(error.GetMessage().View());
@@ -45,12 +68,7 @@ void ThrowError(const Error& error)
 	switch (error.GetClass())
 	{
 	case ErrorClass::io:
-	{
-		const Result<Url> url = Url::Create(error.GetUrlText().View());
-		type = url.IsOk() && url.GetValue().IoDetect() == IoDetection::nonExistent ? PyExc_FileNotFoundError
-																				   : PyExc_OSError;
-		break;
-	}
+		ThrowFileError(message, std::string(error.GetUrlText().View()));
 	case ErrorClass::outOfMemory:
 		type = PyExc_MemoryError;
 		break;

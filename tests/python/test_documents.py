@@ -32,8 +32,9 @@ class Documents(TestCase):
                 for source in (path, str(path), RICH, bytearray(RICH), io.BytesIO(RICH), file):
                     self.assertEqual(orvan_svg.Document.open(source)["c"].kind, "circle")
             self.assertEqual(orvan_svg.Document.open(path).url, path.resolve().as_uri())
-            with self.assertRaises(FileNotFoundError):
-                orvan_svg.Document.open(path.with_name("missing.svg"))
+            with self.assertRaises(FileNotFoundError) as caught:
+                orvan_svg.Document.open(path.with_name("not here.svg"))
+            self.assertEqual(caught.exception.filename, str(path.with_name("not here.svg")))
             with self.assertRaises(OSError):
                 orvan_svg.Document.open(folder)
 
