@@ -417,6 +417,48 @@ TEST_F(Paints, MarkersStandOnTheVerticesAndTurnWithTheLine)
 				 "47,20 ff0000; 52,20 0000ff");
 }
 
+TEST_F(Paints, ImagesAreFittedAsTheyAreTold)
+{
+	// Four pixels by two: red on the left, blue on the right.
+	const std::string image = "<image x='20' y='20' style='image-rendering:pixelated' "
+							  "href='data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAQAAAACCAIAAADwyuo0AAAAE0lEQVR42mP4"
+							  "z8AARGDiPwMyBwBnsgf595JWggAAAABJRU5ErkJggg==' ";
+	const Case cases[] = {
+		{"width='40' height='40'",
+		 "20,30 ff0000; 39,49 ff0000; 40,30 0000ff; 59,49 0000ff; 19,40 none; 60,40 none; 30,29 none; 30,50 none"},
+		{"width='40' height='40' preserveAspectRatio='xMinYMin'",
+		 "20,20 ff0000; 39,39 ff0000; 40,20 0000ff; 30,40 none"},
+		{"width='40' height='40' preserveAspectRatio='xMidYMax'",
+		 "20,40 ff0000; 39,59 ff0000; 40,40 0000ff; 30,39 none; 30,60 none"},
+		{"width='60' height='20' preserveAspectRatio='xMaxYMid'",
+		 "39,30 none; 40,20 ff0000; 59,30 ff0000; 60,30 0000ff; 79,39 0000ff; 80,30 none"},
+		{"width='40' height='40' preserveAspectRatio='none'",
+		 "20,20 ff0000; 39,59 ff0000; 40,20 0000ff; 59,59 0000ff; 60,30 none; 30,60 none"},
+		{"width='40' height='40' preserveAspectRatio='xMidYMid slice'",
+		 "20,20 ff0000; 39,59 ff0000; 40,20 0000ff; 59,59 0000ff; 19,30 none; 60,30 none"},
+		{"width='40' height='40' preserveAspectRatio='xMinYMid slice'",
+		 "20,20 ff0000; 59,59 ff0000; 60,30 none; 19,30 none"},
+		{"width='40' height='40' preserveAspectRatio='xMaxYMid slice'",
+		 "20,20 0000ff; 59,59 0000ff; 60,30 none; 19,30 none"},
+		// Its own size, and the other side in proportion.
+		{"", "20,20 ff0000; 21,21 ff0000; 22,20 0000ff; 23,21 0000ff; 24,20 none; 20,22 none; 19,20 none"},
+		{"width='40'", "20,20 ff0000; 39,39 ff0000; 59,39 0000ff; 60,30 none; 30,40 none"},
+		{"height='10'", "20,20 ff0000; 29,29 ff0000; 39,29 0000ff; 40,25 none; 30,30 none"},
+		{"width='0' height='9'", "20,20 none"},
+		{"width='40' height='-1'", "20,20 ff0000; 59,39 0000ff; 30,40 none"},
+		{"width='40' height='20' opacity='.6'", "20,20 ff000099; 59,39 0000ff99"},
+		{"width='40' height='20' visibility='hidden'", "20,20 none"},
+		{"width='40' height='20' transform='translate(80) scale(-1 1)'",
+		 "59,20 ff0000; 40,39 ff0000; 39,30 0000ff; 20,30 0000ff; 60,30 none"},
+		{"width='40' height='20' transform='rotate(90 20 20)'",
+		 "19,20 ff0000; 0,39 ff0000; 10,40 0000ff; 10,59 0000ff; 10,60 none; 20,30 none"},
+		{"width='40' height='20' clip-path='circle(5px)'",
+		 "36,30 ff0000; 43,30 0000ff; 34,30 none; 45,30 none; 40,24 none"},
+	};
+	for (const Case& sample : cases)
+		ExpectPixels(image + sample.elements + "/>", sample.pixels);
+}
+
 TEST_F(Paints, ConditionsChooseWhatIsDrawn)
 {
 	const Case cases[] = {
