@@ -175,6 +175,7 @@ TEST_F(Outlines, OfStrokesHaveTheAreasOfTheirPartsTogether)
 			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 4.0}, 80.0},
 			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 1.5}, 80.0},
 			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 1.4}, 78.0},
+			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::miter, 0.0}, 78.0},
 			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::bevel, 4.0}, 78.0},
 			 Case{"M0 0h10v10", {4.0, Cap::butt, Join::round, 4.0}, 76.0 + kPi},
 			 Case{"M0 0h10v-10", {4.0, Cap::butt, Join::bevel, 4.0}, 78.0},

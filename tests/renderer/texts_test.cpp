@@ -66,6 +66,36 @@ TEST_F(Texts, RotationsHoldForAllThatFollowsAndMarksStayWithTheirLetters)
 			  Row(DrawCompletely("<text x='10' y='50' font-size='40' letter-spacing='20'>fi</text>"), 40));
 }
 
+TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
+{
+	// A blank is 6.36 wide at this size. Blocks are 15.38 wide, and reach a fifth of a pixel farther.
+	const struct
+	{
+		const char* text;
+		const char* row;
+	} cases[] = {
+		{"<text x='10' y='50' letter-spacing='10'>██</text>", "000000 10-24, 000000 36-49"},
+		{"<text x='10' y='50' letter-spacing='.5em'>██</text>", "000000 10-24, 000000 36-49"},
+		{"<text x='10' y='50' letter-spacing='-5'>██</text>", "000000 10-34"},
+		{"<text x='10' y='50' word-spacing='10'>█ █</text>", "000000 10-24, 000000 42-56"},
+		{"<text x='10' y='50' word-spacing='10'>█<tspan letter-spacing='3'> </tspan>█</text>",
+		 "000000 10-24, 000000 45-59"},
+		{"<text x='10' y='50'>█<tspan font-size='40'>█</tspan></text>", "000000 10-55"},
+		{"<text x='10' y='50'>█<tspan dx='1' font-size='50%'>█</tspan>█</text>", "000000 10-24, 000000 27-48"},
+		{"<text x='10' y='50'>█<tspan dx='.5em' dy='1ex'>█</tspan></text>", "000000 10-24, 000000 36-49"},
+		{"<text x='10' y='50'> █  █ </text>", "000000 10-24, 000000 32-46"},
+		{"<text x='10' y='50' xml:space='preserve'> █  █ </text>", "000000 17-30, 000000 45-59"},
+		{"<text x='10' y='50' style='white-space:pre'> █  █ </text>", "000000 17-30, 000000 45-59"},
+		{"<text x='10' y='50'>█\n\t█</text>", "000000 10-24, 000000 32-46"},
+		{"<text x='10%' y='50%' dx='10%'>█</text>", "000000 20-34"},
+		{"<text x='10' y='50' transform='translate(10) scale(2 1)'>█</text>", "000000 30-60"},
+		{"<text x='10' y='50' display='none'>█</text>", ""},
+		{"<text x='10' y='50' font-size='0'>█</text>", ""},
+	};
+	for (const auto& [text, row] : cases)
+		EXPECT_EQ(row, Row(DrawCompletely(text), 44)) << text;
+}
+
 TEST_F(Texts, GoBackwardsWhereTheyAreToldTo)
 {
 	const std::string backwards = "<text x='90' y='50' direction='rtl' unicode-bidi='bidi-override' ";
