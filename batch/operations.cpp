@@ -14,6 +14,7 @@
 #include <limits>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <unordered_map>
 
 namespace orvan::batch
 {
@@ -41,6 +42,7 @@ constexpr ColumnKind kPathColumns[] = {
 	{"inputs", "<i8", 1},         // Of each path: the number of its input.
 	{"picture_inputs", "<i8", 1}, // Of each picture: the number of its input,
 	{"picture_sizes", "<f8", 2},  // and its width and height.
+	{"elements", "<i4", 1},       // Of each path: the place of its element in document order, runs of text counted.
 };
 
 constexpr ColumnKind kBoxColumns[] = {
@@ -204,10 +206,38 @@ void TellLeftOut(const Turn& turn)
 		turn.row.SetJson("left_out", list.Take());
 }
 
+/// The next element in document order, without recursion: trees may be deep. Null after the last one.
+HierarchyObjectRef GetNext(HierarchyObjectRef at)
+{
+	HierarchyObjectRef next = at->GetFirstChild();
+	while (!next && at)
+	{
+		next = at->GetNextSibling();
+		at = Take(at->GetParent());
+	}
+	return next;
+}
+
+/// The places of elements in document order, runs of text counted; -1 for what is not in the tree.
+std::vector<std::int32_t> FindPlaces(const SVGDocumentRef& document, const BaseArray<SVGElementRef>& elements)
+{
+	std::unordered_map<const ObjectBase*, std::int32_t> places;
+	std::int32_t index = 0;
+	for (auto at = Cast<HierarchyObjectInterface>(document->GetRootElement()); at; at = GetNext(at))
+		places.emplace(at->GetObject(), index++);
+	std::vector<std::int32_t> found;
+	for (const SVGElementRef& element : elements)
+	{
+		const auto place = places.find(element->GetObject());
+		found.push_back(place != places.end() ? place->second : -1);
+	}
+	return found;
+}
+
 void MakeColumns(const SVGDocumentRef& document, const Turn& turn)
 {
 	const SVGGeometryRef geometry = MakeGeometry(document, turn.options);
-	const SVGNormalizedPaths paths = Take(geometry->Normalize(turn.options.normalize));
+	const SVGNormalizedPaths paths = Take(geometry->NormalizeWith(turn.options.normalize, turn.options.clips));
 	Columns& columns = turn.shard.columns;
 	columns.Add(0, paths.commands);
 	columns.Add(1, paths.points);
@@ -228,21 +258,11 @@ void MakeColumns(const SVGDocumentRef& document, const Turn& turn)
 	columns.Add(15, numbers.data(), numbers.size());
 	columns.Add(16, &turn.number, 1);
 	columns.Add(17, &paths.size, 1);
+	const std::vector<std::int32_t> places = FindPlaces(document, paths.elements);
+	columns.Add(18, places.data(), places.size());
 	turn.row.Set("paths", static_cast<std::int64_t>(paths.elements.GetCount()));
 	turn.row.Set("unclipped", paths.unclippedCount);
 	TellLeftOut(turn);
-}
-
-/// The next element in document order, without recursion: trees may be deep. Null after the last one.
-HierarchyObjectRef GetNext(HierarchyObjectRef at)
-{
-	HierarchyObjectRef next = at->GetFirstChild();
-	while (!next && at)
-	{
-		next = at->GetNextSibling();
-		at = Take(at->GetParent());
-	}
-	return next;
 }
 
 void MakeBoxes(const SVGDocumentRef& document, const Turn& turn)

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <stdexcept>
 
 namespace orvan::batch
@@ -17,7 +18,17 @@ namespace
 {
 namespace fs = std::filesystem;
 
-constexpr int kFormat = 2; ///< Of shards and manifests.
+constexpr int kFormat = 3; ///< Of shards and manifests.
+
+/// What a name of a list stands for, by its place.
+template <typename T>
+std::optional<T> Find(std::span<const std::string_view> names, std::string_view name)
+{
+	const auto found = std::ranges::find(names, name);
+	if (found == names.end())
+		return std::nullopt;
+	return static_cast<T>(found - names.begin());
+}
 
 std::string ToText(double number)
 {
@@ -30,10 +41,12 @@ std::string ToText(double number)
 
 std::optional<Operation> FindOperation(std::string_view name)
 {
-	const auto found = std::ranges::find(kOperationNames, name);
-	if (found == kOperationNames.end())
-		return std::nullopt;
-	return static_cast<Operation>(found - kOperationNames.begin());
+	return Find<Operation>(kOperationNames, name);
+}
+
+std::optional<SVGNormalizedClips> FindClips(std::string_view name)
+{
+	return Find<SVGNormalizedClips>(kClipNames, name);
 }
 
 std::string FindFault(const BatchOptions& options)
@@ -81,6 +94,7 @@ std::string MakeManifest(const std::vector<std::string>& sources, const BatchOpt
 		{"size", std::to_string(options.thumbnailSize)},
 		{"strokes", ToJson(outlines ? "outlined" : "kept")},
 		{"stroke_tolerance", ToText(normalize.strokeTolerance)},
+		{"clips", ToJson(kClipNames[static_cast<std::size_t>(options.clips)])},
 		{"flatten", ToText(normalize.flattening)},
 		{"grid", ToText(normalize.grid)},
 		{"precision", ToText(normalize.precision)},

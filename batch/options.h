@@ -31,6 +31,12 @@ inline constexpr std::array<std::string_view, 6> kOperationNames = {"report", "c
 /// The operation of a name; none for others.
 std::optional<Operation> FindOperation(std::string_view name);
 
+/// What may become of clip paths in columns, by the numbers of `SVGNormalizedClips`.
+inline constexpr std::array<std::string_view, 2> kClipNames = {"ignored", "applied"};
+
+/// What a name says of clip paths; none for others.
+std::optional<SVGNormalizedClips> FindClips(std::string_view name);
+
 struct BatchOptions
 {
 	Operation operation = Operation::report;
@@ -39,6 +45,7 @@ struct BatchOptions
 	std::string styleSheet = {};
 	std::int64_t thumbnailSize = 64; ///< Width and height, in pixels.
 	SVGNormalizeOptions normalize = {};
+	SVGNormalizedClips clips = SVGNormalizedClips::ignored; ///< Of columns.
 	double deadline = 30.0;  ///< Seconds for each input; what is drawn then is left at that.
 	std::int64_t memory = 0; ///< Bytes for each worker; 0 for no bound. Only said here.
 	std::int64_t chunkSize = 2000;

@@ -28,6 +28,7 @@ struct Options
 	std::optional<std::uint32_t> size;
 	std::optional<std::uint32_t> chunkSize;
 	bool outlinesStrokes = false;
+	std::string clips = "ignored";
 	ImportArguments import;
 	batch::BatchOptions wanted;
 };
@@ -169,6 +170,10 @@ batch::BatchOptions MakeOptions(const Options& options)
 	wanted.styleSheet = import.styleSheet.View();
 	wanted.thumbnailSize = options.size.value_or(static_cast<std::uint32_t>(wanted.thumbnailSize));
 	wanted.chunkSize = options.chunkSize.value_or(static_cast<std::uint32_t>(wanted.chunkSize));
+	const auto clips = batch::FindClips(options.clips);
+	if (!clips)
+		throw UsageFailure("Clip paths are ignored or applied");
+	wanted.clips = *clips;
 	if (options.outlinesStrokes)
 		wanted.normalize.strokes = SVGNormalizedStrokes::outlined;
 	if (const std::string fault = batch::FindFault(wanted); !fault.empty())
@@ -229,6 +234,10 @@ void AddBatchCommand(CommandLine& commandLine)
 							  options->wanted.deadline);
 	SVGNormalizeOptions& normalize = options->wanted.normalize;
 	command.AddFlag("--outline-strokes", "Columns: make areas of strokes", options->outlinesStrokes);
+	command.AddText({.names = "--clips",
+					 .help = "Columns: what becomes of clip paths: ignored (when not given) or applied",
+					 .value = "WHAT"},
+					options->clips);
 	command.AddPositiveNumber(
 		{.names = "--flatten", .help = "Columns: straight lines only, no farther off than this", .value = "D"},
 		normalize.flattening);

@@ -6,6 +6,7 @@ All numbers are user units as 64-bit floats; y goes down.
 """
 
 from . import _core
+from ._documents import Document
 from ._core import NormalizedPaths, Outline
 
 
@@ -65,16 +66,32 @@ def hit_rect(self, x, y, width, height, *, inside=False):
     return _core._hits_in(self, (x, y, width, height), inside)
 
 
-def normalize(self, *, strokes="kept", flatten=0.0, stroke_tolerance=0.01, grid=0.0, precision=0.0):
+def normalize(self, *, strokes="kept", flatten=0.0, stroke_tolerance=0.01, grid=0.0, precision=0.0, clips="ignored"):
     """Everything that is painted and visible as plain paths, in painting order: NormalizedPaths, whose columns are NumPy
     arrays.
 
     `strokes` is "kept", or "outlined" to have each stroke as a path of its own that is filled, within `stroke_tolerance`.
     `flatten` greater than 0 makes straight lines of curves, no farther off than this. `grid` greater than 0 fits the
     picture into a square of this side, with its proportions kept. `precision` greater than 0 rounds coordinates to
-    multiples of it, after all else. All of these are in units of the result. Raises ValueError for what makes no sense.
+    multiples of it, after all else. All of these are in units of the result. `clips` is "ignored" or "applied": then paths
+    end where clip paths and viewports cut them off, and strokes that are cut off are outlined. Raises ValueError for what
+    makes no sense.
     """
-    return _core._normalize(self, strokes, flatten, stroke_tolerance, grid, precision)
+    options = _core.NormalizeOptions(strokes, flatten, stroke_tolerance, grid, precision, clips)
+    return _core._normalize(self, options)
+
+
+def normalized(self, *, strokes="kept", flatten=0.0, stroke_tolerance=0.01, grid=0.0, precision=0.0, clips="applied"):
+    """Everything that is painted and visible as a new Document of plain paths that looks like the picture: beside paths it
+    has gradients, images, and groups where a group has an opacity or a clip path. It stands by itself.
+
+    Options as for `normalize`; with `clips` "kept" it has clip paths of plain paths. Left out are masks, filters, blending
+    and patterns. Raises ValueError for what makes no sense.
+    """
+    options = _core.NormalizeOptions(strokes, flatten, stroke_tolerance, grid, precision, clips)
+    document = Document(complete=True, tolerant=True, keep_source=True, style_sheet="")
+    _core._normalized(self, options, document)
+    return document
 
 
 def columns(self):
@@ -98,7 +115,7 @@ COLUMNS = tuple(name for name, member in vars(NormalizedPaths).items()
 
 for _method in (bbox, transform_to, outline):
     setattr(_core.Element, _method.__name__, _method)
-for _method in (boxes, hit, hit_all, hit_rect, normalize):
+for _method in (boxes, hit, hit_all, hit_rect, normalize, normalized):
     setattr(_core.Document, _method.__name__, _method)
 _core.Document.view_size = property(view_size)
 NormalizedPaths.columns = columns

@@ -11,7 +11,8 @@ folder of its own, `out/00000000`, which appears when it is complete:
   and column, "failed" for what took too long or too much memory, "unreadable"; an archive that is damaged has a row of
   its own behind what can be read of it;
 - `columns.npz` has the columns of "columns" and "boxes": those of `NormalizedPaths`, or `fill`, `stroke` and `visual` boxes
-  with the place (`elements`) and kind of each element; `inputs` says of which input each path or box is, `picture_inputs`
+  with the `kinds` of their elements; `elements` says which place the element of each path or box has in document order
+  (`list(document)`), `inputs` of which input it is, `picture_inputs`
   and `picture_sizes` how large the pictures are;
 - `files.tar` has the files of "thumbnails" and "repair", by the numbers of their inputs; `repair` has those only that changed.
 
@@ -143,13 +144,13 @@ def make_chunks(sources, folder, options):
 def run(sources: Iterable[str | os.PathLike], folder: str | os.PathLike, *, operation: str = "report",
         complete: bool = True, tolerant: bool = True, style_sheet: str = "", size: int = 64, strokes: str = "kept",
         stroke_tolerance: float = 0.01, flatten: float = 0.0, grid: float = 0.0, precision: float = 0.0,
-        deadline: float = 30.0, memory: int = 2 << 30, chunk_size: int = 2000, jobs: int | None = None,
+        clips: str = "ignored", deadline: float = 30.0, memory: int = 2 << 30, chunk_size: int = 2000, jobs: int | None = None,
         scheduler: str | None = None, progress: Callable[[int], object] | None = None) -> int:
     """Works through the sources and leaves the results in a folder. Returns the number of chunks that were run.
 
     A source is a folder (searched with all below), an archive (.zip and .tar, or .tar.gz, .tar.xz, .tar.zst), a drawing,
     a pattern, or "@FILE": a list of these. `operation` is one of `OPERATIONS`: "report", "check", "columns" (of plain paths, made with `strokes`,
-    `stroke_tolerance`, `flatten`, `grid` and `precision` as `Document.normalize` does), "boxes", "thumbnails" (of `size`
+    `stroke_tolerance`, `flatten`, `grid`, `precision` and `clips` as `Document.normalize` does), "boxes", "thumbnails" (of `size`
     pixels), "repair". `deadline` is in seconds and `memory` in bytes, both for each input; 0 bytes is no bound. `jobs` is
     the number of workers, one for each processor unless given; with `scheduler` the workers of that Dask cluster are used,
     which must see the same files. `progress(done)` is called after each chunk, with the number of those that are there.
@@ -159,7 +160,7 @@ def run(sources: Iterable[str | os.PathLike], folder: str | os.PathLike, *, oper
     """
     options = {"operation": operation, "complete": complete, "tolerant": tolerant, "style_sheet": style_sheet,
                "size": size, "strokes": strokes, "stroke_tolerance": stroke_tolerance, "flatten": flatten, "grid": grid,
-               "precision": precision, "deadline": deadline, "memory": memory, "chunk_size": chunk_size}
+               "precision": precision, "clips": clips, "deadline": deadline, "memory": memory, "chunk_size": chunk_size}
     checked = _core.BatchOptions(**options)
     sources = [_make_absolute(os.fspath(source)) for source in sources]
     folder = os.path.abspath(folder)
@@ -255,6 +256,8 @@ def _parse_arguments(arguments):
                         help="columns: fit each picture into a square of this side")
     parser.add_argument("--precision", type=float, default=0.0, metavar="STEP",
                         help="columns: round coordinates to multiples of this")
+    parser.add_argument("--clips", choices=("ignored", "applied"), default="ignored",
+                        help="columns: what becomes of clip paths (ignored)")
     parser.add_argument("--deadline", type=float, default=30.0, help="seconds for each input (30)")
     parser.add_argument("--memory", type=int, default=2048, help="MiB for each worker, 0 for no bound (2048)")
     parser.add_argument("--chunk-size", type=int, default=2000, help="inputs in one folder of results (2000)")
@@ -279,7 +282,7 @@ def main(arguments=None):
         run(wanted.sources, wanted.output, operation=wanted.operation, complete=not wanted.plain,
             tolerant=not wanted.plain, style_sheet=style_sheet, size=wanted.size,
             strokes="outlined" if wanted.outline_strokes else "kept", flatten=wanted.flatten, grid=wanted.grid,
-            precision=wanted.precision, deadline=wanted.deadline,
+            precision=wanted.precision, clips=wanted.clips, deadline=wanted.deadline,
             memory=wanted.memory << 20, chunk_size=wanted.chunk_size, jobs=wanted.jobs, scheduler=wanted.scheduler,
             progress=show if is_terminal else None)
     except (OSError, RuntimeError, ValueError) as error:

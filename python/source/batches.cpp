@@ -39,7 +39,8 @@ std::vector<std::string> ToPaths(const py::sequence& sequence)
 
 BatchOptions MakeOptions(const std::string& operation, bool isComplete, bool isTolerant, const std::string& styleSheet,
 						 std::int64_t size, const std::string& strokes, double strokeTolerance, double flattening,
-						 double grid, double precision, double deadline, std::int64_t memory, std::int64_t chunkSize)
+						 double grid, double precision, const std::string& clips, double deadline, std::int64_t memory,
+						 std::int64_t chunkSize)
 {
 	BatchOptions options;
 	const auto found = batch::FindOperation(operation);
@@ -54,6 +55,10 @@ BatchOptions MakeOptions(const std::string& operation, bool isComplete, bool isT
 	options.thumbnailSize = size;
 	options.normalize = {strokes == "kept" ? SVGNormalizedStrokes::kept : SVGNormalizedStrokes::outlined, flattening,
 						 strokeTolerance, grid, precision};
+	const auto foundClips = batch::FindClips(clips);
+	if (!foundClips)
+		throw py::value_error("Clip paths are \"ignored\" or \"applied\".");
+	options.clips = *foundClips;
 	options.deadline = deadline;
 	options.memory = memory;
 	options.chunkSize = chunkSize;
@@ -113,8 +118,8 @@ void DefineBatches(py::module_& module)
 		.def(py::init(&MakeOptions), py::kw_only(), py::arg("operation") = "report", py::arg("complete") = true,
 			 py::arg("tolerant") = true, py::arg("style_sheet") = "", py::arg("size") = 64, py::arg("strokes") = "kept",
 			 py::arg("stroke_tolerance") = 0.01, py::arg("flatten") = 0.0, py::arg("grid") = 0.0,
-			 py::arg("precision") = 0.0, py::arg("deadline") = 30.0, py::arg("memory") = 0,
-			 py::arg("chunk_size") = 2000);
+			 py::arg("precision") = 0.0, py::arg("clips") = "ignored", py::arg("deadline") = 30.0,
+			 py::arg("memory") = 0, py::arg("chunk_size") = 2000);
 	py::class_<batch::InputList>(module, "InputList")
 		.def(py::init([](const py::sequence& sources) { return std::make_unique<batch::InputList>(ToPaths(sources)); }),
 			 py::arg("sources"))

@@ -26,6 +26,7 @@ constexpr std::array<std::string_view, 3> kCaps = {"butt", "round", "square"};
 constexpr std::array<std::string_view, 3> kJoins = {"miter", "round", "bevel"};
 constexpr std::array<std::string_view, 4> kOperations = {"unite", "intersect", "subtract", "exclude"};
 constexpr std::array<std::string_view, 2> kStrokes = {"kept", "outlined"};
+constexpr std::array<std::string_view, 3> kClips = {"ignored", "applied", "kept"};
 
 /// The value that a word of a list stands for, when the first one stands for `first`. ValueError for other words.
 template <typename Enumeration, std::size_t count>
@@ -106,6 +107,13 @@ py::object ToPlace(const SVGOutlinePlace& place)
 	return MakeTuple("Place", place.point.x, place.point.y, place.direction.x, place.direction.y, place.length,
 					 place.distance);
 }
+
+/// How a document is to be normalised.
+struct NormalizeWish
+{
+	SVGNormalizeOptions options;
+	SVGNormalizedClips clips;
+};
 
 /// The paths of a document, and the document that their elements stand in.
 struct NormalizedPaths
@@ -444,15 +452,29 @@ void DefineGeometry(py::module_& module)
 			   [](const Shared& self, const std::array<double, 4>& box, bool isInside) {
 				   return FindIn(self, {box[0], box[1], box[2], box[3], false}, isInside);
 			   });
-	module.def("_normalize",
-			   [](const Shared& self, std::string_view strokes, double flattening, double strokeTolerance, double grid,
-				  double precision)
+	py::class_<NormalizeWish>(module, "NormalizeOptions")
+		.def(py::init(
+			[](std::string_view strokes, double flattening, double strokeTolerance, double grid, double precision,
+			   std::string_view clips)
+			{
+				return NormalizeWish{
+					{FindWord<SVGNormalizedStrokes>(kStrokes, strokes), flattening, strokeTolerance, grid, precision},
+					FindWord<SVGNormalizedClips>(kClips, clips)};
+			}));
+	module.def(
+		"_normalize",
+		[](const Shared& self, const NormalizeWish& wish)
+		{
+			const DocumentLock lock(*self);
+			const SVGGeometryRef& geometry = GeometryOf(*self);
+			return NormalizedPaths{self, AskLong([&] { return geometry->NormalizeWith(wish.options, wish.clips); })};
+		});
+	module.def("_normalized",
+			   [](SharedDocument& self, const NormalizeWish& wish, SharedDocument& result)
 			   {
-				   const SVGNormalizeOptions options{FindWord<SVGNormalizedStrokes>(kStrokes, strokes), flattening,
-													 strokeTolerance, grid, precision};
-				   const DocumentLock lock(*self);
-				   const SVGGeometryRef& geometry = GeometryOf(*self);
-				   return NormalizedPaths{self, AskLong([&] { return geometry->Normalize(options); })};
+				   const DocumentLock lock(self);
+				   const SVGGeometryRef& geometry = GeometryOf(self);
+				   result.document = AskLong([&] { return geometry->NormalizeToDocument(wish.options, wish.clips); });
 			   });
 }
 

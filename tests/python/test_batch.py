@@ -72,7 +72,7 @@ class Batches(TestCase):
             self.assertEqual(columns["points"][0:4].tolist(), [[0, 0], [8, 8], [3, 0], [8, 8]])
             self.assertEqual(columns["fills"][0].tolist(), [1, 0, 0])
             expected = orvan_svg.Document.open(self.art / "00.svg").normalize().columns()
-            self.assertEqual(set(columns), {*expected, "inputs", "picture_inputs", "picture_sizes"})
+            self.assertEqual(set(columns), {*expected, "inputs", "elements", "picture_inputs", "picture_sizes"})
             for name, column in expected.items():
                 self.assertEqual((columns[name].dtype, columns[name].shape[1:]), (column.dtype, column.shape[1:]))
         self.assertFalse([name for name in files if ".part" in name])
@@ -173,6 +173,21 @@ class Batches(TestCase):
             else:
                 self.assertTrue(row["message"])
         self.assertEqual(found, {name: outcomes for name, (_, outcomes) in cases.items()})
+
+    def test_tells_what_paths_come_from(self):
+        text = (b'<svg width="9" height="9"><clipPath id="c"><rect width="3" height="3"/></clipPath><use href="#r"/><text>run</text>'
+                b'<g clip-path="url(#c)"><rect id="r" width="8" height="8"/></g></svg>')
+        (self.art / "00.svg").write_bytes(text)
+        for clips in ("ignored", "applied"):
+            _, rows = self.run_batch(clips, [self.art / "00.svg", self.art / "03.svg"], operation="columns", clips=clips)
+            document = orvan_svg.Document.open(text)
+            elements, paths = list(document), document.normalize(clips=clips)
+            places = [elements.index(element) for element in paths.elements]
+            with numpy.load(self.folder / clips / "00000000/columns.npz") as columns:
+                self.assertEqual(columns["elements"].tolist(), [*places, 1])
+                self.assertEqual(columns["inputs"].tolist(), [0] * len(places) + [1])
+                numpy.testing.assert_array_equal(columns["points"][:-2], paths.points)
+            self.assertEqual((rows[0]["unclipped"], rows[0]["paths"]), (paths.unclipped_count, len(places)))
 
     def test_makes_thumbnails(self):
         self.run_batch("out", [self.art / "00.svg", self.art / "03.svg"], operation="thumbnails", size=16)

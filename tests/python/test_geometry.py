@@ -107,9 +107,17 @@ class Geometry(TestCase):
         self.assertEqual((paths.size, set(paths.stroke_kinds.tolist())), ((80, 40), {0}))
         self.assertNotIn(orvan_svg.CUBIC, paths.commands)
         numpy.testing.assert_array_equal(paths.points * 4, numpy.round(paths.points * 4))
-        for options in ({"strokes": "odd"}, {"flatten": -1}, {"grid": float("nan")}):
+        for options in ({"strokes": "odd"}, {"flatten": -1}, {"grid": float("nan")}, {"clips": "odd"}):
             with self.assertRaises(ValueError):
                 self.document.normalize(**options)
+        clipped = orvan_svg.Document.open(b'<svg width="9" height="9"><clipPath id="c"><rect width="3" height="9"/></clipPath>'
+                                          b'<g clip-path="url(#c)"><rect width="8" height="8"/></g></svg>')
+        self.assertEqual([clipped.normalize(**options).points[:, 0].max() for options in ({}, {"clips": "applied"})], [8, 3])
+        result = clipped.normalized(clips="kept")
+        del clipped
+        self.assertEqual([element.kind for element in result.select("svg *:not(defs)")], ["clipPath", "path", "g", "path"])
+        again = orvan_svg.Document.open(result.to_bytes()).normalized(flatten=1, grid=3)
+        self.assertEqual((again.view_size, [element.bbox().width for element in again.select("path")]), ((3, 3), [1]))
 
     def test_answers_threads_side_by_side(self):
         outline = self.document["c"].outline()
