@@ -25,6 +25,8 @@ constexpr std::optional<Number> CompanionOf(Number key) noexcept
 		return Number::yList;
 	case Number::fontWeight:
 		return Number::fontWeightNumber;
+	case Number::clipPath:
+		return Number::clipShape;
 	default:
 		return {};
 	}

@@ -146,6 +146,7 @@ Formatted FormatEntry(std::string& text, const DataDictionary& values, const Rul
 		return values.Has(static_cast<std::int32_t>(number));
 	};
 	const bool isThere = has(rule.number) || (rule.number == Number::fontWeight && has(Number::fontWeightNumber)) ||
+						 (rule.number == Number::clipPath && has(Number::clipShape)) ||
 						 (rule.number == Number::x && has(Number::xList)) ||
 						 (rule.number == Number::y && has(Number::yList));
 	if (!isThere)
