@@ -178,7 +178,8 @@ bool TakeRound(ValueCursor& cursor, std::size_t radii, LengthSink& lengths)
 bool TakeFour(ValueCursor& cursor, Range range, std::array<Length, 4>& four) noexcept
 {
 	std::size_t count = 0;
-	while (count != four.size() && HasMore(cursor) && cursor.Peek() != '/' && cursor.PeekWord() != "round")
+	while (count != four.size() && HasMore(cursor) && cursor.Peek() != '/' &&
+		   !EqualsIgnoreCase(cursor.PeekWord(), "round"))
 	{
 		if (!TakeDistance(cursor, range, four[count]))
 			return false;
