@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "importer/complete/style_sheets.h"
 
+#include "css/media.h"
+
 #include <algorithm>
 
 namespace orvan::svg::complete
@@ -42,10 +44,10 @@ bool IsStyle(const XmlNode& node) noexcept
 bool IsSheetForScreens(std::string_view type, std::string_view media) noexcept
 {
 	constexpr std::string_view kCss = "text/css";
-	const bool isCss = type.empty() || css::EqualsIgnoringCase(type, kCss);
-	return isCss && (media.find_first_not_of(" \t\r\n") == media.npos ||
-					 ((media.find("screen") != media.npos || media.find("all") != media.npos) &&
-					  media.find('(') == media.npos && media.find("not") == media.npos));
+	if (!type.empty() && !css::EqualsIgnoringCase(type, kCss))
+		return false;
+	css::Tokenizer condition(media);
+	return css::ReadMediaCondition(condition) && condition.Current().type == css::TokenType::end;
 }
 
 // XmlElementView -----------------------------------------------------------------------------------------------------

@@ -16,8 +16,8 @@
 namespace orvan::svg::complete
 {
 
-/// Whether the sheet of a style element with these attributes is one of CSS for screens. Media queries with conditions
-/// never hold.
+/// Whether the sheet of a style element with these attributes is one of CSS for screens. Media queries hold as in
+/// @media.
 bool IsSheetForScreens(std::string_view type, std::string_view media) noexcept;
 
 /// How selectors see the nodes of the XML library.
