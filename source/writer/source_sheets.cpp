@@ -2,10 +2,12 @@
 #include "writer/source_sheets.h"
 
 #include "elements/complete_classes.h"
+#include "importer/complete/single_transforms.h"
 #include "importer/complete/style_sheets.h"
 #include "importer/xml/xml_guard.h"
 #include "writer/element_text.h"
 #include "writer/style_editor.h"
+#include "writer/value_text.h"
 #include "writer/xml_text.h"
 
 #include <algorithm>
@@ -237,6 +239,7 @@ void SourceSheets::NoteCondition(const css::Simple& condition)
 		break;
 	case css::SimpleKind::attribute:
 		note(WithoutPrefix(condition.name));
+		_lookAtValues = true;
 		break;
 	case css::SimpleKind::link:
 		note("href");
@@ -282,8 +285,11 @@ SourceSheets::Saying SourceSheets::Find(std::uint32_t record, complete::Tag tag,
 		return saying;
 	for (const css::Declaration* declaration : _cascade->Collect(_view->ElementAt(record)))
 	{
-		_isSure = _isSure && !declaration->isCustom && declaration->name != "all";
-		if (SayingOf(*declaration, WrittenAs(rule.number)) != StyleEditor::Saying::nothing &&
+		const bool isSingle =
+			rule.number == SVGImportAttribute::transform && complete::SingleTransforms::IsName(declaration->name);
+		_isSure = _isSure && !declaration->isCustom && !isSingle && declaration->name != "all";
+		if (declaration->name != "all" &&
+			SayingOf(*declaration, WrittenAs(rule.number)) != StyleEditor::Saying::nothing &&
 			Read(*declaration, *complete::FindRule(declaration->name), tag))
 			saying = declaration->isImportant ? Saying::important : std::max(saying, Saying::something);
 	}
@@ -300,20 +306,21 @@ std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& ele
 	{
 		return attribute == "id" || attribute == "class";
 	};
-	_isSure = _isSure && !_lookAround && std::all_of(_attributes.begin(), _attributes.end(), isName);
+	_isSure = _isSure && !_lookAround && !_lookAtValues && std::all_of(_attributes.begin(), _attributes.end(), isName);
 	if (!_isSure)
 		return differences;
 	for (const css::Declaration* declaration : _cascade->Collect(_view->ShowNew(element, tag)))
 	{
 		const complete::Rule* const rule = declaration->isCustom ? nullptr : complete::FindRule(declaration->name);
-		_isSure = _isSure && !declaration->isCustom && declaration->name != "all";
+		_isSure = _isSure && !declaration->isCustom && declaration->name != "all" &&
+				  !complete::SingleTransforms::IsName(declaration->name);
 		if (rule == nullptr || !complete::IsProperty(*rule))
 			continue;
 		const complete::Rule* const written = FindWritingRule(WrittenAs(rule->number));
 		// What a shorthand says, and what is taken from the parent, is the import's to read.
 		_isSure = _isSure && written != nullptr &&
 				  SayingOf(*declaration, written->number) == StyleEditor::Saying::byItself &&
-				  declaration->value.find("nherit") == std::string_view::npos;
+				  !MayInherit(declaration->value);
 		const SVGElementRef read = _isSure ? Read(*declaration, *rule, tag) : SVGElementRef();
 		if (!read)
 			continue;

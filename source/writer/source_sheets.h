@@ -84,6 +84,7 @@ private:
 	std::unique_ptr<View> _view;
 	std::optional<css::Cascade> _cascade;
 	std::vector<std::string_view> _attributes; ///< That selectors look at.
+	bool _lookAtValues = false;                ///< A selector asks for an attribute, and be it "[class]".
 	bool _lookAround = false;
 	bool _isSure = true;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "writer/style_editor.h"
 
+#include "importer/complete/single_transforms.h"
 #include "writer/value_text.h"
 #include "writer/xml_text.h"
 
@@ -59,6 +60,8 @@ bool Sets(const complete::Rule& shorthand, Number number) noexcept
 
 StyleEditor::Saying SayingOf(const css::Declaration& declaration, Number number) noexcept
 {
+	if (declaration.name == "all" && number != Number::direction && number != Number::unicodeBidi)
+		return StyleEditor::Saying::byShorthand;
 	const complete::Rule* const rule = declaration.isCustom ? nullptr : complete::FindRule(declaration.name);
 	if (rule == nullptr || !complete::IsProperty(*rule))
 		return StyleEditor::Saying::nothing;
@@ -79,16 +82,21 @@ std::optional<StyleEditor::Place> StyleEditor::FindLast(Number number, Saying sa
 	{
 		if (SayingOf(declaration, number) != saying || (found && found->isImportant && !declaration.isImportant))
 			continue;
-		Place place{declaration.offset, declaration.valueOffset, 0, 0, saying, declaration.isImportant};
-		place.valueEnd = FindEnd(_text, place.valueBegin);
-		place.end = std::min(place.valueEnd + 1, _text.size());
-		if (declaration.isImportant)
-			place.valueEnd = std::max(place.valueBegin, _text.rfind('!', place.valueEnd - 1));
-		while (place.valueEnd > place.valueBegin && IsXmlBlank(_text[place.valueEnd - 1]))
-			place.valueEnd--;
-		found = place;
+		found = PlaceOf(declaration, saying);
 	}
 	return found;
+}
+
+StyleEditor::Place StyleEditor::PlaceOf(const css::Declaration& declaration, Saying saying) const noexcept
+{
+	Place place{declaration.offset, declaration.valueOffset, 0, 0, saying, declaration.isImportant};
+	place.valueEnd = FindEnd(_text, place.valueBegin);
+	place.end = std::min(place.valueEnd + 1, _text.size());
+	if (declaration.isImportant)
+		place.valueEnd = std::max(place.valueBegin, _text.rfind('!', place.valueEnd - 1));
+	while (place.valueEnd > place.valueBegin && IsXmlBlank(_text[place.valueEnd - 1]))
+		place.valueEnd--;
+	return place;
 }
 
 StyleEditor::Saying StyleEditor::Find(Number number) const
@@ -136,28 +144,45 @@ void StyleEditor::Remove(const complete::Rule& rule)
 {
 	const Number number = WrittenAs(rule.number);
 	while (const std::optional<Place> place = FindLast(number, Saying::byItself))
-	{
-		std::size_t begin = place->begin;
-		std::size_t end = place->end;
-		const bool isLast = _text.find_first_not_of(" \t\r\n\f", end) == std::string::npos;
-		const bool isEnded = _text[end - 1] == ';';
-		if (isLast)
-		{
-			// The blanks before it go, and the ";" of the one before unless there was one here, too.
-			while (begin > 0 && IsXmlBlank(_text[begin - 1]))
-				begin--;
-			if (!isEnded && begin > 0 && _text[begin - 1] == ';')
-				begin--;
-		}
-		else
-		{
-			while (end < _text.size() && IsXmlBlank(_text[end]))
-				end++;
-		}
-		_text.erase(begin, end - begin);
-	}
+		Erase(*place);
 	if (const std::optional<Place> shorthand = FindLast(number, Saying::byShorthand))
 		Append(rule.name, "unset", shorthand->isImportant);
+}
+
+void StyleEditor::RemoveSingleTransforms()
+{
+	css::Arena arena;
+	std::pmr::vector<css::Declaration> declarations;
+	css::ReadDeclarations(_text, {.arena = arena}, declarations);
+	// From the last one on, so that the places of the others hold.
+	for (auto declaration = declarations.rbegin(); declaration != declarations.rend(); ++declaration)
+	{
+		if (complete::SingleTransforms::IsName(declaration->name))
+			Erase(PlaceOf(*declaration, Saying::byItself));
+	}
+}
+
+/// Takes a declaration out.
+void StyleEditor::Erase(const Place& place)
+{
+	std::size_t begin = place.begin;
+	std::size_t end = place.end;
+	const bool isLast = _text.find_first_not_of(" \t\r\n\f", end) == std::string::npos;
+	const bool isEnded = _text[end - 1] == ';';
+	if (isLast)
+	{
+		// The blanks before it go, and the ";" of the one before unless there was one here, too.
+		while (begin > 0 && IsXmlBlank(_text[begin - 1]))
+			begin--;
+		if (!isEnded && begin > 0 && _text[begin - 1] == ';')
+			begin--;
+	}
+	else
+	{
+		while (end < _text.size() && IsXmlBlank(_text[end]))
+			end++;
+	}
+	_text.erase(begin, end - begin);
 }
 
 } // namespace orvan::svg

@@ -21,7 +21,7 @@ public:
 	{
 		nothing,
 		byItself,    ///< By its own name, or another of the same attribute.
-		byShorthand, ///< "font" sets the size, too.
+		byShorthand, ///< "font" sets the size, too, and "all" nearly everything.
 	};
 
 	/// The text without references.
@@ -49,6 +49,9 @@ public:
 	/// Takes all declarations of a property out; where a shorthand says it, "unset" comes behind that.
 	void Remove(const complete::Rule& rule);
 
+	/// Takes out what shares the element's transform with "transform": "translate", "rotate" and "scale".
+	void RemoveSingleTransforms();
+
 private:
 	struct Place
 	{
@@ -62,7 +65,9 @@ private:
 
 	/// The last declaration of a property that counts, or the last shorthand.
 	std::optional<Place> FindLast(SVGImportAttribute number, Saying saying) const;
+	Place PlaceOf(const css::Declaration& declaration, Saying saying) const noexcept;
 	void Append(std::string_view name, std::string_view value, bool isImportant);
+	void Erase(const Place& place);
 
 	std::string _text;
 };

@@ -265,6 +265,8 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 		const ForcedProperty* const forced = FindForced(allForced, *rule);
 		const std::optional<ForcedProperty> asked =
 			forced == nullptr ? ForceAgainstSheets(record, name, *rule) : std::nullopt;
+		if (rule->number == Number::transform && _source->isComplete && tag.Has("style"))
+			tag.Style().RemoveSingleTransforms(); // The tree's transform is all that there is.
 		EditAttribute(tag, element, name, *rule, asked ? &*asked : forced);
 		_needsCheck |= ReachesBelow(element, *rule);
 	}
@@ -276,7 +278,7 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 }
 
 /// Whether an edit of a property may change what is read on the elements below.
-bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) const noexcept
+bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) noexcept
 {
 	if (!_source->isComplete || element.FirstChild() == nullptr)
 		return false;
@@ -288,17 +290,10 @@ bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) cons
 		return ClassKindOf(element) == Kind::svg && _source->Text().find('%') != std::string_view::npos;
 	if (!complete::IsProperty(rule) || rule.role == complete::Role::inherited)
 		return false;
-	for (HierarchyObject* at = element.FirstChild(); at != nullptr; at = at->NextSibling())
-	{
-		const ElementBase* const child = AsElement(at);
-		for (const DataDictionary::Entry& entry : child != nullptr ? child->Attributes() : DataDictionary())
-		{
-			// The child may have it by "inherit".
-			if (WrittenAs(static_cast<Number>(entry.key)) == number)
-				return _source->Text().find("nherit") != std::string_view::npos || !_request.clientSheet.empty();
-		}
-	}
-	return false;
+	// What is in it may have the property by "inherit", or get it only now.
+	if (!_mayInherit)
+		_mayInherit = MayInherit(_request.clientSheet) || MayInherit(_source->Text());
+	return *_mayInherit;
 }
 
 /// What a property has to be written with where a sheet says something about it.
@@ -380,7 +375,7 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 		const Rule* const known = FindRule(entry.name.View());
 		if (ElementOf(entry.element) == &element && known != nullptr &&
 			WrittenAs(known->number) == WrittenAs(rule.number) &&
-			ReadsAs(rule, name, entry.text.View(), isInStyle ? grammar::Source::style : grammar::Source::attribute,
+			ReadsAs(rule, name, entry.text.View(), isInStyle ? grammar::Source::sheet : grammar::Source::attribute,
 					exact))
 			given = entry.text.View();
 	}

@@ -124,7 +124,7 @@ private:
 	std::vector<ForcedProperty> ForcedOnNew(const ElementBase& element, complete::Tag name);
 	std::optional<ForcedProperty> ForceAgainstSheets(std::uint32_t record, complete::Tag name,
 													 const complete::Rule& rule);
-	bool ReachesBelow(const ElementBase& element, const complete::Rule& rule) const noexcept;
+	bool ReachesBelow(const ElementBase& element, const complete::Rule& rule) noexcept;
 	SourceSheets& Sheets();
 	ValueStyle StyleFor(bool isDeclaration) const noexcept;
 
@@ -136,6 +136,7 @@ private:
 	TextEdits _edits;
 	std::string _prefix;                 ///< Of new elements' tags.
 	std::optional<SourceSheets> _sheets; ///< Made when something was edited.
+	std::optional<bool> _mayInherit;     ///< Whether "inherit" may stand somewhere.
 	bool _areSheetsSure = true;
 	bool _needsCheck = false;
 	bool _hasLinks = false;           ///< A link was written with the usual prefix.

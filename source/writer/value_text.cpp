@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "writer/value_text.h"
 
+#include "css/text.h"
 #include "importer/complete/value_readers.h"
 #include "writer/value_formatters.h"
 
@@ -204,6 +205,17 @@ void AppendLink(std::string& text, std::string_view link, Tag tag, bool isId)
 	if (isId || !isIri)
 		text += '#';
 	text += link;
+}
+
+bool MayInherit(std::string_view text) noexcept
+{
+	constexpr std::string_view kEnd = "herit";
+	for (std::size_t at = 0; (at = text.find_first_of("hH\\", at)) != text.npos; at++)
+	{
+		if (text[at] == '\\' || css::EqualsIgnoringCase(text.substr(at, kEnd.size()), kEnd))
+			return true;
+	}
+	return false;
 }
 
 } // namespace orvan::svg

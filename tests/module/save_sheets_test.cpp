@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+/// What is saved where style sheets and properties of CSS have a say: it must load as the tree is.
+#include "saving.h"
+#include "support/tree_json.h"
+#include "svg_edit.h"
+
+namespace orvan
+{
+namespace
+{
+
+class SavingBesideSheets : public Saving
+{
+protected:
+	/// The elements without the list of ids, which goes by the load and not by the attributes.
+	static std::string RootOf(const SVGDocumentRef& document)
+	{
+		const std::string json = JsonOf(document);
+		return json.substr(json.find("\"root\""));
+	}
+
+	/// What is saved of a document, after holding what it loads as against the tree that it was made of.
+	static std::string SavedAlike(const SVGDocumentRef& document, std::string_view clientSheet = {})
+	{
+		std::string saved = SavedText(document);
+		if (saved.starts_with("error: "))
+			return saved;
+		EXPECT_EQ(RootOf(document), RootOf(Open(saved, true, clientSheet))) << saved;
+		return saved;
+	}
+
+	struct Case
+	{
+		const char* text;
+		const char* selector;
+		const char* assignment; ///< NAME=VALUE; without a value the attribute goes.
+		const char* saved;
+		const char* clientSheet = "";
+	};
+
+	static void ExpectAll(std::initializer_list<Case> cases)
+	{
+		for (const auto& [text, selector, assignment, saved, clientSheet] : cases)
+		{
+			SCOPED_TRACE(std::string(text) + ' ' + selector + ' ' + assignment);
+			const SVGDocumentRef document = Open("<svg>" + std::string(text) + "</svg>", true, clientSheet);
+			const std::string_view whole = assignment;
+			const std::size_t sign = whole.find('=');
+			Set(document, selector, whole.substr(0, sign), whole.substr(sign + 1));
+			EXPECT_EQ("<svg>" + std::string(saved) + "</svg>", SavedAlike(document, clientSheet));
+		}
+	}
+
+	static void Remove(const SVGDocumentRef& document, std::string_view selector)
+	{
+		Must(Cast<SVGElementEditInterface>(First(document, selector))->Remove());
+	}
+
+	/// A new element at the end of what a selector finds.
+	static SVGElementRef Add(const SVGDocumentRef& document, std::string_view selector,
+							 const std::string& name = "svgrectelement")
+	{
+		const SVGElementRef element = Make(name);
+		Insert(element, First(document, selector));
+		return element;
+	}
+};
+
+TEST_F(SavingBesideSheets, ShorthandsAndWhatStandsForAllGiveWayBehindThem)
+{
+	ExpectAll({
+		{"<rect style='fill:red;all:unset'/>", "rect", "fill=blue", "<rect style='fill:red;all:unset;fill:blue'/>"},
+		{"<rect style='all:unset'/>", "rect", "fill=blue", "<rect style='all:unset;fill:blue'/>"},
+		{"<rect style='all:unset;fill:red'/>", "rect", "fill=blue", "<rect style='all:unset;fill:blue'/>"},
+		{"<rect style='all:initial!important'/>", "rect", "fill=blue",
+		 "<rect style='all:initial!important;fill:blue!important'/>"},
+		{"<g style='all:unset'/>", "g", "unicode-bidi=embed", "<g style='all:unset' unicode-bidi=\"embed\"/>"},
+		{"<text style='font:2px a;'/>", "text", "font-family=b", "<text style='font:2px a;font-family:b;'/>"},
+		{"<text style='font-size:1px; font: 2px a'/>", "text", "font-size=3px",
+		 "<text style='font-size:1px; font: 2px a; font-size: 3px'/>"},
+		{"<text style='font: 2px a; font-size: 1px'/>", "text", "font-size=3px",
+		 "<text style='font: 2px a; font-size: 3px'/>"},
+		{"<text style='font:2px a!important'/>", "text", "font-size=3px",
+		 "<text style='font:2px a!important;font-size:3px!important'/>"},
+		{"<path style='marker:url(#a)'/>", "path", "marker-mid=url(#b)",
+		 "<path style='marker:url(#a);marker-mid:url(#b)'/>"},
+		{"<path style='marker:url(#a)'/>", "path", "stroke=red", "<path style='marker:url(#a)' stroke=\"red\"/>"},
+		{"<path style='marker:url(#a)!important'/>", "path",
+		 "marker-end=", "<path style='marker:url(#a)!important;marker-end:unset!important'/>"},
+	});
+}
+
+TEST_F(SavingBesideSheets, ATransformIsAllThatMovesAnElement)
+{
+	ExpectAll({
+		{"<g style='translate:1px'/>", "g", "transform=scale(2)", "<g transform=\"scale(2)\"/>"},
+		{"<g style='fill:red; translate: 1px; rotate: 90deg; stroke:red'/>", "g", "transform=scale(2)",
+		 "<g style='fill:red; stroke:red' transform=\"scale(2)\"/>"},
+		{"<g style='scale:3;transform:scale(2)'/>", "g", "transform=", "<g/>"},
+		{"<g style='scale:3;fill:red'/>", "g", "fill=blue", "<g style='scale:3;fill:blue'/>"},
+		{"<style>g{fill:red}</style><g style='scale:3'/>", "g", "transform=scale(2)",
+		 "<style>g{fill:red}</style><g transform=\"scale(2)\"/>"},
+	});
+	// What a sheet says of it has no place in an element.
+	const SVGDocumentRef document = Open("<svg><style>g{translate:1px}</style><g/></svg>");
+	Set(document, "g", "transform", "scale(2)");
+	EXPECT_EQ("error: The saved file would not load as it is: <g> has another value of \"transform\".",
+			  SavedText(document));
+}
+
+TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
+{
+	const SVGDocumentRef document = Open("<svg><style>g:empty{fill:red}</style><g/><g><rect/></g></svg>");
+	Add(document, "g");
+	EXPECT_EQ("<svg><style>g:empty{fill:red}</style><g style=\"fill:red\"><rect/></g><g><rect/></g></svg>",
+			  SavedAlike(document));
+	Remove(document, "g + g > rect");
+	EXPECT_EQ(
+		"<svg><style>g:empty{fill:red}</style><g style=\"fill:red\"><rect/></g><g style=\"fill:unset\"></g></svg>",
+		SavedAlike(document));
+}
+
+TEST_F(SavingBesideSheets, SelectorsSeeTheSourceAsTheImportSeesIt)
+{
+	ExpectAll({
+		// Names and classes with references, prefixes, and sheets with and without characters of their own.
+		{"<style>.a\\&amp;b{fill:red}</style><rect class='a&amp;b'/>", "rect", "fill=blue",
+		 "<style>.a\\&amp;b{fill:red}</style><rect class='a&amp;b' style=\"fill:blue\"/>"},
+		{"<style>#a\\&amp;b{fill:red}</style><rect id='a&#38;b'/>", "rect", "fill=blue",
+		 "<style>#a\\&amp;b{fill:red}</style><rect id='a&#38;b' style=\"fill:blue\"/>"},
+		{"<style>[data-n='&lt;']{fill:red}</style><g/><rect data-n='&lt;'/>", "rect", "fill=blue",
+		 "<style>[data-n='&lt;']{fill:red}</style><g/><rect data-n='&lt;' style=\"fill:blue\"/>"},
+		{"<style><![CDATA[g>rect{fill:red}]]></style><g><rect/></g>", "rect", "fill=blue",
+		 "<style><![CDATA[g>rect{fill:red}]]></style><g><rect style=\"fill:blue\"/></g>"},
+		{"<style>a:link{fill:red}</style><a xmlns:x='http://www.w3.org/1999/xlink' x:href='b'/>", "a", "fill=blue",
+		 "<style>a:link{fill:red}</style><a xmlns:x='http://www.w3.org/1999/xlink' x:href='b' style=\"fill:blue\"/>"},
+		{"<style>[*|href]{fill:red}</style><use xmlns:x='http://www.w3.org/1999/xlink' x:href='#b'/>", "use",
+		 "fill=blue",
+		 "<style>[*|href]{fill:red}</style><use xmlns:x='http://www.w3.org/1999/xlink' x:href='#b' "
+		 "style=\"fill:blue\"/>"},
+		{"<style>[*|href^='#c']{fill:red}</style><use xmlns:x='http://www.w3.org/1999/xlink' x:href='#b'/>", "use",
+		 "fill=blue",
+		 "<style>[*|href^='#c']{fill:red}</style><use xmlns:x='http://www.w3.org/1999/xlink' x:href='#b' "
+		 "fill=\"blue\"/>"},
+		{"<style>rect:nth-last-child(2){fill:red}</style><g> <rect/> <rect/> </g>", "rect", "fill=blue",
+		 "<style>rect:nth-last-child(2){fill:red}</style><g> <rect style=\"fill:blue\"/> <rect/> </g>"},
+		{"<style>rect:nth-last-child(2){fill:red}</style><g> <rect/> <rect/> </g>", "rect + rect", "fill=blue",
+		 "<style>rect:nth-last-child(2){fill:red}</style><g> <rect/> <rect fill=\"blue\"/> </g>"},
+		{"<style>:lang(de) rect{fill:red}</style><g lang='de'><rect/></g>", "rect", "fill=blue",
+		 "<style>:lang(de) rect{fill:red}</style><g lang='de'><rect style=\"fill:blue\"/></g>"},
+		{"<style>:lang(de) rect{fill:red}</style><g lang='de'><rect/></g>", "g", "lang=en",
+		 "<style>:lang(de) rect{fill:red}</style><g lang='en'><rect style=\"fill:red\"/></g>"},
+		{"<style>a:link rect{fill:red}</style><a href='b'><rect/></a>", "a",
+		 "href=", "<style>a:link rect{fill:red}</style><a><rect style=\"fill:red\"/></a>"},
+		{"<style>g:not(.a){fill:red}</style><g class='a'/>", "g",
+		 "class=", "<style>g:not(.a){fill:red}</style><g style=\"fill:unset\"/>"},
+		{"<style>:is(.a){fill:red}</style><g class='a'/>", "g", "class=b",
+		 "<style>:is(.a){fill:red}</style><g class='b' style=\"fill:red\"/>"},
+		// Sheets for other media, and of other languages, say nothing.
+		{"<style media='print'>g{fill:red}</style><g/>", "g", "fill=blue",
+		 "<style media='print'>g{fill:red}</style><g fill=\"blue\"/>"},
+		{"<style type='text/x'>g{fill:red}</style><g/>", "g", "fill=blue",
+		 "<style type='text/x'>g{fill:red}</style><g fill=\"blue\"/>"},
+		{"<style media='SCREEN'>g{fill:red}</style><g/>", "g", "fill=blue",
+		 "<style media='SCREEN'>g{fill:red}</style><g style=\"fill:blue\"/>"},
+		// The later sheet counts, and what is refused does not; properties that are said of all elements, too.
+		{"<style>g{fill:red!important}</style><style>g{fill:7!important}</style><g/>", "g", "fill=blue",
+		 "<style>g{fill:red!important}</style><style>g{fill:7!important}</style><g style=\"fill:blue!important\"/>"},
+		{"<style>*{all:unset}</style><g/>", "g", "fill=blue", "<style>*{all:unset}</style><g style=\"fill:blue\"/>"},
+		{"<style>*{--a:red}g{fill:var(--a)}</style><g/>", "g", "fill=blue",
+		 "<style>*{--a:red}g{fill:var(--a)}</style><g style=\"fill:blue\"/>"},
+		{"<style>rect{rx:1px}</style><rect/><line/>", "rect", "rx=2px",
+		 "<style>rect{rx:1px}</style><rect style=\"rx:2px\"/><line/>"},
+		{"<g/>", "g", "fill=blue", "<g style=\"fill:blue!important\"/>", "g{fill:red!important}"},
+		{"<g><rect opacity='inherit'/></g>", "g", "opacity=.5",
+		 "<g opacity=\".5\"><rect style=\"opacity:unset\"/></g>"},
+		{"<g><rect style='opacity:INHERIT'/></g>", "g", "opacity=.5",
+		 "<g opacity=\".5\"><rect style='opacity:unset'/></g>"},
+		{"<g opacity='.2'><rect/></g>", "g", "opacity=.5", "<g opacity='.5'><rect style=\"opacity:.2\"/></g>",
+		 "rect{opacity:inherit}"},
+	});
+}
+
+TEST_F(SavingBesideSheets, NewElementsSayWhatTheSheetsSayOtherwise)
+{
+	const auto adding = [](std::string_view sheet, std::string_view name, std::string_view value)
+	{
+		const std::string head = "<svg><style>" + std::string(sheet) + "</style>";
+		const SVGDocumentRef document = Open(head + "<g/></svg>");
+		Add(document, "g");
+		Set(document, "g > rect", "id", "new");
+		Set(document, "#new", "class", "c");
+		if (!name.empty())
+			Set(document, "#new", name, value);
+		const std::string saved = SavedAlike(document);
+		return saved.starts_with(head) ? saved.substr(head.size() + 3, saved.size() - head.size() - 13) : saved;
+	};
+	const std::string start = "<rect id=\"new\" class=\"c\"";
+	EXPECT_EQ("<rect id=\"new\" fill=\"red\" class=\"c\"/>", adding(".c{fill:red}", "fill", "red"));
+	EXPECT_EQ(start + " style=\"fill:unset\"/>", adding(".c{fill:red}", "", ""));
+	EXPECT_EQ(start + " style=\"fill:unset\"/>", adding("#new{fill:red}", "", ""));
+	EXPECT_EQ("<rect id=\"new\" fill=\"red\" class=\"c\"/>", adding("path,.d,#old{fill:blue}", "fill", "red"));
+	// The last one counts, also when it says what the element says.
+	EXPECT_EQ("<rect id=\"new\" fill=\"red\" class=\"c\"/>", adding("rect{fill:blue}.c{fill:red}", "fill", "red"));
+	EXPECT_EQ(start + " style=\"fill:red!important\"/>",
+			  adding("rect{fill:red}.c{fill:blue!important}", "fill", "red"));
+	EXPECT_EQ("<rect id=\"new\" fill=\"red\" class=\"c\" style=\"stroke:unset\"/>",
+			  adding("rect{stroke:red;stroke-width:7 7}", "fill", "red"));
+	// What looks around, says something of others, or is calculated.
+	EXPECT_EQ(start + " style=\"fill:unset\"/>", adding("g>rect{fill:red}", "", ""));
+	EXPECT_EQ(start + " style=\"fill:unset\"/>", adding("[class]{fill:red}g{stroke:red}", "", ""));
+	EXPECT_EQ(start + " style=\"fill:unset\"/>", adding("rect:not([id=old]){fill:red}", "", ""));
+	EXPECT_EQ(start + " style=\"opacity:unset\"/>", adding("rect{opacity:inherit}g{opacity:.5}", "", ""));
+	EXPECT_EQ(start + " style=\"opacity:unset\"/>", adding("rect{opacity:INHERIT}g{opacity:.5}", "", ""));
+	EXPECT_EQ(start + " style=\"opacity:unset\"/>", adding("rect{opacity:inher\\69t}g{opacity:.5}", "", ""));
+	EXPECT_EQ("<rect id=\"new\" class=\"c\" style=\"fill:red\"/>",
+			  adding("rect{fill:red}.c{fill:unset}", "fill", "red"));
+	EXPECT_EQ(start + "/>", adding("rect{fill:red}.c{fill:Unset}", "", ""));
+	EXPECT_EQ(start + " style=\"marker-start:unset;marker-mid:unset;marker-end:unset\"/>",
+			  adding("rect{marker:url(#m)}", "", ""));
+	EXPECT_EQ(start + " style=\"fill:unset\"/>", adding("svg{--a:red}rect{fill:var(--a)}", "", ""));
+	EXPECT_EQ("error: The saved file would not load as it is: <rect id=\"new\"> has another value of \"transform\".",
+			  adding("rect{scale:2}", "", ""));
+}
+
+} // namespace
+} // namespace orvan
