@@ -108,6 +108,20 @@ TEST_F(SavingBesideSheets, ATransformIsAllThatMovesAnElement)
 			  SavedText(document));
 }
 
+TEST_F(SavingBesideSheets, AShapeGoesWithClipPathAndHasATextOfItsOwn)
+{
+	const std::string_view text = "<svg><rect clip-path='inset(1px round 2px)'/></svg>";
+	const SVGDocumentRef bare = Open(text);
+	Must(Cast<SVGElementEditInterface>(First(bare, "rect"))->RemoveAttribute(SVGImportAttribute::clipPath));
+	EXPECT_EQ("<svg><rect/></svg>", SavedAlike(bare));
+	// As a value by itself it has a text, too.
+	const Data shape = Must(SourceOf(bare)->ParseValue(SVGImportElementKind::rect, SVGImportAttribute::clipShape,
+													   Text("Circle(closest-side at 1px 20%) view-box")));
+	EXPECT_EQ(
+		"circle(closest-side at 1px 20%) view-box",
+		Must(SourceOf(bare)->FormatValue(SVGImportElementKind::rect, SVGImportAttribute::clipShape, shape)).View());
+}
+
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 {
 	const SVGDocumentRef document = Open("<svg><style>g:empty{fill:red}</style><g/><g><rect/></g></svg>");
