@@ -459,6 +459,68 @@ TEST_F(Paints, ImagesAreFittedAsTheyAreTold)
 		ExpectPixels(image + sample.elements + "/>", sample.pixels);
 }
 
+TEST_F(Paints, MarkersAndUsesTakeThePaintsOfTheirContext)
+{
+	const std::string marker =
+		"<linearGradient id='g'><stop offset='.5' stop-color='#f00'/><stop offset='.5' "
+		"stop-color='#0f0'/></linearGradient>"
+		"<marker id='m' markerUnits='userSpaceOnUse' markerWidth='8' markerHeight='8' refX='4' refY='4'><rect "
+		"width='4' "
+		"height='8' fill='context-fill'/><rect x='4' width='4' height='8' fill='context-stroke'/></marker>";
+	const Case cases[] = {
+		{"<path d='M20 20h40v40' fill='#0f0' stroke='#00f' marker-start='url(#m)' marker-end='url(#m)'/>",
+		 "17,17 00ff00; 22,17 0000ff; 57,63 00ff00; 62,63 0000ff"},
+		// Gradients have the box of the path, not that of the marker.
+		{"<path d='M20 20h40v40' fill='url(#g)' stroke='none' marker-start='url(#m)' marker-end='url(#m)'/>",
+		 "17,17 ff0000; 19,17 ff0000; 57,63 00ff00; 22,17 none"},
+		{"<path d='M20 20h40v40' fill='none' stroke='url(#g) #00f' marker-start='url(#m)' marker-end='url(#m)'/>",
+		 "17,17 none; 22,17 ff0000; 62,63 00ff00"},
+		{"<path d='M20 20h40' fill='currentColor' color='#00f' stroke='#f00' stroke-width='2' marker-start='url(#m)'/>",
+		 "17,17 0000ff; 22,17 ff0000"},
+		{"<defs><rect id='r' x='10' y='10' width='20' height='20' fill='context-fill' stroke='context-stroke' "
+		 "stroke-width='4'/></defs><use href='#r' fill='#0f0' stroke='#00f'/>",
+		 "20,20 00ff00; 9,20 0000ff; 7,20 none"},
+		{"<rect x='10' y='10' width='20' height='20' fill='context-fill'/>", "20,20 none"},
+	};
+	for (const Case& sample : cases)
+		ExpectPixels(marker + sample.elements, sample.pixels);
+}
+
+TEST_F(Paints, UsesInheritFromWhereTheyStand)
+{
+	const Case cases[] = {
+		{"<defs fill='#f00'><rect id='r' width='9' height='9'/></defs><use href='#r' fill='#00f'/><use href='#r' "
+		 "x='20'/>",
+		 "5,5 0000ff; 25,5 000000"},
+		{"<rect id='r' width='9' height='9' fill='#0f0'/><use href='#r' x='20' fill='#00f'/>",
+		 "5,5 00ff00; 25,5 00ff00"},
+		{"<g id='r'><rect width='9' height='9'/></g><use href='#r' x='20' y='10' transform='scale(2)'/>",
+		 "40,20 000000; 57,37 000000; 39,30 none; 58,30 none; 45,19 none"},
+		{"<defs><g id='a'><rect width='9' height='9'/></g><g id='b'><use href='#a' x='10'/></g></defs><use href='#b' "
+		 "y='10'/>",
+		 "10,10 000000; 18,18 000000; 9,15 none; 19,15 none; 15,9 none"},
+		{"<defs><svg id='s' width='10' height='10'><rect width='99' height='99'/></svg></defs><use href='#s' x='5' "
+		 "y='5' "
+		 "width='20'/>",
+		 "5,5 000000; 24,14 000000; 25,10 none; 10,15 none"},
+		{"<defs><symbol id='s'><rect width='100%' height='50%'/></symbol></defs><use href='#s' width='40' "
+		 "height='40'/>",
+		 "39,19 000000; 40,10 none; 10,20 none"},
+		{"<defs><symbol id='s'><rect width='100%' height='50%'/></symbol></defs><use href='#s'/>",
+		 "99,49 000000; 50,50 none"},
+		{"<symbol id='s'><rect width='9' height='9'/></symbol>", "5,5 none"},
+		{"<use href='#none'/><use/><use href='#c' id='c'/>", "5,5 none"},
+		{"<defs><rect id='r' width='9' height='9' style='display:none'/></defs><use href='#r'/>", "5,5 none"},
+		{"<style>.x rect{fill:#f00}</style><g class='x'><rect id='r' width='9' height='9'/></g><use href='#r' x='20'/>",
+		 "5,5 ff0000; 25,5 ff0000"},
+		{"<a href='x' fill='#00f'><rect width='9' height='9'/></a>", "5,5 0000ff"},
+		{"<g opacity='.6'><use href='#r' opacity='.5'/></g><defs><rect id='r' width='9' height='9'/></defs>",
+		 "5,5 0000004d"},
+	};
+	for (const Case& sample : cases)
+		ExpectPixels(sample.elements, sample.pixels);
+}
+
 TEST_F(Paints, ConditionsChooseWhatIsDrawn)
 {
 	const Case cases[] = {
