@@ -521,6 +521,105 @@ TEST_F(Paints, UsesInheritFromWhereTheyStand)
 		ExpectPixels(sample.elements, sample.pixels);
 }
 
+TEST_F(Paints, LengthsHaveAllUnits)
+{
+	for (const char* width : {"48", "48px", ".5in", "1.27cm", "12.7mm", "36pt", "3pc", "50.8Q", "4em", "8ex", "8ch",
+							  "3rem", "48%", "48vw", "48vh", "48vmin", "48vmax"})
+	{
+		ExpectPixels("<g font-size='12'><rect style='width:" + std::string(width) + "' height='9'/></g>",
+					 "47,5 000000; 48,5 none");
+	}
+	// Of the inner viewport, and of the outermost one.
+	ExpectPixels(
+		"<svg width='50' height='20' viewBox='0 0 10 4'><rect width='50%' height='50%'/><rect y='3' width='.05vw' "
+		"height='1'/></svg>",
+		"24,9 000000; 25,5 none; 5,10 none; 0,15 00000040");
+	ExpectPixels("<svg width='80' height='20'><circle cx='50%' cy='50%' r='10%'/></svg>",
+				 "40,5 000000; 40,3 none; 46,10 none; 44,10 000000");
+}
+
+TEST_F(Paints, ContentIsFittedByTheNineAlignments)
+{
+	// A content of 10 by 20 in an area of 40 by 40 from (10, 10) on, and one of 20 by 10.
+	const struct
+	{
+		const char* align;
+		int x;
+		int y;
+	} cases[] = {{"Min", 0, 0}, {"Mid", 1, 1}, {"Max", 2, 2}};
+	for (const auto& horizontal : cases)
+	{
+		for (const auto& vertical : cases)
+		{
+			const auto draw = [&](const std::string& box, const std::string& rule, const std::string& pixels)
+			{
+				ExpectPixels(
+					"<svg x='10' y='10' width='40' height='40' viewBox='5 5 " + box + "' preserveAspectRatio='x" +
+						horizontal.align + 'Y' + vertical.align + rule +
+						"'><rect x='5' y='5' width='10' height='10' "
+						"fill='#f00'/><rect x='5' y='15' width='10' height='10' fill='#00f'/><rect x='15' y='5' "
+						"width='10' height='10' fill='#0f0'/></svg>",
+					pixels);
+			};
+			const auto at = [](int x, int y, const char* colour)
+			{
+				return std::to_string(x) + ',' + std::to_string(y) + ' ' + colour + ';';
+			};
+			const int left = 10 + horizontal.x * 10;
+			const int top = 10 + vertical.y * 10;
+			// The whole of it, 20 by 40 or 40 by 20.
+			draw("10 20", "",
+				 at(left, 10, "ff0000") + at(left + 19, 29, "ff0000") + at(left, 30, "0000ff") +
+					 (horizontal.x > 0 ? at(left - 1, 15, "none") : at(left + 40, 15, "none")));
+			draw("20 10", "",
+				 at(10, top, "ff0000") + at(29, top + 19, "ff0000") + at(30, top, "00ff00") +
+					 (vertical.y > 0 ? at(15, top - 1, "none") : at(15, top + 40, "none")));
+			// As much of it as fills the area: 40 by 80, of which the blue half begins at 40, 20 or not at all.
+			const char* const above[] = {"ff0000", "ff0000", "0000ff"};
+			const char* const below[] = {"ff0000", "0000ff", "0000ff"};
+			draw("10 20", " slice",
+				 at(10, 29, above[vertical.y]) + at(49, 30, below[vertical.y]) + at(10, 10, above[vertical.y]) +
+					 at(9, 30, "none") + at(50, 30, "none"));
+			const char* const before[] = {"ff0000", "ff0000", "00ff00"};
+			const char* const behind[] = {"ff0000", "00ff00", "00ff00"};
+			draw("20 10", " slice",
+				 at(29, 10, before[horizontal.x]) + at(30, 49, behind[horizontal.x]) + at(30, 9, "none"));
+		}
+	}
+}
+
+TEST_F(Paints, LayersReachAsFarAsWhatIsInThem)
+{
+	const Case cases[] = {
+		// The tip of a corner of 14 degrees, 32 away.
+		{"<path d='M20 40 60 45 20 50' fill='none' stroke='#000' stroke-width='8' stroke-miterlimit='20'/>",
+		 "80,45 00000099; 95,45 none"},
+		{"<path d='M20 40 60 45 20 50' fill='none' stroke='#000' stroke-width='8'/>", "59,45 00000099; 65,45 none"},
+		{"<path d='M4 10h8' stroke='#000' stroke-width='6' stroke-linecap='square' transform='scale(4)'/>",
+		 "4,28 00000099; 59,51 00000099; 3,40 none; 60,40 none; 30,52 none"},
+		{"<path d='M4 10h8' stroke='#000' stroke-width='20' transform='scale(4)' vector-effect='non-scaling-stroke'/>",
+		 "16,30 00000099; 47,49 00000099; 30,29 none; 30,50 none"},
+		{"<marker id='m' markerUnits='userSpaceOnUse' markerWidth='30' markerHeight='30' refX='15' refY='15'><rect "
+		 "width='30' "
+		 "height='30'/></marker><path d='M20 50h20' fill='none' marker-end='url(#m)'/>",
+		 "25,35 00000099; 54,64 00000099; 24,50 none"},
+		{"<rect width='20' height='20' style='filter:drop-shadow(50px 60px 0 #f00)'/>",
+		 "5,5 00000099; 50,60 ff000099; 69,79 ff000099"},
+		{"<g style='filter:drop-shadow(50px 60px 0 #f00)'><rect width='20' height='20'/></g>",
+		 "69,79 ff000099; 70,70 none"},
+		{"<svg x='10' y='10' width='20' height='20' overflow='visible'><rect width='80' height='5'/></svg>",
+		 "89,14 00000099"},
+		{"<svg x='10' y='10' width='20' height='20'><rect width='80' height='5'/></svg>", "29,14 00000099; 30,12 none"},
+		{"<g transform='rotate(45 50 50)'><rect x='30' y='30' width='40' height='40'/></g>",
+		 "50,23 00000099; 76,50 00000099; 30,30 none"},
+		{"<rect width='9' height='9'/><g visibility='hidden'><rect x='80' y='80' width='9' height='9' "
+		 "visibility='visible'/></g>",
+		 "5,5 00000099; 85,85 00000099; 50,50 none"},
+	};
+	for (const Case& sample : cases)
+		ExpectPixels("<g opacity='.6'>" + std::string(sample.elements) + "</g>", sample.pixels);
+}
+
 TEST_F(Paints, ConditionsChooseWhatIsDrawn)
 {
 	const Case cases[] = {
