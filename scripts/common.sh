@@ -11,7 +11,7 @@ build_packages=(
 	libcli11-dev nlohmann-json3-dev        # the host program
 	libarchive-dev nettle-dev              # what batches read and write, and its hashes
 	libcairo2-dev libpango1.0-dev          # the renderer
-	libpng-dev libturbojpeg0-dev libwebp-dev # the images that it draws
+	libpng-dev libturbojpeg0-dev libwebp-dev libgif-dev libexif-dev # the images that it draws
 	libgtest-dev
 	pybind11-dev python3-dev python3-numpy # the Python package
 )

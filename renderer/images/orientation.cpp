@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "orientation.h"
 
-#include <string_view>
+#include <libexif/exif-data.h>
+#include <memory>
 
 namespace orvan::images
 {
@@ -10,70 +11,25 @@ namespace
 
 constexpr int kUpright = 1;
 
-/// Whole numbers in a part of a file; 0 beyond its end.
-class Numbers
+struct ReleaseData
 {
-public:
-	Numbers(Bytes bytes, bool isLittleEndian) noexcept : _bytes(bytes), _isLittleEndian(isLittleEndian)
+	void operator()(ExifData* data) const noexcept
 	{
+		exif_data_unref(data);
 	}
-
-	std::uint32_t Get(std::size_t offset, std::size_t size) const noexcept
-	{
-		std::uint32_t number = 0;
-		if (offset > _bytes.size() || size > _bytes.size() - offset)
-			return 0;
-		for (std::size_t i = 0; i < size; i++)
-			number = number << 8 | _bytes[offset + (_isLittleEndian ? size - 1 - i : i)];
-		return number;
-	}
-
-private:
-	Bytes _bytes;
-	bool _isLittleEndian;
 };
-
-/// The orientation in Exif data, which are those of a TIFF file: a list of tags of twelve bytes each.
-int FindInExif(Bytes exif) noexcept
-{
-	constexpr std::uint32_t kOrientationTag = 0x112;
-	if (exif.size() < 8)
-		return kUpright;
-	const Numbers numbers(exif, exif[0] == 'I');
-	const std::size_t list = numbers.Get(4, 4);
-	const std::size_t count = numbers.Get(list, 2);
-	for (std::size_t i = 0; i < count; i++)
-	{
-		const std::size_t entry = list + 2 + i * 12;
-		if (numbers.Get(entry, 2) != kOrientationTag)
-			continue;
-		const std::uint32_t value = numbers.Get(entry + 8, 2);
-		return value >= 1 && value <= 8 ? static_cast<int>(value) : kUpright;
-	}
-	return kUpright;
-}
 
 } // namespace
 
 int FindOrientation(Bytes file) noexcept
 {
-	constexpr std::string_view kExif("Exif\0\0", 6);
-	// A file is a row of segments, each with a mark and a length; those that matter stand before the picture.
-	const Numbers numbers(file, false);
-	for (std::size_t at = 2; numbers.Get(at, 1) == 0xFF;)
-	{
-		const std::uint32_t mark = numbers.Get(at + 1, 1);
-		const std::size_t length = numbers.Get(at + 2, 2);
-		const bool isPicture = mark == 0xDA || mark == 0xD9;
-		if (isPicture || length < 2 || at + 2 + length > file.size())
-			break;
-		const Bytes content = file.subspan(at + 4, length - 2);
-		const std::string_view text(reinterpret_cast<const char*>(content.data()), content.size());
-		if (mark == 0xE1 && text.starts_with(kExif))
-			return FindInExif(content.subspan(kExif.size()));
-		at += 2 + length;
-	}
-	return kUpright;
+	const std::unique_ptr<ExifData, ReleaseData> data(
+		exif_data_new_from_data(file.data(), static_cast<unsigned>(file.size())));
+	const ExifEntry* const entry = data ? exif_content_get_entry(data->ifd[EXIF_IFD_0], EXIF_TAG_ORIENTATION) : nullptr;
+	if (entry == nullptr || entry->format != EXIF_FORMAT_SHORT || entry->size < 2)
+		return kUpright;
+	const int orientation = exif_get_short(entry->data, exif_data_get_byte_order(data.get()));
+	return orientation >= 1 && orientation <= 8 ? orientation : kUpright;
 }
 
 filters::Raster MakeUpright(filters::Raster raster, int orientation) noexcept
