@@ -96,6 +96,59 @@ TEST_F(Combining, PutsSquaresTogether)
 	EXPECT_EQ(16.0, AreaOf(Must(square->Combine(twice, Operation::subtract, kNonzero, kEvenodd, 0.0))));
 }
 
+TEST_F(Combining, HasTheAreasThatAreKnown)
+{
+	const char* const frame = "M0 0h20v20h-20zM5 5v10h10v-10z";
+	const char* const parabola = "M0 0Q5 10 10 0z"; // 5 high, and so two thirds of 50.
+	const double cap = 2.0 / 3.0 * std::sqrt(50.0) * 2.5;
+	// Above the crossing, and the two legs below.
+	const double loop = 240.0 * (std::sqrt(3.0) * (30.0 / 32.0 - 9.0 / 16.0) - 0.25);
+	const double lens = 2.0 / 3.0 * std::sqrt(50.0) * 5.0;
+	const struct
+	{
+		const char* a;
+		const char* b;
+		double first, second, common;
+	} cases[] = {
+		{"M0 0h10l-10 10z", "M10 10h-10l10-10z", 50.0, 50.0, 0.0},
+		{"M0 0h10v10h-10z", "M4-2h2v14h-2z", 100.0, 28.0, 20.0},
+		{"M0 0L10 10L0 20z", "M10 0L0 10L10 20z", 100.0, 100.0, 50.0},
+		{frame, "M8 8h4v4h-4z", 300.0, 16.0, 0.0},
+		{frame, "M5 5h10v10h-10z", 300.0, 100.0, 0.0},
+		{frame, "M4 4h12v12h-12z", 300.0, 144.0, 44.0},
+		{frame, "M5 5h10l-10 10z", 300.0, 50.0, 0.0},
+		{frame, "M0 0L20 20H0z", 300.0, 200.0, 150.0},
+		// Several lines upon each other, in parts and in both directions.
+		{"M0 0h10v10h-10zM0 0h5v10h-5z", "M2 0h6v10h-6zM0 0v5h10v-5z", 100.0, 50.0, 50.0},
+		{"M0 0h10v10h-10zM10 0h10v10h-10z", "M5 0h10v10h-10z", 200.0, 100.0, 100.0},
+		{"M0 0h10v.001h-10z", "M0 0h10v10h-10z", 0.01, 100.0, 0.01},
+		{"M0 0h10M20 0h10", "M0 0h10v10h-10z", 0.0, 100.0, 0.0},
+		// Curves that touch a line from below, that lines cut, that cut each other, and that are the same.
+		{parabola, "M0 0h10v5h-10z", 100.0 / 3.0, 50.0, 100.0 / 3.0},
+		{parabola, "M0 5h10v5h-10z", 100.0 / 3.0, 50.0, 0.0},
+		{parabola, "M0 0h10v2.5h-10z", 100.0 / 3.0, 25.0, 100.0 / 3.0 - cap},
+		{parabola, "M0 5Q5-5 10 5z", 100.0 / 3.0, 100.0 / 3.0, lens},
+		{parabola, "M10 0Q5 10 0 0z", 100.0 / 3.0, 100.0 / 3.0, 100.0 / 3.0},
+		{parabola, "M0 0Q2.5 5 5 5L5 0z", 100.0 / 3.0, 50.0 / 3.0, 50.0 / 3.0},
+		// A loop that turns the other way is inside as well.
+		{"M0 0C30 20-20 20 10 0z", "M-9-9h1v1h-1z", loop, 1.0, 0.0},
+	};
+	for (const auto& [a, b, first, second, common] : cases)
+	{
+		const SVGOutlineRef one = Make(a);
+		const SVGOutlineRef other = Make(b);
+		const double tolerance = 1e-4 * (first + second);
+		EXPECT_NEAR(first, AreaOf(one), tolerance) << a;
+		EXPECT_NEAR(second, AreaOf(other), tolerance) << b;
+		EXPECT_NEAR(common, AreaOf(Combine(one, Operation::intersect, other)), tolerance) << a << ' ' << b;
+		EXPECT_NEAR(first + second - common, AreaOf(Combine(one, Operation::unite, other)), tolerance) << a << ' ' << b;
+		EXPECT_NEAR(first - common, AreaOf(Combine(one, Operation::subtract, other)), tolerance) << a << ' ' << b;
+		EXPECT_NEAR(second - common, AreaOf(Combine(other, Operation::subtract, one)), tolerance) << a << ' ' << b;
+		EXPECT_NEAR(first + second - 2.0 * common, AreaOf(Combine(one, Operation::exclude, other)), tolerance)
+			<< a << ' ' << b;
+	}
+}
+
 TEST_F(Combining, KeepsCurvesAndFindsWhereTheyMeet)
 {
 	const char* const left = "M10 0A10 10 0 1 1 -10 0A10 10 0 1 1 10 0z";
