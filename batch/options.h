@@ -46,8 +46,9 @@ struct BatchOptions
 	std::int64_t thumbnailSize = 64; ///< Width and height, in pixels.
 	SVGNormalizeOptions normalize = {};
 	SVGNormalizedClips clips = SVGNormalizedClips::ignored; ///< Of columns.
-	double deadline = 30.0;  ///< Seconds for each input; what is drawn then is left at that.
-	std::int64_t memory = 0; ///< Bytes for each worker; 0 for no bound. Only said here.
+	/// Seconds for each input: what is drawn then is left at that. Whoever runs chunks ends a worker that takes longer.
+	double deadline = 30.0;
+	std::int64_t memory = 0; ///< Bytes for each worker, which its process has to see to; 0 for no bound.
 	std::int64_t chunkSize = 2000;
 };
 

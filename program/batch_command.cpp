@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "batch/operations.h"
+#include "batch_worker.h"
 #include "commands.h"
 #include "console.h"
 #include "file_arguments.h"
@@ -7,11 +7,9 @@
 #include "import_arguments.h"
 #include "modules.h"
 
-#include <exception>
 #include <filesystem>
 #include <memory>
-#include <mutex>
-#include <thread>
+#include <poll.h>
 
 namespace orvan::program
 {
@@ -27,13 +25,14 @@ struct Options
 	std::optional<std::uint32_t> jobs;
 	std::optional<std::uint32_t> size;
 	std::optional<std::uint32_t> chunkSize;
+	std::optional<std::uint32_t> memory;
 	bool outlinesStrokes = false;
 	std::string clips = "ignored";
 	ImportArguments import;
 	batch::BatchOptions wanted;
 };
 
-/// The chunks of a run that are not there yet, taken by several threads. Only what is taken is in memory.
+/// The chunks of a run that are not there yet. Only what is taken is in memory.
 class Chunks
 {
 public:
@@ -42,11 +41,10 @@ public:
 	{
 	}
 
-	/// The next one; none at the end, and after `Stop`.
+	/// The next one; none at the end.
 	std::optional<batch::Chunk> Take()
 	{
-		const std::lock_guard lock(_mutex);
-		while (!_isStopped)
+		while (true)
 		{
 			batch::Chunk chunk{batch::GetChunkFolder(_folder, _next, _size), _next, {}, {}};
 			while (static_cast<std::int64_t>(chunk.inputs.size()) < _size)
@@ -64,22 +62,6 @@ public:
 				return chunk;
 			_skipped += static_cast<std::int64_t>(chunk.inputs.size());
 		}
-		return std::nullopt;
-	}
-
-	/// Has all threads end, and keeps the first reason.
-	void Stop(std::exception_ptr reason)
-	{
-		const std::lock_guard lock(_mutex);
-		_isStopped = true;
-		if (!_reason)
-			_reason = std::move(reason);
-	}
-
-	void RethrowReason() const
-	{
-		if (_reason)
-			std::rethrow_exception(_reason);
 	}
 
 	/// How many inputs have results from an earlier run.
@@ -89,59 +71,54 @@ public:
 	}
 
 private:
-	std::mutex _mutex;
 	batch::InputList _inputs;
 	const std::string _folder;
 	const std::int64_t _size;
 	std::int64_t _next = 0;
 	std::int64_t _skipped = 0;
-	bool _isStopped = false;
-	std::exception_ptr _reason;
 };
 
 /// Runs chunks until there are no more.
-class Runner
+batch::ChunkCounts Run(Chunks& chunks, const batch::BatchOptions& options, std::size_t jobs)
 {
-public:
-	Runner(Chunks& chunks, const batch::BatchOptions& options) : _chunks(chunks), _options(options)
+	constexpr int kMilliseconds = 50; // Between looks at what takes long.
+	std::vector<std::unique_ptr<BatchWorker>> workers;
+	for (std::size_t i = 0; i < jobs; i++)
+		workers.push_back(std::make_unique<BatchWorker>(options));
+	batch::ChunkCounts counts;
+	std::optional<batch::Chunk> next = chunks.Take(); // Listed while the workers work.
+	while (true)
 	{
-	}
-
-	void Run()
-	{
-		try
+		std::vector<pollfd> files;
+		std::vector<BatchWorker*> busy;
+		for (const auto& worker : workers)
 		{
-			batch::InputReader reader;
-			std::int64_t place = 0; // Nobody watches: a thread cannot be ended.
-			while (const std::optional<batch::Chunk> chunk = _chunks.Take())
-				Count(batch::RunChunk(*chunk, _options, reader, place));
+			if (next && !worker->IsBusy())
+			{
+				worker->Begin(std::move(*next));
+				next = chunks.Take();
+			}
+			if (!worker->IsBusy())
+				continue;
+			busy.push_back(worker.get());
+			files.push_back({worker->GetFile(), POLLIN, 0});
 		}
-		catch (...)
+		if (busy.empty())
+			return counts;
+		if (poll(files.data(), files.size(), kMilliseconds) < 0)
+			continue;
+		for (std::size_t i = 0; i < busy.size(); i++)
 		{
-			_chunks.Stop(std::current_exception());
+			const auto done = busy[i]->Look(files[i].revents != 0);
+			if (!done)
+				continue;
+			counts.done += done->done;
+			counts.notDone += done->notDone;
+			if (ErrorIsTerminal())
+				PrintError("\x1b[A\x1b[K" + std::to_string(counts.done + counts.notDone) + " inputs");
 		}
 	}
-
-	batch::ChunkCounts GetCounts() const
-	{
-		return _counts;
-	}
-
-private:
-	void Count(const batch::ChunkCounts& counts)
-	{
-		const std::lock_guard lock(_mutex);
-		_counts.done += counts.done;
-		_counts.notDone += counts.notDone;
-		if (ErrorIsTerminal())
-			PrintError("\x1b[A\x1b[K" + std::to_string(_counts.done + _counts.notDone) + " inputs");
-	}
-
-	Chunks& _chunks;
-	const batch::BatchOptions& _options;
-	std::mutex _mutex;
-	batch::ChunkCounts _counts;
-};
+}
 
 std::vector<std::string> MakeAbsolute(const std::vector<std::string>& sources)
 {
@@ -170,6 +147,7 @@ batch::BatchOptions MakeOptions(const Options& options)
 	wanted.styleSheet = import.styleSheet.View();
 	wanted.thumbnailSize = options.size.value_or(static_cast<std::uint32_t>(wanted.thumbnailSize));
 	wanted.chunkSize = options.chunkSize.value_or(static_cast<std::uint32_t>(wanted.chunkSize));
+	wanted.memory = std::int64_t{options.memory.value_or(0)} << 20;
 	const auto clips = batch::FindClips(options.clips);
 	if (!clips)
 		throw UsageFailure("Clip paths are ignored or applied");
@@ -192,16 +170,9 @@ int RunBatch(const Options& options, Modules& modules)
 	const std::string folder = MakeAbsolute({options.output})[0];
 	Chunks chunks(sources, folder, wanted.chunkSize);
 	batch::BeginRun(folder, batch::MakeManifest(sources, wanted));
-	Runner runner(chunks, wanted);
 	if (ErrorIsTerminal())
 		PrintError("");
-	{
-		std::vector<std::jthread> threads;
-		for (std::size_t i = 0; i < GetThreadCount(options.jobs); i++)
-			threads.emplace_back([&] { runner.Run(); });
-	}
-	chunks.RethrowReason();
-	const batch::ChunkCounts counts = runner.GetCounts();
+	const batch::ChunkCounts counts = Run(chunks, wanted, GetThreadCount(options.jobs));
 	Print(std::to_string(counts.done) + " done, " + std::to_string(counts.notDone) + " not, " +
 		  std::to_string(chunks.GetSkippedCount()) + " there already\n");
 	return counts.notDone == 0 ? 0 : 1;
@@ -230,8 +201,11 @@ void AddBatchCommand(CommandLine& commandLine)
 					  options->chunkSize, 1, 1'000'000);
 	command.AddNumber({.names = "--size", .help = "Of thumbnails, in pixels (64)", .value = "N"}, options->size, 1,
 					  16384);
-	command.AddPositiveNumber({.names = "--deadline", .help = "Seconds that a picture may take (30)", .value = "S"},
-							  options->wanted.deadline);
+	command.AddPositiveNumber(
+		{.names = "--deadline", .help = "Seconds for each drawing, which has failed then (30)", .value = "S"},
+		options->wanted.deadline);
+	command.AddNumber({.names = "--memory", .help = "MiB for each worker (no bound)", .value = "MIB"}, options->memory,
+					  64, 1 << 24);
 	SVGNormalizeOptions& normalize = options->wanted.normalize;
 	command.AddFlag("--outline-strokes", "Columns: make areas of strokes", options->outlinesStrokes);
 	command.AddText({.names = "--clips",

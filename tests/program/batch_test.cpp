@@ -4,6 +4,7 @@
 #include "program_run.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace orvan::test
 {
@@ -44,6 +45,23 @@ TEST_F(Batches, GoOnWhereTheyWereInterrupted)
 	EXPECT_EQ(rows, ReadFile(_output / "00000001/rows.jsonl"));
 	EXPECT_FALSE(fs::exists(_output / "00000001.part-7"));
 	EXPECT_EQ(0, Run().status);
+}
+
+TEST_F(Batches, LoseNoMoreThanTheRowOfWhatTakesTooLongOrTooMuch)
+{
+	// Reading waits for ever where nobody writes.
+	ASSERT_EQ(0, mkfifo((_folder.GetPath() / "art/1a.svg").c_str(), 0600));
+	EXPECT_EQ("9 done, 2 not, 0 there already\n", Run({"--deadline", "2"}).output);
+	const std::string rows = ReadFile(_output / "00000000/rows.jsonl");
+	EXPECT_NE(std::string::npos, rows.find("1a.svg\",\"message\":\"It took more than 2 seconds.\"")) << rows;
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && !defined(__clang__)
+	// Sanitizers need more than any bound leaves.
+	fs::remove(_folder.GetPath() / "art/1a.svg");
+	fs::remove_all(_output);
+	fs::resize_file(_folder.Write("art/0a.svg", ""), std::uintmax_t{600} << 20);
+	Run({"--memory", "512"});
+	EXPECT_NE(std::string::npos, ReadFile(_output / "00000000/rows.jsonl").find("more memory than is allowed"));
+#endif
 }
 
 TEST_F(Batches, RefuseWhatMakesNoSense)

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Batches: every input has one row, the same bytes come from any number of workers, and nothing is lost or done twice."""
 
+import contextlib
 import gzip
 import hashlib
 import io
@@ -273,6 +274,29 @@ class Batches(TestCase):
         thread.join()
         self.assertEqual([row["outcome"] for row in rows], ["refused" if number == 4 else "done" for number in range(21)])
         self.assertEqual(killed, self.run_batch("whole", [self.art / "inner"], jobs=2)[0])
+
+    def test_runs_the_chunk_of_a_killed_process_of_the_program_again(self):
+        stuck, output = self.art / "inner/98.svg", self.folder / "killed"
+        os.mkfifo(stuck)
+        program = subprocess.Popen([os.environ["ORVAN_SVG"], "batch", self.art / "inner", "-o", output, "--jobs", "1"],
+                                   stdout=subprocess.PIPE)
+        children = pathlib.Path(f"/proc/{program.pid}/task/{program.pid}/children")
+        ended = None
+        for _ in range(2):
+            while (worker := children.read_text().split()[:1]) in ([], ended):
+                time.sleep(0.01)
+            writer = None
+            while writer is None:  # Nobody can write before the worker waits for it.
+                with contextlib.suppress(OSError):
+                    writer = os.open(stuck, os.O_WRONLY | os.O_NONBLOCK)
+            os.kill(int(worker[0]), signal.SIGKILL)
+            while children.read_text().split()[:1] == worker:
+                time.sleep(0.01)
+            os.close(writer)
+            ended = worker
+        self.assertEqual(program.communicate()[0], b"19 done, 2 not, 0 there already\n")
+        row = json.loads((output / "00000000/rows.jsonl").read_text().splitlines()[-1])
+        self.assertEqual((row["outcome"], row["message"]), ("failed", "The worker ended at it: exit status -9."))
 
     def test_an_input_that_takes_too_long_costs_its_row(self):
         # A fifo without a writer: reading it waits for ever.
