@@ -4,7 +4,6 @@
 #include "svg_document.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace orvan::svg
 {
@@ -13,24 +12,6 @@ namespace
 {
 
 using Number = SVGImportAttribute;
-
-/// The attribute that holds more of another one than the other can, where there is one.
-constexpr std::optional<Number> CompanionOf(Number key) noexcept
-{
-	switch (key)
-	{
-	case Number::x:
-		return Number::xList;
-	case Number::y:
-		return Number::yList;
-	case Number::fontWeight:
-		return Number::fontWeightNumber;
-	case Number::clipPath:
-		return Number::clipShape;
-	default:
-		return {};
-	}
-}
 
 /// The element as one of a class, by the interface that only objects of the class have.
 template <typename Class, typename I>
@@ -92,8 +73,7 @@ Result<void> ElementBase::RemoveAttribute(Number key) noexcept
 	}
 	DataDictionary changed = _attributes;
 	bool isChanged = ORVAN_TRY(changed.Remove(static_cast<std::int32_t>(key)));
-	if (const auto companion = CompanionOf(key))
-		isChanged |= ORVAN_TRY(changed.Remove(static_cast<std::int32_t>(*companion)));
+	isChanged |= ORVAN_TRY(changed.Remove(static_cast<std::int32_t>(GetCompanionOf(key))));
 	return isChanged ? ChangeAttributes(std::move(changed), key) : Result<void>();
 }
 
@@ -141,8 +121,8 @@ Result<void> ElementBase::CopyAttribute(const SVGElementRef& source, Number key)
 	}
 	DataDictionary changed = _attributes;
 	ORVAN_TRY(CopyEntry(from._attributes, changed, key));
-	if (const auto companion = CompanionOf(key))
-		ORVAN_TRY(CopyEntry(from._attributes, changed, *companion));
+	if (const Number companion = GetCompanionOf(key); companion != Number::unknown)
+		ORVAN_TRY(CopyEntry(from._attributes, changed, companion));
 	return ChangeAttributes(std::move(changed), key);
 }
 

@@ -132,7 +132,7 @@ using ElementClasses = ClassList<
 	ElementClass<kSVGRectElementClass, "rect", RectElement, SVGRectElementInterface, Position, Size, RectRadius>,
 	ElementClass<kSVGCircleElementClass, "circle ellipse", CircleElement, SVGCircleElementInterface, CenterPosition, CircleRadius>,
 	ElementClass<kSVGLineElementClass, "line", LineElement, SVGLineElementInterface, LineEnds>,
-	ElementClass<kSVGTextElementClass, "text", TextElement, SVGTextElementInterface, TextPosition, TextContent>,
+	ElementClass<kSVGTextElementClass, "text", TextElement, SVGTextElementInterface, Position, TextContent>,
 	ElementClass<kSVGMaskElementClass, "mask", MaskElement, SVGMaskElementInterface, Position, Size>,
 	ElementClass<kSVGClipPathElementClass, "clipPath", ClipPathElement, SVGClipPathElementInterface>>;
 

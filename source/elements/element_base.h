@@ -4,6 +4,7 @@
 
 #include "editing/tree_owner.h"
 #include "elements/properties.h"
+#include "svg_attribute_companions.h"
 #include "svg_edit.h"
 #include "svg_elements.h"
 
@@ -51,13 +52,25 @@ public:
 		return _attributes.Set(static_cast<std::int32_t>(key), std::move(value));
 	}
 
-	/// Stores all of these values or, when memory runs out, none.
+	/// Stores all that an attribute says: a companion, which would go on to say more, is taken away.
+	template <typename T>
+	Result<void> StoreWhole(SVGImportAttribute key, T value) noexcept
+	{
+		const SVGImportAttribute companion = GetCompanionOf(key);
+		if (companion == SVGImportAttribute::unknown || !HasAttribute(companion)) [[likely]]
+			return Store(key, std::move(value));
+		DataDictionary changed = _attributes;
+		ORVAN_TRY(SetWhole(changed, key, std::move(value)));
+		return ChangeAttributes(std::move(changed), key);
+	}
+
+	/// Stores all of these values, as above, or, when memory runs out, none.
 	template <typename T>
 	Result<void> StoreAll(std::initializer_list<std::pair<SVGImportAttribute, T>> values) noexcept
 	{
 		DataDictionary changed = _attributes;
 		for (const auto& [key, value] : values)
-			ORVAN_TRY(changed.Set(static_cast<std::int32_t>(key), value));
+			ORVAN_TRY(SetWhole(changed, key, value));
 		return ChangeAttributes(std::move(changed), SVGImportAttribute::unknown);
 	}
 
@@ -87,9 +100,9 @@ public:
 			}
 		}
 		if constexpr (std::is_enum_v<T>)
-			return Store(property.key, static_cast<std::int32_t>(value));
+			return StoreWhole(property.key, static_cast<std::int32_t>(value));
 		else
-			return Store(property.key, value);
+			return StoreWhole(property.key, value);
 	}
 
 	template <typename T>
@@ -291,6 +304,14 @@ protected:
 	Result<void> RemoveChildren() noexcept;
 
 private:
+	template <typename T>
+	static Result<void> SetWhole(DataDictionary& attributes, SVGImportAttribute key, T value) noexcept
+	{
+		ORVAN_TRY(attributes.Set(static_cast<std::int32_t>(key), std::move(value)));
+		ORVAN_TRY(attributes.Remove(static_cast<std::int32_t>(GetCompanionOf(key))));
+		return {};
+	}
+
 	friend class TransformEdit;
 	friend class Document; // Which makes edits of several elements one.
 

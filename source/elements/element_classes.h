@@ -204,19 +204,6 @@ public:
 	String GetText() const noexcept;
 	ORVAN_SVG_TEXT_PROPERTIES(ORVAN_PROPERTY_METHODS)
 
-	/// What a complete import knows besides, the weight as a number, goes: it would be the one that counts.
-	Result<void> SetFontWeight(SVGFontWeight weight) noexcept
-	{
-		ORVAN_TRY(Store(SVGImportAttribute::fontWeight, static_cast<std::int32_t>(weight)));
-		return Unset(SVGImportAttribute::fontWeightNumber);
-	}
-
-	SVGFontWeight GetFontWeight() const noexcept
-	{
-		return static_cast<SVGFontWeight>(
-			GetOr(SVGImportAttribute::fontWeight, static_cast<std::int32_t>(SVGFontWeight::normal)));
-	}
-
 private:
 	Result<void> SetTextTracked(const String& text) noexcept;
 

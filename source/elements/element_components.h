@@ -22,12 +22,12 @@ public:
 protected:
 	Result<void> SetFirst(const SVGLength& value) noexcept
 	{
-		return _element.Store(first, value);
+		return _element.StoreWhole(first, value);
 	}
 
 	Result<void> SetSecond(const SVGLength& value) noexcept
 	{
-		return _element.Store(second, value);
+		return _element.StoreWhole(second, value);
 	}
 
 	/// Sets both or, when memory runs out, none.
@@ -73,22 +73,6 @@ public:
 };
 
 using Position = PositionAt<SVGImportAttribute::x, SVGImportAttribute::y>;
-
-/// Where a text begins. A position that is set takes the place of a list, of which it would only be the first.
-class TextPosition : public Position
-{
-public:
-	using Position::Position;
-
-	Result<void> SetX(const SVGLength& x) noexcept { ORVAN_TRY(Position::SetX(x)); return _element.Unset(SVGImportAttribute::xList); }
-	Result<void> SetY(const SVGLength& y) noexcept { ORVAN_TRY(Position::SetY(y)); return _element.Unset(SVGImportAttribute::yList); }
-	Result<void> SetPosition(const SVGLength2d& position) noexcept
-	{
-		ORVAN_TRY(Position::SetPosition(position));
-		ORVAN_TRY(_element.Unset(SVGImportAttribute::xList));
-		return _element.Unset(SVGImportAttribute::yList);
-	}
-};
 using CenterPosition = PositionAt<SVGImportAttribute::cx, SVGImportAttribute::cy>;
 
 class Size : public LengthPair<SVGImportAttribute::width, SVGImportAttribute::height>

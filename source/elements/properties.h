@@ -64,7 +64,8 @@ inline SVGPaint NoPaint() noexcept
 #define ORVAN_SVG_TEXT_PROPERTIES(row)                                                                                 \
 	row(FontSize, SVGLength, fontSize, Pixels(16.0))                                                                   \
 	row(Font, String, fontFamily, String())                                                                            \
-	row(FontStyle, SVGFontStyle, fontStyle, SVGFontStyle::normal)
+	row(FontStyle, SVGFontStyle, fontStyle, SVGFontStyle::normal)                                                      \
+	row(FontWeight, SVGFontWeight, fontWeight, SVGFontWeight::normal)
 
 /// `SetName` and `GetName`, from a row.
 #define ORVAN_PROPERTY_METHODS(Name, Type, key, ...)                                                                   \

@@ -92,20 +92,12 @@ Number WrittenAs(Number key) noexcept
 {
 	switch (key)
 	{
-	case Number::xList:
-		return Number::x;
-	case Number::yList:
-		return Number::y;
-	case Number::fontWeightNumber:
-		return Number::fontWeight;
 	case Number::link:
 		return Number::href;
-	case Number::clipShape:
-		return Number::clipPath;
 	case Number::points:
 		return Number::d;
 	default:
-		return key;
+		return GetAttributeOf(key);
 	}
 }
 
@@ -146,11 +138,7 @@ Formatted FormatEntry(std::string& text, const DataDictionary& values, const Rul
 	{
 		return values.Has(static_cast<std::int32_t>(number));
 	};
-	const bool isThere = has(rule.number) || (rule.number == Number::fontWeight && has(Number::fontWeightNumber)) ||
-						 (rule.number == Number::clipPath && has(Number::clipShape)) ||
-						 (rule.number == Number::x && has(Number::xList)) ||
-						 (rule.number == Number::y && has(Number::yList));
-	if (!isThere)
+	if (!has(rule.number) && !has(GetCompanionOf(rule.number)))
 		return Formatted::absent;
 	const Formatter format = FindFormatter(rule.read);
 	return format != nullptr && format(text, {values, rule, tag, style}) ? Formatted::text : Formatted::impossible;

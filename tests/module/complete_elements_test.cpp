@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The elements that only the complete import makes. The values that single attributes come to are in the corpus.
 #include "complete_import.h"
+#include "svg_attribute_companions.h"
+#include "svg_edit.h"
 
 namespace orvan
 {
@@ -143,6 +145,50 @@ TEST_F(CompleteImport, ElementsHaveInitialValuesAndKeepWhatIsSet)
 	EXPECT_EQ(4.0, first(Must(content->GetDyList())));
 	EXPECT_EQ(30.0, Must(content->GetRotations())[0]);
 	EXPECT_EQ(2.0, Cast<SVGPositionInterface>(content)->GetY().value);
+}
+
+TEST_F(CompleteImport, AttributesAreSetCopiedAndRemovedWithTheirCompanions)
+{
+	const Loaded loaded = LoadWith("<svg><text id='t' x='1 2' y='3 4' font-weight='900' clip-path='circle(5px)'/>"
+								   "<text id='copy'/></svg>");
+	const SVGElementRef text = loaded["t"];
+	const auto companionsOf = [](const SVGElementRef& element)
+	{
+		std::string names;
+		for (const SVGAttributeCompanion& row : kSVGAttributeCompanions)
+			names += element->HasAttribute(row.companion)
+						 ? std::string(kSVGAttributeNames.at(static_cast<std::size_t>(row.companion))) + ' '
+						 : "";
+		return names;
+	};
+	constexpr const char* kAll = "x-list y-list font-weight-number clip-shape ";
+	EXPECT_EQ(kAll, companionsOf(text));
+	const auto history = Cast<SVGDocumentEditInterface>(loaded.document);
+	Must(history->BeginTransaction()); // From here on changes can be undone.
+	Must(text->SetOpacity(0.5));
+	Must(history->CommitTransaction());
+	const auto position = Cast<SVGPositionInterface>(text);
+	Must(position->SetX({5.0, SVGLengthUnit::px}));
+	EXPECT_EQ("y-list font-weight-number clip-shape ", companionsOf(text));
+	Must(position->SetPosition({{6.0, SVGLengthUnit::px}, {7.0, SVGLengthUnit::px}}));
+	EXPECT_EQ("font-weight-number clip-shape ", companionsOf(text));
+	Must(Cast<SVGTextElementInterface>(text)->SetFontWeight(SVGFontWeight::normal));
+	EXPECT_EQ("clip-shape ", companionsOf(text));
+	Must(text->SetClipPath({}));
+	EXPECT_EQ("", companionsOf(text));
+	EXPECT_EQ(1 + 4, history->GetUndoCount()) << "each is one step";
+	while (Must(history->Undo()))
+	{
+	}
+	EXPECT_EQ(kAll, companionsOf(text));
+	EXPECT_EQ(1.0, position->GetX().value);
+	for (const SVGAttributeCompanion& row : kSVGAttributeCompanions)
+	{
+		Must(Cast<SVGElementEditInterface>(loaded["copy"])->CopyAttribute(text, row.attribute));
+		Must(Cast<SVGElementEditInterface>(text)->RemoveAttribute(row.attribute));
+	}
+	EXPECT_EQ(kAll, companionsOf(loaded["copy"]));
+	EXPECT_EQ(0u, text->GetAttributeDictionary().GetCount());
 }
 
 } // namespace

@@ -44,8 +44,8 @@ const Shorthand* FindShorthand(const Rule& rule) noexcept
 Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noexcept
 {
 	const ElementBase* const parent = AsElement(element.Parent());
-	if (number == SVGImportAttribute::clipPath)
-		ORVAN_TRY(TakeFromParent(element, SVGImportAttribute::clipShape));
+	if (const SVGImportAttribute companion = GetCompanionOf(number); companion != SVGImportAttribute::unknown)
+		ORVAN_TRY(TakeFromParent(element, companion));
 	if (parent == nullptr || !parent->HasAttribute(number))
 		return element.Unset(number);
 	const Data value = ORVAN_TRY(parent->Attributes().GetData(static_cast<std::int32_t>(number)));
@@ -86,11 +86,10 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 	else if (keyword == CssWideKeyword::inherit && !isInherited)
 		ORVAN_TRY(TakeFromParent(element, rule.number));
 	else
+	{
 		ORVAN_TRY(element.Unset(rule.number));
-	if (rule.number == SVGImportAttribute::clipPath && keyword == CssWideKeyword::initial)
-		ORVAN_TRY(element.Unset(SVGImportAttribute::clipShape));
-	if (rule.number == SVGImportAttribute::fontWeight)
-		ORVAN_TRY(element.Unset(SVGImportAttribute::fontWeightNumber));
+		ORVAN_TRY(element.Unset(GetCompanionOf(rule.number)));
+	}
 	return Reading::applied;
 }
 
