@@ -232,6 +232,7 @@ _NumberAttribute = _Attribute[float, float]
 _NumbersAttribute = _Attribute[Sequence[float], Sequence[float]]
 _LengthAttribute = _Attribute[Length, float | Length]
 _LengthsAttribute = _Attribute[list[Length], Sequence[float | Length]]
+_PositionAttribute = _Attribute[Length | list[Length], float | Length | Sequence[float | Length]]
 _PaintAttribute = _Attribute[Paint, _Color | Paint]
 
 class Element:
@@ -292,7 +293,6 @@ class Element:
     font_style: _TextAttribute
     font_variant: _TextAttribute
     font_weight: _TextAttribute
-    font_weight_number: _TextAttribute
     image_rendering: _TextAttribute
     isolation: _TextAttribute
     letter_spacing: _LengthAttribute
@@ -330,9 +330,7 @@ class Element:
     white_space: _TextAttribute
     word_spacing: _LengthAttribute
     writing_mode: _TextAttribute
-    x_list: _TextAttribute
     xml_lang: _TextAttribute
-    y_list: _TextAttribute
 
 # What elements of several kinds have in common. Type checkers know these; the package makes no classes of them.
 class _Placed(Element):
@@ -352,8 +350,8 @@ class _Gradient(Element):
     spreadMethod: _TextAttribute
     gradientTransform: _NumbersAttribute
 class _PlacedText(Element):
-    x: _LengthAttribute
-    y: _LengthAttribute
+    x: _PositionAttribute
+    y: _PositionAttribute
     dx: _LengthsAttribute
     dy: _LengthsAttribute
     rotate: _NumbersAttribute

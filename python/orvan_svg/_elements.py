@@ -78,8 +78,8 @@ _KINDS = {
     "#text": ("TextRun", ()),
 }
 
-# Kept by the element itself, not under a number; the last one is what "clip-path" says.
-_NO_VALUES = {"id", "class", "href", "transform", "d", "points", "style", "clip-shape"}
+# Kept by the element itself, not under a number.
+_NO_VALUES = {"id", "class", "href", "transform", "d", "points", "style"}
 
 
 def _python_name(name):
@@ -127,7 +127,7 @@ def _property(name):
 def _make_classes():
     own = {name for _, names in _KINDS.values() for name in names}
     for name in _core.attribute_names:
-        if name and name not in own and name not in _NO_VALUES and not hasattr(Element, _python_name(name)):
+        if name not in own and name not in _NO_VALUES and not hasattr(Element, _python_name(name)):
             setattr(Element, _python_name(name), _property(name))
     made = {}
     for kind, (name, attributes) in _KINDS.items():

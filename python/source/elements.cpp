@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "attribute_values.h"
 #include "documents.h"
 #include "path_arrays.h"
 #include "svg_edit.h"
@@ -12,7 +13,7 @@ namespace orvan::python
 namespace
 {
 
-/// Names and values of all that an element says in its attributes.
+/// Names and values of all that an element says in its attributes; a companion is a part of its attribute.
 py::dict GetAttributes(const Element& self)
 {
 	const DocumentLock lock(*self.shared);
@@ -20,10 +21,10 @@ py::dict GetAttributes(const Element& self)
 	py::dict result;
 	for (const DataDictionary::Entry& entry : attributes)
 	{
-		const auto index = static_cast<std::size_t>(entry.key);
-		if (index < kSVGAttributeNames.size())
-			result[py::str(kSVGAttributeNames[index].data(), kSVGAttributeNames[index].size())] =
-				GetValue(self.shared->document, self.element, static_cast<SVGImportAttribute>(entry.key));
+		const SVGImportAttribute number = GetAttributeOf(static_cast<SVGImportAttribute>(entry.key));
+		const std::string_view name = program::GetAttributeName(static_cast<std::int32_t>(number));
+		if (!name.empty())
+			result[py::str(name.data(), name.size())] = GetValue(self.shared->document, self.element, number);
 	}
 	return result;
 }

@@ -13,7 +13,10 @@ PYBIND11_MODULE(_core, module)
 	module.def("load_modules", &LoadModules);
 	py::list names;
 	for (const std::string_view name : orvan::kSVGAttributeNames)
-		names.append(py::str(name.data(), name.size()));
+	{
+		if (FindAttribute(name) != orvan::SVGImportAttribute::unknown)
+			names.append(py::str(name.data(), name.size()));
+	}
 	module.attr("attribute_names") = py::tuple(names);
 	DefineValues(module);
 	DefineDocuments(module);

@@ -89,18 +89,21 @@ Matrix2d ToMatrix(const std::array<double, 6>& numbers)
 py::object GetValue(const SVGDocumentRef& document, const SVGElementRef& element, SVGImportAttribute number)
 {
 	const DataDictionary attributes = element->GetAttributeDictionary();
+	const auto companion = static_cast<std::int32_t>(GetCompanionOf(number));
+	const bool hasCompanion = attributes.Has(companion);
 	py::object result;
 	for (const DataDictionary::Entry& entry : attributes)
 	{
-		if (entry.key != static_cast<std::int32_t>(number))
+		if (entry.key != (hasCompanion ? companion : static_cast<std::int32_t>(number)))
 			continue;
 		program::VisitAttribute(attributes, entry,
 								[&](const auto& value)
 								{
-									// Keywords are numbers and say more as text.
+									// Keywords are numbers and say more as text. Of companions, only lists do not.
 									using Value = std::remove_cvref_t<decltype(value)>;
+									constexpr bool kIsList = std::same_as<Value, BaseArray<SVGLength>>;
 									if constexpr (!std::same_as<Value, std::int32_t> && requires { Convert(value); })
-										result = Convert(value);
+										result = kIsList || !hasCompanion ? Convert(value) : py::object();
 								});
 		if (result)
 			return result;
@@ -113,9 +116,11 @@ py::object GetValue(const SVGDocumentRef& document, const SVGElementRef& element
 
 SVGImportAttribute FindAttribute(std::string_view name)
 {
-	const auto found = std::ranges::find(kSVGAttributeNames, name);
-	const bool isKnown = found != kSVGAttributeNames.end() && !name.empty();
-	return isKnown ? static_cast<SVGImportAttribute>(found - kSVGAttributeNames.begin()) : SVGImportAttribute::unknown;
+	const auto* const found = std::ranges::find(kSVGAttributeNames, name);
+	if (found == kSVGAttributeNames.end() || name.empty())
+		return SVGImportAttribute::unknown;
+	const auto number = static_cast<SVGImportAttribute>(found - kSVGAttributeNames.begin());
+	return GetAttributeOf(number) == number ? number : SVGImportAttribute::unknown;
 }
 
 std::string_view NameOfKind(SVGImportElementKind kind)

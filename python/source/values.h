@@ -4,6 +4,7 @@
 
 #include "host.h"
 #include "orvan/data_dictionary.h"
+#include "svg_attribute_companions.h"
 #include "svg_complete.h"
 #include "svg_types.h"
 
@@ -35,10 +36,10 @@ py::tuple ToTuple(const Matrix2d& matrix); ///< a, b, c, d, e, f.
 Matrix2d ToMatrix(const std::array<double, 6>& numbers);
 
 /// The value of an attribute of an element; None when the element says nothing. Keywords, and what else Python has no
-/// type for, are text as SVG writes it.
+/// type for, are text as SVG writes it. Where a text has several positions, its "x" and "y" are lists.
 py::object GetValue(const SVGDocumentRef& document, const SVGElementRef& element, SVGImportAttribute number);
 
-/// The number of an attribute by its SVG name; `unknown` for names that are none.
+/// The number of an attribute by its SVG name; `unknown` for names that are none, those of companions included.
 SVGImportAttribute FindAttribute(std::string_view name);
 
 /// The name of a kind of element: "circle", "linearGradient" …

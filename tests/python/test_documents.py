@@ -71,6 +71,13 @@ class Documents(TestCase):
         self.assertEqual(circle.world_transform, (2, 0, 0, 2, 10, 5))
         self.assertEqual((document["t"].text, document["s"].text), ("one two", "two"))
         self.assertEqual(set(document["r"].attributes), {"width", "height", "fill", "opacity", "stroke"})
+        # What the tree keeps beside an attribute is a part of it.
+        text = orvan_svg.Document.open(
+            b'<svg><text id="t" x="1 2" y="3" font-weight="900" clip-path="circle(5px)"/></svg>')["t"]
+        self.assertEqual(set(text.attributes), {"x", "y", "font-weight", "clip-path"})
+        self.assertEqual((text.x, text.y), ([orvan_svg.Length(1), orvan_svg.Length(2)], orvan_svg.Length(3)))
+        self.assertEqual((text.font_weight, text.clip_path[:10]), ("900", "circle(5px"))
+        self.assertFalse(hasattr(text, "x_list"))
         with self.assertRaises(KeyError):
             document["nobody"]
         with self.assertRaises(KeyError):
