@@ -21,6 +21,7 @@ namespace orvan::svg
 {
 
 using complete::FindRule;
+using complete::IsShorthand;
 using complete::Rule;
 using complete::Tag;
 using complete::TagOf;
@@ -95,11 +96,6 @@ const Rule* RuleOfName(std::string_view name, const Place& place) noexcept
 	if (WrittenAs(rule->number) == Number::d)
 		return FindRule(isPoints ? "points" : "d");
 	return rule;
-}
-
-bool IsShorthand(const Rule& rule) noexcept
-{
-	return rule.name == "font" || rule.name == "marker";
 }
 
 /// Gives an element what another one has under the numbers that a rule writes.

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory_resource>
+#include <span>
 #include <vector>
 
 namespace orvan::svg
@@ -43,19 +44,6 @@ std::size_t FindEnd(std::string_view text, std::size_t at) noexcept
 	return text.size();
 }
 
-/// Whether a shorthand sets an attribute.
-bool Sets(const complete::Rule& shorthand, Number number) noexcept
-{
-	constexpr Number kFont[] = {Number::fontStyle,   Number::fontVariant, Number::fontWeight,
-								Number::fontStretch, Number::fontSize,    Number::fontFamily};
-	constexpr Number kMarker[] = {Number::markerStart, Number::markerMid, Number::markerEnd};
-	const auto has = [number](const auto& numbers)
-	{
-		return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
-	};
-	return shorthand.name == "font" ? has(kFont) : shorthand.name == "marker" && has(kMarker);
-}
-
 } // namespace
 
 StyleEditor::Saying SayingOf(const css::Declaration& declaration, Number number) noexcept
@@ -65,11 +53,11 @@ StyleEditor::Saying SayingOf(const css::Declaration& declaration, Number number)
 	const complete::Rule* const rule = declaration.isCustom ? nullptr : complete::FindRule(declaration.name);
 	if (rule == nullptr || !complete::IsProperty(*rule))
 		return StyleEditor::Saying::nothing;
-	if (Sets(*rule, number))
-		return StyleEditor::Saying::byShorthand;
-	const bool isShorthand = rule->name == "font" || rule->name == "marker";
-	return !isShorthand && WrittenAs(rule->number) == number ? StyleEditor::Saying::byItself
-															 : StyleEditor::Saying::nothing;
+	if (!complete::IsShorthand(*rule))
+		return WrittenAs(rule->number) == number ? StyleEditor::Saying::byItself : StyleEditor::Saying::nothing;
+	const std::span<const Number> longhands = complete::LonghandsOf(*rule);
+	const bool isSet = std::find(longhands.begin(), longhands.end(), number) != longhands.end();
+	return isSet ? StyleEditor::Saying::byShorthand : StyleEditor::Saying::nothing;
 }
 
 std::optional<StyleEditor::Place> StyleEditor::FindLast(Number number, Saying saying) const

@@ -188,7 +188,7 @@ bool TakeFour(ValueCursor& cursor, Range range, std::array<Length, 4>& four) noe
 	if (count == 0)
 		return false;
 	for (std::size_t i = count; i != four.size(); ++i)
-		four[i] = four[i == 3 && count > 1 ? 1 : i == 2 || count == 1 ? 0 : i % 2];
+		four[i] = four[i == 3 && count > 1 ? 1 : 0];
 	return true;
 }
 

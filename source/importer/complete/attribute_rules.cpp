@@ -255,11 +255,42 @@ constexpr std::array kRules = {
 
 constexpr ProbedNameIndex<kRules.size()> kIndex(kRules);
 
+constexpr Number kFont[] = {Number::fontStyle,   Number::fontVariant, Number::fontWeight,
+							Number::fontStretch, Number::fontSize,    Number::fontFamily};
+constexpr Number kMarkers[] = {Number::markerStart, Number::markerMid, Number::markerEnd};
+constexpr Number kFontVariantAlone[] = {Number::fontVariant};
+constexpr Number kFontStretchAlone[] = {Number::fontStretch};
+
+struct LonghandsRow
+{
+	std::string_view name;
+	std::span<const Number> longhands;
+};
+
+constexpr LonghandsRow kLonghands[] = {
+	{"font", kFont},
+	{"marker", kMarkers},
+	{"font-variant-caps", kFontVariantAlone},
+	{"font-width", kFontStretchAlone},
+};
+
 } // namespace
 
 const Rule* FindRule(std::string_view name) noexcept
 {
 	return kIndex.Find(kRules, name);
+}
+
+std::span<const SVGImportAttribute> LonghandsOf(const Rule& rule) noexcept
+{
+	if (rule.role != Role::declaration)
+		return {};
+	for (const LonghandsRow& row : kLonghands)
+	{
+		if (row.name == rule.name)
+			return row.longhands;
+	}
+	return {};
 }
 
 std::span<const Rule> AllRules() noexcept

@@ -76,6 +76,15 @@ constexpr bool IsProperty(const Rule& rule) noexcept
 /// The rule of a name; null when the name is not known.
 const Rule* FindRule(std::string_view name) noexcept;
 
+/// The properties that a name without a property of its own stands for: several for a shorthand, one for another name
+/// of a property. Empty for all other names.
+std::span<const SVGImportAttribute> LonghandsOf(const Rule& rule) noexcept;
+
+inline bool IsShorthand(const Rule& rule) noexcept
+{
+	return LonghandsOf(rule).size() > 1;
+}
+
 /// All rules, for the documentation and for tests.
 std::span<const Rule> AllRules() noexcept;
 

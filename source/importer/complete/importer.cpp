@@ -5,8 +5,7 @@
 #include "grammar.h"
 
 #include <algorithm>
-#include <array>
-#include <iterator>
+#include <span>
 
 namespace orvan::svg::complete
 {
@@ -16,29 +15,6 @@ using grammar::complete::CssWideKeyword;
 
 namespace
 {
-
-/// A name that stands for other properties.
-struct Shorthand
-{
-	std::string_view name;
-	std::array<std::string_view, 6> longhands;
-};
-
-constexpr Shorthand kShorthands[] = {
-	{"font", {"font-style", "font-variant", "font-weight", "font-stretch", "font-size", "font-family"}},
-	{"font-variant-caps", {"font-variant"}},
-	{"font-width", {"font-stretch"}},
-	{"marker", {"marker-start", "marker-mid", "marker-end"}},
-};
-
-const Shorthand* FindShorthand(const Rule& rule) noexcept
-{
-	if (rule.role != Role::declaration)
-		return nullptr;
-	const auto* const found = std::find_if(std::begin(kShorthands), std::end(kShorthands),
-										   [&rule](const Shorthand& shorthand) { return shorthand.name == rule.name; });
-	return found != std::end(kShorthands) ? found : nullptr;
-}
 
 /// Takes the parent's value of a property that is not inherited by itself.
 Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noexcept
@@ -57,13 +33,11 @@ Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noe
 Result<Reading> Importer::ReadWide(const Application& application, CssWideKeyword keyword)
 {
 	const Rule& rule = application.rule;
-	if (const Shorthand* const shorthand = FindShorthand(rule))
+	if (const std::span<const SVGImportAttribute> longhands = LonghandsOf(rule); !longhands.empty())
 	{
-		for (const std::string_view name : shorthand->longhands)
+		for (const SVGImportAttribute number : longhands)
 		{
-			if (name.empty())
-				break;
-			const Rule& longhand = *FindRule(name);
+			const Rule& longhand = *FindRule(kSVGAttributeNames[static_cast<std::size_t>(number)]);
 			ORVAN_TRY(
 				ReadWide({*this, application.element, application.tag, longhand, {}, application.source}, keyword));
 		}

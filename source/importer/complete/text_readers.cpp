@@ -31,7 +31,7 @@ Result<String> TextOf(const grammar::complete::Reference& reference)
 }
 
 /// Stores the id or IRI of a reference, the empty text for "none".
-Result<Reading> StoreReference(const Application& application, std::initializer_list<SVGImportAttribute> keys)
+Result<Reading> StoreReference(const Application& application, std::span<const SVGImportAttribute> keys)
 {
 	grammar::complete::Reference reference;
 	const Parsed parsed = grammar::complete::ParseReference(application.text, reference);
@@ -97,13 +97,12 @@ Result<Reading> ReadRawText(const Application& application)
 
 Result<Reading> ReadReference(const Application& application)
 {
-	return StoreReference(application, {application.rule.number});
+	return StoreReference(application, {&application.rule.number, 1});
 }
 
 Result<Reading> ReadMarkers(const Application& application)
 {
-	using Number = SVGImportAttribute;
-	return StoreReference(application, {Number::markerStart, Number::markerMid, Number::markerEnd});
+	return StoreReference(application, LonghandsOf(application.rule));
 }
 
 Result<Reading> ReadKeyword(const Application& application)
