@@ -5,6 +5,7 @@
 #include "css/selector_list.h"
 #include "importer/xml/xml_guard.h"
 #include "writer/element_text.h"
+#include "writer/guarded.h"
 #include "writer/xml_text.h"
 
 #include <optional>
@@ -223,18 +224,7 @@ Result<BaseArray<SVGElementRef>> SelectElements(const SVGElementRef& root, const
 	const ElementBase* const element = root ? ElementOf(root) : nullptr;
 	if (element == nullptr)
 		return BaseArray<SVGElementRef>();
-	try
-	{
-		return Select(*element, source, selectors);
-	}
-	catch (const std::bad_alloc&)
-	{
-		return OutOfMemoryError();
-	}
-	catch (const std::exception& error)
-	{
-		return IllegalArgumentError("@", error.what());
-	}
+	return Guarded([&] { return Select(*element, source, selectors); });
 }
 
 } // namespace orvan::svg

@@ -3,6 +3,7 @@
 
 #include "import.h"
 #include "importer/text/gzip.h"
+#include "writer/guarded.h"
 #include "writer/tree_comparison.h"
 #include "writer/tree_writer.h"
 #include "writer/xml_text.h"
@@ -117,18 +118,7 @@ Result<BaseArray<char>> MakeSavedBytes(const SaveRequest& request, Packing packi
 		options.indentation > kMostBlanks)
 		return IllegalArgumentError("A precision of @ digits and an indentation of @ are not possible.",
 									options.precision, options.indentation);
-	try
-	{
-		return WritePacked(request, *root, packing);
-	}
-	catch (const std::bad_alloc&)
-	{
-		return OutOfMemoryError();
-	}
-	catch (const std::exception& error)
-	{
-		return IllegalArgumentError("@", error.what());
-	}
+	return Guarded([&] { return WritePacked(request, *root, packing); });
 }
 
 } // namespace orvan::svg
