@@ -2,6 +2,7 @@
 /// An attribute value on its way to an element, and what all handlers do with one.
 #pragma once
 
+#include "importer/grammar_values.h"
 #include "importer/parse_context.h"
 
 namespace orvan::svg
@@ -48,16 +49,6 @@ inline Result<void> IgnoreUnlessOutOfMemory(Result<void> result) noexcept
 	if (!result.IsOk() && result.GetError().GetClass() == ErrorClass::outOfMemory)
 		return result;
 	return {};
-}
-
-inline SVGLength ToLength(const grammar::Length& length) noexcept
-{
-	return {length.value, length.unit};
-}
-
-inline Color ToColor(grammar::PackedColor packed) noexcept
-{
-	return {(packed >> 16 & 0xff) / 255.0, (packed >> 8 & 0xff) / 255.0, (packed & 0xff) / 255.0};
 }
 
 } // namespace orvan::svg

@@ -33,7 +33,7 @@ Result<void> ImportTransform(const Value& value)
 	grammar::Matrix m;
 	if (!value.Accept(grammar::ParseTransform(value.text, m)))
 		return {};
-	return IgnoreUnlessOutOfMemory(value.Element()->SetLocalTransform({{m.e, m.f}, {m.a, m.b}, {m.c, m.d}}));
+	return IgnoreUnlessOutOfMemory(value.Element()->SetLocalTransform(ToMatrix(m)));
 }
 
 namespace

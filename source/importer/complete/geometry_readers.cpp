@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 /// Readers of paths, transforms and viewports.
-#include "importer/complete/importer.h"
-#include "importer/complete/value_readers.h"
-
 #include "elements/element_classes.h"
+#include "importer/complete/collectors.h"
+#include "importer/complete/value_readers.h"
 #include "importer/path_element_sink.h"
 
 #include <string>
@@ -37,24 +36,6 @@ public:
 private:
 	bool _hasLines = false;
 };
-
-Matrix2d ToMatrix(const grammar::Matrix& m) noexcept
-{
-	return {{m.e, m.f}, {m.a, m.b}, {m.c, m.d}};
-}
-
-SVGLength ToLength(const grammar::Length& length) noexcept
-{
-	return {length.value, length.unit};
-}
-
-Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept
-{
-	if (progress.isWhole)
-		return Reading::applied;
-	application.importer.faultOffset = progress.offset;
-	return Reading::partial;
-}
 
 Result<Reading> ReadPath(const Application& application, std::string_view data)
 {

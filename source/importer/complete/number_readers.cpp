@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// Readers of numbers, lengths and lists of them.
-#include "importer/complete/importer.h"
+#include "importer/complete/collectors.h"
 #include "importer/complete/value_readers.h"
 
 namespace orvan::svg::complete
@@ -13,11 +13,6 @@ using Number = SVGImportAttribute;
 namespace
 {
 
-SVGLength ToLength(const grammar::Length& length) noexcept
-{
-	return {length.value, length.unit};
-}
-
 template <typename T>
 Result<Reading> Store(const Application& application, Parsed parsed, T value) noexcept
 {
@@ -27,34 +22,6 @@ Result<Reading> Store(const Application& application, Parsed parsed, T value) no
 		ORVAN_TRY(application.element.Store(application.rule.number, std::move(value)));
 	return Reading::applied;
 }
-
-/// Collects numbers or lengths into an array of the host's.
-template <typename Base, typename Item, typename Read>
-class Collector final : public Base
-{
-public:
-	void Append(Read item) override
-	{
-		Result<void> appended = items.Append(Convert(item));
-		if (!appended.IsOk()) [[unlikely]]
-			result = std::move(appended);
-	}
-
-	BaseArray<Item> items;
-	Result<void> result;
-
-private:
-	static Item Convert(Read item) noexcept
-	{
-		if constexpr (std::is_same_v<Item, SVGLength>)
-			return ToLength(item);
-		else
-			return item;
-	}
-};
-
-using LengthCollector = Collector<grammar::LengthSink, SVGLength, const grammar::Length&>;
-using NumberCollector = Collector<grammar::complete::NumberSink, Float, double>;
 
 Result<Reading> StoreLength(const Application& application, Range range) noexcept
 {
@@ -89,14 +56,6 @@ Result<Reading> StoreLengthOrAuto(const Application& application, Range range) n
 bool IsText(Tag tag) noexcept
 {
 	return tag == TagOf(SVGImportElementKind::text) || tag == TagOf(SVGImportElementKind::tspan) || tag == Tag::tref;
-}
-
-Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept
-{
-	if (progress.isWhole)
-		return Reading::applied;
-	application.importer.faultOffset = progress.offset;
-	return Reading::partial;
 }
 
 /// On text a list, whose first value stands where a single one would.

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// Readers of shapes that are values: those of "clip-path", and the path of a textPath.
-#include "importer/complete/importer.h"
+#include "importer/complete/collectors.h"
 #include "importer/complete/value_readers.h"
-
 #include "importer/path_element_sink.h"
 
 #include <string>
@@ -17,20 +16,6 @@ namespace
 
 static_assert(grammar::complete::kClosestSide.value == SVGClipShape::kClosestSide &&
 			  grammar::complete::kFarthestSide.value == SVGClipShape::kFarthestSide);
-
-class LengthCollector final : public grammar::LengthSink
-{
-public:
-	void Append(const grammar::Length& length) override
-	{
-		Result<void> appended = lengths.Append({length.value, length.unit});
-		if (!appended.IsOk()) [[unlikely]]
-			result = std::move(appended);
-	}
-
-	BaseArray<SVGLength> lengths;
-	Result<void> result;
-};
 
 /// Path data as commands; empty when it has a fault, or nothing in it.
 Result<BaseArray<SVGPathCommand>> ReadCommands(std::string_view data)
@@ -61,7 +46,7 @@ Result<Reading> ReadClipPath(const Application& application)
 	shape.type = static_cast<SVGClipShapeType>(parsed.kind);
 	shape.box = static_cast<SVGReferenceBox>(parsed.box);
 	shape.fillRule = parsed.isEvenOdd ? SVGFillRule::evenodd : SVGFillRule::nonzero;
-	shape.lengths = std::move(collector.lengths);
+	shape.lengths = std::move(collector.items);
 	if (shape.type == SVGClipShapeType::path)
 	{
 		std::string resolved;

@@ -3,6 +3,7 @@
 
 #include "complete/values.h"
 #include "elements/element_classes.h"
+#include "importer/grammar_values.h"
 
 #include <algorithm>
 
@@ -37,8 +38,7 @@ bool SingleTransforms::Read(std::string_view name, std::string_view value, const
 		if (grammar::complete::ParseSingleTransform(value, property, units, transform) != grammar::Parsed::value)
 			return false;
 	}
-	const grammar::Matrix m = transform.For(viewport.x, viewport.y);
-	_matrices[index] = {{m.e, m.f}, {m.a, m.b}, {m.c, m.d}};
+	_matrices[index] = ToMatrix(transform.For(viewport.x, viewport.y));
 	_isAny = true;
 	return true;
 }
