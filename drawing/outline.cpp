@@ -1,41 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "outline.h"
 
+#include "turns.h"
+
 #include <numbers>
 
 namespace orvan::drawing
 {
 namespace
 {
-
-/// Where between its ends a cubic turns back in one coordinate: the zeros of its derivative. Returns how many.
-int FindTurns(double p0, double p1, double p2, double p3, double (&at)[2]) noexcept
-{
-	const double a = -p0 + 3.0 * (p1 - p2) + p3;
-	const double b = 2.0 * (p0 - 2.0 * p1 + p2);
-	const double c = p1 - p0;
-	int count = 0;
-	const auto add = [&](double t)
-	{
-		if (t > 0.0 && t < 1.0)
-			at[count++] = t;
-	};
-	if (std::abs(a) < 1e-12 * (std::abs(b) + std::abs(c)))
-	{
-		if (b != 0.0)
-			add(-c / b);
-		return count;
-	}
-	const double discriminant = b * b - 4.0 * a * c;
-	if (discriminant < 0.0)
-		return 0;
-	// The larger root first, the other by the product of both: subtracting nearly equal numbers would lose digits.
-	const double q = -0.5 * (b + std::copysign(std::sqrt(discriminant), b));
-	add(q / a);
-	if (q != 0.0)
-		add(c / q);
-	return count;
-}
 
 double Cubic(double p0, double p1, double p2, double p3, double t) noexcept
 {
@@ -67,9 +40,9 @@ public:
 		if (!_bounds.Contains(c1) || !_bounds.Contains(c2))
 		{
 			double at[2];
-			for (int i = FindTurns(_current.x, c1.x, c2.x, end.x, at); i-- > 0;)
+			for (int i = FindTurns(c1.x - _current.x, c2.x - c1.x, end.x - c2.x, at); i-- > 0;)
 				_bounds.Add({Cubic(_current.x, c1.x, c2.x, end.x, at[i]), end.y});
-			for (int i = FindTurns(_current.y, c1.y, c2.y, end.y, at); i-- > 0;)
+			for (int i = FindTurns(c1.y - _current.y, c2.y - c1.y, end.y - c2.y, at); i-- > 0;)
 				_bounds.Add({end.x, Cubic(_current.y, c1.y, c2.y, end.y, at[i])});
 		}
 		_current = end;

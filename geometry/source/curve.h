@@ -3,6 +3,7 @@
 #pragma once
 
 #include "drawing/geometry.h"
+#include "drawing/turns.h"
 
 #include <cmath>
 #include <cstddef>
@@ -170,39 +171,13 @@ struct Curve
 	}
 };
 
-/// The zeros of a + b t + c t² between 0 and 1, ends left out. Returns how many.
-inline int FindZeros(double a, double b, double c, double (&at)[2]) noexcept
-{
-	int count = 0;
-	const auto add = [&](double t)
-	{
-		if (t > 0.0 && t < 1.0)
-			at[count++] = t;
-	};
-	if (std::abs(c) < 1e-14 * (std::abs(a) + std::abs(b)))
-	{
-		if (b != 0.0)
-			add(-a / b);
-		return count;
-	}
-	const double discriminant = b * b - 4.0 * a * c;
-	if (discriminant < 0.0)
-		return 0;
-	// The larger zero first, the other by the product of both: subtracting nearly equal numbers would lose digits.
-	const double q = -0.5 * (b + std::copysign(std::sqrt(discriminant), b));
-	add(q / c);
-	if (q != 0.0)
-		add(a / q);
-	return count;
-}
-
 /// Where between its ends a curve runs at a right angle to `direction`: the extrema along it.
 inline int FindTurns(const Curve& curve, const Vector2d& direction, double (&at)[2]) noexcept
 {
 	const double a = Dot(curve.p[1] - curve.p[0], direction);
 	const double b = Dot(curve.p[2] - curve.p[1], direction);
 	const double c = Dot(curve.p[3] - curve.p[2], direction);
-	return FindZeros(a, 2.0 * (b - a), a - 2.0 * b + c, at);
+	return drawing::FindTurns(a, b, c, at);
 }
 
 } // namespace orvan::geometry

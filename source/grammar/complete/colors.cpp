@@ -4,8 +4,10 @@
 #include "complete/color_reader.h"
 #include "complete/color_spaces.h"
 #include "shared/color_keywords.h"
+#include "shared/hex_digits.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace orvan::grammar::complete
@@ -13,18 +15,6 @@ namespace orvan::grammar::complete
 namespace
 {
 constexpr double kMostChannel = 255;
-
-/// The values of hexadecimal digits; sixteen for anything else.
-constexpr auto kHexDigits = []
-{
-	std::array<std::uint8_t, 256> values;
-	values.fill(16);
-	for (std::uint8_t i = 0; i != 10; ++i)
-		values['0' + i] = i;
-	for (std::uint8_t i = 0; i != 6; ++i)
-		values['a' + i] = values['A' + i] = static_cast<std::uint8_t>(10 + i);
-	return values;
-}();
 
 /// A name beyond the 147 colours: system colours as a browser has them on a light page.
 struct NamedColor

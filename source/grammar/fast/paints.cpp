@@ -2,11 +2,10 @@
 #include "fast/text_cursor.h"
 #include "grammar.h"
 #include "shared/color_keywords.h"
+#include "shared/hex_digits.h"
 #include "svgpp/library.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 
 namespace orvan::grammar
 {
@@ -15,19 +14,6 @@ namespace
 constexpr std::string_view kNone = "none";
 constexpr std::string_view kInherit = "inherit";
 constexpr std::string_view kCurrentColor = "currentColor";
-
-/// The values of hexadecimal digits; sixteen for anything else. Letters and figures alternate without a rule, so that
-/// telling them apart by comparing would mean branch mispredictions.
-constexpr auto kHexDigits = []
-{
-	std::array<std::uint8_t, 256> values;
-	values.fill(16);
-	for (std::uint8_t i = 0; i != 10; ++i)
-		values['0' + i] = i;
-	for (std::uint8_t i = 0; i != 6; ++i)
-		values['a' + i] = values['A' + i] = static_cast<std::uint8_t>(10 + i);
-	return values;
-}();
 
 bool ReadHexColor(std::string_view digits, PackedColor& color)
 {
