@@ -140,14 +140,19 @@ def _make_classes():
 
 classes = _make_classes()
 
-classes["Path"].codes = property(
-    lambda self: self._path()[0],
-    doc="The commands, one byte each: MOVE, LINE, CUBIC or CLOSE. A NumPy array of uint8, a copy.")
-classes["Path"].points = property(
-    lambda self: self._path()[1],
-    doc="The points of all commands one after the other, absolute: one of a move or line, three of a cubic, none of a "
-        "close. A NumPy array of float64 with a row for each point, a copy.")
 
+def add_arrays(has_path):
+    """Gives a class with `_path` the two arrays that it returns."""
+    has_path.codes = property(
+        lambda self: self._path()[0],
+        doc="The commands, one byte each: MOVE, LINE, CUBIC or CLOSE. A NumPy array of uint8, a copy.")
+    has_path.points = property(
+        lambda self: self._path()[1],
+        doc="The points of all commands one after the other, absolute: one of a move or line, three of a cubic, none of "
+            "a close. A NumPy array of float64 with a row for each point, a copy.")
+
+
+add_arrays(classes["Path"])
 classes["Path"].d = property(
     lambda self: self._get_path_data(), lambda self, data: self._set_path_data(data),
     doc="The commands as SVG path data, absolute. Takes any path data; ValueError, with the place, for what is none.")

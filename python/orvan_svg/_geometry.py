@@ -8,6 +8,7 @@ All numbers are user units as 64-bit floats; y goes down.
 from . import _core
 from ._documents import Document
 from ._core import NormalizedPaths, Outline
+from ._elements import add_arrays
 
 
 def bbox(self, kind="fill", space="view"):
@@ -23,8 +24,8 @@ def bbox(self, kind="fill", space="view"):
 
 
 def transform_to(self, space="view"):
-    """The transform from the element's own coordinates to others (see `bbox`): a, b, c, d, e, f. Raises KeyError for an element that is
-    not in its document's tree, and for one that nothing is drawn for."""
+    """The transform from the element's own coordinates to others (see `bbox`): a, b, c, d, e, f. Raises KeyError for an
+    element that is not in its document's tree, and for one that nothing is drawn for."""
     return _core._transform_to(self, space)
 
 
@@ -119,12 +120,7 @@ for _method in (boxes, hit, hit_all, hit_rect, normalize, normalized):
     setattr(_core.Document, _method.__name__, _method)
 _core.Document.view_size = property(view_size)
 NormalizedPaths.columns = columns
-Outline.codes = property(lambda self: self._path()[0],
-                         doc="The commands, one byte each: MOVE, LINE, CUBIC or CLOSE. A NumPy array of uint8, a copy.")
-Outline.points = property(
-    lambda self: self._path()[1],
-    doc="The points of all commands one after the other, absolute: one of a move or line, three of a cubic, none of a "
-        "close. A NumPy array of float64 with a row for each point, a copy.")
+add_arrays(Outline)
 
 
 def extend_shapes(classes):
