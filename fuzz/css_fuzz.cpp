@@ -35,6 +35,16 @@ private:
 	std::size_t _count = 0;
 };
 
+/// Understands some declarations.
+class Features final : public FeatureTest
+{
+public:
+	bool Understands(const Declaration& declaration) override
+	{
+		return declaration.name.size() % 2 == 0;
+	}
+};
+
 /// A tree with few different names, and enough children for what is remembered of siblings.
 void Grow(Tree& tree, std::uint32_t seed)
 {
@@ -106,12 +116,13 @@ std::vector<std::uint32_t> FindRules(const StyleSheet& sheet, fuzz::CssReference
 		if (reference.Matches(sheet.Rules()[i].selector->subject, &node))
 			rules.push_back(i);
 	}
+	const auto weigh = [&sheet](std::uint32_t number)
+	{
+		const Rule& rule = sheet.Rules()[number];
+		return std::tuple(sheet.AllLayers().RankOf(rule.layer), rule.selector->specificity, number);
+	};
 	std::sort(rules.begin(), rules.end(),
-			  [&](std::uint32_t left, std::uint32_t right)
-			  {
-				  return std::tuple(sheet.Rules()[left].selector->specificity, left) <
-						 std::tuple(sheet.Rules()[right].selector->specificity, right);
-			  });
+			  [&](std::uint32_t left, std::uint32_t right) { return weigh(left) < weigh(right); });
 	// Of a list the weightiest selector counts, which is the last one here.
 	std::vector<std::uint32_t> last;
 	for (auto rule = rules.rbegin(); rule != rules.rend(); ++rule)
@@ -130,9 +141,15 @@ void CheckElement(const StyleSheet& sheet, Cascade& cascade, fuzz::CssReference&
 				  std::string_view text)
 {
 	std::vector<const Declaration*> expected;
-	const std::vector<std::uint32_t> rules = FindRules(sheet, reference, node);
+	std::vector<std::uint32_t> rules = FindRules(sheet, reference, node);
 	for (const bool isImportant : {false, true})
 	{
+		if (isImportant)
+			std::stable_sort(rules.begin(), rules.end(),
+							 [&sheet](std::uint32_t left, std::uint32_t right) {
+								 return sheet.AllLayers().RankOf(sheet.Rules()[left].layer) >
+										sheet.AllLayers().RankOf(sheet.Rules()[right].layer);
+							 });
 		for (const std::uint32_t number : rules)
 		{
 			const Rule& rule = sheet.Rules()[number];
@@ -163,14 +180,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 	Sink sheetSink(text);
 	StyleSheet sheet;
-	sheet.Add(text, {.report = &sheetSink});
+	Features features;
+	sheet.Add(text, {.report = &sheetSink, .features = &features});
 	CheckDeclarations(sheet.Declarations());
 	if (sheet.IsEmpty())
 		return 0;
 	Tree tree;
 	Grow(tree, static_cast<std::uint32_t>(size) * 7919 + data[size - 1]);
 	Cascade cascade(sheet, tree);
-	fuzz::CssReference reference;
+	fuzz::CssReference reference(tree);
 	for (const Tree::Node& node : tree.nodes)
 		CheckElement(sheet, cascade, reference, node, text);
 	// In the other order, and what is remembered by now has to serve as well.

@@ -19,8 +19,14 @@ class CssReference
 public:
 	using Node = css::Tree::Node;
 
+	explicit CssReference(const css::Tree& tree) : _tree(tree)
+	{
+	}
+
 	bool Matches(const css::Compound* compound, const Node* node)
 	{
+		if (_anchor)
+			return MatchesHere(*compound, node) && MatchesLeft(*compound, node);
 		const auto [place, isNew] = _known.try_emplace({compound, node}, false);
 		if (!isNew)
 			return place->second;
@@ -122,8 +128,24 @@ private:
 			return MatchesList(simple.list, node);
 		case SimpleKind::isNoneOf:
 			return !MatchesList(simple.list, node);
+		case SimpleKind::anchor:
+			return node == _anchor;
+		case SimpleKind::has:
+			return MatchesHas(simple, node);
 		}
 		return false;
+	}
+
+	/// Whether any element at all matches, in whichever place.
+	bool MatchesHas(const css::Simple& simple, const Node* anchor)
+	{
+		if (const auto known = _has.find({&simple, anchor}); known != _has.end())
+			return known->second;
+		_anchor = anchor;
+		const bool hasMatch = std::any_of(_tree.nodes.begin(), _tree.nodes.end(),
+										  [&](const Node& node) { return MatchesList(simple.list, &node); });
+		_anchor = nullptr;
+		return _has[{&simple, anchor}] = hasMatch;
 	}
 
 	bool MatchesNth(const css::Simple& simple, const Node* node, bool isOfType, Node* Node::*towards)
@@ -182,6 +204,9 @@ private:
 		return false;
 	}
 
+	const css::Tree& _tree;
+	const Node* _anchor = nullptr; ///< What the ":has()" at hand asks about.
 	std::map<std::pair<const css::Compound*, const Node*>, bool> _known;
+	std::map<std::pair<const css::Simple*, const Node*>, bool> _has;
 };
 } // namespace orvan::fuzz

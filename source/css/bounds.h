@@ -29,8 +29,17 @@ inline constexpr int kMaxSelectorNesting = 8;
 /// Open brackets of any kind. A declaration with more is dropped.
 inline constexpr int kMaxBrackets = 256;
 
-/// @media within @media. Blocks that are nested deeper are skipped.
-inline constexpr int kMaxMediaNesting = 16;
+/// Rules and at-rules within each other. Blocks that are nested deeper are skipped.
+inline constexpr int kMaxRuleNesting = 32;
+
+/// Parentheses within each other in the conditions of at-rules. What is nested deeper is not understood.
+inline constexpr int kMaxConditionNesting = 16;
+
+/// Cascade layers of all texts of a sheet together. What stands in a further one counts to the layer around it.
+inline constexpr std::size_t kMaxLayers = 10'000;
+
+/// Prefixes of namespaces of one text. Further ones are not declared.
+inline constexpr std::size_t kMaxNamespaces = 64;
 
 /// Steps of work that matching may take: so many at once, and so many more for each element that is asked about. A step
 /// is a compound that is held against an element, a sibling that is passed, a declaration that is delivered. When they

@@ -43,6 +43,7 @@ std::span<const Declaration* const> Cascade::Collect(Element element, std::span<
 	Append(inlineStyle, false);
 	if (hasImportant)
 	{
+		SortImportant();
 		for (const std::uint32_t rule : _matched)
 			Append(FindBlock(_sheet, rule), true);
 		Append(inlineStyle, true);
@@ -74,7 +75,8 @@ void Cascade::SortRules()
 {
 	const auto weigh = [this](std::uint32_t rule)
 	{
-		return std::tuple(_sheet.Rules()[rule].layer, _sheet.Rules()[rule].selector->specificity, rule);
+		return std::tuple(_sheet.AllLayers().RankOf(_sheet.Rules()[rule].layer),
+						  _sheet.Rules()[rule].selector->specificity, rule);
 	};
 	// Of the selectors of a list, the weightiest counts.
 	const auto byBlock = [&](std::uint32_t left, std::uint32_t right)
@@ -91,6 +93,18 @@ void Cascade::SortRules()
 	_matched.erase(std::unique(_matched.begin(), _matched.end(), sharesBlock), _matched.end());
 	std::sort(_matched.begin(), _matched.end(),
 			  [&](std::uint32_t left, std::uint32_t right) { return weigh(left) < weigh(right); });
+}
+
+/// Of what is important, the lowest layer wins.
+void Cascade::SortImportant()
+{
+	const Layers& layers = _sheet.AllLayers();
+	if (layers.IsEmpty())
+		return;
+	std::stable_sort(_matched.begin(), _matched.end(),
+					 [&](std::uint32_t left, std::uint32_t right) {
+						 return layers.RankOf(_sheet.Rules()[left].layer) > layers.RankOf(_sheet.Rules()[right].layer);
+					 });
 }
 
 void Cascade::Append(std::span<const Declaration> declarations, bool isImportant)

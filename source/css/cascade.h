@@ -32,10 +32,10 @@ public:
 	Cascade& operator=(const Cascade&) = delete;
 
 	/// The declarations that apply to an element, in ascending order of precedence: those of the sheet (by layer,
-	/// weight and order), those of the style attribute, then the important ones of the sheet, then the important ones
-	/// of the style attribute. All declarations are there, also those that a later one overrides. The answer is good
-	/// until the next call; what it points to lives in the sheet and in `inlineStyle`. Throws std::bad_alloc, and what
-	/// the view throws.
+	/// weight and order), those of the style attribute, then the important ones of the sheet, of which those of the
+	/// lowest layer come last, then the important ones of the style attribute. All declarations are there, also those
+	/// that a later one overrides. The answer is good until the next call; what it points to lives in the sheet and in
+	/// `inlineStyle`. Throws std::bad_alloc, and what the view throws.
 	std::span<const Declaration* const> Collect(Element element, std::span<const Declaration> inlineStyle = {});
 
 	/// True when matching was given up because the sheet costs more than the bounds allow; from then on only style
@@ -54,6 +54,7 @@ public:
 private:
 	void FindRules(Element element);
 	void SortRules();
+	void SortImportant();
 	void Append(std::span<const Declaration> declarations, bool isImportant);
 
 	const StyleSheet& _sheet;

@@ -11,6 +11,9 @@ namespace orvan::css
 {
 namespace
 {
+constexpr const char* kNoName = "A declaration needs a name and a colon.";
+constexpr const char* kBlock = "A block is no value.";
+
 /// The value with what the end of the text has cut off.
 std::string_view Complete(std::string_view value, std::string_view missing, Arena& arena)
 {
@@ -29,7 +32,7 @@ std::string_view Complete(std::string_view value, std::string_view missing, Aren
 }
 } // namespace
 
-void DeclarationReader::Read(bool isInBraces)
+void DeclarationReader::Read()
 {
 	for (;;)
 	{
@@ -43,14 +46,10 @@ void DeclarationReader::Read(bool isInBraces)
 			break;
 		case TokenType::atKeyword:
 			Report(_tokens.Offset(), "An at-rule among declarations is skipped.");
-			SkipStatement(_tokens, isInBraces, true);
+			SkipStatement(_tokens, false, true);
 			break;
-		case TokenType::closeCurly:
-			if (isInBraces)
-				return;
-			[[fallthrough]];
 		default:
-			ReadDeclaration(isInBraces);
+			ReadDeclaration(false);
 		}
 	}
 }
@@ -61,20 +60,23 @@ bool DeclarationReader::IsAtStop(bool isInBraces) const
 	return type == TokenType::end || type == TokenType::semicolon || (type == TokenType::closeCurly && isInBraces);
 }
 
-void DeclarationReader::ReadDeclaration(bool isInBraces)
+bool DeclarationReader::ReadDeclaration(bool isInBraces)
 {
 	Declaration declaration;
 	declaration.source = _options.source;
 	declaration.offset = static_cast<std::uint32_t>(_tokens.Offset());
-	const char* message = "A declaration needs a name and a colon.";
+	const char* message = kNoName;
 	if (ReadName(declaration))
 		message = ReadValue(declaration, isInBraces);
-	else
-		SkipStatement(_tokens, isInBraces, isInBraces);
+	else if (!isInBraces)
+		SkipStatement(_tokens, false, false);
+	if (isInBraces && (message == kNoName || message == kBlock))
+		return false;
 	if (message)
 		Report(declaration.offset, message);
 	else
 		Append(declaration);
+	return true;
 }
 
 bool DeclarationReader::ReadName(Declaration& declaration)
@@ -113,9 +115,9 @@ const char* DeclarationReader::ReadValue(Declaration& declaration, bool isInBrac
 		}
 		if (token.type == TokenType::openCurly && !declaration.isCustom)
 		{
-			// In a rule this was the beginning of another one, and ends where that does.
-			SkipStatement(_tokens, isInBraces, isInBraces);
-			return "A block is no value; rules inside rules are skipped.";
+			if (!isInBraces)
+				SkipStatement(_tokens, false, false);
+			return kBlock;
 		}
 		if (token.IsDelimiter('!'))
 		{
@@ -194,6 +196,6 @@ void ReadDeclarations(std::string_view text, const ReadOptions& options, std::pm
 	if (simple.IsAtEnd())
 		return;
 	Tokenizer tokens(text, simple.Offset());
-	DeclarationReader(tokens, options, room, declarations).Read(false);
+	DeclarationReader(tokens, options, room, declarations).Read();
 }
 } // namespace orvan::css

@@ -21,11 +21,19 @@ public:
 	{
 	}
 
-	/// Reads to the end of the text, or to the "}" that ends the block and is left standing.
-	void Read(bool isInBraces);
+	/// Reads to the end of the text.
+	void Read();
+
+	/// Reads a declaration in a block, whose "}" is left standing. False, without a report, when what stands here is no
+	/// declaration for want of a name or a colon, or because of a block: it may be a rule. Then the tokens stand
+	/// anywhere.
+	bool ReadInBlock()
+	{
+		return ReadDeclaration(true);
+	}
 
 private:
-	void ReadDeclaration(bool isInBraces);
+	bool ReadDeclaration(bool isInBraces);
 	bool ReadName(Declaration& declaration);
 	const char* ReadValue(Declaration& declaration, bool isInBraces);
 	bool IsAtStop(bool isInBraces) const;

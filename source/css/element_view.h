@@ -46,6 +46,9 @@ public:
 	/// The nearest sibling behind the element that is an element; null for the last.
 	virtual Element GetNext(Element element) const = 0;
 
+	/// The first child that is an element; null when there is none. It is asked for by :has() only.
+	virtual Element GetFirstChild(Element element) const = 0;
+
 	/// True when neither elements nor characters stand between its tags.
 	virtual bool IsEmpty(Element element) const = 0;
 

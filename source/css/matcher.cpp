@@ -4,6 +4,8 @@
 #include "attribute_tests.h"
 #include "text.h"
 
+#include <utility>
+
 namespace orvan::css
 {
 namespace
@@ -98,6 +100,10 @@ bool Matcher::MatchesSimple(const Simple& simple, const Subject& subject)
 		return MatchesList(simple.list, subject);
 	case SimpleKind::isNoneOf:
 		return !MatchesList(simple.list, subject);
+	case SimpleKind::has:
+		return MatchesHas(simple, subject.element);
+	case SimpleKind::anchor:
+		return subject.element == _anchor;
 	}
 	return false;
 }
@@ -110,6 +116,74 @@ bool Matcher::MatchesList(const Selector* list, const Subject& subject)
 			return true;
 	}
 	return false;
+}
+
+/// What is found is remembered: selectors that ask the same of an ancestor ask often.
+bool Matcher::MatchesHas(const Simple& simple, Element element)
+{
+	if (const std::uint32_t* const answer = _memory.Find(element, &simple, {}))
+		return *answer != 0;
+	const Element outer = std::exchange(_anchor, element);
+	bool isFound = false;
+	for (const Selector* selector = simple.list; selector && !isFound; selector = selector->next)
+		isFound = HasMatch(*selector, element);
+	_anchor = outer;
+	if (!IsBudgetExceeded())
+		_memory.Put({element, &simple, {}, isFound ? 1U : 0U});
+	return isFound;
+}
+
+/// Whether an element matches that stands where the selector's first combinator says.
+bool Matcher::HasMatch(const Selector& selector, Element anchor)
+{
+	const Compound* first = selector.subject;
+	while (first->left->combinator != Combinator::none)
+		first = first->left;
+	const bool isSingle = first == selector.subject;
+	switch (first->combinator)
+	{
+	case Combinator::none:
+		return false;
+	case Combinator::descendant:
+		return HasMatchBelow(selector, anchor, true);
+	case Combinator::child:
+		return HasMatchBelow(selector, anchor, !isSingle);
+	case Combinator::nextSibling:
+	case Combinator::laterSibling:
+		break;
+	}
+	for (Element at = _view.GetNext(anchor); at && !IsBudgetExceeded(); at = _view.GetNext(at))
+	{
+		if (MatchesInside(selector, at) || (!isSingle && HasMatchBelow(selector, at, true)))
+			return true;
+		if (isSingle && first->combinator == Combinator::nextSibling)
+			return false;
+	}
+	return false;
+}
+
+/// Whether one of the children matches, or of all descendants.
+bool Matcher::HasMatchBelow(const Selector& selector, Element element, bool isDeep)
+{
+	for (Element at = _view.GetFirstChild(element); at && !IsBudgetExceeded();)
+	{
+		if (MatchesInside(selector, at))
+			return true;
+		Element next = isDeep ? _view.GetFirstChild(at) : nullptr;
+		while (!next && at != element)
+		{
+			next = _view.GetNext(at);
+			if (!next)
+				at = _view.GetParent(at);
+		}
+		at = next;
+	}
+	return false;
+}
+
+bool Matcher::MatchesInside(const Selector& selector, Element element)
+{
+	return Match(*selector.subject, element) == Outcome::matches;
 }
 
 bool Matcher::HasClass(std::string_view classes, std::string_view name)

@@ -104,6 +104,10 @@ private:
 	bool MatchesLanguage(std::string_view language, Element element);
 	bool MatchesNth(const Simple& simple, const Subject& subject);
 	bool MatchesList(const Selector* list, const Subject& subject);
+	bool MatchesHas(const Simple& simple, Element element);
+	bool HasMatch(const Selector& selector, Element anchor);
+	bool HasMatchBelow(const Selector& selector, Element element, bool isDeep);
+	bool MatchesInside(const Selector& selector, Element element);
 	bool HasClass(std::string_view classes, std::string_view name);
 	bool CountsForNth(const Simple& simple, std::string_view type, Element sibling);
 	const std::uint32_t* Pass(int step, const Walk& walk, Element sibling, std::uint32_t soFar);
@@ -115,6 +119,7 @@ private:
 	const ElementView& _view;
 	SiblingMemory _memory;
 	std::pmr::vector<SiblingMemory::Entry> _passed; ///< Places of the walks that are under way.
+	Element _anchor = nullptr;                      ///< What the ":has()" at hand asks about.
 	std::uint64_t _work = 0;
 	std::uint64_t _budget = kFreeWork;
 };

@@ -67,7 +67,8 @@ Matcher::Outcome Matcher::MatchLaterSiblings(const Compound& compound, Element e
 	int step = 0;
 	for (Element sibling = element;; step++)
 	{
-		if (const std::uint32_t* const matches = Pass(step, walk, sibling, 0))
+		// Within ":has()" it depends on the element that this asks about.
+		if (const std::uint32_t* const matches = _anchor ? nullptr : Pass(step, walk, sibling, 0))
 		{
 			outcome = *matches != 0 ? Outcome::matches : Outcome::failsWithSiblings;
 			break;

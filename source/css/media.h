@@ -3,10 +3,15 @@
 
 #include "tokenizer.h"
 
+#include <string_view>
+
 namespace orvan::css
 {
-/// Reads the condition of an @media rule, up to the "{" or ";" or the end of the text, and answers whether it holds for
-/// a drawing that is shown: one of its queries must be nothing but "all" or "screen" or the negation of another medium.
-/// Of features in parentheses only (prefers-color-scheme: light) holds; everything else is false, also when negated.
+/// Reads a list of media queries up to the "{", "}" or ";" behind it, or to the end of the text. True when one of them
+/// holds for a picture in colours on a light page, which nobody points at; of sizes nothing is known. An empty list
+/// holds.
 bool ReadMediaCondition(Tokenizer& tokens);
+
+/// Whether such a list holds that is a text by itself, as of the media attribute.
+bool HoldsForMedia(std::string_view list);
 } // namespace orvan::css

@@ -35,7 +35,9 @@ enum class PseudoFunction
 	nthLastChild,
 	nthOfType,
 	nthLastOfType,
-	language
+	language,
+	has,
+	ofHost ///< Valid with selectors, and never matches.
 };
 
 /// Names are matched in any case.

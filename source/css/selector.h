@@ -37,8 +37,10 @@ enum class SimpleKind : std::uint8_t
 	nthOfType,
 	nthLastOfType,
 	language,
-	isAnyOf, ///< ":is()" and ":where()"
-	isNoneOf ///< ":not()"
+	isAnyOf,  ///< ":is()" and ":where()"
+	isNoneOf, ///< ":not()"
+	has,      ///< ":has()"
+	anchor    ///< The element that the ":has()" around asks about, at the left end of each selector of its list.
 };
 
 enum class AttributeTest : std::uint8_t
@@ -65,7 +67,7 @@ struct Simple
 	std::int32_t start = 0;         ///< b of an+b
 	std::string_view name;          ///< Of a type, class, id, attribute or language.
 	std::string_view value;         ///< Of an attribute.
-	const Selector* list = nullptr; ///< What stands in the parentheses: of ":is()", ":not()", and behind "of".
+	const Selector* list = nullptr; ///< What stands in the parentheses: of ":is()", ":not()", ":has()", behind "of".
 	const Simple* next = nullptr;   ///< The next condition of the same compound.
 };
 

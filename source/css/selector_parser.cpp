@@ -88,10 +88,10 @@ Simple& SelectorParser::Add(Draft& draft, SimpleKind kind, Specificity specifici
 
 const Selector* SelectorParser::ParseList(TokenType stop)
 {
-	return ParseList(stop, false);
+	return ParseList(stop, false, _context.parents ? Beginning::inRule : Beginning::plain);
 }
 
-const Selector* SelectorParser::ParseList(TokenType stop, bool isForgiving)
+const Selector* SelectorParser::ParseList(TokenType stop, bool isForgiving, Beginning beginning)
 {
 	const Selector* first = nullptr;
 	const Selector** end = &first;
@@ -99,7 +99,7 @@ const Selector* SelectorParser::ParseList(TokenType stop, bool isForgiving)
 	{
 		const Tokenizer start = _tokens;
 		_tokens.SkipWhitespace();
-		const Selector* selector = ParseSelector(stop);
+		const Selector* selector = ParseSelector(stop, beginning);
 		if (!selector)
 		{
 			if (!isForgiving)
@@ -119,7 +119,7 @@ const Selector* SelectorParser::ParseList(TokenType stop, bool isForgiving)
 	}
 }
 
-const Selector* SelectorParser::ParseNestedList(bool isForgiving)
+const Selector* SelectorParser::ParseNestedList(bool isForgiving, Beginning beginning)
 {
 	if (_nesting == kMaxSelectorNesting)
 	{
@@ -127,16 +127,86 @@ const Selector* SelectorParser::ParseNestedList(bool isForgiving)
 		return nullptr;
 	}
 	_nesting++;
-	const Selector* list = ParseList(TokenType::closeRound, isForgiving);
+	const Selector* list = ParseList(TokenType::closeRound, isForgiving, beginning);
 	_nesting--;
 	return list;
 }
 
-const Selector* SelectorParser::ParseSelector(TokenType stop)
+/// A compound for the rule around: its own, where it has one selector, so that chains stay chains.
+const Compound* SelectorParser::MakeParent()
+{
+	if (!_context.parents->next)
+		return _context.parents->subject;
+	auto* const compound = New<Compound>();
+	auto* const simple = New<Simple>();
+	simple->kind = SimpleKind::isAnyOf;
+	simple->list = _context.parents;
+	compound->first = simple;
+	return compound;
+}
+
+/// True for a "&" by itself.
+bool SelectorParser::IsParent(const Compound& compound) const
+{
+	return _context.parents && compound.first && !compound.first->next && compound.first->list == _context.parents;
+}
+
+/// Adds what "&" stands for: the rule around, or the root where there is none.
+void SelectorParser::AddParent(Draft& draft)
+{
+	_parentCount++;
+	if (_context.parents)
+		Add(draft, SimpleKind::isAnyOf, FindHighest(_context.parents)).list = _context.parents;
+	else
+		Add(draft, SimpleKind::root, 0);
+}
+
+/// Takes ">", "+" or "~" with the blanks behind it; none when there is no such.
+Combinator SelectorParser::TakeCombinator()
+{
+	const Token& token = _tokens.Current();
+	const Combinator combinator = token.IsDelimiter('>')   ? Combinator::child
+								  : token.IsDelimiter('+') ? Combinator::nextSibling
+								  : token.IsDelimiter('~') ? Combinator::laterSibling
+														   : Combinator::none;
+	if (combinator != Combinator::none)
+	{
+		_tokens.Advance();
+		_tokens.SkipWhitespace();
+	}
+	return combinator;
+}
+
+/// What stands at the left of the first compound, and how it is joined; null when nothing does.
+const Compound* SelectorParser::BeginWith(Beginning beginning, Combinator& combinator, Specificity& specificity)
+{
+	if (beginning == Beginning::plain)
+		return nullptr;
+	combinator = TakeCombinator();
+	if (beginning == Beginning::inRule)
+	{
+		if (combinator == Combinator::none)
+			return nullptr;
+		specificity = FindHighest(_context.parents);
+		return MakeParent();
+	}
+	if (combinator == Combinator::none)
+		combinator = Combinator::descendant;
+	auto* const simple = New<Simple>();
+	simple->kind = SimpleKind::anchor;
+	auto* const compound = New<Compound>();
+	compound->first = simple;
+	return compound;
+}
+
+const Selector* SelectorParser::ParseSelector(TokenType stop, Beginning beginning)
 {
 	auto* const selector = New<Selector>();
-	Compound* left = nullptr;
 	auto combinator = Combinator::none;
+	const Compound* left = BeginWith(beginning, combinator, selector->specificity);
+	const bool isRelative = left;
+	const std::size_t parentCount = _parentCount;
+	Compound* first = nullptr;
 	for (std::size_t count = 1;; count++)
 	{
 		Draft draft{New<Compound>(), nullptr, 0, false};
@@ -146,17 +216,17 @@ const Selector* SelectorParser::ParseSelector(TokenType stop)
 		draft.compound->left = left;
 		draft.compound->combinator = combinator;
 		selector->specificity = Sum(selector->specificity, draft.specificity);
-		selector->subject = left = draft.compound;
+		first = first ? first : draft.compound;
+		left = !draft.compound->left && IsParent(*draft.compound) ? MakeParent() : draft.compound;
+		selector->subject = left;
 
 		const bool hasSpace = _tokens.Current().type == TokenType::whitespace;
 		_tokens.SkipWhitespace();
 		if (IsAtEnd(stop) || _tokens.Current().type == TokenType::comma)
-			return selector;
-		combinator = _tokens.Current().IsDelimiter('>')   ? Combinator::child
-					 : _tokens.Current().IsDelimiter('+') ? Combinator::nextSibling
-					 : _tokens.Current().IsDelimiter('~') ? Combinator::laterSibling
-					 : hasSpace                           ? Combinator::descendant
-														  : Combinator::none;
+			break;
+		combinator = TakeCombinator();
+		if (combinator == Combinator::none && hasSpace)
+			combinator = Combinator::descendant;
 		if (combinator == Combinator::none || draft.hasPseudoElement)
 		{
 			Fail(kUnexpected);
@@ -167,12 +237,14 @@ const Selector* SelectorParser::ParseSelector(TokenType stop)
 			Fail(kTooLong);
 			return nullptr;
 		}
-		if (combinator != Combinator::descendant)
-		{
-			_tokens.Advance();
-			_tokens.SkipWhitespace();
-		}
 	}
+	if (beginning == Beginning::inRule && !isRelative && _parentCount == parentCount)
+	{
+		first->left = MakeParent();
+		first->combinator = Combinator::descendant;
+		selector->specificity = Sum(selector->specificity, FindHighest(_context.parents));
+	}
+	return selector;
 }
 
 bool SelectorParser::ParseCompound(Draft& draft)
@@ -184,8 +256,9 @@ bool SelectorParser::ParseCompound(Draft& draft)
 	{
 		const Token& token = _tokens.Current();
 		const bool isPseudo = token.type == TokenType::colon;
-		const bool isSimple =
-			isPseudo || token.type == TokenType::hash || token.type == TokenType::openSquare || token.IsDelimiter('.');
+		const bool isParent = token.IsDelimiter('&');
+		const bool isSimple = isPseudo || isParent || token.type == TokenType::hash ||
+							  token.type == TokenType::openSquare || token.IsDelimiter('.');
 		if (!isSimple)
 			return token.Begin() != start || Fail(kUnexpected);
 		if (draft.hasPseudoElement && !isPseudo)
@@ -194,6 +267,11 @@ bool SelectorParser::ParseCompound(Draft& draft)
 		{
 			if (!ParsePseudo(draft))
 				return false;
+		}
+		else if (isParent)
+		{
+			AddParent(draft);
+			_tokens.Advance();
 		}
 		else if (token.type == TokenType::openSquare)
 		{
@@ -219,25 +297,30 @@ bool SelectorParser::ParseCompound(Draft& draft)
 }
 
 /// Passes "prefix|" when a name or "*" follows: "*", a name, or nothing may stand in front of the bar.
-bool SelectorParser::ParsePrefix(std::string_view& prefix, bool& hasPrefix)
+bool SelectorParser::ParsePrefix(Prefix& prefix)
 {
 	Tokenizer ahead = _tokens;
-	const bool hasWord = ahead.Current().type == TokenType::ident || ahead.Current().IsDelimiter('*');
-	prefix = {};
-	if (hasWord)
-	{
-		prefix = ahead.Current().text;
+	prefix = Prefix::none;
+	const Token word = ahead.Current();
+	const bool isAny = word.IsDelimiter('*');
+	const bool isName = word.type == TokenType::ident;
+	if (isAny || isName)
 		ahead.Advance();
-	}
-	hasPrefix = ahead.Current().IsDelimiter('|');
-	if (!hasPrefix)
+	if (!ahead.Current().IsDelimiter('|'))
 		return true;
 	ahead.Advance();
-	hasPrefix = ahead.Current().type == TokenType::ident || ahead.Current().IsDelimiter('*');
-	if (!hasPrefix)
+	if (ahead.Current().type != TokenType::ident && !ahead.Current().IsDelimiter('*'))
 		return true;
-	if (hasWord && prefix != "*")
-		return Fail("The selector names a namespace that is not known.");
+	prefix = isAny ? Prefix::any : Prefix::empty;
+	if (isName)
+	{
+		using Space = Namespaces::Space;
+		const Space space =
+			_context.namespaces ? _context.namespaces->Find(Unescape(word.text, _arena)) : Space::undeclared;
+		if (space == Space::undeclared)
+			return Fail("The selector names a namespace that is not known.");
+		prefix = space == Space::ofDrawings ? Prefix::ofDrawings : Prefix::other;
+	}
 	_tokens = ahead;
 	return true;
 }
@@ -247,12 +330,13 @@ bool SelectorParser::ParseType(Draft& draft)
 	const Token& token = _tokens.Current();
 	if (token.type != TokenType::ident && !token.IsDelimiter('*') && !token.IsDelimiter('|'))
 		return true;
-	std::string_view prefix;
-	bool hasPrefix;
-	if (!ParsePrefix(prefix, hasPrefix))
+	Prefix prefix;
+	if (!ParsePrefix(prefix))
 		return false;
+	const bool isOfOther =
+		prefix == Prefix::none && _context.namespaces && _context.namespaces->Find({}) == Namespaces::Space::other;
 	// Every element of a drawing has a namespace.
-	if (hasPrefix && prefix.empty())
+	if (prefix == Prefix::empty || prefix == Prefix::other || isOfOther)
 		Add(draft, SimpleKind::never, 0);
 	if (_tokens.Current().type == TokenType::ident)
 		Add(draft, SimpleKind::type, kOfType).name = Name();
@@ -266,14 +350,16 @@ bool SelectorParser::ParseAttribute(Draft& draft)
 {
 	_tokens.Advance();
 	_tokens.SkipWhitespace();
-	std::string_view prefix;
-	bool hasPrefix;
-	if (!ParsePrefix(prefix, hasPrefix))
+	Prefix prefix;
+	if (!ParsePrefix(prefix))
 		return false;
 	if (_tokens.Current().type != TokenType::ident)
 		return Fail("The selector asks for an attribute without a name.");
+	// The attributes of drawings themselves have no namespace.
+	if (prefix == Prefix::ofDrawings)
+		Add(draft, SimpleKind::never, 0);
 	Simple& simple = Add(draft, SimpleKind::attribute, kOfClass);
-	simple.isAnyNamespace = prefix == "*";
+	simple.isAnyNamespace = prefix == Prefix::any || prefix == Prefix::other;
 	simple.name = Name();
 	_tokens.Advance();
 	_tokens.SkipWhitespace();
@@ -446,11 +532,24 @@ bool SelectorParser::ParsePseudoFunction(Draft& draft, PseudoFunction function)
 		return ParseNth(draft, SimpleKind::nthLastOfType);
 	case PseudoFunction::language:
 		return ParseLanguages(draft);
+	case PseudoFunction::has:
+		return ParseHas(draft);
+	case PseudoFunction::ofHost:
+		if (!ParseNestedList(false))
+			return false;
+		Add(draft, SimpleKind::never, kOfClass);
+		return CloseFunction();
 	case PseudoFunction::never:
 	case PseudoFunction::direction:
 	case PseudoFunction::unknown:
 		break;
 	}
+	return ParseWord(draft, function);
+}
+
+/// Reads the one word that stands in the parentheses.
+bool SelectorParser::ParseWord(Draft& draft, PseudoFunction function)
+{
 	_tokens.SkipWhitespace();
 	if (_tokens.Current().type != TokenType::ident)
 		return Fail(kUnexpected);
@@ -459,6 +558,20 @@ bool SelectorParser::ParsePseudoFunction(Draft& draft, PseudoFunction function)
 	Add(draft, matches ? SimpleKind::always : SimpleKind::never, kOfClass);
 	_tokens.Advance();
 	_tokens.SkipWhitespace();
+	return CloseFunction();
+}
+
+bool SelectorParser::ParseHas(Draft& draft)
+{
+	// What an element has is not asked about what it has.
+	if (_isInHas)
+		return Fail(kUnexpected);
+	_isInHas = true;
+	const Selector* const list = ParseNestedList(false, Beginning::inHas);
+	_isInHas = false;
+	if (!list)
+		return false;
+	Add(draft, SimpleKind::has, FindHighest(list)).list = list;
 	return CloseFunction();
 }
 
@@ -491,6 +604,8 @@ bool SelectorParser::ParseLanguages(Draft& draft)
 		_tokens.SkipWhitespace();
 		if (_tokens.Current().type != TokenType::ident && _tokens.Current().type != TokenType::string)
 			return Fail(kUnexpected);
+		if (Name().empty() || Name().find('*') != std::string_view::npos)
+			return Fail("A language needs a name.");
 		auto* const simple = New<Simple>();
 		simple->kind = SimpleKind::language;
 		simple->name = Name();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "namespaces.h"
 #include "pseudo_classes.h"
 #include "selector.h"
 #include "text.h"
@@ -11,16 +12,26 @@
 
 namespace orvan::css
 {
+/// What is known where selectors stand.
+struct SelectorContext
+{
+	const Selector* parents = nullptr; ///< The selectors of the rule around.
+	const Namespaces* namespaces = nullptr;
+};
+
 /// Compiles selectors off a tokenizer, as Selectors Level 4 has them, into an arena.
 ///
-/// Element and attribute names, ids and classes respect case, as in XML. There are no namespaces but "any": `*|rect`
-/// and `rect` are the same, `|rect` never matches, and any other prefix makes the selector invalid. Unknown
-/// pseudo-classes and pseudo-elements make it invalid as well, but within ":is()" and ":where()" only that one of the
-/// list. ":has()" is unknown.
+/// Element and attribute names, ids and classes respect case, as in XML. Of a namespace only counts whether it is that
+/// of drawings: `*|rect` and `rect` are the same, `|rect` never matches, and a prefix that the sheet does not declare
+/// makes the selector invalid. Unknown pseudo-classes and pseudo-elements make it invalid as well, but within ":is()"
+/// and
+/// ":where()" only that one of the list. In a rule within another one "&" stands for the selectors of that, selectors
+/// may begin with a combinator, and those without "&" are about descendants.
 class SelectorParser
 {
 public:
-	SelectorParser(Tokenizer& tokens, Arena& arena) : _tokens(tokens), _arena(arena)
+	SelectorParser(Tokenizer& tokens, Arena& arena, const SelectorContext& context = {})
+		: _tokens(tokens), _arena(arena), _context(context)
 	{
 	}
 
@@ -50,18 +61,43 @@ private:
 		bool hasPseudoElement;
 	};
 
-	const Selector* ParseNestedList(bool isForgiving);
-	const Selector* ParseList(TokenType stop, bool isForgiving);
-	const Selector* ParseSelector(TokenType stop);
+	/// What may stand in front of the first compound of a selector.
+	enum class Beginning
+	{
+		plain,
+		inRule, ///< A combinator; what is at its left is the rule around.
+		inHas,  ///< The same; at its left is the element that ":has()" asks about.
+	};
+
+	/// What the prefix of a name says.
+	enum class Prefix
+	{
+		none,
+		any,   ///< "*|"
+		empty, ///< "|"
+		ofDrawings,
+		other,
+	};
+
+	const Selector* ParseNestedList(bool isForgiving, Beginning beginning = Beginning::plain);
+	const Selector* ParseList(TokenType stop, bool isForgiving, Beginning beginning);
+	const Selector* ParseSelector(TokenType stop, Beginning beginning);
+	const Compound* BeginWith(Beginning beginning, Combinator& combinator, Specificity& specificity);
+	const Compound* MakeParent();
+	bool IsParent(const Compound& compound) const;
+	Combinator TakeCombinator();
 	bool ParseCompound(Draft& draft);
 	bool ParseType(Draft& draft);
-	bool ParsePrefix(std::string_view& prefix, bool& hasPrefix);
+	bool ParsePrefix(Prefix& prefix);
 	bool ParseAttribute(Draft& draft);
 	bool ParseAttributeTest(Simple& simple);
 	bool ParsePseudo(Draft& draft);
 	bool ParsePseudoFunction(Draft& draft, PseudoFunction function);
 	bool ParseNth(Draft& draft, SimpleKind kind);
 	bool ParseLanguages(Draft& draft);
+	bool ParseHas(Draft& draft);
+	bool ParseWord(Draft& draft, PseudoFunction function);
+	void AddParent(Draft& draft);
 	bool CloseFunction();
 	void AddPseudoClass(Draft& draft, PseudoClass pseudoClass);
 	Simple& Add(Draft& draft, SimpleKind kind, Specificity specificity);
@@ -74,8 +110,11 @@ private:
 
 	Tokenizer& _tokens;
 	Arena& _arena;
+	const SelectorContext _context;
 	std::string_view _error;
 	std::size_t _errorOffset = 0;
 	int _nesting = 0;
+	bool _isInHas = false;
+	std::size_t _parentCount = 0; ///< How often "&" was met.
 };
 } // namespace orvan::css

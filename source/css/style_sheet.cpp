@@ -12,7 +12,7 @@ constexpr std::string_view kMark = "\xef\xbb\xbf";
 } // namespace
 
 StyleSheet::StyleSheet(std::pmr::memory_resource* memory)
-	: _arena(_room.data(), _room.size(), memory), _rules(&_arena), _declarations(&_arena)
+	: _arena(_room.data(), _room.size(), memory), _rules(&_arena), _declarations(&_arena), _layers(&_arena)
 {
 }
 
@@ -25,6 +25,7 @@ void StyleSheet::Add(std::string_view text, const TextOptions& options)
 		return;
 	}
 	const std::size_t start = text.starts_with(kMark) ? kMark.size() : 0;
-	SheetReader(text, start, options, _arena, _rules, _declarations).Read();
+	SheetReader(text, start, options, _arena, _rules, _declarations, _layers).Read();
+	_layers.Rank();
 }
 } // namespace orvan::css

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "declarations.h"
+#include "layers.h"
 #include "report.h"
 #include "selector.h"
+#include "supports.h"
 #include "text.h"
 
 #include <array>
@@ -22,17 +24,17 @@ struct Rule
 	const Selector* selector;
 	std::uint32_t firstDeclaration;
 	std::uint32_t declarationCount;
-	std::int32_t layer;
+	LayerNumber layer;
 };
 
 /// The rules of any number of texts, read once and then looked at by any number of `Cascade`s, also side by side.
 ///
 ///     StyleSheet sheet(memory);
-///     sheet.Add(".a { fill: red }", {.source = 0, .layer = 0, .report = &findings});
+///     sheet.Add(".a { fill: red } @media print { .a { fill: black } }", {.source = 0, .report = &findings});
 ///
-/// @media blocks count when their condition is empty or names "all" or "screen" without anything else ("only screen"
-/// and "not print" do, "screen and (color)" does not); every other at-rule is skipped: @import, @font-face, @keyframes,
-/// @supports, @layer, @namespace and whatever else there is. Rules inside rules are skipped.
+/// Rules may stand in rules. @media blocks count when one of their queries holds (see `media.h`), @supports blocks when
+/// their condition does, and what stands in an @layer cascades as its layer does; @namespace declares prefixes. Every
+/// other at-rule is skipped: @import, @font-face, @keyframes, @scope, @container and whatever else there is.
 ///
 /// Nothing is copied but what has escapes, comments or capitals in the wrong place: the texts must outlive the sheet.
 /// The sheet stays where it is made.
@@ -42,12 +44,9 @@ public:
 	/// How a text is added.
 	struct TextOptions
 	{
-		std::uint32_t source = 0; ///< Handed on to declarations and problems, so that places can be told apart.
-		/// Texts of a higher layer win over texts of a lower one, whatever their selectors weigh; within a layer weight
-		/// and then order decide, as if its texts were one. Normal and important declarations take the layers in the
-		/// same order.
-		std::int32_t layer = 0;
-		ReportSink* report = nullptr; ///< Takes the problems; may be absent.
+		std::uint32_t source = 0;        ///< Handed on to declarations and problems, so that places can be told apart.
+		ReportSink* report = nullptr;    ///< Takes the problems; may be absent.
+		FeatureTest* features = nullptr; ///< Says what @supports asks; without it nothing is supported.
 	};
 
 	explicit StyleSheet(std::pmr::memory_resource* memory = std::pmr::get_default_resource());
@@ -75,6 +74,12 @@ public:
 		return _declarations;
 	}
 
+	/// The layers that rules stand in, and their ranks.
+	const Layers& AllLayers() const
+	{
+		return _layers;
+	}
+
 	/// Memory that lives as long as the sheet.
 	Arena& Memory()
 	{
@@ -87,5 +92,6 @@ private:
 	Arena _arena;
 	std::pmr::vector<Rule> _rules;
 	std::pmr::vector<Declaration> _declarations;
+	Layers _layers;
 };
 } // namespace orvan::css

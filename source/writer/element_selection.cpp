@@ -109,6 +109,14 @@ public:
 		return AsVisible(at);
 	}
 
+	css::Element GetFirstChild(css::Element element) const override
+	{
+		HierarchyObject* at = ElementAt(element).FirstChild();
+		while (at != nullptr && AsVisible(at) == nullptr)
+			at = at->NextSibling();
+		return at != nullptr ? AsVisible(at) : nullptr;
+	}
+
 	bool IsEmpty(css::Element element) const override
 	{
 		const ElementBase& at = ElementAt(element);

@@ -2,6 +2,7 @@
 #include "writer/source_sheets.h"
 
 #include "elements/complete_classes.h"
+#include "importer/complete/property_test.h"
 #include "importer/complete/single_transforms.h"
 #include "importer/complete/style_sheets.h"
 #include "importer/xml/xml_guard.h"
@@ -87,7 +88,12 @@ public:
 		return ElementAt(Siblings()[NumberOf(element)].next);
 	}
 
-	/// Not asked: see `NoteCondition`.
+	/// Not asked, and neither is the next: see `NoteCondition`.
+	css::Element GetFirstChild(css::Element) const override
+	{
+		return nullptr;
+	}
+
 	bool IsEmpty(css::Element) const override
 	{
 		return false;
@@ -187,6 +193,7 @@ SourceSheets::~SourceSheets() = default;
 
 void SourceSheets::CollectSheets(std::string_view clientSheet)
 {
+	complete::PropertyTest properties;
 	for (std::size_t number = 0; number < _source.elements.GetCount(); number++)
 	{
 		const SourceElement& record = _source.elements[number];
@@ -198,10 +205,10 @@ void SourceSheets::CollectSheets(std::string_view clientSheet)
 		const bool isPlain = loaded.element && ClassKindOf(*ElementOf(loaded.element)) == Kind::style && !hasElements;
 		_isSure = _isSure && isPlain;
 		if (isPlain && complete::IsSheetForScreens(_view->ValueOf(record, "type"), _view->ValueOf(record, "media")))
-			_sheet.Add(loaded.text.View(), {});
+			_sheet.Add(loaded.text.View(), {.features = &properties});
 	}
 	if (!clientSheet.empty())
-		_sheet.Add(clientSheet, {});
+		_sheet.Add(clientSheet, {.features = &properties});
 }
 
 void SourceSheets::NoteSelectors(const css::Selector* selector)
@@ -248,8 +255,9 @@ void SourceSheets::NoteCondition(const css::Simple& condition)
 		note("lang");
 		_lookAround = true;
 		break;
-	case css::SimpleKind::empty:
-		_isSure = false; // What the XML parser makes a node of is not in the records.
+	case css::SimpleKind::empty: // What the XML parser makes a node of is not in the records.
+	case css::SimpleKind::has:
+		_isSure = false;
 		break;
 	default:
 		_lookAround |= condition.kind != css::SimpleKind::isAnyOf && condition.kind != css::SimpleKind::isNoneOf;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "css/cascade.h"
 
+#include "css/bounds.h"
 #include "css_tree.h"
 
 #include <gtest/gtest.h>
@@ -28,22 +29,74 @@ Tree MakeTree(std::string_view notation)
 	return tree;
 }
 
-TEST(CssCascade, OrdersByImportanceLayerWeightAndOrder)
+TEST(CssCascade, OrdersByImportanceWeightAndOrder)
 {
 	const Tree tree = MakeTree("svg(rect#a.b.c)");
 	StyleSheet sheet;
 	sheet.Add(".b{x:1}rect{x:2}#a{x:3}.b,.c,#z{x:4;x:5!important}", {.source = 0});
 	sheet.Add(".c{x:6}*{x:7!important}circle,.d{x:8}", {.source = 1});
-	sheet.Add("rect{x:9;x:10!important}", {.source = 2, .layer = 1});
+	sheet.Add("rect{x:9;x:10!important}", {.source = 2});
 	Arena arena;
 	std::pmr::vector<Declaration> inlineStyle;
 	ReadDeclarations("x:11!important;x:12", {.arena = arena}, inlineStyle);
 	Cascade cascade(sheet, tree);
-	EXPECT_EQ(Collect(cascade, &tree.nodes[1], inlineStyle), "2 1 4 6 3 9 12 7 5 10 11");
+	EXPECT_EQ(Collect(cascade, &tree.nodes[1], inlineStyle), "2 9 1 4 6 3 12 7 10 5 11");
 	EXPECT_EQ(Collect(cascade, &tree.nodes[0]), "7");
 	StyleSheet empty;
 	Cascade none(empty, tree);
 	EXPECT_EQ(Collect(none, &tree.nodes[1], inlineStyle), "12 11");
+}
+
+TEST(CssCascade, OrdersByLayers)
+{
+	const Tree tree = MakeTree("svg(g.g(rect#a.b))");
+	const auto collect = [&tree](std::string_view text, std::string_view second = {})
+	{
+		StyleSheet sheet;
+		sheet.Add(text, {});
+		sheet.Add(second, {});
+		Cascade cascade(sheet, tree);
+		return Collect(cascade, &tree.nodes[2]);
+	};
+	EXPECT_EQ(collect("rect{x:0}@layer a{#a{x:1}}@layer b{rect{x:2}}"), "1 2 0");
+	EXPECT_EQ(collect("@layer b , a;@layer a{rect{x:1}}@layer b{#a{x:2}}"), "2 1");
+	EXPECT_EQ(collect("@layer a{rect{x:1}@layer c{#a{x:2}}}@layer a.d{.b{x:3}}@layer b{.b{x:4}}@layer a.c{*{x:5}}"),
+			  "5 2 3 1 4");
+	EXPECT_EQ(
+		collect("@layer{#a{x:1}}@layer{rect{x:2}}@layer \\62{.b{x:3}}", "@layer a,b;@layer b{*{x:4}}@layer a{*{x:5}}"),
+		"1 2 4 3 5");
+	EXPECT_EQ(collect("@media print{@layer z;}@layer b{rect{x:1}}@layer z{*{x:2}}"), "1 2");
+	EXPECT_EQ(
+		collect("rect{x:0!important}@layer a{rect{x:1!important;x:2}.b{x:3!important}}@layer b{#a{x:4!important}}"),
+		"2 0 4 1 3");
+	EXPECT_EQ(collect("@layer a{rect{@layer c{x:1}x:2}}@layer a.c{*{x:3}}"), "3 1 2");
+	// Further ones count to what is around them.
+	std::string many;
+	for (std::size_t i = 1; i < kMaxLayers; i++)
+		many += (i == 1 ? "@layer a" : ",a") + std::to_string(i);
+	EXPECT_EQ(collect(many + ";@layer a2{#a{x:1}}@layer b{rect{x:2}}@layer a1{*{x:3}}"), "3 1 2");
+}
+
+TEST(CssCascade, PutsNestedRulesInPlace)
+{
+	const Tree tree = MakeTree("svg(g#g.x(rect#a.b rect#c) g.y)");
+	const auto collect = [&tree](std::string_view text)
+	{
+		StyleSheet sheet;
+		sheet.Add(text, {});
+		Cascade cascade(sheet, tree);
+		return Collect(cascade, &tree.nodes[2]);
+	};
+	EXPECT_EQ(collect("rect{x:1;&{x:2}x:3}"), "1 2 3");
+	EXPECT_EQ(collect("g{rect{x:1}>rect{x:2}& > rect{x:3}~ rect{x:4}&rect{x:5}}"), "1 2 3");
+	EXPECT_EQ(collect("rect{.x &{x:1}&.b{x:2}.b&{x:3}:not(&){x:4}g:has(&){x:5}&&{x:6}}"), "6 1 2 3");
+	EXPECT_EQ(collect("g,#q{rect{x:1}}.x rect{x:2}"), "2 1");
+	EXPECT_EQ(collect("#q,g{&>rect{x:1}}.x,.z{rect{x:2}}"), "2 1");
+	EXPECT_EQ(collect("svg{g{rect{x:1}:is(&) rect{x:2}+ g{x:3}}}.x{.b{x:4}}"), "1 2 4");
+	EXPECT_EQ(collect("svg{& g, .y{rect{x:1}}}.x .b{x:2}g{}"), "1 2");
+	EXPECT_EQ(collect("&{x:1}& rect{x:2}svg&{x:3}"), "2");
+	EXPECT_EQ(collect("g::before{rect{x:1}}rect::after{&{x:2}}g{rect{x:3}}"), "3");
+	EXPECT_EQ(collect("g{@media all{rect{x:1}@supports(--a:b){rect&{x:2}rect{x:3}}}}"), "1 3");
 }
 
 TEST(CssCascade, TakesTheWeightiestSelectorOfAList)
@@ -123,6 +176,8 @@ TEST(CssCascade, CostsAFewStepsForEachElement)
 		{"circle ~ g > a", 0},
 		{"rect:first-of-type ~ *", kCount - 2},
 		{"rect:not(:nth-child(n+3)), rect:not(:is(.c0 ~ *))", 1},
+		{"svg:has(circle) > g", 0},
+		{"g:has(> a):not(:has(c))", kCount / 2 - kCount / 3},
 	};
 	for (const auto& each : cases)
 	{
@@ -156,7 +211,8 @@ TEST(CssCascade, GivesUpOnHostileSheets)
 	for (std::size_t i = 0; i < 1000; i++)
 		(node = &deep.Add(node, "g"))->attributes.emplace_back("k", std::string(10'000, 'a'));
 	const std::string part = std::string(5'000, 'a') + "b";
-	for (const std::string& selector : {std::string(":is(:is(:is(a g) g) g) g"), "[k*='" + part + "']"})
+	for (const std::string& selector :
+		 {std::string(":is(:is(:is(a g) g) g) g"), std::string("g:has(rect g)"), "[k*='" + part + "']"})
 	{
 		const std::string text = "g{x:2}" + selector + "{x:1}";
 		StyleSheet sheet;

@@ -25,6 +25,7 @@ public:
 		Node* parent = nullptr;
 		Node* previous = nullptr;
 		Node* next = nullptr;
+		Node* firstChild = nullptr;
 		Node* lastChild = nullptr;
 		bool hasText = false;
 	};
@@ -38,7 +39,7 @@ public:
 		if (parent)
 		{
 			node.previous = parent->lastChild;
-			(node.previous ? node.previous->next : parent->lastChild) = &node;
+			(node.previous ? node.previous->next : parent->firstChild) = &node;
 			parent->lastChild = &node;
 		}
 		return node;
@@ -119,6 +120,11 @@ public:
 	Element GetNext(Element element) const override
 	{
 		return At(element).next;
+	}
+
+	Element GetFirstChild(Element element) const override
+	{
+		return At(element).firstChild;
 	}
 
 	bool IsEmpty(Element element) const override

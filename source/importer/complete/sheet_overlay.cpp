@@ -7,6 +7,7 @@
 #include "importer/complete/attribute_rules.h"
 #include "importer/complete/host_memory.h"
 #include "importer/complete/importer.h"
+#include "importer/complete/property_test.h"
 
 #include <array>
 
@@ -89,6 +90,14 @@ public:
 		return at != nullptr ? AsStyled(at) : nullptr;
 	}
 
+	css::Element GetFirstChild(css::Element element) const override
+	{
+		HierarchyObject* at = Of(element).FirstChild();
+		while (at != nullptr && AsStyled(at) == nullptr)
+			at = at->NextSibling();
+		return at != nullptr ? AsStyled(at) : nullptr;
+	}
+
 	bool IsEmpty(css::Element element) const override
 	{
 		return Of(element).FirstChild() == nullptr;
@@ -144,7 +153,8 @@ Result<BaseArray<SheetOverlay>> Match(ElementBase& root, std::string_view text)
 	BaseArray<SheetOverlay> overlays;
 	HostMemory memory;
 	css::StyleSheet sheet(&memory);
-	sheet.Add(text, {});
+	PropertyTest properties;
+	sheet.Add(text, {.features = &properties});
 	if (sheet.IsEmpty())
 		return overlays;
 	const TreeView view;

@@ -2,6 +2,7 @@
 #include "importer/complete/style_sheets.h"
 
 #include "css/media.h"
+#include "importer/complete/property_test.h"
 
 #include <algorithm>
 
@@ -44,10 +45,8 @@ bool IsStyle(const XmlNode& node) noexcept
 bool IsSheetForScreens(std::string_view type, std::string_view media) noexcept
 {
 	constexpr std::string_view kCss = "text/css";
-	if (!type.empty() && !css::EqualsIgnoringCase(type, kCss))
-		return false;
-	css::Tokenizer condition(media);
-	return css::ReadMediaCondition(condition) && condition.Current().type == css::TokenType::end;
+	const bool isCss = type.empty() || css::EqualsIgnoringCase(type, kCss);
+	return isCss && css::HoldsForMedia(media);
 }
 
 // XmlElementView -----------------------------------------------------------------------------------------------------
@@ -127,6 +126,14 @@ css::Element XmlElementView::GetNext(css::Element element) const
 	do
 		node = node->next_sibling();
 	while (node != nullptr && !IsElement(node));
+	return node;
+}
+
+css::Element XmlElementView::GetFirstChild(css::Element element) const
+{
+	const XmlNode* node = NodeOf(element).first_node();
+	while (node != nullptr && !IsElement(node))
+		node = node->next_sibling();
 	return node;
 }
 
@@ -235,9 +242,10 @@ Result<void> StyleSheets::AddElement(const XmlNode& style)
 void StyleSheets::Add(std::string_view text, bool isInPlace)
 {
 	Problems problems(_importer, text, isInPlace);
+	PropertyTest properties;
 	const auto number = static_cast<std::uint32_t>(_sources.size());
 	_sources.push_back({text.data(), isInPlace});
-	_sheet.Add(text, {.source = number, .layer = 0, .report = &problems});
+	_sheet.Add(text, {.source = number, .report = &problems, .features = &properties});
 }
 
 std::span<const css::Declaration* const> StyleSheets::DeclarationsFor(const XmlNode& node,

@@ -16,8 +16,7 @@
 namespace orvan::svg::complete
 {
 
-/// Whether the sheet of a style element with these attributes is one of CSS for screens. Media queries hold as in
-/// @media.
+/// Whether the sheet of a style element with these attributes is one of CSS whose media query holds, see `css/media.h`.
 bool IsSheetForScreens(std::string_view type, std::string_view media) noexcept;
 
 /// How selectors see the nodes of the XML library.
@@ -35,6 +34,7 @@ public:
 	css::Element GetParent(css::Element element) const override;
 	css::Element GetPrevious(css::Element element) const override;
 	css::Element GetNext(css::Element element) const override;
+	css::Element GetFirstChild(css::Element element) const override;
 	bool IsEmpty(css::Element element) const override;
 	bool IsLink(css::Element element) const override;
 
