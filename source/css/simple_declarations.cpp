@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "simple_declarations.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 
@@ -18,9 +17,10 @@ enum Part : std::uint8_t
 {
 	kBlank = 1,
 	kName = 2,
-	kValue = 4,  ///< Anywhere in a value.
-	kInUrl = 8,  ///< Inside url().
-	kLetter = 16 ///< In the name of a function.
+	kValue = 4,   ///< Anywhere in a value.
+	kInUrl = 8,   ///< Inside url().
+	kLetter = 16, ///< In the name of a function.
+	kBetween = 32 ///< Between declarations.
 };
 
 constexpr std::array<std::uint8_t, 256> MakeParts()
@@ -31,7 +31,8 @@ constexpr std::array<std::uint8_t, 256> MakeParts()
 		for (const char character : characters)
 			parts[static_cast<unsigned char>(character)] |= static_cast<std::uint8_t>(more);
 	};
-	add(" \t\r\n\f", kBlank | kValue);
+	add(" \t\r\n\f", kBlank | kValue | kBetween);
+	add(";", kBetween);
 	add("abcdefghijklmnopqrstuvwxyz", kName | kValue | kInUrl | kLetter);
 	add("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_", kValue | kInUrl | kLetter);
 	add("-", kName | kValue | kInUrl | kLetter);
@@ -115,30 +116,55 @@ std::string_view TrimEnd(const char* begin, const char* end) noexcept
 }
 } // namespace
 
+/// Looks at the characters from a place on; false when they are too few to be looked at together.
+[[gnu::noinline]] bool SimpleDeclarations::LookAhead([[maybe_unused]] const char* at) noexcept
+{
+#if defined(__SSE2__)
+	constexpr std::ptrdiff_t kMost = 64;
+	if (_end - _begin < kAtOnce)
+		return false;
+	_seen = at;
+	_marks = 0;
+	for (; _end - at >= kAtOnce && at - _seen != kMost; at += kAtOnce)
+		_marks |= std::uint64_t{~FindPlain(at) & 0xffff} << (at - _seen);
+	if (at != _end && at - _seen != kMost)
+	{
+		// The last sixteen, without those that have been looked at.
+		const std::uint64_t last = (~FindPlain(_end - kAtOnce) & 0xffff) >> (kAtOnce - (_end - at));
+		_marks |= last << (at - _seen);
+		at = _end;
+	}
+	_seenEnd = at;
+	return true;
+#else
+	return false;
+#endif
+}
+
 /// Skips what may stand anywhere in a value.
 [[gnu::always_inline]] inline const char* SimpleDeclarations::SkipPlain(const char* at) noexcept
 {
-#if defined(__SSE2__)
-	while (at != _end && _end - _begin >= kAtOnce)
+	while (at != _end)
 	{
-		if (at >= _seenEnd)
+		if (at >= _seenEnd && !LookAhead(at))
+			return Skip(at, _end, kValue);
+		if (const std::uint64_t left = _marks >> (at - _seen); left != 0)
 		{
-			const char* const from = std::min(at, _end - kAtOnce);
-			_seenEnd = from + kAtOnce;
-			_marks = ~FindPlain(from) & 0xffff;
+			at += std::countr_zero(left);
+			// Blanks but spaces are rare.
+			if (!Is(*at, kValue)) [[likely]]
+				return at;
+			at++;
 		}
-		const unsigned left = _marks >> (kAtOnce - (_seenEnd - at));
-		if (left != 0)
-			return Skip(at + std::countr_zero(left), _end, kValue);
-		at = _seenEnd;
+		else
+			at = _seenEnd;
 	}
-#endif
-	return Skip(at, _end, kValue);
+	return at;
 }
 
 bool SimpleDeclarations::Next() noexcept
 {
-	while (_at != _end && (*_at == ';' || Is(*_at, kBlank)))
+	while (_at != _end && Is(*_at, kBetween))
 		_at++;
 	const char* at = SkipPlain(_at);
 	if (at == _end || *at != ':')

@@ -4,6 +4,7 @@
 #include "declarations.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace orvan::css
 {
@@ -74,13 +75,17 @@ public:
 
 private:
 	const char* SkipPlain(const char* at) noexcept;
+	bool LookAhead(const char* at) noexcept;
 
 	const char* const _begin;
 	const char* _at;
 	const char* const _end;
 	std::string_view _name;
 	std::string_view _value;
-	const char* _seenEnd = _at; ///< The characters in front of it have been looked at together …
-	unsigned _marks = 0; ///< … with a bit for each that ends what stands anywhere in a value, the last one highest.
+	// Up to sixty-four characters have been looked at together …
+	const char* _seen = _at;
+	const char* _seenEnd = _at;
+	std::uint64_t _marks =
+		0; ///< … with a bit for each that may end what stands anywhere in a value, the first one lowest.
 };
 } // namespace orvan::css

@@ -93,6 +93,106 @@ TEST(CompleteColors, OtherSpacesComeToSrgb)
 	EXPECT_EQ(ColorOf("color(srgb-linear .5 .5 .5)"), "187.52 187.52 187.52 / 1");
 }
 
+/// What a browser makes of colours that others are mixed or made from, in sRGB.
+TEST(CompleteColors, AreMixedAndMadeFromOthers)
+{
+	constexpr struct
+	{
+		const char* text;
+		double red, green, blue, alpha;
+	} kCases[]{
+		{"color-mix(in srgb, red 30%, blue)", 76.5, 0, 178.5, 1},
+		{"color-mix(in srgb, red 20%, blue 30%)", 102, 0, 153, 0.5},
+		{"color-mix(in srgb, red 80%, blue 70%)", 136, 0, 119, 1},
+		{"color-mix(in srgb, red 0%, blue 0%)", 127.5, 0, 127.5, 0},
+		{"color-mix(in srgb, 30% red, blue)", 76.5, 0, 178.5, 1},
+		{"color-mix(in srgb, red calc(10% + 20%), blue)", 76.5, 0, 178.5, 1},
+		{"color-mix(red, blue)", 140.35, 83.04, 162.31, 1},
+		{"color-mix(in lab, red, blue)", 192.99, 0, 136.16, 1},
+		{"color-mix(in lch longer hue, red 25%, lime)", 0, 240.81, 255, 1},
+		{"color-mix(in oklch, red, blue)", 186.12, 0, 193.83, 1},
+		{"color-mix(in oklch, red, gray)", 197.73, 98.87, 85.52, 1},
+		{"color-mix(in hsl, red, blue)", 255, 0, 255, 1},
+		{"color-mix(in hsl longer hue, red, red)", 0, 255, 255, 1},
+		{"color-mix(in hsl increasing hue, red, blue)", 0, 255, 0, 1},
+		{"color-mix(in hsl decreasing hue, red, lime)", 0, 0, 255, 1},
+		{"color-mix(in hsl decreasing hue, hsl(350 50% 50%), hsl(10 50% 50%))", 63.75, 191.25, 191.25, 1},
+		{"color-mix(in hsl, hsl(10 50% 50%), hsl(350 50% 50%))", 191.25, 63.75, 63.75, 1},
+		{"color-mix(in hsl, white, blue)", 159.38, 159.38, 223.12, 1},
+		{"color-mix(in hsl, hsl(none 50% 50%), blue)", 31.88, 31.88, 223.12, 1},
+		{"color-mix(in hwb, red 25%, lime)", 127.5, 255, 0, 1},
+		{"color-mix(in hwb, red, blue)", 255, 0, 255, 1},
+		{"color-mix(in srgb-linear, red, blue)", 187.53, 0, 187.53, 1},
+		{"color-mix(in xyz-d50, red, blue)", 187.52, 0, 187.52, 1},
+		{"color-mix(in xyz-d65, red, white)", 255, 187.52, 187.52, 1},
+		{"color-mix(in display-p3, red, blue)", 127.91, 9.82, 145.15, 1},
+		{"color-mix(in rec2020, red, blue)", 161.83, 18.67, 147.49, 1},
+		{"color-mix(in prophoto-rgb, red, blue)", 185.89, 2.99, 157.19, 1},
+		{"color-mix(in srgb, red, transparent)", 255, 0, 0, 0.5},
+		{"color-mix(in srgb, rgb(255 0 0 / .5), rgb(0 0 255 / .2))", 182.14, 0, 72.86, 0.35},
+		{"color-mix(in srgb, rgb(100 none 0), rgb(none 50 200))", 100, 50, 100, 1},
+		{"color-mix(in lab, lab(50 none 20), lab(none 30 40))", 174.18, 97.24, 69.5, 1},
+		{"color-mix(in lch, lch(50 30 none), lch(20 30 100))", 85.28, 84.11, 32.57, 1},
+		{"color-mix(in srgb, color-mix(in srgb, red, blue), lime)", 63.75, 127.5, 63.75, 1},
+		{"rgb(from #123456 b g r)", 86, 52, 18, 1},
+		{"rgb(from red calc(r - 20) calc(g + 10) 100%)", 235, 10, 255, 1},
+		{"rgb(from rgb(1 2 3 / .4) r g b)", 1, 2, 3, 0.4},
+		{"rgb(from rgb(1 2 3 / .4) r g b / calc(alpha * 2))", 1, 2, 3, 0.8},
+		{"rgb(from teal 50% g none)", 127.5, 128, 0, 1},
+		{"hsl(from red calc(h + 120) s l)", 0, 255, 0, 1},
+		{"hsl(from red h s calc(l - 20))", 153, 0, 0, 1},
+		{"hwb(from teal h calc(w + 10) b)", 25.5, 128, 128, 1},
+		{"lab(from teal calc(l * 1.2) a b)", 48.87, 153.25, 152.88, 1},
+		{"lch(from red calc(l + 10) c h)", 255, 62.65, 31.3, 1},
+		{"oklch(from teal l calc(c * 2) calc(h + 30))", 0, 128.21, 190.71, 1},
+		{"oklab(from red l a b)", 255, 0, 0, 1},
+		{"color(from red display-p3 r g b)", 255, 0, 0, 1},
+		{"color(from teal xyz-d50 x y z)", 0, 128, 128, 1},
+		{"color(from teal srgb-linear r calc(g * 2) b)", 0, 175.57, 128.01, 1},
+		{"light-dark(red, blue)", 255, 0, 0, 1},
+	};
+	for (const auto& each : kCases)
+	{
+		Color color;
+		ASSERT_EQ(ParseColor(each.text, color), Parsed::value) << each.text;
+		const double difference =
+			std::max({std::fabs(color.red * 255 - each.red), std::fabs(color.green * 255 - each.green),
+					  std::fabs(color.blue * 255 - each.blue), std::fabs(color.alpha - each.alpha) * 255});
+		EXPECT_LT(difference, 0.1) << each.text << ": " << Text(color);
+	}
+	std::string nested = "red";
+	for (int i = 0; i < 16; i++)
+		nested = "rgb(from " + nested + " r g b)";
+	EXPECT_EQ(ColorOf(nested), "255 0 0 / 1");
+	ExpectAll(ColorOf,
+			  {"color-mix(in foo, red, blue)",
+			   "color-mix(in srgb red, blue)",
+			   "color-mix(in srgb, red)",
+			   "color-mix(in srgb, red, blue, lime)",
+			   "color-mix(in srgb longer hue, red, blue)",
+			   "color-mix(in hsl longer, red, blue)",
+			   "color-mix(in srgb, red -10%, blue)",
+			   "color-mix(in srgb, red 110%, blue)",
+			   "color-mix(in srgb, red 5, blue)",
+			   "color-mix(in srgb, 10% red 20%, blue)",
+			   "color-mix(in srgb, url(#a), blue)",
+			   "rgb(from red r g)",
+			   "rgb(from red, r, g, b)",
+			   "rgb(from teal r, g, b)",
+			   "rgb(from teal x y z)",
+			   "rgb(from teal calc(r + 10%) g b)",
+			   "rgb(from teal calc(r + 10deg) g b)",
+			   "hsl(from teal calc(h + 10deg) s l)",
+			   "color(from teal foo r g b)",
+			   "rgb(r g b)",
+			   "light-dark(red)",
+			   "light-dark(teal, foo)",
+			   "color-mix(in srgb, currentColor, red)",
+			   "rgb(from currentColor r g b)",
+			   "rgb(from " + nested + " r g b)"},
+			  kRefused);
+}
+
 TEST(CompletePaints, WithReferencesAndFallbacks)
 {
 	EXPECT_EQ(PaintOf(" None "), "none");

@@ -97,6 +97,9 @@ TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
 	EXPECT_EQ(SVGPaintType::none, RootColor().type);
 	EXPECT_EQ(SVGPaintType::currentColor, icon->GetLayer(Text("p"))->GetStroke().type);
 	EXPECT_EQ(0.5, icon->GetLayer(Text("p"))->GetOpacity()) << "what else was set stays";
+	Must(theme->SetStyleSheet(Text("svg { --a: lime; --b: var(--a) } g { --a: red; fill: var(--b) }"
+								   " rect, #q { fill: var(--a) } path { fill: var(--none) }")));
+	EXPECT_EQ("grgg", Fills()) << "with the sheet's own variables";
 	Must(theme->SetStyleSheet({}));
 	EXPECT_EQ("rbg-", Fills());
 	EXPECT_FALSE(icon->GetLayer(Text("r"))->HasAttribute(SVGImportAttribute::width));

@@ -2,6 +2,8 @@
 #include "complete/calculations.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <numbers>
 #include <optional>
@@ -34,8 +36,8 @@ bool Unite(Quantity& a, Quantity& b) noexcept
 	return a.unit == b.unit;
 }
 
-/// Pixels in one of an absolute unit; zero for a relative one.
-double PixelsIn(LengthUnit unit) noexcept
+/// Pixels in one of a unit; zero where that is not known.
+double PixelsIn(LengthUnit unit, const LengthUnits& units) noexcept
 {
 	switch (unit)
 	{
@@ -53,6 +55,15 @@ double PixelsIn(LengthUnit unit) noexcept
 		return 96.0 / 72;
 	case LengthUnit::pc:
 		return 16;
+	case LengthUnit::percent:
+		return units.whole;
+	case LengthUnit::em:
+		return units.fontSize;
+	case LengthUnit::ex:
+	case LengthUnit::ch:
+		return units.fontSize / 2;
+	case LengthUnit::rem:
+		return units.rootFontSize;
 	default:
 		return 0;
 	}
@@ -61,7 +72,8 @@ double PixelsIn(LengthUnit unit) noexcept
 class Calculator
 {
 public:
-	explicit Calculator(ValueCursor& cursor) noexcept : _cursor(cursor)
+	Calculator(ValueCursor& cursor, std::span<const NamedNumber> names, const LengthUnits& units = {}) noexcept
+		: _cursor(cursor), _names(names), _units(units)
 	{
 	}
 
@@ -198,6 +210,13 @@ private:
 
 	bool TakeConstant(Quantity& term) noexcept
 	{
+		for (const NamedNumber& number : _names)
+		{
+			if (!_cursor.TakeWord(number.name))
+				continue;
+			term = {Kind::number, number.value};
+			return true;
+		}
 		const bool isPi = _cursor.TakeWord("pi");
 		if (!isPi && !_cursor.TakeWord("e"))
 			return false;
@@ -205,13 +224,13 @@ private:
 		return true;
 	}
 
-	static Quantity ToQuantity(const Length& length) noexcept
+	Quantity ToQuantity(const Length& length) const noexcept
 	{
 		if (length.unit == LengthUnit::number)
 			return {Kind::number, length.value};
-		if (length.unit == LengthUnit::percent)
+		if (length.unit == LengthUnit::percent && _units.whole == 0)
 			return {Kind::percentage, length.value};
-		const double pixels = PixelsIn(length.unit);
+		const double pixels = PixelsIn(length.unit, _units);
 		return pixels != 0 ? Quantity{Kind::length, length.value * pixels}
 						   : Quantity{Kind::length, length.value, length.unit};
 	}
@@ -229,13 +248,57 @@ private:
 	}
 
 	ValueCursor& _cursor;
+	const std::span<const NamedNumber> _names;
+	const LengthUnits _units;
 	int _nesting = 0;
 	bool _isBroken = false;
 };
 } // namespace
 
-bool TakeCalculation(ValueCursor& cursor, Quantity& quantity) noexcept
+bool TakeCalculation(ValueCursor& cursor, Quantity& quantity, std::span<const NamedNumber> names) noexcept
 {
-	return Calculator(cursor).TakeFunction(quantity);
+	return Calculator(cursor, names).TakeFunction(quantity);
+}
+
+bool MayHaveCalculations(std::string_view text) noexcept
+{
+	return text.find('(') != text.npos;
+}
+
+bool ResolveCalculations(std::string_view text, const LengthUnits& units, std::string& resolved)
+{
+	ValueCursor cursor(text);
+	const char* copied = text.data();
+	std::string result;
+	bool isChanged = false;
+	while (!cursor.IsAtEnd())
+	{
+		const char* const begin = cursor.At();
+		const std::string_view word = cursor.PeekWord();
+		if (word.empty())
+		{
+			cursor.MoveTo(begin + 1);
+			continue;
+		}
+		Quantity quantity;
+		if (!IsLetter(word[0]) || !Calculator(cursor, {}, units).TakeFunction(quantity))
+		{
+			cursor.MoveTo(begin + word.size());
+			continue;
+		}
+		if (quantity.kind != Kind::length || quantity.unit != LengthUnit::px)
+			continue;
+		std::array<char, 32> digits;
+		const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), quantity.value).ptr;
+		result.append(copied, begin).append("calc(").append(digits.data(), end).append("px)");
+		copied = cursor.At();
+		// What closes the function takes the blanks behind it along.
+		result += ' ';
+		isChanged = true;
+	}
+	if (!isChanged)
+		return false;
+	resolved = result.append(copied, text.data() + text.size());
+	return true;
 }
 } // namespace orvan::grammar::complete

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "complete/colors.h"
 
+#include "complete/color_functions.h"
 #include "complete/color_reader.h"
-#include "complete/color_spaces.h"
 #include "shared/color_keywords.h"
 #include "shared/hex_digits.h"
 
@@ -68,6 +68,8 @@ constexpr NamedColor kMoreColors[]{
 	{"window", 0xffffffff},
 	{"windowframe", 0x000000ff},
 	{"windowtext", 0x000000ff},
+	{"-webkit-activelink", 0xff0000ff},
+	{"-webkit-link", 0x0000eeff},
 };
 
 Color FromPacked(std::uint32_t rgba) noexcept
@@ -100,194 +102,6 @@ bool ReadHex(std::string_view digits, Color& color) noexcept
 	return true;
 }
 
-/// A component as written.
-struct Component
-{
-	double value = 0; ///< A fraction when it is a percentage.
-	bool isPercentage = false;
-	bool isNone = false;
-};
-
-/// How the components of a function are written.
-struct Notation
-{
-	bool hasCommas = false;
-	std::array<Component, 3> components;
-	double alpha = 1;
-};
-
-/// Where the hue stands among the components.
-constexpr std::size_t kNoHue = 3;
-
-bool TakeComponent(ValueCursor& cursor, bool isHue, Component& component) noexcept
-{
-	component.isNone = cursor.TakeWord("none");
-	if (component.isNone)
-		return true;
-	if (isHue)
-		return cursor.TakeAngle(true, component.value);
-	return cursor.TakeNumberOrPercentage(component.value, component.isPercentage);
-}
-
-/// Reads what stands behind the parenthesis of a function, to its end: three components and an alpha, all parted by
-/// commas where these are allowed, or by blanks and a slash.
-bool TakeNotation(ValueCursor& cursor, bool mayHaveCommas, std::size_t hue, Notation& notation) noexcept
-{
-	for (std::size_t i = 0; i != notation.components.size(); ++i)
-	{
-		if (i == 1)
-			notation.hasCommas = mayHaveCommas && cursor.TakeComma();
-		else if (i == 2 && notation.hasCommas && !cursor.TakeComma())
-			return false;
-		cursor.SkipSpaces();
-		if (!TakeComponent(cursor, i == hue, notation.components[i]))
-			return false;
-	}
-	cursor.SkipSpaces();
-	if (notation.hasCommas ? cursor.TakeMark(',') : cursor.TakeMark('/'))
-	{
-		Component alpha;
-		if (!TakeComponent(cursor, false, alpha))
-			return false;
-		notation.alpha = std::clamp(alpha.value, 0.0, 1.0);
-		if (alpha.isNone && notation.hasCommas)
-			return false;
-	}
-	if (notation.hasCommas && std::ranges::any_of(notation.components, &Component::isNone))
-		return false;
-	return cursor.TakeClose();
-}
-
-/// A component whose percentage is of `whole`.
-double Resolve(const Component& component, double whole) noexcept
-{
-	return component.isPercentage ? component.value * whole : component.value;
-}
-
-Color Opaque(const Components& rgb, double alpha) noexcept
-{
-	const auto clamp = [](double value)
-	{
-		return std::isfinite(value) ? std::clamp(value, 0.0, 1.0) : 0.0;
-	};
-	return {ColorKind::color, clamp(rgb[0]), clamp(rgb[1]), clamp(rgb[2]), alpha};
-}
-
-/// As above, in 256 steps a channel.
-Color Rounded(const Components& rgb, double alpha) noexcept
-{
-	Color color = Opaque(rgb, alpha);
-	for (double* channel : {&color.red, &color.green, &color.blue})
-	{
-		// Single precision, as browsers have it, so that halves come out on the same side.
-		const float scaled = static_cast<float>(*channel) * static_cast<float>(kMostChannel);
-		*channel = std::round(scaled) / kMostChannel;
-	}
-	return color;
-}
-
-bool TakeRgb(ValueCursor& cursor, Color& color) noexcept
-{
-	Notation notation;
-	if (!TakeNotation(cursor, true, kNoHue, notation))
-		return false;
-	const auto& [red, green, blue] = notation.components;
-	const bool isMixed = red.isPercentage != green.isPercentage || red.isPercentage != blue.isPercentage;
-	if (notation.hasCommas && isMixed)
-		return false;
-	const auto fraction = [](const Component& component)
-	{
-		return component.isPercentage ? component.value : component.value / kMostChannel;
-	};
-	color = Rounded({fraction(red), fraction(green), fraction(blue)}, notation.alpha);
-	return true;
-}
-
-/// A percentage, or a number that means one.
-double ClampedPercentage(const Component& component) noexcept
-{
-	return std::clamp(component.isPercentage ? component.value : component.value / 100, 0.0, 1.0);
-}
-
-template <Components (*toSrgb)(const Components&) noexcept, bool mayHaveCommas>
-bool TakeHued(ValueCursor& cursor, Color& color) noexcept
-{
-	Notation notation;
-	if (!TakeNotation(cursor, mayHaveCommas, 0, notation))
-		return false;
-	const auto& [hue, second, third] = notation.components;
-	if (notation.hasCommas && (!second.isPercentage || !third.isPercentage))
-		return false;
-	color = Rounded(toSrgb({std::fmod(hue.value, 360), ClampedPercentage(second), ClampedPercentage(third)}),
-					notation.alpha);
-	return true;
-}
-
-/// Lab and Oklab: lightness and two axes, of which 100% is `kWhole` and `kAxis`.
-template <Components (*toSrgb)(const Components&) noexcept, int kWhole, int kAxisHundredths>
-bool TakeAxes(ValueCursor& cursor, Color& color) noexcept
-{
-	constexpr double kAxis = kAxisHundredths / 100.0;
-	Notation notation;
-	if (!TakeNotation(cursor, false, kNoHue, notation))
-		return false;
-	const auto& [lightness, a, b] = notation.components;
-	color = Opaque(
-		toSrgb({std::clamp<double>(Resolve(lightness, kWhole), 0, kWhole), Resolve(a, kAxis), Resolve(b, kAxis)}),
-		notation.alpha);
-	return true;
-}
-
-/// The same with chroma and hue instead of axes.
-template <Components (*toSrgb)(const Components&) noexcept, int kWhole, int kChromaHundredths>
-bool TakePolar(ValueCursor& cursor, Color& color) noexcept
-{
-	constexpr double kChroma = kChromaHundredths / 100.0;
-	Notation notation;
-	if (!TakeNotation(cursor, false, 2, notation))
-		return false;
-	const auto& [lightness, chroma, hue] = notation.components;
-	color = Opaque(toSrgb(PolarToAxes({std::clamp<double>(Resolve(lightness, kWhole), 0, kWhole),
-									   std::max(Resolve(chroma, kChroma), 0.0), hue.value})),
-				   notation.alpha);
-	return true;
-}
-
-bool TakeColorFunction(ValueCursor& cursor, Color& color) noexcept
-{
-	for (const ColorSpace& space : GetColorSpaces())
-	{
-		if (!cursor.TakeWord(space.name))
-			continue;
-		Notation notation;
-		if (!TakeNotation(cursor, false, kNoHue, notation))
-			return false;
-		const auto& [first, second, third] = notation.components;
-		color = Opaque(space.toSrgb({first.value, second.value, third.value}), notation.alpha);
-		return true;
-	}
-	return false;
-}
-
-struct FunctionRow
-{
-	std::string_view name;
-	bool (*take)(ValueCursor&, Color&) noexcept;
-};
-
-constexpr FunctionRow kFunctions[]{
-	{"rgb", &TakeRgb},
-	{"rgba", &TakeRgb},
-	{"hsl", &TakeHued<&HslToSrgb, true>},
-	{"hsla", &TakeHued<&HslToSrgb, true>},
-	{"hwb", &TakeHued<&HwbToSrgb, false>},
-	{"lab", &TakeAxes<&LabToSrgb, 100, 12500>},
-	{"lch", &TakePolar<&LabToSrgb, 100, 15000>},
-	{"oklab", &TakeAxes<&OklabToSrgb, 1, 40>},
-	{"oklch", &TakePolar<&OklabToSrgb, 1, 40>},
-	{"color", &TakeColorFunction},
-};
-
 bool TakeNamed(ValueCursor& cursor, std::string_view word, Color& color) noexcept
 {
 	if (PackedColor packed; FindColorKeyword(word, packed))
@@ -313,8 +127,9 @@ bool TakeNamed(ValueCursor& cursor, std::string_view word, Color& color) noexcep
 	return false;
 }
 
-/// Takes a colour without what may follow it.
-bool TakeBareColor(ValueCursor& cursor, Color& color) noexcept
+} // namespace
+
+bool TakeWrittenColor(ValueCursor& cursor, int nesting, WrittenColor& color) noexcept
 {
 	if (cursor.Take('#'))
 	{
@@ -324,14 +139,10 @@ bool TakeBareColor(ValueCursor& cursor, Color& color) noexcept
 		return ReadHex(digits, color);
 	}
 	const std::string_view word = cursor.PeekWord();
-	for (const FunctionRow& row : kFunctions)
-	{
-		if (row.name.size() == word.size() && cursor.TakeFunction(row.name))
-			return row.take(cursor, color);
-	}
-	return TakeNamed(cursor, word, color);
+	const bool isFunction =
+		!word.empty() && cursor.At() + word.size() != cursor.End() && word.data()[word.size()] == '(';
+	return isFunction ? TakeColorFunction(cursor, nesting, color) : TakeNamed(cursor, word, color);
 }
-} // namespace
 
 bool IsUsualColor(std::string_view text, Color& color) noexcept
 {
@@ -341,8 +152,12 @@ bool IsUsualColor(std::string_view text, Color& color) noexcept
 
 bool TakeColor(ValueCursor& cursor, Color& color) noexcept
 {
-	if (!TakeBareColor(cursor, color))
+	WrittenColor written;
+	if (!TakeWrittenColor(cursor, 0, written))
 		return false;
+	color = written;
+	for (double* channel : {&color.red, &color.green, &color.blue})
+		*channel = std::isfinite(*channel) ? std::clamp(*channel, 0.0, 1.0) : 0.0;
 	if (cursor.IsAtEnd() || !cursor.TakeFunction("icc-color"))
 		return true;
 	while (!cursor.IsAtEnd() && cursor.Peek() != ')')

@@ -26,9 +26,11 @@ struct Color
 
 /// "color", "stop-color", "flood-color", "lighting-color": the names of CSS, "transparent", "currentColor",
 /// #rgb, #rgba, #rrggbb, #rrggbbaa, rgb(), rgba(), hsl() and hsla() with commas or with blanks and a slash, hwb(),
-/// lab(), lch(), oklab(), oklch() and color() of the sRGB, Display P3, A98, ProPhoto, Rec. 2020 and XYZ spaces. What is
-/// out of range is clamped; "none" for a component is 0. An "icc-color(…)" behind a colour is dropped. System colours
-/// are those of a light page ("Canvas" is white, "CanvasText" black).
+/// lab(), lch(), oklab(), oklch() and color() of the sRGB, Display P3, A98, ProPhoto, Rec. 2020 and XYZ spaces, all of
+/// these also relative to another colour ("from"); color-mix() and light-dark(), of which the first counts. What is out
+/// of range is clamped; "none" for a component is 0. Neither mixed nor relative colours can be made of currentColor. An
+/// "icc-color(…)" behind a colour is dropped. System colours are those of a light page ("Canvas" is white, "CanvasText"
+/// black).
 Parsed ParseColor(std::string_view text, Color& color) noexcept;
 
 /// A reference to an element or a resource.

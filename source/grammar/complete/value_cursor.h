@@ -88,6 +88,11 @@ public:
 		return _at;
 	}
 
+	const char* End() const noexcept
+	{
+		return _end;
+	}
+
 	std::size_t Offset() const noexcept
 	{
 		return static_cast<std::size_t>(_at - _begin);

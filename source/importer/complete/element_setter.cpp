@@ -107,6 +107,8 @@ Result<std::string_view> ElementSetter::SetAttributes(const XmlNode& node, Eleme
 		const Reading reading = ORVAN_TRY(_importer.Read(application));
 		if (reading == Reading::applied) [[likely]]
 			continue;
+		if (reading == Reading::refused && ORVAN_TRY(_importer.ReadCalculated(application)) == Reading::applied)
+			continue;
 		if (IsProperty(*rule) && css::MayHaveVariables(text))
 			_waiting.push_back({*rule, std::string(text), raw.data()});
 		else
@@ -185,6 +187,8 @@ Result<void> ElementSetter::SetInlineStyle(ElementBase& element, Tag tag, std::s
 			continue;
 		}
 		isShareable = false;
+		if (ORVAN_TRY(_importer.ReadCalculated(application)) == Reading::applied)
+			continue;
 		const char* const where = isInPlace ? simple.Value().data() : _rawStyle.data();
 		ORVAN_TRY(_importer.WarnOfValue(application, {where, _elementTag}));
 	}
@@ -275,7 +279,8 @@ Result<void> ElementSetter::SetSubstituted(const Application& application, const
 	const css::Substitution outcome = variables.Substitute(application.text, value);
 	Application substituted = application;
 	substituted.text = value;
-	if (outcome == css::Substitution::done && ORVAN_TRY(_importer.Read(substituted)) == Reading::applied)
+	if (outcome == css::Substitution::done && (ORVAN_TRY(_importer.Read(substituted)) == Reading::applied ||
+											   ORVAN_TRY(_importer.ReadCalculated(substituted)) == Reading::applied))
 		return {};
 	ORVAN_TRY(_importer.WarnOfValue(application, place));
 	if (outcome == css::Substitution::malformed)
@@ -325,6 +330,8 @@ Result<bool> ElementSetter::Declare(ElementBase& element, Tag tag, const css::De
 	}
 	if (ORVAN_TRY(_importer.Read(application)) == Reading::applied) [[likely]]
 		return IsSaidByDictionary(application);
+	if (ORVAN_TRY(_importer.ReadCalculated(application)) == Reading::applied)
+		return false;
 	declaration.tag |= kRefused;
 	ORVAN_TRY(_importer.WarnOfValue(application, {where, _elementTag}));
 	return false;

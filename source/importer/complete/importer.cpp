@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "importer/complete/importer.h"
 
+#include "complete/calculations.h"
 #include "elements/element_classes.h"
 #include "grammar.h"
 
 #include <algorithm>
+#include <cmath>
 #include <span>
+#include <string>
 
 namespace orvan::svg::complete
 {
@@ -28,7 +31,72 @@ Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noe
 	return element.SetAttribute(number, value);
 }
 
+/// The size of an element's font in pixels, as far as its attributes and those around it say it.
+double FontSizeOf(const ElementBase* element) noexcept
+{
+	constexpr double kMedium = 16;
+	double factor = 1;
+	for (; element != nullptr; element = AsElement(element->Parent()))
+	{
+		const auto* const size = element->Find<SVGLength>(SVGImportAttribute::fontSize);
+		if (size == nullptr)
+			continue;
+		switch (size->unit)
+		{
+		case SVGLengthUnit::em:
+		case SVGLengthUnit::percent:
+			factor *= size->value;
+			break;
+		case SVGLengthUnit::ex:
+			factor *= size->value / 2;
+			break;
+		case SVGLengthUnit::px:
+		case SVGLengthUnit::number:
+			return factor * size->value;
+		default:
+			return 0; // What other units come to is the renderer's to say.
+		}
+	}
+	return factor * kMedium;
+}
+
+/// What relative lengths in a value are of.
+grammar::complete::LengthUnits UnitsOf(const Application& application, const Vector2d& viewport) noexcept
+{
+	using Number = SVGImportAttribute;
+	static constexpr Number kAcross[] = {Number::x, Number::width, Number::cx, Number::rx};
+	static constexpr Number kDown[] = {Number::y, Number::height, Number::cy, Number::ry};
+	const auto isOneOf = [&application](std::span<const Number> numbers)
+	{
+		return std::find(numbers.begin(), numbers.end(), application.rule.number) != numbers.end();
+	};
+	const ElementBase* const parent = AsElement(application.element.Parent());
+	const ElementBase* root = &application.element;
+	while (const ElementBase* const outer = AsElement(root->Parent()))
+		root = outer;
+	const bool isFontSize = application.rule.number == Number::fontSize;
+	grammar::complete::LengthUnits units;
+	units.fontSize = FontSizeOf(isFontSize ? parent : &application.element);
+	units.rootFontSize = FontSizeOf(root);
+	units.whole = isFontSize         ? units.fontSize
+				  : isOneOf(kAcross) ? viewport.x
+				  : isOneOf(kDown)   ? viewport.y
+									 : std::sqrt((viewport.x * viewport.x + viewport.y * viewport.y) / 2);
+	return units;
+}
+
 } // namespace
+
+Result<Reading> Importer::ReadCalculated(const Application& application)
+{
+	std::string resolved;
+	if (!IsProperty(application.rule) || !grammar::complete::MayHaveCalculations(application.text) ||
+		!grammar::complete::ResolveCalculations(application.text, UnitsOf(application, viewport), resolved))
+		return Reading::refused;
+	Application calculated = application;
+	calculated.text = resolved;
+	return Read(calculated);
+}
 
 Result<Reading> Importer::ReadWide(const Application& application, CssWideKeyword keyword)
 {

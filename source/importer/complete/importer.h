@@ -39,6 +39,10 @@ public:
 		return MayBeWide(application.text) ? ReadPerhapsWide(application) : application.rule.read(application);
 	}
 
+	/// Reads a value that was refused once more, with the math functions in it as the pixels that they come to here:
+	/// where percentages, and sizes of fonts as far as these are known by now, are mixed with pixels.
+	Result<Reading> ReadCalculated(const Application& application);
+
 	/// Takes down that an attribute's value was not read, or not wholly: as a finding or, when it is refused and the
 	/// import is not tolerant, as what ends the import, by throwing.
 	Result<void> Refuse(const Application& application, const ValuePlace& place, Reading reading);

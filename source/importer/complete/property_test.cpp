@@ -52,7 +52,10 @@ Result<bool> IsRead(const Rule& rule, std::string_view value) noexcept
 	auto& element = static_cast<ElementBase&>(*static_cast<HierarchyObject*>(scratch.GetObject()));
 	const SVGImportOptions options{true, true, false, {}};
 	Importer importer(options);
-	return ORVAN_TRY(importer.Read({importer, element, tag, rule, value, grammar::Source::sheet})) == Reading::applied;
+	importer.viewport = {1, 1}; // Any will do.
+	const Application application{importer, element, tag, rule, value, grammar::Source::sheet};
+	return ORVAN_TRY(importer.Read(application)) == Reading::applied ||
+		   ORVAN_TRY(importer.ReadCalculated(application)) == Reading::applied;
 }
 
 } // namespace

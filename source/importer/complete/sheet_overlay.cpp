@@ -4,12 +4,17 @@
 #include "complete/numbers.h"
 #include "css/cascade.h"
 #include "css/style_sheet.h"
+#include "css/variables.h"
 #include "importer/complete/attribute_rules.h"
 #include "importer/complete/host_memory.h"
 #include "importer/complete/importer.h"
 #include "importer/complete/property_test.h"
 
 #include <array>
+#include <list>
+#include <memory_resource>
+#include <string>
+#include <vector>
 
 namespace orvan::svg::complete
 {
@@ -124,19 +129,27 @@ public:
 	{
 	}
 
-	Result<DataDictionary> Read(Tag tag, std::span<const css::Declaration* const> declarations)
+	/// Custom properties are those that the sheet itself declares.
+	Result<DataDictionary> Read(Tag tag, std::span<const css::Declaration* const> declarations,
+								css::Variables& variables)
 	{
 		_scratch.ReplaceAttributes({});
 		for (const css::Declaration* declaration : declarations)
 		{
 			const Rule* const rule = declaration->isCustom ? nullptr : FindRule(declaration->name);
-			if (rule == nullptr || !IsProperty(*rule) || declaration->hasVariables ||
-				rule->number == SVGImportAttribute::transform || rule->number == SVGImportAttribute::d)
+			if (rule == nullptr || !IsProperty(*rule) || rule->number == SVGImportAttribute::transform ||
+				rule->number == SVGImportAttribute::d)
 				continue;
 			std::string resolved;
 			std::string_view value = declaration->value;
 			if (declaration->hasEscapes)
 				value = resolved = grammar::complete::ResolveEscapes(value);
+			if (declaration->hasVariables)
+			{
+				if (variables.Substitute(value, resolved) != css::Substitution::done)
+					continue;
+				value = resolved;
+			}
 			ORVAN_TRY(_importer.Read({_importer, _scratch, tag, *rule, value, grammar::Source::sheet}));
 		}
 		return _scratch.GetAttributeDictionary();
@@ -146,6 +159,51 @@ private:
 	SVGImportOptions _options{true, true, false, {}};
 	Importer _importer{_options};
 	ElementBase& _scratch;
+};
+
+/// The custom properties of the elements around, down to the one at hand.
+class Scopes
+{
+public:
+	explicit Scopes(HostMemory& memory) : _memory(memory), _scopes(&memory)
+	{
+		_scopes.emplace_back(nullptr, _budget, &_memory);
+		_owners.push_back(nullptr);
+	}
+
+	void Enter(const ElementBase& element, std::span<const css::Declaration* const> declarations)
+	{
+		for (const css::Declaration* declaration : declarations)
+		{
+			if (!declaration->isCustom)
+				continue;
+			if (_owners.back() != &element)
+			{
+				_scopes.emplace_back(&_scopes.back(), _budget, &_memory);
+				_owners.push_back(&element);
+			}
+			_scopes.back().Set(declaration->name, declaration->value);
+		}
+	}
+
+	void Leave(const HierarchyObject* object)
+	{
+		if (_owners.back() != object)
+			return;
+		_scopes.pop_back();
+		_owners.pop_back();
+	}
+
+	css::Variables& Innermost()
+	{
+		return _scopes.back();
+	}
+
+private:
+	HostMemory& _memory;
+	css::VariableBudget _budget;
+	std::pmr::list<css::Variables> _scopes;
+	std::vector<const HierarchyObject*> _owners; ///< Of the scopes; the outermost has none.
 };
 
 Result<BaseArray<SheetOverlay>> Match(ElementBase& root, std::string_view text)
@@ -161,6 +219,7 @@ Result<BaseArray<SheetOverlay>> Match(ElementBase& root, std::string_view text)
 	css::Cascade cascade(sheet, view, &memory);
 	const auto scratch = ORVAN_TRY(CreateObject<SVGElementInterface>(kSVGElementClass));
 	OverlayReader reader(static_cast<ElementBase&>(*scratch.GetObject()));
+	Scopes scopes(memory);
 	for (HierarchyObject* at = &root; at != nullptr;)
 	{
 		if (ElementBase* element = TreeView::AsStyled(at))
@@ -168,7 +227,9 @@ Result<BaseArray<SheetOverlay>> Match(ElementBase& root, std::string_view text)
 			const auto declarations = cascade.Collect(element);
 			if (!declarations.empty())
 			{
-				DataDictionary values = ORVAN_TRY(reader.Read(TagOfElement(*element), declarations));
+				scopes.Enter(*element, declarations);
+				DataDictionary values =
+					ORVAN_TRY(reader.Read(TagOfElement(*element), declarations, scopes.Innermost()));
 				if (values.GetCount() != 0)
 					ORVAN_TRY(overlays.Append({SVGElementRef::From(element), std::move(values)}));
 			}
@@ -179,7 +240,11 @@ Result<BaseArray<SheetOverlay>> Match(ElementBase& root, std::string_view text)
 			continue;
 		}
 		while (at != &root && at->NextSibling() == nullptr)
+		{
+			scopes.Leave(at);
 			at = at->Parent();
+		}
+		scopes.Leave(at);
 		at = at != &root ? at->NextSibling() : nullptr;
 	}
 	return overlays;
