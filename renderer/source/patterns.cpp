@@ -63,9 +63,7 @@ Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const R
 		if (!fit)
 			content.parent = nullptr;
 		else
-		{
 			content.place.transform = fit->transform;
-		}
 	}
 	else if (chain.GetKeyword(Key::patternContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
 	{
@@ -78,6 +76,47 @@ Result<TileContent> GetContent(const Canvas& canvas, const Chain& chain, const R
 double GetLength(const Vector2d& v) noexcept
 {
 	return std::hypot(v.x, v.y);
+}
+
+/// How many pixels a tile has, where the pattern's coordinates have this transform to those of the picture.
+Vector2d GetTileSize(const Rectangle& tile, const Matrix2d& transform, SVGRenderOutput output) noexcept
+{
+	const bool isTurned = transform.axis1.y != 0.0 || transform.axis2.x != 0.0;
+	const double detail = output == SVGRenderOutput::page ? kPageDetail : isTurned ? kTurnedDetail : 1.0;
+	const auto getSide = [&](double side, const Vector2d& axis)
+	{
+		return std::clamp(std::ceil(side * GetLength(axis) * detail - 1e-6), 1.0, kMaxTileSide);
+	};
+	return {getSide(tile.GetWidth(), transform.axis1), getSide(tile.GetHeight(), transform.axis2)};
+}
+
+/// A tile as a picture; null when there is nothing to see in it, or no room for it.
+Result<SurfacePtr> DrawTile(Job& job, const TileContent& content, const Vector2d& size, const Matrix2d& toTile,
+							const Frame& around, double opacity) noexcept
+{
+	const LayerScope layer(job.scene.limits, size.x * size.y);
+	if (!layer.IsOpen())
+		return SurfacePtr();
+	SurfacePtr surface(
+		cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(size.x), static_cast<int>(size.y)));
+	const CairoPtr drawing(cairo_create(surface.get()));
+	if (cairo_status(drawing.get()) != CAIRO_STATUS_SUCCESS)
+		return OutOfMemoryError();
+	const Canvas canvas{job, drawing.get()};
+	Painter painter(canvas);
+	Frame frame(content.parent, content.place, &around, job.scene.limits);
+	// A pattern has no transform of its own beside that of its coordinates.
+	frame.place.transform = toTile * content.place.transform;
+	if (!frame.canDraw || !IsInvertible(frame.place.transform))
+		return SurfacePtr();
+	ORVAN_TRY(Walk(job.scene, painter).DrawChildren(content.parent, frame.place, frame));
+	if (opacity < 1.0)
+	{
+		cairo_set_operator(drawing.get(), CAIRO_OPERATOR_DEST_IN);
+		cairo_set_source_rgba(drawing.get(), 0.0, 0.0, 0.0, opacity);
+		cairo_paint(drawing.get());
+	}
+	return surface;
 }
 
 } // namespace
@@ -116,39 +155,12 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 		return PaintResult::invalid;
 	}
 
-	const bool isTurned = transform.axis1.y != 0.0 || transform.axis2.x != 0.0;
-	const double detail = job.output == SVGRenderOutput::page ? kPageDetail : isTurned ? kTurnedDetail : 1.0;
-	const auto getSide = [&](double side, const Vector2d& axis)
-	{
-		return std::clamp(std::ceil(side * GetLength(axis) * detail - 1e-6), 1.0, kMaxTileSide);
-	};
-	const double width = getSide(tile.GetWidth(), transform.axis1);
-	const double height = getSide(tile.GetHeight(), transform.axis2);
-	const LayerScope layer(job.scene.limits, width * height);
-	if (!layer.IsOpen())
-		return PaintResult::nothing;
-	const SurfacePtr surface(
-		cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width), static_cast<int>(height)));
-	const CairoPtr drawing(cairo_create(surface.get()));
-	if (cairo_status(drawing.get()) != CAIRO_STATUS_SUCCESS)
-		return OutOfMemoryError();
+	const Vector2d size = GetTileSize(tile, transform, job.output);
 	const Matrix2d toTile =
-		Scaling(width / tile.GetWidth(), height / tile.GetHeight()) * Translation(-tile.left, -tile.top);
-	const Canvas tileCanvas{job, drawing.get()};
-	Painter painter(tileCanvas);
-	Frame frame(content.parent, content.place, &at.frame, job.scene.limits);
-	// A pattern has no transform of its own beside that of its coordinates.
-	frame.place.transform = toTile * content.place.transform;
-	if (!frame.canDraw || !IsInvertible(frame.place.transform))
+		Scaling(size.x / tile.GetWidth(), size.y / tile.GetHeight()) * Translation(-tile.left, -tile.top);
+	const SurfacePtr surface = ORVAN_TRY(DrawTile(job, content, size, toTile, at.frame, opacity));
+	if (surface == nullptr)
 		return PaintResult::nothing;
-	ORVAN_TRY(Walk(job.scene, painter).DrawChildren(content.parent, frame.place, frame));
-
-	if (opacity < 1.0)
-	{
-		cairo_set_operator(drawing.get(), CAIRO_OPERATOR_DEST_IN);
-		cairo_set_source_rgba(drawing.get(), 0.0, 0.0, 0.0, opacity);
-		cairo_paint(drawing.get());
-	}
 	const PatternPtr pattern(cairo_pattern_create_for_surface(surface.get()));
 	cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
 	const cairo_matrix_t matrix = ToCairo(toTile * Invert(transform));

@@ -110,6 +110,7 @@ private:
 	// Writing.
 	void WriteElement(std::string& text, const ElementBase& element, const Layout& layout, bool isInText);
 	void WriteAttributes(std::string& text, const ElementBase& element, complete::Tag name);
+	void WriteUnknownAttributes(std::string& text, const ElementBase& element) const;
 	void WriteContent(std::string& text, const ElementBase& element, std::string_view tag, const Layout& layout,
 					  bool isInText);
 

@@ -35,6 +35,15 @@ bool HasLooseBlanks(std::string_view text) noexcept
 	return IsXmlBlank(text.front()) || wasBlank;
 }
 
+void AddAttribute(std::string& text, std::string_view name, std::string_view value)
+{
+	text += ' ';
+	text += name;
+	text += "=\"";
+	AppendAttributeValue(text, value, '"');
+	text += '"';
+}
+
 } // namespace
 
 std::string TreeWriter::WriteWhole()
@@ -98,11 +107,7 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 {
 	const auto add = [&text](std::string_view attribute, std::string_view value)
 	{
-		text += ' ';
-		text += attribute;
-		text += "=\"";
-		AppendAttributeValue(text, value, '"');
-		text += '"';
+		AddAttribute(text, attribute, value);
 	};
 	StyleEditor style{{}};
 	bool preservesSpace = false;
@@ -153,13 +158,19 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 		if (HasLooseBlanks(content.GetText().View()))
 			add("xml:space", "preserve");
 	}
+	WriteUnknownAttributes(text, element);
+}
+
+/// Writes the attributes that only the source knows.
+void TreeWriter::WriteUnknownAttributes(std::string& text, const ElementBase& element) const
+{
 	if (_source == nullptr)
 		return;
 	for (const SourceOverride& entry : _source->overrides)
 	{
 		if (ElementOf(entry.element) == &element && !entry.isRemoved &&
 			complete::FindRule(entry.name.View()) == nullptr && PrefixOf(entry.name.View()).empty())
-			add(entry.name.View(), entry.text.View());
+			AddAttribute(text, entry.name.View(), entry.text.View());
 	}
 }
 
