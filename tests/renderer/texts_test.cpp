@@ -30,6 +30,17 @@ protected:
 		return Runs([&](int y) { return picture.At(x, y); });
 	}
 
+	/// The same of a picture with this content.
+	static std::string RowOf(const std::string& content, int y)
+	{
+		return Row(DrawCompletely(content), y);
+	}
+
+	static std::string ColumnOf(const std::string& content, int x)
+	{
+		return Column(DrawCompletely(content), x);
+	}
+
 private:
 	static std::string Runs(const std::function<std::string(int)>& at)
 	{
@@ -59,11 +70,11 @@ TEST_F(Texts, ListsGoOnInTheElementsWithinAndShiftsAddUp)
 
 TEST_F(Texts, RotationsHoldForAllThatFollowsAndMarksStayWithTheirLetters)
 {
-	EXPECT_EQ("000000 10-39", Row(DrawCompletely("<text x='10' y='50' rotate='0 180'>███</text>"), 60));
-	EXPECT_EQ("000000 10-24, 000000 80-94", Row(DrawCompletely("<text x='10 50 80' y='50'>█&#x301;█</text>"), 34));
+	EXPECT_EQ("000000 10-39", RowOf("<text x='10' y='50' rotate='0 180'>███</text>", 60));
+	EXPECT_EQ("000000 10-24, 000000 80-94", RowOf("<text x='10 50 80' y='50'>█&#x301;█</text>", 34));
 	// Letters that are spaced do not join.
 	EXPECT_EQ("000000 15-16, 000000 48-50",
-			  Row(DrawCompletely("<text x='10' y='50' font-size='40' letter-spacing='20'>fi</text>"), 40));
+			  RowOf("<text x='10' y='50' font-size='40' letter-spacing='20'>fi</text>", 40));
 }
 
 TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
@@ -93,53 +104,44 @@ TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
 		{"<text x='10' y='50' font-size='0'>█</text>", ""},
 	};
 	for (const auto& [text, row] : cases)
-		EXPECT_EQ(row, Row(DrawCompletely(text), 44)) << text;
+		EXPECT_EQ(row, RowOf(text, 44)) << text;
 }
 
 TEST_F(Texts, GoBackwardsWhereTheyAreToldTo)
 {
 	const std::string backwards = "<text x='90' y='50' direction='rtl' unicode-bidi='bidi-override' ";
 	EXPECT_EQ("ff0000 42-72, 000000 75-89",
-			  Row(DrawCompletely(backwards + ">█<tspan dx='-2' font-size='40' fill='#f00'>█</tspan></text>"), 40));
-	EXPECT_EQ("000000 50-63, 000000 75-89", Row(DrawCompletely(backwards + "letter-spacing='10'>██</text>"), 40));
+			  RowOf(backwards + ">█<tspan dx='-2' font-size='40' fill='#f00'>█</tspan></text>", 40));
+	EXPECT_EQ("000000 50-63, 000000 75-89", RowOf(backwards + "letter-spacing='10'>██</text>", 40));
 	// A chunk is ordered by itself.
-	EXPECT_EQ("000000 58-79", Row(DrawCompletely("<text x='10 40' y='50' font-size='30'>אב█</text>"), 55));
+	EXPECT_EQ("000000 58-79", RowOf("<text x='10 40' y='50' font-size='30'>אב█</text>", 55));
 }
 
 TEST_F(Texts, BlanksBetweenElementsCountAndThoseAtTheEndDoNot)
 {
-	EXPECT_EQ(
-		"000000 10-24, ff0000 32-46",
-		Row(DrawCompletely("<text x='10' y='50'> <tspan>█</tspan> <tspan fill='#f00'>█</tspan> <tspan/></text>"), 40));
+	EXPECT_EQ("000000 10-24, ff0000 32-46",
+			  RowOf("<text x='10' y='50'> <tspan>█</tspan> <tspan fill='#f00'>█</tspan> <tspan/></text>", 40));
 }
 
 TEST_F(Texts, AnchorsCountForEachChunkAndBothDirections)
 {
-	EXPECT_EQ(
-		"000000 34-48, ff0000 51-65",
-		Row(DrawCompletely("<text x='50' y='50' text-anchor='middle'>█<tspan dx='1' fill='#f00'>█</tspan></text>"),
-			40));
-	EXPECT_EQ("000000 12-26, 000000 50-64",
-			  Row(DrawCompletely("<text x='50' y='50' word-spacing='-60'>█ █</text>"), 40));
-	EXPECT_EQ("000000 35-49, 000000 75-89",
-			  Row(DrawCompletely("<text x='50 90' y='50' text-anchor='end'>██</text>"), 40));
-	EXPECT_EQ("000000 35-49", Row(DrawCompletely("<text x='50' y='50' direction='rtl'>█א</text>"), 40));
+	EXPECT_EQ("000000 34-48, ff0000 51-65",
+			  RowOf("<text x='50' y='50' text-anchor='middle'>█<tspan dx='1' fill='#f00'>█</tspan></text>", 40));
+	EXPECT_EQ("000000 12-26, 000000 50-64", RowOf("<text x='50' y='50' word-spacing='-60'>█ █</text>", 40));
+	EXPECT_EQ("000000 35-49, 000000 75-89", RowOf("<text x='50 90' y='50' text-anchor='end'>██</text>", 40));
+	EXPECT_EQ("000000 35-49", RowOf("<text x='50' y='50' direction='rtl'>█א</text>", 40));
 	EXPECT_EQ("000000 25-39, 000000 50-64",
-			  Row(DrawCompletely("<text x='50' y='50' text-anchor='middle' letter-spacing='10'>██</text>"), 40));
+			  RowOf("<text x='50' y='50' text-anchor='middle' letter-spacing='10'>██</text>", 40));
 }
 
 TEST_F(Texts, LengthsThatAreAskedForSpaceOrStretchAndMoveWhatFollows)
 {
-	EXPECT_EQ(
-		"000000 10-24, 000000 45-59, ff0000 80-93",
-		Row(DrawCompletely("<text x='10' y='50'><tspan textLength='50'>██</tspan><tspan fill='#f00'>█</tspan></text>"),
-			40));
+	EXPECT_EQ("000000 10-24, 000000 45-59, ff0000 80-93",
+			  RowOf("<text x='10' y='50'><tspan textLength='50'>██</tspan><tspan fill='#f00'>█</tspan></text>", 40));
 	EXPECT_EQ("000000 10-69",
-			  Row(DrawCompletely("<text x='10' y='50' textLength='60' lengthAdjust='spacingAndGlyphs'>██</text>"), 40));
-	EXPECT_EQ(
-		"000000 10-24, ff0000 50-69",
-		Row(DrawCompletely("<text x='10' y='50' textLength='60'>█<tspan textLength='20' fill='#f00'>██</tspan></text>"),
-			40));
+			  RowOf("<text x='10' y='50' textLength='60' lengthAdjust='spacingAndGlyphs'>██</text>", 40));
+	EXPECT_EQ("000000 10-24, ff0000 50-69",
+			  RowOf("<text x='10' y='50' textLength='60'>█<tspan textLength='20' fill='#f00'>██</tspan></text>", 40));
 }
 
 TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
@@ -147,11 +149,10 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 	const std::string path = "<path id='p' d='M20 10v50' fill='none'/>";
 	const auto along = DrawCompletely(path + "<text><textPath xlink:href='#p' startOffset='10'>████</textPath></text>");
 	EXPECT_EQ("000000 20-65", Column(along, 30));
-	EXPECT_EQ("000000 20-49",
-			  Column(DrawCompletely(
-						 path +
-						 "<text text-anchor='middle'><textPath xlink:href='#p' startOffset='50%'>██</textPath></text>"),
-					 30));
+	EXPECT_EQ(
+		"000000 20-49",
+		ColumnOf(path + "<text text-anchor='middle'><textPath xlink:href='#p' startOffset='50%'>██</textPath></text>",
+				 30));
 	const auto behind = DrawCompletely(
 		path + "<text x='60' y='90'>█<textPath xlink:href='#p'>█</textPath><tspan fill='#f00'>█</tspan></text>");
 	EXPECT_EQ("ff0000 20-34", Row(behind, 50));
@@ -162,22 +163,19 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 	EXPECT_EQ("000000 25-39", Row(turned, 50));
 	EXPECT_EQ("000000 41-54", Row(turned, 70));
 	// Other shapes are paths as well, up to where they close.
-	EXPECT_EQ("000000 17-39",
-			  Row(DrawCompletely("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
-								 "xlink:href='#r' startOffset='130'>█</textPath></text>"),
-				  72));
+	EXPECT_EQ("000000 17-39", RowOf("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
+									"xlink:href='#r' startOffset='130'>█</textPath></text>",
+									72));
 	EXPECT_EQ("000000 35-49, 000000 60-74",
-			  Row(DrawCompletely("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
-								 "xlink:href='#r'>█<tspan x='25'>█</tspan></textPath></text>"),
-				  40));
+			  RowOf("<rect id='r' x='35' y='50' width='40' height='40' fill='none'/><text><textPath "
+					"xlink:href='#r'>█<tspan x='25'>█</tspan></textPath></text>",
+					40));
 	// The other side of a path runs back; a path that is given in place comes first.
-	EXPECT_EQ("000000 40-54",
-			  Column(DrawCompletely(path + "<text><textPath side='right' path='M10 70v-60' startOffset='50%' "
-										   "xlink:href='#p'>█</textPath></text>"),
-					 20));
+	EXPECT_EQ("000000 40-54", ColumnOf(path + "<text><textPath side='right' path='M10 70v-60' startOffset='50%' "
+											  "xlink:href='#p'>█</textPath></text>",
+									   20));
 	// What leads nowhere is left out with its characters.
-	EXPECT_EQ("000000 10-24",
-			  Row(DrawCompletely("<text x='10' y='50'><textPath xlink:href='#q'>█</textPath>█</text>"), 40));
+	EXPECT_EQ("000000 10-24", RowOf("<text x='10' y='50'><textPath xlink:href='#q'>█</textPath>█</text>", 40));
 }
 
 TEST_F(Texts, TakeTheCharactersOfOthersByReference)
@@ -195,14 +193,13 @@ TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)
 {
 	const std::string gradient = "<linearGradient id='g'><stop offset='.5' stop-color='#f00'/><stop offset='.5' "
 								 "stop-color='#00f'/></linearGradient>";
-	EXPECT_EQ("000000 10-24, ff0000 26-40, 0000ff 41-55, 000000 57-71",
-			  Row(DrawCompletely(gradient +
-								 "<text x='10' y='50'>█<tspan fill='url(#g)'>██</tspan><tspan dx='1'>█</tspan></text>"),
-				  40));
+	EXPECT_EQ(
+		"000000 10-24, ff0000 26-40, 0000ff 41-55, 000000 57-71",
+		RowOf(gradient + "<text x='10' y='50'>█<tspan fill='url(#g)'>██</tspan><tspan dx='1'>█</tspan></text>", 40));
 	EXPECT_EQ("000000 26-39, ff0000 56-70",
-			  Row(DrawCompletely("<text x='10' y='50' visibility='hidden'>█<tspan visibility='visible'>█</tspan><tspan "
-								 "display='none'>█</tspan>█<a fill='#f00' visibility='visible'>█</a></text>"),
-				  40));
+			  RowOf("<text x='10' y='50' visibility='hidden'>█<tspan visibility='visible'>█</tspan><tspan "
+					"display='none'>█</tspan>█<a fill='#f00' visibility='visible'>█</a></text>",
+					40));
 	const auto transparent = DrawCompletely("<text x='10' y='50' opacity='.5'>█<tspan opacity='.5'>█</tspan></text>");
 	EXPECT_EQ("00000080", transparent.At(15, 40));
 	EXPECT_EQ("00000040", transparent.At(30, 40));
@@ -214,33 +211,29 @@ TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)
 
 TEST_F(Texts, BaselinesMoveLettersUpAndDown)
 {
-	EXPECT_EQ("000000 22-44", Column(DrawCompletely("<text x='10' y='50' baseline-shift='10'>█</text>"), 15));
-	EXPECT_EQ("000000 50-72",
-			  Column(DrawCompletely("<text x='10' y='50' dominant-baseline='text-before-edge'>█</text>"), 15));
-	EXPECT_EQ("000000 19-40",
-			  Column(DrawCompletely("<text x='10' y='50' baseline-shift='10'><tspan baseline-shift='50%' "
-									"alignment-baseline='central'>█</tspan></text>"),
-					 15));
-	EXPECT_EQ("000000 10-24", Column(DrawCompletely("<text x='50' y='10' writing-mode='tb'>█</text>"), 50));
-	EXPECT_EQ("000000 39-60", Row(DrawCompletely("<text x='50' y='10' writing-mode='tb'>█</text>"), 20));
+	EXPECT_EQ("000000 22-44", ColumnOf("<text x='10' y='50' baseline-shift='10'>█</text>", 15));
+	EXPECT_EQ("000000 50-72", ColumnOf("<text x='10' y='50' dominant-baseline='text-before-edge'>█</text>", 15));
+	EXPECT_EQ("000000 19-40", ColumnOf("<text x='10' y='50' baseline-shift='10'><tspan baseline-shift='50%' "
+									   "alignment-baseline='central'>█</tspan></text>",
+									   15));
+	EXPECT_EQ("000000 10-24", ColumnOf("<text x='50' y='10' writing-mode='tb'>█</text>", 50));
+	EXPECT_EQ("000000 39-60", RowOf("<text x='50' y='10' writing-mode='tb'>█</text>", 20));
 }
 
 TEST_F(Texts, ClipMaskAndMeasureAsTheyAreDrawn)
 {
-	EXPECT_EQ(
-		"000000 10-24, 000000 46-59",
-		Row(DrawCompletely("<clipPath id='c'><text x='10' y='50'>█<tspan dx='20'>█</tspan></text></clipPath><rect "
-						   "width='100' height='100' clip-path='url(#c)'/>"),
-			40));
+	EXPECT_EQ("000000 10-24, 000000 46-59",
+			  RowOf("<clipPath id='c'><text x='10' y='50'>█<tspan dx='20'>█</tspan></text></clipPath><rect "
+					"width='100' height='100' clip-path='url(#c)'/>",
+					40));
 	EXPECT_EQ("000000 10-24",
-			  Row(DrawCompletely(
-					  "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath><g "
-					  "clip-path='url(#c)'><text x='10' y='50'>█<tspan x='50'>█</tspan></text></g>"),
-				  40));
+			  RowOf("<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath><g "
+					"clip-path='url(#c)'><text x='10' y='50'>█<tspan x='50'>█</tspan></text></g>",
+					40));
 	EXPECT_EQ("000000 10-24, 000000 36-69",
-			  Row(DrawCompletely("<g opacity='.999' style='isolation:isolate'><text x='10' y='50'>█<tspan dx='20' "
-								 "stroke='#000' stroke-width='20'>█</tspan></text></g>"),
-				  40));
+			  RowOf("<g opacity='.999' style='isolation:isolate'><text x='10' y='50'>█<tspan dx='20' "
+					"stroke='#000' stroke-width='20'>█</tspan></text></g>",
+					40));
 }
 
 TEST_F(Texts, OfAPlainTreeAreOneLine)
