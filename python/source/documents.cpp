@@ -86,21 +86,10 @@ py::list Collect(const Shared& shared, const SVGElementRef& root)
 	return elements;
 }
 
-} // namespace
-
-void DefineDocuments(py::module_& module)
+/// How a document is made and gets its content.
+void DefineLoading(py::class_<SharedDocument, Shared>& defined)
 {
-	py::class_<SVGSaveOptions>(module, "SaveOptions")
-		.def(py::init(
-			[](bool rewrites, std::int32_t indentation, std::int32_t precision)
-			{
-				SVGSaveOptions options;
-				options.mode = rewrites ? SVGSaveMode::rewrite : SVGSaveMode::edit;
-				options.indentation = indentation;
-				options.precision = precision;
-				return options;
-			}));
-	py::class_<SharedDocument, Shared>(module, "Document")
+	defined
 		.def(py::init(
 				 [](bool isComplete, bool isTolerant, bool keepsSource, const std::string& styleSheet, bool isIcon)
 				 {
@@ -136,7 +125,13 @@ void DefineDocuments(py::module_& module)
 			 })
 		.def_property_readonly(
 			"url", [](SharedDocument& self) { return ToPython(self.document->GetUrl().GetText()); },
-			"Where the document was loaded from, as a file: URL; empty for bytes.")
+			"Where the document was loaded from, as a file: URL; empty for bytes.");
+}
+
+/// The elements of a document.
+void DefineFinding(py::class_<SharedDocument, Shared>& defined)
+{
+	defined
 		.def_property_readonly(
 			"root",
 			[](const Shared& self)
@@ -183,6 +178,18 @@ void DefineDocuments(py::module_& module)
 			},
 			py::arg("selectors"),
 			"The elements that CSS selectors find, in document order. ValueError for text that is none.")
+		.def("__iter__",
+			 [](const Shared& self)
+			 {
+				 const DocumentLock lock(*self);
+				 return py::iter(Collect(self, self->document->GetRootElement()));
+			 });
+}
+
+/// Changes of the document as a whole.
+void DefineEditing(py::class_<SharedDocument, Shared>& defined)
+{
+	defined
 		.def("_create", [](const Shared& self, const std::string& classId)
 			 { return Wrap(self, Unwrap(CreateObject<SVGElementInterface>(classId.c_str()))); })
 		.def("_set_root",
@@ -211,7 +218,13 @@ void DefineDocuments(py::module_& module)
 						: what == "commit" ? edit->CommitTransaction()
 										   : edit->RollbackTransaction());
 				 return true;
-			 })
+			 });
+}
+
+/// The ways out of a document.
+void DefineSaving(py::class_<SharedDocument, Shared>& defined)
+{
+	defined
 		.def("_save",
 			 [](SharedDocument& self, const std::string& path, const SVGSaveOptions& options)
 			 {
@@ -251,13 +264,28 @@ void DefineDocuments(py::module_& module)
 												  ToPython(repair.before), ToPython(repair.after)));
 				 }
 				 return result;
-			 })
-		.def("__iter__",
-			 [](const Shared& self)
-			 {
-				 const DocumentLock lock(*self);
-				 return py::iter(Collect(self, self->document->GetRootElement()));
 			 });
+}
+
+} // namespace
+
+void DefineDocuments(py::module_& module)
+{
+	py::class_<SVGSaveOptions>(module, "SaveOptions")
+		.def(py::init(
+			[](bool rewrites, std::int32_t indentation, std::int32_t precision)
+			{
+				SVGSaveOptions options;
+				options.mode = rewrites ? SVGSaveMode::rewrite : SVGSaveMode::edit;
+				options.indentation = indentation;
+				options.precision = precision;
+				return options;
+			}));
+	py::class_<SharedDocument, Shared> defined(module, "Document");
+	DefineLoading(defined);
+	DefineFinding(defined);
+	DefineEditing(defined);
+	DefineSaving(defined);
 }
 
 } // namespace orvan::python

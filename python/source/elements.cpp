@@ -86,30 +86,10 @@ std::string GetLink(const Element& self)
 	return {};
 }
 
-} // namespace
-
-py::object Wrap(const std::shared_ptr<SharedDocument>& shared, const SVGElementRef& element)
+/// What an element is, and what all elements have.
+void DefineIdentity(py::class_<Element>& defined)
 {
-	if (!element)
-		return py::none();
-	py::object object = py::cast(Element{shared, element});
-	// Looked up once, and kept to the end of the process: elements are made by the million.
-	static const auto* const made = new py::dict(py::module_::import("orvan_svg._core").attr("element_classes"));
-	const py::dict& classes = *made;
-	const std::string_view kind = NameOfKind(element->GetElementType());
-	const py::str name(kind.data(), kind.size());
-	return classes.contains(name) ? py::object(classes[name](object)) : object;
-}
-
-void DefineElements(py::module_& module)
-{
-	module.attr("element_classes") = py::dict();
-	py::class_<Element>(
-		module, "Element",
-		"An element of a document's tree, which it keeps alive. Iterating gives the elements inside; two "
-		"objects are equal when they are the same element. Attributes have the names of SVG, with _ for - "
-		"and : (`element.stroke_width`); each kind has a class of its own with what only it has.")
-		.def(py::init<const Element&>(), py::arg("element"), "The same element as another object.")
+	defined.def(py::init<const Element&>(), py::arg("element"), "The same element as another object.")
 		.def_property_readonly(
 			"kind", [](const Element& self) { return NameOfKind(self.element->GetElementType()); },
 			"What it is: \"circle\", \"g\", \"linearGradient\" … Polygons and polylines are \"path\", ellipses "
@@ -140,36 +120,26 @@ void DefineElements(py::module_& module)
 				return ToTuple(Unwrap(self.element->GetWorldTransform()));
 			},
 			"The transform to the document's coordinates.")
-		.def_property_readonly("attributes", &GetAttributes,
-							   "All attributes that are set, typed, by their SVG names. A copy.")
 		.def_property(
 			"text", &GetText, &SetText,
 			"The characters of a text, title, description …; \"\" for others. Can be set where an element holds them.")
 		.def_property_readonly("href", &GetLink, "What a link names, as it is stored; \"\" where there is none.")
 		.def_property_readonly(
-			"parent",
+			"tag",
 			[](const Element& self)
 			{
 				const DocumentLock lock(*self.shared);
-				return Wrap(self.shared, Cast<SVGElementInterface>(
-											 Unwrap(Cast<HierarchyObjectInterface>(self.element)->GetParent())));
+				return ToPython(Unwrap(SourceOf(self)->GetTag(self.element)));
 			},
-			"The element around; None for the root.")
-		.def_property_readonly(
-			"children",
-			[](const Element& self)
-			{
-				const DocumentLock lock(*self.shared);
-				py::list children;
-				for (auto child = Cast<HierarchyObjectInterface>(self.element)->GetFirstChild(); child;
-					 child = child->GetNextSibling())
-				{
-					if (const auto element = Cast<SVGElementInterface>(child))
-						children.append(Wrap(self.shared, element));
-				}
-				return children;
-			},
-			"The elements inside, in document order, runs of text included. A copy.")
+			"The tag as the file writes it, with its prefix.");
+}
+
+/// Attributes by their names; `_elements.py` makes properties of them.
+void DefineAttributes(py::class_<Element>& defined)
+{
+	defined
+		.def_property_readonly("attributes", &GetAttributes,
+							   "All attributes that are set, typed, by their SVG names. A copy.")
 		.def(
 			"get",
 			[](const Element& self, const std::string& name)
@@ -211,15 +181,37 @@ void DefineElements(py::module_& module)
 				const DocumentLock lock(*self.shared);
 				Unwrap(SourceOf(self)->RemoveAttributeText(self.element, ToString(name)));
 			},
-			py::arg("name"), "Takes an attribute away; nothing happens when there is none.")
+			py::arg("name"), "Takes an attribute away; nothing happens when there is none.");
+}
+
+/// The place of an element in its tree, and changing it.
+void DefineTree(py::class_<Element>& defined)
+{
+	defined
 		.def_property_readonly(
-			"tag",
+			"parent",
 			[](const Element& self)
 			{
 				const DocumentLock lock(*self.shared);
-				return ToPython(Unwrap(SourceOf(self)->GetTag(self.element)));
+				return Wrap(self.shared, Cast<SVGElementInterface>(
+											 Unwrap(Cast<HierarchyObjectInterface>(self.element)->GetParent())));
 			},
-			"The tag as the file writes it, with its prefix.")
+			"The element around; None for the root.")
+		.def_property_readonly(
+			"children",
+			[](const Element& self)
+			{
+				const DocumentLock lock(*self.shared);
+				py::list children;
+				for (auto child = Cast<HierarchyObjectInterface>(self.element)->GetFirstChild(); child;
+					 child = child->GetNextSibling())
+				{
+					if (const auto element = Cast<SVGElementInterface>(child))
+						children.append(Wrap(self.shared, element));
+				}
+				return children;
+			},
+			"The elements inside, in document order, runs of text included. A copy.")
 		.def_property_readonly(
 			"index", [](const Element& self) { return EditOf(self)->GetIndex(); },
 			"The place among the parent's children, from 0; -1 for a root.")
@@ -268,7 +260,13 @@ void DefineElements(py::module_& module)
 				const DocumentLock lock(*self.shared);
 				return Wrap(self.shared, Unwrap(CloneObject(self.element)));
 			},
-			"A copy with all below, in no tree yet.")
+			"A copy with all below, in no tree yet.");
+}
+
+/// What `_elements.py` makes the properties of paths of.
+void DefinePathAccess(py::class_<Element>& defined)
+{
+	defined
 		.def("_get_path_data",
 			 [](const Element& self)
 			 {
@@ -288,8 +286,13 @@ void DefineElements(py::module_& module)
 				 const DocumentLock lock(*self.shared);
 				 const auto path = Cast<SVGPathElementInterface>(self.element);
 				 return path ? ToArrays(Unwrap(path->GetPath())) : ToArrays({});
-			 })
-		.def("__iter__", [](const py::object& self) { return py::iter(self.attr("children")); })
+			 });
+}
+
+/// What Python asks of objects.
+void DefineProtocol(py::class_<Element>& defined)
+{
+	defined.def("__iter__", [](const py::object& self) { return py::iter(self.attr("children")); })
 		.def("__len__", [](const py::object& self) { return py::len(self.attr("children")); })
 		.def("__bool__", [](const Element&) { return true; })
 		.def(
@@ -305,6 +308,36 @@ void DefineElements(py::module_& module)
 				 return "<" + std::string(NameOfKind(self.element->GetElementType())) +
 						(id.IsEmpty() ? "" : " id='" + std::string(id.View()) + "'") + ">";
 			 });
+}
+
+} // namespace
+
+py::object Wrap(const std::shared_ptr<SharedDocument>& shared, const SVGElementRef& element)
+{
+	if (!element)
+		return py::none();
+	py::object object = py::cast(Element{shared, element});
+	// Looked up once, and kept to the end of the process: elements are made by the million.
+	static const auto* const made = new py::dict(py::module_::import("orvan_svg._core").attr("element_classes"));
+	const py::dict& classes = *made;
+	const std::string_view kind = NameOfKind(element->GetElementType());
+	const py::str name(kind.data(), kind.size());
+	return classes.contains(name) ? py::object(classes[name](object)) : object;
+}
+
+void DefineElements(py::module_& module)
+{
+	module.attr("element_classes") = py::dict();
+	py::class_<Element> defined(
+		module, "Element",
+		"An element of a document's tree, which it keeps alive. Iterating gives the elements inside; two "
+		"objects are equal when they are the same element. Attributes have the names of SVG, with _ for - "
+		"and : (`element.stroke_width`); each kind has a class of its own with what only it has.");
+	DefineIdentity(defined);
+	DefineAttributes(defined);
+	DefineTree(defined);
+	DefinePathAccess(defined);
+	DefineProtocol(defined);
 }
 
 } // namespace orvan::python
