@@ -235,6 +235,7 @@ Result<bool> ElementSetter::SetAll(ElementBase& element, Tag tag, std::string_vi
 {
 	if (grammar::complete::ParseCssWide(value) == grammar::complete::CssWideKeyword::none)
 		return true;
+	_singleTransforms.Reset();
 	for (const Rule& rule : AllRules())
 	{
 		const bool isLeftAlone =

@@ -46,7 +46,7 @@ bool SingleTransforms::Read(std::string_view name, std::string_view value, const
 Result<void> SingleTransforms::ApplyTo(ElementBase& element) noexcept
 {
 	const Matrix2d before = _matrices[0] * _matrices[1] * _matrices[2];
-	_matrices.fill(Matrix2d());
+	Reset();
 	_isAny = false;
 	return element.SetLocalTransform(before * element.GetLocalTransform());
 }

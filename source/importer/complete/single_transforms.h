@@ -26,6 +26,12 @@ public:
 		return _isAny;
 	}
 
+	/// Forgets what was read, for "all": whatever it says of them comes to "none".
+	void Reset() noexcept
+	{
+		_matrices.fill(Matrix2d());
+	}
+
 	/// Changes the element's transform by what was read, and forgets it.
 	Result<void> ApplyTo(ElementBase& element) noexcept;
 
