@@ -169,6 +169,15 @@ TEST_F(Boxes, FollowTheDocumentAndRefuseWhatMakesNoSense)
 	Must(picture.geometry->SetDocument(picture.GetDocument(), wide));
 	EXPECT_EQ("0 0 3.5 2.5", picture.BoxOf("r"));
 	EXPECT_EQ(50.0, Must(picture.geometry->GetViewSize()).y);
+	// One side of a size is in proportion to the other.
+	for (const auto& [attributes, size] : {
+			 std::pair{"height='50' viewBox='0 0 40 20'", Vector2d{100, 50}},
+			 std::pair{"width='50' viewBox='0 0 40 20'", Vector2d{50, 25}},
+			 std::pair{"viewBox='7 7 40 20'", Vector2d{40, 20}},
+			 std::pair{"width='50' height='70' viewBox='0 0 40 20'", Vector2d{50, 70}},
+			 std::pair{"width='1in' height='1pc'", Vector2d{96, 16}},
+		 })
+		EXPECT_EQ(size, Must(AskedPicture("", attributes).geometry->GetViewSize())) << attributes;
 	wide.viewWidth = -1.0;
 	EXPECT_EQ("A view of -1 by 0 pixels makes no sense.",
 			  MessageOf(picture.geometry->SetDocument(picture.GetDocument(), wide)));

@@ -123,6 +123,7 @@ TEST_F(Combining, HasTheAreasThatAreKnown)
 		{"M0 0h10v10h-10zM10 0h10v10h-10z", "M5 0h10v10h-10z", 200.0, 100.0, 100.0},
 		{"M0 0h10v.001h-10z", "M0 0h10v10h-10z", 0.01, 100.0, 0.01},
 		{"M0 0h10M20 0h10", "M0 0h10v10h-10z", 0.0, 100.0, 0.0},
+		{"M10 10h10v10h-10", "M15 25v-10h10v10", 100.0, 100.0, 25.0},
 		// Curves that touch a line from below, that lines cut, that cut each other, and that are the same.
 		{parabola, "M0 0h10v5h-10z", 100.0 / 3.0, 50.0, 100.0 / 3.0},
 		{parabola, "M0 5h10v5h-10z", 100.0 / 3.0, 50.0, 0.0},

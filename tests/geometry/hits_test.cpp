@@ -318,6 +318,11 @@ TEST_F(Hits, OfTextsAreTheirCells)
 	EXPECT_EQ("t", picture.At(10.5, 40));
 	EXPECT_EQ("s", picture.At(16.5, 85));
 	EXPECT_EQ("", picture.At(10.5, 65)); // Between them, in the box of the text.
+	const AskedPicture moved("<g transform='translate(30 10) scale(2)'><text id='t' x='10' y='20' font-size='10' "
+							 "font-family='DejaVu Sans'>n</text></g>");
+	EXPECT_EQ("t", moved.At(50.5, 45));
+	EXPECT_EQ("", moved.At(49.5, 45));
+	EXPECT_EQ("", moved.At(10.5, 18));
 }
 
 } // namespace

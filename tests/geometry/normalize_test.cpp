@@ -255,6 +255,22 @@ TEST_F(NormalizedDocument, KeepsGradientsImagesAndWhatPathsShare)
 		"transform=\"matrix(2 0 0 2 0 0)\" href=\"a&amp;b.png\"/>\n"
 		"<path fill=\"#00ff00\" d=\"M0 0L9 0\"/>\n",
 		ContentOf(picture, SVGNormalizedClips::kept));
+	// What a context lends keeps its place there: that of the path, not that of its marker.
+	const auto gradient = [](const std::string& id)
+	{
+		return "<linearGradient id=\"" + id +
+			   "\" gradientUnits=\"userSpaceOnUse\" x1=\"0\" y1=\"0\" x2=\"1\" y2=\"0\" "
+			   "gradientTransform=\"matrix(10 0 0 10 20 0)\"><stop offset=\"0\" stop-color=\"#000000\"/><stop "
+			   "offset=\"1\" "
+			   "stop-color=\"#ff0000\"/></linearGradient>\n";
+	};
+	EXPECT_EQ(
+		gradient("p1") + "<path fill=\"url(#p1)\" d=\"M20 0L30 0L30 10\"/>\n" + gradient("p2") +
+			"<path fill=\"url(#p2)\" d=\"M30 10L34 10L34 14L30 14Z\"/>\n",
+		ContentOf("<linearGradient id='g'><stop/><stop offset='1' stop-color='red'/></linearGradient><marker id='m' "
+				  "markerUnits='userSpaceOnUse' style='overflow:visible'><rect width='4' height='4' "
+				  "fill='context-fill'/></marker><path d='M20 0h10v10' fill='url(#g)' marker-end='url(#m)'/>",
+				  SVGNormalizedClips::kept));
 	// A pen that is wider one way has no stroke that tells of it, so it becomes an area.
 	EXPECT_EQ(
 		"<path fill=\"#ff0000\" d=\"M0 5.5L18 5.5L18 4.5L0 4.5Z\"/>\n",

@@ -56,6 +56,15 @@ TEST_F(Outlines, AreMeasuredAlongLinesAndCurves)
 	EXPECT_NEAR(10.0, Must(Make("M0 0C0 0 10 0 10 0")->GetLength()), 1e-9);
 	EXPECT_EQ("0 0 1 0 0 0", PlaceText(Make("M0 0C0 0 10 0 10 0")->GetPlace(0)));
 	EXPECT_EQ("3 4 0 0 0 0", PlaceText(Make("M3 4")->GetPlace(5)));
+	const auto directionAt = [](const char* data, double at)
+	{
+		const SVGOutlinePlace place = Must(Make(data)->GetPlace(at));
+		return AskedPicture::Round(place.direction.x) + ' ' + AskedPicture::Round(place.direction.y);
+	};
+	EXPECT_EQ("1 0", directionAt("M0 0C0 10 10 10 10 10", 99));
+	EXPECT_EQ("0 1", directionAt("M0 0C0 10 10 10 10 10", 0));
+	EXPECT_EQ("0 1", directionAt("M0 0C0 0 0 10 10 10", 0));
+	EXPECT_EQ("1 0", directionAt("M0 0C0 0 0 10 10 10", 99));
 	EXPECT_EQ("The outline has no points.",
 			  PlaceText(Must(CreateObject<SVGOutlineInterface>(kSVGOutlineClass))->GetPlace(0)));
 }
@@ -65,6 +74,7 @@ TEST_F(Outlines, FindTheNearestPlaceAndWhatIsInside)
 	const SVGOutlineRef square = Make("M0 0h10v10h-10z");
 	EXPECT_EQ("10 4 0 1 14 2", PlaceText(square->FindNearest({12, 4})));
 	EXPECT_EQ("0 4 0 -1 36 1", PlaceText(square->FindNearest({1, 4})));
+	EXPECT_EQ("0 0 1 0 0 5", PlaceText(square->FindNearest({-3, -4})));
 	const SVGOutlineRef arch = Make("M0 0C0 20 20 20 20 0");
 	const SVGOutlinePlace top = Must(arch->FindNearest({10, 40}));
 	EXPECT_NEAR(15.0, top.point.y, 1e-9);
@@ -208,6 +218,13 @@ TEST_F(Outlines, OfElementsComeInAnyCoordinates)
 			  AskedPicture::Describe(Must(picture.geometry->GetOutline(picture["r"], In::view))->GetBounds({})));
 	EXPECT_EQ("0 0 55 55",
 			  AskedPicture::Describe(Must(picture.geometry->GetOutline(picture["g"], In::element))->GetBounds({})));
+	// With all that stands in an element, and without markers.
+	const AskedPicture marked(
+		"<marker id='m' markerWidth='9' markerHeight='9'><rect id='k' width='9' height='9'/></marker><g "
+		"id='g'><path d='M10 10h5v5' marker-end='url(#m)'/><rect x='20' y='20' width='3' "
+		"height='4'/></g>");
+	EXPECT_EQ("10 10 13 14",
+			  AskedPicture::Describe(Must(marked.geometry->GetOutline(marked["g"], In::element))->GetBounds({})));
 	const SVGOutlineRef moved = Must(Make("M0 0h5v5z")->Transform({{1, 2}, {2, 0}, {0, 2}}));
 	EXPECT_EQ("1 2 10 10", AskedPicture::Describe(moved->GetBounds({})));
 }

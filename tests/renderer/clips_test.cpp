@@ -231,6 +231,26 @@ TEST_F(Clips, MasksCoverByTheirLightOrTheirAlpha)
 	};
 	for (const Case& sample : cases)
 		ExpectPixels(sample.value + square, sample.pixels);
+	// By default a mask reaches a tenth farther than the box.
+	ExpectPixels(
+		"<mask id='m'><rect width='99' height='99' fill='#fff'/></mask><rect x='20' y='20' width='40' height='40' "
+		"stroke='#00f' stroke-width='20' mask='url(#m)'/>",
+		"16,40 0000ff; 15,40 none; 40,16 0000ff; 40,15 none; 63,40 0000ff; 64,40 none; 40,63 0000ff; 40,64 none");
+	// Clips with opacities and masks at the same time.
+	const std::string clip =
+		"<clipPath id='c'><circle cx='30' cy='30' r='20'/><circle cx='50' cy='30' r='20'/></clipPath><mask "
+		"id='m'><rect width='99' height='30' fill='#fff'/></mask>";
+	ExpectPixels(clip + "<rect width='99' height='99' fill='#00f' clip-path='url(#c)' opacity='.6'/>",
+				 "12,30 0000ff99; 40,30 0000ff99; 8,30 none; 40,8 none");
+	ExpectPixels(clip + "<g clip-path='url(#c)' opacity='.6'><rect width='99' height='99' fill='#00f'/><rect "
+						"width='99' height='20' fill='#f00'/></g>",
+				 "40,25 0000ff99; 30,15 ff000099; 68,25 0000ff99; 72,25 none");
+	ExpectPixels(clip + "<g clip-path='url(#c)' mask='url(#m)'><rect width='99' height='99' fill='#00f'/></g>",
+				 "40,29 0000ff; 40,30 none; 8,29 none");
+	ExpectPixels(clip + "<rect width='99' height='99' fill='#f00'/><g clip-path='url(#c)' "
+						"style='mix-blend-mode:multiply'><rect width='99' "
+						"height='99' fill='#00f'/></g>",
+				 "40,30 000000; 8,30 ff0000");
 	// The opacity of what is masked multiplies.
 	ExpectPixels("<mask id='m'><rect width='99' height='99' fill='#808080'/></mask><rect width='99' height='99' "
 				 "fill='#00f' mask='url(#m)' opacity='.5'/>",

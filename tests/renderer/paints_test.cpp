@@ -278,6 +278,11 @@ TEST_F(Paints, StrokesHaveEndsCornersAndWidths)
 		 "30,16 000000; 30,15 none; 30,23 000000; 30,24 none; 19,20 none"},
 		{"<path d='M10 20h20' transform='scale(1 2)'/>", "20,32 000000; 20,31 none; 20,47 000000; 20,48 none"},
 		{"<path d='M20 10v20' transform='scale(1 2)'/>", "16,30 000000; 15,30 none; 23,30 000000; 24,30 none"},
+		// A bevel, and another line across it.
+		{"<path d='M20 20h40v40M40 17h40' stroke-linejoin='bevel'/>", "60,18 000000; 61,18 000000; 61,14 000000"},
+		{"<path d='M60 60v-40h-40M40 17h40' stroke-linejoin='bevel'/>", "60,18 000000; 61,18 000000; 61,14 000000"},
+		{"<path d='M0 0h0' stroke-dasharray='5' stroke-linecap='square' transform='translate(20 20) rotate(90)'/>",
+		 "16,17 000000; 23,22 000000; 20,26 none; 15,20 none"},
 		// Right back, in all four directions.
 		{"<path d='M20 20h40h-40' stroke-linejoin='round'/>", "62,20 000000; 61,17 000000; 63,16 none"},
 		{"<path d='M60 20h-40h40' stroke-linejoin='round'/>", "17,20 000000; 18,22 000000; 16,16 none"},
@@ -410,6 +415,8 @@ TEST_F(Paints, MarkersStandOnTheVerticesAndTurnWithTheLine)
 				 "20,20 none; 57,20 ff0000; 62,20 0000ff");
 	ExpectPixels(marker("") + "<path d='M20 20h40' fill='none' visibility='hidden' marker-end='url(#m)'/>",
 				 "57,20 none");
+	ExpectPixels(marker("") + "<path d='M50 20A30 30 0 0 1 50 80' fill='none' marker-mid='url(#m)'/>",
+				 "77,50 none; 82,50 none");
 	// Parts of one arc have no vertex between them.
 	ExpectPixels(marker("") + "<path d='M20 50A30 30 0 0 1 80 50' fill='none' marker-mid='url(#m)'/>",
 				 "50,20 none; 47,20 none; 52,20 none");
@@ -536,6 +543,85 @@ TEST_F(Paints, LengthsHaveAllUnits)
 		"24,9 000000; 25,5 none; 5,10 none; 0,15 00000040");
 	ExpectPixels("<svg width='80' height='20'><circle cx='50%' cy='50%' r='10%'/></svg>",
 				 "40,5 000000; 40,3 none; 46,10 none; 44,10 000000");
+}
+
+TEST_F(Paints, TransformsTurnAroundTheirOrigins)
+{
+	const Case cases[] = {
+		{"transform:scale(.5)", "5,5 ff0000; 4,10 none; 24,24 ff0000; 25,10 none"},
+		{"transform:scale(.5);transform-origin:40px 40px", "25,25 ff0000; 24,30 none; 44,44 ff0000; 45,30 none"},
+		{"transform:scale(.5);transform-box:fill-box", "15,15 ff0000; 14,20 none; 34,34 ff0000; 35,20 none"},
+		{"transform:scale(.5);transform-box:fill-box;transform-origin:center",
+		 "20,20 ff0000; 19,30 none; 39,39 ff0000; 40,30 none"},
+		{"transform:scale(.5);transform-box:fill-box;transform-origin:100% 0",
+		 "25,15 ff0000; 24,20 none; 44,34 ff0000; 45,20 none"},
+		{"transform:scale(.5);transform-box:stroke-box", "10,10 ff0000; 9,20 none; 29,29 ff0000; 30,20 none"},
+		{"transform:scale(.5);transform-box:stroke-box;transform-origin:right bottom",
+		 "30,30 ff0000; 29,40 none; 49,49 ff0000; 50,40 none"},
+		{"transform:scale(.5);transform-origin:right bottom", "55,55 ff0000; 54,60 none; 74,74 ff0000; 75,60 none"},
+		{"transform:translate(10px,20%)", "20,30 ff0000; 19,40 none; 30,29 none; 59,69 ff0000; 60,40 none"},
+		{"transform:rotate(90deg);transform-origin:50px 50px", "50,10 ff0000; 89,49 ff0000; 49,30 none; 90,30 none"},
+		{"transform:translateX(10px) scale(2);transform-origin:30px 30px",
+		 "0,0 ff0000; 79,69 ff0000; 80,40 none; 40,70 none"},
+		{"transform:skewX(45deg);transform-origin:0 30px", "9,20 ff0000; 50,49 ff0000; 49,20 none; 10,48 none"},
+	};
+	for (const Case& sample : cases)
+	{
+		ExpectPixels("<rect x='20' y='20' width='20' height='20' fill='#f00' stroke='#f00' stroke-width='20' style='" +
+						 std::string(sample.elements) + "'/>",
+					 sample.pixels);
+	}
+	ExpectPixels("<g transform='translate(20 20)'><rect width='20' height='10' transform='rotate(90)' "
+				 "transform-origin='10 10'/></g>",
+				 "30,20 000000; 39,39 000000; 29,30 none; 40,30 none; 35,40 none");
+}
+
+TEST_F(Paints, EdgesAreSharpWhereThatIsAskedFor)
+{
+	const Case cases[] = {
+		{"x='10.3' y='10' width='10' height='9.7' shape-rendering='crispEdges'",
+		 "10,10 000000; 19,10 000000; 20,10 none; 10,19 000000; 10,20 none"},
+		{"x='10.7' y='10' width='10' height='9.3' shape-rendering='optimizeSpeed'",
+		 "10,10 none; 11,10 000000; 20,10 000000; 11,19 none"},
+		{"x='10.7' y='10' width='10' height='9.3' shape-rendering='geometricPrecision'",
+		 "10,10 ~0000004d; 20,10 ~000000b3; 11,19 ~0000004d"},
+		{"x='10.7' y='10' width='10' height='9.3'",
+		 "10,10 ~0000004d; 11,10 000000; 20,10 ~000000b3; 11,19 ~0000004d; 10,19 ~00000017"},
+	};
+	for (const Case& sample : cases)
+		ExpectPixels("<rect " + std::string(sample.elements) + "/>", sample.pixels);
+}
+
+TEST_F(Paints, ImagesThatAreDocumentsHaveTheSizesOfDocuments)
+{
+	// Their attributes, and those of the image.
+	const struct
+	{
+		const char* document;
+		const char* image;
+		const char* pixels;
+	} cases[] = {
+		{"width='30' height='10'", "", "29,9 ff0000; 30,5 none; 10,10 none"},
+		{"width='30' height='10'", "width='60'", "59,19 ff0000; 60,5 none; 10,20 none"},
+		{"viewBox='0 0 2 1'", "width='40'", "39,19 ff0000; 40,5 none; 10,20 none"},
+		{"viewBox='0 0 2 1'", "height='40'", "79,39 ff0000; 80,5 none; 10,40 none"},
+		{"viewBox='0 0 2 1'", "transform='scale(.25)'", "74,36 ff0000; 75,5 none; 10,38 none"},
+		{"viewBox='0 0 4 1'", "transform='scale(.25)'", "74,17 ff0000; 75,5 none; 10,19 none"},
+		{"viewBox='0 0 1 2'", "transform='scale(.25)'", "17,36 ff0000; 19,5 none; 10,38 none"},
+		{"width='30' viewBox='0 0 3 1'", "", "29,9 ff0000; 30,5 none; 10,10 none"},
+		{"height='10' viewBox='0 0 3 1'", "", "29,9 ff0000; 30,5 none; 10,10 none"},
+		{"", "transform='scale(.25)'", "74,36 ff0000; 75,5 none; 10,38 none"},
+		{"", "width='40' transform='scale(.5)'", "19,74 ff0000; 20,5 none; 10,75 none"},
+		{"width='30'", "transform='scale(.5)'", "14,74 ff0000; 15,5 none; 10,75 none"},
+		{"height='30'", "transform='scale(.25)'", "74,6 ff0000; 75,5 none; 10,8 none"},
+	};
+	for (const auto& [document, image, pixels] : cases)
+	{
+		ExpectPixels("<image " + std::string(image) +
+						 " href=\"data:image/svg+xml,&lt;svg xmlns='http://www.w3.org/2000/svg' " + document +
+						 ">&lt;rect width='100%25' height='100%25' fill='red'/>&lt;/svg>\"/>",
+					 pixels);
+	}
 }
 
 TEST_F(Paints, ContentIsFittedByTheNineAlignments)

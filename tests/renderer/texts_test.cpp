@@ -157,6 +157,7 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 		path + "<text x='60' y='90'>█<textPath xlink:href='#p'>█</textPath><tspan fill='#f00'>█</tspan></text>");
 	EXPECT_EQ("ff0000 20-34", Row(behind, 50));
 	EXPECT_EQ("000000 60-74", Row(behind, 80));
+	EXPECT_EQ("000000 10-24, ff0000 42-64", Column(behind, 30));
 	const auto turned =
 		DrawCompletely("<path id='p' d='M20 60h60' fill='none'/><text x='5' y='30'>"
 					   "<textPath xlink:href='#p' rotate='180'>█<tspan rotate='180'>█</tspan></textPath></text>");
@@ -200,9 +201,27 @@ TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)
 			  RowOf("<text x='10' y='50' visibility='hidden'>█<tspan visibility='visible'>█</tspan><tspan "
 					"display='none'>█</tspan>█<a fill='#f00' visibility='visible'>█</a></text>",
 					40));
+	// Effects on a part of a text leave the others alone.
+	const std::string part =
+		"<clipPath id='c'><rect width='33' height='99'/></clipPath><mask id='m' maskUnits='userSpaceOnUse' "
+		"width='99' height='99'><rect width='33' height='99' fill='#fff'/></mask><text x='10' y='50'>█<tspan "
+		"fill='#f00' ";
+	EXPECT_EQ("000000 10-24, 00ffff 26-39",
+			  Row(DrawCompletely(part + "style='filter:invert(1)'>█</tspan></text>"), 40));
+	for (const char* cut : {"clip-path='url(#c)'", "mask='url(#m)'", "style='clip-path:inset(0 67px 0 0) view-box'"})
+		EXPECT_EQ("000000 10-24, ff0000 26-32", RowOf(part + cut + ">█</tspan></text>", 40)) << cut;
 	const auto transparent = DrawCompletely("<text x='10' y='50' opacity='.5'>█<tspan opacity='.5'>█</tspan></text>");
 	EXPECT_EQ("00000080", transparent.At(15, 40));
 	EXPECT_EQ("00000040", transparent.At(30, 40));
+	// A stroke that comes first is covered by the fill up to the edge, at 10.
+	const std::string stroked = "<text x='10' y='50' fill='#f00' stroke='#00f' stroke-width='8' ";
+	EXPECT_EQ("0000ff", DrawCompletely(stroked + ">█</text>").At(11, 40));
+	for (const char* order : {"stroke", "stroke markers", "markers stroke"})
+	{
+		const auto picture = DrawCompletely(stroked + "paint-order='" + order + "'>█</text>");
+		EXPECT_EQ("ff0000", picture.At(11, 40)) << order;
+		EXPECT_EQ("0000ff", picture.At(7, 40)) << order;
+	}
 	// Decorations have the paints of those who ask for them.
 	const auto decorated = DrawCompletely(
 		"<g text-decoration='underline' fill='#00f'><text x='10' y='50' font-size='40' fill='#f00'>nn</text></g>");
@@ -218,6 +237,13 @@ TEST_F(Texts, BaselinesMoveLettersUpAndDown)
 									   15));
 	EXPECT_EQ("000000 10-24", ColumnOf("<text x='50' y='10' writing-mode='tb'>█</text>", 50));
 	EXPECT_EQ("000000 39-60", RowOf("<text x='50' y='10' writing-mode='tb'>█</text>", 20));
+	// Upright they are as high as their line, and lie around the middle of it.
+	const auto upright = DrawCompletely("<text x='50' y='10' style='writing-mode:vertical-rl;text-orientation:upright'>"
+										"█<tspan dx='20'>█</tspan></text>");
+	EXPECT_EQ("000000 43-56", Row(upright, 20));
+	EXPECT_EQ("000000 63-76", Row(upright, 40));
+	EXPECT_EQ("000000 10-32", Column(upright, 50));
+	EXPECT_EQ("000000 34-55", Column(upright, 70));
 }
 
 TEST_F(Texts, ClipMaskAndMeasureAsTheyAreDrawn)
