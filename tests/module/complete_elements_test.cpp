@@ -149,8 +149,11 @@ TEST_F(CompleteImport, ElementsHaveInitialValuesAndKeepWhatIsSet)
 
 TEST_F(CompleteImport, AttributesAreSetCopiedAndRemovedWithTheirCompanions)
 {
-	const Loaded loaded = LoadWith("<svg><text id='t' x='1 2' y='3 4' font-weight='900' clip-path='circle(5px)'/>"
-								   "<text id='copy'/></svg>");
+	const Loaded loaded =
+		LoadWith("<svg><text id='t' x='1 2' y='3 4' font-weight='900' clip-path='circle(5px)'/>"
+				 "<text id='copy'/><g font-weight='900' clip-path='circle(5px)'><text id='unset' "
+				 "font-weight='100' clip-path='inset(1px)' style='font-weight:unset;clip-path:unset'/>"
+				 "<rect id='inherit' clip-path='inherit'/></g></svg>");
 	const SVGElementRef text = loaded["t"];
 	const auto companionsOf = [](const SVGElementRef& element)
 	{
@@ -163,6 +166,8 @@ TEST_F(CompleteImport, AttributesAreSetCopiedAndRemovedWithTheirCompanions)
 	};
 	constexpr const char* kAll = "x-list y-list font-weight-number clip-shape ";
 	EXPECT_EQ(kAll, companionsOf(text));
+	EXPECT_EQ("", companionsOf(loaded["unset"]));
+	EXPECT_EQ("clip-shape ", companionsOf(loaded["inherit"]));
 	const auto history = Cast<SVGDocumentEditInterface>(loaded.document);
 	Must(history->BeginTransaction()); // From here on changes can be undone.
 	Must(text->SetOpacity(0.5));
