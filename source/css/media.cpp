@@ -31,6 +31,7 @@ constexpr WordFeature kWordFeatures[]{
 	{"any-hover", "none", "hover", false},
 	{"pointer", "none", "coarse fine", false},
 	{"any-pointer", "none", "coarse fine", false},
+	{"scripting", "none", "enabled initial-only", false},
 	{"update", "fast", "slow none", true},
 	{"color-gamut", "srgb", "p3 rec2020", true},
 	{"dynamic-range", "standard", "high", true},

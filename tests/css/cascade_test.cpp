@@ -74,7 +74,7 @@ TEST(CssCascade, OrdersByLayers)
 	std::string many;
 	for (std::size_t i = 1; i < kMaxLayers; i++)
 		many += (i == 1 ? "@layer a" : ",a") + std::to_string(i);
-	EXPECT_EQ(collect(many + ";@layer a2{#a{x:1}}@layer b{rect{x:2}}@layer a1{*{x:3}}"), "3 1 2");
+	EXPECT_EQ(collect(many + ";@layer a2{#a{x:1}}@layer b{#a{x:2}}rect{x:4}@layer a1{*{x:3}}"), "3 1 4 2");
 }
 
 TEST(CssCascade, PutsNestedRulesInPlace)

@@ -157,6 +157,24 @@ TEST(CompleteLengths, AreCalculated)
 	expect("calc(1px + 2px)", "3px");
 	expect(" CALC( 1in - 1pc/**/)", "80px");
 	expect("calc(1cm + 10mm + 40q + 72pt)", Text(Length{96 * (3 / 2.54 + 1), LengthUnit::px}));
+	expect("round(7px, 4px)", "8px");
+	expect("round(down, 7.9px, 4px)", "4px");
+	expect("calc(1px * round(up, 1.2))", "2px");
+	expect("round(to-zero, -7px, 4px)", "-4px");
+	expect("mod(-7px, 4px)", "1px");
+	expect("rem(-7px, 4px)", "-3px");
+	expect("hypot(2px, 3px, 6px)", "7px");
+	expect("calc(1px * sqrt(16) * pow(2, 3))", "32px");
+	expect("calc(1px * log(8, 2))", "3px");
+	expect("calc(1px * log(exp(2)))", "2px");
+	expect("calc(1px * sin(90deg) * cos(0))", "1px");
+	expect("calc(4px * tan(atan(.5)))", "2px");
+	expect("calc(1px * atan2(1px, 1px) / 45deg)", kRefused);
+	expect("calc(1px * tan(atan2(3px, 1px)))", "3px");
+	expect("calc(sign(-3em) * -4px)", "4px");
+	for (const char* text : {"round(7px)", "round(up 7px, 4px)", "mod(7px)", "mod(7px, 4)", "sqrt(4px)", "pow(2px, 2)",
+							 "sin(1px)", "calc(1px * sign(1, 2))", "calc(1px * asin(1))", "calc(1px * log(8, 2, 3))"})
+		expect(text, kRefused);
 	expect("calc(2*3em)", "6em");
 	expect("calc(3em * 2 / 4)", "1.5em");
 	expect("calc(1em - .25em - 0px)", "0.75em");

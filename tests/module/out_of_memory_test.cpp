@@ -2,6 +2,7 @@
 /// Running out of memory at every single allocation.
 #include "support/everything.h"
 #include "support/svg_module.h"
+#include "svg_import.h"
 
 namespace orvan
 {
@@ -11,8 +12,9 @@ namespace
 class OutOfMemory : public SvgModuleTest
 {
 protected:
-	OutOfMemory()
+	explicit OutOfMemory(std::string_view text = kEverything, const SVGImportOptions& options = {}) : file(text)
 	{
+		Must(Cast<SVGDocumentImportInterface>(document)->SetImportOptions(options));
 		// The host keeps records of ids and types for ever; they are made here.
 		const CollectedFindings findings;
 		Must(document->Init(url));
@@ -81,7 +83,7 @@ protected:
 		return !hasFailed;
 	}
 
-	const TextFile file{kEverything};
+	const TextFile file;
 	const Url url = file.GetUrl();
 	const SVGDocumentRef document = MakeDocument();
 	std::string whole;
@@ -95,6 +97,34 @@ TEST_F(OutOfMemory, EndsALoadWithItsErrorAndLeavesNothing)
 		while (!LoadWithFailure(number, extent) && !HasFailure())
 			number++;
 		EXPECT_GT(number, 60);
+	}
+}
+
+/// A complete load, with all that sheets may have.
+class OutOfMemoryWithSheets : public OutOfMemory
+{
+protected:
+	OutOfMemoryWithSheets()
+		: OutOfMemory(
+			  "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 20 10' style='--a: re/**/d'><style>"
+			  "@namespace s url(http://www.w3.org/2000/svg); @layer b, a; @media (color) { s|rect { fill: var(--a) } }"
+			  "@supports (fill: red) { @layer a { g { --b: calc(1px + 10%); rect { stroke-width: var(--b) } } } }"
+			  ":has(> rect) { stroke: color-mix(in lab, red, c\\75rrentColor) !important } #a ~ rect { x: 1px }"
+			  "</style><g id='g'><rect id='a' style='stroke: var(--c, blue); all: unset'/><rect fill='var(--a)'/>"
+			  "</g></svg>",
+			  {true, true, false, {}})
+	{
+	}
+};
+
+TEST_F(OutOfMemoryWithSheets, EndsALoadWithItsErrorAndLeavesNothing)
+{
+	for (const auto extent : {AllocationFailure::Extent::one, AllocationFailure::Extent::allFollowing})
+	{
+		int number = 1;
+		while (!LoadWithFailure(number, extent) && !HasFailure())
+			number++;
+		EXPECT_GT(number, 40);
 	}
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <optional>
 
@@ -69,6 +70,94 @@ double PixelsIn(LengthUnit unit, const LengthUnits& units) noexcept
 	}
 }
 
+/// A function of one number or angle.
+struct UnaryFunction
+{
+	std::string_view name;
+	double (*calculate)(double);
+	bool takesAngle = false;
+	bool givesAngle = false;
+};
+
+constexpr double kRadian = 180 / std::numbers::pi;
+
+constexpr UnaryFunction kUnary[]{
+	{"sqrt",
+	 [](double x)
+	 {
+		 return std::sqrt(x);
+	 }},
+	{"exp",
+	 [](double x)
+	 {
+		 return std::exp(x);
+	 }},
+	{"sin", [](double x) { return std::sin(x); }, true},
+	{"cos", [](double x) { return std::cos(x); }, true},
+	{"tan", [](double x) { return std::tan(x); }, true},
+	{"asin", [](double x) { return std::asin(x) * kRadian; }, false, true},
+	{"acos", [](double x) { return std::acos(x) * kRadian; }, false, true},
+	{"atan", [](double x) { return std::atan(x) * kRadian; }, false, true},
+};
+
+/// A function of two quantities of one kind, or of numbers alone.
+struct BinaryFunction
+{
+	std::string_view name;
+	double (*calculate)(double, double);
+	Kind (*kindOf)(Kind);
+	bool takesNumbers;
+	double second; ///< What the second is where it may be absent; else not a number.
+};
+
+constexpr double kNeeded = std::numeric_limits<double>::quiet_NaN();
+
+constexpr BinaryFunction kBinary[]{
+	{"pow", [](double x, double y) { return std::pow(x, y); }, [](Kind kind) { return kind; }, true, kNeeded},
+	{"log", [](double x, double y) { return std::log(x) / std::log(y); }, [](Kind kind) { return kind; }, true,
+	 std::numbers::e},
+	{"hypot", [](double x, double y) { return std::hypot(x, y); }, [](Kind kind) { return kind; }, false, 0},
+	{"mod", [](double x, double y) { return x - y * std::floor(x / y); }, [](Kind kind) { return kind; }, false,
+	 kNeeded},
+	{"rem", [](double x, double y) { return std::fmod(x, y); }, [](Kind kind) { return kind; }, false, kNeeded},
+	{"atan2", [](double y, double x) { return std::atan2(y, x) * kRadian; }, [](Kind) { return Kind::angle; }, false,
+	 kNeeded},
+	{"sign", [](double x, double) { return x > 0   ? 1.0
+										   : x < 0 ? -1.0
+												   : x; }, [](Kind) { return Kind::number; }, false,
+	 0},
+};
+
+/// How "round()" rounds.
+struct Rounding
+{
+	std::string_view name;
+	double (*value)(double);
+};
+
+constexpr Rounding kRoundings[]{
+	{"nearest",
+	 [](double x)
+	 {
+		 return std::floor(x + 0.5);
+	 }},
+	{"up",
+	 [](double x)
+	 {
+		 return std::ceil(x);
+	 }},
+	{"down",
+	 [](double x)
+	 {
+		 return std::floor(x);
+	 }},
+	{"to-zero",
+	 [](double x)
+	 {
+		 return std::trunc(x);
+	 }},
+};
+
 class Calculator
 {
 public:
@@ -83,7 +172,8 @@ public:
 		if (_nesting == kMostNesting)
 			return false;
 		_nesting++;
-		const bool isTaken = TakeCalc(result) || TakeClamp(result) || TakeExtreme(result) || TakeAbs(result);
+		const bool isTaken = TakeCalc(result) || TakeClamp(result) || TakeExtreme(result) || TakeAbs(result) ||
+							 TakeRounded(result) || TakeOfOne(result) || TakeOfTwo(result);
 		_nesting--;
 		return isTaken && !_isBroken && std::isfinite(result.value);
 	}
@@ -99,6 +189,67 @@ private:
 		if (!_cursor.TakeFunction("abs") || !Need(TakeSum(result) && _cursor.TakeClose()))
 			return false;
 		result.value = std::fabs(result.value);
+		return true;
+	}
+
+	bool TakeOfOne(Quantity& result) noexcept
+	{
+		for (const UnaryFunction& function : kUnary)
+		{
+			if (!_cursor.TakeFunction(function.name))
+				continue;
+			if (!Need(TakeSum(result) && _cursor.TakeClose()))
+				return false;
+			const bool isAngle = function.takesAngle && result.kind == Kind::angle;
+			if (!Need(isAngle || result.kind == Kind::number))
+				return false;
+			result.value = function.calculate(isAngle ? result.value / kRadian : result.value);
+			result.kind = function.givesAngle ? Kind::angle : Kind::number;
+			return true;
+		}
+		return false;
+	}
+
+	bool TakeOfTwo(Quantity& result) noexcept
+	{
+		for (const BinaryFunction& function : kBinary)
+		{
+			if (!_cursor.TakeFunction(function.name))
+				continue;
+			if (!Need(TakeSum(result)))
+				return false;
+			Quantity second = result;
+			second.value = function.second;
+			if (_cursor.TakeComma() && !Need(function.name != "sign" && TakeSum(second)))
+				return false;
+			if (!Need(Unite(result, second) && (!function.takesNumbers || result.kind == Kind::number)))
+				return false;
+			result.value = function.calculate(result.value, second.value);
+			while (function.name == "hypot" && _cursor.TakeComma())
+			{
+				if (!Need(TakeSum(second) && Unite(result, second)))
+					return false;
+				result.value = function.calculate(result.value, second.value);
+			}
+			result.kind = function.kindOf(result.kind);
+			return Need(_cursor.TakeClose());
+		}
+		return false;
+	}
+
+	/// The multiple of the second that the first comes to; of one where there is none and the first is a number.
+	bool TakeRounded(Quantity& result) noexcept
+	{
+		if (!_cursor.TakeFunction("round"))
+			return false;
+		auto round = kRoundings[0].value;
+		if (_cursor.TakeKeyword(kRoundings, round) && !Need(_cursor.TakeComma()))
+			return false;
+		Quantity step{Kind::number, 1};
+		if (!Need(TakeSum(result) && (!_cursor.TakeComma() || TakeSum(step)) && Unite(result, step) &&
+				  _cursor.TakeClose()))
+			return false;
+		result.value = round(result.value / step.value) * step.value;
 		return true;
 	}
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The math functions of CSS where what they come to is known at once: `calc()`, `min()`, `max()`, `clamp()` and
-/// `abs()` over numbers, percentages, angles and lengths.
+/// The math functions of CSS where what they come to is known at once: `calc()`, `min()`, `max()`, `clamp()`, `abs()`,
+/// `round()`, `mod()`, `rem()`, `hypot()`, `sign()` over numbers, percentages, angles and lengths, and `pow()`,
+/// `sqrt()`, `exp()`, `log()` and those of angles.
 
 #include "complete/value_cursor.h"
 

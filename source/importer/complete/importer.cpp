@@ -6,6 +6,8 @@
 #include "grammar.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <span>
 #include <string>
@@ -29,6 +31,12 @@ Result<void> TakeFromParent(ElementBase& element, SVGImportAttribute number) noe
 		return element.Unset(number);
 	const Data value = ORVAN_TRY(parent->Attributes().GetData(static_cast<std::int32_t>(number)));
 	return element.SetAttribute(number, value);
+}
+
+std::string ToText(double number)
+{
+	std::array<char, 32> digits;
+	return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
 }
 
 /// The size of an element's font in pixels, as far as its attributes and those around it say it.
@@ -60,6 +68,43 @@ double FontSizeOf(const ElementBase* element) noexcept
 	return factor * kMedium;
 }
 
+/// A value with what currentColor stands for in its place. False when it is not there.
+bool ResolveCurrentColor(const Application& application, std::string& text)
+{
+	constexpr std::string_view kWord = "currentcolor";
+	const auto isSame = [](char a, char b)
+	{
+		return (static_cast<unsigned char>(a) | 0x20) == static_cast<unsigned char>(b);
+	};
+	const bool isOfParent = application.rule.number == SVGImportAttribute::color;
+	const ElementBase* element = &application.element;
+	const SVGPaint* paint = nullptr;
+	for (element = isOfParent ? AsElement(element->Parent()) : element; element != nullptr && paint == nullptr;
+		 element = AsElement(element->Parent()))
+		paint = element->Find<SVGPaint>(SVGImportAttribute::color);
+	std::string color = "black";
+	if (paint != nullptr)
+	{
+		color = "color(srgb";
+		for (const Float channel : {paint->color.red, paint->color.green, paint->color.blue})
+			color += " " + ToText(channel);
+		color += " / " + ToText(paint->alpha) + ")";
+	}
+	std::string result;
+	auto copied = text.begin();
+	for (auto at = copied;; copied = at += static_cast<std::ptrdiff_t>(kWord.size()))
+	{
+		at = std::search(at, text.end(), kWord.begin(), kWord.end(), isSame);
+		if (at == text.end())
+			break;
+		result.append(copied, at).append(color);
+	}
+	if (copied == text.begin())
+		return false;
+	text = result.append(copied, text.end());
+	return true;
+}
+
 /// What relative lengths in a value are of.
 grammar::complete::LengthUnits UnitsOf(const Application& application, const Vector2d& viewport) noexcept
 {
@@ -89,9 +134,12 @@ grammar::complete::LengthUnits UnitsOf(const Application& application, const Vec
 
 Result<Reading> Importer::ReadCalculated(const Application& application)
 {
-	std::string resolved;
-	if (!IsProperty(application.rule) || !grammar::complete::MayHaveCalculations(application.text) ||
-		!grammar::complete::ResolveCalculations(application.text, UnitsOf(application, viewport), resolved))
+	if (!IsProperty(application.rule) || !grammar::complete::MayHaveCalculations(application.text))
+		return Reading::refused;
+	std::string resolved(application.text);
+	const bool isCalculated =
+		grammar::complete::ResolveCalculations(application.text, UnitsOf(application, viewport), resolved);
+	if (!ResolveCurrentColor(application, resolved) && !isCalculated)
 		return Reading::refused;
 	Application calculated = application;
 	calculated.text = resolved;
