@@ -39,8 +39,9 @@ public:
 		return MayBeWide(application.text) ? ReadPerhapsWide(application) : application.rule.read(application);
 	}
 
-	/// Reads a value that was refused once more, with the math functions in it as the pixels that they come to here, and
-	/// currentColor in functions as the colour that it stands for here: as far as fonts and colours are known by now.
+	/// Reads a value that was refused once more, with the math functions in it as the pixels that they come to here,
+	/// and currentColor in functions as the colour that it stands for here: as far as fonts and colours are known by
+	/// now.
 	Result<Reading> ReadCalculated(const Application& application);
 
 	/// Takes down that an attribute's value was not read, or not wholly: as a finding or, when it is refused and the
