@@ -192,6 +192,7 @@ TEST_F(Hits, OnDashesFollowTheirLengthsAndOffsets)
 			 Case{"stroke-dasharray='1' pathLength='8' stroke-dashoffset='.5'", {14.9, 25.1}, {15.1, 24.9}},
 			 Case{"stroke-dasharray='10 10' stroke-linecap='square'", {8.1, 21.9, 28.1}, {7.9, 22.1, 27.9}},
 			 Case{"stroke-dasharray='0 20' stroke-linecap='round'", {8.1, 11.9, 28.1, 31.9}, {7.9, 12.1, 27.9, 32.1}},
+			 Case{"stroke-dasharray='100' stroke-linecap='square'", {8.1, 91.9}, {7.9, 92.1}},
 			 Case{"stroke-dasharray='0 20'", {}, {9.9, 10.1, 29.9, 30.1}},
 			 Case{"stroke-dasharray='10 -5'", {20.1, 24.9}, {}},
 			 Case{"stroke-dasharray='0 0'", {20.1, 24.9}, {}},

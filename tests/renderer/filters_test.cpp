@@ -52,6 +52,10 @@ TEST_F(FilterElements, ReachAsFarAsTheirRegionsSay)
 		{"primitiveUnits='objectBoundingBox'",
 		 {"<feFlood flood-color='#00f' x='.25' y='50%' width='.5' height='.25'/>",
 		  "30,40 0000ff; 29,45 none; 35,39 none; 49,49 0000ff; 50,45 none; 35,50 none"}},
+		// No primitive is smaller than a pixel.
+		{"",
+		 {"<feFlood flood-color='#00f' x='30.1' y='40.1' width='.2' height='.2'/>",
+		  "30,40 0000ff; 29,40 none; 31,40 none; 30,39 none; 30,41 none"}},
 		// What is not said is that of the region, or of what comes in; and what reaches out of either is cut off.
 		{"", {"<feFlood flood-color='#00f' x='30' width='10'/>", "30,16 0000ff; 29,30 none; 39,63 0000ff; 40,30 none"}},
 		{"",

@@ -516,6 +516,11 @@ TEST_F(Paints, UsesInheritFromWhereTheyStand)
 		{"<defs><symbol id='s'><rect width='100%' height='50%'/></symbol></defs><use href='#s'/>",
 		 "99,49 000000; 50,50 none"},
 		{"<symbol id='s'><rect width='9' height='9'/></symbol>", "5,5 none"},
+		// Bytes of an address, and what only looks like them.
+		{"<defs><rect id='a b' width='9' height='9'/></defs><use href='#a%20%62'/>", "5,5 000000"},
+		{"<defs><rect id='a%b' width='9' height='9'/></defs><use href='#a%b'/>", "5,5 000000"},
+		{"<defs><rect id='a%20b' width='9' height='9'/></defs><use href='#a%20b'/>", "5,5 000000"},
+		{"<defs><rect id='ab' width='9' height='9'/></defs><use href='#a%zz'/><use href='#ab%'/>", "5,5 none"},
 		{"<use href='#none'/><use/><use href='#c' id='c'/>", "5,5 none"},
 		{"<defs><rect id='r' width='9' height='9' style='display:none'/></defs><use href='#r'/>", "5,5 none"},
 		{"<style>.x rect{fill:#f00}</style><g class='x'><rect id='r' width='9' height='9'/></g><use href='#r' x='20'/>",

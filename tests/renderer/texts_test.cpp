@@ -237,6 +237,14 @@ TEST_F(Texts, BaselinesMoveLettersUpAndDown)
 									   15));
 	EXPECT_EQ("000000 10-24", ColumnOf("<text x='50' y='10' writing-mode='tb'>█</text>", 50));
 	EXPECT_EQ("000000 39-60", RowOf("<text x='50' y='10' writing-mode='tb'>█</text>", 20));
+	// Lines along it stand at the edges of the font's letters, which are higher than these.
+	for (const auto& [line, x] : {std::pair{"overline", 61}, std::pair{"underline", 38}})
+	{
+		const auto picture = DrawCompletely("<text x='50' y='10' writing-mode='tb' text-decoration='" +
+											std::string(line) + "'>nnn</text>");
+		EXPECT_NE("none", picture.At(x, 20)) << line;
+		EXPECT_EQ("none", picture.At(99 - x, 20)) << line;
+	}
 	// Upright they are as high as their line, and lie around the middle of it.
 	const auto upright = DrawCompletely("<text x='50' y='10' style='writing-mode:vertical-rl;text-orientation:upright'>"
 										"█<tspan dx='20'>█</tspan></text>");
