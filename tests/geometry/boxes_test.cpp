@@ -139,6 +139,17 @@ TEST_F(Boxes, OfWhatIsSeenEndAtClipsMasksAndMarkers)
 	EXPECT_EQ("50 48 12 4", picture.BoxOf("p", Box::visual));
 	EXPECT_EQ("3 0 4 5", picture.BoxOf("o", Box::visual));
 	EXPECT_EQ("0 0 80 25", picture.BoxOf("r", Box::stroke));
+	// At the basic shapes of CSS as well, which hits respect too.
+	const AskedPicture shapes(
+		"<rect id='i' width='40' height='40' style='clip-path:inset(10px 5px)'/><rect id='c' x='50' "
+		"width='40' height='40' style='clip-path:circle(10px at 20px 20px) fill-box'/>");
+	EXPECT_EQ("5 10 30 20", shapes.BoxOf("i", Box::visual));
+	EXPECT_EQ("60 10 20 20", shapes.BoxOf("c", Box::visual));
+	EXPECT_EQ("0 0 40 40", shapes.BoxOf("i"));
+	EXPECT_EQ("i", shapes.At(6, 11));
+	EXPECT_EQ("", shapes.At(4, 20));
+	EXPECT_EQ("c", shapes.At(76, 26));
+	EXPECT_EQ("", shapes.At(78, 28));
 }
 
 TEST_F(Boxes, OfTextsAreThoseOfTheirCells)

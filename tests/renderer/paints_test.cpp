@@ -105,6 +105,10 @@ TEST_F(Paints, StopsAreMixedInProportionAndKeepTheirOrder)
 				 "stop-color='#fff'/></linearGradient>" +
 					 square,
 				 "50,5 ~bcbcbc; 12,5 ~636363");
+	ExpectPixels("<linearGradient id='g' color-interpolation='linearRGB'><stop stop-color='#808080'/><stop offset='1' "
+				 "stop-color='#fff'/></linearGradient>" +
+					 square,
+				 "50,5 ~cdcdcd; 0,5 ~818181");
 }
 
 TEST_F(Paints, RadialGradientsGrowFromTheirFocusToTheirCircle)
@@ -405,7 +409,7 @@ TEST_F(Paints, MarkersStandOnTheVerticesAndTurnWithTheLine)
 				 "39,40 ff0000; 32,47 ff0000; 31,40 none; 33,48 none; 41,40 0000ff");
 	// Closed: the last vertex is the first one, between up and right there.
 	ExpectPixels(marker("orient='auto'") + "<path d='M20 60v-40h40v40z' fill='none' marker-end='url(#m)'/>",
-				 "18,58 0000ff; 21,61 ff0000; 17,62 none; 22,57 none");
+				 "18,58 0000ff; 19,57 0000ff~; 21,61 ff0000; 16,60 none; 17,62 none; 22,57 none");
 	// Only paths and lines have them.
 	ExpectPixels(marker("") + "<rect x='20' y='20' width='40' height='40' fill='none' marker-start='url(#m)'/>",
 				 "20,20 none");
