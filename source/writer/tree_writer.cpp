@@ -332,6 +332,9 @@ void TreeWriter::RemoveAttribute(StartTagEditor& tag, const Rule& rule, const Fo
 void TreeWriter::CheckReads(const ElementBase& element, Tag name, const Rule& rule, std::string_view text,
 							bool isDeclaration) const
 {
+	// That an element is shown, which it is anyway, is read as nothing.
+	if (rule.number == Number::display && text == "inline")
+		return;
 	const ValueStyle style = StyleFor(isDeclaration);
 	const grammar::Source source = isDeclaration ? grammar::Source::style : grammar::Source::attribute;
 	std::string exact;
