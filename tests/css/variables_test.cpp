@@ -46,6 +46,54 @@ TEST(CssVariables, StandForTheirValues)
 		EXPECT_EQ(Put(inner, value), "[malformed]") << value;
 }
 
+TEST(CssVariables, AreTakenFromAroundByTheWordsForAllProperties)
+{
+	VariableBudget budget;
+	Variables outer(nullptr, budget), inner(&outer, budget), innermost(&inner, budget);
+	outer.Set("--a", "1");
+	for (const char* word : {"inherit", "UNSET", "revert", "Revert-Layer"})
+	{
+		inner.Set("--a", word);
+		EXPECT_EQ(Put(innermost, "var(--a)"), "1") << word;
+	}
+	// What is set again counts, and is not what it was before.
+	inner.Set("--a", "2");
+	EXPECT_EQ(Put(innermost, "var(--a)"), "2");
+	inner.Set("--a", "3");
+	EXPECT_EQ(Put(innermost, "var(--a)"), "3");
+	inner.Set("--a", "initial");
+	EXPECT_EQ(Put(innermost, "var(--a, 4)"), "4");
+	// A longer word is none of them, and a part of one neither.
+	inner.Set("--a", "unset 1");
+	EXPECT_EQ(Put(innermost, "var(--a)"), "unset 1");
+	EXPECT_EQ(Put(innermost, "VAR(--a , 1)env(e,)"), "unset 1");
+}
+
+TEST(CssVariables, MayStandWithinEachOtherToADepth)
+{
+	for (const auto& [count, isRead] : {std::pair{50, true}, std::pair{80, false}})
+	{
+		VariableBudget budget;
+		Variables variables(nullptr, budget);
+		std::string nested = "1";
+		for (int i = 0; i < count; i++)
+		{
+			variables.SetCopy("--v" + std::to_string(i), i == 0 ? "2" : "var(--v" + std::to_string(i - 1) + ")");
+			nested = "var(--x," + nested + ")";
+		}
+		EXPECT_EQ(Put(variables, nested), isRead ? "1" : "[impossible]") << count;
+		EXPECT_EQ(Put(variables, "var(--v" + std::to_string(count - 1) + ")"), isRead ? "2" : "[impossible]") << count;
+	}
+	// One value may come to 64 KiB.
+	for (const auto& [size, isRead] : {std::pair{60'000, true}, std::pair{70'000, false}})
+	{
+		VariableBudget budget;
+		Variables variables(nullptr, budget);
+		variables.SetCopy("--a", std::string(static_cast<std::size_t>(size), 'x'));
+		EXPECT_EQ(Put(variables, "var(--a)").size() == static_cast<std::size_t>(size), isRead) << size;
+	}
+}
+
 TEST(CssVariables, ThatReferToThemselvesHaveNoValue)
 {
 	VariableBudget budget;

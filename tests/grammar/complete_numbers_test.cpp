@@ -188,6 +188,21 @@ TEST(CompleteLengths, AreCalculated)
 	expect("clamp(4px, 5px, 3px)", "4px");
 	expect("clamp(none, calc(min(2px, 9px)), none)", "2px");
 	expect("abs(-3px)", "3px");
+	expect("abs(2px - 5px)", "3px");
+	expect("calc(8px / 2 / 2)", "2px");
+	expect("calc(-1 * (2px - 5px))", "3px");
+	expect("calc(PI*0px + 1q*4)", Text(Length{96 / 25.4, LengthUnit::px}));
+	expect("max(1px, 3px, 2px)", "3px");
+	expect("max(-1em)", "-1em");
+	expect("clamp(4px, 1px, none)", "4px");
+	expect("clamp(none, 5px, 3px)", "3px");
+	// Nothing is nothing in every unit, on either side; others have none in common.
+	expect("calc(0px + 1em)", "1em");
+	expect("min(0em, 1px)", "0px");
+	for (const char* text :
+		 {"min(1px, 2em)", "clamp(1px, 2em, 3px)", "clamp(1px, 2px, 3em)", "max(1px 2px)", "clamp(1px, 2px, 3px, 4px)",
+		  "calc(1px / 2px)", "calc((1px)", "calc(1px))", "abs(1px, 2px)"})
+		EXPECT_EQ(LengthOf(text, Source::sheet), text == std::string_view("calc((1px)") ? "1px" : kRefused) << text;
 	for (const char* text : {"calc()",          "calc(1px+2px)", "calc(1px +2px)", "calc(1px 2px)",   "calc(1px + 2)",
 							 "calc(1px * 2px)", "calc(2 / 1px)", "calc(1px",       "calc(1em + 1px)", "calc(1% + 1px)",
 							 "calc(1/0)",       "min()",         "min(1,)",        "clamp(1, 2)",     "calc (1px)",
@@ -207,6 +222,7 @@ TEST(CompleteLengths, AreCalculated)
 	EXPECT_EQ(ColorOf("rgb(calc(1 + 2), 4, 5)"), "3 4 5 / 1");
 	EXPECT_EQ(PropertyTransform("rotate(calc(45deg * 2)) scale(min(2, 3))"),
 			  PropertyTransform("rotate(90deg) scale(2)"));
+	EXPECT_EQ(PropertyTransform("rotate(calc(.25turn + 50grad))"), PropertyTransform("rotate(135deg)"));
 	EXPECT_EQ(AttributeTransform("scale(calc(2))"), kRefused);
 }
 

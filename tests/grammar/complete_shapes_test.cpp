@@ -138,6 +138,19 @@ TEST(CompleteShapes, OfClipPathWithTheirBoxes)
 	EXPECT_EQ(shape("rect(auto auto 5px 1px)"), "6 0 0px 100% 5px 1px");
 	EXPECT_EQ(shape("xywh(1px 2px 3px 4px round 5px)"), "7 0 1px 2px 3px 4px 5px 5px 5px 5px 5px 5px 5px 5px");
 	EXPECT_EQ(shape("circle(5 at 1 2)", Source::attribute), "2 0 5 1 0px 2 0px");
+	// Corners that are missing are those across from them, or the first; the second radii are the first ones.
+	EXPECT_EQ(shape("inset(1px Round 2px 3px 4px 5px)"), "1 0 1px 1px 1px 1px 2px 3px 4px 5px 2px 3px 4px 5px");
+	EXPECT_EQ(shape("rect(1px 2px 3px 4px round 5px/6px 7px)"), "6 0 1px 2px 3px 4px 5px 5px 5px 5px 6px 7px 6px 7px");
+	EXPECT_EQ(shape("xywh(-1px -2% 0px 0px)"), "7 0 -1px -2% 0px 0px");
+	EXPECT_EQ(shape("ellipse(farthest-side 3px)"), "3 0 -2 3px 50% 0px 50% 0px");
+	// Of a position one part may be missing: it is in the middle.
+	EXPECT_EQ(shape("circle(at center)"), "2 0 -1 50% 0px 50% 0px");
+	EXPECT_EQ(shape("circle(at RIGHT)"), "2 0 -1 100% 0px 50% 0px");
+	EXPECT_EQ(shape("circle(at 1px)"), "2 0 -1 1px 0px 50% 0px");
+	EXPECT_EQ(shape("circle(at 1px bottom)"), "2 0 -1 1px 0px 100% 0px");
+	EXPECT_EQ(shape("circle(at right 3px)"), "2 0 -1 100% 0px 3px 0px");
+	EXPECT_EQ(shape("circle(at center left)"), "2 0 -1 0% 0px 50% 0px");
+	EXPECT_EQ(shape("circle(at left 1px bottom 2px)"), "2 0 -1 0% 1px 100% -2px");
 	for (const char* text : {"",
 							 "none",
 							 "url(#a)",
@@ -153,6 +166,20 @@ TEST(CompleteShapes, OfClipPathWithTheirBoxes)
 							 "inset()",
 							 "inset(1px 1px 1px 1px 1px)",
 							 "inset(1px round)",
+							 "inset(1px / 2px)",
+							 "inset(1px round 1px /)",
+							 "inset(1px round 1px 1px 1px 1px 1px)",
+							 "ellipse(1px 2px 3px)",
+							 "circle(at left 1px left 2px)",
+							 "circle(at center 1px top 2px)",
+							 "circle(at 1px 2px 3px 4px)",
+							 "circle(at left 1px top 2px 3px)",
+							 "circle(at 3px left)",
+							 "circle(at top 3px)",
+							 "path(evenodd 'M0 0')",
+							 "polygon(nonzero)",
+							 "polygon(1px 1px,)",
+							 "rect(auto)",
 							 "inset(1px round -1px)",
 							 "polygon()",
 							 "polygon(1px)",

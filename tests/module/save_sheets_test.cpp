@@ -90,6 +90,28 @@ TEST_F(SavingBesideSheets, ShorthandsAndWhatStandsForAllGiveWayBehindThem)
 	});
 }
 
+TEST_F(SavingBesideSheets, DeclarationsEndWhereNothingHidesTheirSemicolon)
+{
+	ExpectAll({
+		{"<rect style='fill:url(#a;b);stroke:red'/>", "rect", "fill=blue", "<rect style='fill:blue;stroke:red'/>"},
+		{"<rect style='fill:rgb((1;2));stroke:red'/>", "rect", "fill=blue", "<rect style='fill:blue;stroke:red'/>"},
+		{"<text style='font-family:\"a;b\";fill:red'/>", "text", "font-family=c",
+		 "<text style='font-family:c;fill:red'/>"},
+		{"<text style=\"font-family:'a\\';b';fill:red\"/>", "text", "font-family=c",
+		 "<text style=\"font-family:c;fill:red\"/>"},
+		{"<rect style='fill:red/*;*/;stroke:red'/>", "rect", "fill=blue", "<rect style='fill:blue;stroke:red'/>"},
+		{"<rect style='fill:r\\65 d;stroke:red'/>", "rect", "fill=blue", "<rect style='fill:blue;stroke:red'/>"},
+		{"<rect style='fill:red ! important ; stroke:red'/>", "rect", "fill=blue",
+		 "<rect style='fill:blue ! important ; stroke:red'/>"},
+		{"<rect style='stroke:red;fill:url(#a;b)'/>", "rect", "fill=", "<rect style='stroke:red'/>"},
+		{"<rect style='fill:red;fill:lime;stroke:red'/>", "rect", "fill=", "<rect style='stroke:red'/>"},
+		{"<rect style='fill:red!important;fill:lime'/>", "rect", "fill=blue",
+		 "<rect style='fill:blue!important;fill:lime'/>"},
+		{"<rect style=' stroke:red ; fill:lime ; '/>", "rect", "fill=", "<rect style=' stroke:red ; '/>"},
+		{"<rect style='--fill:red;fill:lime'/>", "rect", "fill=blue", "<rect style='--fill:red;fill:blue'/>"},
+	});
+}
+
 TEST_F(SavingBesideSheets, ATransformIsAllThatMovesAnElement)
 {
 	ExpectAll({
@@ -101,6 +123,11 @@ TEST_F(SavingBesideSheets, ATransformIsAllThatMovesAnElement)
 		{"<style>g{fill:red}</style><g style='scale:3'/>", "g", "transform=scale(2)",
 		 "<style>g{fill:red}</style><g transform=\"scale(2)\"/>"},
 	});
+	// In a declaration it is one of CSS, and so is a path.
+	const SVGDocumentRef moved = Open("<svg><path style='transform:scale(2);d:path(\"M0 0\")'/></svg>");
+	Must(First(moved, "path")->SetLocalTransform(Matrix2d{{3, 4}}));
+	Must(Cast<SVGPathElementInterface>(First(moved, "path"))->LineTo({1, 2}));
+	EXPECT_EQ("<svg><path style='transform:matrix(1,0,0,1,3,4);d:path(\"M0 0L1 2\")'/></svg>", SavedAlike(moved));
 	// What a sheet says of it has no place in an element.
 	const SVGDocumentRef document = Open("<svg><style>g{translate:1px}</style><g/></svg>");
 	Set(document, "g", "transform", "scale(2)");
@@ -120,6 +147,15 @@ TEST_F(SavingBesideSheets, AShapeGoesWithClipPathAndHasATextOfItsOwn)
 	EXPECT_EQ(
 		"circle(closest-side at 1px 20%) view-box",
 		Must(SourceOf(bare)->FormatValue(SVGImportElementKind::rect, SVGImportAttribute::clipShape, shape)).View());
+}
+
+TEST_F(SavingBesideSheets, ThatALayerIsShownIsSaidWhereItWasHidden)
+{
+	const SVGDocumentRef document = Open("<svg><g/><g display='none'/></svg>");
+	Must(First(document, "g")->SetDisplay(SVGDisplay::shown));
+	EXPECT_EQ("<svg><g/><g display='none'/></svg>", SavedText(document));
+	Must(First(document, "g + g")->SetDisplay(SVGDisplay::shown));
+	EXPECT_EQ("<svg><g/><g display='inline'/></svg>", SavedText(document));
 }
 
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)

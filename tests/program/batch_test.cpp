@@ -64,6 +64,18 @@ TEST_F(Batches, LoseNoMoreThanTheRowOfWhatTakesTooLongOrTooMuch)
 #endif
 }
 
+TEST_F(Batches, LoadTheModulesThatTheirOperationNeeds)
+{
+	_folder.Write("one/a.svg", "<svg width='9' height='9'><rect width='4' height='4'/></svg>");
+	for (const std::string operation : {"boxes", "columns", "thumbnails", "check", "report"})
+	{
+		const ProgramRun run = RunProgram(
+			{"batch", _folder.GetPath() / "one", "-o", _folder.GetPath() / operation, "--operation", operation});
+		EXPECT_EQ("1 done, 0 not, 0 there already\n", run.output) << operation << ' ' << run.errors;
+		EXPECT_EQ(0, run.status) << operation;
+	}
+}
+
 TEST_F(Batches, RefuseWhatMakesNoSense)
 {
 	EXPECT_EQ(2, Run({"--operation", "odd"}).status);
