@@ -170,6 +170,8 @@ void CheckPaints(std::string_view text)
 	complete::Paint paint;
 	(void)complete::ParsePaint(text, paint);
 	complete::Reference reference;
+	if (complete::ParseMask(text, reference) == Parsed::value)
+		static_cast<void>(complete::ResolveEscapes(reference.text));
 	if (complete::ParseReference(text, reference) == Parsed::value && reference.hasEscapes)
 		Require(complete::ResolveEscapes(reference.text).size() <= 3 * reference.text.size(), "escapes grow", text);
 }

@@ -127,8 +127,12 @@ TEST(CompleteLengths, TakeTheUnitsOfCssInAnyCase)
 	EXPECT_EQ(LengthOf("1e2em"), "100em");
 	EXPECT_EQ(LengthOf("1.px"), "1px");
 	EXPECT_EQ(LengthOf("2dvh"), "2vh");
+	EXPECT_EQ(LengthOf("2lh"), "2.25em");
+	EXPECT_EQ(LengthOf("2RLH"), "2.25rem");
+	EXPECT_EQ(LengthOf("2cap"), "1.31em");
+	EXPECT_EQ(LengthOf("2ic"), "2em");
 	for (const char* text :
-		 {"1 px", "1lh", "1deg", "1px2", "1%%", "auto", "1,", "", "1px 2px", "1e", "1e+", "1-", "1/**/px"})
+		 {"1 px", "1lhs", "1deg", "1px2", "1%%", "auto", "1,", "", "1px 2px", "1e", "1e+", "1-", "1/**/px"})
 		EXPECT_EQ(LengthOf(text), kRefused) << text;
 	EXPECT_EQ(LengthOf("-1px", Source::style, Range::notNegative), kRefused);
 	EXPECT_EQ(LengthOf("-1px"), "-1px");

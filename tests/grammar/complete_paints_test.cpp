@@ -221,6 +221,17 @@ TEST(CompletePaints, WithReferencesAndFallbacks)
 	EXPECT_EQ(reference("url('#m')"), "#m");
 	EXPECT_EQ(reference("url(#a) none"), kRefused);
 	EXPECT_EQ(reference("#a"), kRefused);
+
+	const auto mask = [](std::string_view text)
+	{
+		return Outcome<Reference>(ParseMask, text);
+	};
+	EXPECT_EQ(mask("url(#m)"), "#m");
+	EXPECT_EQ(mask("no-repeat 50% 0 / 10px url(#m) alpha"), "#m");
+	EXPECT_EQ(mask("none, url(#a) luminance , url(#b)"), "#a");
+	ExpectAll(mask, {"none", "none, none no-repeat"}, "nothing");
+	ExpectAll(mask, {"url(#a) url(#b)", "url(#a) x", "url(#a),", ",url(#a)", "", "linear-gradient(red, blue)"},
+			  kRefused);
 	EXPECT_EQ(Outcome<Reference>(ParseIri, "\n#a b "), "#a b");
 	EXPECT_EQ(Outcome<Reference>(ParseIri, " a.png"), "a.png");
 	EXPECT_EQ(Outcome<Reference>(ParseIri, " "), "nothing");

@@ -75,6 +75,11 @@ Parsed ParsePaint(std::string_view text, Paint& paint) noexcept;
 /// "clip-path", "mask", "marker", "marker-start" …: "none" (`nothing`) or "url(…)", quoted or not.
 Parsed ParseReference(std::string_view text, Reference& reference) noexcept;
 
+/// "mask": layers, of which the first counts that refers to an element; "none" (`nothing`) when none does. What else a
+/// layer says (where it lies, how often it repeats, what it is clipped to) is read and left out: it does not apply to
+/// elements that mask.
+Parsed ParseMask(std::string_view text, Reference& reference) noexcept;
+
 /// "href" and "xlink:href": any IRI without the blanks around it; never refused. An empty IRI is `nothing`.
 Parsed ParseIri(std::string_view text, Reference& reference) noexcept;
 } // namespace orvan::grammar::complete

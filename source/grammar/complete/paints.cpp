@@ -2,6 +2,10 @@
 #include "complete/color_reader.h"
 #include "complete/filters.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace orvan::grammar::complete
 {
 namespace
@@ -43,6 +47,41 @@ struct LayerRow
 
 constexpr LayerRow kLayers[]{
 	{"fill", PaintLayer::fill}, {"stroke", PaintLayer::stroke}, {"markers", PaintLayer::markers}};
+
+/// What a layer of a mask may say beside its image.
+constexpr std::string_view kMaskWords[]{
+	"alpha",      "luminance",   "match-source", "add",       "subtract",   "intersect", "exclude",
+	"repeat",     "repeat-x",    "repeat-y",     "no-repeat", "space",      "round",     "left",
+	"right",      "top",         "bottom",       "center",    "auto",       "cover",     "contain",
+	"border-box", "padding-box", "content-box",  "fill-box",  "stroke-box", "view-box",  "no-clip",
+};
+
+/// Takes one layer of a mask; false when it says something that is no mask, or nothing.
+bool TakeMaskLayer(ValueCursor& cursor, Reference& reference, bool& hasReference) noexcept
+{
+	const char* const start = cursor.At();
+	bool hasImage = false;
+	while (!cursor.IsAtEnd() && cursor.Peek() != ',')
+	{
+		Length length;
+		if (cursor.TakeWord("none") || TakeReference(cursor, reference))
+		{
+			if (std::exchange(hasImage, true))
+				return false;
+			hasReference = reference.text.data() != nullptr;
+			continue;
+		}
+		const auto isTaken = [&](std::string_view word)
+		{
+			return cursor.TakeWord(word);
+		};
+		if (std::none_of(std::begin(kMaskWords), std::end(kMaskWords), isTaken) && !cursor.TakeMark('/') &&
+			!cursor.TakeLength(Range::any, false, length))
+			return false;
+		cursor.SkipSpaces();
+	}
+	return cursor.At() != start;
+}
 } // namespace
 
 bool TakeReference(ValueCursor& cursor, Reference& reference) noexcept
@@ -94,6 +133,26 @@ Parsed ParseReference(std::string_view text, Reference& reference) noexcept
 	if (!TakeReference(cursor, result) || !cursor.IsAtEnd())
 		return Parsed::refused;
 	reference = result;
+	return Parsed::value;
+}
+
+Parsed ParseMask(std::string_view text, Reference& reference) noexcept
+{
+	ValueCursor cursor(text);
+	Reference first;
+	bool hasFirst = false;
+	do
+	{
+		Reference layer;
+		bool hasReference = false;
+		if (!TakeMaskLayer(cursor, layer, hasReference))
+			return Parsed::refused;
+		if (hasReference && !std::exchange(hasFirst, true))
+			first = layer;
+	} while (cursor.TakeComma());
+	if (!hasFirst)
+		return Parsed::nothing;
+	reference = first;
 	return Parsed::value;
 }
 

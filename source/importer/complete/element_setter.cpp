@@ -46,6 +46,17 @@ bool IsSaidByDictionary(const Application& application) noexcept
 		   !grammar::complete::EqualsIgnoreCase(application.text, "inherit");
 }
 
+/// Takes away what applies to an element as a whole, for one that has no box: what is inherited stays.
+Result<void> Dissolve(ElementBase& element) noexcept
+{
+	using Number = SVGImportAttribute;
+	for (const Number number :
+		 {Number::opacity, Number::mask, Number::clipPath, Number::filter, Number::mixBlendMode, Number::isolation})
+		ORVAN_TRY(element.Unset(number));
+	ORVAN_TRY(element.Unset(Number::clipShape));
+	return element.SetLocalTransform(Matrix2d());
+}
+
 } // namespace
 
 ElementSetter::ElementSetter(Importer& importer, StyleSheets& sheets, std::pmr::memory_resource* memory,
@@ -58,11 +69,12 @@ ElementSetter::ElementSetter(Importer& importer, StyleSheets& sheets, std::pmr::
 Result<void> ElementSetter::Set(const XmlNode& node, ElementBase& element, Tag tag)
 {
 	_elementTag = NameOf(node);
+	_importer.isDissolved = false;
 	const std::string_view style = ORVAN_TRY(SetAttributes(node, element, tag));
 	ORVAN_TRY(SetDeclarations(node, element, tag, style));
 	if (_singleTransforms.IsAny()) [[unlikely]]
 		ORVAN_TRY(_singleTransforms.ApplyTo(element));
-	return {};
+	return _importer.isDissolved ? Dissolve(element) : Result<void>();
 }
 
 Result<void> ElementSetter::SetIdOnly(const XmlNode& node, ElementBase& element, Tag tag)

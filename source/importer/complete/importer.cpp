@@ -130,6 +130,17 @@ grammar::complete::LengthUnits UnitsOf(const Application& application, const Vec
 	return units;
 }
 
+/// Whether a keyword says the initial value of "overflow" of an element that cuts off where nothing is said.
+bool IsOverflowInitial(const ElementBase& element, Tag tag, CssWideKeyword keyword) noexcept
+{
+	using Kind = SVGImportElementKind;
+	static constexpr TagSet kViewports{Kind::svg, Kind::symbol, Kind::marker, Kind::pattern, Kind::image};
+	const ElementBase* const parent = AsElement(element.Parent());
+	const bool inherits =
+		keyword == CssWideKeyword::inherit && parent != nullptr && parent->HasAttribute(SVGImportAttribute::overflow);
+	return kViewports.Has(tag) && !inherits;
+}
+
 } // namespace
 
 Result<Reading> Importer::ReadCalculated(const Application& application)
@@ -163,6 +174,8 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 	const bool isInherited = rule.role == Role::inherited;
 	if (keyword == CssWideKeyword::unset)
 		keyword = isInherited ? CssWideKeyword::inherit : CssWideKeyword::initial;
+	if (rule.number == SVGImportAttribute::overflow && IsOverflowInitial(element, application.tag, keyword))
+		return rule.read({*this, element, application.tag, rule, "visible", Source::attribute});
 	if (keyword == CssWideKeyword::initial && !rule.initial.empty())
 		return rule.read({*this, element, application.tag, rule, rule.initial, Source::attribute});
 	// Where nothing is said, an inherited property has the parent's value, and any other its initial one.

@@ -83,6 +83,9 @@ public:
 	/// The size of the nearest viewport in user units, for percentages in transforms; 0 when it is not known.
 	Vector2d viewport;
 
+	/// The element at hand has no box ("display: contents"): what it contains stands in its place.
+	bool isDissolved = false;
+
 	/// The place that a value which ends the import was refused at.
 	ValuePlace refusedAt;
 	String refusedElementId;

@@ -30,11 +30,14 @@ Result<String> TextOf(const grammar::complete::Reference& reference)
 								: String::Create(reference.text);
 }
 
+using ReferenceParser = Parsed (*)(std::string_view, grammar::complete::Reference&) noexcept;
+
 /// Stores the id or IRI of a reference, the empty text for "none".
-Result<Reading> StoreReference(const Application& application, std::span<const SVGImportAttribute> keys)
+Result<Reading> StoreReference(const Application& application, std::span<const SVGImportAttribute> keys,
+							   ReferenceParser parse = &grammar::complete::ParseReference)
 {
 	grammar::complete::Reference reference;
-	const Parsed parsed = grammar::complete::ParseReference(application.text, reference);
+	const Parsed parsed = parse(application.text, reference);
 	if (parsed == Parsed::refused)
 		return Reading::refused;
 	const String text = parsed == Parsed::value ? ORVAN_TRY(TextOf(reference)) : String();
@@ -100,6 +103,11 @@ Result<Reading> ReadReference(const Application& application)
 	return StoreReference(application, {&application.rule.number, 1});
 }
 
+Result<Reading> ReadMask(const Application& application)
+{
+	return StoreReference(application, {&application.rule.number, 1}, &grammar::complete::ParseMask);
+}
+
 Result<Reading> ReadMarkers(const Application& application)
 {
 	return StoreReference(application, LonghandsOf(application.rule));
@@ -142,7 +150,8 @@ Result<Reading> ReadDisplay(const Application& application)
 	// Only these have contents that could show without them.
 	static constexpr TagSet kDissolvable{SVGImportElementKind::svg, SVGImportElementKind::group,
 										 SVGImportElementKind::use, SVGImportElementKind::tspan};
-	if (value == 0 || (value == 1 && kDissolvable.Has(application.tag)))
+	application.importer.isDissolved = value == 1 && kDissolvable.Has(application.tag);
+	if (value == 0 || application.importer.isDissolved)
 		ORVAN_TRY(application.element.Unset(SVGImportAttribute::display));
 	else
 		ORVAN_TRY(application.element.SetDisplay(SVGDisplay::none));

@@ -16,6 +16,7 @@ Result<Reading> ReadText(const Application& application);    ///< Without the bl
 Result<Reading> ReadRawText(const Application& application); ///< As written.
 Result<Reading> ReadReference(const Application& application);
 Result<Reading> ReadMarkers(const Application& application);
+Result<Reading> ReadMask(const Application& application);     ///< Layers with a reference.
 Result<Reading> ReadClipPath(const Application& application); ///< A reference, or a shape.
 
 // Keywords.
