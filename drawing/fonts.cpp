@@ -47,8 +47,7 @@ PangoStyle ToPangoStyle(SVGFontStyle style) noexcept
 /// True when one of several families, separated by commas, is a kind of fonts and no name.
 bool NamesKind(std::string_view families) noexcept
 {
-	constexpr std::string_view kKinds[] = {"serif",   "sans-serif", "sans", "monospace", "mono",
-										   "cursive", "fantasy",    "math", "system-ui", "emoji"};
+	constexpr std::string_view kKinds[] = {"serif", "sans-serif", "sans", "monospace", "mono", "system-ui", "emoji"};
 	while (!families.empty())
 	{
 		const std::string_view family = families.substr(0, families.find(','));

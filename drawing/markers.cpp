@@ -105,12 +105,24 @@ public:
 		const bool isContinued = _isAfterCubic && AreOneArc(_last, cubic);
 		_isAfterCubic = true;
 		_last = cubic;
-		if (isContinued)
+		if (isContinued && !IsFullCircle(end))
 		{
+			_parts++;
+			if (_parts == kHalfCircle)
+				_half = {end, in, in};
 			_vertices[_vertices.GetCount() - 1] = {end, in, {}};
 			_current = end;
 			return {};
 		}
+		if (isContinued)
+		{
+			// No arc goes all the way round: what does is a circle made of two halves.
+			_vertices[_vertices.GetCount() - 1] = _half;
+			_isAfterCubic = false;
+			return Arrive(end, in);
+		}
+		_parts = 1;
+		_arcStart = _current;
 		Leave(FirstDirection(c1 - _current, c2 - _current, end - _current));
 		return Arrive(end, in);
 	}
@@ -136,6 +148,17 @@ public:
 	}
 
 private:
+	static constexpr int kHalfCircle = 2; ///< Parts of an arc.
+	static constexpr int kCircle = 4;
+
+	/// True when a part that continues an arc leads back to where the arc began.
+	bool IsFullCircle(const Vector2d& end) const noexcept
+	{
+		const double size = std::abs(_half.point.x - _arcStart.x) + std::abs(_half.point.y - _arcStart.y);
+		const Vector2d gap = end - _arcStart;
+		return _parts + 1 == kCircle && std::abs(gap.x) + std::abs(gap.y) <= 1e-9 * size;
+	}
+
 	void Leave(const Vector2d& direction) noexcept
 	{
 		if (!_vertices.IsEmpty() && !IsZero(direction))
@@ -156,6 +179,9 @@ private:
 	Vector2d _current;
 	Cubic _last;
 	bool _isAfterCubic = false; ///< `_last` has led to the current point.
+	int _parts = 0;             ///< How many cubics the arc at hand has had.
+	Vector2d _arcStart;
+	Vertex _half; ///< Where half a circle of it ended.
 };
 
 Result<BaseArray<Vertex>> GetVertices(const Outline& outline) noexcept

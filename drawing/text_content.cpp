@@ -202,6 +202,16 @@ private:
 		return {};
 	}
 
+	/// True for a text, and for a link that stands in one.
+	static bool IsInTextItself(const Frame& frame) noexcept
+	{
+		const Frame* at = &frame;
+		while (Borrowed<SVGElementInterface>(at->element)->GetElementType() == SVGImportElementKind::anchor &&
+			   at->outer != nullptr)
+			at = at->outer;
+		return Borrowed<SVGElementInterface>(at->element)->GetElementType() == SVGImportElementKind::text;
+	}
+
 	/// True for what has characters of another text: "tref" is a tspan with a link.
 	static bool IsTextReference(ObjectBase* element) noexcept
 	{
@@ -243,8 +253,8 @@ private:
 			return {};
 		if (kind != SVGImportElementKind::textPath)
 			return Enter(frame, parent, path);
-		// A path does not run along another one.
-		if (path >= 0)
+		// A path does not run along another one, nor does it stand in a part of a text.
+		if (path >= 0 || !IsInTextItself(outer))
 			return {};
 		const int own = ORVAN_TRY(AddPath(frame));
 		if (own < 0)

@@ -2,6 +2,7 @@
 /// Light sources on their way to the pixels.
 #include "filter_operation.h"
 #include "filters/lighting.h"
+#include "filters/pixel.h"
 #include "svg_complete.h"
 
 #include <numbers>
@@ -149,7 +150,10 @@ Result<MadeOperation> MakeLightOperation(const FilterPrimitive& primitive, bool 
 	Light light;
 	if (!FindLight(primitive, light))
 		return MadeOperation();
-	light.color = primitive.GetColor(Key::lightingColor, {1.0, 1.0, 1.0}, 1.0) | 0xFF000000;
+	// Light has no opacity.
+	filters::Channels color = filters::Unmultiply(primitive.GetColor(Key::lightingColor, {1.0, 1.0, 1.0}, 1.0));
+	color.alpha = 255;
+	light.color = filters::Join(color);
 	const double scale = primitive.GetNumber(Key::surfaceScale, 1.0);
 	Surface surface;
 	surface.isSpecular = isSpecular;

@@ -88,7 +88,8 @@ Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noex
 	if (isHidden && frame.effects.filter == nullptr)
 		return {};
 	const PathExtent extent = MeasurePath(outline, place.transform);
-	if (!extent.IsDrawable())
+	// A path that goes nowhere may still have markers.
+	if (!extent.IsDrawable() && !(extent.isFinite && HasMarkers(frame)))
 		return {};
 	Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, extent.bounds);
 	const bool isTooMuch = extent.rows > kManyRows && !_canvas.job.scene.limits.CanTake(extent.rows / kRowsPerSecond);

@@ -155,13 +155,21 @@ Result<void> FillText(const Canvas& canvas, const Frame& frame, const TextLayout
 {
 	const Matrix2d& transform = frame.place.transform;
 	cairo_set_fill_rule(canvas.drawing, CAIRO_FILL_RULE_WINDING);
+	const auto fill = [&](const Outline& outline)
+	{
+		if (SetPath(canvas.drawing, outline, transform).IsDrawable())
+			cairo_fill(canvas.drawing);
+	};
 	for (const TextFragment& fragment : text.GetFragments())
 	{
 		if (!IsVisible(fragment))
 			continue;
-		const Outline outline = ORVAN_TRY(text.GetOutline(fragment));
-		if (SetPath(canvas.drawing, outline, transform).IsDrawable())
-			cairo_fill(canvas.drawing);
+		fill(ORVAN_TRY(text.GetOutline(fragment)));
+		for (const TextLineKind kind : {TextLineKind::underline, TextLineKind::overline, TextLineKind::lineThrough})
+		{
+			if (TextLayout::FindDecorating(fragment, kind, 0) != nullptr)
+				fill(ORVAN_TRY(text.GetLines(fragment, kind)));
+		}
 		DrawColorGlyphs(canvas.drawing, text, fragment, transform, 1.0);
 	}
 	cairo_new_path(canvas.drawing);

@@ -352,6 +352,11 @@ TEST_F(Paints, ComeInTheirOrderAndWithTheirOpacities)
 		 "10,30 000000f8~; 15,15 none~; 18,18 000000; 30,10 000000f8~"},
 		{"<rect x='10' y='10' width='40' height='20' rx='99' ry='99'/>",
 		 "11,11 none; 30,10 000000fe~; 30,29 000000fe~; 10,20 000000f0~"},
+		// Light has none.
+		{"<filter id='f' color-interpolation-filters='sRGB'><feDiffuseLighting lighting-color='rgba(0,255,0,.5)'>"
+		 "<feDistantLight elevation='90'/></feDiffuseLighting></filter><rect x='10' y='10' width='20' height='20' "
+		 "filter='url(#f)'/>",
+		 "20,20 00ff00"},
 	};
 	for (const Case& sample : cases)
 		ExpectPixels(sample.elements, sample.pixels);
@@ -426,6 +431,10 @@ TEST_F(Paints, MarkersStandOnTheVerticesAndTurnWithTheLine)
 				 "50,20 none; 47,20 none; 52,20 none");
 	ExpectPixels(marker("") + "<path d='M20 50A30 30 0 0 1 50 20A20 20 0 0 1 70 40' fill='none' marker-mid='url(#m)'/>",
 				 "47,20 ff0000; 52,20 0000ff");
+	// Two arcs that make a circle meet at a vertex, and a path that goes nowhere has its ends.
+	ExpectPixels(marker("") + "<path d='M20 50A30 30 0 0 1 80 50A30 30 0 0 1 20 50' fill='none' marker-mid='url(#m)'/>",
+				 "77,50 ff0000; 82,50 0000ff; 20,50 none; 50,20 none; 50,80 none");
+	ExpectPixels(marker("") + "<path d='M50 50' marker-start='url(#m)'/>", "47,50 ff0000; 52,50 0000ff; 55,50 none");
 }
 
 TEST_F(Paints, ImagesAreFittedAsTheyAreTold)

@@ -175,6 +175,10 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 	EXPECT_EQ("000000 40-54", ColumnOf(path + "<text><textPath side='right' path='M10 70v-60' startOffset='50%' "
 											  "xlink:href='#p'>█</textPath></text>",
 									   20));
+	// Paths stand in texts, and in links in them.
+	EXPECT_EQ("000000 30-44", ColumnOf(path + "<text><tspan><textPath xlink:href='#p'>█</textPath></tspan><a><textPath "
+											  "xlink:href='#p' startOffset='20'>█</textPath></a></text>",
+									   30));
 	// What leads nowhere is left out with its characters.
 	EXPECT_EQ("000000 10-24", RowOf("<text x='10' y='50'><textPath xlink:href='#q'>█</textPath>█</text>", 40));
 }
@@ -260,6 +264,10 @@ TEST_F(Texts, ClipMaskAndMeasureAsTheyAreDrawn)
 			  RowOf("<clipPath id='c'><text x='10' y='50'>█<tspan dx='20'>█</tspan></text></clipPath><rect "
 					"width='100' height='100' clip-path='url(#c)'/>",
 					40));
+	EXPECT_EQ("0000ff 50-50",
+			  ColumnOf("<clipPath id='c'><text x='10' y='50' font-size='40' text-decoration='underline'>nn</text>"
+					   "</clipPath><rect width='100' height='100' fill='#00f' clip-path='url(#c)'/>",
+					   36));
 	EXPECT_EQ("000000 10-24",
 			  RowOf("<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath><g "
 					"clip-path='url(#c)'><text x='10' y='50'>█<tspan x='50'>█</tspan></text></g>",
