@@ -314,6 +314,20 @@ private:
 		return _scene.limits.Pay(count * kCommandWork) && _scene.limits.Hold(count * kBytesPerCommand);
 	}
 
+	/// True for an element that names the line that its characters are aligned by.
+	static bool SaysBaseline(const Frame& frame) noexcept
+	{
+		switch (frame.GetKeyword(Key::dominantBaseline, SVGBaseline::automatic))
+		{
+		case SVGBaseline::automatic:
+		case SVGBaseline::noChange:
+		case SVGBaseline::resetSize:
+			return false;
+		default:
+			return true;
+		}
+	}
+
 	Result<int> AddSpan(const Frame& frame, int parent, int path) noexcept
 	{
 		const Style& style = frame.place.style;
@@ -349,13 +363,17 @@ private:
 			span.opacity = outer.opacity * (frame.effects.NeedsPicture() ? 1.0 : frame.effects.opacity);
 		}
 		ORVAN_TRY(_moved.Append(moved));
+		// A part of a text that has no line of its own takes that of what is around it.
+		SVGBaseline dominant = style.dominantBaseline;
+		if (parent >= 0 && !SaysBaseline(frame))
+			dominant = _dominant[static_cast<std::size_t>(parent)];
+		ORVAN_TRY(_dominant.Append(dominant));
 		const auto alignment = frame.GetKeyword(Key::alignmentBaseline, SVGBaseline::automatic);
 		const bool isAligned = alignment != SVGBaseline::automatic && alignment != SVGBaseline::baseline;
 		// Letters that are all turned stand on their baseline, others beside it in the middle.
 		const bool isUpright = HasUprightLetters(style);
-		const double baseline = span.font != nullptr ? GetBaseline(isAligned ? alignment : style.dominantBaseline,
-																   span.font->metrics, isUpright)
-													 : 0.0;
+		const double baseline =
+			span.font != nullptr ? GetBaseline(isAligned ? alignment : dominant, span.font->metrics, isUpright) : 0.0;
 		span.shift = moved - baseline * span.size;
 		ORVAN_TRY(_content._spans.Append(span));
 		return static_cast<int>(_content._spans.GetCount()) - 1;
@@ -459,8 +477,9 @@ private:
 
 	Scene& _scene;
 	TextContent& _content;
-	BaseArray<Lists> _lists;  ///< Of the elements that are open.
-	BaseArray<double> _moved; ///< How far each span is moved upwards, those around it included.
+	BaseArray<Lists> _lists;          ///< Of the elements that are open.
+	BaseArray<SVGBaseline> _dominant; ///< The line that each span is aligned by.
+	BaseArray<double> _moved;         ///< How far each span is moved upwards, those around it included.
 	std::size_t _bytes = 0;
 	bool _isFull = false;
 };

@@ -236,6 +236,13 @@ TEST_F(Texts, BaselinesMoveLettersUpAndDown)
 {
 	EXPECT_EQ("000000 22-44", ColumnOf("<text x='10' y='50' baseline-shift='10'>█</text>", 15));
 	EXPECT_EQ("000000 50-72", ColumnOf("<text x='10' y='50' dominant-baseline='text-before-edge'>█</text>", 15));
+	for (const char* kept : {"auto", "no-change", "reset-size"})
+		EXPECT_EQ("000000 50-72",
+				  ColumnOf(std::string("<text x='10' y='50' dominant-baseline='text-before-edge'><tspan "
+									   "dominant-baseline='") +
+							   kept + "'>█</tspan></text>",
+						   15))
+			<< kept;
 	EXPECT_EQ("000000 19-40", ColumnOf("<text x='10' y='50' baseline-shift='10'><tspan baseline-shift='50%' "
 									   "alignment-baseline='central'>█</tspan></text>",
 									   15));
