@@ -192,14 +192,15 @@ std::string Archive::ReadContent(archive_entry* entry)
 		std::size_t size = 0;
 		std::int64_t offset = 0;
 		const int status = archive_read_data_block(_reader.get(), &block, &size, &offset);
-		if (status == ARCHIVE_EOF)
-			return bytes;
-		if (status != ARCHIVE_OK)
+		if (status != ARCHIVE_OK && status != ARCHIVE_EOF)
 			Fail();
 		// What the header says may be wrong.
 		if (offset + static_cast<std::int64_t>(size) > kMost)
 			throw std::runtime_error("It is too large.");
-		bytes.resize(static_cast<std::size_t>(offset)); // Sparse files have holes.
+		// Sparse files have holes, maybe at their ends.
+		bytes.resize(std::max(bytes.size(), static_cast<std::size_t>(offset)));
+		if (status == ARCHIVE_EOF)
+			return bytes;
 		bytes.append(static_cast<const char*>(block), size);
 	}
 }

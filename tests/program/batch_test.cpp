@@ -94,6 +94,8 @@ TEST_F(Batches, RefuseWhatMakesNoSense)
 TEST(RowsOfJson, KeepEveryByteOfAName)
 {
 	EXPECT_EQ("\"a\\\"\\\\\\u0009\u00fc\U0001f600\"", batch::ToJson("a\"\\\t\u00fc\U0001f600"));
+	EXPECT_EQ("\"\u0080\u0800\ud7ff\U00010000\U0010ffff\"", batch::ToJson("\u0080\u0800\ud7ff\U00010000\U0010ffff"))
+		<< "The least and the largest of each length.";
 	// What is no UTF-8: a lone byte, one cut off, a longer form than needed, a surrogate, beyond the last character.
 	EXPECT_EQ("\"\\udcff\\udcc3(\"", batch::ToJson("\xff\xc3("));
 	EXPECT_EQ("\"\\udcc0\\udcaf\\udced\\udca0\\udc80\"", batch::ToJson("\xc0\xaf\xed\xa0\x80"));

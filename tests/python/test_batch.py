@@ -45,6 +45,7 @@ class Batches(TestCase):
             name = f"inner/{number:02}.svg" if number % 3 else f"{number:02}.svg"
             (self.art / name).write_text(PATH % number if number != 7 else "<svg>\n<g></svg>")
         (self.art / "notes.txt").write_text("no drawing")
+        (self.art / "again").symlink_to("inner")  # A link to a folder is not followed.
 
     def run_batch(self, name, sources=None, **options):
         """Runs and returns the results: every file below the folder, and all rows."""
@@ -64,6 +65,7 @@ class Batches(TestCase):
         refused = [row for row in rows if row["outcome"] != "done"]
         self.assertEqual([(row["outcome"], os.path.basename(row["input"]), row["line"]) for row in refused],
                          [("refused", "07.svg", 2)])
+        self.assertFalse([row for row in rows if "left_out" in row], "what is said of one is not said of the next")
         with numpy.load(self.folder / "jobs1/00000000/columns.npz") as columns:
             done = [row["number"] for row in rows[:8] if row["outcome"] == "done"]
             self.assertEqual(columns["inputs"].tolist(), done)
@@ -108,8 +110,10 @@ class Batches(TestCase):
             number = {"zipped.svg": "03", "ü.svg": "06", "06.svg": "06"}.get(os.path.basename(row["input"]), "00")
             number = "00" if "a.tar" in row["input"] else number
             self.assertEqual(row["sha256"], hashlib.sha256((self.art / f"{number}.svg").read_bytes()).hexdigest())
-        with self.assertRaises(FileNotFoundError):
-            self.run_batch("none", [self.art, f"{self.folder}/missing"])
+        for missing in ("missing", "missing*", "list**"):
+            for source in (f"{self.folder}/{missing}", f"@{self.folder}/{missing}"):
+                with self.assertRaises(FileNotFoundError, msg=source):
+                    self.run_batch("none", [self.art, source])
         self.assertFalse((self.folder / "none").exists(), "nothing is begun")
 
     def test_damaged_archives_cost_rows(self):
@@ -135,19 +139,23 @@ class Batches(TestCase):
                 content[at] = byte
             return bytes(content)
 
-        # The second is so large that nobody reads over it.
-        drawings = {"a.svg": b"<svg/>", "b.svg": b"<svg>" + b" " * 200000 + b"</svg>", "c.svg": b"<svg></svg>"}
+        # The first has holes where it is sparse; the second is so large that nobody reads over it.
+        with open(self.folder / "a.svg", "wb") as file:
+            file.write(b"<svg/>")
+            file.truncate(1 << 20)
+        drawings = {"a.svg": b"<svg/>", "b.svg": b"<svg>" + b" " * 200000 + b"</svg>", "ü.svg": b"<svg></svg>"}
         tar, zipped = make_tar(), make_zip()
         frame = lambda piece, last: (len(piece) << 3 | last).to_bytes(3, "little") + piece  # Of zstd, not compressed.
         zstd = (b"\x28\xb5\x2f\xfd\xa0" + len(tar).to_bytes(4, "little") + b"".join(
             frame(tar[at:at + (1 << 16)], at + (1 << 16) >= len(tar)) for at in range(0, len(tar), 1 << 16)))
-        # What is in each archive, d: done, u: unreadable; and last, ! when the archive is.
+        # What is in each archive, d: done, r: refused, u: unreadable; and last, ! when the archive is.
         cases = {"whole.tar": (tar, "ddd"), "one-end.tar": (tar[:-512], "ddd"), "no-end.tar": (tar[:-1024], "ddd!"),
                  "head.tar": (tar[:1200], "d!"), "between.tar": (tar[:1024], "d!"), "content.tar": (tar[:9000], "du!"),
                  "padding.tar": (tar[:600], "d!"), "empty.tar": (b"", "!"), "none.tar": (b"no tar" * 999, "!"),
                  "sum.tar": (b"x" + tar[1:], "!"), "sum2.tar": (tar[:1024] + b"x" + tar[1025:], "d!"),
                  "huge.tar": (make_tar(size=1 << 33), "u!"), "beyond.tar": (make_tar(size=1 << 29), "u!"),
                  "dots.tar": (make_tar(name="../../a.svg"), "ddd"), "root.tar": (make_tar(name="/a.svg"), "ddd"),
+                 "sparse.tar": (subprocess.run(["tar", "-cSC", self.folder, "a.svg"], stdout=subprocess.PIPE, check=True).stdout, "r"),
                  "link.tar": (make_tar(type=tarfile.LNKTYPE, size=0, linkname="/etc/passwd")[:512] + tar[1024:], "dd"),
                  "whole.tgz": (gzip.compress(tar), "ddd"), "cut.tar.gz": (gzip.compress(tar)[:-400], "!"),
                  "whole.tar.xz": (lzma.compress(tar), "ddd"), "flipped.txz": (lzma.compress(tar)[:-40], "du!"),
@@ -169,10 +177,10 @@ class Batches(TestCase):
             row = json.loads(path.read_text())
             name, _, member = row["input"].removeprefix(f"{self.folder}/bad/").partition("/")
             found[name] += row["outcome"][0] if member else "!"
-            if row["outcome"] == "done":
-                self.assertEqual(row["sha256"], hashlib.sha256(drawings[os.path.basename(member)]).hexdigest())
-            else:
-                self.assertTrue(row["message"])
+            if "sha256" in row:
+                content = (self.folder / "a.svg").read_bytes() if name == "sparse.tar" else drawings[os.path.basename(member)]
+                self.assertEqual(row["sha256"], hashlib.sha256(content).hexdigest(), row)
+            self.assertTrue(row["outcome"] == "done" or row["message"])
         self.assertEqual(found, {name: outcomes for name, (_, outcomes) in cases.items()})
 
     def test_tells_what_paths_come_from(self):
@@ -187,7 +195,10 @@ class Batches(TestCase):
             with numpy.load(self.folder / clips / "00000000/columns.npz") as columns:
                 self.assertEqual(columns["elements"].tolist(), [*places, 1])
                 self.assertEqual(columns["inputs"].tolist(), [0] * len(places) + [1])
-                numpy.testing.assert_array_equal(columns["points"][:-2], paths.points)
+                for of in ("command", "point"):
+                    self.assertEqual(columns[f"{of}_offsets"][-1], len(columns[f"{of}s"]))
+                for name, column in paths.columns().items():
+                    numpy.testing.assert_array_equal(columns[name][:len(column)], column, name)
             self.assertEqual((rows[0]["unclipped"], rows[0]["paths"]), (paths.unclipped_count, len(places)))
 
     def test_makes_thumbnails(self):
@@ -195,6 +206,7 @@ class Batches(TestCase):
         with tarfile.open(self.folder / "out/00000000/files.tar") as archive:
             names = archive.getnames()
             self.assertEqual(names, ["0000000000.png", "0000000001.png"])
+            self.assertEqual({(member.mode, member.mtime, member.uid, member.uname) for member in archive}, {(0o644, 0, 0, "")})
             self.assertEqual(archive.extractfile(names[0]).read()[:8], b"\x89PNG\r\n\x1a\n")
 
     def test_tells_boxes(self):
@@ -239,6 +251,20 @@ class Batches(TestCase):
         for row in rows:
             self.assertEqual(hashlib.sha256(pathlib.Path(row["input"]).read_bytes()).hexdigest(), row["sha256"])
 
+    def test_reads_packed_drawings_plainly_and_writes_what_is_there_but_once(self):
+        (self.art / "p.svgz").write_bytes(gzip.compress(b'<svg><g fill="none"/></svg>'))
+        (self.art / "q.svgz").write_bytes(gzip.compress(b'<svg><g fill="odd"/></svg>' * 9)[:-9])
+        files, rows = self.run_batch("out", [self.art / "p.svgz", self.art / "q.svgz"], complete=False, tolerant=False)
+        self.assertEqual([row["outcome"] for row in rows], ["done", "failed"])
+        _, (row,) = self.run_batch("found", [self.art / "00.svg"], style_sheet="path { fill: odd }", operation="columns")
+        self.assertEqual((row["outcome"], row["finding_count"]), ("done", 1))
+        # Two workers may have made the same shard: that of the first stays.
+        inputs = list(batch._core.InputList([str(self.art / "00.svg")]))
+        batch._core.run_chunk(str(self.folder / "out/00000000"), 0, inputs, {}, batch._core.BatchOptions(),
+                              batch._core.InputReader(), bytearray(8))
+        self.assertEqual([path.name for path in (self.folder / "out").iterdir() if path.is_dir()], ["00000000"])
+        self.assertEqual((self.folder / "out/00000000/rows.jsonl").read_bytes(), files["00000000/rows.jsonl"])
+
     def test_goes_on_where_it_was_interrupted(self):
         whole, _ = self.run_batch("out")
         for name in ("00000001", "00000003"):
@@ -248,9 +274,19 @@ class Batches(TestCase):
         self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8, memory=MEMORY), 2)
         self.assertEqual(self.run_batch("out")[0], whole)
         self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8, memory=MEMORY), 0)
-        for options in ({"operation": "check"}, {"deadline": 5.0}, {"operation": "odd"}, {"size": 0}):
-            with self.assertRaises(ValueError):
+        # Another run, whatever it is that differs; and what makes no sense anywhere.
+        for options in ({"operation": "check"}, {"complete": False}, {"tolerant": False}, {"style_sheet": "g {}"}, {"size": 9},
+                        {"strokes": "outlined"}, {"stroke_tolerance": 1}, {"flatten": 1}, {"grid": 1}, {"precision": 1},
+                        {"clips": "applied"}, {"deadline": 5.0}, {"memory": MEMORY + 1}, {"sources": [self.art / "00.svg"]}):
+            with self.assertRaises(ValueError, msg=options):
                 self.run_batch("out", **options)
+        for options in ({"operation": "odd"}, {"size": 0}, {"size": 16385}, {"strokes": "odd"}, {"stroke_tolerance": 0},
+                        {"flatten": -1}, {"grid": float("inf")}, {"precision": float("nan")}, {"clips": "kept"}, {"deadline": 0},
+                        {"memory": -1}, {"style_sheet": "g {}", "complete": False}):
+            with self.assertRaises(ValueError, msg=options):
+                self.run_batch("none", **options)
+        with self.assertRaises(ValueError):
+            batch.run([self.art], self.folder / "none", chunk_size=0)
 
     def test_runs_the_chunk_of_a_killed_worker_again(self):
         # The worker waits at a fifo until it is killed; then a drawing stands there.
