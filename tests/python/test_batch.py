@@ -319,16 +319,18 @@ class Batches(TestCase):
         children = pathlib.Path(f"/proc/{program.pid}/task/{program.pid}/children")
         ended = None
         for _ in range(2):
-            while (worker := children.read_text().split()[:1]) in ([], ended):
+            while (worker := children.read_text().split()[:1]) in ([], ended) and program.poll() is None:
                 time.sleep(0.01)
             writer = None
-            while writer is None:  # Nobody can write before the worker waits for it.
+            while writer is None and program.poll() is None:  # Nobody can write before the worker waits for it.
+                time.sleep(0.01)
                 with contextlib.suppress(OSError):
                     writer = os.open(stuck, os.O_WRONLY | os.O_NONBLOCK)
+            # Only when nobody writes any more the next worker begins, which would not wait otherwise.
+            os.kill(program.pid, signal.SIGSTOP)
             os.kill(int(worker[0]), signal.SIGKILL)
-            while children.read_text().split()[:1] == worker:
-                time.sleep(0.01)
             os.close(writer)
+            os.kill(program.pid, signal.SIGCONT)
             ended = worker
         self.assertEqual(program.communicate()[0], b"19 done, 2 not, 0 there already\n")
         row = json.loads((output / "00000000/rows.jsonl").read_text().splitlines()[-1])
