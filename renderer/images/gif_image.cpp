@@ -19,10 +19,24 @@ struct CloseDecoder
 
 using Decoder = std::unique_ptr<GifFileType, CloseDecoder>;
 
-/// Hands over the next bytes of the file that the decoder was opened with.
+/// What the decoder was opened with.
+struct File
+{
+	Bytes rest;
+	bool isInPicture = false; ///< What follows are blocks, with a byte in front of each that says how long it is.
+};
+
+/// Hands over the next bytes. The block at whose inside a file is cut off is said to end there: the decoder takes whole
+/// ones only.
 int ReadNext(GifFileType* decoder, GifByteType* to, int size) noexcept
 {
-	Bytes& rest = *static_cast<Bytes*>(decoder->UserData);
+	auto& [rest, isInPicture] = *static_cast<File*>(decoder->UserData);
+	if (isInPicture && size == 1 && !rest.empty() && rest[0] >= rest.size())
+	{
+		*to = static_cast<GifByteType>(rest.size() - 1);
+		rest = rest.subspan(1);
+		return 1;
+	}
 	const std::size_t count = std::min(rest.size(), static_cast<std::size_t>(size));
 	std::copy_n(rest.begin(), count, to);
 	rest = rest.subspan(count);
@@ -63,8 +77,8 @@ std::uint32_t GetPixel(const ColorMapObject* colors, int number) noexcept
 		   color.Blue;
 }
 
-/// Unpacks the picture that was found into the place that it has in the whole. Of damaged ones the rows before that
-/// are there.
+/// Unpacks the picture that was found into the place that it has in the whole. Of damaged ones the whole rows
+/// before that are there.
 bool DecodePicture(GifFileType* decoder, int transparent, filters::Raster& raster) noexcept
 {
 	const GifImageDesc& picture = decoder->Image;
@@ -102,10 +116,12 @@ bool DecodePicture(GifFileType* decoder, int transparent, filters::Raster& raste
 
 filters::Raster DecodeGif(Bytes file, const Bounds& bounds) noexcept
 {
-	const Decoder decoder(DGifOpen(&file, &ReadNext, nullptr));
+	File source{file};
+	const Decoder decoder(DGifOpen(&source, &ReadNext, nullptr));
 	int transparent = NO_TRANSPARENT_COLOR;
 	if (decoder == nullptr || !FindPicture(decoder.get(), transparent))
 		return {};
+	source.isInPicture = true;
 	filters::Raster raster = MakePixels(decoder->SWidth, decoder->SHeight, bounds);
 	if (raster.GetBox().IsEmpty() || !DecodePicture(decoder.get(), transparent, raster))
 		return {};

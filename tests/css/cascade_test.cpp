@@ -90,6 +90,7 @@ TEST(CssCascade, PutsNestedRulesInPlace)
 	EXPECT_EQ(collect("rect{x:1;&{x:2}x:3}"), "1 2 3");
 	EXPECT_EQ(collect("g{rect{x:1}>rect{x:2}& > rect{x:3}~ rect{x:4}&rect{x:5}}"), "1 2 3");
 	EXPECT_EQ(collect("rect{.x &{x:1}&.b{x:2}.b&{x:3}:not(&){x:4}g:has(&){x:5}&&{x:6}}"), "6 1 2 3");
+	EXPECT_EQ(collect("rect{.y &{x:1}svg>.x &{x:2}}"), "2");
 	EXPECT_EQ(collect("g,#q{rect{x:1}}.x rect{x:2}"), "2 1");
 	EXPECT_EQ(collect("#q,g{&>rect{x:1}}.x,.z{rect{x:2}}"), "2 1");
 	EXPECT_EQ(collect("svg{g{rect{x:1}:is(&) rect{x:2}+ g{x:3}}}.x{.b{x:4}}"), "1 2 4");
@@ -106,6 +107,34 @@ TEST(CssCascade, TakesTheWeightiestSelectorOfAList)
 	sheet.Add("#a,rect{x:1}.b{x:2}rect,.b{x:3}", {});
 	Cascade cascade(sheet, tree);
 	EXPECT_EQ(Collect(cascade, &tree.nodes[1]), "2 3 1");
+}
+
+TEST(CssCascade, WeighsWhatElementsHaveAndWhatStandsForTheRuleAround)
+{
+	const Tree tree = MakeTree("svg(g.g(rect#a.b))");
+	StyleSheet sheet;
+	sheet.Add("g:has(#a) rect{x:1}.g .b{x:2}svg{x:3}&{x:4}", {});
+	Cascade cascade(sheet, tree);
+	EXPECT_EQ(Collect(cascade, &tree.nodes[2]), "2 1");
+	EXPECT_EQ(Collect(cascade, &tree.nodes[0]), "4 3");
+}
+
+TEST(CssCascade, TakesPrefixesForWhatTheyWereDeclaredAs)
+{
+	const Tree tree = MakeTree("svg(rect#a)");
+	const auto collect = [&tree](std::string_view text)
+	{
+		StyleSheet sheet;
+		sheet.Add(text, {});
+		Cascade cascade(sheet, tree);
+		return Collect(cascade, &tree.nodes[1]);
+	};
+	const std::string both = "@namespace s 'http://www.w3.org/2000/svg';@namespace o 'u';";
+	EXPECT_EQ(collect(both + "s|rect{x:1}o|rect{x:2}*|rect{x:3}|rect{x:4}rect{x:5}"), "1 3 5");
+	EXPECT_EQ(collect(both + "[s|id]{x:1}[*|id]{x:2}[|id]{x:3}"), "2 3");
+	EXPECT_EQ(collect("@namespace 'u';rect{x:1}*|rect{x:2}"), "2");
+	EXPECT_EQ(collect("@namespace 'http://www.w3.org/2000/svg';rect{x:1}"), "1");
+	EXPECT_EQ(collect("@namespace s 'u';@namespace s 'http://www.w3.org/2000/svg';s|rect{x:1}"), "1");
 }
 
 TEST(CssCascade, FindsRulesByIdClassAndType)

@@ -180,6 +180,7 @@ TEST(CssSelectors, AskForWhatElementsHave)
 		{"g:has(g rect)", "e"},
 		{"g:has(> g > rect):not(:has(circle))", "e"},
 		{":has(+ a)", "e"},
+		{":has(+ #d)", "c"},
 		{"g:has(~ g)", "ae"},
 		{":has(+ g > g)", "a"},
 		{":has(~ g rect)", "a"},

@@ -70,6 +70,20 @@ TEST(ImagePixels, WhatIsDamagedOrTooLargeIsNothing)
 		EXPECT_TRUE(DecodeText(text, bounds).GetBox().IsEmpty()) << text;
 }
 
+TEST(ImagePixels, GifFilesShowTheRowsBeforeTheyAreCutOff)
+{
+	const filters::Raster whole = DecodeText(kGif, {1e6});
+	// Two of four bytes: the code to clear, and the four pixels of the first row.
+	const filters::Raster part = DecodeText(kGif.substr(0, kGif.size() - 4), {1e6});
+	ASSERT_EQ(8u, part.GetCount());
+	for (int x = 0; x < 4; x++)
+	{
+		EXPECT_EQ(whole.At(x, 0), part.At(x, 0)) << x;
+		EXPECT_EQ(0u, part.At(x, 1)) << x;
+	}
+	EXPECT_EQ(0xFFFF0000u, part.At(0, 0));
+}
+
 TEST(ImagePixels, PngFilesShowAsFarAsTheyGo)
 {
 	// Two rows of two pixels, stored unpacked: red and green, then blue and white.
