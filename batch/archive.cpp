@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "batch/archive.h"
 
+#include "batch/archive_library.h"
+
 #include "batch/inflating.h"
 
 #include <algorithm>
-#include <archive.h>
-#include <archive_entry.h>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -72,14 +72,14 @@ Archive::~Archive() = default;
 
 void Archive::Closer::operator()(archive* reader) const noexcept
 {
-	archive_read_free(reader);
+	LibArchive().archive_read_free(reader);
 }
 
 void Archive::Fail() const
 {
-	if (archive_errno(_reader.get()) == ENOMEM)
+	if (LibArchive().archive_errno(_reader.get()) == ENOMEM)
 		throw std::bad_alloc();
-	const char* message = archive_error_string(_reader.get());
+	const char* message = LibArchive().archive_error_string(_reader.get());
 	throw std::runtime_error(message != nullptr ? message : "The archive is damaged.");
 }
 
@@ -95,7 +95,7 @@ std::ptrdiff_t Archive::GiveBytes(archive* reader, void* self, const void** byte
 	}
 	catch (const std::runtime_error& error)
 	{
-		archive_set_error(reader, EIO, "%s", error.what());
+		LibArchive().archive_set_error(reader, EIO, "%s", error.what());
 		return -1;
 	}
 }
@@ -110,44 +110,46 @@ std::int64_t Archive::Skip(archive*, void* self, std::int64_t count)
 void Archive::Begin(std::uint64_t offset)
 {
 	_base = _next = offset;
-	_reader.reset(archive_read_new());
+	_reader.reset(LibArchive().archive_read_new());
 	archive* const reader = _reader.get();
 	if (reader == nullptr)
 		throw std::bad_alloc();
 	if (_isPacked)
 	{
-		archive_read_support_filter_gzip(reader);
-		archive_read_support_filter_xz(reader);
-		archive_read_support_filter_zstd(reader);
+		LibArchive().archive_read_support_filter_gzip(reader);
+		LibArchive().archive_read_support_filter_xz(reader);
+		LibArchive().archive_read_support_filter_zstd(reader);
 	}
 	// ZIPs by their members, too: the library would have their directory in memory as a whole, and be slow to come to a
 	// member. That the format is said lets it begin anywhere.
 	if (_isZip)
-		archive_read_support_format_zip_streamable(reader);
+		LibArchive().archive_read_support_format_zip_streamable(reader);
 	else
-		archive_read_support_format_tar(reader);
-	archive_read_set_format(reader, _isZip ? ARCHIVE_FORMAT_ZIP : ARCHIVE_FORMAT_TAR);
-	archive_read_set_callback_data(reader, this);
-	archive_read_set_read_callback(reader, &GiveBytes);
-	if (archive_read_set_skip_callback(reader, &Skip) != ARCHIVE_OK || archive_read_open1(reader) != ARCHIVE_OK)
+		LibArchive().archive_read_support_format_tar(reader);
+	LibArchive().archive_read_set_format(reader, _isZip ? ARCHIVE_FORMAT_ZIP : ARCHIVE_FORMAT_TAR);
+	LibArchive().archive_read_set_callback_data(reader, this);
+	LibArchive().archive_read_set_read_callback(reader, &GiveBytes);
+	if (LibArchive().archive_read_set_skip_callback(reader, &Skip) != ARCHIVE_OK ||
+		LibArchive().archive_read_open1(reader) != ARCHIVE_OK)
 		Fail();
 }
 
 std::uint64_t Archive::GetPosition() const
 {
-	return _base + static_cast<std::uint64_t>(archive_read_header_position(_reader.get()));
+	return _base + static_cast<std::uint64_t>(LibArchive().archive_read_header_position(_reader.get()));
 }
 
 archive_entry* Archive::NextEntry()
 {
 	archive_entry* entry = nullptr;
-	const int status = archive_read_next_header(_reader.get(), &entry);
+	const int status = LibArchive().archive_read_next_header(_reader.get(), &entry);
 	if (status == ARCHIVE_OK || status == ARCHIVE_WARN)
 		return entry;
 	if (status != ARCHIVE_EOF)
 		Fail();
 	// A tar ends with a block of zeros: without it there may have been more members.
-	if (!_isZip && archive_filter_bytes(_reader.get(), 0) == archive_read_header_position(_reader.get()))
+	if (!_isZip &&
+		LibArchive().archive_filter_bytes(_reader.get(), 0) == LibArchive().archive_read_header_position(_reader.get()))
 		throw std::runtime_error("The archive is cut off.");
 	return nullptr;
 }
@@ -163,9 +165,10 @@ std::optional<ArchiveMember> Archive::Next()
 			Begin(0);
 		while (archive_entry* const entry = NextEntry())
 		{
-			if (archive_entry_filetype(entry) != AE_IFREG || archive_entry_hardlink(entry) != nullptr)
+			if (LibArchive().archive_entry_filetype(entry) != AE_IFREG ||
+				LibArchive().archive_entry_hardlink(entry) != nullptr)
 				continue;
-			const char* const name = archive_entry_pathname(entry);
+			const char* const name = LibArchive().archive_entry_pathname(entry);
 			if (name == nullptr)
 				throw std::runtime_error("The name of a member is damaged.");
 			return ArchiveMember{name, std::to_string(GetPosition())};
@@ -183,7 +186,7 @@ std::optional<ArchiveMember> Archive::Next()
 std::string Archive::ReadContent(archive_entry* entry)
 {
 	constexpr auto kMost = static_cast<std::int64_t>(kMostBytes);
-	if (archive_entry_size(entry) > kMost)
+	if (LibArchive().archive_entry_size(entry) > kMost)
 		throw std::runtime_error("It is too large.");
 	std::string bytes;
 	while (true)
@@ -191,7 +194,7 @@ std::string Archive::ReadContent(archive_entry* entry)
 		const void* block = nullptr;
 		std::size_t size = 0;
 		std::int64_t offset = 0;
-		const int status = archive_read_data_block(_reader.get(), &block, &size, &offset);
+		const int status = LibArchive().archive_read_data_block(_reader.get(), &block, &size, &offset);
 		if (status != ARCHIVE_OK && status != ARCHIVE_EOF)
 			Fail();
 		// What the header says may be wrong.

@@ -24,6 +24,7 @@ set(CPACK_COMPONENTS_ALL program development)
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME orvan-svg)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "libarchive13 (>= 3.6)") # Batches load it when they need it.
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "program and modules that load, edit and draw SVG files
 The program looks at SVG files as trees of typed elements, draws them, edits
 them without touching what was not meant, measures them, and tells which files
@@ -48,7 +49,7 @@ if(TARGET orvan_svg_python)
 	set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-orvan-svg)
 	set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
 	set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
-		"orvan-svg ${same_version}, python3 (>= ${python_versions}), python3-numpy")
+		"orvan-svg ${same_version}, python3 (>= ${python_versions}), python3-numpy, libarchive13 (>= 3.6)")
 	set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-distributed)
 	set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
 		"${PROJECT_SOURCE_DIR}/packaging/postinst;${PROJECT_SOURCE_DIR}/packaging/prerm")
