@@ -8,6 +8,7 @@
 #include "tokenizer.h"
 
 #include <cstddef>
+#include <new>
 #include <string_view>
 
 namespace orvan::css
@@ -106,7 +107,14 @@ private:
 	std::string_view Name() const;
 
 	template <typename T>
-	T* New();
+	T* New()
+	{
+		return new (_arena.allocate(sizeof(T), alignof(T))) T();
+	}
+
+	static constexpr std::string_view kUnexpected = "The selector has something unexpected.";
+	static constexpr std::string_view kUnknownPseudo = "The selector has an unknown pseudo-class or pseudo-element.";
+	static constexpr std::string_view kTooLong = "The selector is too long, or nested too deep.";
 
 	Tokenizer& _tokens;
 	Arena& _arena;
