@@ -58,6 +58,13 @@ private:
 	SVGRenderPixels _pixels;
 };
 
+/// Elements, and what `RendererTest::ExpectPixels` is to find in their picture.
+struct PixelCase
+{
+	const char* elements;
+	const char* pixels;
+};
+
 /// Loads the renderer beside the SVG module.
 class RendererTest : public SvgModuleTest
 {
