@@ -17,7 +17,7 @@ build_packages=(
 )
 test_packages=(
 	binutils clang clang-format clang-tidy doxygen
-	dpkg-dev python3-pip-whl                       # packages of what is built
+	dpkg-dev file python3-pip-whl                  # packages of what is built
 	python3-distributed                            # a cluster for the Python package
 	python3 python3-numpy python3-pil librsvg2-bin # pictures to compare with
 	fonts-dejavu                                   # what their texts are written in
