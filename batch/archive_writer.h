@@ -22,7 +22,7 @@ enum class ArchiveFormat
 class ArchiveWriter
 {
 public:
-	/// Throws `std::bad_alloc`.
+	/// Throws `std::bad_alloc`, and `std::runtime_error` when the library is not there.
 	explicit ArchiveWriter(ArchiveFormat format);
 	ArchiveWriter(const ArchiveWriter&) = delete;
 
