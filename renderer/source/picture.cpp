@@ -4,6 +4,7 @@
 #include "drawing/document_size.h"
 #include "drawing/lengths.h"
 #include "drawing/limits.h"
+#include "images/png_writer.h"
 
 #include <cairo-pdf.h>
 
@@ -76,12 +77,6 @@ cairo_status_t AppendToPage(void* page, const unsigned char* bytes, unsigned int
 {
 	const bool isOk = static_cast<BaseArray<unsigned char>*>(page)->AppendAll(bytes, count).IsOk();
 	return isOk ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_NO_MEMORY;
-}
-
-cairo_status_t WriteToFile(void* file, const unsigned char* bytes, unsigned int count) noexcept
-{
-	const bool isOk = std::fwrite(bytes, 1, count, static_cast<std::FILE*>(file)) == count;
-	return isOk ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
 } // namespace
@@ -163,16 +158,25 @@ Result<void> Picture::Write(const String& path) noexcept
 	std::FILE* const file = std::fopen(path.CString(), "wb");
 	if (file == nullptr)
 		return IoError(url, "The file cannot be written: @.", std::string_view(std::strerror(errno)));
-	cairo_status_t status = CAIRO_STATUS_SUCCESS;
+	bool isWritten = false;
+	errno = 0;
 	if (_output == SVGRenderOutput::page)
-		status = WriteToFile(file, _page->begin(), static_cast<unsigned int>(_page->GetCount()));
+	{
+		isWritten = std::fwrite(_page->begin(), 1, _page->GetCount(), file) == _page->GetCount();
+	}
 	else
-		status = cairo_surface_write_to_png_stream(_surface.get(), &WriteToFile, file);
+	{
+		cairo_surface_t* const surface = _surface.get();
+		isWritten =
+			images::WritePng(file, {cairo_image_surface_get_data(surface), cairo_image_surface_get_width(surface),
+									cairo_image_surface_get_height(surface), cairo_image_surface_get_stride(surface)});
+	}
+	const bool isWithoutMemory = !isWritten && errno == ENOMEM;
 	// Closing writes what is still in the buffer: a full disk may show only there.
 	const bool isClosed = std::fclose(file) == 0;
-	if (status == CAIRO_STATUS_NO_MEMORY)
+	if (isWithoutMemory)
 		return OutOfMemoryError();
-	if (status != CAIRO_STATUS_SUCCESS || !isClosed)
+	if (!isWritten || !isClosed)
 		return IoError(url, "The file could not be written to its end.");
 	return {};
 }

@@ -4,9 +4,13 @@
 #include "images/data_url.h"
 #include "images/image_data.h"
 #include "images/orientation.h"
+#include "images/png_writer.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
+#include <memory>
 #include <string>
 
 namespace orvan::images
@@ -44,6 +48,42 @@ const std::string kGif("GIF89a\x04\0\x02\0\x80\0\0\xFF\0\0\0\xFF\0!\xF9\x04\x01\
 filters::Raster DecodeText(const std::string& text, const Bounds& bounds)
 {
 	return Decode({reinterpret_cast<const unsigned char*>(text.data()), text.size()}, bounds);
+}
+
+/// The PNG file of a picture of 2 by 2 pixels.
+std::string Written(const std::uint32_t* first, std::ptrdiff_t stride)
+{
+	const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
+	EXPECT_TRUE(WritePng(file.get(), {reinterpret_cast<const unsigned char*>(first), 2, 2, stride}));
+	std::string bytes(static_cast<std::size_t>(std::ftell(file.get())), '\0');
+	std::rewind(file.get());
+	EXPECT_EQ(bytes.size(), std::fread(bytes.data(), 1, bytes.size(), file.get()));
+	return bytes;
+}
+
+TEST(ImagePixels, PngFilesHoldWhatWasWritten)
+{
+	constexpr std::size_t kColorType = 25;
+	// A row of three words, of which the last does not belong to the picture.
+	const std::array<std::uint32_t, 6> seeThrough{0x80402010, 0, 7, 0xFF112233, 0x01010000, 7};
+	const std::string file = Written(seeThrough.data(), 12);
+	const filters::Raster read = DecodeText(file, {100.0});
+	ASSERT_EQ(4u, read.GetCount());
+	EXPECT_EQ(0x80402010u, read.At(0, 0));
+	EXPECT_EQ(0u, read.At(1, 0));
+	EXPECT_EQ(0xFF112233u, read.At(0, 1));
+	EXPECT_EQ(0x01010000u, read.At(1, 1));
+	EXPECT_EQ(6, file[kColorType]) << "with alpha";
+
+	const std::array<std::uint32_t, 4> opaque{0xFF000001, 0xFF000200, 0xFF030000, 0xFFFFFFFF};
+	const std::string upsideDown = Written(opaque.data() + 2, -8);
+	EXPECT_EQ(2, upsideDown[kColorType]) << "without alpha";
+	EXPECT_EQ(0xFF030000u, DecodeText(upsideDown, {100.0}).At(0, 0));
+	EXPECT_EQ(0xFF000200u, DecodeText(upsideDown, {100.0}).At(1, 1));
+
+	const std::unique_ptr<std::FILE, int (*)(std::FILE*)> full(std::fopen("/dev/full", "wb"), &std::fclose);
+	std::setbuf(full.get(), nullptr);
+	EXPECT_FALSE(WritePng(full.get(), {reinterpret_cast<const unsigned char*>(opaque.data()), 2, 2, 8}));
 }
 
 TEST(ImagePixels, WhatIsDamagedOrTooLargeIsNothing)
