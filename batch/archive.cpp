@@ -154,6 +154,15 @@ archive_entry* Archive::NextEntry()
 	return nullptr;
 }
 
+std::string Archive::GetPlace(archive_entry* entry) const
+{
+	const bool hasHoles = LibArchive().archive_entry_sparse_count(entry) > 0;
+	if (_isZip || _isPacked || hasHoles)
+		return std::to_string(GetPosition());
+	const auto begin = _base + static_cast<std::uint64_t>(LibArchive().archive_filter_bytes(_reader.get(), 0));
+	return std::to_string(begin) + '+' + std::to_string(LibArchive().archive_entry_size(entry));
+}
+
 std::optional<ArchiveMember> Archive::Next()
 {
 	if (_isListed)
@@ -171,7 +180,8 @@ std::optional<ArchiveMember> Archive::Next()
 			const char* const name = LibArchive().archive_entry_pathname(entry);
 			if (name == nullptr)
 				throw std::runtime_error("The name of a member is damaged.");
-			return ArchiveMember{name, std::to_string(GetPosition())};
+			if (*name != '\0')
+				return ArchiveMember{name, GetPlace(entry)};
 		}
 		_isListed = true;
 		return std::nullopt;
@@ -208,13 +218,35 @@ std::string Archive::ReadContent(archive_entry* entry)
 	}
 }
 
+std::string Archive::ReadBytes(std::uint64_t begin, std::uint64_t size) const
+{
+	if (size > kMostBytes)
+		throw std::runtime_error("It is too large.");
+	const std::uint64_t end = _file.GetSize();
+	std::string bytes(begin <= end && size <= end - begin ? size : 0, '\0');
+	std::size_t done = 0;
+	while (done < bytes.size())
+	{
+		const std::size_t count = _file.ReadSome(begin + done, bytes.data() + done, bytes.size() - done);
+		if (count == 0)
+			break;
+		done += count;
+	}
+	if (done != size)
+		throw std::runtime_error("The archive is cut off.");
+	return bytes;
+}
+
 std::string Archive::Read(const std::string& place)
 {
-	if (place.starts_with('!'))
-		throw std::runtime_error(place.substr(1));
 	std::uint64_t wanted = 0;
-	if (std::from_chars(place.data(), place.data() + place.size(), wanted).ec != std::errc())
+	const char* const last = place.data() + place.size();
+	const auto [end, error] = std::from_chars(place.data(), last, wanted);
+	if (error != std::errc())
 		throw std::runtime_error("There is no such place.");
+	std::uint64_t size = 0;
+	if (end != last && std::from_chars(end + 1, last, size).ec == std::errc())
+		return ReadBytes(wanted, size);
 	const Utf8Scope utf8;
 	try
 	{

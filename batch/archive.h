@@ -21,7 +21,8 @@ namespace orvan::batch
 struct ArchiveMember
 {
 	std::string name; ///< Empty for what stands in the place of members that cannot be listed.
-	/// Where its bytes are, in a form that only `Archive::Read` understands: plain text, to be sent elsewhere.
+	/// Where its bytes are, in a form that only `Archive::Read` understands: plain text, to be sent elsewhere. Without
+	/// a name, "!" and what is wrong.
 	std::string place;
 };
 
@@ -38,12 +39,12 @@ public:
 	~Archive();
 
 	/// The next ordinary file, in the order of the archive; none at the end. Where an archive is damaged comes one
-	/// without a name, and then the end: reading it throws what is wrong.
+	/// without a name, and then the end.
 	std::optional<ArchiveMember> Next();
 
-	/// The bytes of a member. What `Next` has passed so far is forgotten. Members of packed tars are found by unpacking
-	/// all that stands before them: reading them in their order costs one pass. Throws `std::runtime_error` for what is
-	/// damaged or too large.
+	/// The bytes of a member. What `Next` has passed so far may be forgotten. Members of packed tars are found by
+	/// unpacking all that stands before them: reading them in their order costs one pass. Throws `std::runtime_error`
+	/// for what is damaged or too large.
 	std::string Read(const std::string& place);
 
 private:
@@ -58,6 +59,10 @@ private:
 	archive_entry* NextEntry();
 	/// Where the header of the present member stands, in bytes unpacked.
 	std::uint64_t GetPosition() const;
+	/// Where the present member is: the place of its header, or, where they stand in the file as they are, that of its
+	/// bytes and their number, for which nobody needs the library.
+	std::string GetPlace(archive_entry* entry) const;
+	std::string ReadBytes(std::uint64_t begin, std::uint64_t size) const;
 	std::string ReadContent(archive_entry* entry);
 	[[noreturn]] void Fail() const;
 

@@ -18,6 +18,7 @@
 	X(archive_entry_set_perm)                                                                                          \
 	X(archive_entry_set_size)                                                                                          \
 	X(archive_entry_size)                                                                                              \
+	X(archive_entry_sparse_count)                                                                                      \
 	X(archive_errno)                                                                                                   \
 	X(archive_error_string)                                                                                            \
 	X(archive_filter_bytes)                                                                                            \

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <functional>
 #include <glob.h>
+#include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace orvan::batch
@@ -46,19 +48,73 @@ void Require(const std::string& source)
 	const std::string path = source.starts_with('@') ? source.substr(1) : source;
 	std::error_code ignored;
 	if (fs::exists(path, ignored))
+	{
+		if (source.starts_with('@') && fs::is_directory(path, ignored))
+			throw MissingSource(path + " is a folder and no list.");
 		return;
+	}
 	if (source.starts_with('@') || !IsPattern(path))
 		throw MissingSource("There is no " + path + ".");
 	Match(path);
 }
 
+/// Absolute, because whoever reads it may stand in another folder.
+std::string MakeAbsolute(const std::string& path)
+{
+	return fs::absolute(path).lexically_normal();
+}
+
+/// What stands in the place of something that cannot be read.
+Input MakeUnreadable(const std::string& path, const std::string& why)
+{
+	return {path, path, '!' + why};
+}
+
 } // namespace
 
-InputList::InputList(const std::vector<std::string>& sources) : _pending(sources)
+std::string PackInputs(const std::vector<Input>& inputs)
+{
+	std::string bytes;
+	for (const Input& input : inputs)
+	{
+		for (const std::string* text : {&input.name, &input.path, &input.place})
+			bytes.append(*text) += '\0';
+	}
+	return bytes;
+}
+
+std::vector<Input> UnpackInputs(std::string_view bytes)
+{
+	const auto take = [&bytes]
+	{
+		const std::size_t end = bytes.find('\0');
+		if (end == bytes.npos)
+			throw std::invalid_argument("These are no inputs.");
+		std::string text(bytes.substr(0, end));
+		bytes.remove_prefix(end + 1);
+		return text;
+	};
+	std::vector<Input> inputs;
+	while (!bytes.empty())
+	{
+		Input& input = inputs.emplace_back();
+		for (std::string* text : {&input.name, &input.path, &input.place})
+			*text = take();
+	}
+	return inputs;
+}
+
+InputList::InputList(const std::vector<std::string>& sources)
 {
 	for (const std::string& source : sources)
 		Require(source);
-	std::ranges::reverse(_pending);
+	AddPending(sources, Kind::asked);
+}
+
+void InputList::AddPending(const std::vector<std::string>& sources, Kind kind)
+{
+	for (const std::string& source : std::views::reverse(sources))
+		_pending.push_back({source, kind});
 }
 
 std::optional<Input> InputList::Next()
@@ -77,69 +133,102 @@ std::optional<Input> InputList::Next()
 		}
 		if (_pending.empty())
 			return std::nullopt;
-		const std::string source = std::move(_pending.back());
+		const Pending next = std::move(_pending.back());
 		_pending.pop_back();
-		Open(source);
+		try
+		{
+			Open(next);
+		}
+		catch (const std::runtime_error& error)
+		{
+			return MakeUnreadable(next.source, error.what());
+		}
 		if (_found)
 			return std::exchange(_found, std::nullopt);
 	}
 }
 
-void InputList::Open(const std::string& source)
+std::vector<Input> InputList::Take(std::size_t count)
 {
-	if (source.starts_with('@'))
+	std::vector<Input> inputs;
+	while (inputs.size() < count)
+	{
+		std::optional<Input> input = Next();
+		if (!input)
+			break;
+		inputs.push_back(std::move(*input));
+	}
+	return inputs;
+}
+
+void InputList::Open(const Pending& pending)
+{
+	const std::string& source = pending.source;
+	const bool isAsked = pending.kind == Kind::asked;
+	if (isAsked && source.starts_with('@'))
 		return OpenList(source.substr(1));
+	if (pending.kind == Kind::drawing)
+	{
+		_found = Input{source, source};
+		return;
+	}
 	std::error_code ignored;
 	const fs::file_status status = fs::status(source, ignored);
 	if (fs::is_directory(status))
 		return OpenFolder(source);
 	// Links that lead nowhere have a row, too: somebody put them there.
-	if (!fs::exists(status) && !fs::is_symlink(fs::symlink_status(source, ignored)))
+	if (isAsked && !fs::exists(status) && !fs::is_symlink(fs::symlink_status(source, ignored)))
 	{
 		if (!IsPattern(source))
 			throw MissingSource("There is no " + source + ".");
 		return OpenPattern(source);
 	}
-	// Absolute, because whoever reads it may stand in another folder.
-	const std::string path = fs::absolute(source).lexically_normal();
+	const std::string path = MakeAbsolute(source);
 	if (!Archive::IsArchive(path))
-	{
 		_found = Input{path, path};
-		return;
-	}
+	else if (fs::exists(status) && !fs::is_regular_file(status))
+		_found = MakeUnreadable(path, "It is not an ordinary file."); // A pipe would have the whole run wait.
+	else
+		OpenArchive(path);
+}
+
+void InputList::OpenArchive(const std::string& path)
+{
 	try
 	{
 		_archive = std::make_unique<Archive>(path);
 		_archivePath = path;
 	}
-	catch (const std::runtime_error&)
+	catch (const std::runtime_error& error)
 	{
-		_found = Input{path, path, "0"}; // Whoever reads it says why.
+		_found = MakeUnreadable(path, error.what());
 	}
 }
 
-void InputList::OpenFolder(const std::string& path)
+void InputList::OpenFolder(const std::string& folder)
 {
-	std::vector<std::string> entries;
+	const std::string path = MakeAbsolute(folder);
+	std::vector<Pending> entries;
 	std::error_code error;
 	for (fs::directory_iterator at(path, error), end; !error && at != end; at.increment(error))
 	{
 		std::error_code ignored;
 		const std::string& entry = at->path().native();
 		const bool isFolder = at->is_directory(ignored);
-		if (isFolder ? !at->is_symlink(ignored) : IsDrawing(entry) || Archive::IsArchive(entry))
-			entries.push_back(entry);
+		if (isFolder ? !at->is_symlink(ignored) : Archive::IsArchive(entry))
+			entries.push_back({entry, Kind::found});
+		else if (!isFolder && IsDrawing(entry))
+			entries.push_back({entry, Kind::drawing});
 	}
 	if (error)
-		throw std::runtime_error(path + ": " + error.message());
-	std::ranges::sort(entries, std::greater<>());
-	_pending.insert(_pending.end(), entries.begin(), entries.end());
+		_found = MakeUnreadable(path, error.message());
+	std::ranges::sort(entries, std::greater<>(), &Pending::source);
+	std::ranges::move(entries, std::back_inserter(_pending));
 }
 
 void InputList::OpenPattern(const std::string& pattern)
 {
-	const std::vector<std::string> paths = Match(pattern);
-	_pending.insert(_pending.end(), paths.rbegin(), paths.rend());
+	AddPending(Match(pattern), Kind::found);
 }
 
 void InputList::OpenList(const std::string& path)
@@ -153,13 +242,15 @@ void InputList::OpenList(const std::string& path)
 	}
 	if (!file.eof())
 		throw std::runtime_error(path + " cannot be read.");
-	_pending.insert(_pending.end(), lines.rbegin(), lines.rend());
+	AddPending(lines, Kind::asked);
 }
 
 std::string InputReader::Read(const Input& input)
 {
 	if (input.place.empty())
 		return ReadWholeFile(input.path);
+	if (input.place.starts_with('!'))
+		throw std::runtime_error(input.place.substr(1));
 	if (!_archive || _path != input.path)
 	{
 		_archive = std::make_unique<Archive>(input.path);

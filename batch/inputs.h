@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvan::batch
@@ -18,8 +19,15 @@ struct Input
 {
 	std::string name;       ///< What rows call it: its path, or that of its archive, a slash, and its name there.
 	std::string path;       ///< The file, or the archive.
-	std::string place = {}; ///< Where in the archive; empty for a file by itself.
+	std::string place = {}; ///< Where in the archive; empty for a file by itself; "!" and why for what cannot be read.
 };
+
+/// Inputs as bytes that another process makes inputs of again: texts, each with a zero behind it, which none of them
+/// has inside.
+std::string PackInputs(const std::vector<Input>& inputs);
+
+/// Throws `std::invalid_argument` for bytes that `PackInputs` has not made.
+std::vector<Input> UnpackInputs(std::string_view bytes);
 
 /// A source that is none.
 class MissingSource : public std::runtime_error
@@ -36,24 +44,43 @@ public:
 /// - a pattern with "*", "?" or "[": what it matches, by name,
 /// - "@FILE": the sources that stand in a file, one a line.
 ///
-/// Used by one thread at a time.
+/// What has gone when its turn comes, a line of a list that names nothing, a list or folder that cannot be read and an
+/// archive that is no ordinary file are inputs that cannot be read. Used by one thread at a time.
 class InputList
 {
 public:
 	/// Throws `MissingSource` for sources that are none; those in lists are looked at when their turn comes.
 	explicit InputList(const std::vector<std::string>& sources);
 
-	/// The next input; none at the end. Throws `MissingSource`, and `std::runtime_error` for folders and
-	/// lists that cannot be read.
+	/// The next input; none at the end.
 	std::optional<Input> Next();
 
+	/// The next inputs, so many unless the end comes before.
+	std::vector<Input> Take(std::size_t count);
+
 private:
-	void Open(const std::string& source);
+	enum class Kind
+	{
+		asked,   ///< Anything that a source may be.
+		found,   ///< A path of something that was there.
+		drawing, ///< A drawing in a folder: nobody looks at it before it is read.
+	};
+
+	/// A source to come.
+	struct Pending
+	{
+		std::string source;
+		Kind kind;
+	};
+
+	void Open(const Pending& pending);
 	void OpenFolder(const std::string& path);
 	void OpenPattern(const std::string& pattern);
 	void OpenList(const std::string& path);
+	void OpenArchive(const std::string& path);
+	void AddPending(const std::vector<std::string>& sources, Kind kind);
 
-	std::vector<std::string> _pending; ///< Sources to come, the next one last.
+	std::vector<Pending> _pending;     ///< The next one last.
 	std::unique_ptr<Archive> _archive; ///< The one that is being listed.
 	std::string _archivePath;
 	std::optional<Input> _found;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "batch/row.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -50,8 +51,18 @@ std::string ToJson(std::string_view text)
 		std::snprintf(escape, sizeof(escape), "\\u%04x", code);
 		json += escape;
 	};
-	while (!text.empty())
+	// Most of it is copied as it is.
+	const auto isPlain = [](char character)
 	{
+		return character >= 0x20 && character < 0x7f && character != '"' && character != '\\';
+	};
+	while (true)
+	{
+		const auto plain = static_cast<std::size_t>(std::ranges::find_if_not(text, isPlain) - text.begin());
+		json += text.substr(0, plain);
+		text.remove_prefix(plain);
+		if (text.empty())
+			break;
 		const std::size_t length = GetLength(text);
 		const auto first = static_cast<unsigned char>(text[0]);
 		if (length == 0)

@@ -46,14 +46,8 @@ public:
 	{
 		while (true)
 		{
-			batch::Chunk chunk{batch::GetChunkFolder(_folder, _next, _size), _next, {}, {}};
-			while (static_cast<std::int64_t>(chunk.inputs.size()) < _size)
-			{
-				std::optional<batch::Input> input = _inputs.Next();
-				if (!input)
-					break;
-				chunk.inputs.push_back(std::move(*input));
-			}
+			batch::Chunk chunk{
+				batch::GetChunkFolder(_folder, _next, _size), _next, _inputs.Take(static_cast<std::size_t>(_size)), {}};
 			_next += static_cast<std::int64_t>(chunk.inputs.size());
 			if (chunk.inputs.empty())
 				return std::nullopt;

@@ -42,6 +42,12 @@ public:
 		Add(std::to_string(number));
 	}
 
+	/// What has zeros inside comes last.
+	void AddLast(std::string_view bytes)
+	{
+		_bytes.append(bytes);
+	}
+
 	/// False when nobody reads any more.
 	bool Send(int socket) const
 	{
@@ -68,9 +74,9 @@ public:
 		return Read(socket, _bytes.data(), size);
 	}
 
-	bool IsEmpty() const
+	std::string_view GetRest() const
 	{
-		return _at >= _bytes.size();
+		return std::string_view(_bytes).substr(_at);
 	}
 
 	std::string Take()
@@ -115,12 +121,7 @@ Message Pack(const batch::Chunk& chunk)
 		message.Add(number);
 		message.Add(text);
 	}
-	for (const batch::Input& input : chunk.inputs)
-	{
-		message.Add(input.name);
-		message.Add(input.path);
-		message.Add(input.place);
-	}
+	message.AddLast(batch::PackInputs(chunk.inputs));
 	return message;
 }
 
@@ -134,12 +135,7 @@ batch::Chunk Unpack(Message& message)
 		const std::int64_t number = message.TakeNumber();
 		chunk.failures[number] = message.Take();
 	}
-	while (!message.IsEmpty())
-	{
-		std::string name = message.Take();
-		std::string path = message.Take();
-		chunk.inputs.push_back({std::move(name), std::move(path), message.Take()});
-	}
+	chunk.inputs = batch::UnpackInputs(message.GetRest());
 	return chunk;
 }
 

@@ -6,7 +6,6 @@ import dataclasses
 import os
 import typing
 import urllib.parse
-import urllib.request
 import warnings
 
 from . import _modules  # noqa: F401 - opens the modules
@@ -148,7 +147,7 @@ class Document(_core.Document):
         if path is None:
             if not self.url.startswith("file:"):
                 raise ValueError("The document was not loaded from a file: save needs a path.")
-            path = urllib.request.url2pathname(urllib.parse.urlparse(self.url).path)
+            path = urllib.parse.unquote(urllib.parse.urlsplit(self.url).path)
         self._save(os.path.abspath(os.fspath(path)), _core.SaveOptions(rewrite, indentation, precision))
 
     def to_bytes(self, *, rewrite=False, indentation=2, precision=-1):

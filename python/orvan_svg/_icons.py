@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Icons: documents whose layers switch with a state, and that are loaded again when their files change."""
 
-import asyncio
 import warnings
 import weakref
 
@@ -79,7 +78,10 @@ def dispatch_changes():
 def follow_changes(loop=None):
     """Has an asyncio loop, the running one unless given, dispatch changes as they come. The result is a function that
     ends it. One loop of a process at a time."""
-    loop = loop or asyncio.get_running_loop()
+    if loop is None:
+        import asyncio  # Not above: it takes longer than all else of the package.
+
+        loop = asyncio.get_running_loop()
     descriptor = _core._changes_descriptor()
     timer = None
 

@@ -24,4 +24,5 @@ def _find_folder():
                       "; ORVAN_SVG_MODULES may name their folder.")
 
 
-_core.load_modules(str(_find_folder()))
+FOLDER = str(_find_folder())
+_core.load_modules(FOLDER)

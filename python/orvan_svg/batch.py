@@ -16,6 +16,9 @@ folder of its own, `out/00000000`, which appears when it is complete:
   and `picture_sizes` how large the pictures are;
 - `files.tar` has the files of "thumbnails" and "repair", by the numbers of their inputs; `repair` has those only that changed.
 
+What cannot be read has a row all the same: a line of a list that names nothing, a folder that cannot be searched, an archive
+that is a pipe, a file that goes away before its turn.
+
 `out/manifest.json` says what was asked for. The same inputs and options give the same bytes, with any number of workers,
 and those that `orvan-svg batch` gives.
 
@@ -25,7 +28,6 @@ memory, costs its row and not the run.
 
 import argparse
 import concurrent.futures
-import itertools
 import json
 import os
 import subprocess
@@ -35,7 +37,7 @@ import threading
 import time
 from collections.abc import Callable, Iterable
 
-from . import _core, _worker
+from . import _core, _modules, _worker
 
 #: What can be made of each input.
 OPERATIONS = _core.operations
@@ -54,10 +56,9 @@ class Worker:
         self._place.flush()
 
     def _start(self):
-        command = [sys.executable, "-m", "orvan_svg._worker", self._place.name, str(self._memory)]
-        paths = [os.path.dirname(os.path.dirname(os.path.abspath(__file__))), os.environ.get("PYTHONPATH", "")]
-        self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                         env={**os.environ, "PYTHONPATH": os.pathsep.join(filter(None, paths))})
+        # Without what the machine or the environment adds to Python: the worker needs none of it.
+        command = [sys.executable, "-S", "-E", _worker.__file__, self._place.name, str(self._memory), _modules.FOLDER]
+        self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 
     def _get_place(self):
         return _worker.PLACE.unpack(os.pread(self._place.fileno(), _worker.PLACE.size, 0))[0]
@@ -90,7 +91,9 @@ class Worker:
         place, since = None, time.monotonic()
         answer = []
         try:
-            self._process.stdin.write(json.dumps(chunk).encode() + b"\n")
+            inputs = chunk["inputs"]
+            head = json.dumps({**chunk, "inputs": None, "size": len(inputs)})
+            self._process.stdin.write(head.encode() + b"\n" + inputs)
             self._process.stdin.flush()
         except OSError:
             return f"exit status {self._process.wait()}"
@@ -134,11 +137,14 @@ def run_chunk_alone(chunk, deadline, memory):
 def make_chunks(sources, folder, options):
     """The chunks of a run, in their order; `options` are those of `_core.BatchOptions`."""
     first, size = 0, options["chunk_size"]
-    listed = iter(_core.InputList(sources))
-    while inputs := list(itertools.islice(listed, size)):
+    listed = _core.InputList(sources)
+    while True:
+        inputs, count = listed.take(size)
+        if count == 0:
+            return
         yield {"folder": _core.get_chunk_folder(folder, first, size), "first": first, "inputs": inputs,
                "options": options}
-        first += len(inputs)
+        first += count
 
 
 def run(sources: Iterable[str | os.PathLike], folder: str | os.PathLike, *, operation: str = "report",
@@ -156,7 +162,8 @@ def run(sources: Iterable[str | os.PathLike], folder: str | os.PathLike, *, oper
     which must see the same files. `progress(done)` is called after each chunk, with the number of those that are there.
 
     Raises FileNotFoundError for a source that is none, ValueError for options that make no sense and when the folder
-    holds another run, RuntimeError for folders and lists that cannot be read.
+    holds another run, RuntimeError and OSError when it cannot be written. What is found to be missing or cannot be read
+    later has a row.
     """
     options = {"operation": operation, "complete": complete, "tolerant": tolerant, "style_sheet": style_sheet,
                "size": size, "strokes": strokes, "stroke_tolerance": stroke_tolerance, "flatten": flatten, "grid": grid,

@@ -12,7 +12,6 @@ namespace
 {
 
 using batch::BatchOptions;
-using batch::Input;
 
 /// A path as Python has it, whatever bytes it is made of.
 py::object FromPath(const std::string& path)
@@ -68,16 +67,11 @@ BatchOptions MakeOptions(const std::string& operation, bool isComplete, bool isT
 }
 
 /// Runs a chunk; `place` is memory that others watch.
-void RunChunk(const std::string& folder, std::int64_t first, const py::list& inputs,
+void RunChunk(const std::string& folder, std::int64_t first, std::string_view inputs,
 			  const std::map<std::int64_t, std::string>& failures, const BatchOptions& options,
 			  batch::InputReader& reader, const py::buffer& place)
 {
-	batch::Chunk chunk{folder, first, {}, failures};
-	for (const py::handle input : inputs)
-	{
-		const auto values = py::reinterpret_borrow<py::sequence>(input);
-		chunk.inputs.push_back({ToPath(values[0]), ToPath(values[1]), ToPath(values[2])});
-	}
+	const batch::Chunk chunk{folder, first, batch::UnpackInputs(inputs), failures};
 	const py::buffer_info memory = place.request(true);
 	if (memory.size * memory.itemsize < static_cast<py::ssize_t>(sizeof(std::int64_t)))
 		throw py::value_error("There is no room for a number.");
@@ -123,21 +117,23 @@ void DefineBatches(py::module_& module)
 	py::class_<batch::InputList>(module, "InputList")
 		.def(py::init([](const py::sequence& sources) { return std::make_unique<batch::InputList>(ToPaths(sources)); }),
 			 py::arg("sources"))
-		.def("__iter__", [](const py::object& self) { return self; })
-		.def("__next__",
-			 [](batch::InputList& self)
+		.def("take",
+			 [](batch::InputList& self, std::size_t count)
 			 {
-				 const std::optional<Input> input = self.Next();
-				 if (!input)
-					 throw py::stop_iteration();
-				 return py::make_tuple(FromPath(input->name), FromPath(input->path), FromPath(input->place));
+				 std::vector<batch::Input> inputs;
+				 {
+					 const py::gil_scoped_release others;
+					 inputs = self.Take(count);
+				 }
+				 // Nobody in Python looks at them: made into objects and text they would take as long as the listing.
+				 return py::make_tuple(py::bytes(batch::PackInputs(inputs)), inputs.size());
 			 });
 	py::class_<batch::InputReader>(module, "InputReader").def(py::init());
 	module.def("begin_run", [](const py::str& folder, const py::sequence& sources, const BatchOptions& options)
 			   { batch::BeginRun(ToPath(folder), batch::MakeManifest(ToPaths(sources), options)); });
 	module.def("get_chunk_folder", [](const py::str& folder, std::int64_t first, std::int64_t size)
 			   { return FromPath(batch::GetChunkFolder(ToPath(folder), first, size)); });
-	module.def("run_chunk", [](const py::str& folder, std::int64_t first, const py::list& inputs,
+	module.def("run_chunk", [](const py::str& folder, std::int64_t first, const py::bytes& inputs,
 							   const std::map<std::int64_t, std::string>& failures, const BatchOptions& options,
 							   batch::InputReader& reader, const py::buffer& place)
 			   { RunChunk(ToPath(folder), first, inputs, failures, options, reader, place); });

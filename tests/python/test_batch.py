@@ -183,6 +183,47 @@ class Batches(TestCase):
             self.assertTrue(row["outcome"] == "done" or row["message"])
         self.assertEqual(found, {name: outcomes for name, (_, outcomes) in cases.items()})
 
+    def test_what_cannot_be_reached_costs_a_row(self):
+        """Pipes that nobody writes to, what goes away between listing and reading, folders that are nobody's business."""
+        os.mkfifo(self.folder / "pipe.tar")
+        (self.folder / "link.zip").symlink_to("pipe.tar")
+        (self.folder / "gone.tar").symlink_to("nowhere")
+        gone, locked = self.art / "gone.svg", self.folder / "locked"
+        locked.mkdir()
+        (self.folder / "list").write_text(f"{self.folder}/missing.svg\n{self.folder}/no*.svg\n@{self.folder}/nothing\n"
+                                          f"{locked}\n{self.art}/00.svg")
+        gone.write_text("<svg/>")
+        with tarfile.open(self.folder / "gone-too.tar", "w") as archive:
+            archive.add(gone, "a.svg")
+        sources = [f"{self.folder}/pipe.tar", f"{self.folder}/*.zip", f"{self.folder}/gone*.tar", f"@{self.folder}/list", str(gone)]
+        listed = batch._core.InputList(sources)
+        user = os.geteuid()
+        locked.chmod(0)
+        self.folder.chmod(0o755)
+        with contextlib.ExitStack() as undo:  # The superuser reads everything.
+            if user == 0:
+                os.seteuid(65534)
+                undo.callback(os.seteuid, user)
+            inputs, count = listed.take(99)
+        locked.chmod(0o700)
+        gone.unlink()
+        (self.folder / "gone-too.tar").unlink()
+        (self.folder / "out").mkdir()
+        batch._core.run_chunk(str(self.folder / "out/00000000"), 0, inputs, {}, batch._core.BatchOptions(), batch._core.InputReader(),
+                              bytearray(8))
+        rows = [json.loads(line) for line in (self.folder / "out/00000000/rows.jsonl").read_text().splitlines()]
+        self.assertEqual([(os.path.basename(row["input"]), row["outcome"], row.get("message")) for row in rows], [
+            ("pipe.tar", "unreadable", "It is not an ordinary file."), ("link.zip", "unreadable", "It is not an ordinary file."),
+            ("a.svg", "unreadable", "No such file or directory"), ("gone.tar", "unreadable", "No such file or directory"),
+            ("missing.svg", "unreadable", f"There is no {self.folder}/missing.svg."),
+            ("no*.svg", "unreadable", f"Nothing is called {self.folder}/no*.svg."),
+            ("nothing", "unreadable", f"{self.folder}/nothing cannot be read."),
+            ("locked", "unreadable", "Permission denied"), ("00.svg", "done", None),
+            ("gone.svg", "unreadable", "No such file or directory")])
+        with self.assertRaises(ValueError):
+            batch._core.run_chunk(str(self.folder / "out/00000001"), 0, inputs[:-1], {}, batch._core.BatchOptions(),
+                                  batch._core.InputReader(), bytearray(8))
+
     def test_tells_what_paths_come_from(self):
         text = (b'<svg width="9" height="9"><clipPath id="c"><rect width="3" height="3"/></clipPath><use href="#r"/><text>run</text>'
                 b'<g clip-path="url(#c)"><rect id="r" width="8" height="8"/></g></svg>')
@@ -259,7 +300,8 @@ class Batches(TestCase):
         _, (row,) = self.run_batch("found", [self.art / "00.svg"], style_sheet="path { fill: odd }", operation="columns")
         self.assertEqual((row["outcome"], row["finding_count"]), ("done", 1))
         # Two workers may have made the same shard: that of the first stays.
-        inputs = list(batch._core.InputList([str(self.art / "00.svg")]))
+        inputs, count = batch._core.InputList([str(self.art / "00.svg")]).take(2)
+        self.assertEqual(count, 1)
         batch._core.run_chunk(str(self.folder / "out/00000000"), 0, inputs, {}, batch._core.BatchOptions(),
                               batch._core.InputReader(), bytearray(8))
         self.assertEqual([path.name for path in (self.folder / "out").iterdir() if path.is_dir()], ["00000000"])
