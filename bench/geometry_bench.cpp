@@ -127,6 +127,26 @@ void Hit(benchmark::State& state)
 		benchmark::DoNotOptimize(Must(asked.geometry->FindAt({place(random) * size.x, place(random) * size.y}, {})));
 }
 
+/// Moving one element, and asking what is at a point.
+void HitAfterEdit(benchmark::State& state)
+{
+	const Asked asked;
+	SVGElementRef moved;
+	for (const SVGElementRef& element : asked.elements)
+	{
+		if (Cast<SVGPathElementInterface>(element))
+			moved = element;
+	}
+	Must(asked.geometry->FindAt({0.0, 0.0}, {}));
+	double x = 0.0;
+	for (auto _ : state)
+	{
+		x = x < 900.0 ? x + 1.0 : 0.0;
+		Must(moved->SetLocalTransform({{x, 0.0}, {1.0, 0.0}, {0.0, 1.0}}));
+		benchmark::DoNotOptimize(Must(asked.geometry->FindAt({x, 500.0}, {})));
+	}
+}
+
 void Normalizing(benchmark::State& state)
 {
 	const Asked asked;
@@ -141,6 +161,7 @@ BENCHMARK(Loading)->Unit(benchmark::kMillisecond);
 BENCHMARK(AllBoxes)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(FirstHit)->Unit(benchmark::kMillisecond);
 BENCHMARK(Hit)->Unit(benchmark::kMicrosecond);
+BENCHMARK(HitAfterEdit)->Unit(benchmark::kMicrosecond);
 BENCHMARK(Normalizing)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 } // namespace

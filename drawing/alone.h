@@ -16,7 +16,7 @@ public:
 	{
 	}
 
-	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override
+	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override
 	{
 		return frame.IsWithin(_element) ? _sink.DrawShape(frame, outline) : Result<void>();
 	}

@@ -32,7 +32,7 @@ Result<Chain> Chain::Follow(Scene& scene, ObjectBase* element, bool (*isWanted)(
 		if (link == nullptr)
 			break;
 		// The document keeps the element alive.
-		element = ORVAN_TRY(FindElement(scene.document, *link)).GetObject();
+		element = ORVAN_TRY(FindElement(scene, *link)).GetObject();
 	}
 	return chain;
 }

@@ -37,7 +37,7 @@ Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const TextLay
 	return painted;
 }
 
-Result<void> MeasureSink::DrawShape(const Frame& frame, const Outline& outline) noexcept
+Result<void> MeasureSink::DrawShape(const Frame& frame, Outline& outline) noexcept
 {
 	const Rectangle bounds = outline.GetBounds(frame.place.transform);
 	if (!bounds.IsFinite())

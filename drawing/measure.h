@@ -29,7 +29,7 @@ public:
 	{
 	}
 
-	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override;
+	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override;
 	Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept override;
 	Result<void> DrawImage(const Frame& frame, const PlacedImage& image) noexcept override;
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override;

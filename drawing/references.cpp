@@ -54,4 +54,17 @@ Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& 
 	return found;
 }
 
+Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept
+{
+	SVGElementRef found = ORVAN_TRY(FindElement(scene.document, id));
+	if (found && scene.referenced != nullptr)
+	{
+		// The same one is often named again and again.
+		BaseArray<ObjectBase*>& all = *scene.referenced;
+		if (all.IsEmpty() || all[all.GetCount() - 1] != found.GetObject())
+			ORVAN_TRY(all.Append(found.GetObject()));
+	}
+	return found;
+}
+
 } // namespace orvan::drawing

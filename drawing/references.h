@@ -11,6 +11,8 @@ namespace orvan::drawing
 /// The element with this id, or null: a reference that leads nowhere is no error. An id that is not found as it is
 /// written may have characters that stand for others ("%20").
 Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& id) noexcept;
+/// The same for a reference that a walk follows; the scene takes down where it leads.
+Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept;
 
 /// The element that an effect of `frame` names, when it is an `I`; null for no reference (`id` null), for one that
 /// leads to nothing, and, with a report, for one that leads back to where it comes from.
@@ -19,7 +21,7 @@ Result<SVGElementRef> FindEffect(Scene& scene, const String* id, const Frame& fr
 {
 	if (id == nullptr)
 		return SVGElementRef();
-	SVGElementRef found = ORVAN_TRY(FindElement(scene.document, *id));
+	SVGElementRef found = ORVAN_TRY(FindElement(scene, *id));
 	if (!Borrowed<I>(found))
 		return SVGElementRef();
 	if (frame.IsWithin(found.GetObject()))

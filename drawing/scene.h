@@ -9,6 +9,7 @@
 #include "svg_base.h"
 
 #include <optional>
+#include <span>
 
 namespace orvan::drawing
 {
@@ -28,6 +29,17 @@ struct Scene
 	bool isComplete = false; ///< The document was imported completely: what it does not say has its initial value.
 	std::string_view language = "en"; ///< Of whoever looks at the picture.
 	Limits limits{};
+	/// The way from the outermost element down to the only one that is wanted; empty where all are.
+	std::span<ObjectBase* const> route{};
+	/// Gets every element that a reference leads to, some of them more than once; null where nobody asks.
+	BaseArray<ObjectBase*>* referenced = nullptr;
+
+	/// The only child of an element that is visited, or null where all are. `depth` is that of the element's frame.
+	ObjectBase* GetNextOnRoute(const ObjectBase* element, int depth) const noexcept
+	{
+		const auto next = static_cast<std::size_t>(depth);
+		return next < route.size() && route[next - 1] == element ? route[next] : nullptr;
+	}
 };
 
 /// True when any element of the document is blended with what lies below it. Only then it matters whether a group is a

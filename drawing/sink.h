@@ -50,8 +50,8 @@ public:
 		return true;
 	}
 
-	/// A shape with its effects.
-	virtual Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept = 0;
+	/// A shape with its effects. The outline is the sink's, which may take it away.
+	virtual Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept = 0;
 	/// A text with its effects.
 	virtual Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept = 0;
 	/// An image with its effects.

@@ -221,7 +221,7 @@ private:
 	/// Appends all characters of the element that a reference names, as those of one span.
 	Result<void> AppendReferenced(const String& link, int span) noexcept
 	{
-		const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
+		const SVGElementRef found = ORVAN_TRY(FindElement(_scene, link));
 		const Borrowed<HierarchyObjectInterface> hierarchy(found);
 		return hierarchy ? AppendRunsBelow(hierarchy, span, 0) : Result<void>();
 	}
@@ -284,7 +284,7 @@ private:
 		else
 		{
 			const String link = Borrowed<SVGLinkInterface>(frame.element)->GetLink();
-			const SVGElementRef found = ORVAN_TRY(FindElement(_scene.document, link));
+			const SVGElementRef found = ORVAN_TRY(FindElement(_scene, link));
 			const ShapeKind kind = GetShapeKind(found.GetObject());
 			if (kind == ShapeKind::none)
 				return -1;

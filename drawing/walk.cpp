@@ -125,6 +125,8 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	const Borrowed<HierarchyObjectInterface> hierarchy(parent);
 	if (!hierarchy)
 		return {};
+	if (ObjectBase* const only = _scene.GetNextOnRoute(parent, frame.depth))
+		return DrawElement(only, place, &frame);
 	for (auto child = hierarchy->GetFirstChild(); child && !_scene.limits.IsOver(); child = child->GetNextSibling())
 		ORVAN_TRY(DrawElement(child.GetObject(), place, &frame));
 	return {};
@@ -136,7 +138,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	const Frame frame(element, outside, outer, _scene.limits);
 	if (!frame.canDraw)
 		return {};
-	const Outline outline = ORVAN_TRY(GetOutline(kind, element, frame));
+	Outline outline = ORVAN_TRY(GetOutline(kind, element, frame));
 	return _sink.DrawShape(frame, outline);
 }
 
@@ -298,7 +300,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	const String link = Borrowed<SVGUseElementInterface>(element)->GetLink();
 	if (!frame.canDraw || link.IsEmpty())
 		return {};
-	const SVGElementRef target = ORVAN_TRY(FindElement(_scene.document, link));
+	const SVGElementRef target = ORVAN_TRY(FindElement(_scene, link));
 	if (!target || target->GetDisplay() == SVGDisplay::none)
 		return {};
 	// Where containers do not count, what a use stands for is a shape or a text itself.

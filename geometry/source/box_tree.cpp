@@ -54,9 +54,7 @@ Result<BoxTree> BoxTree::Create(const BaseArray<Rectangle>& boxes) noexcept
 	ORVAN_TRY(leaves.Reserve(boxes.GetCount()));
 	for (std::size_t i = 0; i < boxes.GetCount(); i++)
 	{
-		const Rectangle& box = boxes[i];
-		if (!box.IsFinite())
-			continue;
+		const Rectangle box = boxes[i].IsFinite() ? boxes[i] : Rectangle{0.0, 0.0, 0.0, 0.0};
 		const std::uint32_t x = scale(box.left + box.GetWidth() / 2.0, all.left, all.GetWidth());
 		const std::uint32_t y = scale(box.top + box.GetHeight() / 2.0, all.top, all.GetHeight());
 		ORVAN_TRY(leaves.Append({GetHilbertPlace(x, y), static_cast<std::uint32_t>(i)}));
@@ -66,10 +64,12 @@ Result<BoxTree> BoxTree::Create(const BaseArray<Rectangle>& boxes) noexcept
 	BoxTree tree;
 	ORVAN_TRY(tree._indices.Reserve(leaves.GetCount()));
 	ORVAN_TRY(tree._boxes.Reserve(leaves.GetCount() + leaves.GetCount() / (kFanOut - 1) + 8));
+	ORVAN_TRY(tree._leaves.Resize(leaves.GetCount()));
 	for (const Leaf& leaf : leaves)
 	{
+		tree._leaves[leaf.index] = static_cast<std::uint32_t>(tree._indices.GetCount());
 		ORVAN_TRY(tree._indices.Append(leaf.index));
-		ORVAN_TRY(tree._boxes.Append(boxes[leaf.index]));
+		ORVAN_TRY(tree._boxes.Append(boxes[leaf.index].IsFinite() ? boxes[leaf.index] : Rectangle()));
 	}
 	Level level{0, leaves.GetCount()};
 	while (level.count > 0)
@@ -79,15 +79,30 @@ Result<BoxTree> BoxTree::Create(const BaseArray<Rectangle>& boxes) noexcept
 			break;
 		const Level above{level.first + level.count, (level.count + kFanOut - 1) / kFanOut};
 		for (std::size_t i = 0; i < above.count; i++)
-		{
-			Rectangle around;
-			for (std::size_t j = i * kFanOut; j < std::min((i + 1) * kFanOut, level.count); j++)
-				around.Include(tree._boxes[level.first + j]);
-			ORVAN_TRY(tree._boxes.Append(around));
-		}
+			ORVAN_TRY(tree._boxes.Append(tree.GetAround(tree._levels.GetCount(), i)));
 		level = above;
 	}
 	return tree;
+}
+
+Rectangle BoxTree::GetAround(std::size_t level, std::size_t index) const noexcept
+{
+	const Level& below = _levels[level - 1];
+	Rectangle around;
+	for (std::size_t i = index * kFanOut; i < std::min((index + 1) * kFanOut, below.count); i++)
+		around.Include(_boxes[below.first + i]);
+	return around;
+}
+
+void BoxTree::Set(std::size_t index, const Rectangle& box) noexcept
+{
+	std::size_t at = _leaves[index];
+	_boxes[at] = box.IsFinite() ? box : Rectangle();
+	for (std::size_t level = 1; level < _levels.GetCount(); level++)
+	{
+		at /= kFanOut;
+		_boxes[_levels[level].first + at] = GetAround(level, at);
+	}
 }
 
 } // namespace orvan::geometry

@@ -11,12 +11,14 @@ namespace orvan::geometry
 {
 
 /// Boxes in a tree that is packed into one array: neighbours in the plane stand together, and every sixteen of them
-/// have a box around them one level up. Made once, never changed.
+/// have a box around them one level up. Boxes that change keep their place in it.
 class BoxTree
 {
 public:
-	/// Empty boxes are never found.
+	/// Empty boxes, and such that are not finite, are never found.
 	static Result<BoxTree> Create(const BaseArray<drawing::Rectangle>& boxes) noexcept;
+	/// Gives the box of an index another place.
+	void Set(std::size_t index, const drawing::Rectangle& box) noexcept;
 
 	/// Calls `visit` with the index of each box that meets `area`, in no order.
 	template <typename Visit>
@@ -54,9 +56,13 @@ private:
 		}
 	}
 
+	/// The box around those below one of a level.
+	drawing::Rectangle GetAround(std::size_t level, std::size_t index) const noexcept;
+
 	BaseArray<drawing::Rectangle> _boxes; ///< Level after level.
 	BaseArray<Level> _levels;
 	BaseArray<std::uint32_t> _indices; ///< Of the boxes in the lowest level.
+	BaseArray<std::uint32_t> _leaves;  ///< Where the box of an index stands in the lowest level.
 };
 
 } // namespace orvan::geometry

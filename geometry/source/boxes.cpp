@@ -26,19 +26,22 @@ Rectangle GetShapeBox(const Node& node, const RecordedShape& shape, SVGBoxKind k
 	Rectangle box;
 	if (kind == SVGBoxKind::visual)
 	{
-		if (!shape.isVisible)
+		if (!shape.style->isVisible)
 			return box;
-		if (shape.fill.kind != SVGNormalizedPaint::none)
+		if (shape.style->fill.kind != SVGNormalizedPaint::none)
 			box = shape.outline.GetBounds(to);
 	}
 	else
 		box = shape.GetArea().GetBounds(to);
-	if (kind != SVGBoxKind::fill && shape.HasStroke())
+	if (kind != SVGBoxKind::fill && shape.style->HasStroke())
 		box.Include(GetStrokeBox(node, shape, to));
 	return box;
 }
 
-Rectangle FindBox(const Record& record, std::int32_t index, SVGBoxKind kind, const Matrix2d& to) noexcept
+/// Found out from the node itself and the boxes of the nodes directly below it, which `getInner` knows.
+template <typename GetInner>
+Rectangle FindBox(const Record& record, std::int32_t index, SVGBoxKind kind, const Matrix2d& to,
+				  GetInner getInner) noexcept
 {
 	const Node& node = record.At(index);
 	Rectangle box;
@@ -51,7 +54,7 @@ Rectangle FindBox(const Record& record, std::int32_t index, SVGBoxKind kind, con
 							// What definitions hold is in no box but their own.
 							if (inner.kind != NodeKind::definition &&
 								(inner.kind != NodeKind::marker || kind == SVGBoxKind::visual))
-								box.Include(GetBox(record, child, kind, to * inner.toParent));
+								box.Include(getInner(child));
 						});
 	if (kind != SVGBoxKind::visual || box.IsEmpty())
 		return box;
@@ -76,20 +79,44 @@ Matrix2d InvertOrNot(const Matrix2d& matrix) noexcept
 
 Rectangle GetBox(const Record& record, std::int32_t node, SVGBoxKind kind, const Matrix2d& to) noexcept
 {
-	BaseArray<KnownBox>& kept = record.boxes[static_cast<std::size_t>(kind)];
+	BaseArray<KnownBox>& kept = record.boxes[static_cast<std::size_t>(kind)].own;
 	const auto index = static_cast<std::size_t>(node);
+	const auto find = [&](const Matrix2d& transform) noexcept
+	{
+		const auto getInner = [&](std::int32_t child) noexcept
+		{
+			return GetBox(record, child, kind, transform * record.At(child).toParent);
+		};
+		return FindBox(record, node, kind, transform, getInner);
+	};
 	if (!KeepsAxes(to) || index >= kept.GetCount())
-		return FindBox(record, node, kind, to);
-	if (!kept[index].isKnown)
-		kept[index] = {FindBox(record, node, kind, {}), true};
+		return find(to);
+	if (!kept[index].IsKnown())
+		kept[index] = {find({})};
 	return TransformBox(to, kept[index].box);
+}
+
+Rectangle GetViewBox(const Record& record, std::int32_t node, SVGBoxKind kind) noexcept
+{
+	BaseArray<KnownBox>& kept = record.boxes[static_cast<std::size_t>(kind)].view;
+	const auto index = static_cast<std::size_t>(node);
+	const Matrix2d& toView = record.At(node).toView;
+	if (KeepsAxes(toView) || index >= kept.GetCount())
+		return GetBox(record, node, kind, toView);
+	const auto getInner = [&](std::int32_t child) noexcept
+	{
+		return GetViewBox(record, child, kind);
+	};
+	if (!kept[index].IsKnown())
+		kept[index] = {FindBox(record, node, kind, toView, getInner)};
+	return kept[index].box;
 }
 
 Rectangle GetStrokeBox(const Node& node, const RecordedShape& shape, const Matrix2d& to) noexcept
 {
-	if (!shape.isPenUnscaled)
-		return GetStrokeBounds(shape.outline, shape.pen, {}, to);
-	return GetStrokeBounds(shape.outline, shape.pen, node.toView, to * InvertOrNot(node.toView));
+	if (!shape.style->isPenUnscaled)
+		return GetStrokeBounds(shape.outline, shape.style->pen, {}, to);
+	return GetStrokeBounds(shape.outline, shape.style->pen, node.toView, to * InvertOrNot(node.toView));
 }
 
 Rectangle GetClipBox(const Record& record, std::int32_t index, const Matrix2d& to) noexcept

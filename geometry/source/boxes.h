@@ -11,6 +11,9 @@ namespace orvan::geometry
 /// transform turns or slants, the curves are transformed and not their boxes.
 Rectangle GetBox(const Record& record, std::int32_t node, SVGBoxKind kind, const Matrix2d& to) noexcept;
 
+/// The same in the view. Each node is looked at once for all boxes together, however much is turned.
+Rectangle GetViewBox(const Record& record, std::int32_t node, SVGBoxKind kind) noexcept;
+
 /// The box of the stroke of a shape that has one.
 Rectangle GetStrokeBox(const Node& node, const RecordedShape& shape, const Matrix2d& to) noexcept;
 

@@ -26,16 +26,14 @@ public:
 		return false;
 	}
 
-	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override
+	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override
 	{
 		if (frame.place.style.visibility != SVGVisibility::visible || !Pay(outline))
 			return {};
 		Extent extent(outline.GetBounds(), {});
-		Outline copy;
-		ORVAN_TRY(copy.Append(outline, {}));
 		// A plain import knows no "clip-rule", and files that have one have "fill-rule" as well.
 		const Style& style = frame.place.style;
-		return Append(frame, extent, std::move(copy), _scene.isComplete ? style.clipRule : style.fillRule);
+		return Append(frame, extent, std::move(outline), _scene.isComplete ? style.clipRule : style.fillRule);
 	}
 
 	Result<void> DrawText(const Frame& frame, const TextLayout& text) noexcept override

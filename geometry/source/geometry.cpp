@@ -7,6 +7,7 @@
 #include "normalized_columns.h"
 #include "normalized_document.h"
 #include "outline_object.h"
+#include "record_patch.h"
 #include "recorder.h"
 #include "svg_import.h"
 
@@ -91,9 +92,48 @@ void Geometry::StopObserving() noexcept
 	_observer = 0;
 }
 
-void Geometry::TakeChange(void* geometry, const SVGChange&) noexcept
+void Geometry::TakeChange(void* geometry, const SVGChange& change) noexcept
 {
-	static_cast<Geometry*>(geometry)->Update();
+	static_cast<Geometry*>(geometry)->Take(change);
+}
+
+void Geometry::Take(const SVGChange& change) noexcept
+{
+	if (!_record || change.kind == SVGChangeKind::notReloaded)
+		return;
+	const bool isOfOne = change.kind == SVGChangeKind::attribute || change.kind == SVGChangeKind::text;
+	if (!isOfOne || !change.element || change.attribute == SVGImportAttribute::id)
+		return Update();
+	const std::size_t count = _edited.GetCount();
+	if (count > 0 && _edited[count - 1].GetObject() == change.element.GetObject())
+		return;
+	if (count > _record->nodes.GetCount() / kPatchShare || !_edited.Append(change.element).IsOk())
+		Update();
+}
+
+Result<bool> Geometry::ApplyEdit(ObjectBase* element) noexcept
+{
+	Scene scene = ORVAN_TRY(MakeScene());
+	const std::optional<PatchedNodes> patched = ORVAN_TRY(PatchRecord(scene, *_record, element));
+	if (patched && _hitIndex && !ORVAN_TRY(_hitIndex->Update(*_record, patched->first, patched->end)))
+		_hitIndex.reset();
+	return patched.has_value();
+}
+
+Result<void> Geometry::ApplyEdits() noexcept
+{
+	const BaseArray<SVGElementRef> edited = std::move(_edited);
+	for (const SVGElementRef& element : edited)
+	{
+		const Result<bool> applied = ApplyEdit(element.GetObject());
+		if (applied.IsOk() && applied.GetValue())
+			continue;
+		Update();
+		if (!applied.IsOk())
+			return applied.GetError();
+		break;
+	}
+	return {};
 }
 
 SVGDocumentRef Geometry::GetDocument() const noexcept
@@ -105,6 +145,7 @@ void Geometry::Update() noexcept
 {
 	_hitIndex.reset();
 	_record.reset();
+	_edited.Reset();
 	_root = nullptr;
 	_hasDefinitions = false;
 }
@@ -125,6 +166,11 @@ Result<Scene> Geometry::MakeScene() noexcept
 
 Result<void> Geometry::Prepare() noexcept
 {
+	if (_record && !_edited.IsEmpty())
+	{
+		KeepFontLibraries();
+		ORVAN_TRY(ApplyEdits());
+	}
 	if (_record && _document->GetRootElement().GetObject() == _root.GetObject())
 		return {};
 	Update();
@@ -132,29 +178,7 @@ Result<void> Geometry::Prepare() noexcept
 	KeepFontLibraries();
 	_record = ORVAN_TRY(RecordPicture(scene));
 	_root = _document->GetRootElement();
-	SortElements();
 	return {};
-}
-
-void Geometry::SortElements() noexcept
-{
-	std::sort(_record->elements.begin(), _record->elements.end(),
-			  [](const ElementEntry& a, const ElementEntry& b)
-			  { return a.element != b.element ? std::less<>()(a.element, b.element) : a.node < b.node; });
-}
-
-Geometry::Entries Geometry::LookUp(ObjectBase* element) const noexcept
-{
-	const auto& elements = _record->elements;
-	const auto isBefore = [](const ElementEntry& entry, ObjectBase* wanted)
-	{
-		return std::less<>()(entry.element, wanted);
-	};
-	const ElementEntry* const first = std::lower_bound(elements.begin(), elements.end(), element, isBefore);
-	const ElementEntry* end = first;
-	while (end != elements.end() && end->element == element)
-		end++;
-	return {first, end};
 }
 
 Result<void> Geometry::CheckTree(const SVGElementRef& element) const noexcept
@@ -172,7 +196,7 @@ Result<Geometry::Entries> Geometry::Find(const SVGElementRef& element) noexcept
 	if (!element)
 		return NullReferenceError("There is no element to ask about.");
 	ORVAN_TRY(Prepare());
-	Entries entries = LookUp(element.GetObject());
+	Entries entries = _record->Find(element.GetObject());
 	if (!entries.empty())
 		return entries;
 	ORVAN_TRY(CheckTree(element));
@@ -186,8 +210,7 @@ Result<Geometry::Entries> Geometry::Find(const SVGElementRef& element) noexcept
 			return recorded.GetError();
 		}
 		_hasDefinitions = true;
-		SortElements();
-		entries = LookUp(element.GetObject());
+		entries = _record->Find(element.GetObject());
 	}
 	return entries;
 }
@@ -228,8 +251,12 @@ Result<SVGBox> Geometry::GetBox(const SVGElementRef& element, SVGBoxKind kind, S
 	const Entries entries = ORVAN_TRY(Find(element));
 	ORVAN_TRY(_record->KeepBoxes(kind));
 	Rectangle box;
-	for (const ElementEntry& entry : entries)
-		box.Include(geometry::GetBox(*_record, entry.node, kind, GetTransformOf(entry.node, coordinates)));
+	for (const auto& [_, node] : entries)
+	{
+		box.Include(coordinates == SVGCoordinates::view
+						? GetViewBox(*_record, node, kind)
+						: geometry::GetBox(*_record, node, kind, GetTransformOf(node, coordinates)));
+	}
 	return ToBox(box);
 }
 

@@ -36,15 +36,21 @@ private:
 	/// The nodes of an element: one, but for the parts of a text.
 	using Entries = std::span<const ElementEntry>;
 
+	/// An element that was edited since the record was made is recorded anew by the next question; beyond these many,
+	/// as a share of all nodes, all of it is.
+	static constexpr std::size_t kPatchShare = 32;
+
 	void StopObserving() noexcept;
 	static void TakeChange(void* geometry, const SVGChange& change) noexcept;
+	void Take(const SVGChange& change) noexcept;
+	/// Brings the record up to date with what was edited; there may be none afterwards.
+	Result<void> ApplyEdits() noexcept;
+	Result<bool> ApplyEdit(ObjectBase* element) noexcept;
 	Result<drawing::Scene> MakeScene() noexcept;
 	/// Makes the record where there is none that is good.
 	Result<void> Prepare() noexcept;
 	/// Empty for an element that is not drawn; an error for one that is in another tree.
 	Result<Entries> Find(const SVGElementRef& element) noexcept;
-	Entries LookUp(ObjectBase* element) const noexcept;
-	void SortElements() noexcept;
 	Result<void> CheckTree(const SVGElementRef& element) const noexcept;
 	/// From the coordinates of a node to others.
 	Matrix2d GetTransformOf(std::int32_t node, SVGCoordinates coordinates) const noexcept;
@@ -57,7 +63,8 @@ private:
 
 	std::optional<Record> _record;
 	std::optional<HitIndex> _hitIndex;
-	SVGElementRef _root; ///< Of the tree that was recorded.
+	SVGElementRef _root;              ///< Of the tree that was recorded.
+	BaseArray<SVGElementRef> _edited; ///< Since the record was made.
 	bool _hasDefinitions = false;
 
 public:

@@ -70,7 +70,7 @@ public:
 
 	std::optional<SVGHitPart> Find(bool ignoresPointerEvents) const noexcept
 	{
-		const auto events = ignoresPointerEvents ? SVGPointerEvents::automatic : _shape.pointerEvents;
+		const auto events = ignoresPointerEvents ? SVGPointerEvents::automatic : _shape.style->pointerEvents;
 		if (events == SVGPointerEvents::boundingBox)
 		{
 			const Rectangle box = _shape.GetArea().GetBounds();
@@ -80,21 +80,21 @@ public:
 		if (number >= std::size(kReactions))
 			return std::nullopt;
 		const Reaction& reaction = kReactions[number];
-		if (reaction.needsVisible && !_shape.isVisible)
+		if (reaction.needsVisible && !_shape.style->isVisible)
 			return std::nullopt;
-		const bool takesFill = Reacts(reaction.fill, _shape.saysFill);
-		const bool takesStroke = Reacts(reaction.stroke, _shape.saysStroke) && _shape.pen.width > 0.0;
-		if (_shape.isText)
+		const bool takesFill = Reacts(reaction.fill, _shape.style->saysFill);
+		const bool takesStroke = Reacts(reaction.stroke, _shape.style->saysStroke) && _shape.style->pen.width > 0.0;
+		if (_shape.cells != nullptr)
 		{
 			// The whole of a character reacts, as it does in browsers.
-			if ((takesFill || takesStroke) && IsInArea(_shape.cells, SVGFillRule::nonzero))
+			if ((takesFill || takesStroke) && IsInArea(*_shape.cells, SVGFillRule::nonzero))
 				return SVGHitPart::text;
 			return std::nullopt;
 		}
 		// Whatever is painted last lies on top; which of the two is reported matters little where both are.
 		if (takesStroke && IsOnLine())
 			return SVGHitPart::stroke;
-		if (takesFill && IsInArea(_shape.outline, _shape.fillRule))
+		if (takesFill && IsInArea(_shape.outline, _shape.style->fillRule))
 			return SVGHitPart::fill;
 		return std::nullopt;
 	}
@@ -110,16 +110,16 @@ private:
 
 	bool IsOnLine() const noexcept
 	{
-		SVGStroke pen = _shape.pen;
-		if (_shape.isPenUnscaled)
+		SVGStroke pen = _shape.style->pen;
+		if (_shape.style->isPenUnscaled)
 		{
 			pen.width += _tolerance * 2.0;
-			return IsOnStroke(_shape.outline, _node.toView, pen, _shape.dashes, _point);
+			return IsOnStroke(_shape.outline, _node.toView, pen, _shape.style->dashes, _point);
 		}
 		const Matrix2d& m = _node.toView;
 		const double scale = std::sqrt(std::abs(Cross(m.axis1, m.axis2)));
 		pen.width += scale > 0.0 ? _tolerance * 2.0 / scale : 0.0;
-		return IsOnStroke(_shape.outline, {}, pen, _shape.dashes, _own);
+		return IsOnStroke(_shape.outline, {}, pen, _shape.style->dashes, _own);
 	}
 
 	static double Cross(const Vector2d& a, const Vector2d& b) noexcept
@@ -160,11 +160,13 @@ Result<BaseArray<std::int32_t>> FindNear(const HitIndex& index, const Rectangle&
 	return nodes;
 }
 
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr Rectangle kEverywhere{-kInfinity, -kInfinity, kInfinity, kInfinity};
+
 /// The edges that a node has, in the view.
 Rectangle GetCut(const Record& record, const Node& node) noexcept
 {
-	constexpr double kInfinity = std::numeric_limits<double>::infinity();
-	Rectangle cut{-kInfinity, -kInfinity, kInfinity, kInfinity};
+	Rectangle cut = kEverywhere;
 	if (const NodeEdges* edges = record.EdgesOf(node); edges != nullptr && edges->hasViewport)
 		cut = edges->viewport.IsEmpty() ? Rectangle() : drawing::Transform(node.toView, edges->viewport);
 	return node.clip >= 0 ? cut.Intersect(GetClipBox(record, node.clip, {})) : cut;
@@ -175,51 +177,78 @@ Rectangle GetReactingBox(const Node& node, const RecordedShape& shape) noexcept
 {
 	Rectangle box = shape.GetArea().GetBounds(node.toView);
 	// Mostly there is no stroke, and nothing that asks for one.
-	const auto number = static_cast<std::size_t>(shape.pointerEvents);
-	const bool takesStroke = number < std::size(kReactions) && Reacts(kReactions[number].stroke, shape.saysStroke);
-	if (shape.pen.width > 0.0 && (takesStroke || shape.saysStroke))
+	const auto number = static_cast<std::size_t>(shape.style->pointerEvents);
+	const bool takesStroke =
+		number < std::size(kReactions) && Reacts(kReactions[number].stroke, shape.style->saysStroke);
+	if (shape.style->pen.width > 0.0 && (takesStroke || shape.style->saysStroke))
 		box.Include(GetStrokeBox(node, shape, node.toView));
 	return box;
 }
 
 } // namespace
 
+template <typename Take>
+Result<void> HitIndex::ForEachReacting(const Record& record, std::int32_t first, std::int32_t end, Take take) noexcept
+{
+	BaseArray<Rectangle> cuts; // By node, from the first on: what the node and those around it leave.
+	ORVAN_TRY(cuts.Reserve(static_cast<std::size_t>(end - first)));
+	Rectangle around = kEverywhere;
+	for (std::int32_t at = record.At(first).parent; at >= 0; at = record.At(at).parent)
+		around = around.Intersect(GetCut(record, record.At(at)));
+	for (std::int32_t i = first; i < end; i++)
+	{
+		const Node& node = record.At(i);
+		const Rectangle& outer = i > first ? cuts[static_cast<std::size_t>(node.parent - first)] : around;
+		ORVAN_TRY(cuts.Append(GetCut(record, node).Intersect(outer)));
+		_cutters[static_cast<std::size_t>(i)] = node.edges >= 0 || node.clip >= 0 ? i : GetCutter(node.parent);
+		if (node.kind == NodeKind::marker)
+		{
+			// Markers do not react; what stands in them is passed over, but keeps its place in the columns.
+			for (; i + 1 < node.end; i++)
+				ORVAN_TRY(cuts.Append(Rectangle()));
+		}
+		else if (node.shape >= 0)
+		{
+			const Rectangle& cut = cuts[static_cast<std::size_t>(i - first)];
+			ORVAN_TRY(take(i, GetReactingBox(node, record.ShapeOf(node)).Intersect(cut)));
+		}
+	}
+	return {};
+}
+
 Result<HitIndex> HitIndex::Create(const Record& record) noexcept
 {
 	HitIndex index;
-	BaseArray<Rectangle> boxes;
-	BaseArray<Rectangle> cuts; // By node: what the node and those around it leave.
 	const auto count = static_cast<std::size_t>(record.pictureEnd);
-	ORVAN_TRY(cuts.Reserve(count));
-	ORVAN_TRY(index._cutters.Reserve(count));
+	ORVAN_TRY(index._cutters.Resize(count));
+	ORVAN_TRY(index._places.Resize(count));
+	BaseArray<Rectangle> boxes;
 	ORVAN_TRY(boxes.Reserve(record.shapes.GetCount()));
 	ORVAN_TRY(index._nodes.Reserve(record.shapes.GetCount()));
-	for (std::int32_t i = 0; i < record.pictureEnd; i++)
+	const auto take = [&](std::int32_t node, const Rectangle& box) noexcept -> Result<void>
 	{
-		const Node& node = record.At(i);
-		Rectangle cut = GetCut(record, node);
-		if (node.parent >= 0)
-			cut = cut.Intersect(cuts[static_cast<std::size_t>(node.parent)]);
-		ORVAN_TRY(cuts.Append(cut));
-		ORVAN_TRY(index._cutters.Append(node.edges >= 0 || node.clip >= 0 ? i : index.GetCutter(node.parent)));
-		const bool isMarker = node.kind == NodeKind::marker;
-		if (isMarker || node.shape < 0)
-		{
-			// Markers do not react; what stands in them is passed over, but keeps its place in the columns.
-			for (std::int32_t inner = i + 1; isMarker && inner < node.end; inner++)
-			{
-				ORVAN_TRY(cuts.Append(Rectangle()));
-				ORVAN_TRY(index._cutters.Append(-1));
-			}
-			if (isMarker)
-				i = node.end - 1;
-			continue;
-		}
-		ORVAN_TRY(boxes.Append(GetReactingBox(node, record.ShapeOf(node)).Intersect(cut)));
-		ORVAN_TRY(index._nodes.Append(i));
-	}
+		index._places[static_cast<std::size_t>(node)] = index._nodes.GetCount();
+		ORVAN_TRY(boxes.Append(box));
+		return index._nodes.Append(node);
+	};
+	if (count > 0)
+		ORVAN_TRY(index.ForEachReacting(record, 0, record.pictureEnd, take));
 	index._tree = ORVAN_TRY(BoxTree::Create(boxes));
 	return index;
+}
+
+Result<bool> HitIndex::Update(const Record& record, std::int32_t first, std::int32_t end) noexcept
+{
+	const auto take = [&](std::int32_t node, const Rectangle& box) noexcept -> Result<void>
+	{
+		_tree.Set(_places[static_cast<std::size_t>(node)], box);
+		_updateCount++;
+		return {};
+	};
+	ORVAN_TRY(ForEachReacting(record, first, end, take));
+	// Boxes that have moved far make those around them large.
+	constexpr std::size_t kFewest = 64;
+	return _updateCount < std::max(kFewest, _nodes.GetCount());
 }
 
 Result<SVGHits> FindHits(const Record& record, const HitIndex& index, const Vector2d& point,
@@ -265,7 +294,7 @@ Result<SVGHits> FindHitsIn(const Record& record, const HitIndex& index, const Re
 	for (const std::int32_t at : ORVAN_TRY(FindNear(index, area)))
 	{
 		const Node& node = record.At(at);
-		Rectangle box = GetBox(record, at, SVGBoxKind::visual, node.toView);
+		Rectangle box = GetViewBox(record, at, SVGBoxKind::visual);
 		for (std::int32_t cutter = index.GetCutter(node.parent); cutter >= 0 && !box.IsEmpty();
 			 cutter = index.GetCutter(record.At(cutter).parent))
 			box = box.Intersect(GetCut(record, record.At(cutter)));

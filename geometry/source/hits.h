@@ -14,6 +14,10 @@ class HitIndex
 public:
 	static Result<HitIndex> Create(const Record& record) noexcept;
 
+	/// Takes over where the shapes of some nodes lie now, which must be a node with all below it, and the same shapes
+	/// as before. False when it is time to make the index anew.
+	Result<bool> Update(const Record& record, std::int32_t first, std::int32_t end) noexcept;
+
 	/// Calls `visit` with the node of each shape whose box, clips considered, meets `area` of the view.
 	template <typename Visit>
 	void ForEachIn(const Rectangle& area, Visit visit) const noexcept
@@ -28,9 +32,16 @@ public:
 	}
 
 private:
+	/// Calls `take` with the node of each shape among some nodes and the box of what of it may react, and takes down
+	/// what cuts the nodes off.
+	template <typename Take>
+	Result<void> ForEachReacting(const Record& record, std::int32_t first, std::int32_t end, Take take) noexcept;
+
 	BoxTree _tree;
 	BaseArray<std::int32_t> _nodes;   ///< By the tree's indices.
 	BaseArray<std::int32_t> _cutters; ///< By node.
+	BaseArray<std::size_t> _places;   ///< The tree's index, by node, of those with a shape.
+	std::size_t _updateCount = 0;
 };
 
 /// What is at a point of the view.

@@ -69,9 +69,9 @@ private:
 	{
 		const Node& node = _record.At(index);
 		const RecordedShape& shape = _record.ShapeOf(node);
-		const bool fills = shape.isVisible && shape.fill.kind != SVGNormalizedPaint::none;
-		const bool strokes = shape.isVisible && shape.HasStroke();
-		const auto number = static_cast<std::size_t>(shape.paintOrder);
+		const bool fills = shape.style->isVisible && shape.style->fill.kind != SVGNormalizedPaint::none;
+		const bool strokes = shape.style->isVisible && shape.style->HasStroke();
+		const auto number = static_cast<std::size_t>(shape.style->paintOrder);
 		const Part(&order)[3] = kOrders[number < std::size(kOrders) ? number : 0];
 		// A path is filled before it is stroked: both go into one where nothing comes between.
 		const bool isInOrder = (order[0] == Part::fill && order[1] == Part::stroke) ||
@@ -84,12 +84,12 @@ private:
 		{
 			if (part == Part::markers)
 				ORVAN_TRY(AddChildren(index, isWhole));
-			else if (shape.isImage)
+			else if (shape.style->isImage)
 				ORVAN_TRY(AddImage(index, part));
 			else if (part == Part::fill && fills)
 				ORVAN_TRY(AddOutline(index, isOnePath, isWhole));
 			else if (part == Part::stroke && keepsStroke && !isOnePath)
-				ORVAN_TRY(AddPath(index, shape.outline, ToResult(node.toView), {}, shape.stroke, isWhole));
+				ORVAN_TRY(AddPath(index, shape.outline, ToResult(node.toView), {}, shape.style->stroke, isWhole));
 			else if (part == Part::stroke && strokes && !keepsStroke)
 				ORVAN_TRY(AddStroke(index, isWhole));
 		}
@@ -99,7 +99,7 @@ private:
 	Result<void> AddImage(std::int32_t index, Part part) noexcept
 	{
 		const Node& node = _record.At(index);
-		if (part != Part::fill || !_record.ShapeOf(node).isVisible)
+		if (part != Part::fill || !_record.ShapeOf(node).style->isVisible)
 			return {};
 		return _sink.AddImage(index, ToResult(node.toView));
 	}
@@ -109,15 +109,15 @@ private:
 	{
 		const Node& node = _record.At(index);
 		const RecordedShape& shape = _record.ShapeOf(node);
-		const RecordedPaint stroke = hasStroke ? shape.stroke : RecordedPaint();
+		const RecordedPaint stroke = hasStroke ? shape.style->stroke : RecordedPaint();
 		const Matrix2d toResult = ToResult(node.toView);
 		const bool isCut = _clips == SVGNormalizedClips::applied && !hasStroke &&
 						   !IsWithinAreas(index, shape.outline.GetBounds(toResult));
 		if (!isCut)
-			return AddPath(index, shape.outline, toResult, shape.fill, stroke, isWhole);
+			return AddPath(index, shape.outline, toResult, shape.style->fill, stroke, isWhole);
 		Outline outline;
 		ORVAN_TRY(outline.Append(shape.outline, toResult));
-		return AddCut(index, outline, shape.fillRule, shape.fill, isWhole);
+		return AddCut(index, outline, shape.style->fillRule, shape.style->fill, isWhole);
 	}
 
 	/// A stroke as an area.
@@ -125,18 +125,18 @@ private:
 	{
 		const Node& node = _record.At(index);
 		const RecordedShape& shape = _record.ShapeOf(node);
-		const Matrix2d pen = shape.isPenUnscaled ? node.toView : Matrix2d();
-		const Matrix2d toResult = ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView);
+		const Matrix2d pen = shape.style->isPenUnscaled ? node.toView : Matrix2d();
+		const Matrix2d toResult = ToResult(shape.style->isPenUnscaled ? Matrix2d() : node.toView);
 		const double stretch = drawing::GetStretch(toResult);
 		if (!(stretch > 0.0))
 			return {};
 		Outline edges;
-		const Outline own =
-			ORVAN_TRY(GetStrokeEdges(shape.outline, pen, shape.pen, shape.dashes, _options.strokeTolerance / stretch));
+		const Outline own = ORVAN_TRY(GetStrokeEdges(shape.outline, pen, shape.style->pen, shape.style->dashes,
+													 _options.strokeTolerance / stretch));
 		ORVAN_TRY(edges.Append(own, toResult));
 		if (_clips == SVGNormalizedClips::applied && !IsWithinAreas(index, edges.GetBounds()))
-			return AddCut(index, edges, SVGFillRule::nonzero, shape.stroke, isWhole);
-		return Add(index, edges, {}, SVGFillRule::nonzero, shape.stroke, {}, isWhole);
+			return AddCut(index, edges, SVGFillRule::nonzero, shape.style->stroke, isWhole);
+		return Add(index, edges, {}, SVGFillRule::nonzero, shape.style->stroke, {}, isWhole);
 	}
 
 	/// What the areas leave of an outline in the result's coordinates.
@@ -154,7 +154,7 @@ private:
 	Result<void> AddPath(std::int32_t index, const Outline& outline, const Matrix2d& toResult,
 						 const RecordedPaint& fill, const RecordedPaint& stroke, bool isWhole) noexcept
 	{
-		return Add(index, outline, toResult, _record.ShapeOf(_record.At(index)).fillRule, fill, stroke, isWhole);
+		return Add(index, outline, toResult, _record.ShapeOf(_record.At(index)).style->fillRule, fill, stroke, isWhole);
 	}
 
 	Result<void> Add(std::int32_t index, const Outline& outline, const Matrix2d& toResult, SVGFillRule rule,
@@ -166,7 +166,8 @@ private:
 		const RecordedShape& shape = _record.ShapeOf(node);
 		double width = 0.0;
 		if (stroke.kind != SVGNormalizedPaint::none)
-			width = shape.pen.width * drawing::GetMeanScale(ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView));
+			width = shape.style->pen.width *
+					drawing::GetMeanScale(ToResult(shape.style->isPenUnscaled ? Matrix2d() : node.toView));
 		return _sink.AddPath({index, outline, toResult, ToResult(node.toView), rule, fill, stroke, width, isWhole});
 	}
 
@@ -174,8 +175,8 @@ private:
 	Result<bool> KeepsStroke(std::int32_t index, const RecordedShape& shape) noexcept
 	{
 		const Node& node = _record.At(index);
-		const Matrix2d toResult = ToResult(shape.isPenUnscaled ? Matrix2d() : node.toView);
-		if (_options.strokes != SVGNormalizedStrokes::kept || !shape.dashes.lengths.IsEmpty())
+		const Matrix2d toResult = ToResult(shape.style->isPenUnscaled ? Matrix2d() : node.toView);
+		if (_options.strokes != SVGNormalizedStrokes::kept || !shape.style->dashes.lengths.IsEmpty())
 			return false;
 		if (_needs == StrokeNeeds::roundPens && !KeepsCircles(toResult))
 			return false;

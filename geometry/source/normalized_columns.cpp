@@ -51,9 +51,9 @@ public:
 		ORVAN_TRY(_paths.strokeOpacities.Append(path.stroke.opacity * opacity));
 		ORVAN_TRY(_paths.strokeWidths.Append(path.strokeWidth));
 		ORVAN_TRY(_paths.fillRules.Append(path.rule));
-		ORVAN_TRY(_paths.strokeCaps.Append(shape.pen.cap));
-		ORVAN_TRY(_paths.strokeJoins.Append(shape.pen.join));
-		ORVAN_TRY(_paths.strokeMiterLimits.Append(std::max(1.0, shape.pen.miterLimit)));
+		ORVAN_TRY(_paths.strokeCaps.Append(shape.style->pen.cap));
+		ORVAN_TRY(_paths.strokeJoins.Append(shape.style->pen.join));
+		ORVAN_TRY(_paths.strokeMiterLimits.Append(std::max(1.0, shape.style->pen.miterLimit)));
 		ORVAN_TRY(_paths.elements.Append(node.element));
 		_paths.unclippedCount += path.isWhole ? 0 : 1;
 		return {};

@@ -87,12 +87,12 @@ public:
 		{
 			AddPaint("stroke", "stroke-opacity", path.stroke, stroke);
 			_writer.AddAttribute("stroke-width", path.strokeWidth);
-			if (shape.pen.cap != SVGLineCap::butt)
-				_writer.AddAttribute("stroke-linecap", kCaps[static_cast<std::size_t>(shape.pen.cap)]);
-			if (shape.pen.join != SVGLineJoin::miter)
-				_writer.AddAttribute("stroke-linejoin", kJoins[static_cast<std::size_t>(shape.pen.join)]);
-			else if (shape.pen.miterLimit != 4.0)
-				_writer.AddAttribute("stroke-miterlimit", std::max(1.0, shape.pen.miterLimit));
+			if (shape.style->pen.cap != SVGLineCap::butt)
+				_writer.AddAttribute("stroke-linecap", kCaps[static_cast<std::size_t>(shape.style->pen.cap)]);
+			if (shape.style->pen.join != SVGLineJoin::miter)
+				_writer.AddAttribute("stroke-linejoin", kJoins[static_cast<std::size_t>(shape.style->pen.join)]);
+			else if (shape.style->pen.miterLimit != 4.0)
+				_writer.AddAttribute("stroke-miterlimit", std::max(1.0, shape.style->pen.miterLimit));
 		}
 		_writer.AddPathData(_plain).Add("/>\n");
 		const bool isPainted = !IsPattern(path.fill) && !IsPattern(path.stroke);

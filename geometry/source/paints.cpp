@@ -91,11 +91,12 @@ Result<std::optional<RecordedPaint>> LayGradient(const PaintUser& to, const Fram
 	return paint;
 }
 
-/// Nothing when there is no such paint server.
+/// Nothing when there is no such paint server, or none that paints here; `exists` tells which.
 Result<std::optional<RecordedPaint>> GetServer(const PaintUser& to, const Frame& frame, const LazyBox& box,
-											   const String& id) noexcept
+											   const String& id, bool& exists) noexcept
 {
-	const SVGElementRef found = ORVAN_TRY(FindElement(to.scene.document, id));
+	const SVGElementRef found = ORVAN_TRY(FindElement(to.scene, id));
+	exists = IsGradient(found.GetObject()) || Borrowed<SVGPatternElementInterface>(found);
 	if (IsGradient(found.GetObject()))
 		return LayGradient(to, frame, box, found.GetObject());
 	std::optional<RecordedPaint> paint;
@@ -110,6 +111,7 @@ Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const Laz
 	if (paint == nullptr) // Nothing was said.
 		return isFill ? MakeColor({}, 1.0) : RecordedPaint();
 	const Style& style = frame.place.style;
+	bool exists = false;
 	const auto getFallback = [&]
 	{
 		switch (paint->fallback)
@@ -123,7 +125,7 @@ Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const Laz
 			break;
 		}
 		RecordedPaint missing;
-		missing.isMissing = true;
+		missing.isMissing = !exists;
 		return missing;
 	};
 	switch (paint->type)
@@ -146,7 +148,7 @@ Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const Laz
 	}
 	case SVGPaintType::reference:
 	{
-		const std::optional<RecordedPaint> server = ORVAN_TRY(GetServer(to, frame, box, paint->reference));
+		const std::optional<RecordedPaint> server = ORVAN_TRY(GetServer(to, frame, box, paint->reference, exists));
 		return server ? *server : getFallback();
 	}
 	}

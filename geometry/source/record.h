@@ -4,7 +4,10 @@
 
 #include "drawing/gradients.h"
 #include "drawing/outline.h"
+#include "steady_array.h"
 #include "svg_geometry.h"
+
+#include <span>
 
 namespace orvan::geometry
 {
@@ -41,12 +44,9 @@ struct RecordedDashes
 	double offset = 0.0;
 };
 
-/// A shape, or letters of a text that are painted alike.
-struct RecordedShape
+/// All of a shape but its outline. Shapes that look alike share one.
+struct ShapeStyle
 {
-	Outline outline; ///< In the node's coordinates.
-	Outline cells;   ///< Of a text: the cells of its characters.
-	bool isText = false;
 	bool isImage = false; ///< The outline is what an image is fitted into.
 	RecordedPaint fill;
 	RecordedPaint stroke;
@@ -60,15 +60,27 @@ struct RecordedShape
 	SVGPointerEvents pointerEvents = SVGPointerEvents::automatic;
 	bool isVisible = true;
 
-	/// The outline that counts as the area of the shape.
-	const Outline& GetArea() const noexcept
-	{
-		return isText ? cells : outline;
-	}
-
 	bool HasStroke() const noexcept
 	{
 		return stroke.kind != SVGNormalizedPaint::none && pen.width > 0.0;
+	}
+
+	/// True when both are the same, and plain: those with gradients and dashes are not looked at.
+	bool IsLike(const ShapeStyle& other) const noexcept;
+	Result<ShapeStyle> Copy() const noexcept;
+};
+
+/// A shape, or letters of a text that are painted alike.
+struct RecordedShape
+{
+	Outline outline;                   ///< In the node's coordinates.
+	Outline* cells = nullptr;          ///< Of a text: the cells of its characters, which stand in the record.
+	const ShapeStyle* style = nullptr; ///< Stands in the record.
+
+	/// The outline that counts as the area of the shape.
+	const Outline& GetArea() const noexcept
+	{
+		return cells != nullptr ? *cells : outline;
 	}
 };
 
@@ -123,13 +135,25 @@ struct Node
 	NodeKind kind = NodeKind::plain;
 	bool isReferenced = false; ///< Drawn through a use, or in a marker.
 	bool isChanged = false;    ///< A mask, filter or blending changes it, or a node around it.
+	bool isBoxUsed = false;    ///< What cuts it off depends on the box of what stands in it.
 };
 
-/// A box in a node's coordinates, once it is known.
+/// A box, once it is known.
 struct KnownBox
 {
-	Rectangle box;
-	bool isKnown = false;
+	Rectangle box{std::numeric_limits<double>::quiet_NaN(), 0.0, 0.0, 0.0};
+
+	bool IsKnown() const noexcept
+	{
+		return !std::isnan(box.left);
+	}
+};
+
+/// The boxes of one kind by node, as far as they are known; empty where nobody asked for them yet.
+struct KnownBoxes
+{
+	BaseArray<KnownBox> own;  ///< In the coordinates of the nodes.
+	BaseArray<KnownBox> view; ///< In the view, of what is turned there.
 };
 
 /// Where an element is drawn.
@@ -142,17 +166,22 @@ struct ElementEntry
 /// Everything that is drawn of a document.
 struct Record
 {
-	BaseArray<Node> nodes;
-	BaseArray<RecordedShape> shapes;
+	SteadyArray<Node> nodes;
+	SteadyArray<RecordedShape> shapes;
+	SteadyArray<ShapeStyle> styles;
+	SteadyArray<Outline> cells;
 	BaseArray<ClipRegion> regions;
 	BaseArray<NodeEdges> edges;
 	BaseArray<RecordedGradient> gradients;
-	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it.
+	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it. Sorted by
+	/// `SortElements`.
 	BaseArray<ElementEntry> elements;
-	/// By kind and node; shorter where nobody asked for them yet.
-	mutable BaseArray<KnownBox> boxes[3];
+	/// Every element that a reference led to; sorted likewise.
+	BaseArray<ObjectBase*> referenced;
+	mutable KnownBoxes boxes[3]; ///< By kind.
 	Vector2d viewSize;
 	Matrix2d documentToView;     ///< From the root's own coordinates.
+	std::size_t sharedCount = 0; ///< `CountShared` when the picture had been recorded.
 	std::int32_t pictureEnd = 0; ///< The nodes before it are the picture, those behind it definitions.
 
 	/// Calls `visit` with each node directly below one, in painting order.
@@ -178,9 +207,36 @@ struct Record
 	/// Makes room for the boxes of a kind, so that each is found out once.
 	Result<void> KeepBoxes(SVGBoxKind kind) noexcept
 	{
-		BaseArray<KnownBox>& kept = boxes[static_cast<std::size_t>(kind)];
-		return kept.Resize(nodes.GetCount());
+		KnownBoxes& kept = boxes[static_cast<std::size_t>(kind)];
+		ORVAN_TRY(kept.own.Resize(nodes.GetCount()));
+		return kept.view.Resize(nodes.GetCount());
 	}
+
+	/// Number of things that shapes and nodes have in common, or leave behind when they are replaced.
+	std::size_t CountShared() const noexcept
+	{
+		return regions.GetCount() + gradients.GetCount() + styles.GetCount() + edges.GetCount();
+	}
+
+	/// Has the boxes of a node found out anew.
+	void ForgetBoxes(std::int32_t node) const noexcept
+	{
+		const auto index = static_cast<std::size_t>(node);
+		for (KnownBoxes& kept : boxes)
+		{
+			if (index < kept.own.GetCount())
+				kept.own[index] = kept.view[index] = KnownBox();
+		}
+	}
+
+	/// To be called when elements or references have been added.
+	void SortElements() noexcept;
+	/// The nodes of an element: one, but for the parts of a text.
+	std::span<const ElementEntry> Find(const ObjectBase* element) const noexcept;
+	/// True when a reference leads to the element.
+	bool IsReferenced(ObjectBase* element) const noexcept;
+	/// The style, or one like it that is there already; good as long as the record.
+	Result<const ShapeStyle*> KeepStyle(ShapeStyle style) noexcept;
 
 	/// The shape of a node that has one.
 	const RecordedShape& ShapeOf(const Node& node) const noexcept

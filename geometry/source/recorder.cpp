@@ -73,22 +73,23 @@ public:
 	{
 	}
 
-	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override
+	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override
 	{
 		const double commandCount = static_cast<double>(outline.GetCommands().GetCount());
 		if (IsFull() || (frame.place.isByReference && !_scene.limits.Pay(commandCount * kCommandWork)))
 			return {};
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
-		RecordedShape shape = ORVAN_TRY(MakeShape(frame, outline, outline));
-		ORVAN_TRY(shape.outline.Append(outline, {}));
-		ORVAN_TRY(SetShape(node, std::move(shape)));
-		const bool wasMarker = std::exchange(_isInMarker, true);
-		const Result<void> drawn = HasMarkers(frame) ? DrawMarkers(_scene, frame, outline, *this) : Result<void>();
-		_isInMarker = wasMarker;
-		if (!drawn.IsOk())
-			return drawn.GetError();
-		Extent extent(outline.GetBounds(), {});
-		return Leave(node, frame, extent);
+		ShapeStyle style = ORVAN_TRY(MakeStyle(frame, outline, outline));
+		const Outline& kept = *ORVAN_TRY(SetShape(node, std::move(outline), std::move(style)));
+		if (HasMarkers(frame))
+		{
+			const bool wasMarker = std::exchange(_isInMarker, true);
+			const Result<void> drawn = DrawMarkers(_scene, frame, kept, *this);
+			_isInMarker = wasMarker;
+			if (!drawn.IsOk())
+				return drawn.GetError();
+		}
+		return LeaveBox(node, frame, kept);
 	}
 
 	/// A text is a node, and each part of it that is painted alike is one below it.
@@ -99,8 +100,7 @@ public:
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
 		for (const TextFragment& fragment : text.GetFragments())
 			ORVAN_TRY(RecordFragment(frame, text, fragment));
-		Extent extent(text.GetBounds(), {});
-		return Leave(node, frame, extent);
+		return LeaveBox(node, frame, text.GetBounds());
 	}
 
 	/// An image is the rectangle that it is fitted into.
@@ -109,18 +109,17 @@ public:
 		if (IsFull())
 			return {};
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
-		const Style& style = frame.place.style;
-		RecordedShape shape;
-		shape.isImage = true;
-		shape.fill = {SVGNormalizedPaint::server, {}, 1.0};
-		shape.saysFill = true;
-		shape.pen.width = 0.0;
-		shape.pointerEvents = style.pointerEvents;
-		shape.isVisible = style.visibility == SVGVisibility::visible;
-		ORVAN_TRY(shape.outline.AddRectangle(image.viewport, 0.0, 0.0));
-		ORVAN_TRY(SetShape(node, std::move(shape)));
-		Extent extent(image.viewport, {});
-		return Leave(node, frame, extent);
+		ShapeStyle style;
+		style.isImage = true;
+		style.fill = {SVGNormalizedPaint::server, {}, 1.0};
+		style.saysFill = true;
+		style.pen.width = 0.0;
+		style.pointerEvents = frame.place.style.pointerEvents;
+		style.isVisible = frame.place.style.visibility == SVGVisibility::visible;
+		Outline outline;
+		ORVAN_TRY(outline.AddRectangle(image.viewport, 0.0, 0.0));
+		ORVAN_TRY(SetShape(node, std::move(outline), std::move(style)));
+		return LeaveBox(node, frame, image.viewport);
 	}
 
 	Result<void> DrawGroup(const Frame& frame, const Content& content) noexcept override
@@ -218,15 +217,27 @@ private:
 		return _current;
 	}
 
+	/// Ends the node of something with this box.
+	Result<void> LeaveBox(std::int32_t index, const Frame& frame, const LazyBox& box) noexcept
+	{
+		// It is seldom asked for.
+		Extent extent(frame.effects.NeedsPicture() ? box.Get() : Rectangle(), {});
+		return Leave(index, frame, extent);
+	}
+
 	/// Ends a node, with what cuts it off.
 	Result<void> Leave(std::int32_t index, const Frame& frame, Extent& extent) noexcept
 	{
 		_current = At(index).parent;
 		At(index).end = GetCount();
+		// Of what only leads to what is wanted nothing is known.
+		if (_scene.GetNextOnRoute(frame.element, frame.depth) != nullptr)
+			return {};
 		if (frame.effects.clipPath != nullptr || frame.effects.clipShape != nullptr)
 			At(index).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
 		if (frame.effects.mask != nullptr)
 			ORVAN_TRY(RecordMask(index, frame, extent));
+		At(index).isBoxUsed = extent.IsKnown(); // Of a shape it always is; that concerns nobody else.
 		return {};
 	}
 
@@ -271,10 +282,10 @@ private:
 	}
 
 	/// All of a shape but its outline. `box` is what gradients refer to.
-	Result<RecordedShape> MakeShape(const Frame& frame, const Outline& outline, const LazyBox& box) noexcept
+	Result<ShapeStyle> MakeStyle(const Frame& frame, const Outline& outline, const LazyBox& box) noexcept
 	{
 		const Style& style = frame.place.style;
-		RecordedShape shape;
+		ShapeStyle shape;
 		shape.fill = ORVAN_TRY(GetPaint(_scene, _record, frame, box, true));
 		shape.stroke = ORVAN_TRY(GetPaint(_scene, _record, frame, box, false));
 		shape.saysFill = HasFill(style) && !shape.fill.isMissing;
@@ -290,10 +301,15 @@ private:
 		return shape;
 	}
 
-	Result<void> SetShape(std::int32_t node, RecordedShape shape) noexcept
+	/// Gives a node its shape; the result is the outline where it is kept.
+	Result<const Outline*> SetShape(std::int32_t node, Outline outline, ShapeStyle style,
+									Outline* cells = nullptr) noexcept
 	{
-		At(node).shape = static_cast<std::int32_t>(_record.shapes.GetCount());
-		return _record.shapes.Append(std::move(shape));
+		const ShapeStyle* const kept = ORVAN_TRY(_record.KeepStyle(std::move(style)));
+		const std::size_t index = _record.shapes.GetCount();
+		ORVAN_TRY(_record.shapes.Append({std::move(outline), cells, kept}));
+		At(node).shape = static_cast<std::int32_t>(index);
+		return &_record.shapes[index].outline;
 	}
 
 	/// A node for a part of the text that stands in `_current`.
@@ -326,16 +342,15 @@ private:
 		for (int i = 0; const Frame* const frame = TextLayout::FindDecorating(fragment, kind, i); i++)
 		{
 			Outline lines = ORVAN_TRY(layout.GetLines(fragment, kind));
-			RecordedShape shape = ORVAN_TRY(MakeShape(*frame, lines, layout.GetBounds()));
-			shape.fillRule = SVGFillRule::nonzero;
-			shape.isVisible = fragment.frame->place.style.visibility == SVGVisibility::visible;
-			shape.outline = std::move(lines);
+			ShapeStyle style = ORVAN_TRY(MakeStyle(*frame, lines, layout.GetBounds()));
+			style.fillRule = SVGFillRule::nonzero;
+			style.isVisible = fragment.frame->place.style.visibility == SVGVisibility::visible;
 			Node node = MakePart(text, *frame, fragment.opacity);
 			node.kind = NodeKind::marker;
 			node.isReferenced = true;
 			const std::int32_t index = GetCount();
 			ORVAN_TRY(_record.nodes.Append(std::move(node)));
-			ORVAN_TRY(SetShape(index, std::move(shape)));
+			ORVAN_TRY(SetShape(index, std::move(lines), std::move(style)));
 		}
 		return {};
 	}
@@ -352,17 +367,19 @@ private:
 		ORVAN_TRY(_record.nodes.Append(std::move(node)));
 
 		Outline letters = ORVAN_TRY(layout.GetOutline(fragment));
-		RecordedShape shape = ORVAN_TRY(MakeShape(*fragment.frame, letters, layout.GetBounds()));
-		shape.isText = true;
-		shape.fillRule = SVGFillRule::nonzero;
+		ShapeStyle style = ORVAN_TRY(MakeStyle(*fragment.frame, letters, layout.GetBounds()));
+		style.fillRule = SVGFillRule::nonzero;
+		Outline cells;
 		for (std::size_t cluster = fragment.first; cluster < fragment.end; cluster++)
 		{
 			Outline cell;
 			ORVAN_TRY(cell.AddRectangle(layout.GetCell(cluster), 0.0, 0.0));
-			ORVAN_TRY(shape.cells.Append(cell, layout.GetPlace(cluster)));
+			ORVAN_TRY(cells.Append(cell, layout.GetPlace(cluster)));
 		}
-		shape.outline = std::move(letters);
-		return SetShape(index, std::move(shape));
+		const std::size_t cellsIndex = _record.cells.GetCount();
+		ORVAN_TRY(_record.cells.Append(std::move(cells)));
+		ORVAN_TRY(SetShape(index, std::move(letters), std::move(style), &_record.cells[cellsIndex]));
+		return {};
 	}
 
 	Scene& _scene;
@@ -433,6 +450,7 @@ Result<Record> RecordPicture(Scene& scene) noexcept
 {
 	Record record;
 	record.viewSize = scene.viewportSize;
+	scene.referenced = &record.referenced;
 	Recorder recorder(scene, record);
 	const SVGElementRef root = scene.document->GetRootElement();
 	if (root)
@@ -440,6 +458,9 @@ Result<Record> RecordPicture(Scene& scene) noexcept
 	if (!record.nodes.IsEmpty())
 		record.documentToView = record.nodes[0].toView;
 	record.pictureEnd = static_cast<std::int32_t>(record.nodes.GetCount());
+	record.sharedCount = record.CountShared();
+	scene.referenced = nullptr;
+	record.SortElements();
 	return record;
 }
 
@@ -450,7 +471,11 @@ Result<void> RecordDefinitions(Scene& scene, Record& record) noexcept
 		return {};
 	Place place = GetOutermostPlace(scene);
 	place.transform = record.documentToView;
-	return DefinitionFinder(scene, record).Visit(root.GetObject(), place, nullptr);
+	scene.referenced = &record.referenced;
+	ORVAN_TRY(DefinitionFinder(scene, record).Visit(root.GetObject(), place, nullptr));
+	scene.referenced = nullptr;
+	record.SortElements();
+	return {};
 }
 
 } // namespace orvan::geometry

@@ -36,7 +36,7 @@ public:
 		return false;
 	}
 
-	Result<void> DrawShape(const Frame& frame, const Outline& outline) noexcept override
+	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override
 	{
 		const auto fill = [&]() noexcept
 		{

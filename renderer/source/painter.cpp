@@ -80,7 +80,7 @@ cairo_fill_rule_t ToCairo(SVGFillRule rule) noexcept
 
 // Shapes -------------------------------------------------------------------------------------------------------------
 
-Result<void> Painter::DrawShape(const Frame& frame, const Outline& outline) noexcept
+Result<void> Painter::DrawShape(const Frame& frame, Outline& outline) noexcept
 {
 	const Place& place = frame.place;
 	// What is hidden may still have a filter that makes something of nothing.

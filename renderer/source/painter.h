@@ -21,7 +21,7 @@ public:
 	{
 	}
 
-	Result<void> DrawShape(const drawing::Frame& frame, const drawing::Outline& outline) noexcept override;
+	Result<void> DrawShape(const drawing::Frame& frame, drawing::Outline& outline) noexcept override;
 	Result<void> DrawText(const drawing::Frame& frame, const drawing::TextLayout& text) noexcept override;
 	Result<void> DrawImage(const drawing::Frame& frame, const drawing::PlacedImage& image) noexcept override;
 	Result<void> DrawGroup(const drawing::Frame& frame, const drawing::Content& content) noexcept override;

@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "geometry_module.h"
+#include "orvan/host/allocation_failure.h"
+#include "svg_edit.h"
+#include "svg_source.h"
+
+#include <vector>
 
 namespace orvan
 {
@@ -309,6 +314,132 @@ TEST_F(Hits, PassMarkersAndEndAtViewportsOfSymbols)
 	EXPECT_EQ("", find({31, 45, 10, 5, false}, false));
 	EXPECT_EQ("u>q", find({10, 40, 20, 20, false}, true));
 	EXPECT_EQ("v>w", find({80, 45, 5, 5, false}, false));
+}
+
+/// Every answer about the boxes of a picture's elements and what is at points of it.
+std::string AskAll(const AskedPicture& picture, const SVGGeometryRef& geometry, const std::vector<const char*>& ids)
+{
+	std::string answers;
+	for (const char* const id : ids)
+	{
+		answers += id;
+		for (const auto kind : {SVGBoxKind::fill, SVGBoxKind::stroke, SVGBoxKind::visual})
+		{
+			for (const auto in : {SVGCoordinates::element, SVGCoordinates::document, SVGCoordinates::view})
+				answers += ' ' + AskedPicture::Describe(Must(geometry->GetBox(picture[id], kind, in)));
+		}
+		answers += '\n';
+	}
+	for (int point = 0; point < 400; point++)
+	{
+		const Vector2d at{point % 20 * 5.0 + 0.3, static_cast<double>(point / 20) * 5.0 + 0.7};
+		answers += AskedPicture::Describe(Must(geometry->FindAt(at, {.findsAll = true}))) + ';';
+	}
+	return answers + std::to_string(Must(geometry->Normalize({})).points.GetCount());
+}
+
+TEST_F(Hits, AreTrueAfterEachEdit)
+{
+	const std::vector<const char*> ids{"root", "g", "p",  "r", "c", "t", "s",  "k", "u", "used", "w",
+									   "w1",   "b", "b1", "m", "d", "q", "cp", "v", "i", "o",    "o1"};
+	const AskedPicture picture(
+		"<clipPath id='cp'><circle cx='50' cy='50' r='45'/></clipPath><clipPath id='bb' clipPathUnits="
+		"'objectBoundingBox'><rect width='.5' height='1'/></clipPath><linearGradient id='lg'><stop/><stop offset='1'/>"
+		"</linearGradient><marker id='mk' markerWidth='4' markerHeight='4'><path d='M0 0h2v2z'/></marker>"
+		"<g id='g' transform='rotate(20 50 50)' clip-path='url(#cp)' fill='url(#lg)'><path id='p' d='M10 10C20 0 30 30 "
+		"40 10z'/><rect id='r' x='50' y='20' width='10' height='30' stroke='red'/><g id='k' transform='skewX(10)'>"
+		"<circle id='c' cx='30' cy='60' r='9'/></g></g><text id='t' x='10' y='90' font-size='12' font-family="
+		"'DejaVu Sans'>ab<tspan id='s' dy='2'>cd</tspan></text><rect id='used' x='80' width='9' height='9'/><use id="
+		"'u' href='#used' y='60'/><switch id='w'><rect id='w1' x='70' y='70' width='9' height='5'/><rect width='3' "
+		"height='3'/></switch><g id='b' clip-path='url(#bb)'><rect id='b1' x='2' y='60' width='8' height='8'/></g>"
+		"<path id='m' d='M60 90h10v5h9' fill='none' stroke='red' marker-mid='url(#mk)'/><defs><rect id='d' width='7' "
+		"height='3'/></defs><svg id='q' x='40' y='80' width='10' height='10' viewBox='0 0 5 5'><rect id='v' width='9' "
+		"height='3'/></svg><image id='i' x='90' y='90' width='8' height='8' href='none.png'/><g id='o' style="
+		"'transform-box:fill-box;transform-origin:50% 50%;transform:rotate(45deg)'><rect id='o1' x='20' y='80' "
+		"width='6' height='6'/></g>",
+		"id='root' width='100' height='100'");
+	const auto source = Cast<SVGDocumentSourceInterface>(picture.GetDocument());
+	const auto edit = [&](const char* id, const char* name, const char* value)
+	{
+		Must(source->SetAttributeText(picture[id], Text(name), Text(value)));
+	};
+	struct Edit
+	{
+		const char* id;
+		const char* name;
+		const char* value;
+	};
+	constexpr Edit kEdits[] = {
+		{"p", "transform", "translate(5 40)"},
+		{"p", "d", "M0 0h30v20z"},
+		{"p", "stroke", "red"},
+		{"r", "x", "30"},
+		{"r", "fill", "none"},
+		{"r", "visibility", "hidden"},
+		{"r", "display", "none"},
+		{"r", "display", "inline"},
+		{"r", "visibility", "visible"},
+		{"r", "stroke-dasharray", "3 2"},
+		{"c", "r", "15"},
+		{"k", "transform", "translate(20 -20)"},
+		{"g", "transform", "scale(.5)"},
+		{"g", "stroke", "blue"},
+		{"g", "clip-path", "none"},
+		{"t", "x", "30"},
+		{"s", "dy", "-20"},
+		{"s", "stroke", "red"},
+		{"used", "width", "15"},
+		{"u", "y", "40"},
+		{"u", "href", "#c"},
+		{"w1", "systemLanguage", "xx"},
+		{"w1", "width", "20"},
+		{"b1", "width", "20"},
+		{"m", "d", "M60 90h10v5h9v3"},
+		{"m", "stroke-width", "3"},
+		{"d", "width", "20"},
+		{"q", "viewBox", "0 0 10 10"},
+		{"v", "height", "9"},
+		{"i", "x", "80"},
+		{"o1", "width", "20"},
+		{"o", "opacity", ".5"},
+		{"cp", "transform", "translate(-20)"},
+		{"root", "viewBox", "0 0 200 200"},
+	};
+	for (const auto& [id, name, value] : kEdits)
+	{
+		SCOPED_TRACE(std::string(id) + ' ' + name + '=' + value);
+		edit(id, name, value);
+		const auto fresh = Must(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
+		Must(fresh->SetDocument(picture.GetDocument(), {}));
+		EXPECT_EQ(AskAll(picture, fresh, ids), AskAll(picture, picture.geometry, ids));
+	}
+	// Several at once, one of them inside of another.
+	edit("k", "transform", "rotate(5)");
+	edit("c", "r", "4");
+	edit("p", "d", "M0 0h9v9z");
+	const auto fresh = Must(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
+	Must(fresh->SetDocument(picture.GetDocument(), {}));
+	EXPECT_EQ(AskAll(picture, fresh, ids), AskAll(picture, picture.geometry, ids));
+}
+
+TEST_F(Hits, OfOneEditedElementDoNotCostAWalkOverAll)
+{
+	std::string elements;
+	for (int i = 0; i < 2000; i++)
+		elements += "<g><path id='p" + std::to_string(i) + "' d='M0 0h1v1z'/></g>";
+	const AskedPicture picture(elements);
+	EXPECT_EQ("", picture.At(50, 50));
+	const auto path = Cast<SVGPathEditInterface>(picture["p1234"]);
+	for (int i = 0; i < 3000; i++) // The index is made anew now and then.
+	{
+		Must(path->SetPathData(Text("M" + std::to_string(i % 80) + " 50h1v1z")));
+		EXPECT_EQ("p1234", picture.At(i % 80 + 0.5, 50.2));
+	}
+	Must(path->SetPathData(Text("M20 20h9v9z")));
+	// A walk over all allocates for each element; this one must not come to the hundredth.
+	const AllocationFailure failure(100, AllocationFailure::Extent::one);
+	EXPECT_EQ("p1234", picture.At(25, 22));
+	EXPECT_FALSE(failure.HasFailed());
 }
 
 TEST_F(Hits, OfTextsAreTheirCells)
