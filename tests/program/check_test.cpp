@@ -43,6 +43,7 @@ TEST(CheckCommand, ReportsTheSameAsJson)
 	EXPECT_EQ(failure["element"], "path");
 	EXPECT_TRUE(failure["reason"].get<std::string>().starts_with("Exception parsing svg file. ")) << failure;
 	EXPECT_EQ(failure["id"], "p");
+	EXPECT_FALSE(failure.contains("attribute")) << "It is named in the reason.";
 }
 
 TEST(CheckCommand, TellsWhatATolerantImportLeavesOut)
@@ -69,6 +70,15 @@ TEST(CheckCommand, TellsWhatATolerantImportLeavesOut)
 	EXPECT_EQ(finding["attribute"], "stroke");
 	EXPECT_EQ(finding["id"], "r");
 	EXPECT_NE(finding["message"].get<std::string>().find("\"q\""), std::string::npos) << finding;
+
+	// From a hundred on they are counted.
+	std::string content;
+	for (int i = 0; i < 105; i++)
+		content += "<g fill='q'/>";
+	const std::string many = folder.Write("many.svg", "<svg>" + content + "</svg>");
+	EXPECT_EQ(RunProgram({"check", "--tolerant", many}).output, "1 loaded, 0 failed, 105 findings\n");
+	const ProgramRun tree = RunProgram({"tree", "--tolerant", many});
+	EXPECT_TRUE(tree.errors.ends_with("\nWARNING: " + many + ": 5 more findings\n")) << tree.errors;
 }
 
 TEST(CheckCommand, WritesALogForCodeReview)
@@ -111,6 +121,8 @@ TEST(CheckCommand, WritesALogForCodeReview)
 	EXPECT_GT(place["physicalLocation"]["region"]["startColumn"], 1);
 	EXPECT_EQ(place["logicalLocations"].at(0)["name"], "r");
 	EXPECT_EQ(RunProgram({"check", "--sarif", "--json", "."}).status, 2);
+	const std::string input = RunProgram({"check", "--sarif", "-"}, {.input = "<svg>"}).output;
+	EXPECT_NE(input.find("{\"uri\": \"stdin\"}"), input.npos) << input;
 }
 
 TEST(CheckCommand, FindsPackedFilesWhereTheyCanBeRead)

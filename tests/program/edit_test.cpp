@@ -84,10 +84,20 @@ TEST_F(Editing, EditsSeveralFilesAndTellsOfEach)
 													  {"set", one, "g", "x=1", "--json"},
 													  {"set", one, same, "-o", out},
 													  {"set", one, "x=1", "-i"},
+													  {"set", one, "g", "=1"},
+													  {"set", one, "--select", "g"},
+													  {"set", "-", "g", "x=1", "-i"},
+													  {"repair", one, two, "-o", "-"},
 													  {"remove", one, two, "-i"},
 													  {"rename-id", one, "b", "-i"}})
 		EXPECT_EQ(2, RunProgram(arguments).status) << testing::PrintToString(arguments);
 	EXPECT_EQ(1, RunProgram({"repair", broken, "--json", "-i"}).status);
+	EXPECT_EQ(1, RunProgram({"set", "x=1"}).status) << "a file of that name";
+	// One status for all, whoever is last; the first selector that finds nothing is named.
+	EXPECT_EQ(1, RunProgram({"tree", broken, one, "-j", "1"}).status);
+	EXPECT_NE(std::string::npos, RunProgram({"remove", one, "circle", "line"}).errors.find("'circle'"));
+	EXPECT_NE(std::string::npos,
+			  RunProgram({"remove", two, "rect", "--json", "-o", out + "two.svg"}).output.find("\"elements\": 2}"));
 }
 
 TEST_F(Editing, MakesFilesThatLoad)
@@ -136,6 +146,13 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 							  std::string(150, 'c') + "' fill='bad'/></svg>";
 	const ProgramRun cut = RunProgram({"repair", folder.Write("cut.svg", lines)});
 	EXPECT_EQ(0, cut.status) << cut.errors;
+	EXPECT_NE(std::string::npos, cut.output.find("\n-…ccc")) << cut.output;
+	EXPECT_NE(std::string::npos, cut.output.find("c' fill='bad'/>\n")) << cut.output;
+	// Where lines go, the others are numbered on.
+	const std::string gaps = folder.Write("d.svg", "<svg>\n<g\n fill='q'\n\n/>\n<g fill='q'/></svg>");
+	const ProgramRun shorter = RunProgram({"repair", gaps, "-o", (path / "out/").string()});
+	EXPECT_NE(std::string::npos, shorter.output.find("@@ -6 +5 @@\n-<g fill='q'/></svg>\n+<g/></svg>\n"))
+		<< shorter.output;
 	EXPECT_EQ(1, RunProgram({"repair", folder.Write("bad.svg", "<svg><g>")}).status);
 	EXPECT_EQ(2, RunProgram({"repair", file, good, "-o", "one.svg"}).status);
 }

@@ -2,6 +2,7 @@
 /// The commands that ask a picture.
 #include "program_run.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -55,6 +56,49 @@ TEST_F(GeometryCommands, PrintBoxesAndLengths)
 	EXPECT_EQ("path#p  60  50,20\n", Run({"measure", "path", "--at", "0.5"}));
 	EXPECT_EQ("path#p  M20 20L50 20Z\n", Run({"outline", "#p"}));
 	EXPECT_EQ(2, StatusOf({"boxes", "--kind", "odd"}));
+	// On its way back the line is where it was, in the other direction.
+	const json places = json::parse(Run({"measure", "--json", "--at", "0.25", "--at", "0.75"}))["elements"];
+	EXPECT_EQ(json::parse("[{\"point\": [35, 20], \"direction\": [1, 0]}, "
+						  "{\"point\": [35, 20], \"direction\": [-1, 0]}]"),
+			  places.back()["places"]);
+	EXPECT_EQ("", Run({"measure", "g"})) << "no outline by itself";
+}
+
+TEST_F(GeometryCommands, SelectAndLeaveOut)
+{
+	const std::string file = _folder.Write(
+		"b.svg", "<svg width='20' height='20'><rect id='a' width='10' height='10'/><rect id='b' width='5' height='5'/>"
+				 "<path display='none' d='M0 0h1'/><path d='M10 15h6' stroke='red' stroke-width='4'/><g/>"
+				 "<text font-size='0' id='t'>a</text></svg>");
+	const auto run = [](const std::vector<std::string>& arguments)
+	{
+		const ProgramRun done = RunProgram(arguments);
+		EXPECT_EQ(0, done.status) << done.errors;
+		return done.output;
+	};
+	EXPECT_EQ("g  -\n", run({"boxes", file, "g"}));
+	EXPECT_EQ(json(), json::parse(run({"boxes", file, "g", "--json"}))["boxes"][0]["stroke"]);
+	const std::string all = run({"boxes", file, "*"});
+	EXPECT_EQ(all, run({"boxes", file}));
+	EXPECT_EQ(7, std::ranges::count(all, '\n')) << "All elements, and not the characters: " << all;
+	EXPECT_EQ("path  6\n", run({"measure", file, "path"})) << "What is not displayed has no length.";
+	EXPECT_EQ("path  M10 17L16 17L16 13L10 13Z\n", run({"outline", file, "path", "--stroke", "4"}));
+	EXPECT_EQ("rect#b  fill\n", run({"hit", file, "1", "1"}));
+	EXPECT_EQ("rect#b  fill\nrect#a  fill\n", run({"hit", file, "1", "1", "--all"}));
+	EXPECT_EQ("", run({"hit", file, "11.5", "8"}));
+	EXPECT_EQ("rect#a  fill\n", run({"hit", file, "11.5", "8", "--tolerance", "2"}));
+	// What is no file is a selector, and a selector is given once; several files have a line each.
+	for (const std::vector<std::string>& more :
+		 {std::vector<std::string>{"missing.svgz"}, {"missing", "--select", "g"}, {"folder/missing"}})
+	{
+		std::vector<std::string> arguments = {"boxes", "--json", file};
+		arguments.insert(arguments.end(), more.begin(), more.end());
+		const ProgramRun two = RunProgram(arguments);
+		EXPECT_EQ(1, two.status) << more[0];
+		EXPECT_EQ(2, std::ranges::count(two.output, '\n')) << two.output;
+		EXPECT_NE(std::string::npos, two.output.find("\n{\"url\": \"file:///")) << two.output;
+		EXPECT_NE(std::string::npos, two.output.find("\"reason\": ")) << two.output;
+	}
 }
 
 TEST_F(GeometryCommands, PrintHits)
@@ -90,6 +134,50 @@ TEST_F(GeometryCommands, WritePlainPaths)
 	EXPECT_EQ(2, StatusOf({"normalize", "--format", "odd"}));
 	EXPECT_EQ(2, StatusOf({"normalize", "--clips", "odd"}));
 	EXPECT_EQ(2, RunProgram({"normalize", _path, _path, "-o", arrays}).status);
+}
+
+TEST_F(GeometryCommands, WritePlainPathsAsTheyAreAsked)
+{
+	const std::string file = _folder.Write(
+		"b.svg", "<svg width='20' height='20'><clipPath id='c'><rect width='5' height='20'/></clipPath>"
+				 "<linearGradient id='l'><stop/><stop offset='1'/></linearGradient><rect id='a' width='10' height='10' "
+				 "clip-path='url(#c)' fill='url(#l)' fill-rule='evenodd'/><circle cx='15' cy='15' r='2'/>"
+				 "<path d='M10 15h6' stroke='red' stroke-width='4' fill='none'/></svg>");
+	const auto pathsOf = [&](std::vector<std::string> options)
+	{
+		options.insert(options.begin(), {"normalize", file, "--format", "json"});
+		const ProgramRun run = RunProgram(options);
+		EXPECT_EQ(0, run.status) << run.errors;
+		return json::parse(run.output)["paths"];
+	};
+	const ProgramRun clipped = RunProgram({"normalize", file});
+	EXPECT_NE(std::string::npos, clipped.output.find("d=\"M0 10L0 0L5 0L5 10Z\"")) << clipped.output;
+	EXPECT_EQ("", clipped.errors);
+	const ProgramRun left = RunProgram({"normalize", file, "--clips", "ignored", "--format", "json"});
+	EXPECT_NE(std::string::npos, left.errors.find("b.svg: clip paths, masks and filters of 1 paths are left aside"))
+		<< left.errors;
+	EXPECT_EQ(json::parse("{\"id\": \"a\", \"fill\": {\"color\": [0, 0, 0], \"opacity\": 1, \"isServer\": true}, "
+						  "\"fillRule\": \"evenodd\", \"d\": \"M0 0L10 0L10 10L0 10Z\"}"),
+			  json::parse(left.output)["paths"][0]);
+	// Curves stay curves, but where a format knows none.
+	const std::string circle = pathsOf({})[1]["d"];
+	EXPECT_EQ(std::string::npos, circle.find('L')) << circle;
+	const std::string flat = pathsOf({"--flatten", "1"})[1]["d"];
+	EXPECT_EQ(std::string::npos, flat.find('C')) << flat;
+	const std::string lines = RunProgram({"normalize", file, "--format", "hpgl"}).output;
+	EXPECT_GT(std::ranges::count(lines, 'D'), 20) << lines;
+	EXPECT_EQ(json::parse(
+				  "{\"stroke\": {\"color\": [1, 0, 0], \"opacity\": 1}, \"strokeWidth\": 4, \"d\": \"M10 15L16 15\"}"),
+			  pathsOf({})[2]);
+	EXPECT_EQ(json::parse("{\"fill\": {\"color\": [1, 0, 0], \"opacity\": 1}, \"d\": \"M10 17L16 17L16 13L10 13Z\"}"),
+			  pathsOf({"--outline-strokes"})[2]);
+	// By the name of what is written, and into a folder.
+	EXPECT_EQ(0, RunProgram({"normalize", file, "-o", _folder.GetPath() / "b.json"}).status);
+	EXPECT_EQ('{', ReadFile(_folder.GetPath() / "b.json")[0]);
+	EXPECT_EQ(0, RunProgram({"normalize", file, _path, "-o", (_folder.GetPath() / "out/").string()}).status);
+	EXPECT_EQ(clipped.output, ReadFile(_folder.GetPath() / "out/b.svg"));
+	EXPECT_EQ(2, RunProgram({"normalize", file, "--format", ".svg"}).status);
+	EXPECT_EQ(1, RunProgram({"normalize", file, "-o", "/dev/full"}).status);
 }
 
 } // namespace

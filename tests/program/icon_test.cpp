@@ -100,12 +100,14 @@ TEST(IconCommand, TakesSeveralFiles)
 	EXPECT_EQ(RunProgram({"icon", two, "-o", "-"}).output.substr(0, 4), "\x89PNG");
 	EXPECT_EQ(RunProgram({"icon", one, two, "--watch"}).status, 2);
 	EXPECT_EQ(RunProgram({"icon", "-", "--watch"}).status, 2);
+	EXPECT_EQ(RunProgram({"icon", two, "-o", "-", "--watch"}).status, 2);
 }
 
 TEST(IconCommand, FailsForALayerThatIsNotThere)
 {
-	const ProgramRun run = RunProgram({"icon", kLamp, "--enable", "nothing"});
+	const ProgramRun run = RunProgram({"icon", kLamp, "--enable", "nothing", "--disable", "stand"});
 	EXPECT_EQ(run.status, 1);
+	EXPECT_NE(run.output.find("hidden  stand\n"), run.output.npos) << "The others are switched: " << run.output;
 	EXPECT_NE(run.errors.find("'nothing'"), run.errors.npos) << run.errors;
 }
 

@@ -48,7 +48,20 @@ TEST(RenderCommand, ReadsWhatAPictureNeedsUnlessItIsToldNotTo)
 	// A size in pixels is one whatever their density.
 	EXPECT_EQ(RunProgram({"render", file, "-o", png, "--dpi", "48", "--width", "96"}).status, 0);
 	EXPECT_EQ(FirstBytes(png, 24).substr(16), std::string("\0\0\0\x60\0\0\0\x14", 8));
+	EXPECT_EQ(RunProgram({"render", file, "-o", png, "--dpi", "48", "--height", "10"}).status, 0);
+	EXPECT_EQ(FirstBytes(png, 24).substr(16), std::string("\0\0\0\x30\0\0\0\x0a", 8));
+	EXPECT_EQ(RunProgram({"render", file, "-o", png, "--dpi", "48", "--scale", "2"}).status, 0);
+	EXPECT_EQ(FirstBytes(png, 24).substr(16), std::string("\0\0\0\x60\0\0\0\x14", 8));
+	EXPECT_EQ(RunProgram({"render", file, "-o", folder.GetPath() / "a.pdf", "--dpi", "48"}).status, 0);
+	EXPECT_NE(ReadFile(folder.GetPath() / "a.pdf").find("/MediaBox [ 0 0 72 15 ]"), std::string::npos)
+		<< "A page is an inch wide, and has no pixels.";
 	EXPECT_EQ(RunProgram({"render", "--plain", file, "-o", png}).status, 1);
+	const auto drawPlainly = [](const std::string& text)
+	{
+		return RunProgram({"render", "--plain", "-", "-o", "-"}, {.input = text}).output;
+	};
+	EXPECT_EQ(drawPlainly("<svg width='9' height='9'><style>rect{fill:red}</style><rect width='9' height='9'/></svg>"),
+			  drawPlainly("<svg width='9' height='9'><rect width='9' height='9'/></svg>"));
 }
 
 TEST(RenderCommand, PaintsTheColorsAndTheElementThatItIsTold)
@@ -65,7 +78,9 @@ TEST(RenderCommand, PaintsTheColorsAndTheElementThatItIsTold)
 	EXPECT_EQ(draw("currentColor", {}).output, draw("black", {}).output);
 	EXPECT_EQ(draw("lime' id='a", {"--id", "a"}).output, draw("lime", {}).output);
 	EXPECT_EQ(draw("lime", {"--id", "a"}).status, 1);
-	EXPECT_EQ(draw("none", {"--current-color", "url(#a)"}).status, 2);
+	EXPECT_EQ(draw("currentColor", {"--background", "red", "--current-color", "lime"}).output, draw("lime", {}).output);
+	for (const char* wrong : {"url(#a)", "inherit", "lime\" x=\"", "<"})
+		EXPECT_EQ(draw("none", {"--current-color", wrong}).status, 2) << wrong;
 	const ProgramRun late = draw("lime", {"--deadline", "1e-9"});
 	EXPECT_EQ(late.status, 0);
 	EXPECT_EQ(late.errors.find("WARNING: <stdin>: "), 0) << late.errors;

@@ -116,6 +116,35 @@ TEST(TreeCommand, IndentsTheTreeForPeople)
 	const TemporaryFolder folder;
 	const std::string path = folder.Write("a.svg", Svg("<g id='x' opacity='.5'><circle r='2mm'/></g>"));
 	EXPECT_EQ(RunProgram({"tree", path}).output, "svg\n  g #x  opacity=0.5\n    circle  r=2mm\n");
+	const std::string fitted =
+		folder.Write("b.svg", Svg("<rect width='50%' fill='url(#x)' font-weight='bold'/>"
+								  "<symbol viewBox='0 0 1 2' preserveAspectRatio='xMinYMax slice'/>"
+								  "<symbol preserveAspectRatio='none' transform='matrix(0 1 -1 0 2 3)'/>"));
+	EXPECT_EQ(RunProgram({"tree", fitted}).output,
+			  "svg\n  rect  width=50%  fill=url(#x)  font-weight=bold\n"
+			  "  symbol  viewBox=0 0 1 2  preserveAspectRatio=xMinYMax slice\n"
+			  "  symbol  transform=matrix(0 1 -1 0 2 3)  preserveAspectRatio=none meet\n");
+}
+
+TEST(TreeCommand, HasColorsOnTerminalsThatWantThem)
+{
+	const TemporaryFolder folder;
+	const std::string command = "script -qec '" ORVAN_PROGRAM " tree " + folder.Write("a.svg", Svg("")) + "' /dev/null";
+	const struct
+	{
+		const char* surroundings;
+		bool hasColors;
+	} cases[] = {
+		{"TERM=xterm", true}, {"TERM=xterm NO_COLOR=", true}, {"TERM=xterm NO_COLOR=1", false}, {"TERM=dumb", false}};
+	for (const auto& [surroundings, hasColors] : cases)
+	{
+		const std::string target = folder.GetPath() / "output";
+		EXPECT_EQ(
+			std::system(("env -u NO_COLOR " + std::string(surroundings) + ' ' + command + " >" + target + " </dev/null")
+							.c_str()),
+			0);
+		EXPECT_EQ(ReadFile(target).find("\033[1;34msvg\033[0m") == 0, hasColors) << surroundings;
+	}
 }
 
 TEST(TreeCommand, CutsLongTextsForPeopleBetweenCharacters)
