@@ -72,7 +72,7 @@ class Document(_core.Document):
     def open(cls, source, *, complete=True, tolerant=True, style_sheet=None, base=None, keep_source=True):
         """Loads a document.
 
-        `source` is a path, bytes, or an open binary file. `complete` reads all that a browser would, style sheets
+        `source` is a path, bytes (`text.encode()`), or an open binary file. `complete` reads all that a browser would, style sheets
         included; without it only a plain and strict part of SVG is read. `tolerant` leaves out a value that is not
         valid instead of refusing the file, and reports it. `style_sheet` is CSS of the caller's own, which comes after
         that of the file. `base` is the path that relative references of bytes are resolved against. `keep_source`
@@ -91,11 +91,15 @@ class Document(_core.Document):
                 name, source = getattr(source, "name", "<file>"), source.read()
             else:
                 name = "<bytes>"
-            document._load_bytes(bytes(source), os.path.abspath(base) if base else "")
+            # Not bytes(source), which makes zeros of a number.
+            document._load_bytes(bytes(memoryview(source)), os.path.abspath(base) if base else "")
         report = document.report
         if report.outcome not in ("loaded", "loaded with findings"):
             raise RefusedError(name, report)
         return document
+
+    def __repr__(self):
+        return f"<{type(self).__name__} {self.url}>" if self.url else f"<{type(self).__name__}>"
 
     @classmethod
     def new(cls, width, height):
@@ -138,17 +142,21 @@ class Document(_core.Document):
         return self._change("redo")
 
     def save(self, path=None, *, rewrite=False, indentation=2, precision=-1):
-        """Saves the document: what was not edited stays byte for byte, unless `rewrite` has it written whole, with
+        """Saves the document to a path or an open binary file: what was not edited stays byte for byte, unless `rewrite` has it written whole, with
         `indentation` blanks a level and `precision` digits behind the decimal point (-1 for all that are needed).
 
         Without a path, it is saved where it was loaded from. The old file stays until the new one is complete. Raises
         ValueError, and changes no file, for what could not be loaded again.
         """
+        options = _core.SaveOptions(rewrite, indentation, precision)
+        if hasattr(path, "write"):
+            path.write(self._save_bytes(options))
+            return
         if path is None:
             if not self.url.startswith("file:"):
                 raise ValueError("The document was not loaded from a file: save needs a path.")
             path = urllib.parse.unquote(urllib.parse.urlsplit(self.url).path)
-        self._save(os.path.abspath(os.fspath(path)), _core.SaveOptions(rewrite, indentation, precision))
+        self._save(os.path.abspath(os.fspath(path)), options)
 
     def to_bytes(self, *, rewrite=False, indentation=2, precision=-1):
         """What `save` would write."""
@@ -167,34 +175,41 @@ class Document(_core.Document):
         findings = tuple(Finding(**finding) for finding in values["findings"])
         return Report(values["outcome"], findings, values["finding_count"])
 
-    def render(self, **options):
+    def render(self, *, width=None, height=None, scale=None, background=None, current_color=None, deadline=None,
+               memory_limit=None):
         """The picture as a NumPy array of uint8: rows × columns × (red, green, blue, alpha), alpha not multiplied in.
 
-        Options: `width`, `height` in pixels (one alone keeps the proportions; none gives the document's own size),
-        `scale` (a factor on both, 1), `background` and `current_color` (red, green, blue, each 0 to 1; the background
-        is transparent unless given), `deadline` (seconds, 10) and `memory_limit` (bytes, 512 MiB). What takes longer
+        `width` and `height` are in pixels: one alone keeps the proportions, none gives the document's own size. `scale` is
+        a factor on both (1). `background` and `current_color` are red, green and blue, each 0 to 1; without a background
+        the picture is transparent. `deadline` is in seconds (10), `memory_limit` in bytes (512 MiB): what takes longer
         or needs more is left out, with a PictureWarning. Raises ValueError for sizes that make no picture.
         """
-        pixels, said = _core._render(self, **options)
-        _warn(said)
+        pixels, said = _core._render(self, **_given(width, height, scale, background, current_color, deadline, memory_limit))
+        _warn(said, 3)
         return pixels
 
-    def to_png(self, path=None, **options):
-        """Writes the picture as a PNG to `path`, or returns it as bytes without one. Options as for `render`."""
-        return self._write(path, False, options)
+    def to_png(self, path=None, *, width=None, height=None, scale=None, background=None, current_color=None, deadline=None,
+               memory_limit=None):
+        """Writes the picture as a PNG to `path`, a name or an open binary file, or returns it as bytes without one. Options
+        as for `render`."""
+        return self._write(path, False, _given(width, height, scale, background, current_color, deadline, memory_limit))
 
-    def to_pdf(self, path=None, **options):
-        """Writes a PDF of one page to `path`, or returns it as bytes without one. Options as for `render`; sizes are in
-        units of 1/96 inch."""
-        return self._write(path, True, options)
+    def to_pdf(self, path=None, *, width=None, height=None, scale=None, background=None, current_color=None, deadline=None,
+               memory_limit=None):
+        """Writes a PDF of one page to `path`, a name or an open binary file, or returns it as bytes without one. Options as
+        for `render`; sizes are in units of 1/96 inch."""
+        return self._write(path, True, _given(width, height, scale, background, current_color, deadline, memory_limit))
 
     def _write(self, path, is_page, options):
-        if path is not None:
-            _warn(_core._write_picture(self, os.path.abspath(os.fspath(path)), is_page, **options))
+        if path is not None and not hasattr(path, "write"):
+            _warn(_core._write_picture(self, os.path.abspath(os.fspath(path)), is_page, **options), 4)
             return None
         content, said = picture_of(self, is_page, **options)
-        _warn(said)
-        return content
+        _warn(said, 4)
+        if path is None:
+            return content
+        path.write(content)
+        return None
 
     def _repr_svg_(self):
         """The document in a notebook."""
@@ -203,6 +218,12 @@ class Document(_core.Document):
     def _repr_png_(self):
         """The picture in a notebook."""
         return self.to_png()
+
+
+def _given(*values):
+    """The options of pictures that were given."""
+    names = ("width", "height", "scale", "background", "current_color", "deadline", "memory_limit")
+    return {name: value for name, value in zip(names, values, strict=True) if value is not None}
 
 
 def picture_of(document, is_page, **options):
@@ -217,6 +238,6 @@ def picture_of(document, is_page, **options):
         os.close(file)
 
 
-def _warn(said):
+def _warn(said, level):
     for text in said:
-        warnings.warn(text, PictureWarning, stacklevel=3)
+        warnings.warn(text, PictureWarning, stacklevel=level)

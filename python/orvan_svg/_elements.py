@@ -157,6 +157,17 @@ classes["Path"].d = property(
     lambda self: self._get_path_data(), lambda self, data: self._set_path_data(data),
     doc="The commands as SVG path data, absolute. Takes any path data; ValueError, with the place, for what is none.")
 
+
+
+def _set_arrays(self, codes, points):
+    """Gives the path other commands: `codes` as in `codes`, `points` as in `points`, of any type that NumPy makes these of.
+    ValueError for codes that there are not, and for points of another number than the codes take."""
+    self._set_path(codes, points)
+
+
+_set_arrays.__name__ = "set_arrays"
+classes["Path"].set_arrays = _set_arrays
+
 #: The class ids of the kinds that can be created.
 CLASS_IDS = {kind: "net.orvan.image.class.svg" + {"g": "group", "a": "anchor", "#text": "textrun"}.get(kind, kind.lower())
              + "element" for kind in _KINDS}

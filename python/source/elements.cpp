@@ -86,6 +86,18 @@ std::string GetLink(const Element& self)
 	return {};
 }
 
+void SetTransform(const Element& self, const py::object& value)
+{
+	const bool isText = py::isinstance<py::str>(value);
+	py::detail::make_caster<std::array<double, 6>> numbers;
+	if (!isText && !numbers.load(value, true))
+		throw py::type_error("A transform is six numbers a, b, c, d, e, f, or text.");
+	const String text = ToString(isText ? value.cast<std::string>() : std::string());
+	const DocumentLock lock(*self.shared);
+	Unwrap(isText ? SourceOf(self)->SetAttributeText(self.element, ToString("transform"), text)
+				  : self.element->SetLocalTransform(ToMatrix(py::detail::cast_op<std::array<double, 6>&>(numbers))));
+}
+
 /// What an element is, and what all elements have.
 void DefineIdentity(py::class_<Element>& defined)
 {
@@ -101,17 +113,13 @@ void DefineIdentity(py::class_<Element>& defined)
 				const DocumentLock lock(*self.shared);
 				Unwrap(self.element->SetId(ToString(id)));
 			},
-			"The id; \"\" when there is none. The document goes on finding the element under the id it was loaded "
-			"with.")
+			"The id; \"\" when there is none. Setting it changes nothing else: the document goes on finding the "
+			"element "
+			"under the id that it came with, and references stay. Document.rename changes these as well.")
 		.def_property(
-			"transform", [](const Element& self) { return ToTuple(self.element->GetLocalTransform()); },
-			[](const Element& self, const std::array<double, 6>& numbers)
-			{
-				const Matrix2d matrix = ToMatrix(numbers);
-				const DocumentLock lock(*self.shared);
-				Unwrap(self.element->SetLocalTransform(matrix));
-			},
-			"The transform to the parent's coordinates: six numbers a, b, c, d, e, f as in SVG's matrix().")
+			"transform", [](const Element& self) { return ToTuple(self.element->GetLocalTransform()); }, &SetTransform,
+			"The transform to the parent's coordinates: six numbers a, b, c, d, e, f as in SVG's matrix(). Takes text, "
+			"too: \"rotate(45)\".")
 		.def_property_readonly(
 			"world_transform",
 			[](const Element& self)
@@ -280,6 +288,13 @@ void DefinePathAccess(py::class_<Element>& defined)
 				 const DocumentLock lock(*self.shared);
 				 Unwrap(Cast<SVGPathEditInterface>(self.element)->SetPathData(ToString(data)));
 			 })
+		.def("_set_path",
+			 [](const Element& self, const CodeArray& codes, const PointArray& points)
+			 {
+				 const BaseArray<SVGPathCommand> commands = ToCommands(codes, points);
+				 const DocumentLock lock(*self.shared);
+				 Unwrap(Cast<SVGPathEditInterface>(self.element)->SetPath(commands));
+			 })
 		.def("_path",
 			 [](const Element& self)
 			 {
@@ -294,6 +309,10 @@ void DefineProtocol(py::class_<Element>& defined)
 {
 	defined.def("__iter__", [](const py::object& self) { return py::iter(self.attr("children")); })
 		.def("__len__", [](const py::object& self) { return py::len(self.attr("children")); })
+		.def(
+			"__getitem__",
+			[](const py::object& self, const py::object& place) -> py::object { return self.attr("children")[place]; },
+			py::arg("place"), "The element inside at a place, from 0; a list for a slice.")
 		.def("__bool__", [](const Element&) { return true; })
 		.def(
 			"__eq__",

@@ -19,8 +19,8 @@ PYBIND11_MODULE(_core, module)
 	}
 	module.attr("attribute_names") = py::tuple(names);
 	DefineValues(module);
+	DefineElements(module); // Before the documents, whose help names it.
 	DefineDocuments(module);
-	DefineElements(module);
 	DefinePictures(module);
 	DefineIcons(module);
 	DefineGeometry(module);

@@ -57,6 +57,12 @@ py::object Convert(const Matrix2d& matrix)
 	return ToTuple(matrix);
 }
 
+/// All that a paint is.
+py::tuple ToState(const Paint& paint)
+{
+	return py::make_tuple(paint.kind, paint.color, paint.alpha, paint.reference);
+}
+
 template <typename T>
 requires(std::same_as<T, Float> || std::same_as<T, SVGLength>) py::object Convert(const BaseArray<T>& values)
 {
@@ -144,7 +150,11 @@ void DefineValues(py::module_& module)
 		.def("__float__", [](const Length& length) { return length.value; })
 		.def(
 			"__eq__", [](const Length& a, const Length& b) { return a == b; }, py::is_operator())
-		.def("__hash__", [](const Length& length) { return py::hash(py::make_tuple(length.value, length.unit)); });
+		.def("__hash__", [](const Length& length) { return py::hash(py::make_tuple(length.value, length.unit)); })
+		.def(py::pickle([](const Length& length) { return py::make_tuple(length.value, length.unit); },
+						[](const py::tuple& state) {
+							return Length{state[0].cast<double>(), state[1].cast<std::string>()};
+						}));
 
 	py::class_<Paint>(module, "Paint", "What is painted with.")
 		.def_readonly("kind", &Paint::kind,
@@ -152,6 +162,14 @@ void DefineValues(py::module_& module)
 		.def_readonly("color", &Paint::color, "Red, green and blue, 0 to 1.")
 		.def_readonly("alpha", &Paint::alpha, "How opaque the colour is, 0 to 1.")
 		.def_readonly("reference", &Paint::reference, "The id of the paint server that a \"url\" names.")
+		.def(
+			"__eq__", [](const Paint& a, const Paint& b) { return ToState(a).equal(ToState(b)); }, py::is_operator())
+		.def("__hash__", [](const Paint& paint) { return py::hash(ToState(paint)); })
+		.def(py::pickle(&ToState,
+						[](const py::tuple& state) {
+							return Paint{state[0].cast<std::string>(), state[1], state[2].cast<double>(),
+										 state[3].cast<std::string>()};
+						}))
 		.def("__repr__",
 			 [](const Paint& paint)
 			 {

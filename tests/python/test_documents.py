@@ -5,6 +5,7 @@ import concurrent.futures
 import gc
 import io
 import pathlib
+import pickle
 import tempfile
 import unittest
 import warnings
@@ -37,6 +38,11 @@ class Documents(TestCase):
             self.assertEqual(caught.exception.filename, str(path.with_name("not here.svg")))
             with self.assertRaises(OSError):
                 orvan_svg.Document.open(folder)
+            for odd in (5, None, io.StringIO("<svg/>")):
+                with self.assertRaises(TypeError):
+                    orvan_svg.Document.open(odd)
+            self.assertEqual([repr(orvan_svg.Document.open(source)) for source in (path, RICH)],
+                             [f"<Document {path.resolve().as_uri()}>", "<Document>"])
 
     def test_tells_what_became_of_a_load(self):
         faulty = b'<svg>\n <g id="g" fill="1"/></svg>'
@@ -63,6 +69,11 @@ class Documents(TestCase):
         self.assertEqual((circle.fill.kind, circle.fill.color, circle.fill.alpha), ("color", (0.0, 1.0, 0.0), 1.0))
         self.assertIsNone(circle.stroke)
         self.assertFalse(hasattr(circle, "width"))
+        paints = [circle.fill, orvan_svg.Document.open(RICH)["c"].fill, document["r"].fill, document["p"].stroke, document["r"].stroke]
+        self.assertEqual([paint == paints[0] for paint in paints], [True, True, False, False, False])
+        self.assertEqual(len(set(paints)), 4)
+        for value in (*paints, circle.r):
+            self.assertEqual(pickle.loads(pickle.dumps(value)), value)
         self.assertEqual(document["p"].stroke.reference, "paint")
         self.assertEqual(document["p"].stroke_dasharray, [orvan_svg.Length(1), orvan_svg.Length(2)])
         self.assertEqual(document["r"].opacity, 0.5)
@@ -89,6 +100,10 @@ class Documents(TestCase):
                          ["svg", "style", "g", "circle", "path", "text", "#text", "tspan", "#text", "rect"])
         layer = document["layer"]
         self.assertEqual([layer.parent, *layer], [document.root, document["c"]])
+        root = document.root
+        self.assertEqual([root[0], root[-1], *root[1:3]], [root.children[i] for i in (0, len(root) - 1, 1, 2)])
+        with self.assertRaises(IndexError):
+            root[len(root)]
         self.assertEqual(len({layer, document["layer"], document["c"]}), 2)
         self.assertIsNone(document.root.parent)
         self.assertTrue("c" in document and "nobody" not in document)
@@ -126,6 +141,10 @@ class Documents(TestCase):
         self.assertEqual(document.render(width=8, background=(1, 1, 1))[3, 7].tolist(), [255, 255, 255, 255])
         self.assertEqual(document.to_png()[:8], b"\x89PNG\r\n\x1a\n")
         self.assertEqual(document._repr_png_(), document.to_png())
+        self.assertEqual(orvan_svg.Document.open(document._repr_svg_().encode()).render().tobytes(), pixels.tobytes())
+        file = io.BytesIO()
+        document.to_png(file, height=9, deadline=5)
+        self.assertEqual(file.getvalue(), document.to_png(width=18))
         self.assertEqual(document.to_pdf(scale=2)[:5], b"%PDF-")
         with self.assertRaises(ValueError):
             document.render(width=-1)

@@ -2,6 +2,7 @@
 """Editing from Python: attributes, structure, transactions, saving."""
 
 import gc
+import io
 import pathlib
 import random
 import tempfile
@@ -58,6 +59,16 @@ class Editing(TestCase):
         self.assertEqual((path.d, path.points.tolist()), ("M1 1L3 1Z", [[1, 1], [3, 1]]))
         with self.assertRaises(ValueError):
             path.d = "M1 1X"
+        path.set_arrays([orvan_svg.MOVE, orvan_svg.CUBIC], [[0, 1], [2, 3], [4, 5], [6, 7]])
+        self.assertEqual(path.d, "M0 1C2 3 4 5 6 7")
+        for arrays in (([orvan_svg.MOVE], []), ([7], [[0, 0]]), ([orvan_svg.CLOSE], [[0, 0]])):
+            with self.assertRaises(ValueError, msg=arrays):
+                path.set_arrays(*arrays)
+        path.transform = "translate(1 2)"
+        self.assertEqual((path.transform, path.d), ((1, 0, 0, 1, 1, 2), "M0 1C2 3 4 5 6 7"))
+        for odd, error in (("turn(5)", ValueError), ((1, 2), TypeError), (5, TypeError)):
+            with self.assertRaises(error, msg=odd):
+                path.transform = odd
 
     def test_changes_the_structure(self):
         group = self.rect.parent
@@ -120,6 +131,10 @@ class Editing(TestCase):
                 new.save("/nowhere/at/all.svg")
             with self.assertRaises(ValueError):
                 new.save()
+            file = io.BytesIO()
+            new.save(file, rewrite=True, indentation=0)
+            self.assertEqual(file.getvalue(), new.to_bytes(rewrite=True, indentation=0))
+            self.assertNotEqual(file.getvalue(), new.to_bytes(rewrite=True))
 
     def test_survives_any_order_of_use(self):
         chance = random.Random(7)

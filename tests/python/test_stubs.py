@@ -101,6 +101,7 @@ class Stubs(TestCase):
                 if not member.startswith("_") and not isinstance(value, (type(None), staticmethod)) and \
                         not issubclass(there, tuple) and not dataclasses.is_dataclass(there):
                     self.assertTrue(getattr(value, "__doc__", None), f"{name}.{member}")
+                    self.assertNotIn("orvan::", value.__doc__, f"{name}.{member}: a class of C++")
 
 
 if __name__ == "__main__":
