@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The guard in front of the XML parser, beside the parser itself.
+// What stands between a text and the XML parser, beside the parser as it comes.
 
-#include "importer/xml/xml_guard.h"
+#include "importer/xml/xml_namespaces.h"
 #include "require.h"
 
 #include <algorithm>
@@ -9,18 +9,38 @@
 #include <string>
 #include <vector>
 
-#include <rapidxml_ns/rapidxml_ns.hpp>
-
 using orvan::fuzz::Require;
 
 namespace
 {
-namespace xml = rapidxml_ns;
+namespace xml = orvan::svg::xml;
 
 constexpr int kFlags = xml::parse_validate_closing_tags | xml::parse_no_element_values;
+/// With a flag that changes nothing, so that the parser looks for quotes by itself.
+constexpr int kRawFlags = orvan::svg::kXmlParseFlags | xml::parse_no_utf8;
+
+/// "" when the importer's parse takes the text.
+std::string Judge(xml::xml_document<>& document, std::vector<char>& text)
+{
+	try
+	{
+		document.parse_ns<orvan::svg::kXmlParseFlags, orvan::svg::XmlNamespaces>(text.data());
+		return {};
+	}
+	catch (const xml::parse_error&)
+	{
+		return "syntax";
+	}
+	catch (const orvan::svg::XmlError& error)
+	{
+		Require(error.GetWhere() >= text.data() && error.GetWhere() < text.data() + text.size(),
+				"a refusal's place is in the text");
+		return error.what();
+	}
+}
 
 /// "" when the guard lets the text pass.
-std::string Judge(std::string_view text)
+std::string Guard(std::string_view text)
 {
 	try
 	{
@@ -60,6 +80,30 @@ void CompareValue(const xml::xml_base<>& raw, const xml::xml_base<>& replaced)
 			"references are replaced as the parser does", {text.data(), text.size()});
 }
 
+bool HaveSameNamespace(const xml::xml_base<>& one, const xml::xml_base<>& other)
+{
+	return std::string_view(one.namespace_uri(), one.namespace_uri_size()) ==
+		   std::string_view(other.namespace_uri(), other.namespace_uri_size());
+}
+
+/// Compares the parser's tree of a text with the importer's.
+void CompareNamespaces(const xml::xml_node<>& own, const xml::xml_node<>& imported)
+{
+	const auto* other = imported.first_node();
+	for (const auto* node = own.first_node(); node != nullptr; node = node->next_sibling())
+	{
+		Require(other != nullptr && HaveSameNamespace(*node, *other), "elements have the parser's namespaces");
+		const auto* attribute = other->first_attribute();
+		for (const auto* at = node->first_attribute(); at != nullptr; at = at->next_attribute())
+		{
+			Require(attribute != nullptr && HaveSameNamespace(*at, *attribute), "and so have attributes");
+			attribute = attribute->next_attribute();
+		}
+		CompareNamespaces(*node, *other);
+		other = other->next_sibling();
+	}
+}
+
 /// Compares two trees of one text.
 void Compare(const xml::xml_node<>& raw, const xml::xml_node<>& replaced)
 {
@@ -80,7 +124,7 @@ void Compare(const xml::xml_node<>& raw, const xml::xml_node<>& replaced)
 	}
 }
 
-/// What the guard bounds.
+/// What is bounded.
 struct Extent
 {
 	int depth = 0;
@@ -122,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 	std::vector<char> bytes(data, data + size);
 	bytes.shrink_to_fit();
 	const std::string_view text(bytes.data(), bytes.size());
-	const std::string verdict = Judge(text);
+	const std::string verdict = Guard(text);
 	if (text.find('\0') != text.npos)
 	{
 		Require(!verdict.empty(), "zero bytes are refused", text);
@@ -133,23 +177,28 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 	std::string replacedText(text);
 	xml::xml_document<> raw;
 	xml::xml_document<> replaced;
-	const bool isReadRaw = Parse<kFlags | xml::parse_non_destructive>(raw, rawText);
+	const bool isReadRaw = Parse<kRawFlags>(raw, rawText);
 	const bool isReadReplaced = Parse<kFlags>(replaced, replacedText);
-	const Extent extent = isReadRaw ? Measure(raw) : Extent();
 	if (verdict.empty())
 	{
 		Require(isReadRaw == isReadReplaced, "what passes has no reference that the parser refuses", text);
-		Require(!isReadRaw || extent.depth <= orvan::svg::kMaxDepth, "what passes is not nested too deep", text);
-		Require(!isReadRaw || extent.prefixes <= orvan::svg::kMaxNamespacePrefixes, "nor has it too many prefixes",
-				text);
 		if (isReadRaw)
 			Compare(raw, replaced);
 	}
-	else if (verdict.find("deep") != verdict.npos)
-		Require(!isReadRaw || extent.depth > orvan::svg::kMaxDepth, "what is refused for its depth is that deep", text);
-	else if (verdict.find("prefixes") != verdict.npos)
-		Require(!isReadRaw || extent.prefixes > orvan::svg::kMaxNamespacePrefixes, "and has that many prefixes", text);
 	else
 		Require(!isReadReplaced || HasLongNumber(text), "references are refused only where the parser does", text);
+
+	xml::xml_document<> imported;
+	bytes.push_back('\0');
+	const std::string refusal = Judge(imported, bytes);
+	const Extent extent = isReadRaw ? Measure(raw) : Extent();
+	const bool isTooDeep = extent.depth > orvan::svg::kMaxDepth;
+	const bool isTooWide = extent.prefixes > orvan::svg::kMaxNamespacePrefixes;
+	Require((isReadRaw && !isTooDeep && !isTooWide) == refusal.empty(), "the parser and the bounds alone refuse",
+			rawText);
+	Require(!isReadRaw || (refusal.find("deep") != refusal.npos ? isTooDeep : isTooWide || refusal.empty()),
+			"and a refusal says for what", rawText);
+	if (refusal.empty())
+		CompareNamespaces(raw, imported);
 	return 0;
 }

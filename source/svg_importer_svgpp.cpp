@@ -47,8 +47,8 @@ SVGImportAttribute NumberOf(const XmlAttribute& attribute) noexcept
 
 // Building -----------------------------------------------------------------------------------------------------------
 
-/// Walks the XML tree and makes the elements. The recursion is as deep as the elements are nested, which `GuardXml`
-/// bounds.
+/// Walks the XML tree and makes the elements. The recursion is as deep as the elements are nested, which
+/// `XmlNamespaces` bounds.
 class TreeBuilder
 {
 public:

@@ -45,7 +45,7 @@ Result<void> SourceRecorder::Collect(const XmlNode& root) noexcept
 }
 
 /// Takes down an element and all below; returns its end. The recursion is as deep as the elements are nested, which
-/// `GuardXml` bounds.
+/// `XmlNamespaces` bounds.
 Result<std::uint32_t> SourceRecorder::CollectElement(const XmlNode& node, std::uint32_t parent) noexcept
 {
 	const auto number = static_cast<std::uint32_t>(_source.elements.GetCount());

@@ -16,7 +16,7 @@ namespace orvan::svg::complete
 /// The tag of an XML element: `unknown` for elements of other namespaces and for tags that nobody knows.
 Tag TagOfNode(const XmlNode& node) noexcept;
 
-/// Makes the elements of a document. The recursion is as deep as the elements are nested, which `GuardXml` bounds.
+/// Makes the elements of a document. The recursion is as deep as the elements are nested, which `XmlNamespaces` bounds.
 class TreeBuilder
 {
 public:

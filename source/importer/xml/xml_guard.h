@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
-/// Checks that a text is safe to hand to the XML parser.
-///
-/// The parser recurses into nested elements, looks namespace prefixes up one by one, and stops at a zero byte; a small
-/// hostile file could exhaust the stack or the day. The guard bounds all three before the parser runs. It reads markup
-/// exactly as the parser does, so that neither comments, CDATA sections, processing instructions, a document type nor
-/// quoted ">" make it count too much or too little; at the first syntax error it stops, as the parser then will.
+/// Checks what the XML parser does not check by itself: that a text holds no zero byte, where the parser would take it
+/// to end, and that its character references are right, which the parser leaves in values as they stand. How deep the
+/// parser may go is up to `XmlNamespaces`.
 #pragma once
 
 #include <cstddef>
@@ -38,12 +35,15 @@ private:
 	const char* _where;
 };
 
+/// The parser recurses into nested elements, and looks namespace prefixes up one by one. These bounds keep a small
+/// hostile text from exhausting the stack or the day.
 inline constexpr int kMaxDepth = 1024;
 inline constexpr int kMaxNamespacePrefixes = 256;
 
-/// Throws an `XmlError` when the text (without its terminating zero) holds a zero byte, nests elements more than 1,024
-/// deep, declares more than 256 namespace prefixes, or has a malformed numeric character reference. The result tells
-/// whether the text holds any character or entity reference at all.
+/// Throws an `XmlError` when the text (without its terminating zero) holds a zero byte or a malformed numeric character
+/// reference. Markup is read exactly as the parser does, so that comments, CDATA sections and the like may hold
+/// anything; at the first syntax error the check stops, as the parser then will. The result tells whether the text
+/// holds any character or entity reference at all.
 bool GuardXml(std::string_view text);
 
 /// The text with its references replaced: the five predefined entities and numeric ones; others stay as they are. At

@@ -9,6 +9,7 @@
 
 #include "importer/xml/xml_guard.h"
 #include "importer/xml/xml_memory.h"
+#include "importer/xml/xml_namespaces.h"
 #include "importer/xml/xml_parser.h"
 #include "orvan/array.h"
 #include "orvan/result.h"
@@ -59,7 +60,7 @@ public:
 		: _hasReferences(GuardXml({text, size})), _document(*new (_storage) XmlDocument)
 	{
 		_document.set_allocator(&XmlMemory::Allocate, nullptr);
-		_document.parse<kXmlParseFlags>(text);
+		_document.parse_ns<kXmlParseFlags, XmlNamespaces>(text);
 	}
 
 	XmlTree(const XmlTree&) = delete;
