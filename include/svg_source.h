@@ -59,6 +59,13 @@ struct SVGRepair
 	String after; ///< Empty where the attribute or declaration was taken out: a browser reads nothing there.
 };
 
+/// One of the values of an attribute that takes keywords.
+struct SVGEnumerator
+{
+	std::int32_t number = 0; ///< As a dictionary holds it.
+	String name;             ///< The keyword.
+};
+
 /// The text of a document, and its values as text.
 ///
 /// `SetAttributeText`, `RemoveAttributeText` and `Repair` must not overlap any other use of the document or its tree;
@@ -68,7 +75,7 @@ class SVGDocumentSourceInterface : public ObjectInterface
 public:
 	static constexpr const char* kId = "net.orvan.image.interface.svgdocumentsource";
 	static constexpr const char* kName = "orvan.SVGDocumentSourceInterface";
-	static constexpr int kSlotCount = 14;
+	static constexpr int kSlotCount = 17;
 
 	/// Saves the document under a `file:` URL, as `Url::Replace` does it: the old file stays until the new one is
 	/// complete. A name that ends in ".svgz" packs the file, one that ends in ".svg" does not; under any other name the
@@ -134,6 +141,17 @@ public:
 	/// The text that a document was loaded from, in UTF-8, before any edit: for showing places and differences. Empty
 	/// without a source.
 	ORVAN_METHOD(14, Result<String>, GetSourceText, ())
+
+	/// The tag that elements of a kind are written with when nothing else is known: "linearGradient", "path". Fails
+	/// with the illegal-argument error for kinds without a tag: what is unknown, and runs of characters.
+	ORVAN_METHOD(15, Result<String>, GetKindName, (SVGImportElementKind kind), kind)
+	/// The kind of elements that the complete import makes of a tag, without its prefix: "polygon" is a path. Not found
+	/// for other tags.
+	ORVAN_METHOD(16, Result<SVGImportElementKind>, FindKind, (const String& tag), tag)
+	/// The enumerators that an attribute has on elements of a kind, by their numbers, ascending; empty for attributes
+	/// that hold something else. The names are those that `FormatValue` writes and `ParseValue` reads.
+	ORVAN_METHOD(17, Result<BaseArray<SVGEnumerator>>, GetEnumerators,
+				 (SVGImportElementKind kind, SVGImportAttribute attribute), kind, attribute)
 };
 using SVGDocumentSourceRef = Ref<SVGDocumentSourceInterface>;
 

@@ -66,6 +66,10 @@ public:
 	Result<BaseArray<SVGElementRef>> Select(const String& selectors) const noexcept;
 	Result<BaseArray<SVGRepair>> Repair() noexcept;
 	Result<String> GetSourceText() const noexcept;
+	Result<String> GetKindName(SVGImportElementKind kind) const noexcept;
+	Result<SVGImportElementKind> FindKind(const String& tag) const noexcept;
+	Result<BaseArray<SVGEnumerator>> GetEnumerators(SVGImportElementKind kind,
+													SVGImportAttribute attribute) const noexcept;
 
 	// For icons, which keep their tree when the file has become unusable.
 

@@ -205,6 +205,22 @@ Result<String> VectorIconImpl::GetSourceText() const noexcept
 	return Content().GetSourceText();
 }
 
+Result<String> VectorIconImpl::GetKindName(SVGImportElementKind kind) const noexcept
+{
+	return Content().GetKindName(kind);
+}
+
+Result<SVGImportElementKind> VectorIconImpl::FindKind(const String& tag) const noexcept
+{
+	return Content().FindKind(tag);
+}
+
+Result<BaseArray<SVGEnumerator>> VectorIconImpl::GetEnumerators(SVGImportElementKind kind,
+																SVGImportAttribute attribute) const noexcept
+{
+	return Content().GetEnumerators(kind, attribute);
+}
+
 Document& VectorIconImpl::Content() const noexcept
 {
 	return static_cast<Document&>(*_document.GetObject());

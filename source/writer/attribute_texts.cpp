@@ -361,6 +361,38 @@ Result<String> Document::FormatValue(Kind kind, Number attribute, const Data& va
 		});
 }
 
+Result<BaseArray<SVGEnumerator>> Document::GetEnumerators(Kind kind, Number attribute) const noexcept
+{
+	constexpr std::int32_t kMost = 64; // No enumeration has as many.
+	BaseArray<SVGEnumerator> enumerators;
+	for (std::int32_t number = 0; number < kMost; number++)
+	{
+		Result<String> name = FormatValue(kind, attribute, ORVAN_TRY(Data::Create(number)));
+		if (name.IsOk())
+			ORVAN_TRY(enumerators.Append({number, std::move(name).GetValue()}));
+		else if (name.GetError().GetClass() != ErrorClass::illegalArgument)
+			return name.GetError();
+	}
+	return enumerators;
+}
+
+Result<String> Document::GetKindName(Kind kind) const noexcept
+{
+	const bool isKind = kind > Kind::unknown && kind <= Kind::textRun;
+	const std::string_view name = isKind ? complete::TagName(TagOf(kind)) : std::string_view();
+	if (name.empty())
+		return IllegalArgumentError("Elements of kind @ have no tag.", static_cast<std::int32_t>(kind));
+	return String::Create(name);
+}
+
+Result<Kind> Document::FindKind(const String& tag) const noexcept
+{
+	const Tag found = complete::FindTag(tag.View());
+	if (found == Tag::unknown)
+		return NotFoundError("There is no tag '@'.", tag);
+	return complete::KindOf(found);
+}
+
 Result<Data> Document::ParseValue(Kind kind, Number attribute, const String& text) const noexcept
 {
 	return Guarded(

@@ -80,7 +80,7 @@ static_assert(SVGElementEditInterface::kSlotCount == 11 && SVGPathEditInterface:
 static_assert(SVGUseEditInterface::kSlotCount == 2 && SVGDocumentEditInterface::kSlotCount == 14);
 static_assert(VectorIconThemeInterface::kSlotCount == 8);
 static_assert(SVGOutlineInterface::kSlotCount == 12 && SVGGeometryInterface::kSlotCount == 12);
-static_assert(SVGDocumentSourceInterface::kSlotCount == 14);
+static_assert(SVGDocumentSourceInterface::kSlotCount == 17);
 static_assert(HasLayout<SVGChange, 48>() && HasLayout<SVGPathView, 16>() && SVGPathView::kRun == 32);
 
 } // namespace

@@ -95,7 +95,7 @@ constexpr InterfaceRow kInterfaces[] = {
 	 "GetStateLayer"},
 	{"svgdocumentsource", "SVGDocumentSource",
 	 "Save SaveToMemory HasSource GetTag GetAttributeNames GetRawAttribute GetAttributeText SetAttributeText "
-	 "RemoveAttributeText FormatValue ParseValue Select Repair GetSourceText"},
+	 "RemoveAttributeText FormatValue ParseValue Select Repair GetSourceText GetKindName FindKind GetEnumerators"},
 };
 
 constexpr const char* kReferenceTypes =

@@ -215,5 +215,55 @@ TEST_F(ValueTexts, OfShapesLeaveOutWhatHoldsAnyway)
 	}
 }
 
+TEST_F(ValueTexts, OfKindsAndEnumeratorsLeadBothWays)
+{
+	for (auto kind = static_cast<int>(Kind::svg); kind < static_cast<int>(Kind::textRun); kind++)
+	{
+		const String name = Must(_formatter->GetKindName(static_cast<Kind>(kind)));
+		EXPECT_EQ(kind, static_cast<int>(Must(_formatter->FindKind(name)))) << name.CString();
+	}
+	EXPECT_EQ("linearGradient", Must(_formatter->GetKindName(Kind::linearGradient)).View());
+	EXPECT_EQ("g", Must(_formatter->GetKindName(Kind::group)).View());
+	EXPECT_EQ(Kind::path, Must(_formatter->FindKind(Text("polygon"))));
+	EXPECT_EQ(Kind::circle, Must(_formatter->FindKind(Text("ellipse"))));
+	for (const Kind kind : {Kind::unknown, Kind::textRun, static_cast<Kind>(-1), static_cast<Kind>(200)})
+		EXPECT_FALSE(_formatter->GetKindName(kind).IsOk());
+	EXPECT_FALSE(_formatter->FindKind(Text("Path")).IsOk());
+
+	const auto list = [&](Kind kind, Attribute attribute)
+	{
+		std::string all;
+		for (const auto& [number, name] : Must(_formatter->GetEnumerators(kind, attribute)))
+			all += std::to_string(number) + name.CString() + ' ';
+		return all;
+	};
+	EXPECT_EQ("1butt 2round 3square ", list(Kind::path, Attribute::strokeLineCap));
+	EXPECT_EQ("0erode 1dilate ", list(Kind::feMorphology, Attribute::operation));
+	EXPECT_EQ("0over 1in 2out 3atop 4xor 5arithmetic 6lighter ", list(Kind::feComposite, Attribute::operation));
+	EXPECT_EQ("", list(Kind::path, Attribute::d));
+	EXPECT_EQ("", list(Kind::path, Attribute::strokeWidth));
+	// Every name of every attribute is read as its number again.
+	int count = 0;
+	for (std::int32_t attribute = 1; attribute < static_cast<std::int32_t>(kSVGAttributeNames.size()); attribute++)
+	{
+		for (const Kind kind : {Kind::svg, Kind::text, Kind::rect, Kind::linearGradient, Kind::feBlend})
+		{
+			const auto key = static_cast<Attribute>(attribute);
+			for (const auto& [number, name] : Must(_formatter->GetEnumerators(kind, key)))
+			{
+				const Result<Data> read = _formatter->ParseValue(kind, key, name);
+				if (!read.IsOk() || read.GetValue().GetType() == nullptr)
+					continue; // It does not count there, or is what holds without it.
+				const auto* again = read.GetValue().Get<std::int32_t>();
+				ASSERT_NE(nullptr, again) << kSVGAttributeNames[static_cast<std::size_t>(attribute)];
+				const String name2 = Must(_formatter->FormatValue(kind, key, read.GetValue()));
+				EXPECT_EQ(name.View(), name2.View()) << kSVGAttributeNames[static_cast<std::size_t>(attribute)];
+				count += *again == number ? 1 : 0;
+			}
+		}
+	}
+	EXPECT_GT(count, 300);
+}
+
 } // namespace
 } // namespace orvan
