@@ -76,6 +76,12 @@ public:
 
 	/// True, and reported, once the time is up.
 	bool IsOver() noexcept;
+	/// True once `IsOver` has said so; does not look at the clock.
+	bool WasOver() const noexcept
+	{
+		return _isOver;
+	}
+
 	/// False, and reported, when something that takes so long would not be ready in time.
 	bool CanTake(double seconds) noexcept;
 

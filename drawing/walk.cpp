@@ -127,7 +127,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 		return {};
 	if (ObjectBase* const only = _scene.GetNextOnRoute(parent, frame.depth))
 		return DrawElement(only, place, &frame);
-	for (auto child = hierarchy->GetFirstChild(); child && !_scene.limits.IsOver(); child = child->GetNextSibling())
+	for (auto child = hierarchy->GetFirstChild(); child && !_scene.limits.WasOver(); child = child->GetNextSibling())
 		ORVAN_TRY(DrawElement(child.GetObject(), place, &frame));
 	return {};
 }

@@ -61,6 +61,14 @@ inline Vector2d Normalize(const Vector2d& v) noexcept
 	return length > 0.0 ? Times(v, 1.0 / length) : Vector2d();
 }
 
+/// True when circles stay circles.
+inline bool KeepsCircles(const Matrix2d& m) noexcept
+{
+	const double first = Dot(m.axis1, m.axis1);
+	const double second = Dot(m.axis2, m.axis2);
+	return std::abs(first - second) + std::abs(Dot(m.axis1, m.axis2)) <= 1e-9 * (first + second);
+}
+
 /// A line or a cubic. The control points of a line stand on it, at its thirds.
 struct Curve
 {

@@ -2,7 +2,9 @@
 #include "hits.h"
 
 #include "boxes.h"
+#include "curve.h"
 #include "inside.h"
+#include "stroke_edges.h"
 
 #include <functional>
 #include <optional>
@@ -116,16 +118,22 @@ private:
 			pen.width += _tolerance * 2.0;
 			return IsOnStroke(_shape.outline, _node.toView, pen, _shape.style->dashes, _point);
 		}
-		const Matrix2d& m = _node.toView;
-		const double scale = std::sqrt(std::abs(Cross(m.axis1, m.axis2)));
-		pen.width += scale > 0.0 ? _tolerance * 2.0 / scale : 0.0;
-		return IsOnStroke(_shape.outline, {}, pen, _shape.style->dashes, _own);
+		const double scale = drawing::GetMeanScale(_node.toView);
+		if (!(_tolerance > 0.0) || KeepsCircles(_node.toView))
+		{
+			pen.width += scale > 0.0 ? _tolerance * 2.0 / scale : 0.0;
+			return IsOnStroke(_shape.outline, {}, pen, _shape.style->dashes, _own);
+		}
+		if (IsOnStroke(_shape.outline, {}, pen, _shape.style->dashes, _own))
+			return true;
+		// What is as far off one way as the other in the view is not so in the shape: the edges are looked at there.
+		const double exactness = _tolerance * kExactness / drawing::GetStretch(_node.toView);
+		const auto edges = GetStrokeEdges(_shape.outline, {}, pen, _shape.style->dashes, exactness);
+		const SVGStroke near{_tolerance * 2.0, SVGLineCap::round, SVGLineJoin::round, 1.0};
+		return edges.IsOk() && IsOnStroke(edges.GetValue(), _node.toView, near, {}, _point);
 	}
 
-	static double Cross(const Vector2d& a, const Vector2d& b) noexcept
-	{
-		return a.x * b.y - a.y * b.x;
-	}
+	static constexpr double kExactness = 1e-3;
 
 	const Node& _node;
 	const RecordedShape& _shape;

@@ -137,6 +137,7 @@ public:
 			isHit = IsOnStrip(curve.p[0], curve.p[3]);
 			return;
 		}
+		ForEachCusp(curve, [&](const Vector2d& point) { isHit = isHit || IsOnDisc(point); });
 		// Quadrangles between the curve's normals at short steps: what the pen sweeps over.
 		const int count = std::max(curve.GetStepCount(_half * 1e-3), 4);
 		Vector2d last = curve.p[0];

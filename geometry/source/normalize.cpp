@@ -26,14 +26,6 @@ constexpr Part kOrders[][3] = {
 	{Part::markers, Part::fill, Part::stroke}, {Part::markers, Part::stroke, Part::fill},
 };
 
-/// True when circles stay circles.
-bool KeepsCircles(const Matrix2d& m) noexcept
-{
-	const double first = Dot(m.axis1, m.axis1);
-	const double second = Dot(m.axis2, m.axis2);
-	return std::abs(first - second) + std::abs(Dot(m.axis1, m.axis2)) <= 1e-9 * (first + second);
-}
-
 class Normalizer
 {
 public:

@@ -30,7 +30,12 @@ public:
 		{
 			double at[2];
 			for (int i = FindTurns(curve, axis, at); i-- > 0;)
-				AddAcross(curve.GetPoint(at[i]), curve.GetDirection(at[i]));
+			{
+				if (IsCusp(curve, at[i]))
+					AddDisc(curve.GetPoint(at[i]));
+				else
+					AddAcross(curve.GetPoint(at[i]), curve.GetDirection(at[i]));
+			}
 		}
 		_mayHaveCusps = _mayHaveCusps || MayHaveCusps(curve);
 	}

@@ -22,6 +22,14 @@ public:
 	{
 		AddParallel(_sides[0], curve, _half);
 		AddParallel(_sides[1], curve, -_half);
+		const auto addDisc = [&](const Vector2d& point)
+		{
+			// Around the way the strips go.
+			_writer.Move(point + Vector2d{_half, 0.0});
+			_writer.Arc(point, {_half, 0.0}, -2.0 * std::numbers::pi);
+			_writer.Close();
+		};
+		ForEachCusp(curve, addDisc);
 	}
 
 	void Join(const Vector2d& point, Vector2d in, Vector2d out) noexcept

@@ -8,6 +8,40 @@
 namespace orvan::geometry
 {
 
+/// True when a curve turns right back at a place between its ends. Whatever the joins are, the pen turns there as if it
+/// was round.
+inline bool IsCusp(const Curve& curve, double t) noexcept
+{
+	constexpr double kNothing = 1e-4;
+	constexpr double kEnd = 1e-6;
+	const auto size = [](const Vector2d& v)
+	{
+		return std::abs(v.x) + std::abs(v.y);
+	};
+	const double all = size(curve.p[1] - curve.p[0]) + size(curve.p[2] - curve.p[1]) + size(curve.p[3] - curve.p[2]);
+	return t > kEnd && t < 1.0 - kEnd && size(curve.GetSpeed(t)) <= kNothing * all;
+}
+
+/// Calls `visit` with each such place of a curve, perhaps twice.
+template <typename Visit>
+void ForEachCusp(const Curve& curve, Visit visit) noexcept
+{
+	if (curve.isLine)
+		return;
+	// It stands still along both axes there, and turns along one of them at least.
+	double at[2];
+	for (int i = FindTurns(curve, {1.0, 0.0}, at); i-- > 0;)
+	{
+		if (IsCusp(curve, at[i]))
+			visit(curve.GetPoint(at[i]));
+	}
+	for (int i = FindTurns(curve, {0.0, 1.0}, at); i-- > 0;)
+	{
+		if (IsCusp(curve, at[i]))
+			visit(curve.GetPoint(at[i]));
+	}
+}
+
 /// Calls `parts.Strip(curve)`, `parts.Join(point, in, out)`, `parts.Cap(point, outwards)` and `parts.Point(point)` for
 /// the parts of a stroke, in the order of the outline; the two caps of a subpath, that of its start first, come behind
 /// the rest of it, and behind a closed one `parts.Ring()` where the parts have that. Directions have length 1. Lines of

@@ -256,6 +256,10 @@ TEST_F(Hits, TellThePartAndAllowForATolerance)
 			 Case{4.9, 85, 0.0, "r", SVGHitPart::stroke},
 			 Case{3.1, 85, 0.0, "r", SVGHitPart::stroke},
 			 Case{2.9, 85, 0.0, "", SVGHitPart::stroke},
+			 Case{2, 85, 1.1, "r", SVGHitPart::stroke}, // As far to the side as upwards, though it is scaled.
+			 Case{2, 85, 0.9, "", SVGHitPart::stroke},
+			 Case{20, 78.75, 1.1, "r", SVGHitPart::stroke},
+			 Case{20, 78.75, 0.9, "", SVGHitPart::stroke},
 			 Case{85, 85, 0.0, "b", SVGHitPart::box},
 			 Case{79.5, 85, 0.0, "", SVGHitPart::box},
 			 Case{71, 39.5, 0.0, "t", SVGHitPart::text},

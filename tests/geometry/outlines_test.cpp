@@ -2,6 +2,7 @@
 #include "geometry_module.h"
 
 #include <numbers>
+#include <tuple>
 
 namespace orvan
 {
@@ -206,6 +207,25 @@ TEST_F(Outlines, OfStrokesHaveTheAreasOfTheirPartsTogether)
 		EXPECT_NEAR(area, Must(Must(Make(data)->GetStroke(stroke, 0.001))->GetArea(SVGFillRule::nonzero)), area * 5e-4)
 			<< data;
 	EXPECT_FALSE(Make("M0 0h1")->GetStroke({1.0, Cap::butt, Join::miter, 4.0}, 0.0).IsOk());
+}
+
+TEST_F(Outlines, OfStrokesTurnRoundWhereACurveTurnsRightBack)
+{
+	// At 66.335 this one does.
+	const AskedPicture picture("<path id='p' fill='none' stroke='red' stroke-width='20' d='M20 50C80 50 80 50 30 50'/>"
+							   "<path id='q' fill='none' stroke='red' stroke-width='6' d='M10 10C40 40 10 40 40 10'/>");
+	EXPECT_EQ("20 40 56.335 20", picture.BoxOf("p", SVGBoxKind::stroke));
+	for (const auto& [x, y, id] : {std::tuple{75.0, 50.0, "p"}, {72.5, 57.0, "p"}, {76.5, 50.0, ""}, {74.0, 57.0, ""}})
+		EXPECT_EQ(id, picture.At(x, y)) << x;
+	const auto along = Must(picture.geometry->GetOutline(picture["p"], SVGCoordinates::view));
+	const auto edges = Must(along->GetStroke({20.0}, 0.001));
+	EXPECT_TRUE(edges->Contains({75.0, 50.0}, SVGFillRule::nonzero));
+	EXPECT_TRUE(edges->Contains({60.0, 50.0}, SVGFillRule::nonzero));
+	EXPECT_FALSE(edges->Contains({76.5, 50.0}, SVGFillRule::nonzero));
+	EXPECT_NEAR(46.335 * 20.0 + 50.0 * std::numbers::pi, Must(edges->GetArea(SVGFillRule::nonzero)), 0.1);
+	// And one that comes to a point: its tip is as round.
+	EXPECT_EQ("q", picture.At(25, 34.9));
+	EXPECT_EQ("", picture.At(25, 35.7));
 }
 
 TEST_F(Outlines, OfElementsComeInAnyCoordinates)
