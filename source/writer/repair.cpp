@@ -4,6 +4,7 @@
 #include "elements/element_classes.h"
 #include "import.h"
 #include "importer/complete/importer.h"
+#include "importer/text/entities.h"
 #include "importer/xml/xml_guard.h"
 #include "writer/element_text.h"
 #include "writer/style_editor.h"
@@ -392,11 +393,27 @@ private:
 		return begin;
 	}
 
-	static std::string Decode(std::string_view raw)
+	/// What a value of the text stands for: with what the document type declares, and with characters, in the place of
+	/// references.
+	std::string Decode(std::string_view raw) const
 	{
-		std::string value(raw.size(), '\0');
-		value.resize(static_cast<std::size_t>(DecodeReferences(raw, value.data()) - value.data()));
-		return value;
+		std::string value(raw);
+		const std::string_view prolog = std::string_view(_text).substr(0, _source->elements[0].begin);
+		if (raw.find('&') != raw.npos && DeclaresEntities(prolog))
+		{
+			const std::string quote = raw.find('"') == raw.npos ? "\"" : "'";
+			const std::string opening = std::string(prolog) + "<a a=" + quote;
+			const std::string closing = quote + "/>";
+			PositionMap ignored;
+			const Result<BaseArray<char>> replaced = ReplaceEntities(opening + value + closing, ignored);
+			if (!replaced.IsOk())
+				throw std::bad_alloc();
+			const std::string_view all(replaced.GetValue().begin(), replaced.GetValue().GetCount());
+			value = all.substr(opening.size(), all.size() - opening.size() - closing.size());
+		}
+		std::string decoded(value.size(), '\0');
+		decoded.resize(static_cast<std::size_t>(DecodeReferences(value, decoded.data()) - decoded.data()));
+		return decoded;
 	}
 
 	Result<void> Note(const Refused& refused, std::string_view name, std::string_view before, std::string_view after)

@@ -144,6 +144,12 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 			  RunProgram({"repair", folder.Write("arcs.svg", arcs), "-o", "-"}).output);
 	const std::string lines = "<svg><g class='" + std::string(300, 'c') + "' fill='bad'/>\n<g class='" +
 							  std::string(150, 'c') + "' fill='bad'/></svg>";
+	// What a document type declares is read in the place of its name.
+	const std::string declared = "<!DOCTYPE svg [<!ENTITY c '#f00'><!ENTITY d \"#00f8\">]><svg><g stroke=\"&c;f\" "
+								 "fill='&d;'/></svg>";
+	EXPECT_EQ("<!DOCTYPE svg [<!ENTITY c '#f00'><!ENTITY d \"#00f8\">]><svg><g stroke=\"red\" fill='#00f' "
+			  "fill-opacity=\".533333\"/></svg>",
+			  RunProgram({"repair", folder.Write("declared.svg", declared), "-o", "-"}).output);
 	const ProgramRun cut = RunProgram({"repair", folder.Write("cut.svg", lines)});
 	EXPECT_EQ(0, cut.status) << cut.errors;
 	EXPECT_NE(std::string::npos, cut.output.find("\n-…ccc")) << cut.output;
