@@ -196,6 +196,8 @@ TEST(CssCascade, CostsAFewStepsForEachElement)
 		{"g:nth-child(2n+1)", kCount / 2},
 		{":nth-last-child(2n)", kCount / 2 + (kCount + 2) / 3},
 		{"rect:nth-of-type(2n)", kCount / 4},
+		{":nth-of-type(2n)", kCount / 2},
+		{":nth-last-of-type(2n)", kCount / 2},
 		{"svg>g:nth-last-of-type(2n)", kCount / 4},
 		{":nth-child(2n of rect)", kCount / 4},
 		{"circle ~ g", 0},

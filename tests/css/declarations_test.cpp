@@ -114,6 +114,7 @@ TEST(CssDeclarations, CloseWhatTheEndOfTheTextCutsOff)
 	EXPECT_EQ(Read("a:rgb(1,[2").declarations, "a=rgb(1,[2])");
 	EXPECT_EQ(Read("a:f('x").declarations, "a=f('x')");
 	EXPECT_EQ(Read("a:\"x\\").declarations, "a=\"x\"");
+	EXPECT_EQ(Read("a:f(x\\").declarations, "a=f(x\xef\xbf\xbd)");
 	EXPECT_EQ(Read("a:url(x").declarations, "a=url(x)");
 	EXPECT_EQ(Read("a:b/* c").declarations, "a=b");
 }
@@ -134,6 +135,7 @@ TEST(CssDeclarations, ThatAreInvalidCostOnlyThemselves)
 	expect("a:!important;z:1", "0");
 	expect("a:b!x;z:1", "0");
 	expect("a:b!important c;z:1", "0");
+	expect("a:b!c!important;z:1", "0");
 	expect("a:b!;z:1", "0");
 	expect("a:);z:1", "0");
 	expect("a:(]);z:1", "0");

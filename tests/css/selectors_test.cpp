@@ -80,6 +80,7 @@ TEST(CssSelectors, AskForAttributes)
 		{"[k=\"one\"I]", "g"}, {"[k*=NE i]", "abg"}, {"[k=ONE s]", "g"},
 		{"[K]", ""},           {"[href]", "i"},      {"[|href]", "i"},
 		{"[*|href]", "gi"},    {"[k=one", ""},       {"[k='ONE", "g"},
+		{"[k|=ONE]", "g"},     {"[k$=ONE]", "g"},    {"[k~=TWO i]", "a"},
 	});
 }
 
@@ -113,6 +114,8 @@ TEST(CssSelectors, AskForPlacesAmongSiblings)
 		{":last-child", "rdghj"},
 		{":only-child", "rg"},
 		{"svg > :nth-child(odd)", "ai"},
+		{"svg > :nth-child(EVEN)", "ej"},
+		{"svg > :nth-child(n-4294967290)", "aeij"},
 		{"svg > :nth-child(2n)", "ej"},
 		{"svg > :nth-child(-n+2)", "ae"},
 		{"svg > :nth-child( +3 )", "i"},
@@ -133,7 +136,7 @@ TEST(CssSelectors, AskForPlacesAmongSiblings)
 		 {"n", "+n", "1n", "-0n + 1", "2N+1", "2n-1", "n-0", "-n- 5", "-5n-1", "+5", "2n + 3", "n- 1", "even"})
 		EXPECT_NE(Find(":nth-child(" + std::string(place) + ")"), "invalid") << place;
 	for (const char* place : {"", "2 n", "+ 2n", "+ n", "2n + -1", "2n 1", "n1", "1.0", "2.0n", "2n+", "- 1", "2n-",
-							  "+odd", "3n + - 6", "2n of", "n of :x", "--n"})
+							  "+odd", "3n + - 6", "2n of", "n of :x", "--n", "+-n", "+/**/5"})
 		EXPECT_EQ(Find(":nth-child(" + std::string(place) + ")"), "invalid") << place;
 	EXPECT_EQ(Find(":nth-of-type(2 of g)"), "invalid");
 }
@@ -256,6 +259,7 @@ TEST(CssSelectors, AreRefusedAsAWhole)
 								 "::before:hover",
 								 "::before.a",
 								 "::before::after",
+								 "::before:not(g)",
 								 ":not(::before)",
 								 ":hover()",
 								 "g{}",

@@ -106,6 +106,8 @@ TEST(CssStyleSheet, NestsRules)
 	expect("a{--x:{y:1};z:1}", "--xz", "");
 	expect("a{@media all{x:1;b{y:1}}@media print{x:1}@supports(--a:b){z:1}@layer l{w:1}}", "xyzw", "");
 	expect("a{@foo;@foo{x:1}z:1}", "z", "2 7");
+	expect("a{y:1;@foo}b{z:1}", "yz", "6");
+	expect("--x b{z:1}", "z", "");
 	expect("a:foo{b{x:1}}c{z:1}", "z", "2");
 	expect(">a{x:1}b{z:1}", "z", "0");
 }
@@ -136,6 +138,8 @@ TEST(CssStyleSheet, AppliesMediaOfScreens)
 								  "(7<color<9)",
 								  "(color >= 8)",
 								  "(8=color)",
+								  "(color<=9)",
+								  "(color:+8)",
 								  "(grid:0)",
 								  "(resolution:96dpi)",
 								  "(min-resolution:1dppx)",
@@ -162,6 +166,8 @@ TEST(CssStyleSheet, AppliesMediaOfScreens)
 								  "(foo) and (color)",
 								  "(color) or (foo) and (color)",
 								  "(color:7)",
+								  "(color<=7)",
+								  "(resolution>38dpcm)",
 								  "(min-color:9)",
 								  "(max-color:7)",
 								  "(7<color<8)",

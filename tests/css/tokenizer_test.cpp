@@ -58,7 +58,8 @@ TEST(CssTokenizer, TellsNamesNumbersAndPunctuationApart)
 TEST(CssTokenizer, ResolvesEscapes)
 {
 	EXPECT_EQ(Describe("\\66 ill f\\69ll \\.a \\0 x"), "i:fill _ i:fill _ i:.a _ i:\xef\xbf\xbdx");
-	EXPECT_EQ(Describe("\\1F600\\110000 \\d800 z"), "i:\xf0\x9f\x98\x80\xef\xbf\xbd\xef\xbf\xbdz");
+	EXPECT_EQ(Describe("\\1F600\\110000 \\d800 \\dfff z"), "i:\xf0\x9f\x98\x80\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbdz");
+	EXPECT_EQ(Describe("\\7ff \\800 \\ffff \\10000 z"), "i:\u07ff\u0800\uffff\U00010000z");
 	EXPECT_EQ(Describe("\\66\r\nx \\\n \\e4\f#\\31 a"), "i:fx _ D\\ _ i:\xc3\xa4 h!:1a");
 	EXPECT_EQ(Describe("@\\6d edia x\\"), "a:media _ i:x\xef\xbf\xbd");
 	EXPECT_EQ(Describe(std::string_view("a\0b", 3)), "i:a\xef\xbf\xbd"
@@ -73,6 +74,8 @@ TEST(CssTokenizer, RecoversFromBrokenStringsAndUrls)
 	EXPECT_EQ(Describe("url(a b) c url(a\"b) url(a(b) url(a\\\nb) d"),
 			  "U:url(a b) _ i:c _ U:url(a\"b) _ U:url(a(b) _ U:url(ab) _ i:d");
 	EXPECT_EQ(Describe("url(a\\ ) x"), "u:a  _ i:x");
+	EXPECT_EQ(Describe("url(a\x01)url(a\x7f)"), "U:url(a\x01) U:url(a\x7f)");
+	EXPECT_EQ(Describe("\\000075\r\n\\000072\r\n\\00006c\r\n(a)"), "u:a");
 	EXPECT_EQ(Describe("url( open "), "u:open");
 }
 

@@ -42,7 +42,7 @@ TEST(CssVariables, StandForTheirValues)
 	EXPECT_EQ(Put(inner, "var(--\\61 ) url(var(--a)) 'var(--a)'"), "4 url(var(--a)) 'var(--a)'");
 	for (const char* value : {"var(--gone)", "var(--x)", "env(e)", "a var(--x, var(--y))"})
 		EXPECT_EQ(Put(inner, value), "[impossible]") << value;
-	for (const char* value : {"var()", "var(a)", "var(--a b)", "var(--a", "var(1)", "a var(--x, var())"})
+	for (const char* value : {"var()", "var(a)", "var(--a b)", "var(--a 1)", "var(--a", "var(1)", "a var(--x, var())"})
 		EXPECT_EQ(Put(inner, value), "[malformed]") << value;
 }
 

@@ -30,6 +30,7 @@ TEST(CompleteFonts, LonghandsOfFont)
 	EXPECT_EQ(weight("bolder"), "bolder");
 	EXPECT_EQ(weight("lighter"), "lighter");
 	EXPECT_EQ(weight(" 950.5/**/"), "950.5");
+	EXPECT_EQ(weight("1") + weight("1000"), "11000");
 	for (const char* text : {"0", "1001", "100px", "bold x", "-100"})
 		EXPECT_EQ(weight(text), kRefused) << text;
 	const auto style = [](std::string_view text)
@@ -38,7 +39,7 @@ TEST(CompleteFonts, LonghandsOfFont)
 	};
 	EXPECT_EQ(style("Italic"), "italic");
 	EXPECT_EQ(style("oblique -20deg"), "oblique");
-	for (const char* text : {"oblique 91deg", "oblique 0", "italic 10deg", "slanted"})
+	for (const char* text : {"oblique 91deg", "oblique -91deg", "oblique 0", "italic 10deg", "slanted"})
 		EXPECT_EQ(style(text), kRefused) << text;
 	EXPECT_EQ(Outcome<double>(ParseFontStretch, "semi-condensed"), "0.875");
 	EXPECT_EQ(Outcome<double>(ParseFontStretch, "75.5%"), "0.755");
@@ -69,7 +70,7 @@ TEST(CompleteFonts, TheShorthandResetsWhatItLeavesOut)
 	EXPECT_EQ(font("Menu"), "nothing");
 	for (const char* text : {"12px", "a", "12 a", "-1px a", "12px/ a", "12px a,", "bold bold 12px a", "300 300 12px a",
 							 "italic oblique 12px a", "normal normal normal normal normal 12px a", "menu x",
-							 "12px 12px a", "12px inherit"})
+							 "12px 12px a", "12px inherit", "12px/-1 a"})
 		EXPECT_EQ(font(text), kRefused) << text;
 }
 

@@ -23,6 +23,7 @@ TEST(CompleteKeywords, WideOnesAndWhatStandsAroundWords)
 	EXPECT_EQ(TrimCss(" /* a */ x /*b*/ y '/*' /* c"), "x /*b*/ y '/*'");
 	EXPECT_EQ(TrimCss("/**/ "), "");
 	EXPECT_EQ(RemoveComments("a/* x */b /*y*/c'/*d*/'\\/*"), "a b c'/*d*/'\\/*");
+	EXPECT_EQ(ResolveEscapes("a\\0000621"), "ab1");
 	EXPECT_EQ(ResolveEscapes("a\\62 c\\(\\\nd\\1F600 e\\0"), "abc(d\xf0\x9f\x98\x80"
 															 "e\xef\xbf\xbd");
 
@@ -114,6 +115,7 @@ TEST(CompleteNumbers, ListsKeepWhatStandsBeforeAFault)
 	EXPECT_EQ(box.y, -1.5);
 	EXPECT_EQ(box.width, 0.5);
 	EXPECT_EQ(box.height, 2);
+	EXPECT_EQ(complete::ParseViewBox("0 0 0 0", box), Parsed::value) << "It draws nothing, and is no error.";
 	for (const char* text : {"0 0 1", "0 0 1 2 3", "0 0 -1 2", "0 0 1 -2", "0 0 1 2,", "0 0 1 2;"})
 		EXPECT_EQ(complete::ParseViewBox(text, box), Parsed::refused) << text;
 }
@@ -143,6 +145,7 @@ TEST(CompleteLengths, TakeTheUnitsOfCssInAnyCase)
 	EXPECT_EQ(Outcome<Length>(ParseSpacing, "-.1em", Source::sheet), "-0.1em");
 	EXPECT_EQ(Outcome<Length>(ParseSpacing, "2", Source::style), "2");
 	EXPECT_EQ(Outcome<Length>(ParseSpacing, "2", Source::sheet), kRefused);
+	EXPECT_EQ(Outcome<Length>(ParseSpacing, "calc(2)", Source::sheet), kRefused);
 
 	BaselineShift shift;
 	EXPECT_EQ(ParseBaselineShift("SUPER", Source::style, shift), Parsed::value);
@@ -165,6 +168,7 @@ TEST(CompleteLengths, AreCalculated)
 	expect("round(down, 7.9px, 4px)", "4px");
 	expect("calc(1px * round(up, 1.2))", "2px");
 	expect("round(to-zero, -7px, 4px)", "-4px");
+	expect("round(-2.5px, 1px)", "-2px");
 	expect("mod(-7px, 4px)", "1px");
 	expect("rem(-7px, 4px)", "-3px");
 	expect("hypot(2px, 3px, 6px)", "7px");
@@ -176,8 +180,9 @@ TEST(CompleteLengths, AreCalculated)
 	expect("calc(1px * atan2(1px, 1px) / 45deg)", kRefused);
 	expect("calc(1px * tan(atan2(3px, 1px)))", "3px");
 	expect("calc(sign(-3em) * -4px)", "4px");
-	for (const char* text : {"round(7px)", "round(up 7px, 4px)", "mod(7px)", "mod(7px, 4)", "sqrt(4px)", "pow(2px, 2)",
-							 "sin(1px)", "calc(1px * sign(1, 2))", "calc(1px * asin(1))", "calc(1px * log(8, 2, 3))"})
+	for (const char* text :
+		 {"round(7px)", "round(up 7px, 4px)", "mod(7px)", "mod(7px, 4)", "sqrt(4px)", "pow(2px, 2)", "pow(2px, 2px)",
+		  "sin(1px)", "calc(1px * sign(1, 2))", "calc(1px * asin(1))", "calc(1px * log(8, 2, 3))"})
 		expect(text, kRefused);
 	expect("calc(2*3em)", "6em");
 	expect("calc(3em * 2 / 4)", "1.5em");
@@ -218,6 +223,11 @@ TEST(CompleteLengths, AreCalculated)
 		EXPECT_EQ(LengthOf("calc(" + std::string(count, '(') + "1" + std::string(count, ')') + ")") == "1", isRead)
 			<< depth;
 	}
+	// Those beside each other are not within each other.
+	std::string many = "calc(0px";
+	for (int i = 0; i < 40; i++)
+		many += " + abs(-1px) + (1px)";
+	EXPECT_EQ(LengthOf(many + ")", Source::sheet), "80px");
 	// What is calculated is brought into the range.
 	EXPECT_EQ(LengthOf("calc(-1px)", Source::style, Range::notNegative), "0px");
 	EXPECT_EQ(Outcome<double>(ParseAlpha, "calc(1 / 4)", Source::style), "0.25");

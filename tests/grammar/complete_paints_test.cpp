@@ -50,6 +50,7 @@ TEST(CompleteColors, InAllNotations)
 			   "#12",
 			   "#12345",
 			   "#ggg",
+			   "#g00",
 			   "reddish",
 			   "red blue",
 			   "re/**/d",
@@ -91,6 +92,10 @@ TEST(CompleteColors, OtherSpacesComeToSrgb)
 	EXPECT_EQ(ColorOf("color(a98-rgb 1 1 1)"), "255 255 255 / 1");
 	EXPECT_EQ(ColorOf("color(prophoto-rgb .5 .5 .5)"), "145.94 145.94 145.94 / 1");
 	EXPECT_EQ(ColorOf("color(srgb-linear .5 .5 .5)"), "187.52 187.52 187.52 / 1");
+	// Chroma is never below zero, and only what such a function returns is brought into the range of sRGB.
+	EXPECT_EQ(ColorOf("lch(50 -10 0)"), ColorOf("lch(50 0 0)"));
+	EXPECT_NE(ColorOf("color(display-p3 1.2 .5 .5)"), ColorOf("color(display-p3 1 .5 .5)"));
+	EXPECT_EQ(ColorOf("lch(from blue 50 30 max(h, 0))"), ColorOf("lch(from blue 50 30 h)"));
 }
 
 /// What a browser makes of colours that others are mixed or made from, in sRGB.
@@ -103,6 +108,7 @@ TEST(CompleteColors, AreMixedAndMadeFromOthers)
 	} kCases[]{
 		{"color-mix(in srgb, red 30%, blue)", 76.5, 0, 178.5, 1},
 		{"color-mix(in srgb, red 20%, blue 30%)", 102, 0, 153, 0.5},
+		{"color-mix(in srgb, red, blue 30%)", 178.5, 0, 76.5, 1},
 		{"color-mix(in srgb, red 80%, blue 70%)", 136, 0, 119, 1},
 		{"color-mix(in srgb, red 0%, blue 0%)", 127.5, 0, 127.5, 0},
 		{"color-mix(in srgb, 30% red, blue)", 76.5, 0, 178.5, 1},
@@ -114,6 +120,8 @@ TEST(CompleteColors, AreMixedAndMadeFromOthers)
 		{"color-mix(in oklch, red, gray)", 197.73, 98.87, 85.52, 1},
 		{"color-mix(in hsl, red, blue)", 255, 0, 255, 1},
 		{"color-mix(in hsl longer hue, red, red)", 0, 255, 255, 1},
+		{"color-mix(in hsl longer hue, red, cyan)", 127.5, 255, 0, 1},
+		{"color-mix(in hsl, color-mix(in hsl, hsl(none 50% 50%), blue), red)", 239.06, 15.94, 239.06, 1},
 		{"color-mix(in hsl increasing hue, red, blue)", 0, 255, 0, 1},
 		{"color-mix(in hsl decreasing hue, red, lime)", 0, 0, 255, 1},
 		{"color-mix(in hsl decreasing hue, hsl(350 50% 50%), hsl(10 50% 50%))", 63.75, 191.25, 191.25, 1},
@@ -141,6 +149,7 @@ TEST(CompleteColors, AreMixedAndMadeFromOthers)
 		{"rgb(from teal 50% g none)", 127.5, 128, 0, 1},
 		{"hsl(from red calc(h + 120) s l)", 0, 255, 0, 1},
 		{"hsl(from red h s calc(l - 20))", 153, 0, 0, 1},
+		{"hsl(from red calc(h * .5) s l)", 255, 0, 0, 1},
 		{"hwb(from teal h calc(w + 10) b)", 25.5, 128, 128, 1},
 		{"lab(from teal calc(l * 1.2) a b)", 48.87, 153.25, 152.88, 1},
 		{"lch(from red calc(l + 10) c h)", 255, 62.65, 31.3, 1},
@@ -182,6 +191,8 @@ TEST(CompleteColors, AreMixedAndMadeFromOthers)
 			   "rgb(from teal x y z)",
 			   "rgb(from teal calc(r + 10%) g b)",
 			   "rgb(from teal calc(r + 10deg) g b)",
+			   "rgb(from teal calc(10deg) g b)",
+			   "rgb(from teal calc(r * 1px) g b)",
 			   "hsl(from teal calc(h + 10deg) s l)",
 			   "color(from teal foo r g b)",
 			   "rgb(r g b)",
@@ -209,8 +220,8 @@ TEST(CompletePaints, WithReferencesAndFallbacks)
 	EXPECT_EQ(PaintOf("url(#\xc3\xa9)"), "url #\xc3\xa9");
 	EXPECT_EQ(PaintOf("url()"), "url ");
 	ExpectAll(PaintOf,
-			  {"url(#a b)", "url(a\"b)", "url (#a)", "url(#a) url(#b)", "url(#a) inherit", "url(#a) context-fill",
-			   "url('#a' x)", "none none", "freeze", "", "url(#a) red x", "inherit"},
+			  {"url(#a b)", "url(a\"b)", "url(#a\x7f)", "url (#a)", "url(#a) url(#b)", "url(#a) inherit",
+			   "url(#a) context-fill", "url('#a' x)", "none none", "freeze", "", "url(#a) red x", "inherit"},
 			  kRefused);
 
 	const auto reference = [](std::string_view text)

@@ -38,6 +38,8 @@ TEST(CompleteTransforms, PropertiesHaveUnitsAndPercentages)
 	EXPECT_EQ(PropertyTransform("rotateX(60deg)"), "1 0 0 0.5 0 0");
 	EXPECT_EQ(PropertyTransform("rotateX(60deg) rotateX(60deg)"), "1 0 0 -0.5 0 0");
 	EXPECT_EQ(PropertyTransform("rotateY(60deg)"), "0.5 0 0 1 0 0");
+	EXPECT_EQ(PropertyTransform("rotate3d(0,0,0,90deg)"), "1 0 0 1 0 0") << "There is no axis.";
+	EXPECT_EQ(PropertyTransform("translate(1pc, 1vmin) translate(1vmax)"), "1 0 0 1 24 6");
 	EXPECT_EQ(PropertyTransform("rotate3d(0,0,2,-90deg)"), "0 -1 1 0 0 0");
 	EXPECT_EQ(PropertyTransform("rotateX(90deg) translateZ(10px)"), "1 0 0 0 0 -10");
 	EXPECT_EQ(PropertyTransform("translate3d(10%,20%,3px) scale3d(2,3,4) rotateZ(0)"), "2 0 0 3 20 20");
@@ -175,6 +177,8 @@ TEST(CompleteShapes, OfClipPathWithTheirBoxes)
 							 "circle(at 1px 2px 3px 4px)",
 							 "circle(at left 1px top 2px 3px)",
 							 "circle(at 3px left)",
+							 "circle(at left top top 1px)",
+							 "circle(at left 1px top bottom)",
 							 "circle(at top 3px)",
 							 "path(evenodd 'M0 0')",
 							 "polygon(nonzero)",

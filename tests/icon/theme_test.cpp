@@ -7,6 +7,8 @@
 #include "svg_source.h"
 #include "vector_icon_theme.h"
 
+#include <fstream>
+#include <iterator>
 #include <thread>
 
 namespace orvan
@@ -91,6 +93,15 @@ TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
 	EXPECT_EQ(SVGPaintType::reference, icon->GetLayer(Text("p"))->GetStroke().type);
 	Must(theme->ClearCurrentColor());
 	EXPECT_EQ(1.0, RootColor().color.green);
+	Must(theme->SetCurrentColor({1.0, 0.0, 0.0}));
+	EXPECT_EQ("bgbr", Fills()) << "The sheet stays beside another colour.";
+	// It lies over the next tree as well, whether both are given or one.
+	Must(document->Init(document->GetUrl()));
+	EXPECT_EQ("bgbr", Fills());
+	EXPECT_EQ(1.0, RootColor().color.red);
+	Must(theme->ClearCurrentColor());
+	Must(document->Init(document->GetUrl()));
+	EXPECT_EQ("bgbr", Fills());
 	Must(icon->GetLayer(Text("p"))->SetOpacity(0.5));
 	Must(theme->SetStyleSheet(Text("rect { fill: red } } broken")));
 	EXPECT_EQ("rrg-", Fills());
@@ -103,7 +114,10 @@ TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
 	Must(theme->SetStyleSheet({}));
 	EXPECT_EQ("rbg-", Fills());
 	EXPECT_FALSE(icon->GetLayer(Text("r"))->HasAttribute(SVGImportAttribute::width));
-	EXPECT_EQ(1, theme->GetLoadCount());
+	EXPECT_EQ(3, theme->GetLoadCount());
+	Must(theme->SetCurrentColor({0.0, 0.0, 1.0}));
+	Must(document->Init(document->GetUrl()));
+	EXPECT_EQ(1.0, RootColor().color.blue);
 	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
 }
 
@@ -127,9 +141,15 @@ TEST_F(IconTheme, IsNotSaved)
 	options.keepsSource = true;
 	Must(import->SetImportOptions(options));
 	Must(document->Init(Must(Url::FromPath(file.string()))));
-	icon->SetState(SVGIconState::enabledActivatedHighlight);
 	Must(theme->SetStateLayer(Text("State:Busy")));
 	EXPECT_EQ(kThemed, saved());
+	icon->SetState(SVGIconState::enabledActivatedHighlight);
+	Must(icon->SetLayerEnabled(Text("r"), false));
+	EXPECT_EQ(kThemed, saved());
+	const std::filesystem::path copy = file.string() + ".copy.svg";
+	Must(source->Save(Must(Url::FromPath(copy.string())), {}));
+	std::ifstream written(copy);
+	EXPECT_EQ(kThemed, std::string(std::istreambuf_iterator<char>(written), {}));
 	Must(icon->GetLayer(Text("p"))->SetOpacity(0.25));
 	Must(Cast<SVGElementEditInterface>(icon->GetLayer(Text("q")))->RemoveAttribute(SVGImportAttribute::fill));
 	// Which has the result loaded and compared.
@@ -166,7 +186,8 @@ TEST_F(IconTheme, ComesBackWithEveryReload)
 {
 	Must(theme->SetCurrentColor({0.0, 1.0, 0.0}));
 	Must(theme->SetStyleSheet(Text("rect { fill: red }")));
-	Must(theme->SetStateLayer(Text("State:Busy")));
+	Must(icon->SetLayerEnabled(Text("State:Busy"), false));
+	Must(theme->SetStateLayer(Text("State:Busy"))); // Which has the last word.
 	static std::string heard;
 	heard.clear();
 	const auto edit = Cast<SVGDocumentEditInterface>(icon);
@@ -199,6 +220,32 @@ TEST_F(IconTheme, ComesBackWithEveryReload)
 	EXPECT_FALSE(last);
 	Must(theme->SetStyleSheet({}));
 	EXPECT_EQ("rbg-", Fills());
+}
+
+TEST_F(IconTheme, LiesOverWhatComesFromMemory)
+{
+	Must(theme->SetStyleSheet(Text("rect { fill: red }")));
+	icon->SetState(SVGIconState::enabledActivatedHighlight);
+	icon->SetLiveReloadEnabled(true);
+	constexpr std::string_view kOther = "<svg><g id='State:Busy'><rect id='r'/></g><path id='p'/><polygon id='q'/>"
+										"<g id='State:EnabledActivatedHighlight'/></svg>";
+	Must(Cast<SVGDocumentImportInterface>(icon)->InitFromMemory(kOther.data(), std::ssize(kOther), {}));
+	EXPECT_EQ("-r--", Fills());
+	EXPECT_EQ("02", Busy()) << "Switching stops at the first layer that is missing.";
+	EXPECT_EQ(2, theme->GetLoadCount());
+	// It has no file to follow.
+	WriteFile(file, std::string(kThemed) + "<!-- changed -->");
+	PumpUntilQuiet();
+	EXPECT_EQ("-r--", Fills());
+	EXPECT_EQ(2, theme->GetLoadCount());
+	// Layers that the next file has not are told.
+	Must(theme->SetStateLayer(Text("State:Busy")));
+	diagnostics.lines.clear();
+	WriteFile(file, "<svg/>");
+	Must(document->Init(Must(Url::FromPath(file.string()))));
+	EXPECT_EQ((std::vector<std::string>{"State layer 'State:Busy' could not be shown. "
+										"SVG element with id 'State:Busy' not found."}),
+			  diagnostics.lines);
 }
 
 TEST_F(IconTheme, ShowsStatesByName)

@@ -71,6 +71,17 @@ TEST_F(CompleteImport, KeepsAHundredFindingsAndCountsTheOthers)
 	Loaded loaded = LoadWith("<svg>" + Repeat("<g fill='1'/>", 150) + "</svg>");
 	EXPECT_EQ(150, loaded.report.findingCount);
 	EXPECT_EQ(100u, loaded.report.findings.GetCount());
+	// What the file is refused for is among them, however many there were; and a path with a fault is no such thing.
+	const SVGImportReport refused =
+		LoadWith("<svg>" + Repeat("<path d='M0 0L'/>", 120) + "<g fill='1'/></svg>", Options(false, true)).report;
+	EXPECT_EQ(Outcome::refused, refused.outcome);
+	ASSERT_EQ(101u, refused.findings.GetCount());
+	EXPECT_EQ(SVGFindingLevel::warning, refused.findings[99].level);
+	EXPECT_EQ(SVGFindingLevel::critical, refused.findings[100].level);
+	EXPECT_EQ("fill", refused.findings[100].attribute.View());
+	// Long values are cut off between characters.
+	const SVGImportReport cut = LoadWith("<svg><g fill='x" + Repeat("\u00e9", 150) + "'/></svg>").report;
+	EXPECT_TRUE(cut.findings[0].message.View().ends_with("\u00e9…\"")) << cut.findings[0].message.View();
 	SVGImportReport copy;
 	Must(copy.CopyFrom(loaded.report));
 	EXPECT_EQ(Places(loaded.report), Places(copy));

@@ -142,6 +142,11 @@ TEST_F(Editing, MovesTakesOutAndReplaces)
 	Must(Edit(b)->Remove());
 	EXPECT_EQ("svg#s(rect#d g#c(use#u))", Tree());
 	EXPECT_FALSE(Edit(b)->GetDocument());
+	// In a tree of no document.
+	const SVGElementRef group = Make("svggroupelement");
+	Must(Edit(group)->InsertChildBefore(fresh, {}));
+	Must(Edit(fresh)->ReplaceWith(b));
+	EXPECT_EQ("g(rect#b)", Outline(group));
 }
 
 TEST_F(Editing, RefusesWhatWouldTearTheTree)
@@ -150,10 +155,15 @@ TEST_F(Editing, RefusesWhatWouldTearTheTree)
 	const SVGElementRef a = Find(document, "a");
 	const SVGElementRef root = document->GetRootElement();
 	const SVGElementRef none;
+	const SVGDocumentRef elsewhere = Load("<svg/>");
 	const auto refuses = [](const Result<void>& result)
 	{
 		return !result.IsOk() && result.GetError().GetClass() != ErrorClass::outOfMemory;
 	};
+	Must(edit->AddObserver(&Hear, this));
+	EXPECT_TRUE(refuses(Cast<HierarchyObjectInterface>(a)->InsertAsLastChildOf(
+		Cast<HierarchyObjectInterface>(Find(document, "b")), {})));
+	EXPECT_TRUE(refuses(Edit("b")->ReplaceWith(elsewhere->GetRootElement())));
 	EXPECT_TRUE(refuses(Edit("b")->InsertChildBefore(a, {})));
 	EXPECT_TRUE(refuses(Edit(a)->InsertChildBefore(a, {})));
 	EXPECT_TRUE(refuses(Edit(a)->InsertChildBefore(none, {})));
@@ -163,13 +173,18 @@ TEST_F(Editing, RefusesWhatWouldTearTheTree)
 	EXPECT_TRUE(refuses(Edit(root)->ReplaceWith(Make("svgsvgelement"))));
 	EXPECT_TRUE(refuses(Edit("b")->ReplaceWith(a)));
 	EXPECT_TRUE(refuses(Edit("b")->ReplaceWith(none)));
+	Must(Edit("b")->ReplaceWith(Find(document, "b")));
 	EXPECT_EQ(before, Tree());
+	EXPECT_EQ("", Heard());
 }
 
 TEST_F(Editing, FindsWhatStandsInTheTree)
 {
 	const SVGElementRef a = Find(document, "a");
 	Must(Find(document, "b")->SetId(Text("other"))); // Found under "b", as ever.
+	Must(Edit("c")->InsertChildBefore(Find(document, "b"), {}));
+	EXPECT_FALSE(IsFound("other"));
+	Must(Edit(a)->InsertChildBefore(Find(document, "b"), Find(document, "p")));
 	Must(Edit(a)->Remove());
 	for (const char* id : {"a", "b", "p", "other"})
 		EXPECT_FALSE(IsFound(id)) << id;
@@ -189,10 +204,16 @@ TEST_F(Editing, FindsWhatStandsInTheTree)
 	// To where it may come back from.
 	Must(edit->BeginTransaction());
 	Must(Edit("c")->Remove());
+	const SVGElementRef fresh = Make("svgrectelement");
+	Must(fresh->SetId(Text("fresh")));
+	Must(Edit(second)->InsertChildBefore(fresh, {}));
+	EXPECT_FALSE(IsFound("fresh")) << "out of the tree";
 	Must(Edit(a)->InsertChildBefore(Find(document, "d"), {}));
 	EXPECT_TRUE(IsFound("d"));
-	Must(Edit(second)->InsertChildBefore(Find(document, "d"), {}));
+	const SVGElementRef d = Find(document, "d");
+	Must(Edit(second)->InsertChildBefore(d, {}));
 	EXPECT_FALSE(IsFound("d"));
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(edit->RenameId(d, Text("e"))));
 	Must(edit->RollbackTransaction());
 	EXPECT_TRUE(IsFound("d"));
 	// From one document to another.
@@ -223,6 +244,9 @@ TEST_F(Editing, RemovesListsAndCopiesAttributes)
 	Must(Edit(use)->CopyAttribute(path, Attribute::transform));
 	EXPECT_EQ("id href transform stroke ", numbersOf(use));
 	EXPECT_EQ(1.0, use->GetStroke().color.green);
+	const auto other = Make<SVGUseElementInterface>("svguseelement");
+	Must(Edit(Cast<SVGElementInterface>(other))->CopyAttribute(use, Attribute::href));
+	EXPECT_EQ(Text("p"), other->GetLink());
 	Must(Edit(path)->CopyAttribute(use, Attribute::opacity));
 	EXPECT_EQ("id transform d fill stroke ", numbersOf(path));
 	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(Edit(path)->CopyAttribute(use, Attribute::id)));
@@ -324,8 +348,8 @@ TEST_F(Editing, RenamesWithAllReferences)
 	Must(import->SetImportOptions(options));
 	constexpr std::string_view kText =
 		"<svg><g id='x' fill='url(#x) red' stroke='url(#y)' mask='url(#x)' clip-path='url(#x)'/><use href='#x'/>"
-		"<path style='marker:url(#x)' filter='url(#x) blur(1px)'/><linearGradient href='#x'/><g id='x'/><g "
-		"id='y'/></svg>";
+		"<path style='marker:url(#x)' filter='url(#x) blur(1px)'/><linearGradient href='#x'/><rect filter='url(#x)'/>"
+		"<g id='x'/><g id='y'/></svg>";
 	Must(import->InitFromMemory(kText.data(), static_cast<std::int64_t>(kText.size()), {}));
 	const std::string before = JsonOf(drawing);
 	const auto names = Cast<SVGDocumentEditInterface>(drawing);
@@ -341,7 +365,7 @@ TEST_F(Editing, RenamesWithAllReferences)
 			continue;
 		expected.replace(at, 3, "\"neu\"");
 	}
-	EXPECT_EQ(11u, CountOf(expected, "\"neu\""));
+	EXPECT_EQ(12u, CountOf(expected, "\"neu\""));
 	const std::string after = JsonOf(drawing);
 	EXPECT_EQ(expected.substr(expected.find("root")), after.substr(after.find("root")));
 	for (const char* taken : {"x", "y", ""})
@@ -360,6 +384,17 @@ TEST_F(Editing, RenamesWithAllReferences)
 	EXPECT_EQ(second, Find(doubled, "z"));
 	const auto use = Cast<SVGUseElementInterface>(Edit(doubled->GetRootElement())->GetChildAt(2));
 	EXPECT_EQ(Text("x"), use->GetLink());
+	// Taking the second out leaves the first; and when that is gone, the second can have the id.
+	const SVGDocumentRef twins = Load("<svg><g id='x'/><rect id='x'/></svg>");
+	const SVGElementEditRef top = Edit(twins->GetRootElement());
+	const SVGElementRef one = top->GetChildAt(0);
+	const SVGElementRef two = top->GetChildAt(1);
+	Must(Edit(two)->Remove());
+	EXPECT_EQ(one, Find(twins, "x"));
+	Must(top->InsertChildBefore(two, {}));
+	Must(Edit(one)->Remove());
+	Must(Cast<SVGDocumentEditInterface>(twins)->RenameId(two, Text("x")));
+	EXPECT_EQ(two, Find(twins, "x"));
 }
 
 TEST_F(Editing, TellsObserversWhatChanged)
@@ -373,8 +408,13 @@ TEST_F(Editing, TellsObserversWhatChanged)
 	EXPECT_EQ("b.fill b.transform b.", Heard());
 	Must(Cast<SVGPathElementInterface>(p)->LineTo({}));
 	Must(Cast<SVGUseElementInterface>(Find(document, "u"))->SetLink(Text("d")));
-	Must(Edit("u")->RemoveAttribute(Attribute::fill)); // Has none.
 	EXPECT_EQ("p.d u.href", Heard());
+	for (const Attribute none : {Attribute::fill, Attribute::transform, Attribute::d})
+		Must(Edit("u")->RemoveAttribute(none));
+	for (const Attribute removed : {Attribute::d, Attribute::d, Attribute::transform})
+		Must(Edit("p")->RemoveAttribute(removed));
+	Must(Edit("d")->CopyAttribute(b, Attribute::fill));
+	EXPECT_EQ("p.d d.fill", Heard()) << "what is not there cannot be removed";
 	Must(Edit("c")->InsertChildBefore(b, {}));
 	Must(Edit("c")->Remove());
 	Must(b->SetOpacity(0.5)); // Of no tree.
@@ -387,18 +427,26 @@ TEST_F(Editing, TellsObserversWhatChanged)
 	Must(edit->RenameId(Find(document, "d"), Text("e")));
 	EXPECT_EQ("e.id", Heard());
 	const SVGElementRef fresh = Make("svgtextelement");
+	Must(fresh->SetId(Text("t")));
 	Insert(fresh, b);
+	EXPECT_FALSE(IsFound("t")) << "The older methods leave the table of ids as it is.";
 	Must(Cast<SVGTextElementInterface>(fresh)->SetText(Text("x")));
 	Cast<HierarchyObjectInterface>(b)->RemoveAllChildren();
-	EXPECT_EQ("+<b .text -<b", Heard());
-	Must(edit->BeginTransaction());
-	Must(b->SetOpacity(0.25));
-	Must(edit->RollbackTransaction());
-	EXPECT_EQ("b.opacity b.opacity", Heard());
+	EXPECT_EQ("+t<b t.text -t<b", Heard());
+	Must(Find(document, "e")->GetWorldTransform());
+	Must(document->GetRootElement()->SetTranslation({1.0, 2.0}));
+	EXPECT_TRUE(Find(document, "e")->IsTransformDirty());
+	EXPECT_EQ("s.transform", Heard());
 	const CollectedFindings findings;
 	Must(document->Init(TextFile("<svg fill='x'/>").GetUrl()));
+	EXPECT_FALSE(IsFound("e")) << "Ids go with their tree, also those of later.";
 	document->Reset();
 	EXPECT_EQ("loaded 3 loaded 0", Heard());
+	Must(document->Init(TextFile("<svg id='s'/>").GetUrl()));
+	Must(edit->RenameId(document->GetRootElement(), Text("later")));
+	document->Reset();
+	EXPECT_FALSE(IsFound("later"));
+	EXPECT_EQ("loaded 1 later.id loaded 0", Heard());
 	Must(document->Init(TextFile("<svg/>").GetUrl()));
 	Must(document->GetRootElement()->SetOpacity(0.5));
 	EXPECT_EQ("loaded 1 .opacity", Heard());
@@ -406,6 +454,93 @@ TEST_F(Editing, TellsObserversWhatChanged)
 	Must(document->Init(TextFile("<svg/>").GetUrl()));
 	EXPECT_EQ("", Heard());
 	EXPECT_EQ(ErrorClass::nullReference, ClassOf(edit->AddObserver(nullptr, nullptr)));
+}
+
+TEST_F(Editing, TellsObserversOfStepsThereAndBack)
+{
+	Must(edit->AddObserver(&Hear, this));
+	const SVGElementRef b = Find(document, "b");
+	const SVGElementRef u = Find(document, "u");
+	const SVGElementRef d = Find(document, "d");
+	Must(edit->BeginTransaction());
+	Must(b->SetFill({}));
+	Must(d->SetTranslation({1.0, 2.0}));
+	Must(Edit("c")->Remove());
+	Must(u->SetFill({})); // Out of the tree by now.
+	Must(u->SetTranslation({1.0, 2.0}));
+	Must(Edit(u)->RemoveAttribute(Attribute::href));
+	Must(edit->CommitTransaction());
+	EXPECT_EQ("b.fill d.transform -c<s", Heard());
+	Must(b->GetWorldTransform());
+	Must(d->GetWorldTransform());
+	EXPECT_TRUE(Must(edit->Undo()));
+	EXPECT_EQ("u.href u.transform u.fill +c<s d.transform b.fill", Heard()) << "the last first";
+	EXPECT_TRUE(d->IsTransformDirty());
+	EXPECT_FALSE(b->IsTransformDirty());
+	EXPECT_TRUE(Must(edit->Redo()));
+	EXPECT_EQ("b.fill d.transform -c<s", Heard());
+	Must(edit->BeginTransaction());
+	Must(b->SetOpacity(0.5));
+	Must(d->SetOpacity(0.5));
+	Must(edit->RollbackTransaction());
+	EXPECT_EQ("b.opacity d.opacity d.opacity b.opacity", Heard());
+	// What observers do meanwhile is told once; and one step is taken back after the other.
+	meanwhile = [](Editing& test)
+	{
+		Must(Find(test.document, "d")->SetOpacity(0.5));
+		EXPECT_EQ(ErrorClass::illegalState, ClassOf(test.edit->Undo()));
+		EXPECT_EQ(ErrorClass::illegalState, ClassOf(test.edit->Redo()));
+		EXPECT_EQ(ErrorClass::illegalState, ClassOf(test.edit->ClearHistory()));
+	};
+	Must(Edit("p")->Remove());
+	EXPECT_EQ("-p<a d.opacity", Heard());
+	// Whoever loads another file while a step is taken back hears no more of it.
+	Must(edit->BeginTransaction());
+	Must(Edit("b")->Remove());
+	Must(d->SetFill({}));
+	Must(edit->CommitTransaction());
+	Heard();
+	meanwhile = [](Editing& test)
+	{
+		test.document->Reset();
+	};
+	EXPECT_TRUE(Must(edit->Undo()));
+	EXPECT_EQ("d.fill loaded 0", Heard());
+}
+
+TEST_F(Editing, RecordsWithoutObserversAndInWhateverTree)
+{
+	// An observer that goes leaves the transaction.
+	const std::string before = JsonOf(document);
+	Must(edit->BeginTransaction());
+	edit->RemoveObserver(Must(edit->AddObserver(&Hear, this)));
+	Must(Find(document, "b")->SetOpacity(0.5));
+	// Somewhere in a tree of no document, too.
+	const SVGElementRef top = Make("svggroupelement");
+	const SVGElementRef inner = Make("svggroupelement");
+	Insert(inner, top);
+	const SVGElementRef d = Find(document, "d");
+	Must(Edit(inner)->InsertChildBefore(d, {}));
+	Must(d->SetOpacity(0.5));
+	Must(edit->RollbackTransaction());
+	EXPECT_EQ(before, JsonOf(document));
+	// A text takes all that stands in it along.
+	const SVGDocumentRef drawing = MakeDocument();
+	SVGImportOptions options;
+	options.isComplete = true;
+	const auto import = Cast<SVGDocumentImportInterface>(drawing);
+	Must(import->SetImportOptions(options));
+	constexpr std::string_view kText = "<svg><text id='t'>a<tspan>b</tspan></text></svg>";
+	Must(import->InitFromMemory(kText.data(), static_cast<std::int64_t>(kText.size()), {}));
+	const auto own = Cast<SVGDocumentEditInterface>(drawing);
+	const auto text = Cast<SVGTextElementInterface>(Find(drawing, "t"));
+	Must(own->BeginTransaction());
+	Must(text->SetText(Text("x")));
+	EXPECT_EQ(Text("x"), text->GetText());
+	EXPECT_EQ(0, Edit(Find(drawing, "t"))->GetChildCount());
+	Must(own->RollbackTransaction());
+	EXPECT_EQ(Text("ab"), text->GetText());
+	EXPECT_EQ(2, Edit(Find(drawing, "t"))->GetChildCount());
 }
 
 TEST_F(Editing, LetsObserversDoAsTheyLike)
@@ -494,6 +629,13 @@ TEST_F(Editing, GivesADocumentItsRoot)
 	EXPECT_EQ("loaded 0 r.opacity", Heard());
 	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(edit->SetRootElement(root)));
 	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(own->SetRootElement(Find(document, "a"))));
+	const SVGElementRef group = Make("svggroupelement");
+	const SVGElementRef inner = Make("svgsvgelement");
+	Insert(inner, group);
+	EXPECT_EQ(ErrorClass::illegalArgument, ClassOf(own->SetRootElement(inner))) << "It has a parent.";
+	// The ids of the former root go with it.
+	Must(edit->SetRootElement(Make("svgsvgelement")));
+	EXPECT_FALSE(IsFound("b"));
 	EXPECT_TRUE(Must(own->Undo()));
 	EXPECT_TRUE(Must(own->Undo()));
 	EXPECT_FALSE(drawing->GetRootElement());

@@ -92,10 +92,40 @@ TEST_F(UndoTest, TakesTransactionsBackAndMakesThemAgain)
 	Must(path->LineTo({})); // Joins no step that something was taken back after.
 	EXPECT_EQ(0, edit->GetRedoCount());
 	EXPECT_EQ(4, edit->GetUndoCount());
-
+	Must(path->LineTo({}));
+	EXPECT_EQ(4, edit->GetUndoCount()) << "But this one joins it.";
+	const std::string fourth = Json();
+	// Nor does one join what is of another attribute, or of a transaction, or stands before the transaction.
+	Must(At("p")->SetOpacity(0.125));
+	Must(path->LineTo({5.0, 5.0}));
+	EXPECT_TRUE(Must(edit->Undo()) && Must(edit->Undo()));
+	EXPECT_EQ(fourth, Json());
+	Must(edit->BeginTransaction());
+	Must(path->LineTo({6.0, 6.0}));
+	Must(edit->CommitTransaction());
+	EXPECT_EQ(0, edit->GetRedoCount());
+	Must(path->LineTo({7.0, 7.0}));
+	EXPECT_TRUE(Must(edit->Undo()));
+	EXPECT_EQ(5, edit->GetUndoCount());
+	Must(path->LineTo({8.0, 8.0}));
+	const std::string fifth = Json();
+	Must(edit->BeginTransaction());
+	Must(path->LineTo({9.0, 9.0}));
+	// The limit counts steps, of which the open one is none yet.
+	Must(edit->SetUndoLimit(3));
+	Must(edit->RollbackTransaction());
+	EXPECT_EQ(fifth, Json());
 	Must(edit->SetUndoLimit(2));
 	EXPECT_EQ(2, edit->GetUndoCount());
+	Must(At("t")->SetOpacity(0.75));
+	EXPECT_EQ(2, edit->GetUndoCount());
+	Must(edit->BeginTransaction());
+	Must(At("t")->SetOpacity(0.5));
+	Must(edit->CommitTransaction());
+	EXPECT_EQ(2, edit->GetUndoCount());
 	EXPECT_FALSE(edit->SetUndoLimit(-1).IsOk());
+	Must(edit->SetUndoLimit(0));
+	EXPECT_FALSE(Must(edit->Undo()));
 	Must(edit->ClearHistory());
 	Must(At("t")->SetOpacity(0.25));
 	EXPECT_EQ(0, edit->GetUndoCount());
@@ -324,6 +354,9 @@ TEST_F(UndoTest, LeavesTheTreeAsItWasWhenMemoryRunsOut)
 			const SVGDocumentRef drawing = Load(kEverything);
 			const auto own = Cast<SVGDocumentEditInterface>(drawing);
 			const Operation operation = PrepareOperations(drawing)[i];
+			const SVGDocumentRef other = Load(kEverything);
+			Must(PrepareOperations(other)[i].make());
+			const std::string done = JsonOf(other);
 			SCOPED_TRACE(std::string(operation.name) + ", mode " + std::to_string(static_cast<int>(mode)));
 			if (mode == Mode::observed)
 				Must(own->AddObserver(&HearNothing, nullptr));
@@ -342,7 +375,8 @@ TEST_F(UndoTest, LeavesTheTreeAsItWasWhenMemoryRunsOut)
 					break;
 				EXPECT_EQ(loaded, JsonOf(drawing)) << number;
 			}
-			EXPECT_NE(loaded, JsonOf(drawing));
+			EXPECT_NE(loaded, done);
+			EXPECT_EQ(done, JsonOf(drawing));
 			if (mode != Mode::inTransaction)
 				continue;
 			{
@@ -366,6 +400,8 @@ TEST_F(UndoTest, KeepsItsPromiseToTransactionsWithoutMemory)
 		group->RemoveAllChildren(); // Cannot fail, and cannot be recorded.
 	}
 	EXPECT_TRUE(group->GetFirstChild());
+	Must(edit->BeginTransaction());
+	Must(edit->RollbackTransaction());
 	EXPECT_EQ(ErrorClass::outOfMemory, edit->CommitTransaction().GetError().GetClass());
 	EXPECT_EQ(loaded, Json());
 	Must(edit->BeginTransaction());
@@ -380,6 +416,17 @@ TEST_F(UndoTest, KeepsItsPromiseToTransactionsWithoutMemory)
 	}
 	EXPECT_FALSE(group->GetFirstChild());
 	EXPECT_EQ(0, edit->GetUndoCount() + edit->GetRedoCount());
+	// Another file has nothing to do with it.
+	Must(document->Init(TextFile(kEverything).GetUrl()));
+	const auto other = Cast<HierarchyObjectInterface>(At("layer1"));
+	Must(edit->BeginTransaction());
+	{
+		const AllocationFailure failure(1, AllocationFailure::Extent::allFollowing);
+		other->RemoveAllChildren();
+	}
+	Must(document->Init(TextFile(kEverything).GetUrl()));
+	Must(edit->BeginTransaction());
+	Must(edit->CommitTransaction());
 }
 
 } // namespace
