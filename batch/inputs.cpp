@@ -7,7 +7,6 @@
 #include <functional>
 #include <glob.h>
 #include <iterator>
-#include <ranges>
 #include <utility>
 
 namespace orvan::batch
@@ -113,8 +112,10 @@ InputList::InputList(const std::vector<std::string>& sources)
 
 void InputList::AddPending(const std::vector<std::string>& sources, Kind kind)
 {
-	for (const std::string& source : std::views::reverse(sources))
-		_pending.push_back({source, kind});
+	std::transform(sources.rbegin(), sources.rend(), std::back_inserter(_pending),
+				   [kind](const std::string& source) {
+					   return Pending{source, kind};
+				   });
 }
 
 std::optional<Input> InputList::Next()
