@@ -77,7 +77,7 @@ int ForEachFile(const FileArguments& arguments, const Task& task)
 		return status;
 	}
 	constexpr std::size_t kLead = 16;
-	constexpr auto kPatience = std::chrono::hours(1);
+	constexpr auto kPatience = std::chrono::milliseconds(100);
 	OrderedTasks<FileOutcome> tasks(
 		files.size(), threadCount, kLead * threadCount,
 		[&](std::size_t index)

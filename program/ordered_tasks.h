@@ -26,7 +26,7 @@ public:
 
 	/// Tasks run ahead of the results that were taken by at most `lead`, which bounds what waits in memory.
 	OrderedTasks(std::size_t count, std::size_t threadCount, std::size_t lead, Task task)
-		: _task(std::move(task)), _outcomes(count), _lead(lead)
+		: _task(std::move(task)), _outcomes(count), _lead(lead), _group(std::clamp<std::size_t>(lead / 8, 1, kMostTold))
 	{
 		for (std::size_t i = 0; i < std::min(threadCount, count); i++)
 			_threads.emplace_back([this] { Work(); });
@@ -44,7 +44,8 @@ public:
 		// The threads are joined by their own destructors.
 	}
 
-	/// Waits for the next result, at most so long; none when that time has passed. There must be one.
+	/// Waits for the next result, at most so long; none when that time has passed. There must be one. Results that come
+	/// quickly are told in groups, or after that time, because waking somebody up takes as long as some tasks do.
 	std::optional<Outcome> Take(std::chrono::milliseconds patience)
 	{
 		std::unique_lock lock(_mutex);
@@ -52,6 +53,7 @@ public:
 		if (!_progress.wait_for(lock, patience, [&] { return outcome.has_value(); }))
 			return std::nullopt;
 		_taken++;
+		_ready--;
 		_room.notify_one();
 		return std::exchange(outcome, std::nullopt);
 	}
@@ -71,17 +73,22 @@ private:
 			Outcome outcome = _task(index);
 			lock.lock();
 			_outcomes[index] = std::move(outcome);
-			if (index == _taken)
+			_ready++;
+			if (_outcomes[_taken] && (_ready >= _group || _next == _outcomes.size()))
 				_progress.notify_one();
 		}
 	}
 
+	static constexpr std::size_t kMostTold = 32;
+
 	const Task _task;
 	std::mutex _mutex;
-	std::condition_variable _progress; ///< The next result is there.
+	std::condition_variable _progress; ///< The next results are there.
 	std::condition_variable _room;     ///< A result was taken, so that one more task may run.
 	std::vector<std::optional<Outcome>> _outcomes;
 	const std::size_t _lead;
+	const std::size_t _group; ///< How many results are told at once.
+	std::size_t _ready = 0;   ///< Results that were not taken.
 	std::size_t _next = 0;
 	std::size_t _taken = 0;
 	bool _isStopped = false;
