@@ -232,7 +232,6 @@ def picture_of(document, is_page, **options):
     try:
         said = _core._write_picture(document, f"/proc/self/fd/{file}", is_page, **options)
         with open(file, "rb", closefd=False) as content:
-            content.seek(0)
             return content.read(), said
     finally:
         os.close(file)

@@ -4,6 +4,7 @@
 import concurrent.futures
 import gc
 import io
+import os
 import pathlib
 import pickle
 import tempfile
@@ -43,6 +44,7 @@ class Documents(TestCase):
                     orvan_svg.Document.open(odd)
             self.assertEqual([repr(orvan_svg.Document.open(source)) for source in (path, RICH)],
                              [f"<Document {path.resolve().as_uri()}>", "<Document>"])
+            self.assertEqual(orvan_svg.Document.open(RICH, base=path).url, path.resolve().as_uri())
 
     def test_tells_what_became_of_a_load(self):
         faulty = b'<svg>\n <g id="g" fill="1"/></svg>'
@@ -55,6 +57,7 @@ class Documents(TestCase):
             with self.assertRaises(orvan_svg.RefusedError) as refused:
                 orvan_svg.Document.open(faulty, **options)
             self.assertEqual((refused.exception.line, refused.exception.column), (2, 18))
+            self.assertTrue(str(refused.exception).startswith("<bytes>:2:18: "), refused.exception)
         for broken in (b"", b"<g/>", b"<svg><g></svg>"):
             with self.assertRaises(orvan_svg.RefusedError):
                 orvan_svg.Document.open(broken)
@@ -142,9 +145,10 @@ class Documents(TestCase):
         self.assertEqual(document.to_png()[:8], b"\x89PNG\r\n\x1a\n")
         self.assertEqual(document._repr_png_(), document.to_png())
         self.assertEqual(orvan_svg.Document.open(document._repr_svg_().encode()).render().tobytes(), pixels.tobytes())
-        file = io.BytesIO()
+        file, descriptors = io.BytesIO(), os.listdir("/proc/self/fd")
         document.to_png(file, height=9, deadline=5)
         self.assertEqual(file.getvalue(), document.to_png(width=18))
+        self.assertEqual(os.listdir("/proc/self/fd"), descriptors)
         self.assertEqual(document.to_pdf(scale=2)[:5], b"%PDF-")
         with self.assertRaises(ValueError):
             document.render(width=-1)

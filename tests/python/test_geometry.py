@@ -27,11 +27,13 @@ class Geometry(TestCase):
         self.assertEqual((stroked.y, stroked.width, stroked.height), (-1, 8, 10))
         self.assertEqual(self.document["g"].bbox("visual")[2:], (8, 10))
         self.assertIsNone(orvan_svg.Document.open(b"<svg/>").root.bbox())
-        self.assertEqual(path.transform_to("view"), (1, 0, 0, 1, 1, 2))
+        self.assertEqual([path.transform_to(space) for space in ("view", "element")], [(1, 0, 0, 1, 1, 2), (1, 0, 0, 1, 0, 0)])
         self.assertEqual(self.document.view_size, (40, 20))
         boxes = self.document.boxes("stroke")
         for element, row in zip(self.document, boxes, strict=True):
             numpy.testing.assert_array_equal(row, element.bbox("stroke") or [numpy.nan] * 4)
+        places = [element.id for element in self.document]
+        numpy.testing.assert_array_equal(self.document.boxes(space="element")[places.index("p")], (0, 0, 6, 8))
         circle.cx = 20
         self.assertEqual(circle.bbox(), (15, 5, 10, 10), "after an edit")
         circle.remove()
@@ -49,6 +51,13 @@ class Geometry(TestCase):
         self.document["p"].pointer_events = "none"
         self.assertEqual(self.document.hit_all(1, 2), [])
         self.assertEqual([hit.element.id for hit in self.document.hit_all(1, 2, ignore_pointer_events=True)], ["p"])
+        self.assertIsNone(self.document.hit(1, 2))
+        self.assertEqual(self.document.hit(1, 2, ignore_pointer_events=True).element.id, "p")
+        self.document["u"].replace_with(self.document.create("rect", id="o", x=10, width=4, height=8))
+        self.document.root.append(self.document.create("rect", id="q", x=10, width=4, height=8))
+        self.assertEqual([hit.element.id for hit in self.document.hit_all(11, 1)], ["q", "o"])
+        self.document["q"].remove()
+        self.document["o"].id = "r"
         for inside, expected in ((False, ["c", "r"]), (True, ["r"])):
             self.assertEqual([hit.element.id for hit in self.document.hit_rect(9.5, 0, 18, 20, inside=inside)], expected)
 

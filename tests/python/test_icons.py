@@ -46,7 +46,9 @@ class Icons(TestCase):
             path.write_text(icon_text("red"))
             icon = orvan_svg.Icon.open(path)
             icon.state = 1
+            self.assertFalse(icon.live_reload)
             icon.live_reload = True
+            self.assertTrue(icon.live_reload)
 
             async def change(text):
                 reloaded = asyncio.get_running_loop().create_future()
@@ -57,12 +59,19 @@ class Icons(TestCase):
                     return await asyncio.wait_for(reloaded, 20)
                 finally:
                     stop()
+                    self.assertFalse(asyncio.get_running_loop().remove_reader(orvan_svg._icons._core._changes_descriptor()))
 
             self.assertEqual(asyncio.run(change(icon_text("lime"))), (icon, True))
             self.assertEqual(icon["badge"].fill.color, (0, 1, 0))
             self.assertEqual(self.shown(icon), [LAYERS[1], "badge"])
             self.assertEqual(asyncio.run(change("<svg><g></svg>")), (icon, False))
             self.assertEqual(icon["badge"].fill.color, (0, 1, 0))
+            # By hand, which says how many there were.
+            path.write_text(icon_text("red"))
+            changed = 0
+            while changed == 0:
+                changed = orvan_svg.dispatch_changes()
+            self.assertEqual((changed, icon["badge"].fill.color), (1, (1, 0, 0)))
             icon.live_reload = False
             path.write_text(icon_text("blue"))
             self.assertEqual(orvan_svg.dispatch_changes(), 0)
