@@ -93,7 +93,7 @@ TEST_F(LiveReload, AppliesTheStateAndThenTheClientsSwitches)
 	Must(icon->SetLayerEnabled(Text(kStateLayers[0]), true)); // Overruled by the state.
 	icon->SetState(SVGIconState::enabledActivatedNoHighlight);
 	// Of several switches of a layer the last one counts.
-	for (const int layer : {2, 2, 3, 3, 3})
+	for (const unsigned layer : {2U, 2U, 3U, 3U, 3U})
 		Must(icon->ToggleLayer(Text(kStateLayers[layer])));
 	EXPECT_EQ("2121", Displays(icon));
 	Write("second");

@@ -70,7 +70,7 @@ TEST_F(Import, ElementsWithTheSameLongStyleShareItUntilOneIsChanged)
 	for (const auto& child : Must(root->GetChildren()))
 		rects.push_back(Cast<SVGElementInterface>(child));
 	ASSERT_EQ(6u, rects.size());
-	const auto share = [&](int a, int b)
+	const auto share = [&](std::size_t a, std::size_t b)
 	{
 		return rects[a]->GetAttributeDictionary().IsSameObject(rects[b]->GetAttributeDictionary());
 	};

@@ -32,6 +32,8 @@ PATH = '<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8"><path fill=
 
 # The address sanitizer takes more of the address space than any bound leaves.
 MEMORY = 0 if "ASAN_OPTIONS" in os.environ else 2 << 30
+# What the interpreter needs of the sanitizer the program has in it.
+PROGRAM = ["env", "-u", "LD_PRELOAD", os.environ["ORVAN_SVG"], "batch"]
 
 
 class Batches(TestCase):
@@ -170,7 +172,7 @@ class Batches(TestCase):
         for name, (content, _) in cases.items():
             (self.folder / "bad" / name).write_bytes(content)
         # Each row is read by itself.
-        subprocess.run([os.environ["ORVAN_SVG"], "batch", self.folder / "bad", "-o", self.folder / "out", "--chunk-size", "1"],
+        subprocess.run([*PROGRAM, self.folder / "bad", "-o", self.folder / "out", "--chunk-size", "1"],
                        stdout=subprocess.DEVNULL, check=False)
         found = {name: "" for name in cases}
         for path in sorted((self.folder / "out").glob("*/rows.jsonl")):
@@ -284,7 +286,7 @@ class Batches(TestCase):
         for operation in batch.OPERATIONS:
             files, rows = self.run_batch(operation, operation=operation, memory=0, grid=100, jobs=1)
             output = self.folder / f"{operation}-program"
-            run = subprocess.run([os.environ["ORVAN_SVG"], "batch", self.art, "-o", output, "--operation", operation,
+            run = subprocess.run([*PROGRAM, self.art, "-o", output, "--operation", operation,
                                   "--chunk-size", "8", "--grid", "100"], stdout=subprocess.PIPE, check=False)
             self.assertEqual((run.returncode, run.stdout), (1, b"94 done, 1 not, 0 there already\n"))
             self.assertEqual({name: (output / name).read_bytes() for name in files}, files)
@@ -356,7 +358,7 @@ class Batches(TestCase):
     def test_runs_the_chunk_of_a_killed_process_of_the_program_again(self):
         stuck, output = self.art / "inner/98.svg", self.folder / "killed"
         os.mkfifo(stuck)
-        program = subprocess.Popen([os.environ["ORVAN_SVG"], "batch", self.art / "inner", "-o", output, "--jobs", "1"],
+        program = subprocess.Popen([*PROGRAM, self.art / "inner", "-o", output, "--jobs", "1"],
                                    stdout=subprocess.PIPE)
         children = pathlib.Path(f"/proc/{program.pid}/task/{program.pid}/children")
         ended = None
