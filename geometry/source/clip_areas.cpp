@@ -55,6 +55,8 @@ Result<void> ClipAreas::ForEachArea(std::int32_t node, Visit visit) noexcept
 			ORVAN_TRY(visit(*ORVAN_TRY(GetViewport(at))));
 		if (_record.At(at).clip >= 0)
 			ORVAN_TRY(visit(*ORVAN_TRY(GetRegion(_record.At(at).clip))));
+		if (_record.At(at).kind == NodeKind::content)
+			break; // What masks and tiles hold is cut off by nothing beyond.
 	}
 	return {};
 }

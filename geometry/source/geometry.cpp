@@ -176,7 +176,7 @@ Result<void> Geometry::Prepare() noexcept
 	Update();
 	Scene scene = ORVAN_TRY(MakeScene());
 	KeepFontLibraries();
-	_record = ORVAN_TRY(RecordPicture(scene));
+	_record = ORVAN_TRY(RecordPicture(scene, Contents::left));
 	_root = _document->GetRootElement();
 	return {};
 }
@@ -335,8 +335,11 @@ Result<SVGDocumentRef> Geometry::NormalizeToDocument(const SVGNormalizeOptions& 
 													 SVGNormalizedClips clips) noexcept
 {
 	ORVAN_TRY(CheckOptions(options, clips));
-	ORVAN_TRY(Prepare());
-	const BaseArray<char> text = ORVAN_TRY(WriteNormalized(*_record, options, clips));
+	// Masks and patterns are of no use to other questions.
+	Scene scene = ORVAN_TRY(MakeScene());
+	KeepFontLibraries();
+	const Record record = ORVAN_TRY(RecordPicture(scene, Contents::recorded));
+	const BaseArray<char> text = ORVAN_TRY(WriteNormalized(record, options, clips));
 	static const ObjectFactory factory(kSVGDocumentClass);
 	const SVGDocumentRef document = ORVAN_TRY(factory.Create<SVGDocumentInterface>());
 	const auto import = Cast<SVGDocumentImportInterface>(document);

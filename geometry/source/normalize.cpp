@@ -29,10 +29,10 @@ constexpr Part kOrders[][3] = {
 class Normalizer
 {
 public:
-	Normalizer(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips, StrokeNeeds needs,
-			   NormalizedSink& sink) noexcept
-		: _record(record), _options(options), _clips(clips), _needs(needs), _sink(sink),
-		  _viewResult(GetViewResult(record, options)), _areas(record, _viewResult)
+	Normalizer(const Record& record, const Matrix2d& toResult, const SVGNormalizeOptions& options,
+			   SVGNormalizedClips clips, StrokeNeeds needs, NormalizedSink& sink) noexcept
+		: _record(record), _options(options), _clips(clips), _needs(needs), _sink(sink), _viewResult(toResult),
+		  _areas(record, _viewResult)
 	{
 	}
 
@@ -40,7 +40,8 @@ public:
 	{
 		const Node& node = _record.At(index);
 		const bool isCut = node.clip >= 0 && _clips == SVGNormalizedClips::ignored;
-		isWhole = isWhole && !isCut && !node.isChanged;
+		// A document has masks and blending, columns have neither.
+		isWhole = isWhole && !isCut && !(_needs == StrokeNeeds::roundPens ? node.isFiltered : node.isChanged);
 		if (node.shape >= 0)
 			return AddShape(index, isWhole);
 		ORVAN_TRY(_sink.Begin(index, false));
@@ -53,7 +54,10 @@ private:
 	{
 		const std::int32_t end = _record.At(index).end;
 		for (std::int32_t child = index + 1; child < end; child = _record.At(child).end)
-			ORVAN_TRY(AddNode(child, isWhole));
+		{
+			if (_record.At(child).kind != NodeKind::content)
+				ORVAN_TRY(AddNode(child, isWhole));
+		}
 		return {};
 	}
 
@@ -286,7 +290,14 @@ Result<void> VisitNormalized(const Record& record, const SVGNormalizeOptions& op
 {
 	if (record.pictureEnd == 0)
 		return {};
-	return Normalizer(record, options, clips, needs, sink).AddNode(0, true);
+	return Normalizer(record, GetViewResult(record, options), options, clips, needs, sink).AddNode(0, true);
+}
+
+Result<void> VisitContent(const Record& record, std::int32_t content, const Matrix2d& toResult,
+						  const SVGNormalizeOptions& options, SVGNormalizedClips clips, StrokeNeeds needs,
+						  NormalizedSink& sink) noexcept
+{
+	return Normalizer(record, toResult, options, clips, needs, sink).AddNode(content, true);
 }
 
 Result<void> AppendPlain(const Outline& outline, const Matrix2d& transform, const SVGNormalizeOptions& options,

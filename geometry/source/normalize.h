@@ -56,6 +56,11 @@ Matrix2d GetViewResult(const Record& record, const SVGNormalizeOptions& options)
 Result<void> VisitNormalized(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips,
 							 StrokeNeeds needs, NormalizedSink& sink) noexcept;
 
+/// Tells a sink what stands in a mask or a tile. `toResult` leads from its coordinates to those of the paths.
+Result<void> VisitContent(const Record& record, std::int32_t content, const Matrix2d& toResult,
+						  const SVGNormalizeOptions& options, SVGNormalizedClips clips, StrokeNeeds needs,
+						  NormalizedSink& sink) noexcept;
+
 /// Appends an outline as the options want it: flattened, rounded, without moves that nothing follows.
 Result<void> AppendPlain(const Outline& outline, const Matrix2d& transform, const SVGNormalizeOptions& options,
 						 PlainPath& to) noexcept;

@@ -15,12 +15,17 @@ constexpr std::string_view kJoins[] = {"", "miter", "round", "bevel"};
 /// By the numbers of `SVGAlign`.
 constexpr std::string_view kAligns[] = {"xMidYMid", "none",     "xMinYMin", "xMidYMin", "xMaxYMin",
 										"xMinYMid", "xMaxYMid", "xMinYMax", "xMidYMax", "xMaxYMax"};
+/// By the numbers of `SVGBlendMode`.
+constexpr std::string_view kBlendModes[] = {"normal",     "multiply",    "screen",     "overlay",    "darken",
+											"lighten",    "color-dodge", "color-burn", "hard-light", "soft-light",
+											"difference", "exclusion",   "hue",        "saturation", "color",
+											"luminosity", "plus-lighter"};
 
 class DocumentSink final : public NormalizedSink
 {
 public:
 	DocumentSink(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips) noexcept
-		: _record(record), _options(options), _clips(clips), _viewResult(GetViewResult(record, options))
+		: _record(record), _options(&options), _clips(clips), _viewResult(GetViewResult(record, options))
 	{
 	}
 
@@ -31,12 +36,13 @@ public:
 		_writer.AddAttribute("width", size.x).AddAttribute("height", size.y);
 		_writer.Add(" viewBox=\"0 0 ").AddPoint(size).Add("\">\n");
 		ORVAN_TRY(_regionIds.Resize(_record.regions.GetCount()));
-		ORVAN_TRY(VisitNormalized(_record, _options, _clips, StrokeNeeds::roundPens, *this));
+		ORVAN_TRY(_patternIds.Resize(_record.patterns.GetCount()));
+		ORVAN_TRY(VisitNormalized(_record, *_options, _clips, StrokeNeeds::roundPens, *this));
 		_writer.Add("</svg>\n");
 		if (!_writer.isGood)
 			return OutOfMemoryError();
 		if (_changedCount > 0)
-			WarningOutput("Clip paths, masks, filters, blending or patterns of @ paths are left aside.", _changedCount);
+			WarningOutput("Clip paths or filters of @ paths are left aside.", _changedCount);
 		return std::move(_writer.text);
 	}
 
@@ -49,15 +55,16 @@ public:
 		std::int64_t clip = 0;
 		if (keepsClips && node.clip >= 0)
 			clip = ORVAN_TRY(DefineRegion(node.clip));
-		const double opacity = std::clamp(node.opacity, 0.0, 1.0);
+		const std::int64_t mask = node.mask >= 0 ? ORVAN_TRY(DefineMask(index)) : 0;
+		const GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, mask, node.blendMode, node.isIsolated};
 		Opened opened;
 		if (isOne)
-			opened = {0, opacity, clip};
-		else if (clip != 0 || opacity != 1.0)
-			OpenGroup(opened, opacity, clip);
+			opened.effects = effects;
+		else if (!effects.IsNone())
+			OpenGroup(opened, effects);
 		// The outermost viewport is that of the document that is written.
 		if (keepsClips && edges != nullptr && edges->hasViewport && index > 0)
-			OpenGroup(opened, 1.0, ORVAN_TRY(DefineViewport(node, *edges)));
+			OpenGroup(opened, {1.0, ORVAN_TRY(DefineViewport(node, *edges))});
 		return _opened.Append(opened);
 	}
 
@@ -70,13 +77,15 @@ public:
 
 	Result<void> AddPath(const NormalizedPath& path) noexcept override
 	{
-		_plain.commands.Clear();
-		_plain.points.Clear();
-		ORVAN_TRY(AppendPlain(path.outline, path.toResult, _options, _plain));
-		if (_plain.commands.IsEmpty())
+		// Patterns have paths in them.
+		PlainPath plain = std::move(_plain);
+		plain.commands.Clear();
+		plain.points.Clear();
+		ORVAN_TRY(AppendPlain(path.outline, path.toResult, *_options, plain));
+		if (plain.commands.IsEmpty())
 			return {};
-		const std::int64_t fill = ORVAN_TRY(DefineGradient(path.fill, path.nodeResult));
-		const std::int64_t stroke = ORVAN_TRY(DefineGradient(path.stroke, path.nodeResult));
+		const std::int64_t fill = ORVAN_TRY(DefineServer(path.fill, path.nodeResult));
+		const std::int64_t stroke = ORVAN_TRY(DefineServer(path.stroke, path.nodeResult));
 		const RecordedShape& shape = _record.ShapeOf(_record.At(path.node));
 		_writer.Add("<path");
 		AddEffects();
@@ -94,9 +103,9 @@ public:
 			else if (shape.style->pen.miterLimit != 4.0)
 				_writer.AddAttribute("stroke-miterlimit", std::max(1.0, shape.style->pen.miterLimit));
 		}
-		_writer.AddPathData(_plain).Add("/>\n");
-		const bool isPainted = !IsPattern(path.fill) && !IsPattern(path.stroke);
-		_changedCount += path.isWhole && isPainted ? 0 : 1;
+		_writer.AddPathData(plain).Add("/>\n");
+		_changedCount += path.isWhole ? 0 : 1;
+		_plain = std::move(plain);
 		return {};
 	}
 
@@ -127,34 +136,54 @@ public:
 	}
 
 private:
+	/// What changes a node as a whole. Numbers of definitions are 0 for none.
+	struct GroupEffects
+	{
+		double opacity = 1.0;
+		std::int64_t clip = 0;
+		std::int64_t mask = 0;
+		SVGBlendMode blendMode = SVGBlendMode::normal;
+		bool isIsolated = false;
+
+		bool IsNone() const noexcept
+		{
+			return opacity == 1.0 && clip == 0 && mask == 0 && blendMode == SVGBlendMode::normal && !isIsolated;
+		}
+	};
+
 	/// A node that has begun.
 	struct Opened
 	{
 		int groupCount = 0;
-		double opacity = 1.0;  ///< That the one path in it gets.
-		std::int64_t clip = 0; ///< Likewise; 0 for none.
+		GroupEffects effects; ///< That the one path in it gets.
 	};
 
-	void OpenGroup(Opened& opened, double opacity, std::int64_t clip) noexcept
+	void OpenGroup(Opened& opened, const GroupEffects& effects) noexcept
 	{
 		_writer.Add("<g");
-		AddEffects(opacity, clip);
+		AddEffects(effects);
 		_writer.Add(">\n");
 		opened.groupCount++;
 	}
 
 	void AddEffects() noexcept
 	{
-		const Opened& opened = _opened[_opened.GetCount() - 1];
-		AddEffects(opened.opacity, opened.clip);
+		AddEffects(_opened[_opened.GetCount() - 1].effects);
 	}
 
-	void AddEffects(double opacity, std::int64_t clip) noexcept
+	void AddEffects(const GroupEffects& effects) noexcept
 	{
-		if (opacity != 1.0)
-			_writer.AddAttribute("opacity", opacity);
-		if (clip != 0)
-			_writer.AddReference("clip-path", "c", clip);
+		if (effects.opacity != 1.0)
+			_writer.AddAttribute("opacity", effects.opacity);
+		if (effects.clip != 0)
+			_writer.AddReference("clip-path", "c", effects.clip);
+		if (effects.mask != 0)
+			_writer.AddReference("mask", "m", effects.mask);
+		const auto blend = static_cast<std::size_t>(effects.blendMode);
+		if (blend != 0 && blend < std::size(kBlendModes))
+			_writer.Add(" style=\"mix-blend-mode:").Add(kBlendModes[blend]).Add("\"");
+		else if (effects.isIsolated)
+			_writer.AddAttribute("style", "isolation:isolate");
 	}
 
 	void AddPaint(std::string_view name, std::string_view opacityName, const RecordedPaint& paint,
@@ -174,46 +203,132 @@ private:
 			_writer.AddAttribute(opacityName, opacity);
 	}
 
-	static bool IsPattern(const RecordedPaint& paint) noexcept
+	/// Writes what stands in a mask or tile, in coordinates of its own.
+	Result<void> WriteContent(std::int32_t content, const Matrix2d& toResult,
+							  const SVGNormalizeOptions& options) noexcept
 	{
-		return paint.kind == SVGNormalizedPaint::server && paint.gradient < 0;
+		const Matrix2d viewResult = std::exchange(_viewResult, toResult);
+		const SVGNormalizeOptions* const outer = std::exchange(_options, &options);
+		const Result<void> written =
+			VisitContent(_record, content, toResult, options, _clips, StrokeNeeds::roundPens, *this);
+		_viewResult = viewResult;
+		_options = outer;
+		if (!written.IsOk())
+			return written.GetError();
+		return {};
 	}
 
-	/// Writes the gradient of a paint; 0 where it has none.
-	Result<std::int64_t> DefineGradient(const RecordedPaint& paint, const Matrix2d& nodeResult) noexcept
+	/// Writes a rectangle in numbers whose sums are exact, so that they are the same when they have been read.
+	void AddArea(const Rectangle& area) noexcept
 	{
+		const double numbers[] = {area.left, area.top, area.GetWidth(), area.GetHeight()};
+		double largest = 0.0;
+		for (const double number : numbers)
+			largest = std::max(largest, std::abs(number));
+		constexpr int kBits = 40;
+		const double step = largest > 0.0 ? std::ldexp(1.0, std::ilogb(largest) - kBits) : 1.0;
+		constexpr std::string_view kNames[] = {"x", "y", "width", "height"};
+		for (std::size_t i = 0; i < std::size(kNames); i++)
+			_writer.AddAttribute(kNames[i], std::round(numbers[i] / step) * step);
+	}
+
+	/// Writes the mask of a node. It has the coordinates of the result.
+	Result<std::int64_t> DefineMask(std::int32_t index) noexcept
+	{
+		const Node& node = _record.At(index);
+		const RecordedMask& mask = _record.masks[static_cast<std::size_t>(node.mask)];
+		const Matrix2d toResult = _viewResult * node.toView;
+		const Rectangle region = drawing::Transform(toResult, mask.region);
+		const std::int64_t id = ++_maskCount;
+		_writer.Add("<mask").AddId("m", id).AddAttribute("maskUnits", "userSpaceOnUse");
+		AddArea(region);
+		if (mask.isAlpha)
+			_writer.AddAttribute("mask-type", "alpha");
+		if (mask.isLinear)
+			_writer.AddAttribute("color-interpolation", "linearRGB");
+		_writer.Add(">\n");
+		ORVAN_TRY(WriteContent(mask.content, _viewResult, *_options));
+		_writer.Add("</mask>\n");
+		return id;
+	}
+
+	/// Writes a pattern. Its tile has coordinates of its own.
+	Result<std::int64_t> DefinePattern(std::int32_t index) noexcept
+	{
+		std::int64_t& id = _patternIds[static_cast<std::size_t>(index)];
+		if (id != 0)
+			return id;
+		const RecordedPattern& pattern = _record.patterns[static_cast<std::size_t>(index)];
+		const Matrix2d toResult = _viewResult * pattern.toView;
+		id = ++_serverCount;
+		_writer.Add("<pattern").AddId("p", id).AddAttribute("patternUnits", "userSpaceOnUse");
+		AddArea(pattern.tile);
+		_writer.AddMatrix("patternTransform", toResult).Add(">\n");
+		SVGNormalizeOptions options = *_options;
+		const double scale = drawing::GetMeanScale(toResult);
+		for (double* const value : {&options.flattening, &options.strokeTolerance, &options.precision})
+			*value /= scale > 0.0 ? scale : 1.0;
+		options.grid = 0.0;
+		const std::int64_t written = id;
+		ORVAN_TRY(WriteContent(pattern.content, {}, options));
+		_writer.Add("</pattern>\n");
+		return written;
+	}
+
+	/// Writes the gradient or pattern of a paint; 0 where it has none.
+	Result<std::int64_t> DefineServer(const RecordedPaint& paint, const Matrix2d& nodeResult) noexcept
+	{
+		if (paint.pattern >= 0)
+			return DefinePattern(paint.pattern);
 		if (paint.gradient < 0)
 			return std::int64_t{0};
 		constexpr std::string_view kSpreads[] = {"", "reflect", "repeat"};
 		const RecordedGradient& gradient = _record.gradients[static_cast<std::size_t>(paint.gradient)];
 		const drawing::GradientGeometry& at = gradient.geometry;
 		const std::string_view tag = gradient.isRadial ? "radialGradient" : "linearGradient";
-		_writer.Add("<").Add(tag).AddId("p", ++_gradientCount).AddAttribute("gradientUnits", "userSpaceOnUse");
+		SvgWriter body;
+		body.AddAttribute("gradientUnits", "userSpaceOnUse");
 		if (gradient.isRadial)
 		{
-			_writer.AddAttribute("cx", at.to.x).AddAttribute("cy", at.to.y).AddAttribute("r", at.toRadius);
+			body.AddAttribute("cx", at.to.x).AddAttribute("cy", at.to.y).AddAttribute("r", at.toRadius);
 			if (at.from != at.to)
-				_writer.AddAttribute("fx", at.from.x).AddAttribute("fy", at.from.y);
+				body.AddAttribute("fx", at.from.x).AddAttribute("fy", at.from.y);
 			if (at.fromRadius != 0.0)
-				_writer.AddAttribute("fr", at.fromRadius);
+				body.AddAttribute("fr", at.fromRadius);
 		}
 		else
 		{
-			_writer.AddAttribute("x1", at.from.x).AddAttribute("y1", at.from.y);
-			_writer.AddAttribute("x2", at.to.x).AddAttribute("y2", at.to.y);
+			body.AddAttribute("x1", at.from.x).AddAttribute("y1", at.from.y);
+			body.AddAttribute("x2", at.to.x).AddAttribute("y2", at.to.y);
 		}
 		if (gradient.spread == SVGSpreadMethod::reflect || gradient.spread == SVGSpreadMethod::repeat)
-			_writer.AddAttribute("spreadMethod", kSpreads[static_cast<std::size_t>(gradient.spread)]);
-		_writer.AddMatrix("gradientTransform", nodeResult * gradient.toNode).Add(">");
+			body.AddAttribute("spreadMethod", kSpreads[static_cast<std::size_t>(gradient.spread)]);
+		body.AddMatrix("gradientTransform", nodeResult * gradient.toNode).Add(">");
 		for (const drawing::Stop& stop : gradient.stops)
 		{
-			_writer.Add("<stop").AddAttribute("offset", stop.offset).AddColor("stop-color", stop.color);
+			body.Add("<stop").AddAttribute("offset", stop.offset).AddColor("stop-color", stop.color);
 			if (stop.alpha != 1.0)
-				_writer.AddAttribute("stop-opacity", stop.alpha);
-			_writer.Add("/>");
+				body.AddAttribute("stop-opacity", stop.alpha);
+			body.Add("/>");
 		}
-		_writer.Add("</").Add(tag).Add(">\n");
-		return _gradientCount;
+		body.Add("</").Add(tag).Add(">\n");
+		return WriteServer(tag, std::move(body));
+	}
+
+	/// Writes a gradient, unless one like it was written shortly before. That is what markers take from a context.
+	Result<std::int64_t> WriteServer(std::string_view tag, SvgWriter body) noexcept
+	{
+		const std::string_view text(body.text.begin(), body.text.GetCount());
+		for (const KnownServer& known : _known)
+		{
+			if (known.id != 0 && std::string_view(known.body.begin(), known.body.GetCount()) == text)
+				return known.id;
+		}
+		const std::int64_t id = ++_serverCount;
+		_writer.Add("<").Add(tag).AddId("p", id).Add(text);
+		_writer.isGood = _writer.isGood && body.isGood;
+		_known[static_cast<std::size_t>(id) % std::size(_known)] = {std::move(body.text), id};
+		return id;
 	}
 
 	/// Writes a region as a clip path, what cuts it off in turn first.
@@ -239,11 +354,16 @@ private:
 
 	Result<std::int64_t> DefineViewport(const Node& node, const NodeEdges& edges) noexcept
 	{
+		return DefineRectangle(edges.viewport, _viewResult * node.toView);
+	}
+
+	Result<std::int64_t> DefineRectangle(const Rectangle& area, const Matrix2d& toResult) noexcept
+	{
 		const std::int64_t id = BeginClipPath(0);
 		Outline rectangle;
-		if (!edges.viewport.IsEmpty())
-			ORVAN_TRY(rectangle.AddRectangle(edges.viewport, 0.0, 0.0));
-		ORVAN_TRY(AddClipShape(rectangle, _viewResult * node.toView, SVGFillRule::nonzero, 0));
+		if (!area.IsEmpty())
+			ORVAN_TRY(rectangle.AddRectangle(area, 0.0, 0.0));
+		ORVAN_TRY(AddClipShape(rectangle, toResult, SVGFillRule::nonzero, 0));
 		_writer.Add("</clipPath>\n");
 		return id;
 	}
@@ -251,7 +371,7 @@ private:
 	std::int64_t BeginClipPath(std::int64_t around) noexcept
 	{
 		_writer.Add("<clipPath").AddId("c", ++_clipCount);
-		AddEffects(1.0, around);
+		AddEffects({1.0, around});
 		_writer.Add(">");
 		return _clipCount;
 	}
@@ -261,27 +381,37 @@ private:
 	{
 		_plain.commands.Clear();
 		_plain.points.Clear();
-		ORVAN_TRY(AppendPlain(outline, toResult, _options, _plain));
+		ORVAN_TRY(AppendPlain(outline, toResult, *_options, _plain));
 		if (_plain.commands.IsEmpty())
 			return {};
 		_writer.Add("<path");
-		AddEffects(1.0, clip);
+		AddEffects({1.0, clip});
 		if (rule == SVGFillRule::evenodd)
 			_writer.AddAttribute("clip-rule", "evenodd");
 		_writer.AddPathData(_plain).Add("/>");
 		return {};
 	}
 
+	/// A gradient that was written; its tag is at the end of the text as well.
+	struct KnownServer
+	{
+		BaseArray<char> body;
+		std::int64_t id = 0;
+	};
+
+	KnownServer _known[8];
 	const Record& _record;
-	const SVGNormalizeOptions& _options;
+	const SVGNormalizeOptions* _options;
 	const SVGNormalizedClips _clips;
-	const Matrix2d _viewResult;
+	Matrix2d _viewResult;
 	SvgWriter _writer;
 	PlainPath _plain;
 	BaseArray<Opened> _opened;
-	BaseArray<std::int64_t> _regionIds; ///< By region; 0 for those that are not written yet.
+	BaseArray<std::int64_t> _regionIds;  ///< By region; 0 for those that are not written yet.
+	BaseArray<std::int64_t> _patternIds; ///< Likewise by pattern.
 	std::int64_t _clipCount = 0;
-	std::int64_t _gradientCount = 0;
+	std::int64_t _serverCount = 0;
+	std::int64_t _maskCount = 0;
 	std::int64_t _changedCount = 0;
 };
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "paints.h"
 
+#include "drawing/chains.h"
 #include "drawing/gradients.h"
 #include "drawing/references.h"
+#include "drawing/viewbox.h"
 #include "svg_complete.h"
 
 namespace orvan::geometry
@@ -50,6 +52,7 @@ struct PaintUser
 	Scene& scene;
 	Record& record;
 	const Frame& user;
+	ContentRecorder* contents;
 };
 
 /// A gradient on an element; nothing when it is none, or cannot be laid over the element's box.
@@ -91,18 +94,113 @@ Result<std::optional<RecordedPaint>> LayGradient(const PaintUser& to, const Fram
 	return paint;
 }
 
+bool IsPattern(ObjectBase* element) noexcept
+{
+	return static_cast<bool>(Borrowed<SVGPatternElementInterface>(element));
+}
+
+/// Where a tile lies, in the coordinates of the pattern.
+Rectangle GetTile(const Chain& chain, bool isBox, const Place& place, const Rectangle& box) noexcept
+{
+	using Key = SVGImportAttribute;
+	const auto get = [&](Key key, Axis axis)
+	{
+		const SVGLength length = chain.GetOr(key, SVGLength{0.0, SVGLengthUnit::number});
+		return isBox && length.unit == SVGLengthUnit::percent ? length.value : place.Resolve(length, axis);
+	};
+	const double x = get(Key::x, Axis::horizontal);
+	const double y = get(Key::y, Axis::vertical);
+	const Rectangle area{x, y, x + get(Key::width, Axis::horizontal), y + get(Key::height, Axis::vertical)};
+	return isBox ? Transform(BoxTransform(box), area) : area;
+}
+
+/// From what stands in a pattern to the corner of its tile; nothing where nothing shows.
+std::optional<Matrix2d> GetContentTransform(const Chain& chain, bool isBox, const Rectangle& tile,
+											const Rectangle& box) noexcept
+{
+	using Key = SVGImportAttribute;
+	const auto viewbox = chain.GetOr(Key::viewBox, SVGViewbox());
+	if (viewbox.isDefault)
+		return isBox ? Scaling(box.GetWidth(), box.GetHeight()) : Matrix2d();
+	const Rectangle area{0.0, 0.0, tile.GetWidth(), tile.GetHeight()};
+	const auto fit = FitViewbox(area, viewbox, chain.GetOr(Key::preserveAspectRatio, SVGPreserveAspectRatio()));
+	return fit ? std::optional(fit->transform) : std::nullopt;
+}
+
+bool IsSame(const Rectangle& a, const Rectangle& b) noexcept
+{
+	return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+/// A pattern that lies in the same way over something recorded before; -1 for none. Mostly that was not long ago.
+std::int32_t FindPattern(const Record& record, const RecordedPattern& wanted) noexcept
+{
+	constexpr std::size_t kLooks = 32;
+	const std::size_t count = record.patterns.GetCount();
+	for (std::size_t i = 1; i <= std::min(count, kLooks); i++)
+	{
+		const RecordedPattern& known = record.patterns[count - i];
+		if (known.element == wanted.element && IsSame(known.tile, wanted.tile) && known.toView == wanted.toView &&
+			known.toCorner == wanted.toCorner)
+			return static_cast<std::int32_t>(count - i);
+	}
+	return -1;
+}
+
+/// A pattern on an element; nothing when it cannot be laid there. Grey stands for those that are not recorded.
+Result<std::optional<RecordedPaint>> LayPattern(const PaintUser& to, const Frame& frame, const LazyBox& lazyBox,
+												ObjectBase* element) noexcept
+{
+	using Key = SVGImportAttribute;
+	const std::optional<RecordedPaint> none;
+	RecordedPaint paint{SVGNormalizedPaint::server, {0.5, 0.5, 0.5}, 1.0};
+	if (to.contents == nullptr)
+		return std::optional(paint);
+	const Chain chain = ORVAN_TRY(Chain::Follow(to.scene, element, &IsPattern));
+	ObjectBase* const parent = chain.FindParentOf<SVGElementInterface>();
+	if (parent == nullptr || frame.IsWithin(element) || frame.IsWithin(parent))
+		return none;
+	const auto isInBox = [&](Key key, SVGUnits absent)
+	{
+		return chain.GetKeyword(key, absent) == SVGUnits::objectBoundingBox;
+	};
+	const bool isTileInBox = isInBox(Key::patternUnits, SVGUnits::objectBoundingBox);
+	const bool isContentInBox = isInBox(Key::patternContentUnits, SVGUnits::userSpaceOnUse);
+	const Rectangle box = isTileInBox || isContentInBox ? lazyBox.Get() : Rectangle{0.0, 0.0, 1.0, 1.0};
+	if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
+		return none;
+	const Rectangle tile = GetTile(chain, isTileInBox, frame.place, box);
+	const Matrix2d toView = frame.place.transform * chain.GetTransform(Key::patternTransform, frame.place);
+	const auto toCorner = GetContentTransform(chain, isContentInBox, tile, box);
+	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(toView) || !toCorner)
+		return none;
+	paint.pattern = FindPattern(to.record, {element, tile, toView, *toCorner});
+	if (paint.pattern >= 0)
+		return std::optional(paint);
+	Place place = ORVAN_TRY(GetContentPlace(to.scene, parent, frame));
+	place.transform = *toCorner;
+	Frame inner(parent, place, &frame, to.scene.limits);
+	// A pattern has no transform of its own beside that of its coordinates.
+	inner.place.transform = *toCorner;
+	if (!inner.canDraw || !IsInvertible(*toCorner))
+		return std::optional(RecordedPaint());
+	const std::int32_t content = ORVAN_TRY(to.contents->RecordContent(inner));
+	paint.pattern = static_cast<std::int32_t>(to.record.patterns.GetCount());
+	ORVAN_TRY(to.record.patterns.Append({element, tile, toView, *toCorner, content}));
+	return std::optional(paint);
+}
+
 /// Nothing when there is no such paint server, or none that paints here; `exists` tells which.
 Result<std::optional<RecordedPaint>> GetServer(const PaintUser& to, const Frame& frame, const LazyBox& box,
 											   const String& id, bool& exists) noexcept
 {
 	const SVGElementRef found = ORVAN_TRY(FindElement(to.scene, id));
-	exists = IsGradient(found.GetObject()) || Borrowed<SVGPatternElementInterface>(found);
+	exists = IsGradient(found.GetObject()) || IsPattern(found.GetObject());
 	if (IsGradient(found.GetObject()))
 		return LayGradient(to, frame, box, found.GetObject());
-	std::optional<RecordedPaint> paint;
-	if (Borrowed<SVGPatternElementInterface>(found))
-		paint = RecordedPaint{SVGNormalizedPaint::server, {0.5, 0.5, 0.5}, 1.0};
-	return paint;
+	if (IsPattern(found.GetObject()))
+		return LayPattern(to, frame, box, found.GetObject());
+	return std::optional<RecordedPaint>();
 }
 
 Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const LazyBox& box, const SVGPaint* paint,
@@ -157,12 +255,12 @@ Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const Laz
 
 } // namespace
 
-Result<RecordedPaint> GetPaint(Scene& scene, Record& record, const Frame& frame, const LazyBox& box,
-							   bool isFill) noexcept
+Result<RecordedPaint> GetPaint(Scene& scene, Record& record, const Frame& frame, const LazyBox& box, bool isFill,
+							   ContentRecorder* contents) noexcept
 {
 	const Style& style = frame.place.style;
 	RecordedPaint paint =
-		ORVAN_TRY(Resolve({scene, record, frame}, frame, box, isFill ? style.fill : style.stroke, isFill));
+		ORVAN_TRY(Resolve({scene, record, frame, contents}, frame, box, isFill ? style.fill : style.stroke, isFill));
 	paint.gradientOpacity = ClampToUnit(isFill ? style.fillOpacity : style.strokeOpacity);
 	paint.opacity *= paint.gradientOpacity;
 	return paint;

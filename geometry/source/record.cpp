@@ -11,7 +11,7 @@ namespace
 bool IsSame(const RecordedPaint& a, const RecordedPaint& b) noexcept
 {
 	return a.kind == b.kind && a.color == b.color && a.opacity == b.opacity && a.gradient < 0 && b.gradient < 0 &&
-		   a.gradientOpacity == b.gradientOpacity && a.isMissing == b.isMissing;
+		   a.pattern < 0 && b.pattern < 0 && a.gradientOpacity == b.gradientOpacity && a.isMissing == b.isMissing;
 }
 
 bool IsSame(const SVGStroke& a, const SVGStroke& b) noexcept

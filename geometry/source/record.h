@@ -23,6 +23,7 @@ struct RecordedPaint
 	double opacity = 1.0; ///< The paint's own and that of its property.
 	/// Index of the gradient, or -1; then that of its property alone stands beside it.
 	std::int32_t gradient = -1;
+	std::int32_t pattern = -1; ///< Likewise; only where contents are recorded.
 	double gradientOpacity = 1.0;
 	bool isMissing = false; ///< A paint server was named that there is not, and nothing to fall back to.
 };
@@ -35,6 +36,25 @@ struct RecordedGradient
 	BaseArray<drawing::Stop> stops;
 	drawing::GradientGeometry geometry;
 	Matrix2d toNode; ///< From its coordinates to those of the shape.
+};
+
+/// A pattern as it lies over one shape.
+struct RecordedPattern
+{
+	const ObjectBase* element;
+	Rectangle tile;
+	Matrix2d toView;           ///< From the pattern's coordinates.
+	Matrix2d toCorner;         ///< From the coordinates of what stands in it to those of the tile's corner …
+	std::int32_t content = -1; ///< … and the node that has it below.
+};
+
+/// A mask as it lies over a node.
+struct RecordedMask
+{
+	Rectangle region; ///< In the node's coordinates; endless where it is not known.
+	bool isAlpha = false;
+	bool isLinear = false;     ///< Luminance is that of linear light.
+	std::int32_t content = -1; ///< The node whose content is the mask.
 };
 
 /// The dashes of a stroke, in the units of its pen.
@@ -107,6 +127,7 @@ enum class NodeKind : std::uint8_t
 	use,
 	marker,     ///< Stands below the shape that it belongs to; also a line that decorates a text.
 	definition, ///< Is not drawn in place.
+	content,    ///< Of a mask or pattern. Stands below what uses it, and is not drawn in place either.
 };
 
 /// What cuts off a node beside its clip path. Few nodes have that.
@@ -132,9 +153,13 @@ struct Node
 	std::int32_t shape = -1; ///< Its index, or -1.
 	std::int32_t clip = -1;  ///< The region that cuts off the node and all below, or -1.
 	std::int32_t edges = -1; ///< Its index, or -1.
+	std::int32_t mask = -1;  ///< Likewise; only where contents are recorded.
+	SVGBlendMode blendMode = SVGBlendMode::normal;
+	bool isIsolated = false;
 	NodeKind kind = NodeKind::plain;
 	bool isReferenced = false; ///< Drawn through a use, or in a marker.
 	bool isChanged = false;    ///< A mask, filter or blending changes it, or a node around it.
+	bool isFiltered = false;   ///< A filter does.
 	bool isBoxUsed = false;    ///< What cuts it off depends on the box of what stands in it.
 };
 
@@ -173,6 +198,8 @@ struct Record
 	BaseArray<ClipRegion> regions;
 	BaseArray<NodeEdges> edges;
 	BaseArray<RecordedGradient> gradients;
+	BaseArray<RecordedPattern> patterns;
+	BaseArray<RecordedMask> masks;
 	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it. Sorted by
 	/// `SortElements`.
 	BaseArray<ElementEntry> elements;

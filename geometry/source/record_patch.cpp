@@ -245,7 +245,7 @@ Result<std::optional<PatchedNodes>> PatchRecord(Scene& scene, Record& record, Ob
 	if (!ORVAN_TRY(IsByItself(record, way, first)))
 		return none;
 	scene.route = std::span<ObjectBase* const>(way.begin(), way.GetCount());
-	Record fresh = ORVAN_TRY(RecordPicture(scene));
+	Record fresh = ORVAN_TRY(RecordPicture(scene, Contents::left));
 	scene.route = {};
 	const std::span<const ElementEntry> found = fresh.Find(whole);
 	if (found.size() != 1)

@@ -66,11 +66,32 @@ SVGStroke GetPen(const Place& place) noexcept
 	return {width > 0.0 && width <= kLargest ? width : 0.0, style.lineCap, style.lineJoin, style.miterLimit};
 }
 
-class Recorder final : public Sink
+class Recorder final : public Sink, public ContentRecorder
 {
 public:
-	Recorder(Scene& scene, Record& record) noexcept : _scene(scene), _record(record)
+	Recorder(Scene& scene, Record& record, Contents contents) noexcept
+		: _scene(scene), _record(record), _contents(contents == Contents::recorded ? this : nullptr)
 	{
+	}
+
+	Result<std::int32_t> RecordContent(const Frame& frame) noexcept override
+	{
+		const std::int32_t index = GetCount();
+		const std::int32_t outer = _current;
+		Node node;
+		node.element = SVGElementRef::From(frame.element);
+		node.parent = outer;
+		node.toView = frame.place.transform;
+		node.kind = NodeKind::content;
+		node.isReferenced = true;
+		ORVAN_TRY(_record.nodes.Append(std::move(node)));
+		_current = index;
+		const bool wasMarker = std::exchange(_isInMarker, false);
+		ORVAN_TRY(Walk(_scene, *this).DrawChildren(frame.element, frame.place, frame));
+		_isInMarker = wasMarker;
+		_current = outer;
+		At(index).end = GetCount();
+		return index;
 	}
 
 	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override
@@ -194,6 +215,9 @@ private:
 		node.opacity = frame.effects.opacity;
 		node.isChanged = frame.effects.mask != nullptr || frame.effects.filter != nullptr ||
 						 frame.effects.blendMode != SVGBlendMode::normal;
+		node.isFiltered = frame.effects.filter != nullptr;
+		node.blendMode = frame.effects.blendMode;
+		node.isIsolated = frame.effects.isIsolated;
 		if (Borrowed<SVGUseElementInterface>(frame.element))
 		{
 			node.kind = NodeKind::use;
@@ -203,6 +227,7 @@ private:
 		{
 			const Node& parent = At(_current);
 			node.isChanged = node.isChanged || parent.isChanged;
+			node.isFiltered = node.isFiltered || parent.isFiltered;
 			if (_isInMarker)
 			{
 				node.kind = NodeKind::marker;
@@ -228,6 +253,11 @@ private:
 	/// Ends a node, with what cuts it off.
 	Result<void> Leave(std::int32_t index, const Frame& frame, Extent& extent) noexcept
 	{
+		// Below the node, since it is no picture of its own.
+		const bool hasMask =
+			frame.effects.mask != nullptr && _scene.GetNextOnRoute(frame.element, frame.depth) == nullptr;
+		if (hasMask)
+			ORVAN_TRY(RecordMask(index, frame, extent));
 		_current = At(index).parent;
 		At(index).end = GetCount();
 		// Of what only leads to what is wanted nothing is known.
@@ -235,8 +265,6 @@ private:
 			return {};
 		if (frame.effects.clipPath != nullptr || frame.effects.clipShape != nullptr)
 			At(index).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
-		if (frame.effects.mask != nullptr)
-			ORVAN_TRY(RecordMask(index, frame, extent));
 		At(index).isBoxUsed = extent.IsKnown(); // Of a shape it always is; that concerns nobody else.
 		return {};
 	}
@@ -259,10 +287,11 @@ private:
 		if (!mask)
 			return {};
 		const Place place = ORVAN_TRY(GetContentPlace(_scene, mask.GetObject(), user));
-		const Frame frame(mask.GetObject(), place, &user, _scene.limits);
+		Frame frame(mask.GetObject(), place, &user, _scene.limits);
+		frame.place.transform = place.transform; // A mask's own transform does nothing.
 		const bool isBox = frame.GetKeyword(Key::maskUnits, SVGUnits::objectBoundingBox) == SVGUnits::objectBoundingBox;
 		if (isBox && !_scene.isComplete) // A plain import does not tell.
-			return {};
+			return RecordMaskContent(index, frame, extent);
 		const auto get = [&](Key key, Axis axis, double absent)
 		{
 			const SVGLength length = frame.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
@@ -278,7 +307,72 @@ private:
 			const Rectangle box = ORVAN_TRY(extent.GetBox());
 			edges.mask = box.IsEmpty() || edges.mask.IsEmpty() ? Rectangle() : Transform(BoxTransform(box), edges.mask);
 		}
+		return RecordMaskContent(index, frame, extent);
+	}
+
+	/// What stands in a mask, with what cuts that off in turn.
+	Result<void> RecordMaskContent(std::int32_t index, Frame& frame, Extent& extent) noexcept
+	{
+		if (_contents == nullptr)
+			return {};
+		RecordedMask mask;
+		const NodeEdges* const edges = _record.EdgesOf(At(index));
+		constexpr double kFar = 1e6;
+		mask.region = edges != nullptr && edges->hasMask ? edges->mask : Rectangle{-kFar, -kFar, kFar, kFar};
+		mask.isAlpha = frame.GetKeyword(Key::maskType, SVGMaskType::luminance) == SVGMaskType::alpha;
+		mask.isLinear = frame.place.style.colorInterpolation == SVGColorInterpolation::linearRGB;
+		const Matrix2d user = frame.place.transform;
+		if (frame.GetKeyword(Key::maskContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
+			frame.place.transform = user * BoxTransform(ORVAN_TRY(extent.GetBox()));
+		if (!IsInvertible(frame.place.transform) || mask.region.IsEmpty())
+		{
+			// Nothing shows through it.
+			mask.region = {0.0, 0.0, 0.0, 0.0};
+			mask.content = ORVAN_TRY(RecordNothing(frame));
+		}
+		else
+			mask.content = ORVAN_TRY(RecordContent(frame));
+		frame.place.transform = user;
+		At(mask.content).toView = user;
+		if (frame.effects.mask != nullptr)
+			ORVAN_TRY(RecordMask(mask.content, frame, extent));
+		if (frame.effects.clipPath != nullptr || frame.effects.clipShape != nullptr)
+			At(mask.content).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
+		if (IsTurned(user))
+			ORVAN_TRY(ClipContent(mask));
+		At(index).mask = static_cast<std::int32_t>(_record.masks.GetCount());
+		return _record.masks.Append(mask);
+	}
+
+	static bool IsTurned(const Matrix2d& m) noexcept
+	{
+		return (m.axis1.y != 0.0 || m.axis2.x != 0.0) && (m.axis1.x != 0.0 || m.axis2.y != 0.0);
+	}
+
+	/// A region that is turned in the view is no rectangle there, but an area like that of a clip path.
+	Result<void> ClipContent(const RecordedMask& mask) noexcept
+	{
+		Node& content = At(mask.content);
+		Outline rectangle;
+		ORVAN_TRY(rectangle.AddRectangle(mask.region, 0.0, 0.0));
+		BaseArray<ClipShape> shapes;
+		ORVAN_TRY(shapes.Append({std::move(rectangle), content.toView, SVGFillRule::nonzero, -1}));
+		ORVAN_TRY(_record.regions.Append({std::move(shapes), content.clip}));
+		content.clip = static_cast<std::int32_t>(_record.regions.GetCount() - 1);
 		return {};
+	}
+
+	Result<std::int32_t> RecordNothing(const Frame& frame) noexcept
+	{
+		const std::int32_t index = GetCount();
+		Node node;
+		node.element = SVGElementRef::From(frame.element);
+		node.parent = _current;
+		node.kind = NodeKind::content;
+		node.isReferenced = true;
+		node.end = index + 1;
+		ORVAN_TRY(_record.nodes.Append(std::move(node)));
+		return index;
 	}
 
 	/// All of a shape but its outline. `box` is what gradients refer to.
@@ -286,8 +380,8 @@ private:
 	{
 		const Style& style = frame.place.style;
 		ShapeStyle shape;
-		shape.fill = ORVAN_TRY(GetPaint(_scene, _record, frame, box, true));
-		shape.stroke = ORVAN_TRY(GetPaint(_scene, _record, frame, box, false));
+		shape.fill = ORVAN_TRY(GetPaint(_scene, _record, frame, box, true, _contents));
+		shape.stroke = ORVAN_TRY(GetPaint(_scene, _record, frame, box, false, _contents));
 		shape.saysFill = HasFill(style) && !shape.fill.isMissing;
 		shape.saysStroke = HasStroke(frame.place) && !shape.stroke.isMissing;
 		shape.pen = GetPen(frame.place);
@@ -322,6 +416,7 @@ private:
 		node.isReferenced = At(_current).isReferenced;
 		node.opacity = opacity;
 		node.isChanged = At(_current).isChanged;
+		node.isFiltered = At(_current).isFiltered;
 		node.end = GetCount() + 1;
 		return node;
 	}
@@ -357,6 +452,9 @@ private:
 
 	Result<void> RecordLetters(const Frame& text, const TextLayout& layout, const TextFragment& fragment) noexcept
 	{
+		// What stands in patterns stands before the node.
+		Outline letters = ORVAN_TRY(layout.GetOutline(fragment));
+		ShapeStyle style = ORVAN_TRY(MakeStyle(*fragment.frame, letters, layout.GetBounds()));
 		Node node = MakePart(text, *fragment.frame, fragment.opacity);
 		const std::int32_t index = GetCount();
 		for (const Frame* span = fragment.frame; span != nullptr && span->element != text.element; span = span->outer)
@@ -365,9 +463,6 @@ private:
 				ORVAN_TRY(_record.elements.Append({span->element, index}));
 		}
 		ORVAN_TRY(_record.nodes.Append(std::move(node)));
-
-		Outline letters = ORVAN_TRY(layout.GetOutline(fragment));
-		ShapeStyle style = ORVAN_TRY(MakeStyle(*fragment.frame, letters, layout.GetBounds()));
 		style.fillRule = SVGFillRule::nonzero;
 		Outline cells;
 		for (std::size_t cluster = fragment.first; cluster < fragment.end; cluster++)
@@ -384,6 +479,7 @@ private:
 
 	Scene& _scene;
 	Record& _record;
+	ContentRecorder* _contents; ///< This, or null where what stands in masks and patterns is left aside.
 	std::int32_t _current = -1; ///< The node that stands around what comes next.
 	bool _isInMarker = false;   ///< The next node is a marker's.
 };
@@ -401,7 +497,7 @@ Place GetOutermostPlace(const Scene& scene) noexcept
 class DefinitionFinder
 {
 public:
-	DefinitionFinder(Scene& scene, Record& record) noexcept : _scene(scene), _recorder(scene, record)
+	DefinitionFinder(Scene& scene, Record& record) noexcept : _scene(scene), _recorder(scene, record, Contents::left)
 	{
 	}
 
@@ -446,12 +542,12 @@ private:
 
 } // namespace
 
-Result<Record> RecordPicture(Scene& scene) noexcept
+Result<Record> RecordPicture(Scene& scene, Contents contents) noexcept
 {
 	Record record;
 	record.viewSize = scene.viewportSize;
 	scene.referenced = &record.referenced;
-	Recorder recorder(scene, record);
+	Recorder recorder(scene, record, contents);
 	const SVGElementRef root = scene.document->GetRootElement();
 	if (root)
 		ORVAN_TRY(Walk(scene, recorder).DrawElement(root.GetObject(), GetOutermostPlace(scene), nullptr));

@@ -8,8 +8,15 @@
 namespace orvan::geometry
 {
 
+/// Whether what stands in masks and patterns is recorded, below what they are used by.
+enum class Contents : std::uint8_t
+{
+	left,
+	recorded,
+};
+
 /// Records the picture of a document: everything that is drawn when its root is.
-Result<Record> RecordPicture(drawing::Scene& scene) noexcept;
+Result<Record> RecordPicture(drawing::Scene& scene, Contents contents) noexcept;
 
 /// Adds what is drawn nowhere in place, behind the picture.
 Result<void> RecordDefinitions(drawing::Scene& scene, Record& record) noexcept;

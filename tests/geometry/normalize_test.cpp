@@ -265,8 +265,8 @@ TEST_F(NormalizedDocument, KeepsGradientsImagesAndWhatPathsShare)
 			   "stop-color=\"#ff0000\"/></linearGradient>\n";
 	};
 	EXPECT_EQ(
-		gradient("p1") + "<path fill=\"url(#p1)\" d=\"M20 0L30 0L30 10\"/>\n" + gradient("p2") +
-			"<path fill=\"url(#p2)\" d=\"M30 10L34 10L34 14L30 14Z\"/>\n",
+		gradient("p1") + "<path fill=\"url(#p1)\" d=\"M20 0L30 0L30 10\"/>\n"
+						 "<path fill=\"url(#p1)\" d=\"M30 10L34 10L34 14L30 14Z\"/>\n",
 		ContentOf("<linearGradient id='g'><stop/><stop offset='1' stop-color='red'/></linearGradient><marker id='m' "
 				  "markerUnits='userSpaceOnUse' style='overflow:visible'><rect width='4' height='4' "
 				  "fill='context-fill'/></marker><path d='M20 0h10v10' fill='url(#g)' marker-end='url(#m)'/>",
@@ -275,6 +275,45 @@ TEST_F(NormalizedDocument, KeepsGradientsImagesAndWhatPathsShare)
 	EXPECT_EQ(
 		"<path fill=\"#ff0000\" d=\"M0 5.5L18 5.5L18 4.5L0 4.5Z\"/>\n",
 		ContentOf("<path fill='none' stroke='red' transform='scale(2 1)' d='M0 5h9'/>", SVGNormalizedClips::kept));
+}
+
+TEST_F(NormalizedDocument, HasMasksPatternsAndBlending)
+{
+	const std::string white = "<path fill=\"#ffffff\" d=\"M0 0L50 0L50 50L0 50Z\"/>\n";
+	EXPECT_EQ(
+		"<mask id=\"m1\" maskUnits=\"userSpaceOnUse\" x=\"4\" y=\"4\" width=\"72\" height=\"72\">\n" + white +
+			"</mask>\n<g opacity=\"0.5\" mask=\"url(#m1)\">\n<path fill=\"#000000\" d=\"M10 10L70 10L70 70L10 70Z\"/>\n"
+			"</g>\n",
+		ContentOf("<mask id='m'><rect width='50' height='50' fill='white'/></mask><g mask='url(#m)' opacity='.5'><rect "
+				  "x='10' y='10' width='60' height='60'/></g>",
+				  SVGNormalizedClips::kept));
+	// A mask in the box of what it masks, masked in turn, of alpha, and one that shows nothing.
+	EXPECT_EQ(
+		"<mask id=\"m1\" maskUnits=\"userSpaceOnUse\" x=\"10\" y=\"0\" width=\"20\" height=\"10\" "
+		"mask-type=\"alpha\">\n"
+		"<mask id=\"m2\" maskUnits=\"userSpaceOnUse\" x=\"8\" y=\"-1\" width=\"24\" height=\"12\" "
+		"color-interpolation=\"linearRGB\">\n</mask>\n<g mask=\"url(#m2)\">\n<path fill=\"#000000\" d=\"M10 0L20 0L20 "
+		"10L10 10Z\"/>\n</g>\n</mask>\n<g mask=\"url(#m1)\" style=\"mix-blend-mode:multiply\">\n<path fill=\"#000000\" "
+		"d=\"M10 0L30 0L30 10L10 10Z\"/>\n</g>\n",
+		ContentOf("<mask id='n' color-interpolation='linearRGB'/><mask id='m' mask-type='alpha' mask='url(#n)' x='0' "
+				  "y='0' width='1' height='1' maskContentUnits='objectBoundingBox'><rect width='.5' height='1'/></mask>"
+				  "<rect x='10' width='20' height='10' mask='url(#m)' style='mix-blend-mode:multiply'/>",
+				  SVGNormalizedClips::kept));
+	// Tiles keep their coordinates. Both shapes have the same pattern, the third one in its own box.
+	EXPECT_EQ(
+		"<pattern id=\"p1\" patternUnits=\"userSpaceOnUse\" x=\"3\" y=\"2\" width=\"10\" height=\"8\" "
+		"patternTransform=\"matrix(2 0 0 2 0 0)\">\n<path opacity=\"0.5\" fill=\"#0000ff\" d=\"M0 0L6 0L6 4Z\"/>\n"
+		"</pattern>\n<path fill=\"url(#p1)\" fill-opacity=\"0.5\" d=\"M0 0L18 0L18 18\"/>\n"
+		"<path fill=\"none\" stroke=\"url(#p1)\" stroke-width=\"2\" d=\"M0 10L18 10\"/>\n"
+		"<pattern id=\"p2\" patternUnits=\"userSpaceOnUse\" x=\"20\" y=\"0\" width=\"10\" height=\"5\">\n"
+		"<path fill=\"#000000\" d=\"M0 0L4 0L4 1L0 1Z\"/>\n</pattern>\n<path fill=\"url(#p2)\" d=\"M20 0L40 0L40 10L20 "
+		"10Z\"/>\n",
+		ContentOf("<pattern id='q' x='3' y='2' width='10' height='8' patternUnits='userSpaceOnUse' viewBox='0 0 5 4' "
+				  "patternTransform='scale(2)'><path d='M0 0h3v2z' fill='blue' opacity='.5'/></pattern><pattern id='b' "
+				  "width='.5' height='.5' patternContentUnits='objectBoundingBox'><rect width='.2' height='.1'/>"
+				  "</pattern><path d='M0 0h18v18' fill='url(#q)' fill-opacity='.5'/><path d='M0 10h18' fill='none' "
+				  "stroke='url(#q)' stroke-width='2'/><rect x='20' width='20' height='10' fill='url(#b)'/>",
+				  SVGNormalizedClips::kept));
 }
 
 /// Whatever there is among the examples and pictures is, once normalised, what it becomes when it is normalised.
