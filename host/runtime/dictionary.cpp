@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "dictionary.h"
 
+#include "live_count.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -49,6 +51,12 @@ DictionaryBlock* AllocateBlock(std::uint64_t entryCapacity, std::uint64_t valueB
 		DictionaryBlock{{1}, 0, entries, ValueBegin(entries), static_cast<std::uint32_t>(size), false, false};
 }
 
+/// All records of data types are the host's.
+LiveCount& CountOf(const DataType& type) noexcept
+{
+	return static_cast<const CountedType&>(type).live;
+}
+
 /// Lets go of a value and, when it stands outside, of its memory.
 void DropValue(DictionaryBlock* block, const Entry& entry) noexcept
 {
@@ -56,7 +64,7 @@ void DropValue(DictionaryBlock* block, const Entry& entry) noexcept
 	if (!entry.type->isTrivial)
 	{
 		entry.type->operations.load(std::memory_order_relaxed)->destruct(value, 1);
-		entry.type->liveValues.fetch_sub(1, std::memory_order_release);
+		CountOf(*entry.type).Decrement();
 	}
 	if (!Data::IsInline(entry.type))
 		Host().free(value);
@@ -88,7 +96,7 @@ ErrorBlock* CopyValue(const DictionaryBlock& source, const Entry& entry, Diction
 			Host().free(value);
 		return copied.GetError().Release();
 	}
-	type.liveValues.fetch_add(1, std::memory_order_relaxed);
+	CountOf(type).Increment();
 	return nullptr;
 }
 
@@ -206,7 +214,7 @@ void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType*
 	entries[at] = {key, offset, type};
 	if (!type->isTrivial)
 	{
-		type->liveValues.fetch_add(1, std::memory_order_relaxed);
+		CountOf(*type).Increment();
 		target.hasOwners = true;
 	}
 	void* slot = ValueSlot(&target, entries[at]);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "objects.h"
 
+#include "live_count.h"
 #include "orvan/class_declaration.h"
 
 #include <mutex>
@@ -69,12 +70,18 @@ struct ReleaseQueue
 
 constinit thread_local ReleaseQueue t_queue;
 
+/// All records of classes are the host's.
+runtime::LiveCount& CountOf(ClassInfo* objectClass) noexcept
+{
+	return static_cast<runtime::CountedClass*>(objectClass)->live;
+}
+
 void Destroy(ObjectBase* object) noexcept
 {
 	ClassInfo* objectClass = ObjectAccess::GetClass(object);
 	objectClass->declaration.load(std::memory_order_relaxed)->destruct(object);
 	Host().free(object);
-	objectClass->liveObjects.fetch_sub(1, std::memory_order_release);
+	CountOf(objectClass).Decrement();
 }
 
 Result<const ClassDeclaration*> Implementation(const ClassInfo* objectClass) noexcept
@@ -93,7 +100,7 @@ Result<ObjectBase*> Create(ClassInfo* objectClass) noexcept
 		return OutOfMemoryError();
 	ObjectBase* object = declaration->construct(storage);
 	ObjectAccess::SetClass(object, objectClass);
-	objectClass->liveObjects.fetch_add(1, std::memory_order_relaxed);
+	CountOf(objectClass).Increment();
 	if (declaration->initialize != nullptr)
 	{
 		if (Result<void> initialized = declaration->initialize(object); !initialized.IsOk())
@@ -121,7 +128,7 @@ Result<ObjectBase*> Clone(const ObjectBase* source) noexcept
 		return copied.GetError();
 	}
 	ObjectAccess::SetClass(object, objectClass);
-	objectClass->liveObjects.fetch_add(1, std::memory_order_relaxed);
+	CountOf(objectClass).Increment();
 	return object;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "registry.h"
 
+#include "live_count.h"
 #include "orvan/diagnostics.h"
 #include "orvan/hash_map.h"
 #include "orvan/hierarchy.h"
@@ -50,13 +51,13 @@ private:
 	BaseArray<const Declaration*> _list;
 };
 
-struct ClassRecord : ClassInfo
+struct ClassRecord : CountedClass
 {
 	Providers<ClassDeclaration> implementations;
 	int openDeclarations = 0; ///< By frameworks that leave the implementation to others.
 };
 
-struct DataTypeRecord : DataType
+struct DataTypeRecord : CountedType
 {
 	Providers<DataTypeOperations> providers;
 	DataTypeRecord* arrays =
@@ -233,7 +234,7 @@ void RemoveOperations(DataTypeRecord& type, const DataTypeOperations& operations
 std::int64_t CountValues(const DataTypeRecord& type, const DataTypeOperations& operations) noexcept
 {
 	const bool isNeeded = type.providers.GetFirst() == &operations && !type.providers.IsShared();
-	return isNeeded ? type.liveValues.load(std::memory_order_acquire) : 0;
+	return isNeeded ? type.liveValues.load(std::memory_order_acquire) + type.live.Get() : 0;
 }
 
 /// The id of the arrays of a data type; empty when memory runs out.
@@ -417,8 +418,8 @@ bool HasHeader(std::string_view header) noexcept
 
 std::int64_t CountLiveObjects(const ClassDeclaration& declaration) noexcept
 {
-	const ClassInfo* info = FindClass(declaration.id);
-	return info != nullptr && info->declaration.load() == &declaration ? info->liveObjects.load() : 0;
+	const ClassRecord* record = Intern(&Registry::classes, declaration.id);
+	return record != nullptr && record->declaration.load() == &declaration ? record->live.Get() : 0;
 }
 
 std::int64_t CountLiveValues(const DataTypeDeclaration& declaration) noexcept

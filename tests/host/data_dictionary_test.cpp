@@ -136,7 +136,7 @@ TEST(DataDictionary, CopiesShareOneContentUntilOneIsWritten)
 TEST(DataDictionary, GivesBackWhatIsRemovedAndLeavesCopiesAlone)
 {
 	MixedDictionary(); // The records of its types are made once and stay.
-	const auto live = FindDataType<String>()->liveValues.load();
+	const auto live = runtime::CountLiveValues(kDataTypeDeclaration<String>);
 	const auto allocations = CountAllocations();
 	{
 		const DataDictionary original = MixedDictionary();
@@ -172,20 +172,20 @@ TEST(DataDictionary, GivesBackWhatIsRemovedAndLeavesCopiesAlone)
 		EXPECT_TRUE(dictionary.IsSameObject(DataDictionary())) << "an empty dictionary takes no memory";
 		EXPECT_EQ(0.5, original.GetOr(1, 0.0));
 		EXPECT_EQ((std::vector<std::int32_t>{1, 2, 3, 4}), Keys(original));
-		EXPECT_EQ(live + 1, FindDataType<String>()->liveValues.load());
+		EXPECT_EQ(live + 1, runtime::CountLiveValues(kDataTypeDeclaration<String>));
 	}
 	{
 		DataDictionary texts; // Whose one owner stands inside.
 		Must(texts.Set(1, Text("text")));
 	}
-	EXPECT_EQ(live, FindDataType<String>()->liveValues.load());
+	EXPECT_EQ(live, runtime::CountLiveValues(kDataTypeDeclaration<String>));
 	EXPECT_EQ(allocations, CountAllocations());
 }
 
 TEST(DataDictionary, IsAsItWasAfterAFailedWrite)
 {
 	const DataDictionary shared = MixedDictionary();
-	const auto live = FindDataType<String>()->liveValues.load();
+	const auto live = runtime::CountLiveValues(kDataTypeDeclaration<String>);
 	const auto blocks = CountAllocations();
 	const int allocations = FailEachAllocation(
 		[&]
@@ -197,7 +197,7 @@ TEST(DataDictionary, IsAsItWasAfterAFailedWrite)
 			return result;
 		});
 	EXPECT_EQ(5, allocations) << "the copied block, large value and array, the new value, and room for a fifth entry";
-	EXPECT_EQ(live, FindDataType<String>()->liveValues.load());
+	EXPECT_EQ(live, runtime::CountLiveValues(kDataTypeDeclaration<String>));
 	EXPECT_FALSE(shared.Has(5));
 	EXPECT_EQ(blocks, CountAllocations());
 }
