@@ -36,6 +36,8 @@ public:
 		_writer.AddAttribute("width", size.x).AddAttribute("height", size.y);
 		_writer.Add(" viewBox=\"0 0 ").AddPoint(size).Add("\">\n");
 		ORVAN_TRY(_regionIds.Resize(_record.regions.GetCount()));
+		for (std::size_t i = 0; i < _record.nodes.GetCount(); i++)
+			_hasBlending = _hasBlending || _record.nodes[i].blendMode != SVGBlendMode::normal;
 		ORVAN_TRY(_patternIds.Resize(_record.patterns.GetCount()));
 		ORVAN_TRY(VisitNormalized(_record, *_options, _clips, StrokeNeeds::roundPens, *this));
 		_writer.Add("</svg>\n");
@@ -56,7 +58,9 @@ public:
 		if (keepsClips && node.clip >= 0)
 			clip = ORVAN_TRY(DefineRegion(node.clip));
 		const std::int64_t mask = node.mask >= 0 ? ORVAN_TRY(DefineMask(index)) : 0;
-		const GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, mask, node.blendMode, node.isIsolated};
+		// What is clipped is a picture of its own, also where its paths end at the clip path instead.
+		const bool isIsolated = node.isIsolated || (_hasBlending && clip == 0 && node.clip >= 0);
+		const GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, mask, node.blendMode, isIsolated};
 		Opened opened;
 		if (isOne)
 			opened.effects = effects;
@@ -409,6 +413,7 @@ private:
 	BaseArray<Opened> _opened;
 	BaseArray<std::int64_t> _regionIds;  ///< By region; 0 for those that are not written yet.
 	BaseArray<std::int64_t> _patternIds; ///< Likewise by pattern.
+	bool _hasBlending = false;           ///< Only then it matters what is a picture of its own.
 	std::int64_t _clipCount = 0;
 	std::int64_t _serverCount = 0;
 	std::int64_t _maskCount = 0;

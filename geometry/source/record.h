@@ -159,7 +159,7 @@ struct Node
 	NodeKind kind = NodeKind::plain;
 	bool isReferenced = false; ///< Drawn through a use, or in a marker.
 	bool isChanged = false;    ///< A mask, filter or blending changes it, or a node around it.
-	bool isFiltered = false;   ///< A filter does.
+	bool isFiltered = false;   ///< A filter does, or what applies to a part of a text.
 	bool isBoxUsed = false;    ///< What cuts it off depends on the box of what stands in it.
 };
 

@@ -417,6 +417,12 @@ private:
 		node.opacity = opacity;
 		node.isChanged = At(_current).isChanged;
 		node.isFiltered = At(_current).isFiltered;
+		for (const Frame* span = &owner; span != nullptr && span->element != text.element; span = span->outer)
+		{
+			// Effects of parts are left aside.
+			if (span->effects.NeedsPicture())
+				node.isChanged = node.isFiltered = true;
+		}
 		node.end = GetCount() + 1;
 		return node;
 	}

@@ -299,6 +299,13 @@ TEST_F(NormalizedDocument, HasMasksPatternsAndBlending)
 				  "y='0' width='1' height='1' maskContentUnits='objectBoundingBox'><rect width='.5' height='1'/></mask>"
 				  "<rect x='10' width='20' height='10' mask='url(#m)' style='mix-blend-mode:multiply'/>",
 				  SVGNormalizedClips::kept));
+	// What is clipped stays a picture of its own where its paths end at the clip path.
+	EXPECT_EQ(
+		"<g style=\"isolation:isolate\">\n<path style=\"mix-blend-mode:screen\" fill=\"#000000\" d=\"M0 0L5 0L5 5L0 "
+		"5Z\"/>\n</g>\n",
+		ContentOf("<clipPath id='c'><rect width='9' height='9'/></clipPath><g clip-path='url(#c)'><rect width='5' "
+				  "height='5' style='mix-blend-mode:screen'/></g>",
+				  SVGNormalizedClips::applied));
 	// Tiles keep their coordinates. Both shapes have the same pattern, the third one in its own box.
 	EXPECT_EQ(
 		"<pattern id=\"p1\" patternUnits=\"userSpaceOnUse\" x=\"3\" y=\"2\" width=\"10\" height=\"8\" "
