@@ -99,7 +99,10 @@ public:
 		const double commandCount = static_cast<double>(outline.GetCommands().GetCount());
 		if (IsFull() || (frame.place.isByReference && !_scene.limits.Pay(commandCount * kCommandWork)))
 			return {};
+		// What the outermost element lies on is seen, and neither hit nor measured, as markers are.
+		const bool wasInMarker = std::exchange(_isInMarker, _isInMarker || frame.outer == nullptr);
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
+		_isInMarker = wasInMarker;
 		ShapeStyle style = ORVAN_TRY(MakeStyle(frame, outline, outline));
 		const Outline& kept = *ORVAN_TRY(SetShape(node, std::move(outline), std::move(style)));
 		if (HasMarkers(frame))

@@ -152,6 +152,15 @@ TEST_F(Boxes, OfWhatIsSeenEndAtClipsMasksAndMarkers)
 	EXPECT_EQ("", shapes.At(78, 28));
 }
 
+TEST_F(Boxes, OfTheRootHaveItsBackgroundWhereItIsSeen)
+{
+	const AskedPicture picture("<rect id='r' x='10' y='10' width='30' height='20'/>",
+							   "id='s' width='100' height='100' style='background-color:red'");
+	EXPECT_EQ("10 10 30 20", picture.BoxOf("s"));
+	EXPECT_EQ("0 0 100 100", picture.BoxOf("s", Box::visual));
+	EXPECT_EQ("", picture.At(60, 60));
+}
+
 TEST_F(Boxes, OfTextsAreThoseOfTheirCells)
 {
 	const AskedPicture picture("<text id='t' x='10' y='50' font-size='10' font-family='DejaVu Sans'>ab<tspan id='s' "
