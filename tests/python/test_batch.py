@@ -4,6 +4,7 @@
 import contextlib
 import gzip
 import hashlib
+import inspect
 import io
 import json
 import lzma
@@ -315,7 +316,9 @@ class Batches(TestCase):
             for path in (self.folder / "out" / name).iterdir():
                 path.unlink()
             (self.folder / "out" / name).rename(self.folder / "out" / (name + ".part-1"))
-        self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8, memory=MEMORY), 2)
+        shown = []
+        self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8, memory=MEMORY, progress=shown.append), 2)
+        self.assertEqual((len(shown), shown[-1]), (2, 4))
         self.assertEqual(self.run_batch("out")[0], whole)
         self.assertEqual(batch.run([self.art], self.folder / "out", chunk_size=8, memory=MEMORY), 0)
         # Another run, whatever it is that differs; and what makes no sense anywhere.
@@ -386,7 +389,59 @@ class Batches(TestCase):
         os.symlink("nowhere", self.art / "inner/99.svg")
         _, rows = self.run_batch("out", [self.art / "inner"], deadline=5.0)
         self.assertEqual({row["outcome"] for row in rows[:-2] if row["number"] != 4}, {"done"})
-        self.assertEqual([(row["number"], row["outcome"]) for row in rows[-2:]], [(20, "failed"), (21, "unreadable")])
+        self.assertEqual([(row["number"], row["outcome"], row["message"]) for row in rows[-2:]],
+                         [(20, "failed", "It took more than 5 seconds."), (21, "unreadable", "No such file or directory")])
+
+    def test_workers_that_end_cost_a_row_or_the_run(self):
+        """Workers that are made to end, at an input or before any."""
+        self.addCleanup(setattr, batch._worker, "__file__", batch._worker.__file__)
+        batch._worker.__file__ = str(self.folder / "worker.py")
+        script = """import json, os, sys
+chunk = json.loads(sys.stdin.buffer.readline())
+if {place} < 0 or str({place}) not in chunk["failures"]:
+    with open(sys.argv[1], "r+b") as file:
+        file.write(({place}).to_bytes(8, "little", signed=True))
+    with open({log!r}, "a") as file:
+        file.write("x")
+    os._exit(3)
+os.mkdir(chunk["folder"])
+with open(chunk["folder"] + "/rows.jsonl", "w") as file:
+    json.dump(chunk["failures"], file)
+print("done", flush=True)
+sys.stdin.buffer.read()"""
+        for place, starts in ((-1, 3), (5, 2)):
+            log = self.folder / f"log{place}"
+            (self.folder / "worker.py").write_text(script.format(place=place, log=str(log)))
+            if place < 0:
+                with self.assertRaisesRegex(RuntimeError, "before their work: exit status 3"):
+                    self.run_batch(f"out{place}", [self.art / "00.svg"])
+            else:
+                _, rows = self.run_batch(f"out{place}", [self.art / "00.svg"])
+                self.assertEqual(rows, [{"5": "The worker ended at it: exit status 3."}])
+            self.assertEqual(len(log.read_text()), starts)
+
+    def test_the_command_line_says_what_is_wanted(self):
+        taken = []
+        self.addCleanup(setattr, batch, "run", batch.run)
+        batch.run, run = lambda *arguments, **options: taken.append((arguments, options)), batch.run
+        (self.folder / "sheet.css").write_text("g {}")
+        self.assertEqual(batch.main(["a", "b", "-o", "out"]), 0)
+        self.assertEqual(batch.main(
+            ["c", "-o", "out", "--operation", "columns", "--plain", "--style-sheet", f"{self.folder}/sheet.css", "--size", "9",
+             "--outline-strokes", "--flatten", "1", "--grid", "2", "--precision", "3", "--clips", "applied", "--deadline", "4",
+             "--memory", "5", "--chunk-size", "6", "--jobs", "7", "--scheduler", "tcp://x"]), 0)
+        usual = {name: parameter.default for name, parameter in inspect.signature(run).parameters.items()
+                 if parameter.kind == parameter.KEYWORD_ONLY}
+        self.assertEqual(taken[0], ((["a", "b"], "out"), {name: value for name, value in usual.items() if name != "stroke_tolerance"}))
+        self.assertEqual(taken[1], ((["c"], "out"), {
+            "operation": "columns", "complete": False, "tolerant": False, "style_sheet": "g {}", "size": 9, "strokes": "outlined",
+            "flatten": 1, "grid": 2, "precision": 3, "clips": "applied", "deadline": 4, "memory": 5 << 20, "chunk_size": 6,
+            "jobs": 7, "scheduler": "tcp://x", "progress": None}))
+        batch.run = run
+        said = io.StringIO()
+        with contextlib.redirect_stderr(said):
+            self.assertEqual(batch.main([str(self.folder / "missing"), "-o", str(self.folder / "out")]), 2)
+        self.assertEqual(said.getvalue(), f"ERROR: There is no {self.folder}/missing.\n")
 
 
 if __name__ == "__main__":
