@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 
 namespace orvan::grammar
 {
@@ -25,8 +23,8 @@ struct Cubic
 
 bool IsFinite(const Cubic& cubic)
 {
-	return std::isfinite(cubic.x1) && std::isfinite(cubic.y1) && std::isfinite(cubic.x2) && std::isfinite(cubic.y2) &&
-		   std::isfinite(cubic.x) && std::isfinite(cubic.y);
+	// Zero times a number is zero just when the number is finite.
+	return (cubic.x1 * 0 + cubic.y1 * 0) + (cubic.x2 * 0 + cubic.y2 * 0) + (cubic.x * 0 + cubic.y * 0) == 0;
 }
 
 // A full turn makes four cubics, and rounding may add one.
@@ -66,48 +64,6 @@ bool FindCenter(const Arc& arc, CenteredArc& result)
 		   std::isfinite(result.startAngle) && std::isfinite(result.endAngle);
 }
 
-/// Sines and cosines of the angles that half of all arcs are made of: multiples of an eighth of a turn. They come from
-/// the C library when the module is loaded, as they would for each arc.
-class EighthTurns
-{
-public:
-	struct Item
-	{
-		double angle, sine, cosine;
-	};
-
-	EighthTurns()
-	{
-		for (int i = -kMost; i <= kMost; ++i)
-		{
-			// The compiler must not know the angle: what it makes of a sine may differ in the last bit.
-			const volatile double angle = i * kEighth;
-			_items[static_cast<std::size_t>(i + kMost)] = {angle, std::sin(angle), std::cos(angle)};
-		}
-	}
-
-	/// The item for exactly this angle, or null. The angle must be finite.
-	const Item* Find(double angle) const
-	{
-		const double eighths = angle * (1 / kEighth);
-		if (std::fabs(eighths) > kMost)
-			return nullptr;
-		const Item& item = _items[static_cast<std::size_t>(static_cast<int>(eighths + (kMost + 0.5)))];
-		// Bit by bit, since zero and minus zero have different sines.
-		return std::bit_cast<std::uint64_t>(item.angle) == std::bit_cast<std::uint64_t>(angle) ? &item : nullptr;
-	}
-
-	static constexpr double kEighth = kQuarterTurn / 2;
-
-private:
-	/// Arcs start within half a turn of zero and are a turn long at most.
-	static constexpr int kMost = 12;
-
-	std::array<Item, 2 * kMost + 1> _items;
-};
-
-const EighthTurns g_eighthTurns;
-
 /// How far the control points of a cubic stand from its ends.
 double ControlDistance(double angle)
 {
@@ -115,15 +71,19 @@ double ControlDistance(double angle)
 	return std::sin(angle) * (std::sqrt(4 + 3 * tangent * tangent) - 1) * boost::math::constants::third<double>();
 }
 
-/// That of an eighth of a turn, which a quarter is cut into.
+/// An eighth of a turn, which a quarter is cut into.
+constexpr double kEighth = kQuarterTurn / 2;
+
+/// Its distance, which comes from the C library when the module is loaded, as it would for each arc.
 const double g_eighthDistance = []
 {
-	const volatile double angle = EighthTurns::kEighth;
+	// The compiler must not know the angle: what it makes of a sine may differ in the last bit.
+	const volatile double angle = kEighth;
 	return ControlDistance(angle);
 }();
 
 /// What the library's arc_to_bezier does: the same operations in the same order, so that the results are the same to
-/// the last bit. Left out are only sines, cosines and tangents that are known already.
+/// the last bit. Left out is only what is known already: an ellipse that is not turned, and an eighth of a turn.
 class CubicMaker
 {
 public:
@@ -141,9 +101,9 @@ public:
 		if (count < 1 || count > static_cast<int>(cubics.items.size()))
 			return false;
 		step /= count;
-		const double distance = step == EighthTurns::kEighth    ? g_eighthDistance
-								: step == -EighthTurns::kEighth ? -g_eighthDistance
-																: ControlDistance(step);
+		const double distance = step == kEighth    ? g_eighthDistance
+								: step == -kEighth ? -g_eighthDistance
+												   : ControlDistance(step);
 		double angle = _arc.startAngle;
 		Place from = PlaceAt(angle, distance);
 		for (int i = 0; i != count; ++i)
@@ -167,9 +127,8 @@ private:
 
 	Place PlaceAt(double angle, double distance) const
 	{
-		const EighthTurns::Item* const known = g_eighthTurns.Find(angle);
-		const double sine = known != nullptr ? known->sine : std::sin(angle);
-		const double cosine = known != nullptr ? known->cosine : std::cos(angle);
+		const double sine = std::sin(angle);
+		const double cosine = std::cos(angle);
 		const double rightX = _arc.radiusX * cosine;
 		const double upY = _arc.radiusY * sine;
 		const double rightSlope = _arc.radiusX * sine;
