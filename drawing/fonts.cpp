@@ -101,6 +101,16 @@ bool HasFeature(hb_font_t* font, hb_tag_t feature) noexcept
 	}
 }
 
+/// How high a letter stands above the baseline, for the size of the font; 0 when there is none.
+double MeasureHeight(const FontFace& face, char32_t letter) noexcept
+{
+	hb_codepoint_t glyph = 0;
+	hb_glyph_extents_t extents{};
+	const bool isThere = hb_font_get_nominal_glyph(face.shaper, letter, &glyph) != 0 &&
+						 hb_font_get_glyph_extents(face.shaper, glyph, &extents) != 0;
+	return isThere ? extents.y_bearing / face.unit : 0.0;
+}
+
 FontMetrics GetMetrics(const FontFace& face) noexcept
 {
 	FontMetrics metrics;
@@ -116,7 +126,11 @@ FontMetrics GetMetrics(const FontFace& face) noexcept
 		metrics.ascent = extents.ascender / face.unit;
 		metrics.descent = extents.descender / face.unit;
 	}
+	metrics.xHeight = 0.0;
 	read(HB_OT_METRICS_TAG_X_HEIGHT, metrics.xHeight);
+	// Older fonts do not say it, and some have no such letter.
+	if (!(metrics.xHeight > 0.0))
+		metrics.xHeight = MeasureHeight(face, 'x');
 	if (!(metrics.xHeight > 0.0))
 		metrics.xHeight = metrics.ascent * 0.5;
 	double offset = -metrics.subscript;
@@ -246,6 +260,8 @@ Result<const Font*> Fonts::Find(const Style& style) noexcept
 		made->face = ORVAN_TRY(GetFace(first.get()));
 		made->metrics = GetMetrics(*made->face);
 		made->hasSmallCapitals = HasFeature(made->face->shaper, HB_TAG('s', 'm', 'c', 'p'));
+		made->hasSmallCapitalsOfAll =
+			made->hasSmallCapitals && HasFeature(made->face->shaper, HB_TAG('c', '2', 's', 'c'));
 	}
 	ORVAN_TRY(_fonts.Append(std::move(made)));
 	return (_fonts.end() - 1)->get();

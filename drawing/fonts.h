@@ -71,7 +71,8 @@ struct Font
 	FontDescriptionPtr description;
 	const FontFace* face = nullptr; ///< The first choice, which gives the metrics.
 	FontMetrics metrics;
-	bool hasSmallCapitals = false;
+	bool hasSmallCapitals = false;      ///< Of small letters.
+	bool hasSmallCapitalsOfAll = false; ///< Of capitals as well.
 
 	// What was asked for.
 	String family;

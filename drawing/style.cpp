@@ -97,7 +97,7 @@ void Weight(const Assignment& at) noexcept
 		at.style.fontWeight = *keyword == static_cast<std::int32_t>(SVGFontWeight::bold) ? kBold : kNormal;
 }
 
-/// Space between letters or words; percentages are of the font's size.
+/// Space between letters, words or lines; percentages are of the font's size.
 template <auto property>
 void Spacing(const Assignment& at) noexcept
 {
@@ -134,6 +134,9 @@ constexpr Row kRows[] = {
 	{SVGImportAttribute::fontWeight, &Weight},
 	{SVGImportAttribute::fontStretch, &Number<&Style::fontStretch>},
 	{SVGImportAttribute::fontVariant, &Keyword<&Style::fontVariant>},
+	{SVGImportAttribute::textTransform, &Keyword<&Style::textTransform>},
+	{SVGImportAttribute::textUnderlineOffset, &Spacing<&Style::underlineOffset>},
+	{SVGImportAttribute::fontSizeAdjust, &Number<&Style::fontSizeAdjust>},
 	{SVGImportAttribute::language, &Pointer<&Style::language>},
 	{SVGImportAttribute::textAnchor, &Keyword<&Style::textAnchor>},
 	{SVGImportAttribute::dominantBaseline, &Keyword<&Style::dominantBaseline>},

@@ -5,6 +5,8 @@
 #include "lengths.h"
 #include "svg_elements.h"
 
+#include <limits>
+
 namespace orvan::drawing
 {
 
@@ -42,6 +44,7 @@ struct Style
 	SVGPointerEvents pointerEvents = SVGPointerEvents::automatic;
 	SVGFontStyle fontStyle = SVGFontStyle::normal;
 	SVGFontVariant fontVariant = SVGFontVariant::normal;
+	SVGTextTransform textTransform = SVGTextTransform::none;
 	SVGFontKerning fontKerning = SVGFontKerning::automatic;
 	SVGTextAnchor textAnchor = SVGTextAnchor::start;
 	SVGBaseline dominantBaseline = SVGBaseline::automatic;
@@ -52,6 +55,8 @@ struct Style
 	double fontStretch = 1.0;   ///< The width of the letters, 1 is normal.
 	double letterSpacing = 0.0; ///< In user units, as the next one.
 	double wordSpacing = 0.0;
+	double fontSizeAdjust = -1.0; ///< The height of an x for the size of the font; negative for the font's own.
+	double underlineOffset = std::numeric_limits<double>::quiet_NaN(); ///< In user units; NaN for the font's own.
 
 	/// Takes over what an element says itself. The viewport is for font sizes in units of the outermost one.
 	void Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept;

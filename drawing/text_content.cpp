@@ -5,9 +5,11 @@
 #include "references.h"
 #include "shapes.h"
 #include "svg_complete.h"
+#include "text_capitals.h"
 #include "text_orientation.h"
 
 #include <new>
+#include <utility>
 
 namespace orvan::drawing
 {
@@ -340,6 +342,8 @@ private:
 		{
 			span.font = ORVAN_TRY(_scene.fonts.Find(style));
 			span.size = style.fontSize;
+			if (style.fontSizeAdjust >= 0.0 && span.font != nullptr)
+				span.size *= style.fontSizeAdjust / span.font->metrics.xHeight;
 		}
 		if (span.size * GetStretch(frame.place.transform) > kMaxFontSize)
 		{
@@ -415,10 +419,35 @@ private:
 				_isFull = true;
 				break;
 			}
-			done = Append(static_cast<char32_t>(g_utf8_get_char(at)), span);
+			done = AppendTransformed(static_cast<char32_t>(g_utf8_get_char(at)), span);
 		}
 		g_free(repaired);
 		return done;
+	}
+
+	/// Appends a character as "text-transform" wants it, two for a sharp s.
+	Result<void> AppendTransformed(char32_t code, int span) noexcept
+	{
+		const char32_t previous = std::exchange(_previous, code);
+		const Style& style = _content._spans[static_cast<std::size_t>(span)].frame->place.style;
+		switch (style.textTransform)
+		{
+		case SVGTextTransform::none:
+			break;
+		case SVGTextTransform::capitalize:
+			// Letters behind an apostrophe go on with their word.
+			if (g_unichar_isalnum(previous) == 0 && previous != '\'' && previous != U'\u2019')
+				return Append(static_cast<char32_t>(g_unichar_totitle(code)), span);
+			break;
+		case SVGTextTransform::uppercase:
+			// The one letter in use that two capitals stand for.
+			if (code == U'\u00df')
+				ORVAN_TRY(Append('S', span));
+			return Append(code == U'\u00df' ? U'S' : static_cast<char32_t>(g_unichar_toupper(code)), span);
+		case SVGTextTransform::lowercase:
+			return Append(static_cast<char32_t>(g_unichar_tolower(code)), span);
+		}
+		return Append(code, span);
 	}
 
 	Result<void> Append(char32_t code, int span) noexcept
@@ -434,12 +463,12 @@ private:
 			character.startsChunk = true;
 		else if (JoinsWithPrevious(code, _content._characters[index - 1].code))
 			character.startsChunk = false;
-		if (owner.frame->place.style.fontVariant == SVGFontVariant::smallCaps && owner.font != nullptr &&
-			!owner.font->hasSmallCapitals)
+		const SVGFontVariant variant = owner.frame->place.style.fontVariant;
+		if (owner.font != nullptr && !HasCapitals(*owner.font, variant))
 		{
 			const auto capital = static_cast<char32_t>(g_unichar_toupper(code));
-			character.isSmallCapital = capital != code;
-			character.code = capital;
+			character.isSmallCapital = IsSmall(variant, capital != code);
+			character.code = character.isSmallCapital ? capital : code;
 		}
 		return _content._characters.Append(character);
 	}
@@ -481,6 +510,7 @@ private:
 	BaseArray<SVGBaseline> _dominant; ///< The line that each span is aligned by.
 	BaseArray<double> _moved;         ///< How far each span is moved upwards, those around it included.
 	std::size_t _bytes = 0;
+	char32_t _previous = ' '; ///< The last character that was appended, as the file has it.
 	bool _isFull = false;
 };
 

@@ -30,6 +30,8 @@ double GetCenter(const TextSpan& span) noexcept
 	return (metrics.ascent + metrics.descent) / 2.0 * span.size;
 }
 
+constexpr TextLineKind kLineKinds[] = {TextLineKind::underline, TextLineKind::overline, TextLineKind::lineThrough};
+
 /// Where a line runs. Along vertical text, lines stand at the edges of the letters and in their middle.
 FontLine GetLine(const FontMetrics& metrics, TextLineKind kind, bool isVertical) noexcept
 {
@@ -42,6 +44,32 @@ FontLine GetLine(const FontMetrics& metrics, TextLineKind kind, bool isVertical)
 					  : kind == TextLineKind::overline ? metrics.ascent
 													   : (metrics.ascent + metrics.descent) / 2.0;
 	}
+	return line;
+}
+
+/// The line that an element asks for along letters of a span, but for its ends.
+TextLine MakeLine(const TextSpan& span, TextLineKind kind, bool isVertical, const Frame& decorating) noexcept
+{
+	using Key = SVGImportAttribute;
+	const FontLine ofFont = GetLine(span.font->metrics, kind, isVertical);
+	TextLine line;
+	line.kind = kind;
+	line.style = decorating.GetKeyword(Key::textDecorationStyle, SVGTextDecorationStyle::solid);
+	line.center = -ofFont.center * span.size;
+	line.thickness = ofFont.thickness * span.size;
+	if (const auto* given =
+			decorating.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::textDecorationThickness)))
+	{
+		const double thickness = given->unit == SVGLengthUnit::percent ? given->value * decorating.place.style.fontSize
+																	   : decorating.Resolve(*given, Axis::other);
+		// As in browsers, lines below letters keep away from them by half of their thickness.
+		if (kind == TextLineKind::underline && !isVertical)
+			line.center = thickness;
+		line.thickness = thickness;
+	}
+	const double offset = decorating.place.style.underlineOffset;
+	if (kind == TextLineKind::underline && !isVertical && std::isfinite(offset))
+		line.center = offset + line.thickness / 2.0;
 	return line;
 }
 
@@ -85,6 +113,7 @@ Result<TextLayout> TextLayout::Create(Scene& scene, const Frame& frame) noexcept
 			layout.Measure(i);
 	}
 	ORVAN_TRY(layout.AddFragments(positions));
+	ORVAN_TRY(layout.MeasureLines());
 	return layout;
 }
 
@@ -156,6 +185,25 @@ Result<void> TextLayout::AddFragments(const BaseArray<TextPosition>& positions) 
 	return {};
 }
 
+/// Takes lines into the reach that may lie beside the letters: all but those that the font itself has.
+Result<void> TextLayout::MeasureLines() noexcept
+{
+	using Key = SVGImportAttribute;
+	for (const TextFragment& fragment : _fragments)
+	{
+		for (const TextLineKind kind : kLineKinds)
+		{
+			for (int i = 0; const Frame* const frame = FindDecorating(fragment, kind, i); i++)
+			{
+				if (frame->Has(Key::textDecorationStyle) || frame->Has(Key::textDecorationThickness) ||
+					std::isfinite(frame->place.style.underlineOffset))
+					_reach.Include(ORVAN_TRY(GetLines(fragment, kind, *frame)).GetBounds());
+			}
+		}
+	}
+	return {};
+}
+
 Rectangle TextLayout::GetCell(std::size_t cluster) const noexcept
 {
 	return CellOf(SpanOf(cluster), _text.clusters[cluster]);
@@ -178,13 +226,14 @@ Result<Outline> TextLayout::GetOutline(const TextFragment& fragment) const noexc
 	return outline;
 }
 
-Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind kind) const noexcept
+Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind kind,
+									 const Frame& decorating) const noexcept
 {
 	Outline outline;
 	for (std::size_t i = fragment.first; i < fragment.end;)
 	{
 		const TextSpan& span = SpanOf(i);
-		const FontLine line = GetLine(span.font->metrics, kind, _content.IsVertical());
+		TextLine line = MakeLine(span, kind, _content.IsVertical(), decorating);
 		const bool isUpright = _text.clusters[i].isUpright;
 		const auto getEnd = [&](double length)
 		{
@@ -198,15 +247,12 @@ Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind 
 				break;
 			length += _text.clusters[i].advance;
 		}
-		const double center = line.center * span.size - (isUpright ? GetCenter(span) : 0.0);
-		const double half = line.thickness * span.size / 2.0;
-		const double start = std::min(0.0, length);
-		const double end = std::max(0.0, length);
-		const Rectangle box = isUpright ? Rectangle{center - half, start, center + half, end}
-										: Rectangle{start, -center - half, end, -center + half};
-		Outline rectangle;
-		ORVAN_TRY(rectangle.AddRectangle(box, 0.0, 0.0));
-		ORVAN_TRY(outline.Append(rectangle, _places[first]));
+		line.start = std::min(0.0, length);
+		line.end = std::max(0.0, length);
+		line.center += isUpright ? GetCenter(span) : 0.0;
+		// Along upright letters the line runs down, and what is below letters in a row is left of them.
+		constexpr Matrix2d kDownwards{{0.0, 0.0}, {0.0, 1.0}, {-1.0, 0.0}};
+		ORVAN_TRY(AddTextLine(line, isUpright ? _places[first] * kDownwards : _places[first], outline));
 	}
 	return outline;
 }

@@ -2,6 +2,7 @@
 /// A text laid out: glyphs in their places, and the lines that decorate them.
 #pragma once
 
+#include "text_lines.h"
 #include "text_positions.h"
 
 namespace orvan::drawing
@@ -14,14 +15,6 @@ struct TextFragment
 	double opacity = 1.0;         ///< Of the spans, to be mixed into the paints.
 	std::size_t first = 0;        ///< Its clusters.
 	std::size_t end = 0;
-};
-
-/// The lines of "text-decoration", in the order of their flags.
-enum class TextLineKind : std::int32_t
-{
-	underline = static_cast<std::int32_t>(SVGTextDecoration::underline),
-	overline = static_cast<std::int32_t>(SVGTextDecoration::overline),
-	lineThrough = static_cast<std::int32_t>(SVGTextDecoration::lineThrough),
 };
 
 /// A text element with everything in it, laid out in its own coordinates. Whoever paints or measures goes through its
@@ -78,8 +71,8 @@ public:
 
 	/// The outlines of a fragment's glyphs in the text's coordinates; to be filled by the nonzero rule.
 	Result<Outline> GetOutline(const TextFragment& fragment) const noexcept;
-	/// The decorating lines of one kind along a fragment.
-	Result<Outline> GetLines(const TextFragment& fragment, TextLineKind kind) const noexcept;
+	/// The decorating lines of one kind along a fragment, as the element that asks for them wants them.
+	Result<Outline> GetLines(const TextFragment& fragment, TextLineKind kind, const Frame& decorating) const noexcept;
 
 	/// The outermost element around a fragment that is drawn as a picture of its own, inside of `around`; null for
 	/// none.
@@ -98,6 +91,7 @@ private:
 	Matrix2d MakePlace(std::size_t cluster, const TextPosition& position) const noexcept;
 	void Measure(std::size_t cluster) noexcept;
 	Result<void> AddFragments(const BaseArray<TextPosition>& positions) noexcept;
+	Result<void> MeasureLines() noexcept;
 
 	Fonts* _fonts = nullptr;
 	TextContent _content;

@@ -2,6 +2,7 @@
 #include "text_shaping.h"
 
 #include "text_bidi.h"
+#include "text_capitals.h"
 #include "text_orientation.h"
 
 namespace orvan::drawing
@@ -68,7 +69,7 @@ private:
 		bool isSpaced;
 		bool isSmallCapital;
 		bool isUpright;
-		bool hasSmallCapitals;
+		SVGFontVariant variant; ///< As far as the font has letters for it.
 		bool isKerned;
 
 		bool operator==(const Kind&) const noexcept = default;
@@ -123,7 +124,8 @@ private:
 				style.letterSpacing != 0.0,
 				character.isSmallCapital,
 				_content.IsVertical() && IsUpright(character.code, style),
-				style.fontVariant == SVGFontVariant::smallCaps && span.font != nullptr && span.font->hasSmallCapitals,
+				span.font != nullptr && HasCapitals(*span.font, style.fontVariant) ? style.fontVariant
+																				   : SVGFontVariant::normal,
 				style.fontKerning != SVGFontKerning::none};
 	}
 
@@ -185,7 +187,7 @@ private:
 		hb_buffer_set_direction(buffer, kind.isUpright ? HB_DIRECTION_TTB
 										: isReversed   ? HB_DIRECTION_RTL
 													   : HB_DIRECTION_LTR);
-		hb_feature_t features[4];
+		hb_feature_t features[5];
 		unsigned int count = 0;
 		const auto set = [&](hb_tag_t tag, std::uint32_t value)
 		{
@@ -196,8 +198,12 @@ private:
 			set(HB_TAG('l', 'i', 'g', 'a'), 0);
 			set(HB_TAG('c', 'l', 'i', 'g'), 0);
 		}
-		if (kind.hasSmallCapitals)
+		if (kind.variant == SVGFontVariant::titlingCaps)
+			set(HB_TAG('t', 'i', 't', 'l'), 1);
+		else if (kind.variant != SVGFontVariant::normal && kind.variant != SVGFontVariant::unicase)
 			set(HB_TAG('s', 'm', 'c', 'p'), 1);
+		if (TakesCapitals(kind.variant))
+			set(HB_TAG('c', '2', 's', 'c'), 1);
 		if (!kind.isKerned)
 			set(HB_TAG('k', 'e', 'r', 'n'), 0);
 		hb_shape(face->shaper, buffer, features, count);
@@ -267,9 +273,6 @@ private:
 		const double scale = run.size / run.face.unit;
 		const double spacing = GetSpacing(character);
 		Vector2d pen;
-		// Space stands behind a character, which is left of one that is read from the right.
-		if (run.isReversed)
-			pen.x = spacing;
 		for (std::size_t i = 0; i < infos.size(); i++)
 		{
 			const hb_glyph_position_t& at = positions[i];
@@ -278,7 +281,8 @@ private:
 			pen.x += at.x_advance * scale;
 			pen.y -= at.y_advance * scale;
 		}
-		cluster.advance = isDownwards ? pen.y + spacing : run.isReversed ? pen.x : pen.x + spacing;
+		// Space stands right of a character, whichever way it is read, as browsers have it.
+		cluster.advance = (isDownwards ? pen.y : pen.x) + spacing;
 		return _shaped.clusters.Append(cluster);
 	}
 

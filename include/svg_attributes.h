@@ -191,12 +191,17 @@ enum class SVGImportAttribute : std::int32_t
 	path = 167,            ///< Array of `SVGPathCommand`: the path of a textPath that is given in place.
 	/// `SVGClipShape`, where "clip-path" is a shape instead of a reference; `clipPath` is the empty String then.
 	clipShape = 168,
-	backgroundColor = 169, ///< `SVGPaint`: what the outermost element lies on.
+	backgroundColor = 169,         ///< `SVGPaint`: what the outermost element lies on.
+	textDecorationStyle = 170,     ///< `SVGTextDecorationStyle` as Int32.
+	textDecorationThickness = 171, ///< `SVGLength`, a percentage of the font's size. Absent: as the font has it.
+	textUnderlineOffset = 172,     ///< `SVGLength` downwards from the baseline, likewise.
+	textTransform = 173,           ///< `SVGTextTransform` as Int32.
+	fontSizeAdjust = 174,          ///< Float: the height of an x for the size of the font; negative for "none".
 };
 
 /// The attributes' names by number. The link's is "href"; the attributes that hold more of "x", "y", "font-weight"
 /// and "clip-path" than the plain import keeps have names of their own.
-inline constexpr std::array<std::string_view, 170> kSVGAttributeNames = {
+inline constexpr std::array<std::string_view, 175> kSVGAttributeNames = {
 	"",
 	"id",
 	"class",
@@ -367,6 +372,11 @@ inline constexpr std::array<std::string_view, 170> kSVGAttributeNames = {
 	"path",
 	"clip-shape",
 	"background-color",
+	"text-decoration-style",
+	"text-decoration-thickness",
+	"text-underline-offset",
+	"text-transform",
+	"font-size-adjust",
 };
 
 } // namespace orvan

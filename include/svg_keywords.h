@@ -259,6 +259,20 @@ enum class SVGFontVariant : std::int32_t
 {
 	normal = 0,
 	smallCaps = 1,
+	allSmallCaps = 2,
+	petiteCaps = 3,
+	allPetiteCaps = 4,
+	unicase = 5,
+	titlingCaps = 6,
+};
+
+/// How the letters of a text are changed before they are drawn.
+enum class SVGTextTransform : std::int32_t
+{
+	none = 0,
+	capitalize = 1, ///< The first letter of each word becomes a capital.
+	uppercase = 2,
+	lowercase = 3,
 };
 
 enum class SVGWhiteSpace : std::int32_t
@@ -348,6 +362,16 @@ enum class SVGTextDecoration : std::int32_t
 	underline = 1,
 	overline = 2,
 	lineThrough = 4,
+};
+
+/// How the lines of "text-decoration" look.
+enum class SVGTextDecorationStyle : std::int32_t
+{
+	solid = 0,
+	doubled = 1, ///< "double".
+	dotted = 2,
+	dashed = 3,
+	wavy = 4,
 };
 
 } // namespace orvan

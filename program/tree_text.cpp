@@ -72,7 +72,10 @@ constexpr std::string_view kWritingModeWords[] = {"horizontal-tb", "vertical-rl"
 constexpr std::string_view kDirectionWords[] = {"ltr", "rtl"};
 constexpr std::string_view kUnicodeBidiWords[] = {"normal",           "embed",    "isolate", "bidi-override",
 												  "isolate-override", "plaintext"};
-constexpr std::string_view kFontVariantWords[] = {"normal", "small-caps"};
+constexpr std::string_view kFontVariantWords[] = {"normal",          "small-caps", "all-small-caps", "petite-caps",
+												  "all-petite-caps", "unicase",    "titling-caps"};
+constexpr std::string_view kTextTransformWords[] = {"none", "capitalize", "uppercase", "lowercase"};
+constexpr std::string_view kTextDecorationStyleWords[] = {"solid", "double", "dotted", "dashed", "wavy"};
 constexpr std::string_view kWhiteSpaceWords[] = {"normal", "pre", "nowrap", "pre-wrap", "pre-line", "break-spaces"};
 constexpr std::string_view kPointerEventsWords[] = {"auto",    "visiblePainted", "visibleFill", "visibleStroke",
 													"visible", "painted",        "fill",        "stroke",
@@ -128,6 +131,8 @@ constexpr Keywords kKeywords[] = {
 	{SVGImportAttribute::direction, kDirectionWords},
 	{SVGImportAttribute::unicodeBidi, kUnicodeBidiWords},
 	{SVGImportAttribute::fontVariant, kFontVariantWords},
+	{SVGImportAttribute::textTransform, kTextTransformWords},
+	{SVGImportAttribute::textDecorationStyle, kTextDecorationStyleWords},
 	{SVGImportAttribute::whiteSpace, kWhiteSpaceWords},
 	{SVGImportAttribute::pointerEvents, kPointerEventsWords},
 	{SVGImportAttribute::type, kTypeColorMatrixWords, SVGImportElementKind::feColorMatrix},

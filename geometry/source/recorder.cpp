@@ -445,7 +445,7 @@ private:
 	{
 		for (int i = 0; const Frame* const frame = TextLayout::FindDecorating(fragment, kind, i); i++)
 		{
-			Outline lines = ORVAN_TRY(layout.GetLines(fragment, kind));
+			Outline lines = ORVAN_TRY(layout.GetLines(fragment, kind, *frame));
 			ShapeStyle style = ORVAN_TRY(MakeStyle(*frame, lines, layout.GetBounds()));
 			style.fillRule = SVGFillRule::nonzero;
 			style.isVisible = fragment.frame->place.style.visibility == SVGVisibility::visible;

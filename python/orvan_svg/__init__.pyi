@@ -302,6 +302,7 @@ class Element:
     font_family: _TextAttribute
     font_kerning: _TextAttribute
     font_size: _LengthAttribute
+    font_size_adjust: _NumberAttribute
     font_stretch: _TextAttribute
     font_style: _TextAttribute
     font_variant: _TextAttribute
@@ -333,8 +334,12 @@ class Element:
     systemLanguage: _TextAttribute
     text_anchor: _TextAttribute
     text_decoration: _TextAttribute
+    text_decoration_style: _TextAttribute
+    text_decoration_thickness: _LengthAttribute
     text_orientation: _TextAttribute
     text_rendering: _TextAttribute
+    text_transform: _TextAttribute
+    text_underline_offset: _LengthAttribute
     transform_box: _TextAttribute
     transform_origin: _NumbersAttribute
     unicode_bidi: _TextAttribute

@@ -53,13 +53,8 @@ private:
 	{
 		for (const TextLineKind kind : kinds)
 		{
-			Outline lines;
 			for (int i = 0; const Frame* const frame = TextLayout::FindDecorating(fragment, kind, i); i++)
-			{
-				if (i == 0)
-					lines = ORVAN_TRY(_text.GetLines(fragment, kind));
-				ORVAN_TRY(PaintOutline(lines, *frame, opacity));
-			}
+				ORVAN_TRY(PaintOutline(ORVAN_TRY(_text.GetLines(fragment, kind, *frame)), *frame, opacity));
 		}
 		return {};
 	}
@@ -167,8 +162,8 @@ Result<void> FillText(const Canvas& canvas, const Frame& frame, const TextLayout
 		fill(ORVAN_TRY(text.GetOutline(fragment)));
 		for (const TextLineKind kind : {TextLineKind::underline, TextLineKind::overline, TextLineKind::lineThrough})
 		{
-			if (TextLayout::FindDecorating(fragment, kind, 0) != nullptr)
-				fill(ORVAN_TRY(text.GetLines(fragment, kind)));
+			for (int i = 0; const Frame* const decorating = TextLayout::FindDecorating(fragment, kind, i); i++)
+				fill(ORVAN_TRY(text.GetLines(fragment, kind, *decorating)));
 		}
 		DrawColorGlyphs(canvas.drawing, text, fragment, transform, 1.0);
 	}

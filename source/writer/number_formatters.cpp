@@ -141,6 +141,17 @@ bool FormatFontStretch(std::string& text, const WrittenValue& value)
 	return stretch != nullptr && AppendPercentage(text, *stretch, value.style.numbers);
 }
 
+bool FormatFontSizeAdjust(std::string& text, const WrittenValue& value)
+{
+	const auto* adjustment = value.Find<Float>();
+	if (adjustment != nullptr && *adjustment < 0.0)
+	{
+		text += "none";
+		return true;
+	}
+	return FormatNumber(text, value);
+}
+
 bool FormatMatrix(std::string& text, const WrittenValue& value)
 {
 	const auto* matrix = value.Find<Matrix2d>();

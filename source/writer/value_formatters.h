@@ -61,6 +61,7 @@ bool FormatOrient(std::string& text, const WrittenValue& value);
 bool FormatBaselineShift(std::string& text, const WrittenValue& value);
 bool FormatFontWeight(std::string& text, const WrittenValue& value);
 bool FormatFontStretch(std::string& text, const WrittenValue& value);
+bool FormatFontSizeAdjust(std::string& text, const WrittenValue& value);
 bool FormatMatrix(std::string& text, const WrittenValue& value);
 bool FormatTransformOrigin(std::string& text, const WrittenValue& value);
 bool FormatViewBox(std::string& text, const WrittenValue& value);

@@ -74,7 +74,9 @@ constexpr FormatterRow kFormatters[] = {
 	{&complete::ReadFontStyle, &FormatFontStyle},
 	{&complete::ReadFontWeight, &FormatFontWeight},
 	{&complete::ReadFontStretch, &FormatFontStretch},
+	{&complete::ReadFontSizeAdjust, &FormatFontSizeAdjust},
 	{&complete::ReadTextDecoration, &FormatTextDecoration},
+	{&complete::ReadThickness, &FormatLength},
 };
 
 Formatter FindFormatter(Reader read) noexcept

@@ -82,11 +82,12 @@ TEST(CompleteText, DecorationsInAnyOrder)
 		if (ParseTextDecoration(text, Source::style, value) != Parsed::value)
 			return kRefused;
 		return std::to_string(value.lines) + " " + std::to_string(static_cast<int>(value.style)) +
+			   (value.hasThickness ? " " + Text(value.thickness) : "") +
 			   (value.hasColor ? " " + Text(value.color) : "");
 	};
 	EXPECT_EQ(decoration("None"), "0 0");
 	EXPECT_EQ(decoration("underline LINE-THROUGH"), "5 0");
-	EXPECT_EQ(decoration("red wavy overline 2px"), "2 4 255 0 0 / 1");
+	EXPECT_EQ(decoration("red wavy overline 2px"), "2 4 2px 255 0 0 / 1");
 	EXPECT_EQ(decoration("dotted blink auto currentColor"), "8 2 currentColor");
 	for (const char* text : {"", "underline underline", "none underline", "underline none", "underline dotted overline",
 							 "red blue", "dotted dashed", "underline 2", "x"})

@@ -112,7 +112,8 @@ TEST_F(Texts, GoBackwardsWhereTheyAreToldTo)
 	const std::string backwards = "<text x='90' y='50' direction='rtl' unicode-bidi='bidi-override' ";
 	EXPECT_EQ("ff0000 42-72, 000000 75-89",
 			  RowOf(backwards + ">█<tspan dx='-2' font-size='40' fill='#f00'>█</tspan></text>", 40));
-	EXPECT_EQ("000000 50-63, 000000 75-89", RowOf(backwards + "letter-spacing='10'>██</text>", 40));
+	// Space between letters stands right of them.
+	EXPECT_EQ("000000 40-53, 000000 65-79", RowOf(backwards + "letter-spacing='10'>██</text>", 40));
 	// A chunk is ordered by itself.
 	EXPECT_EQ("000000 58-79", RowOf("<text x='10 40' y='50' font-size='30'>אב█</text>", 55));
 }
@@ -230,6 +231,60 @@ TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)
 	const auto decorated = DrawCompletely(
 		"<g text-decoration='underline' fill='#00f'><text x='10' y='50' font-size='40' fill='#f00'>nn</text></g>");
 	EXPECT_EQ("0000ff 50-50", Column(decorated, 36));
+}
+
+TEST_F(Texts, LettersChangeAsStylesWant)
+{
+	const auto draw = [](const std::string& text)
+	{
+		const DrawnPicture picture = DrawCompletely("<text x='5' y='50' " + text + "</text>");
+		std::string rows;
+		for (int y = 0; y < 100; y++)
+			rows += Row(picture, y) + '\n';
+		return rows;
+	};
+	// Small capitals that the font lacks have seven tenths of its size, and an x of this font is 0.546875 high.
+	const struct
+	{
+		const char* changed;
+		const char* plain;
+	} cases[] = {
+		{"style='text-transform:uppercase'>aßé<tspan>ab</tspan>", ">ASSÉ<tspan>AB</tspan>"},
+		{"style='text-transform:lowercase'>AÉ<tspan style='text-transform:none'>A</tspan>", ">aé<tspan>A</tspan>"},
+		{"style='text-transform:capitalize'>it's éa-b <tspan>c</tspan>d", ">It's Éa-B <tspan>C</tspan>d"},
+		{"style='font-variant:all-small-caps'>Ab1", "><tspan font-size='70%'>AB1</tspan>"},
+		{"style='font-variant-caps:petite-caps'>Ab", ">A<tspan font-size='70%'>B</tspan>"},
+		{"style='font-variant-caps:unicase'>Ab", "><tspan font-size='70%'>A</tspan>b"},
+		{"style='font-variant-caps:titling-caps'>Ab", ">Ab"},
+		{"style='font-size-adjust:1.09375'>xA<tspan style='font-size-adjust:none'>b</tspan>",
+		 "font-size='40'>xA<tspan font-size='20'>b</tspan>"},
+	};
+	for (const auto& [changed, plain] : cases)
+		EXPECT_EQ(draw(plain), draw(changed)) << changed;
+}
+
+TEST_F(Texts, LinesLookAsTheElementWantsThatAsksForThem)
+{
+	const auto draw = [](const std::string& line)
+	{
+		return DrawCompletely("<g style='text-underline-offset:6px;text-decoration:underline 20% " + line +
+							  "'><text x='10' y='50'>███</text></g>");
+	};
+	EXPECT_EQ("000000 32-54, 000000 56-59", Column(draw("solid"), 20));
+	EXPECT_EQ("000000 32-54, 000000 56-59, 000000 64-67", Column(draw("double"), 20));
+	EXPECT_EQ("000000 10-17, 000000 23-29, 000000 36-42, 000000 49-55", Row(draw("dashed"), 57));
+	// Dots are as far apart as they are wide, as nearly as the line allows.
+	const auto dotted = draw("dotted");
+	EXPECT_EQ("000000 11-12, 000000 19-21, 000000 28-29, 000000 36-38, 000000 44-46, 000000 53-54", Row(dotted, 57));
+	EXPECT_EQ("00000049", dotted.At(10, 56));
+	// Waves swing by a quarter of what they are drawn with, at first downwards.
+	const auto wavy = draw("wavy");
+	EXPECT_EQ("000000 32-54, 000000 65-67", Column(wavy, 14));
+	EXPECT_EQ("000000 32-54, 000000 58-60", Column(wavy, 23));
+	// The shorthand says all of it.
+	const std::string text = "<text x='10' y='50' style='text-decoration-thickness:9px;text-decoration-style:wavy;";
+	EXPECT_EQ(Column(DrawCompletely("<text x='10' y='50' text-decoration='underline'>nn</text>"), 16),
+			  Column(DrawCompletely(text + "text-decoration:underline'>nn</text>"), 16));
 }
 
 TEST_F(Texts, BaselinesMoveLettersUpAndDown)

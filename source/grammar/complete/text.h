@@ -100,12 +100,13 @@ struct TextDecoration
 {
 	std::uint32_t lines = 0; ///< Of TextDecorationLine; 0 is "none".
 	TextDecorationStyle style = TextDecorationStyle::solid;
+	bool hasThickness = false; ///< Whether another one than the font's was written.
+	Length thickness;
 	bool hasColor = false;
 	Color color; ///< When it has one.
 };
 
-/// "text-decoration", the shorthand with line, style, colour and thickness (which is dropped), and
-/// "text-decoration-line".
+/// "text-decoration", the shorthand with line, style, colour and thickness, and "text-decoration-line".
 Parsed ParseTextDecoration(std::string_view text, Source source, TextDecoration& decoration) noexcept;
 
 enum class BaselineShiftKind

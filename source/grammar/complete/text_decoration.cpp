@@ -27,17 +27,17 @@ constexpr StyleRow kStyles[]{
 	{"wavy", TextDecorationStyle::wavy},
 };
 
-bool TakeThickness(ValueCursor& cursor) noexcept
+bool TakeThickness(ValueCursor& cursor, TextDecoration& decoration) noexcept
 {
 	const char* const before = cursor.At();
 	if (cursor.TakeWord("auto") || cursor.TakeWord("from-font"))
 		return true;
-	Length length;
-	const bool isTaken = cursor.TakeLength(Range::any, cursor.GetSource() == Source::attribute, length);
-	if (!isTaken)
+	decoration.hasThickness =
+		cursor.TakeLength(Range::any, cursor.GetSource() == Source::attribute, decoration.thickness);
+	if (!decoration.hasThickness)
 		cursor.MoveTo(before);
 	cursor.SkipSpaces();
-	return isTaken;
+	return decoration.hasThickness;
 }
 
 /// Takes "none" or lines, each at most once.
@@ -70,7 +70,7 @@ Parsed ParseTextDecoration(std::string_view text, Source source, TextDecoration&
 			hasLines = true;
 		else if (!hasStyle && cursor.TakeKeyword(kStyles, result.style))
 			hasStyle = true;
-		else if (!hasThickness && TakeThickness(cursor))
+		else if (!hasThickness && TakeThickness(cursor, result))
 			hasThickness = true;
 		else if (!result.hasColor && TakeColor(cursor, result.color))
 			result.hasColor = true;

@@ -63,7 +63,9 @@ constexpr Keyword kAlignmentBaseline[] = {{"auto", 0}, {"baseline", 12}, {"befor
 constexpr Keyword kWritingMode[] = {{"horizontal-tb", 0}, {"lr-tb", 0}, {"rl-tb", 0}, {"lr", 0}, {"rl", 0}, {"vertical-rl", 1}, {"tb-rl", 1}, {"tb", 1}, {"vertical-lr", 2}, {"sideways-rl", 3}, {"sideways-lr", 4}};
 constexpr Keyword kDirection[] = {{"ltr", 0}, {"rtl", 1}};
 constexpr Keyword kUnicodeBidi[] = {{"normal", 0}, {"embed", 1}, {"isolate", 2}, {"bidi-override", 3}, {"isolate-override", 4}, {"plaintext", 5}};
-constexpr Keyword kFontVariant[] = {{"normal", 0}, {"none", 0}, {"small-caps", 1}};
+constexpr Keyword kFontVariant[] = {{"normal", 0}, {"none", 0}, {"small-caps", 1}, {"all-small-caps", 2}, {"petite-caps", 3}, {"all-petite-caps", 4}, {"unicase", 5}, {"titling-caps", 6}};
+constexpr Keyword kTextTransform[] = {{"none", 0}, {"capitalize", 1}, {"uppercase", 2}, {"lowercase", 3}};
+constexpr Keyword kTextDecorationStyle[] = {{"solid", 0}, {"double", 1}, {"dotted", 2}, {"dashed", 3}, {"wavy", 4}};
 constexpr Keyword kFontKerning[] = {{"auto", 0}, {"normal", 1}, {"none", 2}};
 constexpr Keyword kTextOrientation[] = {{"mixed", 0}, {"upright", 1}, {"sideways", 2}, {"sideways-right", 2}};
 constexpr Keyword kSide[] = {{"left", 0}, {"right", 1}};
@@ -169,6 +171,9 @@ constexpr std::array kRules = {
 	Rule{"text-anchor", Number::textAnchor, &ReadKeyword, Role::inherited, kAll, "start", kTextAnchor},
 	Rule{"text-decoration", Number::textDecoration, &ReadTextDecoration, Role::property},
 	Rule{"text-decoration-line", Number::textDecoration, &ReadTextDecoration, Role::declaration},
+	Rule{"text-decoration-style", Number::textDecorationStyle, &ReadKeyword, Role::declaration, kAll, "", kTextDecorationStyle},
+	Rule{"text-decoration-thickness", Number::textDecorationThickness, &ReadThickness, Role::declaration},
+	Rule{"text-underline-offset", Number::textUnderlineOffset, &ReadThickness, Role::declaration},
 	Rule{"letter-spacing", Number::letterSpacing, &ReadSpacing, Role::inherited, kAll, "normal"},
 	Rule{"word-spacing", Number::wordSpacing, &ReadSpacing, Role::inherited, kAll, "normal"},
 	Rule{"dominant-baseline", Number::dominantBaseline, &ReadKeyword, Role::inherited, kAll, "auto", kDominantBaseline},
@@ -182,6 +187,8 @@ constexpr std::array kRules = {
 	Rule{"font-variant-caps", Number::fontVariant, &ReadKeyword, Role::declaration, kAll, "normal", kFontVariant},
 	Rule{"font-stretch", Number::fontStretch, &ReadFontStretch, Role::inherited, kAll, "normal"},
 	Rule{"font-width", Number::fontStretch, &ReadFontStretch, Role::declaration, kAll, "normal"},
+	Rule{"text-transform", Number::textTransform, &ReadKeyword, Role::declaration, kAll, "", kTextTransform},
+	Rule{"font-size-adjust", Number::fontSizeAdjust, &ReadFontSizeAdjust, Role::declaration},
 	Rule{"white-space", Number::whiteSpace, &ReadKeyword, Role::inherited, kAll, "normal", kWhiteSpace},
 	Rule{"xml:space", Number::whiteSpace, &ReadXmlSpace},
 	Rule{"lang", Number::language, &ReadRawText},

@@ -2,6 +2,7 @@
 /// Readers of fonts and of what belongs to text.
 #include "importer/complete/importer.h"
 #include "importer/complete/value_readers.h"
+#include "importer/grammar_values.h"
 
 #include <string>
 
@@ -131,7 +132,51 @@ Result<Reading> ReadTextDecoration(const Application& application)
 		return Reading::refused;
 	constexpr std::uint32_t kLines =
 		grammar::complete::kUnderline | grammar::complete::kOverline | grammar::complete::kLineThrough;
-	ORVAN_TRY(application.element.Store(Number::textDecoration, static_cast<std::int32_t>(decoration.lines & kLines)));
+	ElementBase& element = application.element;
+	ORVAN_TRY(element.Store(Number::textDecoration, static_cast<std::int32_t>(decoration.lines & kLines)));
+	if (application.rule.name != kSVGAttributeNames[static_cast<std::size_t>(Number::textDecoration)])
+		return Reading::applied;
+	// The shorthand says all that there is to say.
+	if (decoration.style == grammar::complete::TextDecorationStyle::solid)
+		ORVAN_TRY(element.Unset(Number::textDecorationStyle));
+	else
+		ORVAN_TRY(element.Store(Number::textDecorationStyle, static_cast<std::int32_t>(decoration.style)));
+	if (decoration.hasThickness)
+		ORVAN_TRY(element.Store(Number::textDecorationThickness, ToLength(decoration.thickness)));
+	else
+		ORVAN_TRY(element.Unset(Number::textDecorationThickness));
+	return Reading::applied;
+}
+
+Result<Reading> ReadThickness(const Application& application)
+{
+	constexpr grammar::complete::Keyword kOfTheFont[] = {{"auto", 0}, {"from-font", 0}};
+	std::int32_t keyword = 0;
+	grammar::Length length;
+	if (grammar::complete::ParseKeyword(application.text, kOfTheFont, keyword) == Parsed::value)
+		ORVAN_TRY(application.element.Unset(application.rule.number));
+	else if (grammar::complete::ParseLength(application.text, application.source, grammar::complete::Range::any,
+											length) == Parsed::value)
+		ORVAN_TRY(application.element.Store(application.rule.number, ToLength(length)));
+	else
+		return Reading::refused;
+	return Reading::applied;
+}
+
+Result<Reading> ReadFontSizeAdjust(const Application& application)
+{
+	constexpr grammar::complete::Keyword kNone[] = {{"none", 0}};
+	constexpr std::string_view kBasis = "ex-height ";
+	std::int32_t keyword = 0;
+	Float adjustment = -1.0;
+	std::string_view text = application.text;
+	if (text.starts_with(kBasis))
+		text.remove_prefix(kBasis.size());
+	if (grammar::complete::ParseKeyword(application.text, kNone, keyword) != Parsed::value &&
+		grammar::complete::ParseNumber(text, application.source, grammar::complete::Range::notNegative, adjustment) !=
+			Parsed::value)
+		return Reading::refused;
+	ORVAN_TRY(application.element.Store(application.rule.number, adjustment));
 	return Reading::applied;
 }
 

@@ -72,6 +72,8 @@ Result<Reading> ReadFontStyle(const Application& application);
 Result<Reading> ReadFontWeight(const Application& application);
 Result<Reading> ReadFontStretch(const Application& application);
 Result<Reading> ReadFont(const Application& application);
+Result<Reading> ReadFontSizeAdjust(const Application& application); ///< A number for the height of an x, or "none".
 Result<Reading> ReadTextDecoration(const Application& application);
+Result<Reading> ReadThickness(const Application& application); ///< Of a line: a length, or the font's.
 
 } // namespace orvan::svg::complete
