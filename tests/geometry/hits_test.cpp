@@ -334,10 +334,13 @@ std::string AskAll(const AskedPicture& picture, const SVGGeometryRef& geometry, 
 		}
 		answers += '\n';
 	}
-	for (int point = 0; point < 400; point++)
+	for (int row = 0; row < 20; row++)
 	{
-		const Vector2d at{point % 20 * 5.0 + 0.3, static_cast<double>(point / 20) * 5.0 + 0.7};
-		answers += AskedPicture::Describe(Must(geometry->FindAt(at, {.findsAll = true}))) + ';';
+		for (int column = 0; column < 20; column++)
+		{
+			const Vector2d at{column * 5.0 + 0.3, row * 5.0 + 0.7};
+			answers += AskedPicture::Describe(Must(geometry->FindAt(at, {.findsAll = true}))) + ';';
+		}
 	}
 	return answers + std::to_string(Must(geometry->Normalize({})).points.GetCount());
 }
