@@ -64,4 +64,18 @@ bool Chain::Has(SVGImportAttribute key) const noexcept
 	return false;
 }
 
+Rectangle Chain::GetArea(bool isInBox, const Place& place, const Rectangle& box) const noexcept
+{
+	using Key = SVGImportAttribute;
+	const auto get = [&](Key key, Axis axis)
+	{
+		const SVGLength length = GetOr(key, SVGLength{0.0, SVGLengthUnit::number});
+		return isInBox && length.unit == SVGLengthUnit::percent ? length.value : place.Resolve(length, axis);
+	};
+	const double x = get(Key::x, Axis::horizontal);
+	const double y = get(Key::y, Axis::vertical);
+	const Rectangle area{x, y, x + get(Key::width, Axis::horizontal), y + get(Key::height, Axis::vertical)};
+	return isInBox ? Transform(BoxTransform(box), area) : area;
+}
+
 } // namespace orvan::drawing

@@ -40,6 +40,9 @@ public:
 	/// defined is used.
 	Matrix2d GetTransform(SVGImportAttribute key, const Place& place) const noexcept;
 
+	/// What `x`, `y`, `width` and `height` say: fractions of `box` when `isInBox`, otherwise lengths where it is used.
+	Rectangle GetArea(bool isInBox, const Place& place, const Rectangle& box) const noexcept;
+
 	/// The nearest element that has a child with the interface `I`; null when none has.
 	template <typename I>
 	ObjectBase* FindParentOf() const noexcept

@@ -99,21 +99,6 @@ bool IsPattern(ObjectBase* element) noexcept
 	return static_cast<bool>(Borrowed<SVGPatternElementInterface>(element));
 }
 
-/// Where a tile lies, in the coordinates of the pattern.
-Rectangle GetTile(const Chain& chain, bool isBox, const Place& place, const Rectangle& box) noexcept
-{
-	using Key = SVGImportAttribute;
-	const auto get = [&](Key key, Axis axis)
-	{
-		const SVGLength length = chain.GetOr(key, SVGLength{0.0, SVGLengthUnit::number});
-		return isBox && length.unit == SVGLengthUnit::percent ? length.value : place.Resolve(length, axis);
-	};
-	const double x = get(Key::x, Axis::horizontal);
-	const double y = get(Key::y, Axis::vertical);
-	const Rectangle area{x, y, x + get(Key::width, Axis::horizontal), y + get(Key::height, Axis::vertical)};
-	return isBox ? Transform(BoxTransform(box), area) : area;
-}
-
 /// From what stands in a pattern to the corner of its tile; nothing where nothing shows.
 std::optional<Matrix2d> GetContentTransform(const Chain& chain, bool isBox, const Rectangle& tile,
 											const Rectangle& box) noexcept
@@ -169,7 +154,7 @@ Result<std::optional<RecordedPaint>> LayPattern(const PaintUser& to, const Frame
 	const Rectangle box = isTileInBox || isContentInBox ? lazyBox.Get() : Rectangle{0.0, 0.0, 1.0, 1.0};
 	if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 		return none;
-	const Rectangle tile = GetTile(chain, isTileInBox, frame.place, box);
+	const Rectangle tile = chain.GetArea(isTileInBox, frame.place, box);
 	const Matrix2d toView = frame.place.transform * chain.GetTransform(Key::patternTransform, frame.place);
 	const auto toCorner = GetContentTransform(chain, isContentInBox, tile, box);
 	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(toView) || !toCorner)

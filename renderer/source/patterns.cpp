@@ -23,21 +23,6 @@ constexpr double kTurnedDetail = 2.0;
 /// Largest side of a tile in pixels.
 constexpr double kMaxTileSide = 4096.0;
 
-/// A rectangle of lengths: fractions of a box, or in the user's units.
-Rectangle GetArea(const Chain& chain, SVGUnits units, const Place& place, const Rectangle& box) noexcept
-{
-	const bool isBox = units == SVGUnits::objectBoundingBox;
-	const auto get = [&](Key key, Axis axis)
-	{
-		const SVGLength length = chain.GetOr(key, SVGLength{0.0, SVGLengthUnit::number});
-		return isBox && length.unit == SVGLengthUnit::percent ? length.value : place.Resolve(length, axis);
-	};
-	const double x = get(Key::x, Axis::horizontal);
-	const double y = get(Key::y, Axis::vertical);
-	const Rectangle area{x, y, x + get(Key::width, Axis::horizontal), y + get(Key::height, Axis::vertical)};
-	return isBox ? Transform(BoxTransform(box), area) : area;
-}
-
 /// What stands in a tile, with what is in force there; its transform leads to the pattern's coordinates.
 struct TileContent
 {
@@ -142,7 +127,7 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 	const Rectangle box = usesBox ? at.box.Get() : none;
 	if (usesBox && !(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 		return PaintResult::invalid;
-	const Rectangle tile = GetArea(chain, units, at.frame.place, box);
+	const Rectangle tile = chain.GetArea(units == SVGUnits::objectBoundingBox, at.frame.place, box);
 	const Matrix2d transform = at.frame.place.transform * chain.GetTransform(Key::patternTransform, at.frame.place);
 	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(transform))
 		return PaintResult::invalid;
