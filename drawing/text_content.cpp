@@ -5,6 +5,7 @@
 #include "references.h"
 #include "shapes.h"
 #include "svg_complete.h"
+#include "text_baselines.h"
 #include "text_capitals.h"
 #include "text_orientation.h"
 
@@ -62,60 +63,6 @@ bool JoinsWithPrevious(char32_t code, char32_t previous) noexcept
 	const GUnicodeType type = g_unichar_type(code);
 	return type == G_UNICODE_NON_SPACING_MARK || type == G_UNICODE_ENCLOSING_MARK || type == G_UNICODE_SPACING_MARK ||
 		   code == kJoiner || previous == kJoiner || (code >= kFirstSkinTone && code <= kLastSkinTone);
-}
-
-/// How far the baselines of spans are moved upwards by what they say themselves, with those around them.
-double GetBaselineShift(const Frame& frame, const Font* font, double size) noexcept
-{
-	const auto* shift = frame.attributes.Find<SVGBaselineShift>(static_cast<std::int32_t>(Key::baselineShift));
-	if (shift == nullptr)
-		return 0.0;
-	const FontMetrics metrics = font != nullptr ? font->metrics : FontMetrics();
-	switch (shift->type)
-	{
-	case SVGBaselineShiftType::baseline:
-		break;
-	case SVGBaselineShiftType::sub:
-		return metrics.subscript * size;
-	case SVGBaselineShiftType::super:
-		return metrics.superscript * size;
-	case SVGBaselineShiftType::length:
-		return shift->length.unit == SVGLengthUnit::percent ? shift->length.value * size
-															: frame.Resolve(shift->length, Axis::other);
-	}
-	return 0.0;
-}
-
-/// The height of the line of a font that is put where the text's line is, above the alphabetic baseline.
-double GetBaseline(SVGBaseline baseline, const FontMetrics& metrics, bool isUpright) noexcept
-{
-	switch (baseline)
-	{
-	case SVGBaseline::middle:
-		return metrics.xHeight / 2.0;
-	case SVGBaseline::central:
-		return (metrics.ascent + metrics.descent) / 2.0;
-	case SVGBaseline::mathematical:
-		return metrics.ascent * 0.5;
-	case SVGBaseline::hanging:
-		return metrics.ascent * 0.8;
-	case SVGBaseline::textBeforeEdge:
-	case SVGBaseline::beforeEdge:
-		return metrics.ascent;
-	case SVGBaseline::ideographic:
-	case SVGBaseline::textAfterEdge:
-	case SVGBaseline::afterEdge:
-		return metrics.descent;
-	case SVGBaseline::alphabetic:
-		return 0.0;
-	case SVGBaseline::automatic:
-	case SVGBaseline::useScript:
-	case SVGBaseline::noChange:
-	case SVGBaseline::resetSize:
-	case SVGBaseline::baseline:
-		break;
-	}
-	return isUpright ? (metrics.ascent + metrics.descent) / 2.0 : 0.0;
 }
 
 } // namespace
