@@ -61,7 +61,7 @@ struct DataType
 {
 	const char* id;
 	std::atomic<const DataTypeOperations*> operations; ///< Null while no loaded module provides the type.
-	/// Number of values that need the operations to be released; counted by the containers that hold them.
+	/// Number of values in `Data` to be released by the operations; the host counts those of dictionaries elsewhere.
 	mutable std::atomic<std::int64_t> liveValues;
 	/// Copied from the operations, so that trivial values can be dropped without them.
 	std::uint32_t size;

@@ -57,7 +57,7 @@ struct ClassInfo
 
 	const char* id;
 	std::atomic<const ClassDeclaration*> declaration;
-	std::atomic<std::int64_t> liveObjects;
+	std::atomic<std::int64_t> liveObjects; ///< Always zero, kept for the layout: the host counts elsewhere.
 	int tableCount;
 	MethodTable tables[kMaxInterfaces];
 };
