@@ -56,19 +56,22 @@ Result<bool> FindFilter(Scene& scene, const Frame& user, Extent& extent, FilterS
 
 } // namespace
 
+double ResolveSide(const SVGLength& length, Axis axis, SVGUnits units, const Place& place, double start,
+				   double size) noexcept
+{
+	if (units != SVGUnits::objectBoundingBox)
+		return place.Resolve(length, axis);
+	const bool isFraction = length.unit == SVGLengthUnit::percent;
+	return start + size * (isFraction ? length.value : place.Resolve(length, axis));
+}
+
 Rectangle ResolveRegion(const DataDictionary& attributes, SVGUnits units, const Place& place, const Rectangle& box,
 						const Rectangle& absent) noexcept
 {
-	const bool isBox = units == SVGUnits::objectBoundingBox;
 	const auto get = [&](Key key, Axis axis, double start, double size, double otherwise)
 	{
 		const auto* length = attributes.Find<SVGLength>(static_cast<std::int32_t>(key));
-		if (length == nullptr)
-			return otherwise;
-		if (!isBox)
-			return place.Resolve(*length, axis);
-		const bool isFraction = length->unit == SVGLengthUnit::percent;
-		return start + size * (isFraction ? length->value : place.Resolve(*length, axis));
+		return length != nullptr ? ResolveSide(*length, axis, units, place, start, size) : otherwise;
 	};
 	const double left = get(Key::x, Axis::horizontal, box.left, box.GetWidth(), absent.left);
 	const double top = get(Key::y, Axis::vertical, box.top, box.GetHeight(), absent.top);
@@ -92,6 +95,21 @@ Result<BaseArray<FilterStage>> GetFilterStages(Scene& scene, const Frame& user, 
 		ORVAN_TRY(stages.Append(std::move(stage)));
 	}
 	return stages;
+}
+
+Matrix2d GetPictureScale(const SVGElementRef& element, const Viewport& viewport, const Rectangle& region) noexcept
+{
+	if (!(viewport.width > 0.0 && viewport.height > 0.0))
+		return {};
+	const DataDictionary attributes = element->GetAttributeDictionary();
+	for (const Key key : {Key::x, Key::y, Key::width, Key::height, Key::cx, Key::cy, Key::r, Key::rx, Key::ry, Key::x1,
+						  Key::y1, Key::x2, Key::y2})
+	{
+		const auto* length = attributes.Find<SVGLength>(static_cast<std::int32_t>(key));
+		if (length != nullptr && length->unit == SVGLengthUnit::percent)
+			return Scaling(region.GetWidth() / viewport.width, region.GetHeight() / viewport.height);
+	}
+	return {};
 }
 
 Rectangle GetFilteredBounds(const BaseArray<FilterStage>& stages, const Frame& user, const Rectangle& touched) noexcept

@@ -36,4 +36,12 @@ Rectangle GetFilteredBounds(const BaseArray<FilterStage>& stages, const Frame& u
 Rectangle ResolveRegion(const DataDictionary& attributes, SVGUnits units, const Place& place, const Rectangle& box,
 						const Rectangle& absent) noexcept;
 
+/// How much larger an element of the document becomes that goes into a filter ("feImage"): what is given in parts of
+/// the viewport is fitted into the region. The corner of the region is the element's origin.
+Matrix2d GetPictureScale(const SVGElementRef& element, const Viewport& viewport, const Rectangle& region) noexcept;
+
+/// A side of such a rectangle by itself: in fractions of `size` from `start`, or in the user's units.
+double ResolveSide(const SVGLength& length, Axis axis, SVGUnits units, const Place& place, double start,
+				   double size) noexcept;
+
 } // namespace orvan::drawing

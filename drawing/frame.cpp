@@ -48,7 +48,8 @@ Frame::Frame(ObjectBase* visited, const Place& outside, const Frame* outerFrame,
 	place.style.Apply(attributes, place.viewport);
 	effects = Effects(attributes);
 	local = GetTransform(*this, svgElement->GetLocalTransform(), std::exchange(place.referenceBox, nullptr));
-	place.transform = place.transform * local;
+	if (!std::exchange(place.isTransformTaken, false))
+		place.transform = place.transform * local;
 	canDraw = IsInvertible(place.transform);
 }
 

@@ -26,6 +26,7 @@ struct Place
 	/// What the origin of the next element's transform refers to, in that element's coordinates; null for the viewport.
 	const Rectangle* referenceBox = nullptr;
 	const ContextPaints* context = nullptr; ///< What context-fill and context-stroke stand for; null for nothing.
+	bool isTransformTaken = false;          ///< The next element's own transform is no part of its coordinates.
 
 	double Resolve(const SVGLength& length, Axis axis) const noexcept
 	{

@@ -27,6 +27,7 @@ struct Scene
 	Matrix2d placement{};                ///< From the coordinates around the outermost element to those of the picture.
 	ImageSource* images = nullptr;       ///< Null where no images are drawn.
 	bool isComplete = false; ///< The document was imported completely: what it does not say has its initial value.
+	bool drawsFilteredApart = false;  ///< Sinks are asked about what is filtered before it is drawn (`BeginApart`).
 	std::string_view language = "en"; ///< Of whoever looks at the picture.
 	Limits limits{};
 	/// The way from the outermost element down to the only one that is wanted; empty where all are.

@@ -50,6 +50,17 @@ public:
 		return true;
 	}
 
+	/// An element that is filtered comes next. When the result is true, it comes in coordinates of its own, from which
+	/// `toPicture` leads to those that were in force. Asked where the scene says so.
+	virtual Result<bool> BeginApart(const Frame& /*frame*/, const Matrix2d& /*toPicture*/) noexcept
+	{
+		return false;
+	}
+
+	virtual void EndApart() noexcept
+	{
+	}
+
 	/// A shape with its effects. The outline is the sink's, which may take it away.
 	virtual Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept = 0;
 	/// A text with its effects.

@@ -76,7 +76,14 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 		const auto reference = GetTransformBox(attributes);
 		if (reference != SVGTransformBox::viewBox && outside.referenceBox == nullptr)
 			return DrawInOwnBox(element, reference, outside, outer);
+		if (_scene.drawsFilteredApart && attributes.Has(static_cast<std::int32_t>(SVGImportAttribute::filter)))
+			return DrawApart(element, outside, outer);
 	}
+	return DrawByKind(element, outside, outer);
+}
+
+Result<void> Walk::DrawByKind(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
 	if (const ShapeKind kind = GetShapeKind(element); kind != ShapeKind::none)
 		return DrawShape(kind, element, outside, outer);
 	if (Borrowed<SVGGroupElementInterface>(element))
@@ -118,6 +125,28 @@ Result<void> Walk::DrawElement(ObjectBase* element, const Place& outside, const 
 			box = box.Grow(GetStrokeWidth(frame.place) / 2.0);
 	}
 	return DrawElement(element, inside, outer);
+}
+
+[[gnu::noinline]] Result<void> Walk::DrawApart(ObjectBase* element, const Place& outside, const Frame* outer) noexcept
+{
+	Place inside = outside;
+	// The outermost element has its transform about the middle of what it is fitted into.
+	inside.isTransformTaken = outer != nullptr;
+	bool isApart = false;
+	{
+		const Frame frame(element, outside, outer, _scene.limits);
+		const Matrix2d& toPicture = outer != nullptr ? frame.place.transform : outside.transform;
+		if (frame.canDraw && frame.effects.filter != nullptr)
+			isApart = ORVAN_TRY(_sink.BeginApart(frame, toPicture));
+	}
+	if (!isApart)
+		return DrawByKind(element, outside, outer);
+	inside.transform = Matrix2d();
+	const Result<void> drawn = DrawByKind(element, inside, outer);
+	_sink.EndApart();
+	if (!drawn.IsOk())
+		return drawn.GetError();
+	return {};
 }
 
 Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Frame& frame) noexcept

@@ -32,6 +32,9 @@ private:
 	/// Visits an element whose transform refers to its own box.
 	Result<void> DrawInOwnBox(ObjectBase* element, SVGTransformBox reference, const Place& outside,
 							  const Frame* outer) noexcept;
+	/// Visits an element that is filtered, apart from what stands around it where the sink wants that.
+	Result<void> DrawApart(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
+	Result<void> DrawByKind(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawShape(ShapeKind kind, ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawText(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;
 	Result<void> DrawImage(ObjectBase* element, const Place& outside, const Frame* outer) noexcept;

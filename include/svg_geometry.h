@@ -335,9 +335,10 @@ public:
 				 (const SVGNormalizeOptions& options, SVGNormalizedClips clips), options, clips)
 	/// Everything that is painted and visible as a document of plain paths, which was loaded from its own text and can
 	/// be saved. It looks like the picture: beside paths there are gradients, patterns, images, masks, and groups where
-	/// a group has an opacity, a clip path, a mask or is blended; dashed strokes, and strokes whose pen is wider one
-	/// way than the other, are outlined. Left out are filters, with a warning. Normalising the result by the same
-	/// options, the grid apart, gives the same text. Fails as `Normalize` does.
+	/// a group has an opacity, a clip path, a mask, a filter or is blended; dashed strokes, and strokes whose pen is
+	/// wider one way than the other, are outlined. What is filtered stands in a group with the transform that it has,
+	/// since filters work in its coordinates, and clip paths around filters and images are kept. Normalising the result
+	/// by the same options, the grid apart, gives the same text. Fails as `Normalize` does.
 	ORVAN_METHOD(12, Result<SVGDocumentRef>, NormalizeToDocument,
 				 (const SVGNormalizeOptions& options, SVGNormalizedClips clips), options, clips)
 };

@@ -47,16 +47,19 @@ Result<Outline> Intersect(const Outline& outline, SVGFillRule rule, const Outlin
 template <typename Visit>
 Result<void> ClipAreas::ForEachArea(std::int32_t node, Visit visit) noexcept
 {
-	for (std::int32_t at = node; at >= 0; at = _record.At(at).parent)
+	// What masks and tiles hold, or is filtered, is cut off by nothing beyond.
+	bool isInside = true;
+	for (std::int32_t at = node; at >= 0 && isInside; at = _record.At(at).parent)
 	{
+		isInside = _record.At(at).kind != NodeKind::content && _record.At(at).kind != NodeKind::apart;
+		if (_record.At(at).hasPixels)
+			continue; // Keeps what cuts it off.
 		const NodeEdges* const edges = _record.EdgesOf(_record.At(at));
 		// The view itself ends where the outermost viewport does.
 		if (edges != nullptr && edges->hasViewport && at > 0)
 			ORVAN_TRY(visit(*ORVAN_TRY(GetViewport(at))));
 		if (_record.At(at).clip >= 0)
 			ORVAN_TRY(visit(*ORVAN_TRY(GetRegion(_record.At(at).clip))));
-		if (_record.At(at).kind == NodeKind::content)
-			break; // What masks and tiles hold is cut off by nothing beyond.
 	}
 	return {};
 }

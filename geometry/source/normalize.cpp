@@ -29,16 +29,18 @@ constexpr Part kOrders[][3] = {
 class Normalizer
 {
 public:
-	Normalizer(const Record& record, const Matrix2d& toResult, const SVGNormalizeOptions& options,
+	Normalizer(const Record& record, const ContentPlace& place, const SVGNormalizeOptions& options,
 			   SVGNormalizedClips clips, StrokeNeeds needs, NormalizedSink& sink) noexcept
-		: _record(record), _options(options), _clips(clips), _needs(needs), _sink(sink), _viewResult(toResult),
-		  _areas(record, _viewResult)
+		: _record(record), _options(options), _clips(clips), _needs(needs), _sink(sink), _place(place),
+		  _areas(record, _place.toResult)
 	{
 	}
 
 	Result<void> AddNode(std::int32_t index, bool isWhole) noexcept
 	{
 		const Node& node = _record.At(index);
+		if (node.kind == NodeKind::apart)
+			return _sink.AddApart(index);
 		const bool isCut = node.clip >= 0 && _clips == SVGNormalizedClips::ignored;
 		// A document has masks and blending, columns have neither.
 		isWhole = isWhole && !isCut && !(_needs == StrokeNeeds::roundPens ? node.isFiltered : node.isChanged);
@@ -121,8 +123,8 @@ private:
 	{
 		const Node& node = _record.At(index);
 		const RecordedShape& shape = _record.ShapeOf(node);
-		const Matrix2d pen = shape.style->isPenUnscaled ? node.toView : Matrix2d();
-		const Matrix2d toResult = ToResult(shape.style->isPenUnscaled ? Matrix2d() : node.toView);
+		const Matrix2d pen = shape.style->isPenUnscaled ? _place.toView * node.toView : Matrix2d();
+		const Matrix2d toResult = GetPenResult(node, shape);
 		const double stretch = drawing::GetStretch(toResult);
 		if (!(stretch > 0.0))
 			return {};
@@ -162,8 +164,7 @@ private:
 		const RecordedShape& shape = _record.ShapeOf(node);
 		double width = 0.0;
 		if (stroke.kind != SVGNormalizedPaint::none)
-			width = shape.style->pen.width *
-					drawing::GetMeanScale(ToResult(shape.style->isPenUnscaled ? Matrix2d() : node.toView));
+			width = shape.style->pen.width * drawing::GetMeanScale(GetPenResult(node, shape));
 		return _sink.AddPath({index, outline, toResult, ToResult(node.toView), rule, fill, stroke, width, isWhole});
 	}
 
@@ -171,7 +172,7 @@ private:
 	Result<bool> KeepsStroke(std::int32_t index, const RecordedShape& shape) noexcept
 	{
 		const Node& node = _record.At(index);
-		const Matrix2d toResult = ToResult(shape.style->isPenUnscaled ? Matrix2d() : node.toView);
+		const Matrix2d toResult = GetPenResult(node, shape);
 		if (_options.strokes != SVGNormalizedStrokes::kept || !shape.style->dashes.lengths.IsEmpty())
 			return false;
 		if (_needs == StrokeNeeds::roundPens && !KeepsCircles(toResult))
@@ -189,7 +190,13 @@ private:
 
 	Matrix2d ToResult(const Matrix2d& toView) const noexcept
 	{
-		return _viewResult * toView;
+		return _place.toResult * toView;
+	}
+
+	/// From where the pen of a stroke is round.
+	Matrix2d GetPenResult(const Node& node, const RecordedShape& shape) const noexcept
+	{
+		return ToResult(shape.style->isPenUnscaled ? InvertOrNot(_place.toView) : node.toView);
 	}
 
 	const Record& _record;
@@ -197,7 +204,7 @@ private:
 	const SVGNormalizedClips _clips;
 	const StrokeNeeds _needs;
 	NormalizedSink& _sink;
-	const Matrix2d _viewResult;
+	const ContentPlace _place;
 	ClipAreas _areas;
 };
 
@@ -290,14 +297,15 @@ Result<void> VisitNormalized(const Record& record, const SVGNormalizeOptions& op
 {
 	if (record.pictureEnd == 0)
 		return {};
-	return Normalizer(record, GetViewResult(record, options), options, clips, needs, sink).AddNode(0, true);
+	const ContentPlace place{GetViewResult(record, options), {}};
+	return Normalizer(record, place, options, clips, needs, sink).AddNode(0, true);
 }
 
-Result<void> VisitContent(const Record& record, std::int32_t content, const Matrix2d& toResult,
+Result<void> VisitContent(const Record& record, std::int32_t content, const ContentPlace& place,
 						  const SVGNormalizeOptions& options, SVGNormalizedClips clips, StrokeNeeds needs,
 						  NormalizedSink& sink) noexcept
 {
-	return Normalizer(record, toResult, options, clips, needs, sink).AddNode(content, true);
+	return Normalizer(record, place, options, clips, needs, sink).AddNode(content, true);
 }
 
 Result<void> AppendPlain(const Outline& outline, const Matrix2d& transform, const SVGNormalizeOptions& options,

@@ -39,6 +39,8 @@ public:
 	virtual Result<void> Begin(std::int32_t node, bool isOne) noexcept = 0;
 	virtual Result<void> End(std::int32_t node) noexcept = 0;
 	virtual Result<void> AddPath(const NormalizedPath& path) noexcept = 0;
+	/// What is filtered, below a node apart.
+	virtual Result<void> AddApart(std::int32_t node) noexcept = 0;
 	virtual Result<void> AddImage(std::int32_t node, const Matrix2d& toResult) noexcept = 0;
 };
 
@@ -56,8 +58,15 @@ Matrix2d GetViewResult(const Record& record, const SVGNormalizeOptions& options)
 Result<void> VisitNormalized(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips,
 							 StrokeNeeds needs, NormalizedSink& sink) noexcept;
 
-/// Tells a sink what stands in a mask or a tile. `toResult` leads from its coordinates to those of the paths.
-Result<void> VisitContent(const Record& record, std::int32_t content, const Matrix2d& toResult,
+/// Where contents are in the coordinates of what is normalised, and in the picture.
+struct ContentPlace
+{
+	Matrix2d toResult;
+	Matrix2d toView; ///< Strokes that are not scaled are as wide as there.
+};
+
+/// Tells a sink what stands in a mask or a tile, or is filtered.
+Result<void> VisitContent(const Record& record, std::int32_t content, const ContentPlace& place,
 						  const SVGNormalizeOptions& options, SVGNormalizedClips clips, StrokeNeeds needs,
 						  NormalizedSink& sink) noexcept;
 

@@ -26,6 +26,12 @@ public:
 		return _opacities.Resize(_opacities.GetCount() - 1);
 	}
 
+	/// Nothing stands apart where contents are not recorded.
+	Result<void> AddApart(std::int32_t) noexcept override
+	{
+		return {};
+	}
+
 	/// Its pixels are no paths.
 	Result<void> AddImage(std::int32_t, const Matrix2d&) noexcept override
 	{

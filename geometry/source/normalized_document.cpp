@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "normalized_document.h"
 
+#include "boxes.h"
 #include "orvan/diagnostics.h"
 #include "svg_complete.h"
 #include "svg_writer.h"
@@ -25,13 +26,13 @@ class DocumentSink final : public NormalizedSink
 {
 public:
 	DocumentSink(const Record& record, const SVGNormalizeOptions& options, SVGNormalizedClips clips) noexcept
-		: _record(record), _options(&options), _clips(clips), _viewResult(GetViewResult(record, options))
+		: _record(record), _options(&options), _clips(clips), _place{GetViewResult(record, options), {}}
 	{
 	}
 
 	Result<BaseArray<char>> Run() noexcept
 	{
-		const Vector2d size = _viewResult.Apply(_record.viewSize);
+		const Vector2d size = _place.toResult.Apply(_record.viewSize);
 		_writer.Add("<svg xmlns=\"http://www.w3.org/2000/svg\"");
 		_writer.AddAttribute("width", size.x).AddAttribute("height", size.y);
 		_writer.Add(" viewBox=\"0 0 ").AddPoint(size).Add("\">\n");
@@ -44,7 +45,7 @@ public:
 		if (!_writer.isGood)
 			return OutOfMemoryError();
 		if (_changedCount > 0)
-			WarningOutput("Clip paths or filters of @ paths are left aside.", _changedCount);
+			WarningOutput("What cuts off or changes @ paths is left aside.", _changedCount);
 		return std::move(_writer.text);
 	}
 
@@ -52,7 +53,8 @@ public:
 	Result<void> Begin(std::int32_t index, bool isOne) noexcept override
 	{
 		const Node& node = _record.At(index);
-		const bool keepsClips = _clips == SVGNormalizedClips::kept;
+		const bool keepsClips =
+			_clips == SVGNormalizedClips::kept || (_clips == SVGNormalizedClips::applied && node.hasPixels);
 		const NodeEdges* const edges = _record.EdgesOf(node);
 		std::int64_t clip = 0;
 		if (keepsClips && node.clip >= 0)
@@ -60,9 +62,16 @@ public:
 		const std::int64_t mask = node.mask >= 0 ? ORVAN_TRY(DefineMask(index)) : 0;
 		// What is clipped is a picture of its own, also where its paths end at the clip path instead.
 		const bool isIsolated = node.isIsolated || (_hasBlending && clip == 0 && node.clip >= 0);
-		const GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, mask, node.blendMode, isIsolated};
+		GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, mask, node.blendMode, isIsolated};
+		if (node.filter >= 0)
+		{
+			effects.filter = &_record.filters[static_cast<std::size_t>(node.filter)];
+			effects.firstFilter = ORVAN_TRY(DefineFilter(*effects.filter));
+		}
+		// An image has a transform of its own, with which these would go. A filter shows also where no path is painted.
+		const bool isPlaced = (clip != 0 || mask != 0) && node.shape >= 0 && _record.ShapeOf(node).style->isImage;
 		Opened opened;
-		if (isOne)
+		if (isOne && !isPlaced && node.filter < 0)
 			opened.effects = effects;
 		else if (!effects.IsNone())
 			OpenGroup(opened, effects);
@@ -113,6 +122,23 @@ public:
 		return {};
 	}
 
+	/// What is filtered is written in its own coordinates, in which the filter works.
+	Result<void> AddApart(std::int32_t index) noexcept override
+	{
+		const Node& apart = _record.At(index);
+		if (apart.end == index + 1)
+			return {};
+		const Node& filtered = _record.At(index + 1);
+		const Matrix2d toResult = _place.toResult * apart.toView * filtered.toView;
+		if (toResult != Matrix2d())
+			_writer.Add("<g").AddMatrix("transform", toResult).Add(">\n");
+		const ContentPlace place{InvertOrNot(filtered.toView), _place.toView * apart.toView};
+		ORVAN_TRY(WriteContent(index + 1, place, GetOptionsIn(toResult)));
+		if (toResult != Matrix2d())
+			_writer.Add("</g>\n");
+		return {};
+	}
+
 	Result<void> AddImage(std::int32_t index, const Matrix2d& toResult) noexcept override
 	{
 		const Node& node = _record.At(index);
@@ -124,16 +150,16 @@ public:
 		AddEffects();
 		_writer.AddAttribute("x", box.left).AddAttribute("y", box.top);
 		// A side that is not given follows from the image.
-		if (box.GetWidth() > 0.0)
+		if (node.element->HasAttribute(SVGImportAttribute::width))
 			_writer.AddAttribute("width", box.GetWidth());
-		if (box.GetHeight() > 0.0)
+		if (node.element->HasAttribute(SVGImportAttribute::height))
 			_writer.AddAttribute("height", box.GetHeight());
 		const SVGPreserveAspectRatio rule = Borrowed<SVGImageElementInterface>(node.element)->GetPreserveAspectRatio();
 		const auto align = static_cast<std::size_t>(rule.align);
 		const bool isSlice = rule.meetOrSlice == SVGMeetOrSlice::slice;
 		if ((align != 0 || isSlice) && align < std::size(kAligns))
 			_writer.Add(" preserveAspectRatio=\"").Add(kAligns[align]).Add(isSlice ? " slice\"" : "\"");
-		_writer.AddMatrix("transform", toResult);
+		_writer.AddImageRendering(_record.ShapeOf(node).style->imageRendering).AddMatrix("transform", toResult);
 		const String target = link->GetLink();
 		_writer.AddEscaped("href", target.View()).Add("/>\n");
 		return {};
@@ -148,10 +174,13 @@ private:
 		std::int64_t mask = 0;
 		SVGBlendMode blendMode = SVGBlendMode::normal;
 		bool isIsolated = false;
+		const RecordedFilter* filter = nullptr;
+		std::int64_t firstFilter = 0; ///< The filter elements of it have the numbers from here on.
 
 		bool IsNone() const noexcept
 		{
-			return opacity == 1.0 && clip == 0 && mask == 0 && blendMode == SVGBlendMode::normal && !isIsolated;
+			return opacity == 1.0 && clip == 0 && mask == 0 && blendMode == SVGBlendMode::normal && !isIsolated &&
+				   filter == nullptr;
 		}
 	};
 
@@ -183,6 +212,8 @@ private:
 			_writer.AddReference("clip-path", "c", effects.clip);
 		if (effects.mask != 0)
 			_writer.AddReference("mask", "m", effects.mask);
+		if (effects.filter != nullptr)
+			AddFilter(*effects.filter, effects.firstFilter);
 		const auto blend = static_cast<std::size_t>(effects.blendMode);
 		if (blend != 0 && blend < std::size(kBlendModes))
 			_writer.Add(" style=\"mix-blend-mode:").Add(kBlendModes[blend]).Add("\"");
@@ -207,33 +238,78 @@ private:
 			_writer.AddAttribute(opacityName, opacity);
 	}
 
-	/// Writes what stands in a mask or tile, in coordinates of its own.
-	Result<void> WriteContent(std::int32_t content, const Matrix2d& toResult,
+	void AddFilter(const RecordedFilter& filter, std::int64_t number) noexcept
+	{
+		_writer.Add(" filter=\"");
+		for (const RecordedFilter::Step& step : filter.steps)
+		{
+			if (&step != filter.steps.begin())
+				_writer.Add(" ");
+			if (step.isElement)
+				_writer.Add("url(#").AddName("f", number++).Add(")");
+			else
+				_writer.Add(std::string_view(step.text.begin(), step.text.GetCount()));
+		}
+		_writer.Add("\"");
+	}
+
+	/// Writes the elements of a filter, what goes into them first; the result is the first one's number.
+	Result<std::int64_t> DefineFilter(const RecordedFilter& filter) noexcept
+	{
+		BaseArray<std::int64_t> pictures;
+		for (const RecordedFilter::Step& step : filter.steps)
+		{
+			for (const RecordedFilter::Picture& picture : step.pictures)
+			{
+				ORVAN_TRY(pictures.Append(++_pictureCount));
+				_writer.Add("<defs>\n<g").AddId("i", _pictureCount).Add(">\n");
+				ORVAN_TRY(WriteContent(picture.content, {{}, _place.toView}, *_options));
+				_writer.Add("</g>\n</defs>\n");
+			}
+		}
+		const std::int64_t first = _filterCount + 1;
+		const std::int64_t* picture = pictures.begin();
+		for (const RecordedFilter::Step& step : filter.steps)
+		{
+			if (!step.isElement)
+				continue;
+			const std::string_view text(step.text.begin(), step.text.GetCount());
+			std::size_t written = 0;
+			_writer.Add("<filter").AddId("f", ++_filterCount);
+			for (const RecordedFilter::Picture& place : step.pictures)
+			{
+				_writer.Add(text.substr(written, place.place - written)).AddName("i", *picture++);
+				written = place.place;
+			}
+			_writer.Add(text.substr(written));
+		}
+		return first;
+	}
+
+	/// Writes what stands in a mask or tile, or is filtered, in coordinates of its own.
+	Result<void> WriteContent(std::int32_t content, const ContentPlace& place,
 							  const SVGNormalizeOptions& options) noexcept
 	{
-		const Matrix2d viewResult = std::exchange(_viewResult, toResult);
+		const ContentPlace outerPlace = std::exchange(_place, place);
 		const SVGNormalizeOptions* const outer = std::exchange(_options, &options);
 		const Result<void> written =
-			VisitContent(_record, content, toResult, options, _clips, StrokeNeeds::roundPens, *this);
-		_viewResult = viewResult;
+			VisitContent(_record, content, place, options, _clips, StrokeNeeds::roundPens, *this);
+		_place = outerPlace;
 		_options = outer;
 		if (!written.IsOk())
 			return written.GetError();
 		return {};
 	}
 
-	/// Writes a rectangle in numbers whose sums are exact, so that they are the same when they have been read.
-	void AddArea(const Rectangle& area) noexcept
+	/// The options for what is written in coordinates from which `toResult` leads to those in force.
+	SVGNormalizeOptions GetOptionsIn(const Matrix2d& toResult) const noexcept
 	{
-		const double numbers[] = {area.left, area.top, area.GetWidth(), area.GetHeight()};
-		double largest = 0.0;
-		for (const double number : numbers)
-			largest = std::max(largest, std::abs(number));
-		constexpr int kBits = 40;
-		const double step = largest > 0.0 ? std::ldexp(1.0, std::ilogb(largest) - kBits) : 1.0;
-		constexpr std::string_view kNames[] = {"x", "y", "width", "height"};
-		for (std::size_t i = 0; i < std::size(kNames); i++)
-			_writer.AddAttribute(kNames[i], std::round(numbers[i] / step) * step);
+		SVGNormalizeOptions options = *_options;
+		const double scale = drawing::GetMeanScale(toResult);
+		for (double* const value : {&options.flattening, &options.strokeTolerance, &options.precision})
+			*value /= scale > 0.0 ? scale : 1.0;
+		options.grid = 0.0;
+		return options;
 	}
 
 	/// Writes the mask of a node. It has the coordinates of the result.
@@ -241,17 +317,17 @@ private:
 	{
 		const Node& node = _record.At(index);
 		const RecordedMask& mask = _record.masks[static_cast<std::size_t>(node.mask)];
-		const Matrix2d toResult = _viewResult * node.toView;
+		const Matrix2d toResult = _place.toResult * node.toView;
 		const Rectangle region = drawing::Transform(toResult, mask.region);
 		const std::int64_t id = ++_maskCount;
 		_writer.Add("<mask").AddId("m", id).AddAttribute("maskUnits", "userSpaceOnUse");
-		AddArea(region);
+		_writer.AddArea(region);
 		if (mask.isAlpha)
 			_writer.AddAttribute("mask-type", "alpha");
 		if (mask.isLinear)
 			_writer.AddAttribute("color-interpolation", "linearRGB");
 		_writer.Add(">\n");
-		ORVAN_TRY(WriteContent(mask.content, _viewResult, *_options));
+		ORVAN_TRY(WriteContent(mask.content, _place, *_options));
 		_writer.Add("</mask>\n");
 		return id;
 	}
@@ -263,18 +339,13 @@ private:
 		if (id != 0)
 			return id;
 		const RecordedPattern& pattern = _record.patterns[static_cast<std::size_t>(index)];
-		const Matrix2d toResult = _viewResult * pattern.toView;
+		const Matrix2d toResult = _place.toResult * pattern.toView;
 		id = ++_serverCount;
 		_writer.Add("<pattern").AddId("p", id).AddAttribute("patternUnits", "userSpaceOnUse");
-		AddArea(pattern.tile);
+		_writer.AddArea(pattern.tile);
 		_writer.AddMatrix("patternTransform", toResult).Add(">\n");
-		SVGNormalizeOptions options = *_options;
-		const double scale = drawing::GetMeanScale(toResult);
-		for (double* const value : {&options.flattening, &options.strokeTolerance, &options.precision})
-			*value /= scale > 0.0 ? scale : 1.0;
-		options.grid = 0.0;
 		const std::int64_t written = id;
-		ORVAN_TRY(WriteContent(pattern.content, {}, options));
+		ORVAN_TRY(WriteContent(pattern.content, {}, GetOptionsIn(toResult)));
 		_writer.Add("</pattern>\n");
 		return written;
 	}
@@ -349,7 +420,7 @@ private:
 		for (std::size_t i = 0; i < region.shapes.GetCount(); i++)
 		{
 			const ClipShape& shape = region.shapes[i];
-			ORVAN_TRY(AddClipShape(shape.outline, _viewResult * shape.toView, shape.rule, inner[i]));
+			ORVAN_TRY(AddClipShape(shape.outline, _place.toResult * shape.toView, shape.rule, inner[i]));
 		}
 		_writer.Add("</clipPath>\n");
 		_regionIds[static_cast<std::size_t>(index)] = id;
@@ -358,7 +429,7 @@ private:
 
 	Result<std::int64_t> DefineViewport(const Node& node, const NodeEdges& edges) noexcept
 	{
-		return DefineRectangle(edges.viewport, _viewResult * node.toView);
+		return DefineRectangle(edges.viewport, _place.toResult * node.toView);
 	}
 
 	Result<std::int64_t> DefineRectangle(const Rectangle& area, const Matrix2d& toResult) noexcept
@@ -407,7 +478,7 @@ private:
 	const Record& _record;
 	const SVGNormalizeOptions* _options;
 	const SVGNormalizedClips _clips;
-	Matrix2d _viewResult;
+	ContentPlace _place;
 	SvgWriter _writer;
 	PlainPath _plain;
 	BaseArray<Opened> _opened;
@@ -417,6 +488,8 @@ private:
 	std::int64_t _clipCount = 0;
 	std::int64_t _serverCount = 0;
 	std::int64_t _maskCount = 0;
+	std::int64_t _filterCount = 0;
+	std::int64_t _pictureCount = 0;
 	std::int64_t _changedCount = 0;
 };
 

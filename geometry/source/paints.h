@@ -15,6 +15,9 @@ class ContentRecorder
 public:
 	/// Records what stands in an element whose frame is `frame`; the result is the node that has it below.
 	virtual Result<std::int32_t> RecordContent(const drawing::Frame& frame) noexcept = 0;
+	/// Records an element by itself, reached from `outer`; likewise.
+	virtual Result<std::int32_t> RecordElement(ObjectBase* element, const drawing::Place& place,
+											   const drawing::Frame& outer) noexcept = 0;
 
 protected:
 	~ContentRecorder() = default;

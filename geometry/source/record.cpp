@@ -30,15 +30,16 @@ bool ShapeStyle::IsLike(const ShapeStyle& other) const noexcept
 {
 	return IsSame(fill, other.fill) && IsSame(stroke, other.stroke) && IsSame(pen, other.pen) &&
 		   dashes.lengths.IsEmpty() && other.dashes.lengths.IsEmpty() && saysFill == other.saysFill &&
-		   saysStroke == other.saysStroke && isImage == other.isImage && isPenUnscaled == other.isPenUnscaled &&
-		   fillRule == other.fillRule && paintOrder == other.paintOrder && pointerEvents == other.pointerEvents &&
-		   isVisible == other.isVisible;
+		   saysStroke == other.saysStroke && isImage == other.isImage && imageRendering == other.imageRendering &&
+		   isPenUnscaled == other.isPenUnscaled && fillRule == other.fillRule && paintOrder == other.paintOrder &&
+		   pointerEvents == other.pointerEvents && isVisible == other.isVisible;
 }
 
 Result<ShapeStyle> ShapeStyle::Copy() const noexcept
 {
 	ShapeStyle copy;
 	copy.isImage = isImage;
+	copy.imageRendering = imageRendering;
 	copy.fill = fill;
 	copy.stroke = stroke;
 	copy.saysFill = saysFill;

@@ -57,6 +57,27 @@ struct RecordedMask
 	std::int32_t content = -1; ///< The node whose content is the mask.
 };
 
+/// What "filter" does to a node, in the node's coordinates and without anything that refers to other elements.
+struct RecordedFilter
+{
+	/// Where an element's picture goes into a filter, as the text of its id.
+	struct Picture
+	{
+		std::size_t place;    ///< In the text of the step.
+		std::int32_t content; ///< The node that has it below.
+	};
+
+	/// A function, or what stands behind the id in the tag of a filter element, with all up to its end.
+	struct Step
+	{
+		BaseArray<char> text;
+		bool isElement = false;
+		BaseArray<Picture> pictures;
+	};
+
+	BaseArray<Step> steps;
+};
+
 /// The dashes of a stroke, in the units of its pen.
 struct RecordedDashes
 {
@@ -68,6 +89,7 @@ struct RecordedDashes
 struct ShapeStyle
 {
 	bool isImage = false; ///< The outline is what an image is fitted into.
+	SVGImageRendering imageRendering = SVGImageRendering::automatic;
 	RecordedPaint fill;
 	RecordedPaint stroke;
 	bool saysFill = false; ///< "fill" is something, be it a gradient that shows nothing.
@@ -128,6 +150,7 @@ enum class NodeKind : std::uint8_t
 	marker,     ///< Stands below the shape that it belongs to; also a line that decorates a text.
 	definition, ///< Is not drawn in place.
 	content,    ///< Of a mask or pattern. Stands below what uses it, and is not drawn in place either.
+	apart,      ///< Has what is filtered below it, in coordinates that begin there: `toView` leads from them.
 };
 
 /// What cuts off a node beside its clip path. Few nodes have that.
@@ -153,13 +176,15 @@ struct Node
 	std::int32_t shape = -1; ///< Its index, or -1.
 	std::int32_t clip = -1;  ///< The region that cuts off the node and all below, or -1.
 	std::int32_t edges = -1; ///< Its index, or -1.
-	std::int32_t mask = -1;  ///< Likewise; only where contents are recorded.
+	std::int32_t mask = -1;  ///< Likewise; only where contents are recorded, as the next one.
+	std::int32_t filter = -1;
 	SVGBlendMode blendMode = SVGBlendMode::normal;
 	bool isIsolated = false;
 	NodeKind kind = NodeKind::plain;
 	bool isReferenced = false; ///< Drawn through a use, or in a marker.
 	bool isChanged = false;    ///< A mask, filter or blending changes it, or a node around it.
 	bool isFiltered = false;   ///< A filter does, or what applies to a part of a text.
+	bool hasPixels = false;    ///< Something below cannot end where it is cut off, as paths do.
 	bool isBoxUsed = false;    ///< What cuts it off depends on the box of what stands in it.
 };
 
@@ -200,6 +225,7 @@ struct Record
 	BaseArray<RecordedGradient> gradients;
 	BaseArray<RecordedPattern> patterns;
 	BaseArray<RecordedMask> masks;
+	BaseArray<RecordedFilter> filters;
 	/// What is drawn where it stands, not through uses. Elements in a text have an entry for each part of it. Sorted by
 	/// `SortElements`.
 	BaseArray<ElementEntry> elements;

@@ -8,6 +8,7 @@
 #include "drawing/strokes.h"
 #include "drawing/text_layout.h"
 #include "drawing/walk.h"
+#include "filter_recorder.h"
 #include "orvan/diagnostics.h"
 #include "paints.h"
 #include "svg_complete.h"
@@ -76,22 +77,30 @@ public:
 
 	Result<std::int32_t> RecordContent(const Frame& frame) noexcept override
 	{
-		const std::int32_t index = GetCount();
-		const std::int32_t outer = _current;
-		Node node;
-		node.element = SVGElementRef::From(frame.element);
-		node.parent = outer;
-		node.toView = frame.place.transform;
-		node.kind = NodeKind::content;
-		node.isReferenced = true;
+		return RecordIn(frame.element, frame.place,
+						[&] { return Walk(_scene, *this).DrawChildren(frame.element, frame.place, frame); });
+	}
+
+	Result<std::int32_t> RecordElement(ObjectBase* element, const Place& place, const Frame& outer) noexcept override
+	{
+		return RecordIn(element, place, [&] { return Walk(_scene, *this).DrawElement(element, place, &outer); });
+	}
+
+	Result<bool> BeginApart(const Frame& frame, const Matrix2d& toPicture) noexcept override
+	{
+		if (_contents == nullptr || IsFull() || !ORVAN_TRY(HasFilters(_scene, frame)))
+			return false;
+		Node node = MakeContent(frame.element, toPicture);
+		node.kind = NodeKind::apart;
+		_current = GetCount();
 		ORVAN_TRY(_record.nodes.Append(std::move(node)));
-		_current = index;
-		const bool wasMarker = std::exchange(_isInMarker, false);
-		ORVAN_TRY(Walk(_scene, *this).DrawChildren(frame.element, frame.place, frame));
-		_isInMarker = wasMarker;
-		_current = outer;
-		At(index).end = GetCount();
-		return index;
+		return true;
+	}
+
+	void EndApart() noexcept override
+	{
+		At(_current).end = GetCount();
+		_current = At(_current).parent;
 	}
 
 	Result<void> DrawShape(const Frame& frame, Outline& outline) noexcept override
@@ -122,8 +131,7 @@ public:
 		if (IsFull() || (frame.place.isByReference && !_scene.limits.Pay(text.GetLength() * kCharacterWork)))
 			return {};
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
-		for (const TextFragment& fragment : text.GetFragments())
-			ORVAN_TRY(RecordFragment(frame, text, fragment));
+		ORVAN_TRY(RecordFragments(frame, frame, text, {text.GetFragments().begin(), text.GetFragments().GetCount()}));
 		return LeaveBox(node, frame, text.GetBounds());
 	}
 
@@ -135,6 +143,7 @@ public:
 		const std::int32_t node = ORVAN_TRY(Enter(frame));
 		ShapeStyle style;
 		style.isImage = true;
+		style.imageRendering = frame.place.style.imageRendering;
 		style.fill = {SVGNormalizedPaint::server, {}, 1.0};
 		style.saysFill = true;
 		style.pen.width = 0.0;
@@ -142,6 +151,8 @@ public:
 		style.isVisible = frame.place.style.visibility == SVGVisibility::visible;
 		Outline outline;
 		ORVAN_TRY(outline.AddRectangle(image.viewport, 0.0, 0.0));
+		if (_contents != nullptr)
+			SetHasPixels(node);
 		ORVAN_TRY(SetShape(node, std::move(outline), std::move(style)));
 		return LeaveBox(node, frame, image.viewport);
 	}
@@ -193,6 +204,46 @@ private:
 		return static_cast<std::int32_t>(_record.nodes.GetCount());
 	}
 
+	/// A node for what is not drawn in place, in `_current`.
+	Node MakeContent(ObjectBase* element, const Matrix2d& toView) const noexcept
+	{
+		Node node;
+		node.element = SVGElementRef::From(element);
+		node.parent = _current;
+		node.toView = toView;
+		node.kind = NodeKind::content;
+		node.isReferenced = true;
+		node.end = GetCount() + 1;
+		return node;
+	}
+
+	/// Records what `draw` tells below a node of its own.
+	template <typename Draw>
+	Result<std::int32_t> RecordIn(ObjectBase* element, const Place& place, Draw draw) noexcept
+	{
+		const std::int32_t index = GetCount();
+		const std::int32_t outer = _current;
+		ORVAN_TRY(_record.nodes.Append(MakeContent(element, place.transform)));
+		_current = index;
+		const bool wasMarker = std::exchange(_isInMarker, false);
+		ORVAN_TRY(draw());
+		_isInMarker = wasMarker;
+		_current = outer;
+		At(index).end = GetCount();
+		return index;
+	}
+
+	/// Marks a node, and all around it.
+	void SetHasPixels(std::int32_t node) noexcept
+	{
+		for (std::int32_t at = node; at >= 0 && !At(at).hasPixels; at = At(at).parent)
+		{
+			At(at).hasPixels = true;
+			if (At(at).kind == NodeKind::content) // What is cut off beyond is a mask or a tile.
+				break;
+		}
+	}
+
 	Node& At(std::int32_t node) noexcept
 	{
 		return _record.nodes[static_cast<std::size_t>(node)];
@@ -218,7 +269,7 @@ private:
 		node.opacity = frame.effects.opacity;
 		node.isChanged = frame.effects.mask != nullptr || frame.effects.filter != nullptr ||
 						 frame.effects.blendMode != SVGBlendMode::normal;
-		node.isFiltered = frame.effects.filter != nullptr;
+		node.isFiltered = frame.effects.filter != nullptr && _contents == nullptr;
 		node.blendMode = frame.effects.blendMode;
 		node.isIsolated = frame.effects.isIsolated;
 		if (Borrowed<SVGUseElementInterface>(frame.element))
@@ -261,6 +312,8 @@ private:
 			frame.effects.mask != nullptr && _scene.GetNextOnRoute(frame.element, frame.depth) == nullptr;
 		if (hasMask)
 			ORVAN_TRY(RecordMask(index, frame, extent));
+		if (_contents != nullptr && frame.effects.filter != nullptr && IsApart(index))
+			ORVAN_TRY(RecordFilterOf(index, frame, extent));
 		_current = At(index).parent;
 		At(index).end = GetCount();
 		// Of what only leads to what is wanted nothing is known.
@@ -365,16 +418,25 @@ private:
 		return {};
 	}
 
+	/// True for what a filter is recorded for; where its references lead nowhere, there is none.
+	bool IsApart(std::int32_t index) noexcept
+	{
+		const std::int32_t parent = At(index).parent;
+		return parent >= 0 && At(parent).kind == NodeKind::apart;
+	}
+
+	Result<void> RecordFilterOf(std::int32_t index, const Frame& frame, Extent& extent) noexcept
+	{
+		RecordedFilter filter = ORVAN_TRY(RecordFilter(_scene, frame, extent, *this));
+		At(index).filter = static_cast<std::int32_t>(_record.filters.GetCount());
+		SetHasPixels(index);
+		return _record.filters.Append(std::move(filter));
+	}
+
 	Result<std::int32_t> RecordNothing(const Frame& frame) noexcept
 	{
 		const std::int32_t index = GetCount();
-		Node node;
-		node.element = SVGElementRef::From(frame.element);
-		node.parent = _current;
-		node.kind = NodeKind::content;
-		node.isReferenced = true;
-		node.end = index + 1;
-		ORVAN_TRY(_record.nodes.Append(std::move(node)));
+		ORVAN_TRY(_record.nodes.Append(MakeContent(frame.element, {})));
 		return index;
 	}
 
@@ -422,12 +484,48 @@ private:
 		node.isFiltered = At(_current).isFiltered;
 		for (const Frame* span = &owner; span != nullptr && span->element != text.element; span = span->outer)
 		{
-			// Effects of parts are left aside.
-			if (span->effects.NeedsPicture())
+			// Effects of parts are left aside, but for what is recorded with all contents.
+			if (span->effects.NeedsPicture() && _contents == nullptr)
 				node.isChanged = node.isFiltered = true;
 		}
 		node.end = GetCount() + 1;
 		return node;
+	}
+
+	/// Parts of a text inside of `around`. With all contents, those that are a picture of their own have a node.
+	Result<void> RecordFragments(const Frame& text, const Frame& around, const TextLayout& layout,
+								 std::span<const TextFragment> fragments) noexcept
+	{
+		while (!fragments.empty())
+		{
+			const auto getPicture = [&](const TextFragment& fragment)
+			{
+				return _contents != nullptr ? TextLayout::FindPicture(fragment, around) : nullptr;
+			};
+			const Frame* const picture = getPicture(fragments.front());
+			std::size_t count = 1;
+			while (picture != nullptr && count < fragments.size() && getPicture(fragments[count]) == picture)
+				count++;
+			if (picture == nullptr)
+				ORVAN_TRY(RecordFragment(text, layout, fragments.front()));
+			else
+				ORVAN_TRY(RecordPart(text, *picture, layout, fragments.first(count)));
+			fragments = fragments.subspan(count);
+		}
+		return {};
+	}
+
+	/// A part of a text that is a picture of its own. It has the coordinates of the text, and the text's box.
+	Result<void> RecordPart(const Frame& text, const Frame& part, const TextLayout& layout,
+							std::span<const TextFragment> fragments) noexcept
+	{
+		const bool isApart = part.effects.filter != nullptr && ORVAN_TRY(BeginApart(part, Matrix2d()));
+		const std::int32_t node = ORVAN_TRY(Enter(part));
+		ORVAN_TRY(RecordFragments(text, part, layout, fragments));
+		ORVAN_TRY(LeaveBox(node, part, layout.GetBounds()));
+		if (isApart)
+			EndApart();
+		return {};
 	}
 
 	/// Letters between the lines that decorate them below and above.
@@ -556,6 +654,7 @@ Result<Record> RecordPicture(Scene& scene, Contents contents) noexcept
 	Record record;
 	record.viewSize = scene.viewportSize;
 	scene.referenced = &record.referenced;
+	scene.drawsFilteredApart = contents == Contents::recorded;
 	Recorder recorder(scene, record, contents);
 	const SVGElementRef root = scene.document->GetRootElement();
 	if (root)

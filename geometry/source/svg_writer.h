@@ -58,6 +58,13 @@ public:
 		return Add("\"");
 	}
 
+	SvgWriter& AddName(std::string_view kind, std::int64_t number) noexcept
+	{
+		char digits[24];
+		const auto [end, error] = std::to_chars(digits, digits + sizeof(digits), number);
+		return Add(kind).Add(std::string_view(digits, static_cast<std::size_t>(end - digits)));
+	}
+
 	SvgWriter& AddReference(std::string_view name, std::string_view kind, std::int64_t number) noexcept
 	{
 		return Add(" ").Add(name).Add("=\"url(#").AddName(kind, number).Add(")\"");
@@ -83,12 +90,34 @@ public:
 		return AddAttribute(name, std::string_view(value, 7));
 	}
 
+	SvgWriter& AddImageRendering(SVGImageRendering rendering) noexcept
+	{
+		constexpr std::string_view kNames[] = {"", "optimizeSpeed", "optimizeQuality", "pixelated", "crisp-edges"};
+		const auto number = static_cast<std::size_t>(rendering);
+		return number > 0 && number < std::size(kNames) ? AddAttribute("image-rendering", kNames[number]) : *this;
+	}
+
 	SvgWriter& AddMatrix(std::string_view name, const Matrix2d& m) noexcept
 	{
 		if (m == Matrix2d())
 			return *this;
 		Add(" ").Add(name).Add("=\"matrix(").AddPoint(m.axis1).Add(" ").AddPoint(m.axis2).Add(" ");
 		return AddPoint(m.offset).Add(")\"");
+	}
+
+	/// A rectangle in numbers whose sums are exact, so that they are the same when they have been read.
+	SvgWriter& AddArea(const Rectangle& area) noexcept
+	{
+		const double numbers[] = {area.left, area.top, area.GetWidth(), area.GetHeight()};
+		double largest = 0.0;
+		for (const double number : numbers)
+			largest = std::max(largest, std::abs(number));
+		constexpr int kBits = 40;
+		const double step = largest > 0.0 ? std::ldexp(1.0, std::ilogb(largest) - kBits) : 1.0;
+		constexpr std::string_view kNames[] = {"x", "y", "width", "height"};
+		for (std::size_t i = 0; i < std::size(kNames); i++)
+			AddAttribute(kNames[i], std::round(numbers[i] / step) * step);
+		return *this;
 	}
 
 	SvgWriter& AddPathData(const PlainPath& path) noexcept
@@ -108,14 +137,6 @@ public:
 
 	BaseArray<char> text;
 	bool isGood = true;
-
-private:
-	SvgWriter& AddName(std::string_view kind, std::int64_t number) noexcept
-	{
-		char digits[24];
-		const auto [end, error] = std::to_chars(digits, digits + sizeof(digits), number);
-		return Add(kind).Add(std::string_view(digits, static_cast<std::size_t>(end - digits)));
-	}
 };
 
 } // namespace orvan::geometry

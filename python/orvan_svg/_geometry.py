@@ -84,11 +84,12 @@ def normalize(self, *, strokes="kept", flatten=0.0, stroke_tolerance=0.01, grid=
 
 def normalized(self, *, strokes="kept", flatten=0.0, stroke_tolerance=0.01, grid=0.0, precision=0.0, clips="applied"):
     """Everything that is painted and visible as a new Document of plain paths that looks like the picture: beside paths it
-    has gradients, patterns, images, masks, and groups where a group has an opacity, a clip path, a mask or is blended.
-    It stands by itself.
+    has gradients, patterns, images, masks, and groups where a group has an opacity, a clip path, a mask, a filter or is
+    blended. It stands by itself.
 
-    Options as for `normalize`; with `clips` "kept" it has clip paths of plain paths. Left out are filters.
-    Raises ValueError for what makes no sense.
+    Options as for `normalize`; with `clips` "kept" it has clip paths of plain paths. What is filtered keeps its
+    coordinates, in a group with a transform. Raises ValueError for what makes no
+    sense.
     """
     options = _core.NormalizeOptions(strokes, flatten, stroke_tolerance, grid, precision, clips)
     document = Document(complete=True, tolerant=True, keep_source=True, style_sheet="")

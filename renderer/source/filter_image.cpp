@@ -78,32 +78,13 @@ protected:
 		Scene& scene = canvas.job.scene;
 		Place place = ORVAN_TRY(GetContentPlace(scene, _target.GetObject(), GetUser()));
 		const Rectangle& subregion = GetSubregion();
-		place.transform = place.transform * Translation(subregion.left, subregion.top);
-		const Viewport& viewport = place.viewport;
-		// What is given in parts of the viewport is fitted into the subregion.
-		if (HasPercentages() && viewport.width > 0.0 && viewport.height > 0.0)
-		{
-			place.transform = place.transform *
-							  Scaling(subregion.GetWidth() / viewport.width, subregion.GetHeight() / viewport.height);
-		}
+		place.transform = place.transform * Translation(subregion.left, subregion.top) *
+						  GetPictureScale(_target, place.viewport, subregion);
 		Painter painter(canvas);
 		return Walk(scene, painter).DrawElement(_target.GetObject(), place, &filter);
 	}
 
 private:
-	bool HasPercentages() const noexcept
-	{
-		const DataDictionary attributes = _target->GetAttributeDictionary();
-		for (const Key key : {Key::x, Key::y, Key::width, Key::height, Key::cx, Key::cy, Key::r, Key::rx, Key::ry,
-							  Key::x1, Key::y1, Key::x2, Key::y2})
-		{
-			const auto* length = attributes.Find<SVGLength>(static_cast<std::int32_t>(key));
-			if (length != nullptr && length->unit == SVGLengthUnit::percent)
-				return true;
-		}
-		return false;
-	}
-
 	SVGElementRef _target;
 };
 

@@ -323,6 +323,48 @@ TEST_F(NormalizedDocument, HasMasksPatternsAndBlending)
 				  SVGNormalizedClips::kept));
 }
 
+TEST_F(NormalizedDocument, KeepsFilters)
+{
+	// Lengths and regions of the box, and of the font, are in the coordinates of what is filtered, which stay its own.
+	// What cuts off a filtered picture is kept, since no path ends there.
+	EXPECT_EQ(
+		"<clipPath id=\"c1\"><path d=\"M10 0L60 0L60 50L10 50Z\"/></clipPath>\n<g clip-path=\"url(#c1)\">\n"
+		"<g transform=\"matrix(0 2 -2 0 10 0)\">\n"
+		"<filter id=\"f1\" filterUnits=\"userSpaceOnUse\" x=\"10\" y=\"-1\" width=\"40\" height=\"12\">\n"
+		"<feDropShadow color-interpolation-filters=\"sRGB\" flood-color=\"#ff0000\" flood-opacity=\"0.25\" "
+		"stdDeviation=\"40 20\" dx=\"2\" dy=\"20\"/>\n"
+		"<feSpecularLighting color-interpolation-filters=\"sRGB\" result=\"a&lt;\"><fePointLight x=\"20\" y=\"0\" "
+		"z=\"15.811388300841896\"/></feSpecularLighting>\n"
+		"<feComposite y=\"5\" color-interpolation-filters=\"sRGB\" in2=\"a&lt;\" operator=\"arithmetic\" k1=\"2\"/>\n"
+		"</filter>\n<g opacity=\"0.5\" filter=\"url(#f1) blur(4px)\">\n"
+		"<path fill=\"none\" stroke=\"#ff0000\" stroke-width=\"0.5\" d=\"M10 0L30 0L30 10L10 10Z\"/>\n"
+		"</g>\n</g>\n<path fill=\"#000000\" d=\"M10 0L19 0L19 9L10 9Z\"/>\n</g>\n",
+		ContentOf(
+			"<clipPath id='c'><rect width='50' height='50'/></clipPath><filter id='f' "
+			"primitiveUnits='objectBoundingBox' x='0' width='2' color-interpolation-filters='sRGB'><feDropShadow "
+			"dx='.1' flood-color='rgb(255 0 0/.5)' flood-opacity='.5'/><feSpecularLighting result='a&lt;'>"
+			"<fePointLight x='.5' z='1'/></feSpecularLighting><feComposite in2='a&lt;' y='.5' "
+			"operator='arithmetic' k1='2'/></filter><g clip-path='url(#c)' transform='translate(10)'>"
+			"<g transform='matrix(0 2 -2 0 0 0)' filter='url(#f) blur(1em) url(#none)' font-size='4' opacity='.5'>"
+			"<rect x='10' width='20' height='10' fill='none' stroke='red' vector-effect='non-scaling-stroke'/>"
+			"</g><rect width='9' height='9'/></g>",
+			SVGNormalizedClips::applied));
+	// What goes into a filter becomes plain paths, filtered in turn; parts of texts are filtered as well.
+	EXPECT_EQ(
+		"<defs>\n<g id=\"i1\">\n<g transform=\"matrix(0.5 0 0 0.12 0.5 0)\">\n<g filter=\"invert(1)\">\n"
+		"<path fill=\"#000000\" d=\"M0 0L50 0L50 4L0 4Z\"/>\n</g>\n</g>\n</g>\n</defs>\n"
+		"<filter id=\"f1\" filterUnits=\"userSpaceOnUse\" x=\"19\" y=\"-1\" width=\"12\" height=\"12\">\n"
+		"<feImage width=\"50\" href=\"#i1\"/>\n<feImage image-rendering=\"pixelated\" href=\"a.png\"/>\n"
+		"</filter>\n<g filter=\"url(#f1)\">\n</g>\n"
+		"<g filter=\"sepia(.5)\">\n</g>\n<path fill=\"#000000\" d=\"M0 0L3 0L3 2L0 2Z\"/>\n",
+		ContentOf("<filter id='i'><feImage href='#t' width='50'/><feImage href='a.png' image-rendering='pixelated'/>"
+				  "</filter><defs><rect id='t' width='50%' height='4' transform='translate(1)' filter='invert(1)'/>"
+				  "</defs><rect x='20' width='10' height='10' filter='url(#i)' visibility='hidden'/>"
+				  "<text><tspan filter='sepia(.5)' visibility='hidden'>A</tspan></text>"
+				  "<rect width='3' height='2' filter='url(#none)'/>",
+				  SVGNormalizedClips::kept));
+}
+
 /// Whatever there is among the examples and pictures is, once normalised, what it becomes when it is normalised.
 TEST_F(NormalizedDocument, StaysWhatItIs)
 {

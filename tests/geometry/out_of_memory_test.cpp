@@ -20,7 +20,7 @@ TEST_F(GeometryOutOfMemory, IsAnErrorOfEveryQuestion)
 		"<clipPath id='c'><circle cx='9' cy='9' r='8'/><path d='M0 0h9v9z'/></clipPath><linearGradient id='g'><stop/>"
 		"<stop offset='1'/></linearGradient><defs><rect id='d' width='3' height='2'/></defs><g clip-path='url(#c)'>"
 		"<rect id='r' width='9' height='12' fill='url(#g)' stroke='red' stroke-dasharray='2 1'/><use href='#d'/></g>"
-		"<text id='t' x='9' y='30'>ab</text>");
+		"<filter id='f'><feImage href='#d'/></filter><text id='t' x='9' y='30' filter='url(#f) blur(1px)'>ab</text>");
 	const SVGGeometryRef& geometry = picture.geometry;
 	const SVGElementRef shape = picture["r"];
 	const SVGElementRef definition = picture["d"];
