@@ -34,7 +34,9 @@ protected:
 
 TEST_F(Batches, GoOnWhereTheyWereInterrupted)
 {
-	const ProgramRun whole = Run();
+	// Also from the folder that it is asked in, with a slash behind names or without.
+	const ProgramRun whole = RunProgram({"batch", "art/", "-o", "out/", "--chunk-size", "3"},
+										{.setup = "cd '" + _folder.GetPath().string() + "'; "});
 	EXPECT_EQ(1, whole.status) << "One is refused.";
 	EXPECT_EQ("9 done, 1 not, 0 there already\n", whole.output);
 	const std::string rows = ReadFile(_output / "00000001/rows.jsonl");
@@ -59,21 +61,30 @@ TEST_F(Batches, LoseNoMoreThanTheRowOfWhatTakesTooLongOrTooMuch)
 	fs::remove(_folder.GetPath() / "art/1a.svg");
 	fs::remove_all(_output);
 	fs::resize_file(_folder.Write("art/0a.svg", ""), std::uintmax_t{600} << 20);
-	Run({"--memory", "512"});
+	EXPECT_EQ("9 done, 2 not, 0 there already\n", Run({"--memory", "512"}).output);
 	EXPECT_NE(std::string::npos, ReadFile(_output / "00000000/rows.jsonl").find("more memory than is allowed"));
 #endif
 }
 
 TEST_F(Batches, LoadTheModulesThatTheirOperationNeeds)
 {
-	_folder.Write("one/a.svg", "<svg width='9' height='9'><rect width='4' height='4'/></svg>");
-	for (const std::string operation : {"boxes", "columns", "thumbnails", "check", "report"})
+	const fs::path& path = _folder.GetPath();
+	_folder.Write("one/a.svg", "<svg width='9' height='9'><rect width='4' height='4' fill='q'/></svg>");
+	_folder.Write("list", (path / "one").string() + '\n');
+	const std::string sheet = _folder.Write("a.css", "rect{width:6px}");
+	const auto run = [&](const std::string& operation, const std::vector<std::string>& more = {})
 	{
-		const ProgramRun run = RunProgram(
-			{"batch", _folder.GetPath() / "one", "-o", _folder.GetPath() / operation, "--operation", operation});
-		EXPECT_EQ("1 done, 0 not, 0 there already\n", run.output) << operation << ' ' << run.errors;
-		EXPECT_EQ(0, run.status) << operation;
-	}
+		std::vector<std::string> arguments = {"batch", "@list", "-o", path / "to", "--operation", operation};
+		arguments.insert(arguments.end(), more.begin(), more.end());
+		fs::remove_all(path / "to");
+		const ProgramRun done = RunProgram(arguments, {.setup = "cd '" + path.string() + "'; "});
+		EXPECT_EQ("1 done, 0 not, 0 there already\n", done.output) << operation << ' ' << done.errors;
+		EXPECT_EQ(0, done.status) << operation;
+		return operation == "boxes" ? ReadFile(path / "to/00000000/columns.npz") : "";
+	};
+	for (const std::string operation : {"columns", "thumbnails", "check", "report"})
+		run(operation);
+	EXPECT_NE(run("boxes"), run("boxes", {"--style-sheet", sheet}));
 }
 
 TEST_F(Batches, RefuseWhatMakesNoSense)

@@ -54,8 +54,8 @@ TEST_F(Editing, EditsSeveralFilesAndTellsOfEach)
 	const std::string two = folder.Write("two.svg", "<svg><rect/><rect/></svg>");
 	const std::string broken = folder.Write("broken.svg", "<svg><g>");
 	const std::string out = (path / "out/").string();
-	const ProgramRun run =
-		RunProgram({"set", one, two, broken, "rect, [id=a]", "x-a=b", "fill=red", "-o", out, "--json", "--jobs", "3"});
+	const ProgramRun run = RunProgram({"set", one, two, broken, "rect, [id=a]", "fill=green", "x-a=b", "fill=red", "-o",
+									   out, "--json", "--jobs", "3"});
 	EXPECT_EQ(1, run.status);
 	EXPECT_EQ("<svg><g id='a' fill=\"red\" x-a=\"b\"/></svg>", ReadFile(path / "out" / "one.svg"));
 	EXPECT_EQ("<svg><rect x=\"1\"/><rect x=\"1\"/></svg>", RunProgram({"set", two, "--select", "rect", "x=1"}).output);
@@ -143,7 +143,8 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 	EXPECT_EQ("<svg><path d='M0 0A3.5 4 0 1 02 3 2 1 0 012 3'/></svg>",
 			  RunProgram({"repair", folder.Write("arcs.svg", arcs), "-o", "-"}).output);
 	const std::string lines = "<svg><g class='" + std::string(300, 'c') + "' fill='bad'/>\n<g class='" +
-							  std::string(150, 'c') + "' fill='bad'/></svg>";
+							  std::string(150, 'c') + "' fill='bad'/>\n<g/>\n<g fill='bad' class='" +
+							  std::string(300, 'c') + "'/></svg>";
 	// What a document type declares is read in the place of its name.
 	const std::string declared = "<!DOCTYPE svg [<!ENTITY c '#f00'><!ENTITY d \"#00f8\">]><svg><g stroke=\"&c;f\" "
 								 "fill='&d;'/></svg>";
@@ -154,12 +155,17 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 	EXPECT_EQ(0, cut.status) << cut.errors;
 	EXPECT_NE(std::string::npos, cut.output.find("\n-…ccc")) << cut.output;
 	EXPECT_NE(std::string::npos, cut.output.find("c' fill='bad'/>\n")) << cut.output;
+	EXPECT_NE(std::string::npos, cut.output.find("ccc…\n+<g class='ccc")) << cut.output;
 	// Where lines go, the others are numbered on.
 	const std::string gaps = folder.Write("d.svg", "<svg>\n<g\n fill='q'\n\n/>\n<g fill='q'/></svg>");
 	const ProgramRun shorter = RunProgram({"repair", gaps, "-o", (path / "out/").string()});
 	EXPECT_NE(std::string::npos, shorter.output.find("@@ -6 +5 @@\n-<g fill='q'/></svg>\n+<g/></svg>\n"))
 		<< shorter.output;
 	EXPECT_EQ(1, RunProgram({"repair", folder.Write("bad.svg", "<svg><g>")}).status);
+	const ProgramRun twice =
+		RunProgram({"repair", "--json", folder.Write("e.svg", "<svg><g fill='q' fill='r'/></svg>")});
+	EXPECT_EQ(1, twice.status) << "What is left is refused as well.";
+	EXPECT_NE(std::string::npos, twice.output.find("\"r\\\"\"}\n")) << twice.output;
 	EXPECT_EQ(2, RunProgram({"repair", file, good, "-o", "one.svg"}).status);
 }
 

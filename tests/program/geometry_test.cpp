@@ -62,6 +62,10 @@ TEST_F(GeometryCommands, PrintBoxesAndLengths)
 						  "{\"point\": [35, 20], \"direction\": [-1, 0]}]"),
 			  places.back()["places"]);
 	EXPECT_EQ("", Run({"measure", "g"})) << "no outline by itself";
+	const std::string curve = _folder.Write("c.svg", "<svg><path d='M-1e-9 0C1 2 3 4 5 6'/></svg>");
+	EXPECT_EQ("path  M-1e-09 0C1 2 3 4 5 6\n", RunProgram({"outline", curve, "path"}).output);
+	EXPECT_EQ("path  M-1e-09 0L5 6\n", RunProgram({"outline", curve, "path", "--flatten", "9"}).output);
+	EXPECT_EQ("path  0  0  5  6\n", RunProgram({"boxes", curve, "path"}).output);
 }
 
 TEST_F(GeometryCommands, SelectAndLeaveOut)
@@ -109,7 +113,9 @@ TEST_F(GeometryCommands, PrintHits)
 	EXPECT_EQ("r", hits[0]["id"]);
 	EXPECT_EQ(json({1}), hits[0]["uses"][0]["path"]);
 	EXPECT_EQ(2, StatusOf({"hit", "1"}));
-	EXPECT_EQ(2, StatusOf({"hit", "1", "x"}));
+	EXPECT_EQ(json({2, 0}), json::parse(Run({"hit", "30", "20.5", "--json"}))[0]["path"]);
+	for (const char* const number : {"x", "1x", "inf"})
+		EXPECT_EQ(2, StatusOf({"hit", "1", number})) << number;
 }
 
 TEST_F(GeometryCommands, WritePlainPaths)
@@ -131,6 +137,10 @@ TEST_F(GeometryCommands, WritePlainPaths)
 	const std::string bytes = ReadFile(arrays);
 	EXPECT_EQ("PK\x03\x04", bytes.substr(0, 4));
 	EXPECT_NE(std::string::npos, bytes.find("{'descr': '<f8', 'fortran_order': False, 'shape': (6, 2), }"));
+	std::size_t offsets = 0; // Of commands, points and elements: one more than there are paths.
+	for (std::size_t at = 0; (at = bytes.find("'shape': (3,)", at)) != std::string::npos; at++)
+		offsets++;
+	EXPECT_EQ(3u, offsets);
 	EXPECT_EQ(2, StatusOf({"normalize", "--format", "odd"}));
 	EXPECT_EQ(2, StatusOf({"normalize", "--clips", "odd"}));
 	EXPECT_EQ(2, RunProgram({"normalize", _path, _path, "-o", arrays}).status);
