@@ -139,6 +139,11 @@ TEST_F(Boxes, OfWhatIsSeenEndAtClipsMasksAndMarkers)
 	EXPECT_EQ("50 48 12 4", picture.BoxOf("p", Box::visual));
 	EXPECT_EQ("3 0 4 5", picture.BoxOf("o", Box::visual));
 	EXPECT_EQ("0 0 80 25", picture.BoxOf("r", Box::stroke));
+	const AskedPicture both("<clipPath id='a'><rect width='2vmin' height='2vmax'/></clipPath><clipPath id='b' "
+							"clip-path='url(#a)'><rect x='1' width='99' height='3'/></clipPath>"
+							"<rect id='r' width='50' height='50' clip-path='url(#b)'/>",
+							"width='200' height='100'");
+	EXPECT_EQ("1 0 1 3", both.BoxOf("r", Box::visual));
 	// At the basic shapes of CSS as well, which hits respect too.
 	const AskedPicture shapes(
 		"<rect id='i' width='40' height='40' style='clip-path:inset(10px 5px)'/><rect id='c' x='50' "

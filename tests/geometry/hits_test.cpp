@@ -130,6 +130,16 @@ TEST_F(Hits, TellTheUsesAndEndAtClips)
 	EXPECT_EQ("s", picture.At(69, 82));
 	EXPECT_EQ("", picture.At(71, 82));
 	EXPECT_EQ("q", picture.At(92, 92));
+	// What is cut off by edges that are turned is not so by their box.
+	const AskedPicture turned(
+		"<g transform='rotate(45 50 50)'><svg x='40' y='40' width='20' height='20'><rect id='v' x='-50' y='-50' "
+		"width='200' height='200'/></svg></g><clipPath id='x'><rect y='80' width='50' height='20' "
+		"clip-path='url(#y)'/></clipPath><clipPath id='y'><circle cx='10' cy='90' r='10'/></clipPath><rect id='r' "
+		"y='80' width='50' height='20' clip-path='url(#x)'/>");
+	EXPECT_EQ("v", turned.At(50, 37));
+	EXPECT_EQ("", turned.At(40, 40));
+	EXPECT_EQ("r", turned.At(10, 81));
+	EXPECT_EQ("", turned.At(2, 81));
 }
 
 TEST_F(Hits, OfARectangleAreWhatItMeetsOrHolds)
@@ -274,6 +284,9 @@ TEST_F(Hits, TellThePartAndAllowForATolerance)
 			EXPECT_EQ(part, found.hits[0].part) << x << ' ' << y;
 		}
 	}
+	const AskedPicture slope("<path id='p' d='M0 0L20 20' stroke='red' fill='none' transform='scale(4)'/>");
+	EXPECT_EQ("p", slope.At(50, 40, {.tolerance = 5.2})); // 7.07 away from the middle of the line.
+	EXPECT_EQ("", slope.At(50, 40, {.tolerance = 5.0}));
 	// Without a stroke what is near the edge is the fill still.
 	const AskedPicture plain("<rect id='r' width='10' height='10' transform='translate(10) scale(4 1)'/>");
 	EXPECT_EQ("r", plain.At(52, 5, {.tolerance = 2.1}));
@@ -452,8 +465,8 @@ TEST_F(Hits, OfOneEditedElementDoNotCostAWalkOverAll)
 TEST_F(Hits, OfTextsAreTheirCells)
 {
 	const AskedPicture picture(
-		"<text id='t' x='10' y='50' font-size='20' font-family='DejaVu Sans'>l<tspan id='s' y='90'>l"
-		"</tspan></text>");
+		"<text id='t' x='10' y='50' font-size='20' font-family='DejaVu Sans'>l<tspan id='s' y='90' fill='none' "
+		"stroke='red'>l</tspan></text>");
 	EXPECT_EQ("t", picture.At(10.5, 40));
 	EXPECT_EQ("s", picture.At(16.5, 85));
 	EXPECT_EQ("", picture.At(10.5, 65)); // Between them, in the box of the text.

@@ -109,7 +109,8 @@ TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
 	EXPECT_EQ(SVGPaintType::currentColor, icon->GetLayer(Text("p"))->GetStroke().type);
 	EXPECT_EQ(0.5, icon->GetLayer(Text("p"))->GetOpacity()) << "what else was set stays";
 	Must(theme->SetStyleSheet(Text("svg { --a: lime; --b: var(--a) } g { --a: red; fill: var(--b) }"
-								   " rect, #q { fill: var(--a) } path { fill: var(--none) }")));
+								   " rect, #q { fill: var(--a) } path { fill: var(--none) }"
+								   " rect { --c: red; --d: red } #q { fill: var(--c, lime) }")));
 	EXPECT_EQ("grgg", Fills()) << "with the sheet's own variables";
 	Must(theme->SetStyleSheet({}));
 	EXPECT_EQ("rbg-", Fills());

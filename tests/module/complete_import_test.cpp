@@ -62,6 +62,8 @@ TEST_F(CompleteImport, TellsWhereItFoundWhat)
 	for (const char c : kText)
 		wide += {c, '\0'};
 	EXPECT_EQ(Places(report), Places(LoadWith(wide).report));
+	// A sheet with references is put together, so that it has no places.
+	EXPECT_EQ("0:0 g# opacity\n", Places(LoadWith("<svg><style>a, &#x67; { opacity: a }</style><g/></svg>").report));
 	EXPECT_EQ("2:18 g#g fill\n", Places(LoadWith("<svg>\n <g id='g' fill='1'/></svg>", Options(false, true)).report));
 	EXPECT_EQ("2:18 g#g fill\n", Places(LoadWith("<svg>\n <g id='g' fill='1'/></svg>", Options(false, false)).report));
 }

@@ -266,6 +266,8 @@ TEST_F(Clips, ViewportsCutOffUnlessTheyOverflow)
 	const Case cases[] = {
 		{"<svg x='20' y='30' width='40' height='20'><rect x='-10' y='-10' width='99' height='99'/></svg>",
 		 "20,30 000000; 19,40 none; 40,29 none; 59,49 000000; 60,40 none; 40,50 none"},
+		{"<svg x='20' y='30' width='40' height='20' overflow='scroll'><rect width='99' height='99'/></svg>",
+		 "59,49 000000; 60,40 none; 40,50 none"},
 		{"<svg x='20' y='30' width='40' height='20' overflow='visible'><rect x='-10' y='-10' width='99' "
 		 "height='99'/></svg>",
 		 "10,20 000000; 9,30 none; 99,99 000000"},

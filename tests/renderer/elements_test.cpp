@@ -220,6 +220,10 @@ TEST_F(Elements, WhoeverLooksAtThePictureDecidesOnColorsAndLanguages)
 	EXPECT_EQ("00ff00", picture.At(75, 25));
 	EXPECT_EQ("0000ff", picture.At(25, 75));
 	EXPECT_EQ("none", picture.At(75, 75));
+	// What the outermost element lies on has its colour, and its opacity once.
+	const DrawnPicture ground(LoadCompletely("<svg width='9' height='9' opacity='.5' color='rgba(255,0,0,.4)' "
+											 "style='background-color:currentColor'/>"));
+	EXPECT_EQ("ff000033", ground.At(4, 4));
 }
 
 TEST_F(Elements, PropertiesComeFromWhereReferencedContentStands)

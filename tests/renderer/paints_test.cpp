@@ -217,7 +217,7 @@ TEST_F(Paints, ComeInTheirOrderAndWithTheirOpacities)
 		{"<g opacity='.5'><rect width='40' height='40' fill='#f00' opacity='.5'/></g>", "10,5 ff000040"},
 		{"<rect width='40' height='40' fill='#f00' opacity='0'/>", "10,5 none"},
 		{"<rect width='40' height='40' fill='#f00' fill-opacity='50%'/>", "10,5 ff000080"},
-		{"<rect width='40' height='40' fill='#f00' opacity='2'/>", "10,5 ff0000"},
+		{"<rect width='40' height='40' fill='#f00' fill-opacity='.6' opacity='2'/>", "10,5 ff000099"},
 		{"<rect width='40' height='40' fill='#f00'/><rect width='40' height='40' fill='#00f' "
 		 "style='mix-blend-mode:multiply'/>",
 		 "10,5 000000"},
@@ -268,6 +268,9 @@ TEST_F(Paints, MarkersAndUsesTakeThePaintsOfTheirContext)
 		 "stroke-width='4'/></defs><use href='#r' fill='#0f0' stroke='#00f'/>",
 		 "20,20 00ff00; 9,20 0000ff; 7,20 none"},
 		{"<rect x='10' y='10' width='20' height='20' fill='context-fill'/>", "20,20 none"},
+		{"<defs><g id='r' fill='context-fill'><rect width='40' height='9'/><rect x='40' width='20' height='5'/></g>"
+		 "</defs><use href='#r' fill='url(#g)'/>",
+		 "29,7 ff0000; 31,7 00ff00; 45,2 00ff00"},
 	};
 	for (const PixelCase& sample : cases)
 		ExpectPixels(marker + sample.elements, sample.pixels);

@@ -37,6 +37,7 @@ TEST_F(Placement, ImagesAreFittedAsTheyAreTold)
 		{"width='40'", "20,20 ff0000; 39,39 ff0000; 59,39 0000ff; 60,30 none; 30,40 none"},
 		{"height='10'", "20,20 ff0000; 29,29 ff0000; 39,29 0000ff; 40,25 none; 30,30 none"},
 		{"width='0' height='9'", "20,20 none"},
+		{"width='9' height='0'", "20,20 none"},
 		{"width='40' height='-1'", "20,20 ff0000; 59,39 0000ff; 30,40 none"},
 		{"width='40' height='20' opacity='.6'", "20,20 ff000099; 59,39 0000ff99"},
 		{"width='40' height='20' visibility='hidden'", "20,20 none"},
@@ -119,7 +120,9 @@ TEST_F(Placement, TransformsTurnAroundTheirOrigins)
 		{"transform:scale(.5);transform-box:fill-box;transform-origin:100% 0",
 		 "25,15 ff0000; 24,20 none; 44,34 ff0000; 45,20 none"},
 		{"transform:scale(.5);transform-box:stroke-box", "10,10 ff0000; 9,20 none; 29,29 ff0000; 30,20 none"},
-		{"transform:scale(.5);transform-box:stroke-box;transform-origin:right bottom",
+		{"transform:scale(.5);transform-box:stroke-box;stroke:none",
+		 "20,20 ff0000; 19,25 none; 29,29 ff0000; 30,25 none"},
+		{"transform:scale(.5);transform-box:border-box;transform-origin:right bottom",
 		 "30,30 ff0000; 29,40 none; 49,49 ff0000; 50,40 none"},
 		{"transform:scale(.5);transform-origin:right bottom", "55,55 ff0000; 54,60 none; 74,74 ff0000; 75,60 none"},
 		{"transform:translate(10px,20%)", "20,30 ff0000; 19,40 none; 30,29 none; 59,69 ff0000; 60,40 none"},
@@ -282,6 +285,7 @@ TEST_F(Placement, ConditionsChooseWhatIsDrawn)
 		 "x='40' width='9' height='9'/></switch>",
 		 "5,5 ff0000; 25,5 00ff00; 45,5 none"},
 		{"<switch><rect width='9' height='9' requiredExtensions='x'/></switch>", "5,5 none"},
+		{"<switch><title>t</title><desc/><metadata/><x/><rect width='9' height='9'/></switch>", "5,5 000000"},
 		{"<switch style='display:none'><rect width='9' height='9'/></switch>", "5,5 none"},
 	};
 	for (const PixelCase& sample : cases)

@@ -87,6 +87,7 @@ TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
 	} cases[] = {
 		{"<text x='10' y='50' letter-spacing='10'>██</text>", "000000 10-24, 000000 36-49"},
 		{"<text x='10' y='50' letter-spacing='.5em'>██</text>", "000000 10-24, 000000 36-49"},
+		{"<text x='10' y='50' letter-spacing='50%'>██</text>", "000000 10-24, 000000 36-49"},
 		{"<text x='10' y='50' letter-spacing='-5'>██</text>", "000000 10-34"},
 		{"<text x='10' y='50' word-spacing='10'>█ █</text>", "000000 10-24, 000000 42-56"},
 		{"<text x='10' y='50' word-spacing='10'>█<tspan letter-spacing='3'> </tspan>█</text>",
@@ -150,10 +151,25 @@ TEST_F(Texts, CharactersBesideTheirPathAreHiddenAndTheTextGoesOnAtItsEnd)
 	const std::string path = "<path id='p' d='M20 10v50' fill='none'/>";
 	const auto along = DrawCompletely(path + "<text><textPath xlink:href='#p' startOffset='10'>████</textPath></text>");
 	EXPECT_EQ("000000 20-65", Column(along, 30));
-	EXPECT_EQ(
-		"000000 20-49",
-		ColumnOf(path + "<text text-anchor='middle'><textPath xlink:href='#p' startOffset='50%'>██</textPath></text>",
-				 30));
+	EXPECT_EQ("000000 16-60",
+			  ColumnOf(path + "<text><textPath xlink:href='#p' startOffset='-10'>████</textPath></text>", 30));
+	// A path begins a chunk of its own, and what follows it does not. Halves are so however the path counts its length.
+	EXPECT_EQ("000000 20-49",
+			  ColumnOf("<path id='p' pathLength='9' d='M20 10v50' fill='none'/><text text-anchor='middle'>"
+					   "█<textPath xlink:href='#p' startOffset='50%'>██</textPath></text>",
+					   30));
+	EXPECT_EQ("ff0000 20-34",
+			  RowOf(path + "<text x='60' y='90' text-anchor='end'>█<textPath xlink:href='#p'>█</textPath>"
+						   "<tspan fill='#f00'>█</tspan></text>",
+					50));
+	// What lies right of a vertical line is above one that runs to the right.
+	const auto across = [](const std::string& y, const std::string& dx)
+	{
+		return ColumnOf("<path id='p' d='M10 " + y + "h80' fill='none'/><text style='writing-mode:vertical-rl' dx='" +
+							dx + "'><textPath xlink:href='#p'>█</textPath></text>",
+						15);
+	};
+	EXPECT_EQ(across("45", "0"), across("50", "5"));
 	const auto behind = DrawCompletely(
 		path + "<text x='60' y='90'>█<textPath xlink:href='#p'>█</textPath><tspan fill='#f00'>█</tspan></text>");
 	EXPECT_EQ("ff0000 20-34", Row(behind, 50));
@@ -252,6 +268,8 @@ TEST_F(Texts, LettersChangeAsStylesWant)
 		{"style='text-transform:uppercase'>aßé<tspan>ab</tspan>", ">ASSÉ<tspan>AB</tspan>"},
 		{"style='text-transform:lowercase'>AÉ<tspan style='text-transform:none'>A</tspan>", ">aé<tspan>A</tspan>"},
 		{"style='text-transform:capitalize'>it's éa-b <tspan>c</tspan>d", ">It's Éa-B <tspan>C</tspan>d"},
+		{"font-weight='100'><tspan font-weight='bolder'>n</tspan>", "font-weight='400'>n"},
+		{"font-weight='800'><tspan font-weight='lighter'>n</tspan>", "font-weight='700'>n"},
 		{"style='font-variant:all-small-caps'>Ab1", "><tspan font-size='70%'>AB1</tspan>"},
 		{"style='font-variant-caps:petite-caps'>Ab", ">A<tspan font-size='70%'>B</tspan>"},
 		{"style='font-variant-caps:unicase'>Ab", "><tspan font-size='70%'>A</tspan>b"},
@@ -344,6 +362,8 @@ TEST_F(Texts, OfAPlainTreeAreOneLine)
 {
 	EXPECT_EQ("000000 10-24, 000000 32-46",
 			  Row(Draw("<text x='10' y='50' font-family='DejaVu Sans' font-size='20'>\n █ \t █\n</text>"), 40));
+	const std::string bold = "<text x='10' y='50' font-family='DejaVu Sans' font-size='20' font-weight='bold'>n</text>";
+	EXPECT_EQ(RowOf(bold, 45), Row(Draw(bold), 45));
 }
 
 TEST_F(Texts, StayInThePictureWhateverTheirNumbersSay)
