@@ -137,6 +137,10 @@ TEST_F(Saving, RefusesWhatWouldNotLoadAgain)
 	EXPECT_EQ("error: ", afterEdit(set(static_cast<Attribute>(1000), 1.0)));
 	EXPECT_EQ("error: ", afterEdit([](const SVGElementRef& element) { Must(element->SetId(Text("\x01"))); }));
 	EXPECT_EQ("<svg><r", afterEdit(set(Attribute::fillRule, std::int32_t{2})));
+	for (const SVGSaveOptions& options : {SVGSaveOptions{.precision = 16}, SVGSaveOptions{.precision = -2},
+										  SVGSaveOptions{.indentation = 65}, SVGSaveOptions{.indentation = -2}})
+		EXPECT_EQ("error: A precision of", SavedText(Open("<svg/>"), options).substr(0, 21));
+	EXPECT_EQ("<svg/>", SavedText(Open("<svg/>"), {.indentation = 64, .precision = 15}));
 	// A placeholder is not what the file says.
 	const CollectedFindings ignored;
 	EXPECT_EQ("error: ", SavedText(Open("<svg><rect>")).substr(0, 7));
@@ -453,6 +457,23 @@ TEST_F(Saving, FindsElementsWithSelectors)
 	EXPECT_EQ(0u, count("rect[fill='#F00']"));
 	EXPECT_EQ(1u, count("rect[fill=blue]"));
 	EXPECT_EQ("'<' is no list of selectors.", MessageOf(SourceOf(document)->Select(Text("<"))));
+	// They see what the tree says, however it came there.
+	const SVGDocumentRef changed =
+		Open("<svg><title>t</title><g id='g' transform='scale(2)'/><path d='M0 0'/><use href='#g'/><a/></svg>");
+	const auto found = [&](std::string_view selectors)
+	{
+		return Must(SourceOf(changed)->Select(Text(selectors))).GetCount();
+	};
+	constexpr std::string_view kAsLoaded = "[id=g], [transform='scale(2)'], [d='M0 0'], [href='#g']";
+	EXPECT_EQ(3u, found(kAsLoaded));
+	EXPECT_EQ(0u, found("title:empty, a:link"));
+	Must(First(changed, "g")->SetLocalTransform(Matrix2d{{3, 4}}));
+	Must(First(changed, "g")->SetId(Text("h")));
+	Must(Cast<SVGPathElementInterface>(First(changed, "path"))->LineTo({1, 2}));
+	Must(Cast<SVGUseElementInterface>(First(changed, "use"))->SetLink(Text("h")));
+	EXPECT_EQ(0u, found(kAsLoaded));
+	EXPECT_EQ(3u, found("#h, [d='M0 0L1 2'], [href='#h']"));
+	EXPECT_EQ(1u, Must(SourceOf(Open("<svg><g class='a b'/></svg>", false))->Select(Text(".b"))).GetCount());
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 /// Pictures: their sizes, their files and the life of the module.
 #include "support/drawn_picture.h"
 
+#include <limits>
 #include <memory>
 #include <sstream>
 
@@ -29,11 +30,10 @@ protected:
 		return text.str();
 	}
 
-	static std::string Head(const std::filesystem::path& path)
+	static std::string ReadAll(const std::filesystem::path& path)
 	{
-		std::string head(4, ' ');
-		std::ifstream(path, std::ios::binary).read(head.data(), 4);
-		return head;
+		std::ifstream file(path, std::ios::binary);
+		return {std::istreambuf_iterator<char>(file), {}};
 	}
 };
 
@@ -60,6 +60,9 @@ TEST_F(Target, SizesThatMakeNoSenseOrArePastAllBoundsAreRefused)
 	EXPECT_EQ("A picture of 0 by 0 at scale 0 cannot be made.", SizeOf("", {.scale = 0.0}));
 	EXPECT_EQ("A picture of -1 by 0 at scale 1 cannot be made.", SizeOf("", {.width = -1.0}));
 	EXPECT_EQ("A picture cannot be made in 0 seconds and 1 bytes.", SizeOf("", {.deadline = 0.0, .memoryLimit = 1.0}));
+	EXPECT_EQ("A picture cannot be made in 1 seconds and 0 bytes.", SizeOf("", {.deadline = 1.0, .memoryLimit = 0.0}));
+	EXPECT_EQ("A picture of 0 by inf at scale 1 cannot be made.",
+			  SizeOf("", {.height = std::numeric_limits<double>::infinity()}));
 	EXPECT_EQ(ErrorClass::nullReference, MakeTarget()->Begin(MakeDocument(), {}).GetError().GetClass());
 }
 
@@ -98,6 +101,11 @@ TEST_F(Target, AnElementByItselfIsAsLargeAsWhatItPaints)
 	EXPECT_EQ("0000ff", wide.At(12, 8));
 	EXPECT_EQ("0000ff", wide.At(35, 8));
 	EXPECT_EQ("000000", wide.At(36, 8));
+	const DrawnPicture high = draw({.width = 12.0, .height = 16.0, .backgroundOpacity = 1.0});
+	EXPECT_EQ("000000", high.At(6, 3));
+	EXPECT_EQ("0000ff", high.At(6, 4));
+	EXPECT_EQ("0000ff", high.At(6, 11));
+	EXPECT_EQ("000000", high.At(6, 12));
 	const auto fail = [&](const char* id)
 	{
 		return MessageOf(MakeTarget()->Begin(document, {.elementId = Must(String::Create(id))}));
@@ -120,8 +128,11 @@ TEST_F(Target, PicturesCanBeMadeInMemoryOfTheCallers)
 	const DrawnPicture up(document, {.pixels = pixels + std::ptrdiff_t{99} * kStride, .stride = -kStride});
 	EXPECT_EQ(0xff0000ffu, memory[std::size_t{99} * 112]);
 	EXPECT_EQ(0u, memory[0]);
-	EXPECT_EQ("Pixels 396 bytes apart from row to row cannot hold rows of 100 pixels.",
-			  MessageOf(MakeTarget()->Begin(document, {.pixels = pixels, .stride = 396})));
+	for (const auto& [shift, stride] : {std::pair(0, 396), std::pair(0, -396), std::pair(0, 450), std::pair(2, 448)})
+	{
+		EXPECT_EQ("Pixels " + std::to_string(stride) + " bytes apart from row to row cannot hold rows of 100 pixels.",
+				  MessageOf(MakeTarget()->Begin(document, {.pixels = pixels + shift, .stride = stride})));
+	}
 }
 
 TEST_F(Target, FilesAreWrittenInTheirFormatAndTroublesAreReported)
@@ -137,9 +148,12 @@ TEST_F(Target, FilesAreWrittenInTheirFormatAndTroublesAreReported)
 		Must(target->Begin(document, {.output = output}));
 		Must(DrawSVGElement(context, document->GetRootElement()));
 		Must(target->Finish(Text((folder / "picture").string())));
-		EXPECT_EQ(output == SVGRenderOutput::pixels ? "\x89PNG" : "%PDF", Head(folder / "picture"));
+		EXPECT_EQ(output == SVGRenderOutput::pixels ? "\x89PNG" : "%PDF", ReadAll(folder / "picture").substr(0, 4));
+		EXPECT_NE(std::string::npos,
+				  ReadAll(folder / "picture").find(output == SVGRenderOutput::pixels ? "IEND" : "%%EOF"));
 	}
-	EXPECT_EQ(ErrorClass::illegalState, target->GetPixels().GetError().GetClass());
+	EXPECT_EQ("A page has no pixels.", MessageOf(target->GetPixels()));
+	EXPECT_EQ(ErrorClass::io, target->Finish(Text("/dev/full")).GetError().GetClass());
 	EXPECT_EQ(ErrorClass::io, target->Finish(Text((folder / "no/picture").string())).GetError().GetClass());
 }
 
