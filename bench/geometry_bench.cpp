@@ -2,6 +2,7 @@
 /// What answers about a picture cost, beside loading it: geometry_bench [FILE], or a hundred thousand turned paths.
 #include "orvan/host/memory_files.h"
 #include "orvan/host/module_loader.h"
+#include "svg_edit.h"
 #include "svg_geometry.h"
 #include "svg_import.h"
 
@@ -147,6 +148,31 @@ void HitAfterEdit(benchmark::State& state)
 	}
 }
 
+/// Taking one element out, and putting it below another group, and asking after each.
+void HitAfterMove(benchmark::State& state)
+{
+	const Asked asked;
+	std::vector<Ref<SVGElementEditInterface>> paths;
+	std::vector<Ref<SVGElementEditInterface>> groups;
+	for (const SVGElementRef& element : asked.elements)
+	{
+		if (Cast<SVGPathElementInterface>(element))
+			paths.push_back(Cast<SVGElementEditInterface>(element));
+		else if (Cast<SVGGroupElementInterface>(element))
+			groups.push_back(Cast<SVGElementEditInterface>(element));
+	}
+	Must(asked.geometry->FindAt({0.0, 0.0}, {}));
+	std::mt19937 random(3);
+	for (auto _ : state)
+	{
+		const auto& path = paths[random() % paths.size()];
+		Must(path->Remove());
+		benchmark::DoNotOptimize(Must(asked.geometry->FindAt({500.0, 500.0}, {})));
+		Must(groups[random() % groups.size()]->InsertChildBefore(Cast<SVGElementInterface>(path), {}));
+		benchmark::DoNotOptimize(Must(asked.geometry->FindAt({500.0, 500.0}, {})));
+	}
+}
+
 void Normalizing(benchmark::State& state)
 {
 	const Asked asked;
@@ -162,6 +188,7 @@ BENCHMARK(AllBoxes)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(FirstHit)->Unit(benchmark::kMillisecond);
 BENCHMARK(Hit)->Unit(benchmark::kMicrosecond);
 BENCHMARK(HitAfterEdit)->Unit(benchmark::kMicrosecond);
+BENCHMARK(HitAfterMove)->Unit(benchmark::kMicrosecond);
 BENCHMARK(Normalizing)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -57,6 +57,7 @@ Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& 
 Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept
 {
 	SVGElementRef found = ORVAN_TRY(FindElement(scene.document, id));
+	scene.hasMissing = scene.hasMissing || !found;
 	if (found && scene.referenced != nullptr)
 	{
 		// The same one is often named again and again.

@@ -34,6 +34,7 @@ struct Scene
 	std::span<ObjectBase* const> route{};
 	/// Gets every element that a reference leads to, some of them more than once; null where nobody asks.
 	BaseArray<ObjectBase*>* referenced = nullptr;
+	bool hasMissing = false; ///< There was a reference that leads nowhere.
 
 	/// The only child of an element that is visited, or null where all are. `depth` is that of the element's frame.
 	ObjectBase* GetNextOnRoute(const ObjectBase* element, int depth) const noexcept

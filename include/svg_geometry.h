@@ -23,8 +23,10 @@
 /// **What is asked is a record of the tree**, made by the first question after `SetDocument` or `Update`. It keeps the
 /// elements alive. Where the document tells of its changes (`SVGDocumentEditInterface`), questions after a change are
 /// answered by the changed tree; for others, call `Update` after changes. A document that was loaded anew is noticed.
-/// What was set on single elements costs the next question no more than what stands in these, unless other elements
-/// refer to them or depend on their boxes; elements that come or go have everything recorded anew.
+/// What was set on single elements, and elements that came, went or moved, cost the next question no more than what
+/// stands in these, unless other elements refer to them or depend on their boxes. Everything is recorded anew where an
+/// element came while content stands in clip paths, masks, patterns, markers or symbols that are used, and now and then
+/// when many have come.
 ///
 /// **Errors.** All questions fail with the illegal-state error when there is no document, with the out-of-memory error,
 /// and with those that are named beside them. Coordinates that are not finite, or too large to calculate with (beyond

@@ -7,7 +7,6 @@
 #include "normalized_columns.h"
 #include "normalized_document.h"
 #include "outline_object.h"
-#include "record_patch.h"
 #include "recorder.h"
 #include "svg_import.h"
 
@@ -101,31 +100,41 @@ void Geometry::Take(const SVGChange& change) noexcept
 {
 	if (!_record || change.kind == SVGChangeKind::notReloaded)
 		return;
-	const bool isOfOne = change.kind == SVGChangeKind::attribute || change.kind == SVGChangeKind::text;
+	const bool isPlaced = change.kind == SVGChangeKind::inserted;
+	const bool isOfOne = isPlaced || change.kind == SVGChangeKind::removed || change.kind == SVGChangeKind::attribute ||
+						 change.kind == SVGChangeKind::text;
 	if (!isOfOne || !change.element || change.attribute == SVGImportAttribute::id)
 		return Update();
 	const std::size_t count = _edited.GetCount();
-	if (count > 0 && _edited[count - 1].GetObject() == change.element.GetObject())
+	const bool isKnown = count > 0 && _edited[count - 1].element.GetObject() == change.element.GetObject() &&
+						 change.kind != SVGChangeKind::removed && (_edited[count - 1].isPlaced || !isPlaced);
+	if (isKnown)
 		return;
-	if (count > _record->nodes.GetCount() / kPatchShare || !_edited.Append(change.element).IsOk())
+	if (count > _record->nodes.GetCount() / kPatchShare ||
+		!_edited.Append({change.element, change.parent, isPlaced}).IsOk())
 		Update();
 }
 
-Result<bool> Geometry::ApplyEdit(ObjectBase* element) noexcept
+Result<bool> Geometry::ApplyEdit(const Edited& edited) noexcept
 {
 	Scene scene = ORVAN_TRY(MakeScene());
-	const std::optional<PatchedNodes> patched = ORVAN_TRY(PatchRecord(scene, *_record, element));
-	if (patched && _hitIndex && !ORVAN_TRY(_hitIndex->Update(*_record, patched->first, patched->end)))
-		_hitIndex.reset();
-	return patched.has_value();
+	const std::optional<BaseArray<PatchedNodes>> patched = ORVAN_TRY(PatchRecord(scene, *_record, edited));
+	if (!patched)
+		return false;
+	for (const PatchedNodes& nodes : *patched)
+	{
+		if (_hitIndex && !ORVAN_TRY(_hitIndex->Update(*_record, nodes.first, nodes.end)))
+			_hitIndex.reset();
+	}
+	return true;
 }
 
 Result<void> Geometry::ApplyEdits() noexcept
 {
-	const BaseArray<SVGElementRef> edited = std::move(_edited);
-	for (const SVGElementRef& element : edited)
+	const BaseArray<Edited> all = std::move(_edited);
+	for (const Edited& edited : all)
 	{
-		const Result<bool> applied = ApplyEdit(element.GetObject());
+		const Result<bool> applied = ApplyEdit(edited);
 		if (applied.IsOk() && applied.GetValue())
 			continue;
 		Update();

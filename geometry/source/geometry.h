@@ -5,7 +5,7 @@
 #include "drawing/scene.h"
 #include "hits.h"
 #include "images.h"
-#include "record.h"
+#include "record_patch.h"
 #include "svg_edit.h"
 
 #include <optional>
@@ -45,7 +45,7 @@ private:
 	void Take(const SVGChange& change) noexcept;
 	/// Brings the record up to date with what was edited; there may be none afterwards.
 	Result<void> ApplyEdits() noexcept;
-	Result<bool> ApplyEdit(ObjectBase* element) noexcept;
+	Result<bool> ApplyEdit(const Edited& edited) noexcept;
 	Result<drawing::Scene> MakeScene() noexcept;
 	/// Makes the record where there is none that is good.
 	Result<void> Prepare() noexcept;
@@ -63,8 +63,8 @@ private:
 
 	std::optional<Record> _record;
 	std::optional<HitIndex> _hitIndex;
-	SVGElementRef _root;              ///< Of the tree that was recorded.
-	BaseArray<SVGElementRef> _edited; ///< Since the record was made.
+	SVGElementRef _root;       ///< Of the tree that was recorded.
+	BaseArray<Edited> _edited; ///< Since the record was made.
 	bool _hasDefinitions = false;
 
 public:

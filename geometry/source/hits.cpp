@@ -200,14 +200,19 @@ Result<void> HitIndex::ForEachReacting(const Record& record, std::int32_t first,
 {
 	BaseArray<Rectangle> cuts; // By node, from the first on: what the node and those around it leave.
 	ORVAN_TRY(cuts.Reserve(static_cast<std::size_t>(end - first)));
-	Rectangle around = kEverywhere;
-	for (std::int32_t at = record.At(first).parent; at >= 0; at = record.At(at).parent)
-		around = around.Intersect(GetCut(record, record.At(at)));
+	const auto getAround = [&](std::int32_t node)
+	{
+		if (node >= first)
+			return cuts[static_cast<std::size_t>(node - first)];
+		Rectangle around = kEverywhere;
+		for (std::int32_t at = node; at >= 0; at = record.At(at).parent)
+			around = around.Intersect(GetCut(record, record.At(at)));
+		return around;
+	};
 	for (std::int32_t i = first; i < end; i++)
 	{
 		const Node& node = record.At(i);
-		const Rectangle& outer = i > first ? cuts[static_cast<std::size_t>(node.parent - first)] : around;
-		ORVAN_TRY(cuts.Append(GetCut(record, node).Intersect(outer)));
+		ORVAN_TRY(cuts.Append(GetCut(record, node).Intersect(getAround(node.parent))));
 		_cutters[static_cast<std::size_t>(i)] = node.edges >= 0 || node.clip >= 0 ? i : GetCutter(node.parent);
 		if (node.kind == NodeKind::marker)
 		{
@@ -229,7 +234,9 @@ Result<HitIndex> HitIndex::Create(const Record& record) noexcept
 	HitIndex index;
 	const auto count = static_cast<std::size_t>(record.pictureEnd);
 	ORVAN_TRY(index._cutters.Resize(count));
-	ORVAN_TRY(index._places.Resize(count));
+	ORVAN_TRY(index._places.Reserve(count));
+	for (std::size_t i = 0; i < count; i++)
+		ORVAN_TRY(index._places.Append(kNone));
 	BaseArray<Rectangle> boxes;
 	ORVAN_TRY(boxes.Reserve(record.shapes.GetCount()));
 	ORVAN_TRY(index._nodes.Reserve(record.shapes.GetCount()));
@@ -241,22 +248,48 @@ Result<HitIndex> HitIndex::Create(const Record& record) noexcept
 	};
 	if (count > 0)
 		ORVAN_TRY(index.ForEachReacting(record, 0, record.pictureEnd, take));
+	// For what comes later.
+	constexpr std::size_t kShare = 16;
+	for (std::size_t i = 0; i < count / kShare; i++)
+	{
+		ORVAN_TRY(index._free.Append(index._nodes.GetCount()));
+		ORVAN_TRY(boxes.Append({}));
+		ORVAN_TRY(index._nodes.Append(-1));
+	}
 	index._tree = ORVAN_TRY(BoxTree::Create(boxes));
 	return index;
 }
 
 Result<bool> HitIndex::Update(const Record& record, std::int32_t first, std::int32_t end) noexcept
 {
+	// From behind, so that what is as it was takes the place that it had.
+	for (std::int32_t i = end; i-- > first;)
+	{
+		std::size_t& place = _places[static_cast<std::size_t>(i)];
+		if (place == kNone)
+			continue;
+		ORVAN_TRY(_free.Append(place));
+		_tree.Set(place, {});
+		place = kNone;
+	}
+	bool hasRoom = true;
 	const auto take = [&](std::int32_t node, const Rectangle& box) noexcept -> Result<void>
 	{
-		_tree.Set(_places[static_cast<std::size_t>(node)], box);
+		hasRoom = hasRoom && !_free.IsEmpty();
+		if (!hasRoom)
+			return {};
+		const std::size_t place = _free[_free.GetCount() - 1];
+		ORVAN_TRY(_free.Resize(_free.GetCount() - 1));
+		_places[static_cast<std::size_t>(node)] = place;
+		_nodes[place] = node;
+		_tree.Set(place, box);
 		_updateCount++;
 		return {};
 	};
 	ORVAN_TRY(ForEachReacting(record, first, end, take));
 	// Boxes that have moved far make those around them large.
 	constexpr std::size_t kFewest = 64;
-	return _updateCount < std::max(kFewest, _nodes.GetCount());
+	return hasRoom && _updateCount < std::max(kFewest, _nodes.GetCount());
 }
 
 Result<SVGHits> FindHits(const Record& record, const HitIndex& index, const Vector2d& point,

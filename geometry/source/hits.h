@@ -14,8 +14,8 @@ class HitIndex
 public:
 	static Result<HitIndex> Create(const Record& record) noexcept;
 
-	/// Takes over where the shapes of some nodes lie now, which must be a node with all below it, and the same shapes
-	/// as before. False when it is time to make the index anew.
+	/// Takes over which shapes some nodes have now, and where these lie. Of no node behind the first one may the parent
+	/// be within a marker before it. False when it is time to make the index anew.
 	Result<bool> Update(const Record& record, std::int32_t first, std::int32_t end) noexcept;
 
 	/// Calls `visit` with the node of each shape whose box, clips considered, meets `area` of the view.
@@ -40,7 +40,9 @@ private:
 	BoxTree _tree;
 	BaseArray<std::int32_t> _nodes;   ///< By the tree's indices.
 	BaseArray<std::int32_t> _cutters; ///< By node.
-	BaseArray<std::size_t> _places;   ///< The tree's index, by node, of those with a shape.
+	static constexpr std::size_t kNone = ~std::size_t{0};
+	BaseArray<std::size_t> _places; ///< The tree's index, by node; `kNone` for those that have none.
+	BaseArray<std::size_t> _free;   ///< Indices of the tree whose boxes are empty.
 	std::size_t _updateCount = 0;
 };
 

@@ -57,7 +57,8 @@ private:
 		const std::int32_t end = _record.At(index).end;
 		for (std::int32_t child = index + 1; child < end; child = _record.At(child).end)
 		{
-			if (_record.At(child).kind != NodeKind::content)
+			const NodeKind kind = _record.At(child).kind;
+			if (kind != NodeKind::content && kind != NodeKind::gone)
 				ORVAN_TRY(AddNode(child, isWhole));
 		}
 		return {};

@@ -65,6 +65,23 @@ void Record::SortElements() noexcept
 	IgnoreResult(referenced.Resize(static_cast<std::size_t>(end - referenced.begin()))); // It becomes shorter.
 }
 
+Result<void> Record::AddElement(const ElementEntry& entry) noexcept
+{
+	ORVAN_TRY(elements.Append(entry));
+	ElementEntry* const added = elements.end() - 1;
+	std::rotate(std::upper_bound(elements.begin(), added, entry, IsBefore), added, elements.end());
+	return {};
+}
+
+void Record::RemoveElement(const ElementEntry& entry) noexcept
+{
+	ElementEntry* const at = std::lower_bound(elements.begin(), elements.end(), entry, IsBefore);
+	if (at == elements.end() || at->element != entry.element || at->node != entry.node)
+		return;
+	std::move(at + 1, elements.end(), at);
+	IgnoreResult(elements.Resize(elements.GetCount() - 1)); // It becomes shorter.
+}
+
 std::span<const ElementEntry> Record::Find(const ObjectBase* element) const noexcept
 {
 	const auto isBefore = [](const ElementEntry& entry, const ObjectBase* wanted)

@@ -150,6 +150,7 @@ enum class NodeKind : std::uint8_t
 	marker,     ///< Stands below the shape that it belongs to; also a line that decorates a text.
 	definition, ///< Is not drawn in place.
 	content,    ///< Of a mask or pattern. Stands below what uses it, and is not drawn in place either.
+	gone,       ///< Stands for nothing: left by what was removed, or kept free for what comes. Has nothing below it.
 	apart,      ///< Has what is filtered below it, in coordinates that begin there: `toView` leads from them.
 };
 
@@ -187,6 +188,16 @@ struct Node
 	bool hasPixels = false;    ///< Something below cannot end where it is cut off, as paths do.
 	bool isBoxUsed = false;    ///< What cuts it off depends on the box of what stands in it.
 };
+
+/// A node that stands for nothing, at an index below another one.
+inline Node MakeFreeNode(std::int32_t parent, std::int32_t index) noexcept
+{
+	Node node;
+	node.kind = NodeKind::gone;
+	node.parent = parent;
+	node.end = index + 1;
+	return node;
+}
 
 /// A box, once it is known.
 struct KnownBox
@@ -234,6 +245,8 @@ struct Record
 	mutable KnownBoxes boxes[3]; ///< By kind.
 	Vector2d viewSize;
 	Matrix2d documentToView;     ///< From the root's own coordinates.
+	bool hasMissing = false;     ///< A reference leads nowhere: to an id that something may get.
+	std::size_t shapeCount = 0;  ///< Number of shapes when the picture had been recorded.
 	std::size_t sharedCount = 0; ///< `CountShared` when the picture had been recorded.
 	std::int32_t pictureEnd = 0; ///< The nodes before it are the picture, those behind it definitions.
 
@@ -243,7 +256,10 @@ struct Record
 	{
 		const auto end = nodes[static_cast<std::size_t>(node)].end;
 		for (std::int32_t child = node + 1; child < end; child = At(child).end)
-			visit(child);
+		{
+			if (At(child).kind != NodeKind::gone)
+				visit(child);
+		}
 	}
 
 	const Node& At(std::int32_t node) const noexcept
@@ -284,6 +300,9 @@ struct Record
 
 	/// To be called when elements or references have been added.
 	void SortElements() noexcept;
+	/// Adds an element to, or takes one from, sorted ones.
+	Result<void> AddElement(const ElementEntry& entry) noexcept;
+	void RemoveElement(const ElementEntry& entry) noexcept;
 	/// The nodes of an element: one, but for the parts of a text.
 	std::span<const ElementEntry> Find(const ObjectBase* element) const noexcept;
 	/// True when a reference leads to the element.

@@ -10,6 +10,14 @@
 namespace orvan::geometry
 {
 
+/// An element that was edited: something was set on it, or it came, went or moved.
+struct Edited
+{
+	SVGElementRef element;
+	SVGElementRef parent;  ///< Of what went: where it stood.
+	bool isPlaced = false; ///< It came, or moved.
+};
+
 /// Nodes that are other ones now: from `first` up to `end`.
 struct PatchedNodes
 {
@@ -17,10 +25,10 @@ struct PatchedNodes
 	std::int32_t end;
 };
 
-/// Records an element with all below it anew, after something was set on it or it got other content. The nodes are as
-/// many as before, and stand for the same elements. Nothing, and the record is as it was, where that does not do: what
-/// the element is may show elsewhere as well, it was not drawn, or it is made up of other parts. After an error the
-/// record is of no use.
-Result<std::optional<PatchedNodes>> PatchRecord(drawing::Scene& scene, Record& record, ObjectBase* element) noexcept;
+/// Records an element with all below it anew where it stands now, or takes it out. Nothing where that does not do: what
+/// the element is may show elsewhere as well, or nodes are free too far away. The record is of no use then, nor after
+/// an error.
+Result<std::optional<BaseArray<PatchedNodes>>> PatchRecord(drawing::Scene& scene, Record& record,
+														   const Edited& edited) noexcept;
 
 } // namespace orvan::geometry

@@ -184,6 +184,8 @@ public:
 		return content.DrawInto(*this);
 	}
 
+	bool keepsFree = false; ///< Leaves nodes free among the others, and behind them.
+
 	/// A node for an element with definitions, whose content `draw` tells.
 	template <typename Draw>
 	Result<void> RecordDefinition(const Frame& frame, Draw draw) noexcept
@@ -304,6 +306,26 @@ private:
 		return Leave(index, frame, extent);
 	}
 
+	/// Now and then a node is kept free for what comes later.
+	Result<void> KeepFree() noexcept
+	{
+		constexpr std::int32_t kDistance = 64;
+		if (!keepsFree || _current < 0 || At(_current).isReferenced || GetCount() - _lastFree < kDistance)
+			return {};
+		_lastFree = GetCount();
+		return _record.nodes.Append(MakeFreeNode(_current, GetCount()));
+	}
+
+	/// Most of what comes later comes last in what it stands in.
+	Result<void> KeepFreeBehind(std::int32_t index) noexcept
+	{
+		constexpr std::int32_t kMost = 1024;
+		constexpr std::int32_t kShare = 32;
+		for (std::int32_t count = std::min((GetCount() - index) / kShare, kMost); count > 0; count--)
+			ORVAN_TRY(_record.nodes.Append(MakeFreeNode(_current, GetCount())));
+		return {};
+	}
+
 	/// Ends a node, with what cuts it off.
 	Result<void> Leave(std::int32_t index, const Frame& frame, Extent& extent) noexcept
 	{
@@ -314,8 +336,11 @@ private:
 			ORVAN_TRY(RecordMask(index, frame, extent));
 		if (_contents != nullptr && frame.effects.filter != nullptr && IsApart(index))
 			ORVAN_TRY(RecordFilterOf(index, frame, extent));
+		if (keepsFree && At(index).kind == NodeKind::plain && !At(index).isReferenced)
+			ORVAN_TRY(KeepFreeBehind(index));
 		_current = At(index).parent;
 		At(index).end = GetCount();
+		ORVAN_TRY(KeepFree());
 		// Of what only leads to what is wanted nothing is known.
 		if (_scene.GetNextOnRoute(frame.element, frame.depth) != nullptr)
 			return {};
@@ -589,6 +614,7 @@ private:
 	ContentRecorder* _contents; ///< This, or null where what stands in masks and patterns is left aside.
 	std::int32_t _current = -1; ///< The node that stands around what comes next.
 	bool _isInMarker = false;   ///< The next node is a marker's.
+	std::int32_t _lastFree = 0; ///< Where a node was kept free.
 };
 
 Place GetOutermostPlace(const Scene& scene) noexcept
@@ -657,12 +683,15 @@ Result<Record> RecordPicture(Scene& scene, Contents contents) noexcept
 	scene.drawsFilteredApart = contents == Contents::recorded;
 	Recorder recorder(scene, record, contents);
 	const SVGElementRef root = scene.document->GetRootElement();
+	recorder.keepsFree = contents == Contents::left && scene.route.empty();
 	if (root)
 		ORVAN_TRY(Walk(scene, recorder).DrawElement(root.GetObject(), GetOutermostPlace(scene), nullptr));
+	record.hasMissing = scene.hasMissing;
 	if (!record.nodes.IsEmpty())
 		record.documentToView = record.nodes[0].toView;
 	record.pictureEnd = static_cast<std::int32_t>(record.nodes.GetCount());
 	record.sharedCount = record.CountShared();
+	record.shapeCount = record.shapes.GetCount();
 	scene.referenced = nullptr;
 	record.SortElements();
 	return record;

@@ -4,6 +4,7 @@
 #include "svg_edit.h"
 #include "svg_source.h"
 
+#include <random>
 #include <vector>
 
 namespace orvan
@@ -442,6 +443,87 @@ TEST_F(Hits, AreTrueAfterEachEdit)
 	EXPECT_EQ(AskAll(picture, fresh, ids), AskAll(picture, picture.geometry, ids));
 }
 
+/// Elements that are taken out, put elsewhere, made, and taken back, at random.
+TEST_F(Hits, AreTrueWhenElementsComeAndGo)
+{
+	std::string elements = "<linearGradient id='lg'><stop/>"
+						   "</linearGradient><rect id='used' width='9' height='9'/>";
+	const char* const groups[] = {
+		"<g>",
+		"<g style='clip-path:circle(40px at 50px 50px)' stroke='red'>",
+		"<svg x='9' width='60' height='50'>",
+		"<g transform='rotate(9)' opacity='.5'>",
+		"<switch>",
+		"<g><use href='#used' x='30' y='30'/><text y='40' font-size='9'>a<tspan>b</tspan></text>"};
+	int number = 0;
+	for (const char* const group : groups)
+	{
+		elements += group;
+		for (int i = 0; i < 30; i++, number++)
+		{
+			elements += (i % 10 == 0 ? "<g>" : "") + std::string("<rect fill='url(#lg)' width='9' height='7' x='") +
+						std::to_string(number * 37 % 90) + "' y='" + std::to_string(number * 53 % 90) + "'/>" +
+						(i % 10 == 9 ? "</g>" : "");
+		}
+		elements += group[1] == 's' ? (group[2] == 'v' ? "</svg>" : "</switch>") : "</g>";
+	}
+	const AskedPicture picture(elements);
+	const auto edit = Cast<SVGDocumentEditInterface>(picture.GetDocument());
+	const auto source = Cast<SVGDocumentSourceInterface>(picture.GetDocument());
+	const auto select = [&](const char* selector)
+	{
+		return Must(source->Select(Text(selector)));
+	};
+	const auto ask = [&](const SVGGeometryRef& geometry)
+	{
+		std::string answers;
+		for (const SVGElementRef& element : select("g, rect, svg, text, tspan, use"))
+		{
+			for (const auto kind : {SVGBoxKind::fill, SVGBoxKind::visual})
+				answers += AskedPicture::Describe(Must(geometry->GetBox(element, kind, SVGCoordinates::view))) + ' ';
+		}
+		for (int i = 0; i < 100; i++)
+		{
+			for (const SVGHit& hit : Must(geometry->FindAt({i % 10 * 10.3, i / 10 * 10.7}, {.findsAll = true})).hits)
+				answers += std::to_string(reinterpret_cast<std::uintptr_t>(hit.element.GetObject())) + ' ';
+		}
+		return answers + std::to_string(Must(geometry->Normalize({})).points.GetCount());
+	};
+	std::mt19937 random(5);
+	for (int step = 0; step < 200; step++)
+	{
+		SCOPED_TRACE(step);
+		const auto pick = [&](const char* selector)
+		{
+			const BaseArray<SVGElementRef> found = select(selector);
+			return found[random() % found.GetCount()];
+		};
+		Must(edit->BeginTransaction());
+		for (auto count = random() % 3 + 1; count > 0; count--)
+		{
+			SVGElementRef element = pick(random() % 8 == 0 ? "g, text, tspan, use" : "rect");
+			if (random() % 3 == 0)
+			{
+				const SVGElementRef made = Must(CreateObject<SVGElementInterface>(kSVGRectElementClass));
+				Must(Cast<SVGElementEditInterface>(made)->CopyAttributes(pick("rect")));
+				element = made;
+			}
+			const auto parent = Cast<SVGElementEditInterface>(pick("g, svg, switch, text"));
+			const SVGElementRef next = parent->GetChildAt(static_cast<std::int64_t>(random() % 5));
+			if (random() % 4 == 0)
+				IgnoreResult(Cast<SVGElementEditInterface>(element)->Remove());
+			else // Some would stand in themselves.
+				IgnoreResult(parent->InsertChildBefore(element, next));
+		}
+		Must(edit->CommitTransaction());
+		if (random() % 4 == 0)
+			Must(edit->Undo());
+		const auto fresh = Must(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
+		Must(fresh->SetDocument(picture.GetDocument(), {}));
+		ASSERT_EQ(ask(fresh), ask(picture.geometry));
+	}
+}
+
 TEST_F(Hits, OfOneEditedElementDoNotCostAWalkOverAll)
 {
 	std::string elements;
@@ -449,6 +531,7 @@ TEST_F(Hits, OfOneEditedElementDoNotCostAWalkOverAll)
 		elements += "<g><path id='p" + std::to_string(i) + "' d='M0 0h1v1z'/></g>";
 	const AskedPicture picture(elements);
 	EXPECT_EQ("", picture.At(50, 50));
+	const auto source = Cast<SVGDocumentSourceInterface>(picture.GetDocument());
 	const auto path = Cast<SVGPathEditInterface>(picture["p1234"]);
 	for (int i = 0; i < 3000; i++) // The index is made anew now and then.
 	{
@@ -456,10 +539,30 @@ TEST_F(Hits, OfOneEditedElementDoNotCostAWalkOverAll)
 		EXPECT_EQ("p1234", picture.At(i % 80 + 0.5, 50.2));
 	}
 	Must(path->SetPathData(Text("M20 20h9v9z")));
-	// A walk over all allocates for each element; this one must not come to the hundredth.
-	const AllocationFailure failure(100, AllocationFailure::Extent::one);
-	EXPECT_EQ("p1234", picture.At(25, 22));
-	EXPECT_FALSE(failure.HasFailed());
+	const auto group =
+		Cast<SVGElementEditInterface>(Must(Cast<HierarchyObjectInterface>(picture["p1234"])->GetParent()));
+	const auto root = Cast<SVGElementEditInterface>(picture.GetDocument()->GetRootElement());
+	const auto expectCheap = [&](const char* found)
+	{
+		// A walk over all allocates for each element; this one must not come to the hundredth.
+		const AllocationFailure failure(100, AllocationFailure::Extent::one);
+		EXPECT_EQ(found, picture.At(25, 22));
+		EXPECT_FALSE(failure.HasFailed());
+	};
+	expectCheap("p1234");
+	const SVGElementRef child = group->GetChildAt(0);
+	Must(Cast<SVGElementEditInterface>(child)->Remove());
+	expectCheap("");
+	Must(root->InsertChildBefore(child, {}));
+	expectCheap("p1234");
+	Must(root->InsertChildBefore(child, root->GetChildAt(1000)));
+	expectCheap("p1234");
+	const SVGElementRef made = Must(CreateObject<SVGElementInterface>(kSVGRectElementClass));
+	Must(source->SetAttributeText(made, Text("width"), Text("30")));
+	Must(source->SetAttributeText(made, Text("height"), Text("30")));
+	Must(source->SetAttributeText(made, Text("id"), Text("made")));
+	Must(group->InsertChildBefore(made, {}));
+	expectCheap("made p1234");
 }
 
 TEST_F(Hits, OfTextsAreTheirCells)
