@@ -328,7 +328,7 @@ std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& ele
 		// What a shorthand says, and what is taken from the parent, is the import's to read.
 		_isSure = _isSure && written != nullptr &&
 				  SayingOf(*declaration, written->number) == StyleEditor::Saying::byItself &&
-				  !MayInherit(declaration->value);
+				  !MayMention(declaration->value, "inherit");
 		const SVGElementRef read = _isSure ? Read(*declaration, *rule, tag) : SVGElementRef();
 		if (!read)
 			continue;

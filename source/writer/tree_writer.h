@@ -126,6 +126,9 @@ private:
 	std::optional<ForcedProperty> ForceAgainstSheets(std::uint32_t record, complete::Tag name,
 													 const complete::Rule& rule);
 	bool ReachesBelow(const ElementBase& element, const complete::Rule& rule) noexcept;
+	bool GetsBox(std::uint32_t record, const ElementBase& element, complete::Tag name,
+				 const std::vector<const complete::Rule*>& changes);
+	static void AddWithBox(std::vector<const complete::Rule*>& changes);
 	SourceSheets& Sheets();
 	ValueStyle StyleFor(bool isDeclaration) const noexcept;
 

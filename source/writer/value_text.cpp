@@ -198,12 +198,13 @@ void AppendLink(std::string& text, std::string_view link, Tag tag, bool isId)
 	text += link;
 }
 
-bool MayInherit(std::string_view text) noexcept
+bool MayMention(std::string_view text, std::string_view keyword) noexcept
 {
-	constexpr std::string_view kEnd = "herit";
-	for (std::size_t at = 0; (at = text.find_first_of("hH\\", at)) != text.npos; at++)
+	const char first = keyword.front();
+	const char starts[] = {first, static_cast<char>(first - 'a' + 'A'), '\\'};
+	for (std::size_t at = 0; (at = text.find_first_of({starts, sizeof starts}, at)) != text.npos; at++)
 	{
-		if (text[at] == '\\' || css::EqualsIgnoringCase(text.substr(at, kEnd.size()), kEnd))
+		if (text[at] == '\\' || css::EqualsIgnoringCase(text.substr(at, keyword.size()), keyword))
 			return true;
 	}
 	return false;

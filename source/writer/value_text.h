@@ -53,7 +53,8 @@ bool AppendMatrix(std::string& text, const Matrix2d& matrix, const ValueStyle& s
 /// Appends a link: an id with its "#", anything else as it is. `isId` says that an element has this id.
 void AppendLink(std::string& text, std::string_view link, complete::Tag tag, bool isId);
 
-/// Whether a text of CSS or of a whole file may say "inherit", in capitals or with an escape, too.
-bool MayInherit(std::string_view text) noexcept;
+/// Whether a text of CSS or of a whole file may say a keyword, in capitals or with an escape, too. The keyword is in
+/// lower case.
+bool MayMention(std::string_view text, std::string_view keyword) noexcept;
 
 } // namespace orvan::svg

@@ -158,6 +158,21 @@ TEST_F(SavingBesideSheets, ThatALayerIsShownIsSaidWhereItWasHidden)
 	EXPECT_EQ("<svg><g/><g display='inline'/></svg>", SavedText(document));
 }
 
+TEST_F(SavingBesideSheets, EffectsGiveElementsABox)
+{
+	const SVGDocumentRef document =
+		Open("<svg><style>.d{display:contents;opacity:.1}</style><g display='Contents' opacity='.2'/>"
+			 "<g style='fill:red;display:contents'/><g class='d'/><g class='d'/></svg>");
+	Must(First(document, "g")->SetTranslation({2.0, 0.0}));
+	Must(First(document, "g:nth-of-type(2)")->SetOpacity(0.5));
+	Must(First(document, "g:nth-of-type(3)")->SetOpacity(0.5));
+	Must(First(document, "g:nth-of-type(4)")->SetFillOpacity(0.5));
+	EXPECT_EQ("<svg><style>.d{display:contents;opacity:.1}</style><g transform=\"translate(2)\"/>"
+			  "<g style='fill:red' opacity=\".5\"/><g class='d' style=\"opacity:.5;display:unset\"/>"
+			  "<g class='d' fill-opacity=\".5\"/></svg>",
+			  SavedAlike(document));
+}
+
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 {
 	const SVGDocumentRef document = Open("<svg><style>g:empty{fill:red}</style><g/><g><rect/></g></svg>");

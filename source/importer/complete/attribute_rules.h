@@ -73,6 +73,14 @@ constexpr bool IsProperty(const Rule& rule) noexcept
 	return rule.role != Role::attribute;
 }
 
+/// What applies to an element as a whole, besides its transform: one without a box ("display: contents") has none of
+/// it.
+inline constexpr SVGImportAttribute kEffects[] = {
+	SVGImportAttribute::opacity,   SVGImportAttribute::mask,   SVGImportAttribute::clipPath,
+	SVGImportAttribute::clipShape, SVGImportAttribute::filter, SVGImportAttribute::mixBlendMode,
+	SVGImportAttribute::isolation,
+};
+
 /// The rule of a name; null when the name is not known.
 const Rule* FindRule(std::string_view name) noexcept;
 

@@ -49,11 +49,8 @@ bool IsSaidByDictionary(const Application& application) noexcept
 /// Takes away what applies to an element as a whole, for one that has no box: what is inherited stays.
 Result<void> Dissolve(ElementBase& element) noexcept
 {
-	using Number = SVGImportAttribute;
-	for (const Number number :
-		 {Number::opacity, Number::mask, Number::clipPath, Number::filter, Number::mixBlendMode, Number::isolation})
+	for (const SVGImportAttribute number : kEffects)
 		ORVAN_TRY(element.Unset(number));
-	ORVAN_TRY(element.Unset(Number::clipShape));
 	return element.SetLocalTransform(Matrix2d());
 }
 

@@ -172,6 +172,8 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 	}
 	ElementBase& element = application.element;
 	const bool isInherited = rule.role == Role::inherited;
+	if (rule.number == SVGImportAttribute::display)
+		isDissolved = false;
 	if (keyword == CssWideKeyword::unset)
 		keyword = isInherited ? CssWideKeyword::inherit : CssWideKeyword::initial;
 	if (rule.number == SVGImportAttribute::overflow && IsOverflowInitial(element, application.tag, keyword))
