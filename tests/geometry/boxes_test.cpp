@@ -144,6 +144,9 @@ TEST_F(Boxes, OfWhatIsSeenEndAtClipsMasksAndMarkers)
 							"<rect id='r' width='50' height='50' clip-path='url(#b)'/>",
 							"width='200' height='100'");
 	EXPECT_EQ("1 0 1 3", both.BoxOf("r", Box::visual));
+	const AskedPicture scaled("<defs><rect id='d' x='1' width='4' height='8'/></defs>",
+							  "width='20' height='20' viewBox='0 0 10 10'");
+	EXPECT_EQ("2 0 8 16", scaled.BoxOf("d"));
 	// At the basic shapes of CSS as well, which hits respect too.
 	const AskedPicture shapes(
 		"<rect id='i' width='40' height='40' style='clip-path:inset(10px 5px)'/><rect id='c' x='50' "

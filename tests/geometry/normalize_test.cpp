@@ -159,6 +159,8 @@ TEST_F(Normalize, TellsWhatItLeavesAside)
 		"height='9' fill='url(#g)'/><g clip-path='url(#c)'><rect id='b' width='9' height='9'/></g>"
 		"<rect width='9' height='9' fill='url(#none)'/>",
 		"width='200' height='100'");
+	const AskedPicture masked("<mask id='m'/><text x='10' y='50'>a<tspan mask='url(#m)'>b</tspan></text>");
+	EXPECT_EQ(1, Must(masked.geometry->Normalize({})).unclippedCount);
 	const SVGNormalizedPaths paths = Must(picture.geometry->Normalize({}));
 	EXPECT_EQ("a server0.5,0,0.5,1 - 0 M0,0 L9,0 L9,9 L0,9 Z\nb 0,0,0,1 - 0 M0,0 L9,0 L9,9 L0,9 Z\n", Describe(paths));
 	EXPECT_EQ(1, paths.unclippedCount);
@@ -206,14 +208,16 @@ TEST_F(NormalizedDocument, EndsPathsAtClips)
 		"<rect width='10' height='4'/><path clip-rule='evenodd' d='M0 0h10v10h-10zM2 2h6v6h-6z'/></clipPath>"
 		"<g clip-path='url(#c)' opacity='.5'><rect width='20' height='20'/><rect width='3' height='1' stroke='red' "
 		"stroke-dasharray='99'/></g><svg x='50' width='10' height='10'><path stroke='red' stroke-width='4' "
-		"d='M5 5h20'/><rect x='1' y='1' width='2' height='2' stroke='red'/><path d='M30 0h9v9z'/></svg>";
+		"d='M5 5h20'/><rect x='1' y='1' width='2' height='2' stroke='red' stroke-linecap='round'/><path d='M30 "
+		"0h9v9z'/></svg>";
 	EXPECT_EQ("<g opacity=\"0.5\">\n"
 			  "<path fill=\"#000000\" d=\"M0 10L0 0L5 0L5 4L2 4L2 8L5 8L5 10Z\"/>\n"
 			  "<path fill=\"#000000\" d=\"M0 1L0 0L3 0L3 1Z\"/>\n"
 			  "<path fill=\"#ff0000\" d=\"M0 1.5L0 0L3.5 0L3.5 1.5Z\"/>\n"
 			  "</g>\n"
 			  "<path fill=\"#ff0000\" d=\"M55 7L55 3L60 3L60 7Z\"/>\n"
-			  "<path fill=\"#000000\" stroke=\"#ff0000\" stroke-width=\"1\" d=\"M51 1L53 1L53 3L51 3Z\"/>\n",
+			  "<path fill=\"#000000\" stroke=\"#ff0000\" stroke-width=\"1\" stroke-linecap=\"round\" "
+			  "d=\"M51 1L53 1L53 3L51 3Z\"/>\n",
 			  ContentOf(picture, SVGNormalizedClips::applied));
 	EXPECT_EQ("<clipPath id=\"c1\"><path d=\"M0 0L5 0L5 20L0 20Z\"/></clipPath>\n"
 			  "<clipPath id=\"c2\" clip-path=\"url(#c1)\"><path d=\"M0 0L10 0L10 4L0 4Z\"/><path clip-rule=\"evenodd\" "

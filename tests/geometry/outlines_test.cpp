@@ -76,6 +76,7 @@ TEST_F(Outlines, FindTheNearestPlaceAndWhatIsInside)
 	EXPECT_EQ("10 4 0 1 14 2", PlaceText(square->FindNearest({12, 4})));
 	EXPECT_EQ("0 4 0 -1 36 1", PlaceText(square->FindNearest({1, 4})));
 	EXPECT_EQ("0 0 1 0 0 5", PlaceText(square->FindNearest({-3, -4})));
+	EXPECT_EQ("6 5 0 1 15 2", PlaceText(Make("M0 0v10M6 0v10")->FindNearest({4, 5})));
 	const SVGOutlineRef arch = Make("M0 0C0 20 20 20 20 0");
 	const SVGOutlinePlace top = Must(arch->FindNearest({10, 40}));
 	EXPECT_NEAR(15.0, top.point.y, 1e-9);

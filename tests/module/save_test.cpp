@@ -141,6 +141,16 @@ TEST_F(Saving, RefusesWhatWouldNotLoadAgain)
 										  SVGSaveOptions{.indentation = 65}, SVGSaveOptions{.indentation = -2}})
 		EXPECT_EQ("error: A precision of", SavedText(Open("<svg/>"), options).substr(0, 21));
 	EXPECT_EQ("<svg/>", SavedText(Open("<svg/>"), {.indentation = 64, .precision = 15}));
+	EXPECT_EQ("<svg><rect x=\"0\"/></svg>",
+			  [&]
+			  {
+				  const SVGDocumentRef small = Open("<svg><rect/></svg>");
+				  Must(Cast<SVGPositionInterface>(First(small, "rect"))->SetX({1e-9, SVGLengthUnit::number}));
+				  return SavedText(small, {.precision = 3});
+			  }());
+	const SVGDocumentRef group = Open("<svg/>");
+	Must(Cast<SVGDocumentEditInterface>(group)->SetRootElement(Make("svggroupelement")));
+	EXPECT_EQ("error: Only a document whose root is an svg element can be saved.", SavedText(group));
 	// A placeholder is not what the file says.
 	const CollectedFindings ignored;
 	EXPECT_EQ("error: ", SavedText(Open("<svg><rect>")).substr(0, 7));

@@ -142,6 +142,9 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 	const std::string arcs = "<svg><path d='M0 0A-3.5-4 0 1 02 3-2 1 0 012 3'/></svg>";
 	EXPECT_EQ("<svg><path d='M0 0A3.5 4 0 1 02 3 2 1 0 012 3'/></svg>",
 			  RunProgram({"repair", folder.Write("arcs.svg", arcs), "-o", "-"}).output);
+	const std::string link = "<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href=''/></svg>";
+	EXPECT_EQ("<svg xmlns:l='http://www.w3.org/1999/xlink'><use/></svg>",
+			  RunProgram({"repair", folder.Write("link.svg", link), "-o", "-"}).output);
 	const std::string lines = "<svg><g class='" + std::string(300, 'c') + "' fill='bad'/>\n<g class='" +
 							  std::string(150, 'c') + "' fill='bad'/>\n<g/>\n<g fill='bad' class='" +
 							  std::string(300, 'c') + "'/></svg>";

@@ -57,6 +57,8 @@ TEST_F(FilterElements, ReachAsFarAsTheirRegionsSay)
 		 {"<feFlood flood-color='#00f' x='30.1' y='40.1' width='.2' height='.2'/>",
 		  "30,40 0000ff; 29,40 none; 31,40 none; 30,39 none; 30,41 none"}},
 		// What is not said is that of the region, or of what comes in; and what reaches out of either is cut off.
+		{"x='0' width='2'",
+		 {"<feOffset dx='40' y='20' height='40'/>", "59,40 none; 60,20 ff0000; 99,59 ff0000; 60,60 none"}},
 		{"", {"<feFlood flood-color='#00f' x='30' width='10'/>", "30,16 0000ff; 29,30 none; 39,63 0000ff; 40,30 none"}},
 		{"",
 		 {"<feFlood flood-color='#00f' x='0' y='40' width='99' height='99'/>",
@@ -355,6 +357,7 @@ TEST_F(FilterElements, FunctionsChangeColorsWithoutAnElement)
 		{"drop-shadow(#00f -3px -1px)", "17,19 0000ff; 16,30 none; 30,18 none; 20,20 336699"},
 		{"drop-shadow(5% 10% 0 red)", "20,20 336699; 62,65 none"},
 		{"drop-shadow(1px 1px)", "60,60 00ff00; 61,61 none"},
+		{"drop-shadow(1px 1px);color:rgba(255,0,0,.4)", "60,60 ff000066; 61,61 none"},
 		{"blur(0)", "20,20 336699; 19,30 none"},
 		{"blur(2px)", "20,40 ~33669996; 40,60 ~33669969; 40,40 336699"},
 		{"blur(2px) drop-shadow(30px 0 0 #00f)", "90,40 0000ff69; 50,40 336699"},

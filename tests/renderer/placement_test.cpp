@@ -50,6 +50,12 @@ TEST_F(Placement, ImagesAreFittedAsTheyAreTold)
 	};
 	for (const PixelCase& sample : cases)
 		ExpectPixels(image + sample.elements + "/>", sample.pixels);
+	for (const std::string sharp : {"crisp-edges", "optimizeSpeed"})
+	{
+		std::string other = image;
+		other.replace(other.find("pixelated"), 9, sharp);
+		ExpectPixels(other + "width='40' height='40'/>", "39,39 ff0000; 40,39 0000ff");
+	}
 }
 
 TEST_F(Placement, UsesInheritFromWhereTheyStand)

@@ -44,6 +44,10 @@ TEST_F(Strokes, DashesFollowTheLineAndItsCorners)
 	ExpectPixels("<rect x='10' y='20' width='40' height='20' fill='none' stroke='#000' stroke-width='4' "
 				 "stroke-dasharray='50 1000'/>",
 				 "49,20 000000; 50,29 000000~; 50,30 none; 10,30 none");
+	// Lengths in letters are of the font where the dashes are said.
+	ExpectPixels("<g stroke='#000' stroke-width='4' stroke-dasharray='1em' font-size='8'><path d='M10 20h80' "
+				 "font-size='20'/></g>",
+				 "17,20 000000; 18,20 none; 26,20 000000");
 	// Each subpath begins anew.
 	ExpectPixels("<path d='M10 20h15M10 40h15' stroke='#000' stroke-width='4' stroke-dasharray='10 5'/>",
 				 "19,20 000000~; 20,20 none; 19,40 000000~; 20,40 none");

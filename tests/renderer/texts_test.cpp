@@ -88,7 +88,9 @@ TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
 		{"<text x='10' y='50' letter-spacing='10'>██</text>", "000000 10-24, 000000 36-49"},
 		{"<text x='10' y='50' letter-spacing='.5em'>██</text>", "000000 10-24, 000000 36-49"},
 		{"<text x='10' y='50' letter-spacing='50%'>██</text>", "000000 10-24, 000000 36-49"},
-		{"<text x='10' y='50' letter-spacing='-5'>██</text>", "000000 10-34"},
+		{"<path shape-rendering='crispEdges' fill-rule='evenodd' d='M0 0h1v1'/><text x='10' y='50' "
+		 "letter-spacing='-5'>██</text>",
+		 "000000 10-34"},
 		{"<text x='10' y='50' word-spacing='10'>█ █</text>", "000000 10-24, 000000 42-56"},
 		{"<text x='10' y='50' word-spacing='10'>█<tspan letter-spacing='3'> </tspan>█</text>",
 		 "000000 10-24, 000000 45-59"},
