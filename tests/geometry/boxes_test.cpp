@@ -172,7 +172,8 @@ TEST_F(Boxes, OfTheRootHaveItsBackgroundWhereItIsSeen)
 TEST_F(Boxes, OfTextsAreThoseOfTheirCells)
 {
 	const AskedPicture picture("<text id='t' x='10' y='50' font-size='10' font-family='DejaVu Sans'>ab<tspan id='s' "
-							   "dx='5'>c</tspan></text><text id='e' x='1' y='1'/>");
+							   "dx='5'><tspan id='i'>c</tspan></tspan></text><text id='e' x='1' y='1'/>");
+	EXPECT_EQ(picture.BoxOf("i"), picture.BoxOf("s"));
 	const SVGBox text = Must(picture.geometry->GetBox(picture["t"], Box::fill, In::view));
 	const SVGBox span = Must(picture.geometry->GetBox(picture["s"], Box::fill, In::view));
 	const SVGBox seen = Must(picture.geometry->GetBox(picture["s"], Box::visual, In::view));

@@ -164,6 +164,12 @@ TEST_F(Normalize, TellsWhatItLeavesAside)
 	const SVGNormalizedPaths paths = Must(picture.geometry->Normalize({}));
 	EXPECT_EQ("a server0.5,0,0.5,1 - 0 M0,0 L9,0 L9,9 L0,9 Z\nb 0,0,0,1 - 0 M0,0 L9,0 L9,9 L0,9 Z\n", Describe(paths));
 	EXPECT_EQ(1, paths.unclippedCount);
+	const SVGNormalizedPaths kept = Must(picture.geometry->NormalizeWith({}, SVGNormalizedClips::kept));
+	EXPECT_EQ(Describe(paths), Describe(kept)) << "Columns have no place for clip paths.";
+	EXPECT_EQ(1, kept.unclippedCount);
+	EXPECT_EQ("", Of("<rect width='9' height='9' stroke='red' visibility='hidden'/>"));
+	const AskedPicture line("<text x='10' y='50' text-decoration='overline'>a</text>");
+	EXPECT_EQ(2u, Must(line.geometry->Normalize({})).elements.GetCount());
 	EXPECT_EQ((Vector2d{200, 100}), paths.size);
 	EXPECT_EQ((Vector2d{200, 100}), Must(picture.geometry->GetViewSize()));
 }

@@ -56,7 +56,7 @@ TEST_F(Outlines, AreMeasuredAlongLinesAndCurves)
 	// A cusp, and control points in the ends.
 	EXPECT_NEAR(10.0, Must(Make("M0 0C0 0 10 0 10 0")->GetLength()), 1e-9);
 	EXPECT_EQ("0 0 1 0 0 0", PlaceText(Make("M0 0C0 0 10 0 10 0")->GetPlace(0)));
-	EXPECT_EQ("3 4 0 0 0 0", PlaceText(Make("M3 4")->GetPlace(5)));
+	EXPECT_EQ("3 4 0 0 0 0", PlaceText(Make("M3 4M5 6")->GetPlace(5)));
 	const auto directionAt = [](const char* data, double at)
 	{
 		const SVGOutlinePlace place = Must(Make(data)->GetPlace(at));

@@ -365,6 +365,9 @@ TEST_F(Saving, WritesATreeWithoutASourceWhole)
 								{.mode = SVGSaveMode::rewrite});
 				  return foreign.substr(std::min(foreign.size(), foreign.find("\"1.1\"")));
 			  }());
+	const std::string_view tref = "<svg xmlns:x='http://www.w3.org/1999/xlink'><text>a<tref x:href='#b'/></text></svg>";
+	const std::string rewritten = SavedText(Open(tref), {.mode = SVGSaveMode::rewrite});
+	EXPECT_NE(rewritten.npos, rewritten.find("a<tref xlink:href=\"#b\"/></text>")) << rewritten;
 	EXPECT_EQ("\t<defs>",
 			  [&]
 			  {

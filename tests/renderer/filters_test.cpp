@@ -90,6 +90,22 @@ TEST_F(FilterElements, ReachAsFarAsTheirRegionsSay)
 				 "38,35 000000; 46,26 000000; 29,44 000000; 48,35 none~; 38,24 none~; 27,35 none~; 38,45 none~");
 }
 
+TEST_F(FilterElements, MeasureInFractionsOfTheBox)
+{
+	ExpectPixels("<filter id='f' primitiveUnits='objectBoundingBox' x='0' y='0' width='2' height='3'><feOffset dx='.5' "
+				 "dy='.5'/></filter><rect x='10' y='10' width='40' height='20' filter='url(#f)'/>",
+				 "29,30 none; 30,20 000000; 30,19 none; 69,39 000000; 70,30 none; 40,40 none");
+	// A light stands at the same place however that is said.
+	const auto draw = [](const std::string& units, const std::string& place)
+	{
+		const DrawnPicture picture(LoadCompletely(
+			Document("<filter id='f' primitiveUnits='" + units + "'><feDiffuseLighting><fePointLight " + place +
+					 "/></feDiffuseLighting></filter><rect x='20' y='40' width='40' height='40' filter='url(#f)'/>")));
+		return picture.At(30, 50) + ' ' + picture.At(30, 70) + ' ' + picture.At(50, 50);
+	};
+	EXPECT_EQ(draw("userSpaceOnUse", "x='30' y='60' z='10'"), draw("objectBoundingBox", "x='.25' y='.5' z='.25'"));
+}
+
 TEST_F(FilterElements, TakeWhatIsNamedOrWhatCameBefore)
 {
 	const char* const blue = "<feFlood flood-color='#00f' x='40' y='20' width='20' height='20' result='a'/>";

@@ -66,6 +66,9 @@ TEST_F(Limits, DefinitionsInCirclesAndThoseThatMultiplyEndAsWell)
 	EXPECT_EQ(circle, warningsOf("<pattern id='a'" + tile +
 								 "<rect width='5' height='5' fill='url(#b)'/></pattern>"
 								 "<pattern id='b' href='#a'/><rect width='50' height='50' fill='url(#b)'/>"));
+	EXPECT_EQ(circle, warningsOf("<pattern id='a'" + tile +
+								 "<rect width='5' height='5' fill='url(#a)'/></pattern>"
+								 "<rect width='50' height='50' fill='url(#a)'/>"));
 	EXPECT_EQ(circle, warningsOf("<marker id='a'><path d='M0 0H9' marker-end='url(#a)'/></marker>"
 								 "<path d='M0 0H9' marker-end='url(#a)'/>"));
 	std::string patterns = "<pattern id='p0'" + tile + "<rect width='9' height='9'/></pattern>";

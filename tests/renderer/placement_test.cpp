@@ -170,6 +170,8 @@ TEST_F(Placement, ImagesThatAreDocumentsHaveTheSizesOfDocuments)
 		{"", "width='40' transform='scale(.5)'", "19,74 ff0000; 20,5 none; 10,75 none"},
 		{"width='30'", "transform='scale(.5)'", "14,74 ff0000; 15,5 none; 10,75 none"},
 		{"height='30'", "transform='scale(.25)'", "74,6 ff0000; 75,5 none; 10,8 none"},
+		{"width='10' height='10'", "y='30' width='40' height='20' preserveAspectRatio='xMidYMid slice'",
+		 "0,30 ff0000; 39,49 ff0000; 20,29 none; 20,50 none; 40,40 none"},
 	};
 	for (const auto& [document, image, pixels] : cases)
 	{

@@ -43,6 +43,7 @@ TEST_F(Target, TheSizeComesFromTheDocumentAndTheOptions)
 	EXPECT_EQ("30 x 20", SizeOf("viewBox='5 5 30 20'"));
 	EXPECT_EQ("60 x 40", SizeOf("width='60' viewBox='0 0 30 20'"));
 	EXPECT_EQ("60 x 30", SizeOf("width='60' viewBox='0 0 30 0'"));
+	EXPECT_EQ("50 x 20", SizeOf("width='10em' height='20' font-size='5'"));
 	EXPECT_EQ("300 x 150", SizeOf(""));
 	EXPECT_EQ("11 x 3", SizeOf("width='10.2' height='3'"));
 	EXPECT_EQ("40 x 20", SizeOf("viewBox='0 0 20 10'", {.width = 40.0}));
