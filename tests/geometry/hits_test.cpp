@@ -21,7 +21,11 @@ TEST_F(Hits, ComeTopmostFirstByFillAndStroke)
 		"<path id='c' fill='none' stroke='red' stroke-width='4' d='M0 45C20 45 20 45 50 45'/>"
 		"<circle id='d' cx='80' cy='20' r='10' fill='none' stroke='red' stroke-width='2' stroke-dasharray='5 1000'/>"
 		"<path id='e' d='M60 80h30' fill='none' stroke='red' stroke-dasharray='1 20' pathLength='0'/>"
-		"<path id='f' d='M60 90h30' fill='none' stroke='red' stroke-dasharray='1' pathLength='2'/>");
+		"<path id='f' d='M60 90h30' fill='none' stroke='red' stroke-dasharray='1' pathLength='2'/>"
+		"<g fill='none' stroke='red' stroke-dasharray='1em' font-size='8'><path id='h' d='M60 96h30' "
+		"font-size='20'/></g>");
+	EXPECT_EQ("h", picture.At(67, 96));
+	EXPECT_EQ("", picture.At(70, 96));
 	EXPECT_EQ("b a", picture.At(5, 5));
 	EXPECT_EQ("e", picture.At(70, 80)); // Dashes of a length that is counted as none are none.
 	EXPECT_EQ("f", picture.At(74, 90));
@@ -569,7 +573,9 @@ TEST_F(Hits, OfTextsAreTheirCells)
 {
 	const AskedPicture picture(
 		"<text id='t' x='10' y='50' font-size='20' font-family='DejaVu Sans'>l<tspan id='s' y='90' fill='none' "
-		"stroke='red'>l</tspan></text>");
+		"stroke='red'>l</tspan></text><text id='b' x='60' y='50' font-size='20' font-family='DejaVu Sans' "
+		"pointer-events='bounding-box'>n</text>");
+	EXPECT_EQ("b", picture.At(65, 33)); // Above what is painted.
 	EXPECT_EQ("t", picture.At(10.5, 40));
 	EXPECT_EQ("s", picture.At(16.5, 85));
 	EXPECT_EQ("", picture.At(10.5, 65)); // Between them, in the box of the text.

@@ -44,6 +44,8 @@ TEST_F(Outlines, AreMeasuredAlongLinesAndCurves)
 	EXPECT_EQ("22 20 1 0 17 0", PlaceText(lines->GetPlace(17)));
 	EXPECT_EQ("20 20 -1 0 35 0", PlaceText(lines->GetPlace(99)));
 	EXPECT_FALSE(lines->GetPlace(NAN).IsOk());
+	Must(lines->SetPath(Must(Make("M0 0h7")->GetPath())));
+	EXPECT_EQ(7.0, Must(lines->GetLength()));
 	// A parabola, whose length is known: (2t, t²) from 0 to 1.
 	const SVGOutlineRef parabola = Make("M0 0Q1 0 2 1");
 	const double length = std::sqrt(2.0) + std::asinh(1.0);

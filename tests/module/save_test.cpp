@@ -279,6 +279,11 @@ TEST_F(Saving, WritesInTheEncodingOfTheFile)
 	const std::string latin = "<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><svg><rect id='\xe9'/><g id='b'/></svg>";
 	EXPECT_EQ("<?xml version=\"1.0\" encoding=\"iso-8859-1\"?><svg><rect id='\xe9'/><g id='\xfc&#x20ac;'/></svg>",
 			  After(latin, "g", "id", "\xc3\xbc\xe2\x82\xac"));
+	EXPECT_EQ("<?xml version='1.0' encoding='us-ascii'?><svg><g id='&#xe9;'/></svg>",
+			  After("<?xml version='1.0' encoding='us-ascii'?><svg><g id='b'/></svg>", "g", "id", "\xc3\xa9"));
+	// What Windows-1252 has otherwise than Latin-1.
+	EXPECT_EQ("<?xml version='1.0' encoding='iso-8859-1'?><svg><g id='&#x85;'/></svg>",
+			  After("<?xml version='1.0' encoding='iso-8859-1'?><svg><g id='b'/></svg>", "g", "id", "\xc2\x85"));
 	const auto wide = [](std::string_view text)
 	{
 		std::string bytes = "\xff\xfe";

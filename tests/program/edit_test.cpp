@@ -139,8 +139,8 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 	EXPECT_EQ("red", first["repairs"][0]["after"]);
 	EXPECT_EQ(2, first["repairs"][0]["line"]);
 	// Arcs keep their form; and of lines that are shorter than where another one differs the end is shown.
-	const std::string arcs = "<svg><path d='M0 0A-3.5-4 0 1 02 3-2 1 0 012 3'/></svg>";
-	EXPECT_EQ("<svg><path d='M0 0A3.5 4 0 1 02 3 2 1 0 012 3'/></svg>",
+	const std::string arcs = "<svg><path d='M0 0A-3.5-4-5 1 02 3-2 1 0 012 3'/></svg>";
+	EXPECT_EQ("<svg><path d='M0 0A3.5 4-5 1 02 3 2 1 0 012 3'/></svg>",
 			  RunProgram({"repair", folder.Write("arcs.svg", arcs), "-o", "-"}).output);
 	const std::string link = "<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href=''/></svg>";
 	EXPECT_EQ("<svg xmlns:l='http://www.w3.org/1999/xlink'><use/></svg>",
@@ -166,8 +166,9 @@ TEST_F(Editing, RepairsJustWhatThePlainImportRefuses)
 		<< shorter.output;
 	EXPECT_EQ(1, RunProgram({"repair", folder.Write("bad.svg", "<svg><g>")}).status);
 	const ProgramRun twice =
-		RunProgram({"repair", "--json", folder.Write("e.svg", "<svg><g fill='q' fill='r'/></svg>")});
+		RunProgram({"repair", "--json", folder.Write("e.svg", "<svg><g id='i' fill='q' fill='r'/></svg>")});
 	EXPECT_EQ(1, twice.status) << "What is left is refused as well.";
+	EXPECT_NE(std::string::npos, twice.output.find("\"id\": \"i\"")) << twice.output;
 	EXPECT_NE(std::string::npos, twice.output.find("\"r\\\"\"}\n")) << twice.output;
 	EXPECT_EQ(2, RunProgram({"repair", file, good, "-o", "one.svg"}).status);
 }

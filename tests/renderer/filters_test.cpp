@@ -389,6 +389,9 @@ TEST_F(FilterElements, FunctionsChangeColorsWithoutAnElement)
 		"<g transform='scale(2)'><rect x='10' y='10' width='10' height='10' style='filter:drop-shadow(3px 1px 0 "
 		"#00f)'/></g>",
 		"45,41 0000ff; 46,30 none; 40,22 0000ff; 40,21 none");
+	// One and a third deviations of 8 pixels away.
+	ExpectPixels("<g transform='scale(4)'><rect x='-20' y='-20' width='35' height='60' style='filter:blur(2px)'/></g>",
+				 "70,50 ~00000018");
 }
 
 } // namespace

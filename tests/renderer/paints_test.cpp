@@ -230,6 +230,8 @@ TEST_F(Paints, ComeInTheirOrderAndWithTheirOpacities)
 		{"<rect width='40' height='40' fill='#f00' shape-rendering='crispEdges'/>", "39,39 ff0000; 40,5 none"},
 		{"<g fill='#0f0'><rect width='40' height='40' fill='inherit'/></g>", "10,5 00ff00"},
 		{"<path d='M10 10h40v40h-40zM20 20h20v20h-20z' fill-rule='evenodd'/>", "15,15 000000; 30,30 none"},
+		{"<path d='M10 10h40v40h-40zM20 20h20v20h-20z' fill-rule='evenodd' shape-rendering='crispEdges'/>",
+		 "15,15 000000; 30,30 none"},
 		{"<path d='M10 10h40v40h-40zM20 20h20v20h-20z'/>", "15,15 000000; 30,30 000000"},
 		{"<path d='M10 10h40v40h-40zM20 20v20h20v-20z'/>", "15,15 000000; 30,30 none"},
 		{"<rect x='10' y='10' width='40' height='40' rx='20'/>",

@@ -41,6 +41,7 @@ TEST_F(Placement, ImagesAreFittedAsTheyAreTold)
 		{"width='40' height='-1'", "20,20 ff0000; 59,39 0000ff; 30,40 none"},
 		{"width='40' height='20' opacity='.6'", "20,20 ff000099; 59,39 0000ff99"},
 		{"width='40' height='20' visibility='hidden'", "20,20 none"},
+		{"width='40' height='20' visibility='hidden' filter='opacity(.5)'", "20,20 none"},
 		{"width='40' height='20' transform='translate(80) scale(-1 1)'",
 		 "59,20 ff0000; 40,39 ff0000; 39,30 0000ff; 20,30 0000ff; 60,30 none"},
 		{"width='40' height='20' transform='rotate(90 20 20)'",

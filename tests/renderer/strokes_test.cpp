@@ -48,6 +48,10 @@ TEST_F(Strokes, DashesFollowTheLineAndItsCorners)
 	ExpectPixels("<g stroke='#000' stroke-width='4' stroke-dasharray='1em' font-size='8'><path d='M10 20h80' "
 				 "font-size='20'/></g>",
 				 "17,20 000000; 18,20 none; 26,20 000000");
+	// The way back to the start is a part of the length.
+	ExpectPixels("<path d='M10 20h40v40h-40z' fill='none' stroke='#000' stroke-width='4' pathLength='16' "
+				 "stroke-dasharray='1'/>",
+				 "19,20 000000; 20,20 none; 29,20 none; 30,20 000000");
 	// Each subpath begins anew.
 	ExpectPixels("<path d='M10 20h15M10 40h15' stroke='#000' stroke-width='4' stroke-dasharray='10 5'/>",
 				 "19,20 000000~; 20,20 none; 19,40 000000~; 20,40 none");
