@@ -101,7 +101,9 @@ Rectangle GetViewBox(const Record& record, std::int32_t node, SVGBoxKind kind) n
 	BaseArray<KnownBox>& kept = record.boxes[static_cast<std::size_t>(kind)].view;
 	const auto index = static_cast<std::size_t>(node);
 	const Matrix2d& toView = record.At(node).toView;
-	if (KeepsAxes(toView) || index >= kept.GetCount())
+	// What has no nodes below it has its box from its own coordinates where that can be.
+	const bool isLeaf = record.At(node).end == node + 1;
+	if ((isLeaf && KeepsAxes(toView)) || index >= kept.GetCount())
 		return GetBox(record, node, kind, toView);
 	const auto getInner = [&](std::int32_t child) noexcept
 	{

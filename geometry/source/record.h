@@ -214,7 +214,7 @@ struct KnownBox
 struct KnownBoxes
 {
 	BaseArray<KnownBox> own;  ///< In the coordinates of the nodes.
-	BaseArray<KnownBox> view; ///< In the view, of what is turned there.
+	BaseArray<KnownBox> view; ///< In the view, but for single nodes that are not turned there.
 };
 
 /// Where an element is drawn.

@@ -19,15 +19,20 @@ public:
 	{
 	}
 
-	void Strip(const Curve& curve) noexcept
+	void Strip(const Curve& curve, const Vector2d& in, const Vector2d& out) noexcept
 	{
-		AddAcross(curve.p[0], curve.GetDirection(0.0));
-		AddAcross(curve.p[3], curve.GetDirection(1.0));
+		AddAcross(curve.p[0], in);
+		AddAcross(curve.p[3], out);
 		if (curve.isLine)
 			return;
 		// Edges of a stroke run as the curve does, so they turn where the curve turns …
 		for (const Vector2d& axis : _axes)
 		{
+			const double steps[] = {Dot(curve.p[1] - curve.p[0], axis), Dot(curve.p[2] - curve.p[1], axis),
+									Dot(curve.p[3] - curve.p[2], axis)};
+			const bool isUp = steps[0] >= 0.0 && steps[1] >= 0.0 && steps[2] >= 0.0;
+			if (isUp || (steps[0] <= 0.0 && steps[1] <= 0.0 && steps[2] <= 0.0))
+				continue; // Mostly it does not.
 			double at[2];
 			for (int i = FindTurns(curve, axis, at); i-- > 0;)
 			{

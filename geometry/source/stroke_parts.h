@@ -42,10 +42,11 @@ void ForEachCusp(const Curve& curve, Visit visit) noexcept
 	}
 }
 
-/// Calls `parts.Strip(curve)`, `parts.Join(point, in, out)`, `parts.Cap(point, outwards)` and `parts.Point(point)` for
-/// the parts of a stroke, in the order of the outline; the two caps of a subpath, that of its start first, come behind
-/// the rest of it, and behind a closed one `parts.Ring()` where the parts have that. Directions have length 1. Lines of
-/// no length are passed over; a subpath of nothing else is a dot.
+/// Calls `parts.Strip(curve)`, with the directions at its ends where the parts want them, `parts.Join(point, in, out)`,
+/// `parts.Cap(point, outwards)` and `parts.Point(point)` for the parts of a stroke, in the order of the outline; the
+/// two caps of a subpath, that of its start first, come behind the rest of it, and behind a closed one `parts.Ring()`
+/// where the parts have that. Directions have length 1. Lines of no length are passed over; a subpath of nothing else
+/// is a dot.
 template <typename Parts>
 class StrokeVisitor
 {
@@ -72,8 +73,11 @@ public:
 		else
 			_firstDirection = _in;
 		_hasDirection = true;
-		_parts.Strip(curve);
-		_direction = curve.GetDirection(1.0);
+		_direction = curve.isLine ? _in : curve.GetDirection(1.0);
+		if constexpr (requires { _parts.Strip(curve, _in, _direction); })
+			_parts.Strip(curve, _in, _direction);
+		else
+			_parts.Strip(curve);
 		_end = curve.p[3];
 	}
 
