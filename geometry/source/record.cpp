@@ -65,34 +65,52 @@ void Record::SortElements() noexcept
 	IgnoreResult(referenced.Resize(static_cast<std::size_t>(end - referenced.begin()))); // It becomes shorter.
 }
 
-Result<void> Record::AddElement(const ElementEntry& entry) noexcept
-{
-	ORVAN_TRY(elements.Append(entry));
-	ElementEntry* const added = elements.end() - 1;
-	std::rotate(std::upper_bound(elements.begin(), added, entry, IsBefore), added, elements.end());
-	return {};
-}
-
-void Record::RemoveElement(const ElementEntry& entry) noexcept
-{
-	ElementEntry* const at = std::lower_bound(elements.begin(), elements.end(), entry, IsBefore);
-	if (at == elements.end() || at->element != entry.element || at->node != entry.node)
-		return;
-	std::move(at + 1, elements.end(), at);
-	IgnoreResult(elements.Resize(elements.GetCount() - 1)); // It becomes shorter.
-}
-
-std::span<const ElementEntry> Record::Find(const ObjectBase* element) const noexcept
+std::span<ElementEntry> Record::FindPlaces(const ObjectBase* element) noexcept
 {
 	const auto isBefore = [](const ElementEntry& entry, const ObjectBase* wanted)
 	{
 		return std::less<>()(static_cast<const ObjectBase*>(entry.element), wanted);
 	};
-	const ElementEntry* const first = std::lower_bound(elements.begin(), elements.end(), element, isBefore);
-	const ElementEntry* end = first;
+	ElementEntry* const first = std::lower_bound(elements.begin(), elements.end(), element, isBefore);
+	ElementEntry* end = first;
 	while (end != elements.end() && end->element == element)
 		end++;
 	return {first, end};
+}
+
+Result<void> Record::AddElement(const ElementEntry& entry) noexcept
+{
+	const std::span<ElementEntry> places = FindPlaces(entry.element);
+	for (ElementEntry& place : places)
+	{
+		if (place.node >= 0)
+			continue;
+		place.node = entry.node;
+		return {};
+	}
+	const auto behind = static_cast<std::size_t>(places.data() + places.size() - elements.begin());
+	ORVAN_TRY(elements.Append(entry));
+	std::rotate(elements.begin() + behind, elements.end() - 1, elements.end());
+	return {};
+}
+
+void Record::RemoveElement(const ElementEntry& entry) noexcept
+{
+	for (ElementEntry& place : FindPlaces(entry.element))
+	{
+		if (place.node == entry.node)
+			place.node = -1;
+	}
+}
+
+std::span<const ElementEntry> Record::Find(const ObjectBase* element) const noexcept
+{
+	std::span<const ElementEntry> found = const_cast<Record*>(this)->FindPlaces(element);
+	while (!found.empty() && found.front().node < 0)
+		found = found.subspan(1);
+	while (!found.empty() && found.back().node < 0)
+		found = found.first(found.size() - 1);
+	return found;
 }
 
 bool Record::IsReferenced(ObjectBase* element) const noexcept

@@ -300,9 +300,11 @@ struct Record
 
 	/// To be called when elements or references have been added.
 	void SortElements() noexcept;
-	/// Adds an element to, or takes one from, sorted ones.
+	/// Adds an element to, or takes one from, sorted ones. Its place stays free.
 	Result<void> AddElement(const ElementEntry& entry) noexcept;
 	void RemoveElement(const ElementEntry& entry) noexcept;
+	/// All places of an element, free ones as well, which have a node of -1.
+	std::span<ElementEntry> FindPlaces(const ObjectBase* element) noexcept;
 	/// The nodes of an element: one, but for the parts of a text.
 	std::span<const ElementEntry> Find(const ObjectBase* element) const noexcept;
 	/// True when a reference leads to the element.
