@@ -236,8 +236,8 @@ TEST_F(Clips, MasksCoverByTheirLightOrTheirAlpha)
 		"<mask id='m'><rect width='99' height='99' fill='#fff'/></mask><rect x='20' y='20' width='40' height='40' "
 		"stroke='#00f' stroke-width='20' mask='url(#m)'/>",
 		"16,40 0000ff; 15,40 none; 40,16 0000ff; 40,15 none; 63,40 0000ff; 64,40 none; 40,63 0000ff; 40,64 none");
-	ExpectPixels("<mask id='m' color-interpolation='linearRGB'><rect width='99' height='99' fill='#fff'/></mask><rect "
-				 "width='99' height='99' fill='#00f' mask='url(#m)' opacity='.4'/>",
+	ExpectPixels("<mask id='m' color-interpolation='linearRGB'><rect width='99' height='99' fill='#fff'/></mask><g "
+				 "mask='url(#m)' opacity='.4'><rect width='99' height='99' fill='#00f'/></g>",
 				 "5,5 0000ff66");
 	// Clips with opacities and masks at the same time.
 	const std::string clip =
