@@ -133,15 +133,6 @@ FontMetrics GetMetrics(const FontFace& face) noexcept
 		metrics.xHeight = MeasureHeight(face, 'x');
 	if (!(metrics.xHeight > 0.0))
 		metrics.xHeight = metrics.ascent * 0.5;
-	double offset = -metrics.subscript;
-	read(HB_OT_METRICS_TAG_SUBSCRIPT_EM_Y_OFFSET, offset);
-	metrics.subscript = -std::abs(offset);
-	read(HB_OT_METRICS_TAG_SUPERSCRIPT_EM_Y_OFFSET, metrics.superscript);
-	read(HB_OT_METRICS_TAG_UNDERLINE_OFFSET, metrics.underline.center);
-	read(HB_OT_METRICS_TAG_UNDERLINE_SIZE, metrics.underline.thickness);
-	metrics.overline = {metrics.ascent, metrics.underline.thickness};
-	metrics.lineThrough = {metrics.xHeight / 2.0, metrics.underline.thickness};
-	read(HB_OT_METRICS_TAG_STRIKEOUT_OFFSET, metrics.lineThrough.center);
 	return metrics;
 }
 

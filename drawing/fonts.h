@@ -33,24 +33,12 @@ using DrawFunctionsPtr = std::unique_ptr<hb_draw_funcs_t, Releaser<&hb_draw_func
 /// nor very large sizes lose precision.
 inline constexpr double kFontSize = 64.0;
 
-/// Where a line runs along the text, and how thick it is.
-struct FontLine
-{
-	double center = 0.0; ///< Upwards from the baseline.
-	double thickness = 0.0;
-};
-
 /// Heights of a font as fractions of its size, upwards from the alphabetic baseline.
 struct FontMetrics
 {
 	double ascent = 0.8;
 	double descent = -0.2;
 	double xHeight = 0.5;
-	double subscript = -0.2;
-	double superscript = 0.4;
-	FontLine underline{-0.1, 0.05};
-	FontLine overline{0.8, 0.05};
-	FontLine lineThrough{0.3, 0.05};
 };
 
 /// One face of a font: a source of glyphs.

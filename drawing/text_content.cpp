@@ -78,6 +78,7 @@ public:
 	Result<void> Collect(const Frame& text) noexcept
 	{
 		_content._isVertical = text.place.style.writingMode != SVGWritingMode::horizontalTb;
+		_content._runsUpwards = text.place.style.writingMode == SVGWritingMode::sidewaysLr;
 		const Borrowed<HierarchyObjectInterface> hierarchy(text.element);
 		bool hasParts = false;
 		for (auto child = hierarchy->GetFirstChild(); child && !hasParts; child = child->GetNextSibling())
@@ -437,7 +438,12 @@ private:
 		const bool hasX = read(lists.x, lists.firstX, Axis::horizontal, character.x);
 		const bool hasY = read(lists.y, lists.firstY, Axis::vertical, character.y);
 		read(lists.dx, nullptr, Axis::horizontal, character.dx);
-		read(lists.dy, nullptr, Axis::vertical, character.dy);
+		const bool hasDy = read(lists.dy, nullptr, Axis::vertical, character.dy);
+		if (_content._runsUpwards && lists.path < 0)
+		{
+			character.y = hasY ? -character.y : character.y;
+			character.dy = hasDy ? -character.dy : character.dy;
+		}
 		// On a path only the position along it counts.
 		if (lists.path >= 0 && hasX && isVertical)
 			character.x = kUnsaid;

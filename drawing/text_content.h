@@ -82,10 +82,18 @@ public:
 		return _isVertical;
 	}
 
+	/// True when they run upwards instead ("sideways-lr"). The vertical positions of characters that are on no path are
+	/// then counted upwards.
+	bool RunsUpwards() const noexcept
+	{
+		return _runsUpwards;
+	}
+
 private:
 	friend class TextCollector;
 
 	bool _isVertical = false;
+	bool _runsUpwards = false;
 
 	BaseArray<TextCharacter> _characters;
 	BaseArray<TextSpan> _spans;

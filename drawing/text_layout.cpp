@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "text_layout.h"
 
+#include "text_orientation.h"
+
 #include <numbers>
 
 namespace orvan::drawing
@@ -32,44 +34,43 @@ double GetCenter(const TextSpan& span) noexcept
 
 constexpr TextLineKind kLineKinds[] = {TextLineKind::underline, TextLineKind::overline, TextLineKind::lineThrough};
 
-/// Where a line runs. Along vertical text, lines stand at the edges of the letters and in their middle.
-FontLine GetLine(const FontMetrics& metrics, TextLineKind kind, bool isVertical) noexcept
-{
-	FontLine line = kind == TextLineKind::underline  ? metrics.underline
-					: kind == TextLineKind::overline ? metrics.overline
-													 : metrics.lineThrough;
-	if (isVertical)
-	{
-		line.center = kind == TextLineKind::underline  ? metrics.descent
-					  : kind == TextLineKind::overline ? metrics.ascent
-													   : (metrics.ascent + metrics.descent) / 2.0;
-	}
-	return line;
-}
-
-/// The line that an element asks for along letters of a span, but for its ends.
-TextLine MakeLine(const TextSpan& span, TextLineKind kind, bool isVertical, const Frame& decorating) noexcept
+/// The line that an element asks for along letters of a span, but for its ends. As in browsers it is a tenth of the
+/// font's size thick: one below letters keeps away from the baseline by half of its thickness, one above them stands on
+/// their heights, and one through them a third of their height above the baseline. Where letters may stand upright,
+/// what stands in for the baseline is the middle, and lines below and above keep away from it by half of the font's
+/// size.
+TextLine MakeLine(const TextSpan& span, TextLineKind kind, bool hasUprightLetters, const Frame& decorating) noexcept
 {
 	using Key = SVGImportAttribute;
-	const FontLine ofFont = GetLine(span.font->metrics, kind, isVertical);
+	constexpr double kThickness = 0.1;
+	const FontMetrics& metrics = span.font->metrics;
+	const double ascent =
+		(metrics.ascent - (hasUprightLetters ? metrics.ascent + metrics.descent : 0.0) / 2.0) * span.size;
+	const double middle = hasUprightLetters ? -GetCenter(span) : 0.0;
 	TextLine line;
 	line.kind = kind;
 	line.style = decorating.GetKeyword(Key::textDecorationStyle, SVGTextDecorationStyle::solid);
-	line.center = -ofFont.center * span.size;
-	line.thickness = ofFont.thickness * span.size;
+	line.thickness = span.size * kThickness;
 	if (const auto* given =
 			decorating.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::textDecorationThickness)))
-	{
-		const double thickness = given->unit == SVGLengthUnit::percent ? given->value * decorating.place.style.fontSize
-																	   : decorating.Resolve(*given, Axis::other);
-		// As in browsers, lines below letters keep away from them by half of their thickness.
-		if (kind == TextLineKind::underline && !isVertical)
-			line.center = thickness;
-		line.thickness = thickness;
-	}
+		line.thickness = given->unit == SVGLengthUnit::percent ? given->value * decorating.place.style.fontSize
+															   : decorating.Resolve(*given, Axis::other);
 	const double offset = decorating.place.style.underlineOffset;
-	if (kind == TextLineKind::underline && !isVertical && std::isfinite(offset))
-		line.center = offset + line.thickness / 2.0;
+	switch (kind)
+	{
+	case TextLineKind::underline:
+		line.center = hasUprightLetters       ? (span.size + line.thickness) / 2.0
+					  : std::isfinite(offset) ? offset + line.thickness / 2.0
+											  : line.thickness;
+		break;
+	case TextLineKind::overline:
+		line.center = -(hasUprightLetters ? span.size / 2.0 : ascent) - line.thickness / 2.0;
+		break;
+	case TextLineKind::lineThrough:
+		line.center = -ascent / 3.0;
+		break;
+	}
+	line.center += middle;
 	return line;
 }
 
@@ -125,21 +126,32 @@ Matrix2d TextLayout::MakePlace(std::size_t cluster, const TextPosition& position
 		place = place * Rotation(position.turn);
 	if (!_content.IsVertical())
 	{
-		// On a path a cluster turns around its middle on the path, else around its start beside the line.
-		const Vector2d pivot{position.pivot, position.pivot == 0.0 ? -span.shift : 0.0};
-		if (position.rotation != 0.0)
-			place = place * RotationAround(position.rotation, pivot);
-		place = place * Translation(0.0, -span.shift);
-		return place * Scaling(position.stretch, 1.0);
+		// On a path a cluster turns around its middle on the path, else around its start beside the line, and letters
+		// that are turned are then stretched along the line.
+		const bool isOnPath = position.pivot != 0.0;
+		const Vector2d pivot{position.pivot, isOnPath ? 0.0 : -span.shift};
+		const Matrix2d turned = RotationAround(position.rotation, pivot) * Translation(0.0, -span.shift);
+		const Matrix2d stretched = Scaling(position.stretch, 1.0);
+		return isOnPath ? place * turned * stretched : place * stretched * turned;
 	}
+	// Browsers turn letters in lines that run down or up around a point at the left edge of the line.
+	const FontMetrics& metrics = span.font->metrics;
+	const double ascent = metrics.ascent * span.size;
+	const double descent = -metrics.descent * span.size;
+	const bool isOnPath = position.pivot != 0.0;
 	if (_text.clusters[cluster].isUpright)
 	{
-		return place * Translation(span.shift + GetCenter(span), 0.0) *
-			   RotationAround(position.rotation, {0.0, position.pivot}) * Scaling(1.0, position.stretch);
+		const Vector2d pivot = isOnPath ? Vector2d{0.0, position.pivot} : Vector2d{-(ascent + descent) / 2.0, ascent};
+		return place * Translation(span.shift + GetCenter(span), 0.0) * RotationAround(position.rotation, pivot) *
+			   Scaling(1.0, position.stretch);
 	}
 	constexpr double kQuarter = std::numbers::pi / 2.0;
-	return place * Translation(span.shift, 0.0) * Rotation(kQuarter) *
-		   RotationAround(position.rotation, {position.pivot, 0.0}) * Scaling(position.stretch, 1.0);
+	const bool runsUp = _content.RunsUpwards();
+	const Vector2d edge = runsUp ? Vector2d{_text.clusters[cluster].advance * position.stretch - ascent, -ascent}
+								 : Vector2d{ascent, descent};
+	return place * Translation(runsUp ? -span.shift : span.shift, 0.0) * Rotation(runsUp ? -kQuarter : kQuarter) *
+		   RotationAround(position.rotation, isOnPath ? Vector2d{position.pivot, 0.0} : edge) *
+		   Scaling(position.stretch, 1.0);
 }
 
 /// Takes the cell and the ink of a cluster into the boxes.
@@ -185,20 +197,15 @@ Result<void> TextLayout::AddFragments(const BaseArray<TextPosition>& positions) 
 	return {};
 }
 
-/// Takes lines into the reach that may lie beside the letters: all but those that the font itself has.
+/// Takes lines into the reach, which may lie beside the letters.
 Result<void> TextLayout::MeasureLines() noexcept
 {
-	using Key = SVGImportAttribute;
 	for (const TextFragment& fragment : _fragments)
 	{
 		for (const TextLineKind kind : kLineKinds)
 		{
 			for (int i = 0; const Frame* const frame = FindDecorating(fragment, kind, i); i++)
-			{
-				if (frame->Has(Key::textDecorationStyle) || frame->Has(Key::textDecorationThickness) ||
-					std::isfinite(frame->place.style.underlineOffset))
-					_reach.Include(ORVAN_TRY(GetLines(fragment, kind, *frame)).GetBounds());
-			}
+				_reach.Include(ORVAN_TRY(GetLines(fragment, kind, *frame)).GetBounds());
 		}
 	}
 	return {};
@@ -233,7 +240,7 @@ Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind 
 	for (std::size_t i = fragment.first; i < fragment.end;)
 	{
 		const TextSpan& span = SpanOf(i);
-		TextLine line = MakeLine(span, kind, _content.IsVertical(), decorating);
+		TextLine line = MakeLine(span, kind, HasUprightLetters(span.frame->place.style), decorating);
 		const bool isUpright = _text.clusters[i].isUpright;
 		const auto getEnd = [&](double length)
 		{

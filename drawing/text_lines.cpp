@@ -25,13 +25,10 @@ double GetSide(TextLineKind kind) noexcept
 
 Result<void> AddDouble(const TextLine& line, const Matrix2d& place, Outline& outline) noexcept
 {
-	// One line stands where a single one would; a line through letters has one on each side.
-	const double apart = line.thickness * 2.0;
-	const double side = GetSide(line.kind);
-	const double first = side != 0.0 ? line.center : line.center - apart / 2.0;
-	const double second = side != 0.0 ? line.center + apart * side : line.center + apart / 2.0;
-	ORVAN_TRY(AddBar(line.start, line.end, first, line.thickness, place, outline));
-	return AddBar(line.start, line.end, second, line.thickness, place, outline);
+	// One line stands where a single one would, and the other beside it: as in browsers, below a line through letters.
+	const double apart = (line.thickness + 1.0) * (line.kind == TextLineKind::overline ? -1.0 : 1.0);
+	ORVAN_TRY(AddBar(line.start, line.end, line.center, line.thickness, place, outline));
+	return AddBar(line.start, line.end, line.center + apart, line.thickness, place, outline);
 }
 
 /// How many pieces of a length are spread over a line with gaps that come nearest to `gap`.
@@ -75,9 +72,9 @@ Result<void> AddPieces(const TextLine& line, const Matrix2d& place, Outline& out
 Result<void> AddWave(const TextLine& line, const Matrix2d& place, Outline& outline) noexcept
 {
 	constexpr int kSteps = 12;
-	const double half = line.thickness * 2.0 + 1.0;
-	const double swing = line.thickness * 3.0 + 1.0;
-	const double center = line.center + GetSide(line.kind) * (line.thickness + 1.0);
+	const double half = std::round(line.thickness * 2.0 + 0.5) + 0.5;
+	const double swing = std::round(line.thickness * 3.0 + 0.5) + 0.5;
+	const double center = line.center - line.thickness / 2.0 + GetSide(line.kind) * (line.thickness + 1.0);
 	const double length = line.end - line.start;
 	const int count = std::max(1, static_cast<int>(std::ceil(length / half / 2.0))) * kSteps;
 	const auto getEdge = [&](int i, double side)

@@ -51,6 +51,11 @@ public:
 		Shift();
 		ORVAN_TRY(AdjustLengths());
 		ORVAN_TRY(PlaceChunks());
+		for (std::size_t i = 0; _content.RunsUpwards() && i < _clusters.GetCount(); i++)
+		{
+			if (PathOf(_clusters[i].first) < 0)
+				_positions[i].point.y = -_positions[i].point.y;
+		}
 		return std::move(_positions);
 	}
 
