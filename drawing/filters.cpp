@@ -39,6 +39,8 @@ Result<bool> FindFilter(Scene& scene, const Frame& user, Extent& extent, FilterS
 	const Borrowed<SVGFilterElementInterface> filter(stage.filter);
 	const DataDictionary attributes = stage.filter->GetAttributeDictionary();
 	stage.place = ORVAN_TRY(GetContentPlace(scene, stage.filter.GetObject(), user));
+	// Unlike elsewhere, percentages are of the viewport of what is filtered.
+	stage.place.viewport = user.place.viewport;
 	stage.place.style.Apply(attributes, stage.place.viewport);
 	stage.primitiveUnits = filter->GetPrimitiveUnits();
 	stage.box = ORVAN_TRY(GetFilteredBox(scene, user, extent));

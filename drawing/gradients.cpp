@@ -110,7 +110,7 @@ Result<BaseArray<Stop>> MixAsLight(const BaseArray<Stop>& stops) noexcept
 class Coordinates
 {
 public:
-	Coordinates(const GradientDefinition& gradient, const Place& place) noexcept : _gradient(gradient), _place(place)
+	explicit Coordinates(const GradientDefinition& gradient) noexcept : _gradient(gradient)
 	{
 	}
 
@@ -120,7 +120,7 @@ public:
 		const SVGLength length = _gradient.chain.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
 		if (_gradient.units == SVGGradientUnits::objectBoundingBox && length.unit == SVGLengthUnit::percent)
 			return length.value;
-		return ToUserUnits(length, axis, _place.viewport, _gradient.fontSize);
+		return ToUserUnits(length, axis, _gradient.viewport, _gradient.fontSize);
 	}
 
 	double GetOr(Key key, Axis axis, double absent) const noexcept
@@ -130,7 +130,6 @@ public:
 
 private:
 	const GradientDefinition& _gradient;
-	const Place& _place;
 };
 
 } // namespace
@@ -151,14 +150,15 @@ Result<GradientDefinition> GetGradient(Scene& scene, ObjectBase* element) noexce
 	Style style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(element), {}, scene.initialStyle));
 	style.Apply(Borrowed<SVGElementInterface>(element)->GetAttributeDictionary(), {});
 	gradient.fontSize = style.fontSize;
+	gradient.viewport = ORVAN_TRY(GetViewportAround(scene, element));
 	if (style.colorInterpolation == SVGColorInterpolation::linearRGB)
 		gradient.stops = ORVAN_TRY(MixAsLight(gradient.stops));
 	return gradient;
 }
 
-GradientGeometry GetGeometry(const GradientDefinition& gradient, const Place& place) noexcept
+GradientGeometry GetGeometry(const GradientDefinition& gradient) noexcept
 {
-	const Coordinates at(gradient, place);
+	const Coordinates at(gradient);
 	GradientGeometry geometry;
 	if (!gradient.isRadial)
 	{

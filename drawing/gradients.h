@@ -25,6 +25,7 @@ struct GradientDefinition
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
 	BaseArray<Stop> stops;
 	double fontSize = 16.0; ///< What lengths of the gradient may be multiples of.
+	Viewport viewport{};    ///< What percentages refer to: as in browsers, where the gradient stands.
 };
 
 /// Where a gradient runs: from one circle to another, or, for a linear one, between two points.
@@ -43,7 +44,7 @@ bool IsGradient(ObjectBase* element) noexcept;
 /// Reads a gradient. A gradient of very many stops is read with as many of them as a picture can show.
 Result<GradientDefinition> GetGradient(Scene& scene, ObjectBase* element) noexcept;
 
-/// The geometry for an element in `place`, in the coordinates that the units name.
-GradientGeometry GetGeometry(const GradientDefinition& gradient, const Place& place) noexcept;
+/// The geometry in the coordinates that the units name.
+GradientGeometry GetGeometry(const GradientDefinition& gradient) noexcept;
 
 } // namespace orvan::drawing

@@ -265,8 +265,8 @@ public:
 		const auto fit = FitViewbox(area, fitting->GetViewbox(), fitting->GetPreserveAspectRatio());
 		if (!fit)
 			return {};
-		// The frame's transform is not that of a marker: it has none of its own. Its percentages are the shape's, but
-		// for those of the point that is put onto the vertex: they are of what the marker shows.
+		// The frame's transform is not that of a marker: it has none of its own. Its percentages are those of where it
+		// stands, but for those of the point that is put onto the vertex: they are of what the marker shows.
 		const SVGViewbox viewbox = fitting->GetViewbox();
 		const auto resolve = [&](const SVGLength& length, Axis axis, const SVGLength& start, double size)
 		{

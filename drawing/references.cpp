@@ -68,4 +68,33 @@ Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept
 	return found;
 }
 
+Result<Viewport> GetViewportAround(const Scene& scene, ObjectBase* element) noexcept
+{
+	BaseArray<ObjectBase*> around; // The innermost first; the document keeps them alive.
+	auto at = Cast<HierarchyObjectInterface>(SVGElementRef::From(element));
+	for (int depth = 0; at && depth < kMaxDepth; depth++)
+	{
+		at = ORVAN_TRY(at->GetParent());
+		if (at && Borrowed<SVGSVGElementInterface>(at))
+			ORVAN_TRY(around.Append(at.GetObject()));
+	}
+	Viewport viewport = scene.viewport;
+	if (viewport.width == 0.0 && viewport.height == 0.0)
+		viewport.Resize(scene.naturalSize);
+	// The outermost one is the scene's.
+	for (std::size_t i = around.GetCount(); i-- > 1;)
+	{
+		ObjectBase* const svg = around[i - 1];
+		const SVGViewbox viewbox = Borrowed<SVGFitToViewboxInterface>(svg)->GetViewbox();
+		const SVGViewport size = Borrowed<SVGSVGElementInterface>(svg)->GetViewport();
+		const double em = scene.initialStyle.fontSize;
+		if (viewbox.isDefault)
+			viewport.Resize({ToUserUnits(size.width, Axis::horizontal, viewport, em),
+							 ToUserUnits(size.height, Axis::vertical, viewport, em)});
+		else
+			viewport.Resize({viewbox.width.value, viewbox.height.value});
+	}
+	return viewport;
+}
+
 } // namespace orvan::drawing

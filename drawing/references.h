@@ -32,12 +32,17 @@ Result<SVGElementRef> FindEffect(Scene& scene, const String* id, const Frame& fr
 	return found;
 }
 
+/// The viewport that percentages of an element refer to where it stands in the document, whatever it is drawn for: that
+/// of the nearest svg element around it.
+Result<Viewport> GetViewportAround(const Scene& scene, ObjectBase* element) noexcept;
+
 /// What holds around content that stands elsewhere in the document and is drawn for `user`: the user's coordinates, and
-/// the properties that are inherited where the content stands.
+/// the viewport and the properties that are inherited where the content stands.
 inline Result<Place> GetContentPlace(const Scene& scene, ObjectBase* content, const Frame& user) noexcept
 {
 	Place place = user.place;
-	place.style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(content), user.place.viewport, scene.initialStyle));
+	place.viewport = ORVAN_TRY(GetViewportAround(scene, content));
+	place.style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(content), place.viewport, scene.initialStyle));
 	place.isByReference = true;
 	place.context = nullptr;
 	return place;

@@ -24,6 +24,7 @@ struct Scene
 	Style initialStyle{};                ///< What holds outside of the document.
 	double unit = 1.0;                   ///< Pixels, or points of a page, for one unit of the viewport.
 	std::optional<bool> hasBlendModes{}; ///< Found out when it is first asked for.
+	Viewport viewport{};                 ///< That of the outermost element; of no size until it is visited.
 	Matrix2d placement{};                ///< From the coordinates around the outermost element to those of the picture.
 	ImageSource* images = nullptr;       ///< Null where no images are drawn.
 	bool isComplete = false; ///< The document was imported completely: what it does not say has its initial value.

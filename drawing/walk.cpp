@@ -278,6 +278,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	frame.place.transform = frame.place.transform * fit->transform;
 	frame.place.viewport.Resize(fit->size);
 	frame.place.viewport.outermost.fontSize = frame.place.style.fontSize;
+	_scene.viewport = frame.place.viewport;
 	const auto draw = [&](Sink& sink) noexcept -> Result<void>
 	{
 		if (frame.Has(SVGImportAttribute::backgroundColor))

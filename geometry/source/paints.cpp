@@ -63,7 +63,7 @@ Result<std::optional<RecordedPaint>> LayGradient(const PaintUser& to, const Fram
 	GradientDefinition definition = ORVAN_TRY(GetGradient(to.scene, element));
 	const std::size_t count = definition.stops.GetCount();
 	RecordedGradient gradient;
-	gradient.geometry = GetGeometry(definition, frame.place);
+	gradient.geometry = GetGeometry(definition);
 	const GradientGeometry& at = gradient.geometry;
 	if (count == 0 || !std::isfinite(at.from.x + at.from.y + at.to.x + at.to.y + at.fromRadius + at.toRadius))
 		return std::optional(RecordedPaint());
@@ -154,15 +154,17 @@ Result<std::optional<RecordedPaint>> LayPattern(const PaintUser& to, const Frame
 	const Rectangle box = isTileInBox || isContentInBox ? lazyBox.Get() : Rectangle{0.0, 0.0, 1.0, 1.0};
 	if (!(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 		return none;
-	const Rectangle tile = chain.GetArea(isTileInBox, frame.place, box);
-	const Matrix2d toView = frame.place.transform * chain.GetTransform(Key::patternTransform, frame.place);
+	Place place = frame.place;
+	place.viewport = ORVAN_TRY(GetViewportAround(to.scene, element));
+	const Rectangle tile = chain.GetArea(isTileInBox, place, box);
+	const Matrix2d toView = frame.place.transform * chain.GetTransform(Key::patternTransform, place);
 	const auto toCorner = GetContentTransform(chain, isContentInBox, tile, box);
 	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(toView) || !toCorner)
 		return none;
 	paint.pattern = FindPattern(to.record, {element, tile, toView, *toCorner});
 	if (paint.pattern >= 0)
 		return std::optional(paint);
-	Place place = ORVAN_TRY(GetContentPlace(to.scene, parent, frame));
+	place = ORVAN_TRY(GetContentPlace(to.scene, parent, frame));
 	place.transform = *toCorner;
 	Frame inner(parent, place, &frame, to.scene.limits);
 	// A pattern has no transform of its own beside that of its coordinates.

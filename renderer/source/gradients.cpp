@@ -69,7 +69,7 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 	GradientCache::Entry& entry = *ORVAN_TRY(FindEntry(canvas.job, element));
 	const GradientDefinition& gradient = entry.definition;
 	const Place& place = at.frame.place;
-	const GradientGeometry geometry = GetGeometry(gradient, place);
+	const GradientGeometry geometry = GetGeometry(gradient);
 	const bool isFinite = std::isfinite(geometry.from.x + geometry.from.y + geometry.to.x + geometry.to.y) &&
 						  std::isfinite(geometry.fromRadius + geometry.toRadius);
 	const std::size_t count = gradient.stops.GetCount();

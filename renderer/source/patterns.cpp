@@ -127,8 +127,11 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 	const Rectangle box = usesBox ? at.box.Get() : none;
 	if (usesBox && !(box.GetWidth() > 0.0 && box.GetHeight() > 0.0))
 		return PaintResult::invalid;
-	const Rectangle tile = chain.GetArea(units == SVGUnits::objectBoundingBox, at.frame.place, box);
-	const Matrix2d transform = at.frame.place.transform * chain.GetTransform(Key::patternTransform, at.frame.place);
+	// As in browsers, percentages are of the viewport where the pattern stands.
+	Place place = at.frame.place;
+	place.viewport = ORVAN_TRY(GetViewportAround(job.scene, element));
+	const Rectangle tile = chain.GetArea(units == SVGUnits::objectBoundingBox, place, box);
+	const Matrix2d transform = at.frame.place.transform * chain.GetTransform(Key::patternTransform, place);
 	if (!tile.IsFinite() || !(tile.right > tile.left && tile.bottom > tile.top) || !IsInvertible(transform))
 		return PaintResult::invalid;
 	TileContent content = ORVAN_TRY(GetContent(canvas, chain, tile, at));
