@@ -8,9 +8,28 @@ namespace orvan::drawing
 namespace
 {
 
-/// The local transform around the point that "transform-origin" names.
-Matrix2d GetTransform(const Frame& frame, const Matrix2d& local, const Rectangle* box) noexcept
+/// The local transform, whose percentages are those of `box`, or of the viewport where there is none.
+Matrix2d ResolvePercentages(const Frame& frame, const Matrix2d& local, const Rectangle* box) noexcept
 {
+	constexpr std::size_t kCount = 8;
+	const auto* values =
+		frame.attributes.Find<BaseArray<Float>>(static_cast<std::int32_t>(SVGImportAttribute::transformPercentages));
+	if (values == nullptr || values->GetCount() != kCount)
+		return local;
+	const BaseArray<Float>& v = *values;
+	if (local.offset != Vector2d{v[6], v[7]})
+		return local;
+	const double width = (box != nullptr ? box->GetWidth() : frame.place.viewport.width) - v[4];
+	const double height = (box != nullptr ? box->GetHeight() : frame.place.viewport.height) - v[5];
+	Matrix2d resolved = local;
+	resolved.offset = local.offset + Vector2d{v[0] * width + v[2] * height, v[1] * width + v[3] * height};
+	return resolved;
+}
+
+/// The local transform around the point that "transform-origin" names.
+Matrix2d GetTransform(const Frame& frame, const Matrix2d& given, const Rectangle* box) noexcept
+{
+	const Matrix2d local = ResolvePercentages(frame, given, box);
 	if (local == Matrix2d())
 		return local;
 	const auto* origin =

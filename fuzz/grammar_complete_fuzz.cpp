@@ -170,8 +170,12 @@ void CheckPaints(std::string_view text)
 	complete::Paint paint;
 	(void)complete::ParsePaint(text, paint);
 	complete::Reference reference;
-	if (complete::ParseMask(text, reference) == Parsed::value)
-		static_cast<void>(complete::ResolveEscapes(reference.text));
+	complete::Mask mask;
+	if (complete::ParseMask(text, mask) == Parsed::value)
+	{
+		Require(mask.count > 0 && mask.count <= complete::Mask::kMostLayers, "layers are miscounted", text);
+		static_cast<void>(complete::ResolveEscapes(mask.layers[mask.count - 1].text));
+	}
 	if (complete::ParseReference(text, reference) == Parsed::value && reference.hasEscapes)
 		Require(complete::ResolveEscapes(reference.text).size() <= 3 * reference.text.size(), "escapes grow", text);
 }

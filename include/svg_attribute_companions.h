@@ -26,6 +26,8 @@ inline constexpr SVGAttributeCompanion kSVGAttributeCompanions[] = {
 	{SVGImportAttribute::y, SVGImportAttribute::yList},
 	{SVGImportAttribute::fontWeight, SVGImportAttribute::fontWeightNumber},
 	{SVGImportAttribute::clipPath, SVGImportAttribute::clipShape},
+	{SVGImportAttribute::transform, SVGImportAttribute::transformPercentages},
+	{SVGImportAttribute::mask, SVGImportAttribute::maskLayers},
 };
 
 /// The companion of an attribute; `unknown`, which no dictionary has, for one without.

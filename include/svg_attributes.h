@@ -197,11 +197,18 @@ enum class SVGImportAttribute : std::int32_t
 	textUnderlineOffset = 172,     ///< `SVGLength` downwards from the baseline, likewise.
 	textTransform = 173,           ///< `SVGTextTransform` as Int32.
 	fontSizeAdjust = 174,          ///< Float: the height of an x for the size of the font; negative for "none".
+	/// Array of eight Floats, where a transform moves by percentages: what one unit of the reference box's width adds
+	/// to its translation, the same for the height, the size of the box that the transform was read for, and the
+	/// translation that it had then. Without meaning once it has another.
+	transformPercentages = 175,
+	maskMode = 176,      ///< `SVGMaskMode` as Int32.
+	maskComposite = 177, ///< `SVGMaskComposite` as Int32.
+	maskLayers = 178,    ///< String: the ids of the masks parted by blanks, the upper first, where there are several.
 };
 
 /// The attributes' names by number. The link's is "href"; the attributes that hold more of "x", "y", "font-weight"
 /// and "clip-path" than the plain import keeps have names of their own.
-inline constexpr std::array<std::string_view, 175> kSVGAttributeNames = {
+inline constexpr std::array<std::string_view, 179> kSVGAttributeNames = {
 	"",
 	"id",
 	"class",
@@ -377,6 +384,10 @@ inline constexpr std::array<std::string_view, 175> kSVGAttributeNames = {
 	"text-underline-offset",
 	"text-transform",
 	"font-size-adjust",
+	"transform-percentages",
+	"mask-mode",
+	"mask-composite",
+	"mask-layers",
 };
 
 } // namespace orvan

@@ -74,6 +74,23 @@ enum class SVGMaskType : std::int32_t
 	alpha = 1,
 };
 
+/// What of a mask's picture counts, whatever the mask says itself.
+enum class SVGMaskMode : std::int32_t
+{
+	matchSource = 0, ///< What the mask says.
+	luminance = 1,
+	alpha = 2,
+};
+
+/// What becomes of several masks of one element: each with those below it.
+enum class SVGMaskComposite : std::int32_t
+{
+	add = 0,
+	subtract = 1, ///< The upper where the lower ones are not.
+	intersect = 2,
+	exclude = 3, ///< Either, but not both.
+};
+
 enum class SVGMarkerUnits : std::int32_t
 {
 	strokeWidth = 0,

@@ -32,6 +32,8 @@ constexpr std::string_view kSpreadMethodWords[] = {"pad", "reflect", "repeat"};
 constexpr std::string_view kFontStyleWords[] = {"normal", "italic", "oblique"};
 constexpr std::string_view kFontWeightWords[] = {"normal", "bold"};
 constexpr std::string_view kMaskTypeWords[] = {"luminance", "alpha"};
+constexpr std::string_view kMaskModeWords[] = {"match-source", "luminance", "alpha"};
+constexpr std::string_view kMaskCompositeWords[] = {"add", "subtract", "intersect", "exclude"};
 constexpr std::string_view kMarkerUnitsWords[] = {"strokeWidth", "userSpaceOnUse"};
 constexpr std::string_view kOverflowWords[] = {"visible", "hidden", "scroll", "auto"};
 constexpr std::string_view kPaintOrderWords[] = {"normal",
@@ -109,6 +111,8 @@ constexpr Keywords kKeywords[] = {
 	{SVGImportAttribute::fontStyle, kFontStyleWords},
 	{SVGImportAttribute::fontWeight, kFontWeightWords},
 	{SVGImportAttribute::maskType, kMaskTypeWords},
+	{SVGImportAttribute::maskMode, kMaskModeWords},
+	{SVGImportAttribute::maskComposite, kMaskCompositeWords},
 	{SVGImportAttribute::markerUnits, kMarkerUnitsWords},
 	{SVGImportAttribute::overflow, kOverflowWords},
 	{SVGImportAttribute::paintOrder, kPaintOrderWords},

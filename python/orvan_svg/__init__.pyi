@@ -315,6 +315,8 @@ class Element:
     marker_mid: _TextAttribute
     marker_start: _TextAttribute
     mask: _TextAttribute
+    mask_composite: _TextAttribute
+    mask_mode: _TextAttribute
     mix_blend_mode: _TextAttribute
     opacity: _NumberAttribute
     overflow: _TextAttribute

@@ -38,7 +38,7 @@ struct Followed
 {
 	BaseArray<FilterStage> filters;
 	SVGElementRef clip; ///< Only one that is not the drawing library's clip already.
-	SVGElementRef mask;
+	BaseArray<SVGElementRef> masks;
 };
 
 /// The content as one picture, with its filters; null when nothing is left of it.
@@ -73,7 +73,7 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	if (followed.clip)
 	{
 		const PatternPtr coverage = ORVAN_TRY(DrawClipPath(canvas, followed.clip, frame, extent));
-		const bool isLast = !followed.mask && effects.opacity == 1.0;
+		const bool isLast = followed.masks.IsEmpty() && effects.opacity == 1.0;
 		if (!isLast)
 			cairo_push_group(drawing);
 		else
@@ -85,9 +85,9 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 		picture.reset(cairo_pop_group(drawing));
 	}
 	PatternPtr mask;
-	if (followed.mask)
+	if (!followed.masks.IsEmpty())
 	{
-		mask = ORVAN_TRY(DrawMask(canvas, followed.mask, frame, area, extent, effects.opacity));
+		mask = ORVAN_TRY(DrawMask(canvas, followed.masks, frame, area, extent, effects.opacity));
 		// Without a mask to go through nothing shows.
 		if (mask == nullptr)
 			return {};
@@ -107,7 +107,8 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 {
 	Followed followed;
 	followed.clip = ORVAN_TRY(FindClipPath(canvas.job, effects, frame));
-	followed.mask = ORVAN_TRY(FindMask(canvas.job, effects, frame));
+	if (effects.mask != nullptr)
+		followed.masks = ORVAN_TRY(FindMasks(canvas.job, effects, frame));
 	if (effects.opacity == 0.0)
 		return {};
 	if (effects.filter != nullptr)
@@ -128,7 +129,7 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 		followed.clip = nullptr;
 	// What is clipped is a picture of its own, which shows only where something in it is blended.
 	const bool isIsolated = effects.isIsolated || (isClipped && ORVAN_TRY(HasBlendModes(canvas.job.scene)));
-	const bool needsLayer = isFiltered || followed.clip || followed.mask || effects.opacity != 1.0 ||
+	const bool needsLayer = isFiltered || followed.clip || !followed.masks.IsEmpty() || effects.opacity != 1.0 ||
 							effects.blendMode != SVGBlendMode::normal || isIsolated;
 	if (!needsLayer)
 		return canvas.GetClipExtents().GetArea() > 0.0 ? content.DrawInto(sink) : Result<void>();

@@ -246,29 +246,29 @@ Result<MadeOperation> MakeTurbulence(const FilterPrimitive& primitive) noexcept
 {
 	const Vector2d frequency = primitive.GetPair(Key::baseFrequency, {0.0, 0.0});
 	const double octaves = primitive.GetNumber(Key::numOctaves, 1.0);
-	if (frequency.x < 0.0 || frequency.y < 0.0 || octaves < 1.0)
+	if (octaves < 1.0)
 		return Nothing();
 	// A number of octaves that is not whole is none, which is one.
 	const bool isWhole = octaves == std::floor(octaves);
 	const FilterSpace& space = primitive.space;
 	const Matrix2d toUser = Invert(space.userToPixels);
 	filters::Turbulence turbulence;
-	turbulence.frequencyX = frequency.x;
-	turbulence.frequencyY = frequency.y;
+	// As in browsers, a frequency below zero is none.
+	turbulence.frequencyX = std::max(frequency.x, 0.0);
+	turbulence.frequencyY = std::max(frequency.y, 0.0);
 	turbulence.octaves = isWhole ? ToShift(octaves) : 1;
 	// Fractions of a seed are cut off.
 	turbulence.seed = static_cast<int>(std::clamp(primitive.GetNumber(Key::seed, 0.0), -2147483647.0, 2147483647.0));
 	turbulence.isFractal =
 		primitive.GetKeyword(Key::type, SVGTurbulenceType::turbulence) == SVGTurbulenceType::fractalNoise;
 	turbulence.isStitched = primitive.GetKeyword(Key::stitchTiles, std::int32_t{0}) != 0;
-	turbulence.tileX = primitive.subregion.left;
-	turbulence.tileY = primitive.subregion.top;
 	turbulence.tileWidth = primitive.subregion.GetWidth();
 	turbulence.tileHeight = primitive.subregion.GetHeight();
 	turbulence.scaleX = toUser.axis1.x;
 	turbulence.scaleY = toUser.axis2.y;
-	turbulence.offsetX = toUser.offset.x;
-	turbulence.offsetY = toUser.offset.y;
+	// As in browsers, the noise begins half a unit before the origin.
+	turbulence.offsetX = toUser.offset.x + 0.5;
+	turbulence.offsetY = toUser.offset.y + 0.5;
 	return MakeNew<Turbulence>(turbulence);
 }
 

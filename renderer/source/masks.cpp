@@ -103,9 +103,12 @@ void WriteCoverage(cairo_surface_t* from, cairo_surface_t* to, const Weights& we
 	cairo_surface_mark_dirty(to);
 }
 
-const Weights& GetWeights(const Frame& frame) noexcept
+/// What of a mask counts for the element that it is for.
+const Weights& GetWeights(const Frame& frame, const Frame& user) noexcept
 {
-	if (frame.GetKeyword(Key::maskType, SVGMaskType::luminance) == SVGMaskType::alpha)
+	const auto mode = user.GetKeyword(Key::maskMode, SVGMaskMode::matchSource);
+	const bool isAlpha = frame.GetKeyword(Key::maskType, SVGMaskType::luminance) == SVGMaskType::alpha;
+	if (mode == SVGMaskMode::alpha || (mode == SVGMaskMode::matchSource && isAlpha))
 		return kAlpha;
 	return frame.place.style.colorInterpolation == SVGColorInterpolation::linearRGB ? kLinearLuminance : kLuminance;
 }
@@ -161,25 +164,17 @@ SurfacePtr MakeImage(cairo_format_t format, const Rectangle& area, double detail
 	return surface;
 }
 
-} // namespace
-
-Result<SVGElementRef> FindMask(Job& job, const Effects& effects, const Frame& frame) noexcept
-{
-	return FindEffect<SVGMaskElementInterface>(job.scene, effects.mask, frame);
-}
-
-Result<PatternPtr> DrawMask(const Canvas& canvas, const SVGElementRef& mask, const Frame& user, const Rectangle& area,
-							Extent& extent, double opacity) noexcept
+/// The coverage of one mask over `area`; null when nothing shows.
+Result<SurfacePtr> DrawLayer(const Canvas& canvas, const SVGElementRef& mask, const Frame& user, const Rectangle& area,
+							 Extent& extent, double detail, double opacity) noexcept
 {
 	Job& job = canvas.job;
 	Limits& limits = job.scene.limits;
 	const bool isPage = job.output == SVGRenderOutput::page;
-	const double detail =
-		isPage ? std::clamp(std::sqrt(kPagePixels / std::max(area.GetArea(), 1.0)), 0.25, kPageDetail) : 1.0;
 	const double pixels = area.GetArea() * detail * detail;
 	const LayerScope layer(limits, pixels, 5.0);
 	if (!layer.IsOpen() || (isPage && !limits.Hold(pixels)))
-		return PatternPtr();
+		return SurfacePtr();
 	if (isPage)
 		limits.Reserve(pixels / kPagePixelsPerSecond);
 	// Images of their own, since the coverage is worked out from the pixels.
@@ -196,7 +191,7 @@ Result<PatternPtr> DrawMask(const Canvas& canvas, const SVGElementRef& mask, con
 	// A mask's own transform does nothing.
 	frame.place.transform = place.transform;
 	if (limits.IsOver() || !ORVAN_TRY(ClipToRegion(maskCanvas, frame, extent)))
-		return PatternPtr();
+		return SurfacePtr();
 	if (frame.GetKeyword(Key::maskContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)
 		frame.place.transform = frame.place.transform * BoxTransform(ORVAN_TRY(extent.GetBox()));
 	if (IsInvertible(frame.place.transform))
@@ -212,7 +207,80 @@ Result<PatternPtr> DrawMask(const Canvas& canvas, const SVGElementRef& mask, con
 		effects.mask = frame.effects.mask;
 		ORVAN_TRY(Compose(maskCanvas, frame, effects, extent, draw, painter));
 	}
-	WriteCoverage(colors.get(), coverage.get(), GetWeights(frame), opacity);
+	WriteCoverage(colors.get(), coverage.get(), GetWeights(frame, user), opacity);
+	return coverage;
+}
+
+/// By the number of the operation: what is drawn is the upper mask.
+constexpr cairo_operator_t kOperators[] = {CAIRO_OPERATOR_OVER, CAIRO_OPERATOR_OUT, CAIRO_OPERATOR_IN,
+										   CAIRO_OPERATOR_XOR};
+
+/// Joins the coverage of a mask with that of those below it; null stands for none in both.
+SurfacePtr Join(SurfacePtr upper, SurfacePtr lower, SVGMaskComposite composite) noexcept
+{
+	if (upper == nullptr || lower == nullptr)
+	{
+		const bool isAny = composite == SVGMaskComposite::add || composite == SVGMaskComposite::exclude;
+		return isAny                                     ? std::move(upper != nullptr ? upper : lower)
+			   : composite == SVGMaskComposite::subtract ? std::move(upper)
+														 : SurfacePtr();
+	}
+	const CairoPtr drawing(cairo_create(lower.get()));
+	cairo_set_operator(drawing.get(), kOperators[static_cast<std::size_t>(composite)]);
+	cairo_set_source_surface(drawing.get(), upper.get(), 0.0, 0.0);
+	cairo_paint(drawing.get());
+	return lower;
+}
+
+} // namespace
+
+Result<BaseArray<SVGElementRef>> FindMasks(Job& job, const Effects& effects, const Frame& frame) noexcept
+{
+	BaseArray<SVGElementRef> masks;
+	const auto add = [&](const String* id) noexcept -> Result<void>
+	{
+		SVGElementRef mask = ORVAN_TRY(FindEffect<SVGMaskElementInterface>(job.scene, id, frame));
+		return mask ? masks.Append(std::move(mask)) : Result<void>();
+	};
+	const auto* ids = frame.attributes.Find<String>(static_cast<std::int32_t>(Key::maskLayers));
+	if (ids == nullptr || effects.mask == nullptr)
+	{
+		ORVAN_TRY(add(effects.mask));
+		return masks;
+	}
+	for (std::string_view rest = ids->View(); !rest.empty();)
+	{
+		const std::size_t end = std::min(rest.find(' '), rest.size());
+		const String id = ORVAN_TRY(String::Create(rest.substr(0, end)));
+		ORVAN_TRY(add(&id));
+		rest.remove_prefix(std::min(end + 1, rest.size()));
+	}
+	return masks;
+}
+
+Result<PatternPtr> DrawMask(const Canvas& canvas, const BaseArray<SVGElementRef>& masks, const Frame& user,
+							const Rectangle& area, Extent& extent, double opacity) noexcept
+{
+	const bool isPage = canvas.job.output == SVGRenderOutput::page;
+	const double detail =
+		isPage ? std::clamp(std::sqrt(kPagePixels / std::max(area.GetArea(), 1.0)), 0.25, kPageDetail) : 1.0;
+	const bool isAlone = masks.GetCount() == 1;
+	SurfacePtr coverage;
+	for (std::size_t i = masks.GetCount(); i-- > 0;)
+	{
+		SurfacePtr layer = ORVAN_TRY(DrawLayer(canvas, masks[i], user, area, extent, detail, isAlone ? opacity : 1.0));
+		coverage = i + 1 == masks.GetCount() ? std::move(layer)
+											 : Join(std::move(layer), std::move(coverage),
+													user.GetKeyword(Key::maskComposite, SVGMaskComposite::add));
+	}
+	if (coverage == nullptr)
+		return PatternPtr();
+	if (!isAlone && opacity != 1.0)
+	{
+		const CairoPtr drawing(cairo_create(coverage.get()));
+		cairo_set_operator(drawing.get(), CAIRO_OPERATOR_DEST_IN);
+		cairo_paint_with_alpha(drawing.get(), opacity);
+	}
 	PatternPtr pattern(cairo_pattern_create_for_surface(coverage.get()));
 	cairo_matrix_t matrix;
 	cairo_get_matrix(canvas.drawing, &matrix);

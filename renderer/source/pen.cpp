@@ -12,6 +12,9 @@ namespace
 
 using namespace drawing;
 
+/// The drawing library squares the limit in numbers that have no room for more; corners as sharp are hardly drawn.
+constexpr double kLargestMiterLimit = 1e4;
+
 /// More dashes than this in one element are not drawn one by one.
 constexpr double kMaxDashes = 100000.0;
 /// How many of them a second is enough for when a page is written.
@@ -218,7 +221,8 @@ void StrokePath(const Canvas& canvas, const Frame& frame, double pathLength) noe
 		cairo_set_dash(canvas.drawing, nullptr, 0, 0.0);
 	cairo_set_line_cap(canvas.drawing, ToCairo(style.lineCap));
 	cairo_set_line_join(canvas.drawing, ToCairo(style.lineJoin));
-	cairo_set_miter_limit(canvas.drawing, style.miterLimit >= 1.0 ? style.miterLimit : 1.0);
+	cairo_set_miter_limit(canvas.drawing,
+						  style.miterLimit >= 1.0 ? std::min(style.miterLimit, kLargestMiterLimit) : 1.0);
 	cairo_set_line_width(canvas.drawing, width);
 	if (!isDashed && canvas.job.output == SVGRenderOutput::pixels)
 	{

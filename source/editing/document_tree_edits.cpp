@@ -3,6 +3,8 @@
 #include "elements/element_classes.h"
 #include "svg_document.h"
 
+#include <algorithm>
+
 namespace orvan::svg
 {
 
@@ -67,6 +69,31 @@ Result<bool> RenameFilters(DataDictionary& attributes, const String& from, const
 	return isChanged;
 }
 
+Result<bool> RenameMasks(DataDictionary& attributes, const String& from, const String& to) noexcept
+{
+	constexpr auto kKey = static_cast<std::int32_t>(SVGImportAttribute::maskLayers);
+	const String* ids = attributes.Find<String>(kKey);
+	if (ids == nullptr)
+		return false;
+	BaseArray<char> renamed;
+	bool isChanged = false;
+	for (std::string_view rest = ids->View(); !rest.empty();)
+	{
+		const std::size_t end = std::min(rest.find(' '), rest.size());
+		const bool isFound = rest.substr(0, end) == from.View();
+		const std::string_view id = isFound ? to.View() : rest.substr(0, end);
+		isChanged |= isFound;
+		ORVAN_TRY(renamed.AppendAll(id.data(), id.size()));
+		rest.remove_prefix(end);
+		if (!rest.empty())
+			ORVAN_TRY(renamed.Append(' '));
+		rest.remove_prefix(std::min<std::size_t>(1, rest.size()));
+	}
+	if (isChanged)
+		ORVAN_TRY(attributes.Set(kKey, ORVAN_TRY(String::Create({renamed.begin(), renamed.GetCount()}))));
+	return isChanged;
+}
+
 /// Renames the references of one element's attributes; the result says whether there were any.
 Result<bool> RenameReferences(DataDictionary& attributes, const String& from, const String& to) noexcept
 {
@@ -92,6 +119,7 @@ Result<bool> RenameReferences(DataDictionary& attributes, const String& from, co
 		isChanged = true;
 	}
 	isChanged |= ORVAN_TRY(RenameFilters(attributes, from, to));
+	isChanged |= ORVAN_TRY(RenameMasks(attributes, from, to));
 	return isChanged;
 }
 

@@ -4,6 +4,7 @@
 #include "grammar.h"
 #include "importer/complete/value_readers.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 
@@ -58,6 +59,21 @@ bool FormatReference(std::string& text, const WrittenValue& value)
 		text += "none";
 	else
 		AppendReference(text, id->View());
+	return true;
+}
+
+bool FormatMask(std::string& text, const WrittenValue& value)
+{
+	const auto* ids = value.Find<String>(SVGImportAttribute::maskLayers);
+	if (ids == nullptr)
+		return FormatReference(text, value);
+	for (std::string_view rest = ids->View(); !rest.empty();)
+	{
+		const std::size_t end = std::min(rest.find(' '), rest.size());
+		AppendReference(text, rest.substr(0, end));
+		rest.remove_prefix(std::min(end + 1, rest.size()));
+		text += rest.empty() ? "" : ", ";
+	}
 	return true;
 }
 

@@ -40,6 +40,7 @@ using Formatter = bool (*)(std::string& text, const WrittenValue& value);
 // Texts and keywords.
 bool FormatText(std::string& text, const WrittenValue& value);
 bool FormatReference(std::string& text, const WrittenValue& value);
+bool FormatMask(std::string& text, const WrittenValue& value);
 bool FormatKeyword(std::string& text, const WrittenValue& value);
 bool FormatDisplay(std::string& text, const WrittenValue& value);
 bool FormatFontStyle(std::string& text, const WrittenValue& value);

@@ -33,7 +33,7 @@ constexpr FormatterRow kFormatters[] = {
 	{&complete::ReadText, &FormatText},
 	{&complete::ReadRawText, &FormatText},
 	{&complete::ReadReference, &FormatReference},
-	{&complete::ReadMask, &FormatReference},
+	{&complete::ReadMask, &FormatMask},
 	{&complete::ReadClipPath, &FormatClipPath},
 	{&complete::ReadKeyword, &FormatKeyword},
 	{&complete::ReadExactKeyword, &FormatKeyword},

@@ -235,11 +235,18 @@ TEST(CompletePaints, WithReferencesAndFallbacks)
 
 	const auto mask = [](std::string_view text)
 	{
-		return Outcome<Reference>(ParseMask, text);
+		Mask value;
+		const Parsed parsed = ParseMask(text, value);
+		std::string result = parsed == Parsed::refused ? kRefused : parsed == Parsed::nothing ? "nothing" : "";
+		for (std::size_t i = 0; i < value.count; i++)
+			result += std::string(value.layers[i].text) + ' ';
+		return parsed != Parsed::value ? result
+									   : result + std::to_string(static_cast<int>(value.mode)) +
+											 std::to_string(static_cast<int>(value.composite));
 	};
-	EXPECT_EQ(mask("url(#m)"), "#m");
-	EXPECT_EQ(mask("no-repeat 50% 0 / 10px url(#m) alpha"), "#m");
-	EXPECT_EQ(mask("none, url(#a) luminance , url(#b)"), "#a");
+	EXPECT_EQ(mask("url(#m)"), "m 00");
+	EXPECT_EQ(mask("no-repeat 50% 0 / 10px url(#m) Alpha"), "m 20");
+	EXPECT_EQ(mask("none, url(#a) luminance exclude , url(#b)"), "a b 13");
 	ExpectAll(mask, {"none", "none, none no-repeat"}, "nothing");
 	ExpectAll(mask, {"url(#a) url(#b)", "url(#a) x", "url(#a),", ",url(#a)", "", "linear-gradient(red, blue)"},
 			  kRefused);

@@ -299,7 +299,7 @@ TEST_F(FilterElements, MakePicturesOfTheirOwn)
 		{"<feTurbulence type='fractalNoise'/>", "30,30 80808080; 16,16 80808080"},
 		{"<feTurbulence/>", "30,30 none"},
 		{"<feTurbulence type='fractalNoise' numOctaves='0'/>", "30,30 none"},
-		{"<feTurbulence type='fractalNoise' baseFrequency='-1'/>", "30,30 none"},
+		{"<feTurbulence type='fractalNoise' baseFrequency='-1'/>", "30,30 80808080"},
 		// The element's origin is the corner of the subregion.
 		{"<feImage href='#r' x='30' y='25' width='20' height='20'/>",
 		 "30,25 00ff00; 29,30 none; 39,34 00ff00; 40,30 none; 35,24 none; 35,35 none"},

@@ -248,7 +248,7 @@ TEST_F(Texts, EachElementHasItsPaintsAndTheBoxIsThatOfTheWholeText)
 	// Decorations have the paints of those who ask for them.
 	const auto decorated = DrawCompletely(
 		"<g text-decoration='underline' fill='#00f'><text x='10' y='50' font-size='40' fill='#f00'>nn</text></g>");
-	EXPECT_EQ("0000ff 50-50", Column(decorated, 36));
+	EXPECT_EQ("0000ff 52-55", Column(decorated, 36));
 }
 
 TEST_F(Texts, LettersChangeAsStylesWant)
@@ -291,7 +291,7 @@ TEST_F(Texts, LinesLookAsTheElementWantsThatAsksForThem)
 							  "'><text x='10' y='50'>███</text></g>");
 	};
 	EXPECT_EQ("000000 32-54, 000000 56-59", Column(draw("solid"), 20));
-	EXPECT_EQ("000000 32-54, 000000 56-59, 000000 64-67", Column(draw("double"), 20));
+	EXPECT_EQ("000000 32-54, 000000 56-59, 000000 61-64", Column(draw("double"), 20));
 	EXPECT_EQ("000000 10-17, 000000 23-29, 000000 36-42, 000000 49-55", Row(draw("dashed"), 57));
 	// Dots are as far apart as they are wide, as nearly as the line allows.
 	const auto dotted = draw("dotted");
@@ -299,8 +299,8 @@ TEST_F(Texts, LinesLookAsTheElementWantsThatAsksForThem)
 	EXPECT_EQ("00000049", dotted.At(10, 56));
 	// Waves swing by a quarter of what they are drawn with, at first downwards.
 	const auto wavy = draw("wavy");
-	EXPECT_EQ("000000 32-54, 000000 65-67", Column(wavy, 14));
-	EXPECT_EQ("000000 32-54, 000000 58-60", Column(wavy, 23));
+	EXPECT_EQ("000000 32-54, 000000 63-65", Column(wavy, 14));
+	EXPECT_EQ("000000 32-54, 000000 56-58", Column(wavy, 23));
 	// The shorthand says all of it.
 	const std::string text = "<text x='10' y='50' style='text-decoration-thickness:9px;text-decoration-style:wavy;";
 	EXPECT_EQ(Column(DrawCompletely("<text x='10' y='50' text-decoration='underline'>nn</text>"), 16),
@@ -346,7 +346,7 @@ TEST_F(Texts, ClipMaskAndMeasureAsTheyAreDrawn)
 			  RowOf("<clipPath id='c'><text x='10' y='50'>█<tspan dx='20'>█</tspan></text></clipPath><rect "
 					"width='100' height='100' clip-path='url(#c)'/>",
 					40));
-	EXPECT_EQ("0000ff 50-50",
+	EXPECT_EQ("0000ff 52-55",
 			  ColumnOf("<clipPath id='c'><text x='10' y='50' font-size='40' text-decoration='underline'>nn</text>"
 					   "</clipPath><rect width='100' height='100' fill='#00f' clip-path='url(#c)'/>",
 					   36));

@@ -5,6 +5,8 @@
 
 #include "complete/numbers.h"
 
+#include <array>
+
 namespace orvan::grammar::complete
 {
 enum class ColorKind
@@ -75,10 +77,35 @@ Parsed ParsePaint(std::string_view text, Paint& paint) noexcept;
 /// "clip-path", "mask", "marker", "marker-start" …: "none" (`nothing`) or "url(…)", quoted or not.
 Parsed ParseReference(std::string_view text, Reference& reference) noexcept;
 
-/// "mask": layers, of which the first counts that refers to an element; "none" (`nothing`) when none does. What else a
-/// layer says (where it lies, how often it repeats, what it is clipped to) is read and left out: it does not apply to
-/// elements that mask.
-Parsed ParseMask(std::string_view text, Reference& reference) noexcept;
+enum class MaskMode
+{
+	matchSource,
+	luminance,
+	alpha
+};
+
+enum class MaskComposite
+{
+	add,
+	subtract,
+	intersect,
+	exclude
+};
+
+/// A value of "mask": the layers that refer to elements, the upper first.
+struct Mask
+{
+	static constexpr std::size_t kMostLayers = 8; ///< More are left out.
+
+	std::array<Reference, kMostLayers> layers;
+	std::size_t count = 0;
+	MaskMode mode = MaskMode::matchSource; ///< Of the layer that says one, the last if several do; likewise below.
+	MaskComposite composite = MaskComposite::add;
+};
+
+/// "mask": layers; "none" (`nothing`) when none refers to an element. What else a layer says (where it lies, how often
+/// it repeats, what it is clipped to) is read and left out: it does not apply to elements that mask.
+Parsed ParseMask(std::string_view text, Mask& mask) noexcept;
 
 /// "href" and "xlink:href": any IRI without the blanks around it; never refused. An empty IRI is `nothing`.
 Parsed ParseIri(std::string_view text, Reference& reference) noexcept;

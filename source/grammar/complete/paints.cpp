@@ -48,16 +48,36 @@ struct LayerRow
 constexpr LayerRow kLayers[]{
 	{"fill", PaintLayer::fill}, {"stroke", PaintLayer::stroke}, {"markers", PaintLayer::markers}};
 
-/// What a layer of a mask may say beside its image.
+/// Words of a layer of "mask" that say what of it counts, and how it joins those below it.
+struct MaskModeRow
+{
+	std::string_view name;
+	MaskMode value;
+};
+
+constexpr MaskModeRow kMaskModes[]{
+	{"match-source", MaskMode::matchSource}, {"luminance", MaskMode::luminance}, {"alpha", MaskMode::alpha}};
+
+struct MaskCompositeRow
+{
+	std::string_view name;
+	MaskComposite value;
+};
+
+constexpr MaskCompositeRow kMaskComposites[]{{"add", MaskComposite::add},
+											 {"subtract", MaskComposite::subtract},
+											 {"intersect", MaskComposite::intersect},
+											 {"exclude", MaskComposite::exclude}};
+
+/// Words that make no difference.
 constexpr std::string_view kMaskWords[]{
-	"alpha",      "luminance",   "match-source", "add",       "subtract",   "intersect", "exclude",
-	"repeat",     "repeat-x",    "repeat-y",     "no-repeat", "space",      "round",     "left",
-	"right",      "top",         "bottom",       "center",    "auto",       "cover",     "contain",
-	"border-box", "padding-box", "content-box",  "fill-box",  "stroke-box", "view-box",  "no-clip",
+	"repeat",     "repeat-x",    "repeat-y",    "no-repeat", "space",      "round",    "left",
+	"right",      "top",         "bottom",      "center",    "auto",       "cover",    "contain",
+	"border-box", "padding-box", "content-box", "fill-box",  "stroke-box", "view-box", "no-clip",
 };
 
 /// Takes one layer of a mask; false when it says something that is no mask, or nothing.
-bool TakeMaskLayer(ValueCursor& cursor, Reference& reference, bool& hasReference) noexcept
+bool TakeMaskLayer(ValueCursor& cursor, Mask& mask, Reference& reference, bool& hasReference) noexcept
 {
 	const char* const start = cursor.At();
 	bool hasImage = false;
@@ -75,7 +95,8 @@ bool TakeMaskLayer(ValueCursor& cursor, Reference& reference, bool& hasReference
 		{
 			return cursor.TakeWord(word);
 		};
-		if (std::none_of(std::begin(kMaskWords), std::end(kMaskWords), isTaken) && !cursor.TakeMark('/') &&
+		if (!cursor.TakeKeyword(kMaskModes, mask.mode) && !cursor.TakeKeyword(kMaskComposites, mask.composite) &&
+			std::none_of(std::begin(kMaskWords), std::end(kMaskWords), isTaken) && !cursor.TakeMark('/') &&
 			!cursor.TakeLength(Range::any, false, length))
 			return false;
 		cursor.SkipSpaces();
@@ -136,23 +157,22 @@ Parsed ParseReference(std::string_view text, Reference& reference) noexcept
 	return Parsed::value;
 }
 
-Parsed ParseMask(std::string_view text, Reference& reference) noexcept
+Parsed ParseMask(std::string_view text, Mask& mask) noexcept
 {
 	ValueCursor cursor(text);
-	Reference first;
-	bool hasFirst = false;
+	Mask result;
 	do
 	{
 		Reference layer;
 		bool hasReference = false;
-		if (!TakeMaskLayer(cursor, layer, hasReference))
+		if (!TakeMaskLayer(cursor, result, layer, hasReference))
 			return Parsed::refused;
-		if (hasReference && !std::exchange(hasFirst, true))
-			first = layer;
+		if (hasReference && result.count < Mask::kMostLayers)
+			result.layers[result.count++] = layer;
 	} while (cursor.TakeComma());
-	if (!hasFirst)
+	if (result.count == 0)
 		return Parsed::nothing;
-	reference = first;
+	mask = result;
 	return Parsed::value;
 }
 

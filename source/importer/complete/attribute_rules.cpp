@@ -46,6 +46,8 @@ constexpr Keyword kVisibility[] = {{"visible", 1}, {"hidden", 2}, {"collapse", 3
 constexpr Keyword kLineCap[] = {{"butt", 1}, {"round", 2}, {"square", 3}};
 constexpr Keyword kLineJoin[] = {{"miter", 1}, {"round", 2}, {"bevel", 3}, {"miter-clip", 1}, {"arcs", 1}};
 constexpr Keyword kMaskType[] = {{"luminance", 0}, {"alpha", 1}};
+constexpr Keyword kMaskMode[] = {{"match-source", 0}, {"luminance", 1}, {"alpha", 2}};
+constexpr Keyword kMaskComposite[] = {{"add", 0}, {"subtract", 1}, {"intersect", 2}, {"exclude", 3}};
 constexpr Keyword kMarkerUnits[] = {{"strokeWidth", 0}, {"userSpaceOnUse", 1}};
 constexpr Keyword kOverflow[] = {{"visible", 0}, {"hidden", 1}, {"clip", 1}, {"scroll", 2}, {"auto", 3}};
 constexpr Keyword kVectorEffect[] = {{"none", 0}, {"non-scaling-stroke", 1}};
@@ -140,6 +142,8 @@ constexpr std::array kRules = {
 	Rule{"maskUnits", Number::maskUnits, &ReadExactKeyword, Role::attribute, TagSet{Kind::mask}, "", kUnits},
 	Rule{"maskContentUnits", Number::maskContentUnits, &ReadExactKeyword, Role::attribute, TagSet{Kind::mask}, "", kUnits},
 	Rule{"mask-type", Number::maskType, &ReadKeyword, Role::property, kAll, "", kMaskType},
+	Rule{"mask-mode", Number::maskMode, &ReadKeyword, Role::declaration, kAll, "", kMaskMode},
+	Rule{"mask-composite", Number::maskComposite, &ReadKeyword, Role::declaration, kAll, "", kMaskComposite},
 	Rule{"marker-start", Number::markerStart, &ReadReference, Role::inherited, kAll, "none"},
 	Rule{"marker-mid", Number::markerMid, &ReadReference, Role::inherited, kAll, "none"},
 	Rule{"marker-end", Number::markerEnd, &ReadReference, Role::inherited, kAll, "none"},

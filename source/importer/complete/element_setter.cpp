@@ -51,6 +51,8 @@ Result<void> Dissolve(ElementBase& element) noexcept
 {
 	for (const SVGImportAttribute number : kEffects)
 		ORVAN_TRY(element.Unset(number));
+	ORVAN_TRY(element.Unset(SVGImportAttribute::maskLayers));
+	ORVAN_TRY(element.Unset(SVGImportAttribute::transformPercentages));
 	return element.SetLocalTransform(Matrix2d());
 }
 

@@ -2,6 +2,7 @@
 /// Readers of paths, transforms and viewports.
 #include "elements/element_classes.h"
 #include "importer/complete/collectors.h"
+#include "importer/complete/single_transforms.h"
 #include "importer/complete/value_readers.h"
 #include "importer/path_element_sink.h"
 
@@ -99,6 +100,8 @@ Result<Reading> ReadPoints(const Application& application)
 Result<Reading> ReadTransform(const Application& application)
 {
 	grammar::Matrix matrix;
+	const Vector2d& viewport = application.importer.viewport;
+	grammar::complete::Transform transform;
 	if (application.source == Source::attribute)
 	{
 		if (grammar::complete::ParseTransformAttribute(application.text, matrix) != Parsed::value)
@@ -106,17 +109,23 @@ Result<Reading> ReadTransform(const Application& application)
 	}
 	else
 	{
-		grammar::complete::Transform transform;
-		const grammar::complete::RelativeUnits units{.viewportWidth = application.importer.viewport.x,
-													 .viewportHeight = application.importer.viewport.y};
+		const grammar::complete::RelativeUnits units{.viewportWidth = viewport.x, .viewportHeight = viewport.y};
 		if (grammar::complete::ParseTransformProperty(application.text, units, transform) != Parsed::value)
 			return Reading::refused;
-		matrix = transform.For(application.importer.viewport.x, application.importer.viewport.y);
+		matrix = transform.For(viewport.x, viewport.y);
 	}
 	const auto key = GetPaintServerTransform(application.tag);
 	if (key == SVGImportAttribute::unknown)
+	{
 		ORVAN_TRY(application.element.SetLocalTransform(ToMatrix(matrix)));
-	else if (application.source != Source::attribute)
+		// An attribute has none, and comes first.
+		if (application.source != Source::attribute)
+			ORVAN_TRY(SetPercentages(
+				application.element,
+				{{transform.eOfWidth, transform.fOfWidth}, {transform.eOfHeight, transform.fOfHeight}}, viewport));
+		return Reading::applied;
+	}
+	if (application.source != Source::attribute)
 		ORVAN_TRY(application.element.Store(key, ToMatrix(matrix)));
 	return Reading::applied;
 }

@@ -39,6 +39,9 @@ bool SingleTransforms::Read(std::string_view name, std::string_view value, const
 			return false;
 	}
 	_matrices[index] = ToMatrix(transform.For(viewport.x, viewport.y));
+	if (index == 0)
+		_percentages = {{transform.eOfWidth, transform.fOfWidth}, {transform.eOfHeight, transform.fOfHeight}};
+	_viewport = viewport;
 	_isAny = true;
 	return true;
 }
@@ -46,9 +49,28 @@ bool SingleTransforms::Read(std::string_view name, std::string_view value, const
 Result<void> SingleTransforms::ApplyTo(ElementBase& element) noexcept
 {
 	const Matrix2d before = _matrices[0] * _matrices[1] * _matrices[2];
+	TransformPercentages percentages = _percentages;
+	if (const auto* inner = element.Find<BaseArray<Float>>(SVGImportAttribute::transformPercentages))
+	{
+		percentages.ofWidth = percentages.ofWidth + before.ApplyToDirection({(*inner)[0], (*inner)[1]});
+		percentages.ofHeight = percentages.ofHeight + before.ApplyToDirection({(*inner)[2], (*inner)[3]});
+	}
 	Reset();
 	_isAny = false;
-	return element.SetLocalTransform(before * element.GetLocalTransform());
+	ORVAN_TRY(element.SetLocalTransform(before * element.GetLocalTransform()));
+	return SetPercentages(element, percentages, _viewport);
+}
+
+Result<void> SetPercentages(ElementBase& element, const TransformPercentages& percentages, const Vector2d& box) noexcept
+{
+	if (percentages == TransformPercentages())
+		return element.Unset(SVGImportAttribute::transformPercentages);
+	const Vector2d& moved = element.GetLocalTransform().offset;
+	BaseArray<Float> values;
+	for (const double value : {percentages.ofWidth.x, percentages.ofWidth.y, percentages.ofHeight.x,
+							   percentages.ofHeight.y, box.x, box.y, moved.x, moved.y})
+		ORVAN_TRY(values.Append(value));
+	return element.Store(SVGImportAttribute::transformPercentages, std::move(values));
 }
 
 } // namespace orvan::svg::complete

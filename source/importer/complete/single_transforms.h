@@ -10,6 +10,19 @@
 namespace orvan::svg::complete
 {
 
+/// What percentages in a transform add to its translation, for each unit of the box's width and height.
+struct TransformPercentages
+{
+	Vector2d ofWidth;
+	Vector2d ofHeight;
+
+	friend bool operator==(const TransformPercentages&, const TransformPercentages&) noexcept = default;
+};
+
+/// Notes them beside the element's transform, which was read for a box of this size.
+Result<void> SetPercentages(ElementBase& element, const TransformPercentages& percentages,
+							const Vector2d& box) noexcept;
+
 /// Collects what the declarations of one element say, and puts it before the element's transform in the end. The names
 /// are those of attributes as well, which have nothing to do with it.
 class SingleTransforms
@@ -30,6 +43,7 @@ public:
 	void Reset() noexcept
 	{
 		_matrices.fill(Matrix2d());
+		_percentages = {};
 	}
 
 	/// Changes the element's transform by what was read, and forgets it.
@@ -37,6 +51,8 @@ public:
 
 private:
 	std::array<Matrix2d, 3> _matrices; ///< In the order in which they apply.
+	TransformPercentages _percentages; ///< Of "translate".
+	Vector2d _viewport;
 	bool _isAny = false;
 };
 

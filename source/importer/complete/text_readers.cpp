@@ -30,14 +30,11 @@ Result<String> TextOf(const grammar::complete::Reference& reference)
 								: String::Create(reference.text);
 }
 
-using ReferenceParser = Parsed (*)(std::string_view, grammar::complete::Reference&) noexcept;
-
 /// Stores the id or IRI of a reference, the empty text for "none".
-Result<Reading> StoreReference(const Application& application, std::span<const SVGImportAttribute> keys,
-							   ReferenceParser parse = &grammar::complete::ParseReference)
+Result<Reading> StoreReference(const Application& application, std::span<const SVGImportAttribute> keys)
 {
 	grammar::complete::Reference reference;
-	const Parsed parsed = parse(application.text, reference);
+	const Parsed parsed = grammar::complete::ParseReference(application.text, reference);
 	if (parsed == Parsed::refused)
 		return Reading::refused;
 	const String text = parsed == Parsed::value ? ORVAN_TRY(TextOf(reference)) : String();
@@ -105,7 +102,36 @@ Result<Reading> ReadReference(const Application& application)
 
 Result<Reading> ReadMask(const Application& application)
 {
-	return StoreReference(application, {&application.rule.number, 1}, &grammar::complete::ParseMask);
+	grammar::complete::Mask mask;
+	const Parsed parsed = grammar::complete::ParseMask(application.text, mask);
+	if (parsed == Parsed::refused)
+		return Reading::refused;
+	ElementBase& element = application.element;
+	using Number = SVGImportAttribute;
+	ORVAN_TRY(element.Store(Number::mask, mask.count > 0 ? ORVAN_TRY(TextOf(mask.layers[0])) : String()));
+	ORVAN_TRY(element.Unset(Number::maskLayers));
+	if (mask.count > 1)
+	{
+		BaseArray<char> ids;
+		for (std::size_t i = 0; i < mask.count; i++)
+		{
+			const String id = ORVAN_TRY(TextOf(mask.layers[i]));
+			if (i > 0)
+				ORVAN_TRY(ids.Append(' '));
+			ORVAN_TRY(ids.AppendAll(id.View().data(), id.View().size()));
+		}
+		ORVAN_TRY(element.Store(Number::maskLayers, ORVAN_TRY(String::Create({ids.begin(), ids.GetCount()}))));
+	}
+	if (application.rule.name == "mask-image")
+		return Reading::applied;
+	// The property for all of them takes back what was said before.
+	const auto store = [&](Number number, std::int32_t value) noexcept
+	{
+		return value != 0 ? element.Store(number, value) : element.Unset(number);
+	};
+	ORVAN_TRY(store(Number::maskMode, static_cast<std::int32_t>(mask.mode)));
+	ORVAN_TRY(store(Number::maskComposite, static_cast<std::int32_t>(mask.composite)));
+	return Reading::applied;
 }
 
 Result<Reading> ReadMarkers(const Application& application)
