@@ -262,6 +262,7 @@ Result<MadeOperation> MakeTurbulence(const FilterPrimitive& primitive) noexcept
 	turbulence.isFractal =
 		primitive.GetKeyword(Key::type, SVGTurbulenceType::turbulence) == SVGTurbulenceType::fractalNoise;
 	turbulence.isStitched = primitive.GetKeyword(Key::stitchTiles, std::int32_t{0}) != 0;
+	// Browsers take the tile as if it began at the origin.
 	turbulence.tileWidth = primitive.subregion.GetWidth();
 	turbulence.tileHeight = primitive.subregion.GetHeight();
 	turbulence.scaleX = toUser.axis1.x;

@@ -265,7 +265,7 @@ TEST_F(Editing, RenamesWithAllReferences)
 	constexpr std::string_view kText =
 		"<svg><g id='x' fill='url(#x) red' stroke='url(#y)' mask='url(#x)' clip-path='url(#x)'/><use href='#x'/>"
 		"<path style='marker:url(#x)' filter='url(#x) blur(1px)'/><linearGradient href='#x'/><rect filter='url(#x)'/>"
-		"<g id='x'/><g id='y'/></svg>";
+		"<g id='x'/><g id='y'/><rect mask='url(#y), url(#x), url(#xx)'/></svg>";
 	Must(import->InitFromMemory(kText.data(), static_cast<std::int64_t>(kText.size()), {}));
 	const std::string before = JsonOf(drawing);
 	const auto names = Cast<SVGDocumentEditInterface>(drawing);
@@ -282,6 +282,7 @@ TEST_F(Editing, RenamesWithAllReferences)
 		expected.replace(at, 3, "\"neu\"");
 	}
 	EXPECT_EQ(12u, CountOf(expected, "\"neu\""));
+	expected.replace(expected.find("y x xx"), 6, "y neu xx");
 	const std::string after = JsonOf(drawing);
 	EXPECT_EQ(expected.substr(expected.find("root")), after.substr(after.find("root")));
 	for (const char* taken : {"x", "y", ""})
