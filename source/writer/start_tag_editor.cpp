@@ -4,6 +4,8 @@
 #include "importer/xml/xml_guard.h"
 #include "writer/xml_text.h"
 
+#include <algorithm>
+
 namespace orvan::svg
 {
 namespace
@@ -23,12 +25,25 @@ StartTagEditor::StartTagEditor(const DocumentSource& source, const SourceElement
 
 const StartTagEditor::Place* StartTagEditor::FindPlace(std::string_view name) const noexcept
 {
-	for (const Place& place : _places)
+	const auto found =
+		std::find_if(_places.rbegin(), _places.rend(),
+					 [&](const Place& place) { return !place.isRemoved && _source.NameOf(*place.attribute) == name; });
+	return found != _places.rend() ? &*found : nullptr;
+}
+
+/// The attribute to write to; what stands before it under the same name goes.
+StartTagEditor::Place* StartTagEditor::TakePlace(std::string_view name) noexcept
+{
+	const Place* const last = FindPlace(name);
+	Place* taken = nullptr;
+	for (Place& place : _places)
 	{
-		if (!place.isRemoved && _source.NameOf(*place.attribute) == name)
-			return &place;
+		if (&place == last)
+			taken = &place;
+		else if (_source.NameOf(*place.attribute) == name)
+			place.isRemoved = true;
 	}
-	return nullptr;
+	return taken;
 }
 
 std::vector<std::string_view> StartTagEditor::GetNames() const
@@ -62,7 +77,7 @@ std::vector<std::string_view> StartTagEditor::GetChangedNames() const
 
 void StartTagEditor::Set(std::string_view name, std::string_view value)
 {
-	if (auto* const place = const_cast<Place*>(FindPlace(name)))
+	if (Place* const place = TakePlace(name))
 	{
 		std::string written;
 		AppendAttributeValue(written, value, QuoteOf(*place));
@@ -78,7 +93,7 @@ void StartTagEditor::Set(std::string_view name, std::string_view value)
 
 void StartTagEditor::Remove(std::string_view name)
 {
-	while (auto* const place = const_cast<Place*>(FindPlace(name)))
+	if (Place* const place = TakePlace(name))
 		place->isRemoved = true;
 }
 
@@ -109,7 +124,7 @@ void StartTagEditor::FinishStyle()
 		return;
 	if (_style->IsBlank())
 		return Remove(kStyle);
-	auto* const place = const_cast<Place*>(FindPlace(kStyle));
+	Place* const place = TakePlace(kStyle);
 	std::string written = place != nullptr ? "" : "style=\"";
 	AppendStyleValue(written, _style->GetText(), place != nullptr ? QuoteOf(*place) : '"');
 	if (place != nullptr)

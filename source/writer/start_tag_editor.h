@@ -62,7 +62,9 @@ private:
 		bool isRemoved = false;
 	};
 
+	/// The last one of the name, which is what counts where a file has one twice.
 	const Place* FindPlace(std::string_view name) const noexcept;
+	Place* TakePlace(std::string_view name) noexcept;
 	char QuoteOf(const Place& place) const noexcept;
 	std::size_t BeginOf(std::size_t number) const noexcept;
 	void FinishStyle();

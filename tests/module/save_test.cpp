@@ -68,6 +68,10 @@ TEST_F(Saving, ChangesAnAttributeWhereItStands)
 		After("<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href='#a' href='#b'/></svg>", "use", "href", "#c"));
 	EXPECT_EQ("<svg xmlns:l='http://www.w3.org/1999/xlink'><use l:href=\"#a\"/></svg>",
 			  After("<svg xmlns:l='http://www.w3.org/1999/xlink'><use/></svg>", "use", "href", "#a"));
+	// Of two of the same name, which the XML library lets pass, the last one counts, and one is left.
+	EXPECT_EQ("<svg><path d=\"M2 2\"/></svg>",
+			  After("<svg><path d=\"M0 0h1\" d=\"M1 1\"/></svg>", "path", "d", "M2 2"));
+	EXPECT_EQ("<svg><path/></svg>", After("<svg><path fill='red' fill='blue'/></svg>", "path", "fill", ""));
 	// To the plain import the later one counts, so that both change.
 	EXPECT_EQ("<svg><rect fill=\"blue\" style=\"fill:blue\"/></svg>",
 			  After("<svg><rect fill=\"red\" style=\"fill:red\"/></svg>", "rect", "fill", "blue", false));
