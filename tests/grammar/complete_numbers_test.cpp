@@ -76,7 +76,7 @@ TEST(CompleteNumbers, OfAnyLengthAndForm)
 	EXPECT_EQ(ParseBoolean("True", isTrue), Parsed::refused);
 }
 
-TEST(CompleteNumbers, ListsKeepWhatStandsBeforeAFault)
+TEST(CompleteNumbers, ListsAreReadUpToAFault)
 {
 	const auto list = [](std::string_view text)
 	{
@@ -86,7 +86,7 @@ TEST(CompleteNumbers, ListsKeepWhatStandsBeforeAFault)
 	};
 	EXPECT_EQ(list(" 1-2.5.5 , 1e1 "), "1;-2.5;0.5;10;");
 	EXPECT_EQ(list("1,,2"), "1;!2");
-	EXPECT_EQ(list("1 2,"), "1;2;!4");
+	EXPECT_EQ(list("1 2,"), "1;2;");
 	EXPECT_EQ(list("1 x"), "1;!2");
 	EXPECT_EQ(list(""), "");
 	const auto lengths = [](std::string_view text)
@@ -98,7 +98,8 @@ TEST(CompleteNumbers, ListsKeepWhatStandsBeforeAFault)
 	EXPECT_EQ(lengths("1px, 2em\t3% 4"), "1px;2em;3%;4;");
 	EXPECT_EQ(lengths("1 2x"), "1;!2");
 	EXPECT_EQ(lengths("1-2"), "1;!1");
-	EXPECT_EQ(lengths("1,"), "1;!2");
+	EXPECT_EQ(lengths("1,"), "1;");
+	EXPECT_EQ(lengths("1,,2"), "1;!2");
 
 	double x = 0;
 	double y = 0;

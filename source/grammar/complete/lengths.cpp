@@ -107,7 +107,7 @@ Progress ParseLengthList(std::string_view text, LengthSink& sink)
 			break;
 		const bool hasSpaces = cursor.SkipSpaces();
 		const bool hasComma = cursor.TakeMark(',');
-		if (hasComma ? cursor.IsAtEnd() : !hasSpaces)
+		if (!hasComma && !hasSpaces)
 			return {false, cursor.Offset()};
 	}
 	return {true, text.size()};

@@ -108,15 +108,14 @@ Parsed ParseInteger(std::string_view text, std::int32_t& number) noexcept
 Progress ParseNumberList(std::string_view text, NumberSink& sink)
 {
 	ValueCursor cursor = OverAttribute(text);
-	bool needsAnother = false;
-	while (needsAnother || !cursor.IsAtEnd())
+	while (!cursor.IsAtEnd())
 	{
 		double number;
 		if (!cursor.TakeNumber(number))
 			return {false, cursor.Offset()};
 		sink.Append(number);
 		cursor.SkipSpaces();
-		needsAnother = cursor.TakeMark(',');
+		cursor.TakeMark(',');
 	}
 	return {true, text.size()};
 }

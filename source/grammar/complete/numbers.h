@@ -98,7 +98,7 @@ Parsed ParseSpacing(std::string_view text, Source source, Length& length) noexce
 /// the empty list. What was appended before a refusal is to be thrown away.
 Parsed ParseDashArray(std::string_view text, Source source, LengthSink& sink);
 
-/// How far a list was read. What stands before a fault was delivered and counts.
+/// How far a list was read. What stands before a fault was delivered.
 struct Progress
 {
 	bool isWhole = true;    ///< Whether the list holds no fault.
@@ -116,10 +116,10 @@ protected:
 };
 
 /// "rotate" of text, "tableValues", "kernelMatrix", "values": numbers parted by blanks, a comma, both, or nothing where
-/// none is needed ("1-2.5.5"). The empty list is whole.
+/// none is needed ("1-2.5.5"), and perhaps a comma at the end. The empty list is whole.
 Progress ParseNumberList(std::string_view text, NumberSink& sink);
 
-/// "x", "y", "dx" and "dy" of text: lengths parted by blanks, a comma, or both.
+/// "x", "y", "dx" and "dy" of text: lengths parted by blanks, a comma, or both, which may stand at the end, too.
 Progress ParseLengthList(std::string_view text, LengthSink& sink);
 
 /// "stdDeviation", "baseFrequency", "order", "radius", "kernelUnitLength": one number, which then stands for both, or

@@ -40,7 +40,7 @@ private:
 using LengthCollector = Collector<grammar::LengthSink, SVGLength, const grammar::Length&>;
 using NumberCollector = Collector<grammar::complete::NumberSink, Float, double>;
 
-/// What became of a list or a path, with the place of its fault.
+/// What became of a list or a path of which the part before its fault counts, with the place of the fault.
 inline Reading ReadingOf(const Application& application, const grammar::complete::Progress& progress) noexcept
 {
 	if (progress.isWhole)

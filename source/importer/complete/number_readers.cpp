@@ -53,6 +53,12 @@ Result<Reading> StoreLengthOrAuto(const Application& application, Range range) n
 	return Store(application, parsed, ToLength(length));
 }
 
+/// A list with a fault is none; the fault is told at its place.
+Parsed OutcomeOf(const Application& application, const grammar::complete::Progress& progress) noexcept
+{
+	return ReadingOf(application, progress) == Reading::applied ? Parsed::value : Parsed::refused;
+}
+
 bool IsText(Tag tag) noexcept
 {
 	return tag == TagOf(SVGImportElementKind::text) || tag == TagOf(SVGImportElementKind::tspan) || tag == Tag::tref;
@@ -66,11 +72,13 @@ Result<Reading> StorePosition(const Application& application, SVGImportAttribute
 	LengthCollector collector;
 	const grammar::complete::Progress progress = grammar::complete::ParseLengthList(application.text, collector);
 	ORVAN_TRY(std::move(collector.result));
+	if (OutcomeOf(application, progress) == Parsed::refused)
+		return Reading::refused;
 	if (!collector.items.IsEmpty())
 		ORVAN_TRY(application.element.Store(application.rule.number, collector.items[0]));
 	if (collector.items.GetCount() > 1)
 		ORVAN_TRY(application.element.Store(list, std::move(collector.items)));
-	return ReadingOf(application, progress);
+	return Reading::applied;
 }
 
 } // namespace
@@ -95,8 +103,7 @@ Result<Reading> ReadNumbers(const Application& application)
 	NumberCollector collector;
 	const grammar::complete::Progress progress = grammar::complete::ParseNumberList(application.text, collector);
 	ORVAN_TRY(std::move(collector.result));
-	ORVAN_TRY(application.element.Store(application.rule.number, std::move(collector.items)));
-	return ReadingOf(application, progress);
+	return Store(application, OutcomeOf(application, progress), std::move(collector.items));
 }
 
 Result<Reading> ReadNumberPair(const Application& application)
@@ -168,8 +175,7 @@ Result<Reading> ReadShift(const Application& application)
 	LengthCollector collector;
 	const grammar::complete::Progress progress = grammar::complete::ParseLengthList(application.text, collector);
 	ORVAN_TRY(std::move(collector.result));
-	ORVAN_TRY(application.element.Store(application.rule.number, std::move(collector.items)));
-	return ReadingOf(application, progress);
+	return Store(application, OutcomeOf(application, progress), std::move(collector.items));
 }
 
 Result<Reading> ReadSpacing(const Application& application)
