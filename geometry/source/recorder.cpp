@@ -330,9 +330,10 @@ private:
 	Result<void> Leave(std::int32_t index, const Frame& frame, Extent& extent) noexcept
 	{
 		// Below the node, since it is no picture of its own.
-		const bool hasMask =
-			frame.effects.mask != nullptr && _scene.GetNextOnRoute(frame.element, frame.depth) == nullptr;
-		if (hasMask)
+		// Boxes are not cut by several masks, since what they leave together is no rectangle.
+		const bool isCut = frame.effects.mask != nullptr &&
+						   (_contents != nullptr || !frame.attributes.Has(static_cast<std::int32_t>(Key::maskLayers)));
+		if (isCut && _scene.GetNextOnRoute(frame.element, frame.depth) == nullptr)
 			ORVAN_TRY(RecordMask(index, frame, extent));
 		if (_contents != nullptr && frame.effects.filter != nullptr && IsApart(index))
 			ORVAN_TRY(RecordFilterOf(index, frame, extent));
@@ -372,7 +373,7 @@ private:
 		frame.place.transform = place.transform; // A mask's own transform does nothing.
 		const bool isBox = frame.GetKeyword(Key::maskUnits, SVGUnits::objectBoundingBox) == SVGUnits::objectBoundingBox;
 		if (isBox && !_scene.isComplete) // A plain import does not tell.
-			return RecordMaskContent(index, frame, extent);
+			return RecordMaskContent(index, user, frame, extent);
 		const auto get = [&](Key key, Axis axis, double absent)
 		{
 			const SVGLength length = frame.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
@@ -388,11 +389,11 @@ private:
 			const Rectangle box = ORVAN_TRY(extent.GetBox());
 			edges.mask = box.IsEmpty() || edges.mask.IsEmpty() ? Rectangle() : Transform(BoxTransform(box), edges.mask);
 		}
-		return RecordMaskContent(index, frame, extent);
+		return RecordMaskContent(index, user, frame, extent);
 	}
 
 	/// What stands in a mask, with what cuts that off in turn.
-	Result<void> RecordMaskContent(std::int32_t index, Frame& frame, Extent& extent) noexcept
+	Result<void> RecordMaskContent(std::int32_t index, const Frame& masked, Frame& frame, Extent& extent) noexcept
 	{
 		if (_contents == nullptr)
 			return {};
@@ -400,7 +401,9 @@ private:
 		const NodeEdges* const edges = _record.EdgesOf(At(index));
 		constexpr double kFar = 1e6;
 		mask.region = edges != nullptr && edges->hasMask ? edges->mask : Rectangle{-kFar, -kFar, kFar, kFar};
-		mask.isAlpha = frame.GetKeyword(Key::maskType, SVGMaskType::luminance) == SVGMaskType::alpha;
+		const auto mode = masked.GetKeyword(Key::maskMode, SVGMaskMode::matchSource);
+		const bool isAlpha = frame.GetKeyword(Key::maskType, SVGMaskType::luminance) == SVGMaskType::alpha;
+		mask.isAlpha = mode == SVGMaskMode::matchSource ? isAlpha : mode == SVGMaskMode::alpha;
 		mask.isLinear = frame.place.style.colorInterpolation == SVGColorInterpolation::linearRGB;
 		const Matrix2d user = frame.place.transform;
 		if (frame.GetKeyword(Key::maskContentUnits, SVGUnits::userSpaceOnUse) == SVGUnits::objectBoundingBox)

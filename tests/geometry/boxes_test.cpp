@@ -130,11 +130,13 @@ TEST_F(Boxes, OfWhatIsSeenEndAtClipsMasksAndMarkers)
 		"<rect id='r' width='80' height='25' clip-path='url(#c)'/>"
 		"<g id='g' clip-path='url(#b)'><rect x='20' y='40' width='40' height='40'/></g>"
 		"<rect id='k' x='20' y='40' width='40' height='40' mask='url(#m)'/>"
+		"<rect id='l' x='20' y='40' width='40' height='40' style='mask:url(#m),url(#m)'/>"
 		"<path id='p' d='M50 50h10' stroke='red' stroke-width='2' marker-end='url(#a)'/>"
 		"<g id='o'><rect width='9' height='9' fill='none'/><rect x='3' width='4' height='5' opacity='0'/></g>");
 	EXPECT_EQ("10 0 53 25", picture.BoxOf("r", Box::visual));
 	EXPECT_EQ("20 40 20 10", picture.BoxOf("g", Box::visual));
 	EXPECT_EQ("20 40 20 20", picture.BoxOf("k", Box::visual));
+	EXPECT_EQ("20 40 40 40", picture.BoxOf("l", Box::visual));
 	EXPECT_EQ("50 49 10 2", picture.BoxOf("p", Box::stroke));
 	EXPECT_EQ("50 48 12 4", picture.BoxOf("p", Box::visual));
 	EXPECT_EQ("3 0 4 5", picture.BoxOf("o", Box::visual));

@@ -309,6 +309,18 @@ TEST_F(NormalizedDocument, HasMasksPatternsAndBlending)
 				  "y='0' width='1' height='1' maskContentUnits='objectBoundingBox'><rect width='.5' height='1'/></mask>"
 				  "<rect x='10' width='20' height='10' mask='url(#m)' style='mix-blend-mode:multiply'/>",
 				  SVGNormalizedClips::kept));
+	// What is masked has a say in that.
+	const auto masked = [](std::string_view type, std::string_view mode)
+	{
+		return ContentOf("<mask id='m' mask-type='" + std::string(type) +
+							 "'><rect width='5' height='5'/></mask><rect "
+							 "width='9' height='9' style='mask:url(#m);mask-mode:" +
+							 std::string(mode) + "'/>",
+						 SVGNormalizedClips::kept);
+	};
+	EXPECT_EQ(masked("alpha", "match-source"), masked("luminance", "alpha"));
+	EXPECT_EQ(masked("luminance", "match-source"), masked("alpha", "luminance"));
+	EXPECT_NE(masked("luminance", "luminance"), masked("alpha", "alpha"));
 	// What is clipped stays a picture of its own where its paths end at the clip path.
 	EXPECT_EQ(
 		"<g style=\"isolation:isolate\">\n<path style=\"mix-blend-mode:screen\" fill=\"#000000\" d=\"M0 0L5 0L5 5L0 "
