@@ -15,6 +15,25 @@ namespace
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
+/// Where the bracket stands that ends a subset. Those in values, comments and processing instructions do not.
+std::size_t FindEndOfSubset(std::string_view text, std::size_t at) noexcept
+{
+	while ((at = text.find_first_of("]<\"'", at)) != text.npos && text[at] != ']')
+	{
+		const std::string_view rest = text.substr(at);
+		const bool isQuote = rest[0] != '<';
+		const std::string_view end = isQuote                    ? rest.substr(0, 1)
+									 : rest.starts_with("<!--") ? std::string_view("-->")
+									 : rest.starts_with("<?")   ? std::string_view("?>")
+																: std::string_view();
+		const std::size_t skipped = end.empty() ? 0 : rest.find(end, 1);
+		if (skipped == rest.npos)
+			return text.npos;
+		at += std::max(skipped + end.size(), std::size_t{1});
+	}
+	return at;
+}
+
 /// An internal subset, with its brackets; empty when there is none.
 std::string_view FindSubset(std::string_view text) noexcept
 {
@@ -32,17 +51,9 @@ std::string_view FindSubset(std::string_view text) noexcept
 		else
 		{
 			const std::size_t open = rest.find_first_of("[>");
-			const std::size_t close = open == rest.npos || rest[open] == '>' ? rest.npos : rest.find(']', open);
-			// The last bracket before the end: values may hold some.
-			std::size_t last = close;
-			while (last != rest.npos)
-			{
-				const std::size_t next = rest.find_first_not_of(kBlanks, last + 1);
-				if (next == rest.npos || rest[next] == '>')
-					return next == rest.npos ? std::string_view() : rest.substr(open, last + 1 - open);
-				last = rest.find(']', last + 1);
-			}
-			return {};
+			const std::size_t last =
+				open == rest.npos || rest[open] == '>' ? rest.npos : FindEndOfSubset(rest, open + 1);
+			return last == rest.npos ? std::string_view() : rest.substr(open, last + 1 - open);
 		}
 		at = text.find(end, at);
 		if (at == text.npos)
@@ -142,6 +153,7 @@ public:
 		ORVAN_TRY(_result.Reserve(_text.size() + _text.size() / 8));
 		const auto start = static_cast<std::size_t>(subset.data() + subset.size() - _text.data());
 		ORVAN_TRY(Copy(0, start));
+		HideBrackets(subset);
 		ORVAN_TRY(ExpandMarkup(start));
 		return std::move(_result);
 	}
@@ -158,6 +170,16 @@ private:
 		std::string_view value;
 		bool isOpen = false; ///< Its value is being put in.
 	};
+
+	/// The XML parser takes the brackets in values for those of the subset. It wants nothing else of what stands there.
+	void HideBrackets(std::string_view subset) noexcept
+	{
+		for (std::size_t at = 1; at + 1 < subset.size(); at++)
+		{
+			if (subset[at] == '[' || subset[at] == ']')
+				_result[static_cast<std::size_t>(subset.data() + at - _text.data())] = ' ';
+		}
+	}
 
 	Result<void> ReadDeclarations(std::string_view subset)
 	{
@@ -372,6 +394,12 @@ bool DeclaresEntities(std::string_view text) noexcept
 {
 	// Nearly all files are done after a look at their first bytes.
 	return FindSubset(text).find("<!ENTITY") != std::string_view::npos;
+}
+
+bool NeedsReplacement(std::string_view text) noexcept
+{
+	const std::string_view subset = FindSubset(text);
+	return subset.find("<!ENTITY") != subset.npos || subset.find_first_of("[]", 1) + 1 < subset.size();
 }
 
 Result<BaseArray<char>> ReplaceEntities(std::string_view text, PositionMap& positions)

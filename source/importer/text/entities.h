@@ -28,7 +28,11 @@ inline constexpr std::size_t kMaxEntities = 4096;
 /// Whether a text's document type declares entities.
 bool DeclaresEntities(std::string_view text) noexcept;
 
-/// The text with its references replaced, and how places lead back to `text`. Fails for want of memory; throws an
+/// Whether `ReplaceEntities` changes anything: entities are declared, or there are brackets within the document type.
+bool NeedsReplacement(std::string_view text) noexcept;
+
+/// The text with its references replaced, with blanks for the brackets in values and comments of its document type,
+/// which the XML parser takes for others, and how places lead back to `text`. Fails for want of memory; throws an
 /// `XmlError` for an entity that contains itself and for one that breaks a bound.
 Result<BaseArray<char>> ReplaceEntities(std::string_view text, PositionMap& positions);
 

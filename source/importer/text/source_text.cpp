@@ -45,7 +45,7 @@ Result<SourceText> ReadSourceText(BaseArray<char> bytes, BaseArray<char>* file)
 	if (const std::string_view packed(bytes.begin(), bytes.GetCount()); IsGzip(packed))
 		Replace(bytes, ORVAN_TRY(Gunzip(packed, kMaxUnpackedSize)), file);
 	ORVAN_TRY(MakeUtf8(bytes, file));
-	if (const std::string_view text(bytes.begin(), bytes.GetCount()); DeclaresEntities(text))
+	if (const std::string_view text(bytes.begin(), bytes.GetCount()); NeedsReplacement(text))
 	{
 		source.text = ORVAN_TRY(ReplaceEntities(text, source.positions));
 		source.original = std::move(bytes);
