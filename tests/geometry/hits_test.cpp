@@ -488,8 +488,8 @@ TEST_F(Hits, AreTrueWhenElementsComeAndGo)
 		}
 		for (int i = 0; i < 100; i++)
 		{
-			for (const SVGHit& hit :
-				 Must(geometry->FindAt({i % 10 * 10.3, static_cast<double>(i / 10) * 10.7}, {.findsAll = true})).hits)
+			const int row = i / 10;
+			for (const SVGHit& hit : Must(geometry->FindAt({i % 10 * 10.3, row * 10.7}, {.findsAll = true})).hits)
 				answers += std::to_string(reinterpret_cast<std::uintptr_t>(hit.element.GetObject())) + ' ';
 		}
 		return answers + std::to_string(Must(geometry->Normalize({})).points.GetCount());
