@@ -269,6 +269,18 @@ bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t n
 	return false;
 }
 
+namespace
+{
+/// The percentages of a transform that has been replaced since say nothing, and are not saved.
+bool IsWithoutMeaning(const DataDictionary::Entry& entry, const DataDictionary& attributes, const Matrix2d& transform)
+{
+	constexpr std::size_t kMoved = 6; // Where the translation stands that they were read with.
+	const auto* values = attributes.GetValue<BaseArray<Float>>(entry);
+	return entry.key == static_cast<std::int32_t>(SVGImportAttribute::transformPercentages) && values != nullptr &&
+		   transform.offset != Vector2d{(*values)[kMoved], (*values)[kMoved + 1]};
+}
+} // namespace
+
 std::string DescribeSaved(const SVGElementRef& element)
 {
 	std::string text = element->GetClassId();
@@ -278,6 +290,8 @@ std::string DescribeSaved(const SVGElementRef& element)
 	const DataDictionary attributes = element->GetAttributeDictionary();
 	for (const DataDictionary::Entry& entry : attributes)
 	{
+		if (IsWithoutMeaning(entry, attributes, element->GetLocalTransform()))
+			continue;
 		values.Add(entry.key);
 		program::VisitAttribute(attributes, entry, [&](const auto& value) { values.Add(value); });
 	}
