@@ -9,6 +9,7 @@
 #include "orvan/host/diagnostic_sink.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -271,13 +272,22 @@ bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t n
 
 namespace
 {
-/// The percentages of a transform that has been replaced since say nothing, and are not saved.
-bool IsWithoutMeaning(const DataDictionary::Entry& entry, const DataDictionary& attributes, const Matrix2d& transform)
+/// What percentages add to a transform depends on the viewport, whose size may have been edited, and which may be
+/// another when the file is read; those of a transform that has been replaced since say nothing, and are not saved.
+Matrix2d WithoutPercentages(Matrix2d transform, const DataDictionary& attributes)
 {
-	constexpr std::size_t kMoved = 6; // Where the translation stands that they were read with.
-	const auto* values = attributes.GetValue<BaseArray<Float>>(entry);
-	return entry.key == static_cast<std::int32_t>(SVGImportAttribute::transformPercentages) && values != nullptr &&
-		   transform.offset != Vector2d{(*values)[kMoved], (*values)[kMoved + 1]};
+	const auto* values =
+		attributes.Find<BaseArray<Float>>(static_cast<std::int32_t>(SVGImportAttribute::transformPercentages));
+	if (values == nullptr || transform.offset != Vector2d{(*values)[6], (*values)[7]})
+		return transform;
+	const BaseArray<Float>& v = *values;
+	const auto round = [](double value)
+	{
+		return std::round(value * 1e6) / 1e6 + 0.0;
+	};
+	transform.offset = {round(transform.offset.x - v[0] * v[4] - v[2] * v[5]),
+						round(transform.offset.y - v[1] * v[4] - v[3] * v[5])};
+	return transform;
 }
 } // namespace
 
@@ -286,11 +296,11 @@ std::string DescribeSaved(const SVGElementRef& element)
 	std::string text = element->GetClassId();
 	Values values(text);
 	values.Add(element->GetId());
-	values.Add(element->GetLocalTransform());
 	const DataDictionary attributes = element->GetAttributeDictionary();
+	values.Add(WithoutPercentages(element->GetLocalTransform(), attributes));
 	for (const DataDictionary::Entry& entry : attributes)
 	{
-		if (IsWithoutMeaning(entry, attributes, element->GetLocalTransform()))
+		if (entry.key == static_cast<std::int32_t>(SVGImportAttribute::transformPercentages))
 			continue;
 		values.Add(entry.key);
 		program::VisitAttribute(attributes, entry, [&](const auto& value) { values.Add(value); });

@@ -5,6 +5,7 @@
 #include "writer/xml_text.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvan::svg
 {
@@ -17,6 +18,33 @@ using Number = SVGImportAttribute;
 
 namespace
 {
+
+/// Whether two elements move by the same percentages, each of the viewport that it has, and are turned and scaled
+/// alike.
+bool MoveByTheSamePercentages(const ElementBase& saved, const ElementBase& loaded) noexcept
+{
+	constexpr std::size_t kCount = 8;
+	constexpr std::size_t kShares = 4; // Of the width and the height; then their size, and where that came to.
+	const auto* a = saved.Find<BaseArray<Float>>(Number::transformPercentages);
+	const auto* b = loaded.Find<BaseArray<Float>>(Number::transformPercentages);
+	if (a == nullptr || b == nullptr || a->GetCount() != kCount || b->GetCount() != kCount ||
+		!std::equal(a->begin(), a->begin() + kShares, b->begin()))
+		return false;
+	const Matrix2d before = saved.GetLocalTransform();
+	const Matrix2d after = loaded.GetLocalTransform();
+	if (before.offset != Vector2d{(*a)[6], (*a)[7]})
+		return false; // It was replaced since.
+	const double width = (*b)[4] - (*a)[4];
+	const double height = (*b)[5] - (*a)[5];
+	const Vector2d expected =
+		before.offset + Vector2d{(*a)[0] * width + (*a)[2] * height, (*a)[1] * width + (*a)[3] * height};
+	const auto isNear = [](double x, double y)
+	{
+		return std::abs(x - y) <= 1e-9 * (std::abs(x) + std::abs(y));
+	};
+	return before.axis1 == after.axis1 && before.axis2 == after.axis2 && isNear(expected.x, after.offset.x) &&
+		   isNear(expected.y, after.offset.y);
+}
 
 class Comparison
 {
@@ -98,6 +126,8 @@ private:
 				continue;
 			// What does not count says nothing, and blanks of a text were kept for its sake.
 			if (!rule->tags.Has(name) || (rule->number == Number::whiteSpace && isWanted == Formatted::absent))
+				continue;
+			if (rule->number == Number::transform && MoveByTheSamePercentages(saved, loaded))
 				continue;
 			Force(saved, *rule);
 		}

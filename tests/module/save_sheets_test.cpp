@@ -173,6 +173,17 @@ TEST_F(SavingBesideSheets, EffectsGiveElementsABox)
 			  SavedAlike(document));
 }
 
+TEST_F(SavingBesideSheets, PercentagesOfTransformsStandWhenTheirViewportIsEdited)
+{
+	const std::string text = "<svg width='200' height='9'><svg width='50%'><g style='translate: 50% 2px'/></svg></svg>";
+	const SVGDocumentRef document = Open(text);
+	Must(Cast<SVGElementEditInterface>(First(document, "svg svg"))->RemoveAttribute(SVGImportAttribute::width));
+	EXPECT_EQ("<svg width='200' height='9'><svg><g style='translate: 50% 2px'/></svg></svg>", SavedText(document));
+	// One that was set since is no percentage any more.
+	Must(First(document, "g")->SetTranslation({7.0, 2.0}));
+	EXPECT_EQ("<svg width='200' height='9'><svg><g transform=\"translate(7,2)\"/></svg></svg>", SavedText(document));
+}
+
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 {
 	const SVGDocumentRef document = Open("<svg><style>g:empty{fill:red}</style><g/><g><rect/></g></svg>");
