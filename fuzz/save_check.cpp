@@ -3,6 +3,7 @@
 
 #include "attribute_values.h"
 #include "require.h"
+#include "svg_attribute_companions.h"
 #include "svg_complete.h"
 #include "svg_edit.h"
 
@@ -259,7 +260,10 @@ bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t n
 	{
 		const auto edit = Cast<SVGElementEditInterface>(element);
 		const BaseArray<SVGImportAttribute> said = edit->GetAttributeNumbers().GetValue();
-		return !said.IsEmpty() && edit->RemoveAttribute(said[number / 7 % said.GetCount()]).IsOk();
+		if (said.IsEmpty())
+			return false;
+		// What a file says as one goes as one.
+		return edit->RemoveAttribute(GetAttributeOf(said[number / 7 % said.GetCount()])).IsOk();
 	}
 	case EditKind::classes:
 		return source->SetAttributeText(element, text("class"), text(number % 2 == 0 ? "other" : "ColorScheme-Text"))

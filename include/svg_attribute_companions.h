@@ -6,8 +6,8 @@
 ///         Show(GetAttributeOf(static_cast<SVGImportAttribute>(entry.key))); // "x" also for the list of a text.
 ///
 /// A companion counts where it is present, but for a shape to clip with, before which a reference counts. Setters of an
-/// attribute take its companion away, and so do removing and copying the attribute; a companion is never an attribute
-/// of files.
+/// attribute take its companion away, and so do removing and copying the attribute; what a transform has beside it
+/// stays and loses its meaning instead. A companion is never an attribute of files.
 #pragma once
 
 #include "svg_attributes.h"
