@@ -260,8 +260,7 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 		if (std::find(changes.begin(), changes.end(), rule) == changes.end())
 			changes.push_back(rule);
 	}
-	if (GetsBox(record, element, name, changes))
-		AddWithBox(changes);
+	AddTied(tag, record, element, name, changes);
 	for (const Rule* rule : changes)
 	{
 		const ForcedProperty* const forced = FindForced(allForced, *rule);
@@ -296,48 +295,6 @@ bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) noex
 	if (!_mayInherit)
 		_mayInherit = MayMention(_request.clientSheet, "inherit") || MayMention(_source->Text(), "inherit");
 	return *_mayInherit;
-}
-
-/// Whether an element takes on effects that do not count as its source stands, because it has no box there
-/// ("display: contents").
-bool TreeWriter::GetsBox(std::uint32_t record, const ElementBase& element, Tag name,
-						 const std::vector<const Rule*>& changes)
-{
-	const auto isEffect = [&](const Rule* rule)
-	{
-		const bool needsBox =
-			rule->number == Number::transform || std::ranges::count(complete::kEffects, rule->number) > 0;
-		std::string text;
-		return needsBox && FormatAttribute(text, element, AttributesOf(element), *rule, name, {}) != Formatted::absent;
-	};
-	if (!_source->isComplete || std::none_of(changes.begin(), changes.end(), isEffect))
-		return false;
-	constexpr std::string_view kContents = "contents";
-	const SourceElement& tag = Record(record);
-	for (std::uint32_t i = 0; i < tag.attributeCount; i++)
-	{
-		const SourceAttribute& attribute = _source->attributes[tag.firstAttribute + i];
-		const std::string_view attributeName = _source->NameOf(attribute);
-		if ((attributeName == "display" || attributeName == "style") &&
-			MayMention(_source->RawValueOf(attribute), kContents))
-			return true;
-	}
-	return (MayMention(_source->Text(), kContents) || MayMention(_request.clientSheet, kContents)) &&
-		   ForceAgainstSheets(record, name, *FindRule("display"));
-}
-
-/// An element that gets a box has all the effects that its source says then: those that it has not in the tree go.
-void TreeWriter::AddWithBox(std::vector<const Rule*>& changes)
-{
-	const auto add = [&](Number number)
-	{
-		const Rule* const rule = FindWritingRule(WrittenAs(number));
-		if (std::ranges::count(changes, rule) == 0)
-			changes.push_back(rule);
-	};
-	add(Number::display);
-	add(Number::transform);
-	std::ranges::for_each(complete::kEffects, add);
 }
 
 /// What a property has to be written with where a sheet says something about it.

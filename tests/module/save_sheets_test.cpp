@@ -184,6 +184,23 @@ TEST_F(SavingBesideSheets, PercentagesOfTransformsStandWhenTheirViewportIsEdited
 	EXPECT_EQ("<svg width='200' height='9'><svg><g transform=\"translate(7,2)\"/></svg></svg>", SavedText(document));
 }
 
+TEST_F(SavingBesideSheets, DecorationsKeepTheirStyleAndThickness)
+{
+	const auto after = [](const char* text, SVGImportAttribute removed)
+	{
+		const SVGDocumentRef document = Open(text);
+		Must(Cast<SVGElementEditInterface>(First(document, "text"))->RemoveAttribute(removed));
+		return SavedAlike(document);
+	};
+	using Number = SVGImportAttribute;
+	EXPECT_EQ("<svg><text style='text-decoration:underline wavy 2px;text-decoration-style:unset'/></svg>",
+			  after("<svg><text style='text-decoration:underline wavy 2px'/></svg>", Number::textDecorationStyle));
+	EXPECT_EQ("<svg><text style='text-decoration-style:wavy;text-decoration-thickness:2px'/></svg>",
+			  after("<svg><text style='text-decoration:underline wavy 2px'/></svg>", Number::textDecoration));
+	EXPECT_EQ("<svg><text text-decoration='underline' style=\"text-decoration-thickness:2px\"/></svg>",
+			  after("<svg><text text-decoration='underline wavy 2px'/></svg>", Number::textDecorationStyle));
+}
+
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 {
 	const SVGDocumentRef document = Open("<svg><style>g:empty{fill:red}</style><g/><g><rect/></g></svg>");
