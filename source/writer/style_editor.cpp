@@ -53,9 +53,7 @@ StyleEditor::Saying SayingOf(const css::Declaration& declaration, Number number)
 	const complete::Rule* const rule = declaration.isCustom ? nullptr : complete::FindRule(declaration.name);
 	if (rule == nullptr || !complete::IsProperty(*rule))
 		return StyleEditor::Saying::nothing;
-	// This one is a property of its own besides.
-	if (declaration.name == "text-decoration" &&
-		(number == Number::textDecorationStyle || number == Number::textDecorationThickness))
+	if (std::ranges::count(complete::AlsoSetBy(*rule), number) > 0)
 		return StyleEditor::Saying::byShorthand;
 	if (!complete::IsShorthand(*rule))
 		return WrittenAs(rule->number) == number ? StyleEditor::Saying::byItself : StyleEditor::Saying::nothing;

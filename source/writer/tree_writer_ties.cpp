@@ -34,29 +34,28 @@ void TreeWriter::AddTied(const StartTagEditor& tag, std::uint32_t record, const 
 		return;
 	if (GetsBox(record, element, name, changes))
 		AddWithBox(changes);
-	AddWithDecoration(tag, element, changes);
+	for (const char* const owner : {"text-decoration", "mask"})
+		AddAlsoSet(tag, element, *FindRule(owner), changes);
 }
 
-/// "text-decoration" may say a style and a thickness, too: written anew it says neither.
-void TreeWriter::AddWithDecoration(const StartTagEditor& tag, const ElementBase& element,
-								   std::vector<const Rule*>& changes)
+/// A property whose value may say others, too, says them no more when it is written anew.
+void TreeWriter::AddAlsoSet(const StartTagEditor& tag, const ElementBase& element, const Rule& rule,
+							std::vector<const Rule*>& changes)
 {
-	constexpr Number kTied[] = {Number::textDecorationStyle, Number::textDecorationThickness};
-	const auto changesAny = [&](std::span<const Number> numbers)
+	const std::span<const Number> others = complete::AlsoSetBy(rule);
+	const auto isChanged = [&](Number number)
 	{
-		return std::ranges::any_of(numbers, [&](Number number)
-								   { return std::ranges::count(changes, FindWritingRule(number)) > 0; });
+		return std::ranges::count(changes, FindWritingRule(number)) > 0;
 	};
-	constexpr Number kLine[] = {Number::textDecoration};
-	// A style attribute can take a style back, an attribute cannot.
-	if (!changesAny(kLine) && !(tag.Has("text-decoration") && changesAny(kTied)))
+	// A style attribute can take one of the others back, the attribute itself cannot.
+	if (!isChanged(rule.number) && !(tag.Has(rule.name) && std::ranges::any_of(others, isChanged)))
 		return;
-	Add(changes, Number::textDecoration);
-	for (const Number number : kTied)
+	Add(changes, rule.number);
+	for (const Number number : others)
 	{
 		if (!element.HasAttribute(number))
 			continue;
-		std::erase(changes, FindWritingRule(number)); // It comes behind the line.
+		std::erase(changes, FindWritingRule(number)); // It comes behind.
 		Add(changes, number);
 	}
 }

@@ -184,12 +184,12 @@ TEST_F(SavingBesideSheets, PercentagesOfTransformsStandWhenTheirViewportIsEdited
 	EXPECT_EQ("<svg width='200' height='9'><svg><g transform=\"translate(7,2)\"/></svg></svg>", SavedText(document));
 }
 
-TEST_F(SavingBesideSheets, DecorationsKeepTheirStyleAndThickness)
+TEST_F(SavingBesideSheets, DecorationsAndMasksKeepWhatElseTheySay)
 {
 	const auto after = [](const char* text, SVGImportAttribute removed)
 	{
 		const SVGDocumentRef document = Open(text);
-		Must(Cast<SVGElementEditInterface>(First(document, "text"))->RemoveAttribute(removed));
+		Must(Cast<SVGElementEditInterface>(First(document, "svg > *"))->RemoveAttribute(removed));
 		return SavedAlike(document);
 	};
 	using Number = SVGImportAttribute;
@@ -199,6 +199,9 @@ TEST_F(SavingBesideSheets, DecorationsKeepTheirStyleAndThickness)
 			  after("<svg><text style='text-decoration:underline wavy 2px'/></svg>", Number::textDecoration));
 	EXPECT_EQ("<svg><text text-decoration='underline' style=\"text-decoration-thickness:2px\"/></svg>",
 			  after("<svg><text text-decoration='underline wavy 2px'/></svg>", Number::textDecorationStyle));
+	EXPECT_EQ("<svg><g mask='url(#m)'/></svg>", after("<svg><g mask='url(#m) alpha'/></svg>", Number::maskMode));
+	EXPECT_EQ("<svg><g style='mask-mode:alpha'/></svg>",
+			  after("<svg><g style='mask:url(#m) alpha'/></svg>", Number::mask));
 }
 
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)

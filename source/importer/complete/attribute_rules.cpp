@@ -286,6 +286,21 @@ constexpr LonghandsRow kLonghands[] = {
 	{"font-width", kFontStretchAlone},
 };
 
+constexpr Number kOfDecorations[] = {Number::textDecorationStyle, Number::textDecorationThickness};
+constexpr Number kOfMasks[] = {Number::maskMode, Number::maskComposite};
+
+constexpr LonghandsRow kAlsoSet[] = {{"text-decoration", kOfDecorations}, {"mask", kOfMasks}};
+
+std::span<const Number> FindRow(std::span<const LonghandsRow> rows, std::string_view name) noexcept
+{
+	for (const LonghandsRow& row : rows)
+	{
+		if (row.name == name)
+			return row.longhands;
+	}
+	return {};
+}
+
 } // namespace
 
 const Rule* FindRule(std::string_view name) noexcept
@@ -295,14 +310,12 @@ const Rule* FindRule(std::string_view name) noexcept
 
 std::span<const SVGImportAttribute> LonghandsOf(const Rule& rule) noexcept
 {
-	if (rule.role != Role::declaration)
-		return {};
-	for (const LonghandsRow& row : kLonghands)
-	{
-		if (row.name == rule.name)
-			return row.longhands;
-	}
-	return {};
+	return rule.role == Role::declaration ? FindRow(kLonghands, rule.name) : std::span<const Number>();
+}
+
+std::span<const SVGImportAttribute> AlsoSetBy(const Rule& rule) noexcept
+{
+	return FindRow(kAlsoSet, rule.name);
 }
 
 std::span<const Rule> AllRules() noexcept

@@ -88,6 +88,10 @@ const Rule* FindRule(std::string_view name) noexcept;
 /// of a property. Empty for all other names.
 std::span<const SVGImportAttribute> LonghandsOf(const Rule& rule) noexcept;
 
+/// The properties that the value of another one sets besides itself: "text-decoration" a style and a thickness, "mask"
+/// what of the masks counts and how they are joined. Empty for most; not for other names of the same property.
+std::span<const SVGImportAttribute> AlsoSetBy(const Rule& rule) noexcept;
+
 inline bool IsShorthand(const Rule& rule) noexcept
 {
 	return LonghandsOf(rule).size() > 1;
