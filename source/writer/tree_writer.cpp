@@ -2,6 +2,7 @@
 /// What changes a source: the start tags of the elements that are still there.
 #include "writer/tree_writer.h"
 
+#include "complete/calculations.h"
 #include "css/variables.h"
 #include "importer/xml/xml_tree.h"
 #include "writer/xml_text.h"
@@ -281,14 +282,22 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 /// Whether an edit of a property may change what is read on the elements below.
 bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) noexcept
 {
-	if (!_source->isComplete || element.FirstChild() == nullptr)
+	if (!_source->isComplete)
 		return false;
 	const Number number = WrittenAs(rule.number);
+	const bool isViewport = ClassKindOf(element) == Kind::svg &&
+							(number == Number::width || number == Number::height || number == Number::viewBox);
+	// What a calculation came to when it was read depends on the font's size and on the viewport.
+	if ((isViewport || number == Number::fontSize) && (grammar::complete::MayHaveCalculations(_source->Text()) ||
+													   grammar::complete::MayHaveCalculations(_request.clientSheet)))
+		return true;
+	if (element.FirstChild() == nullptr)
+		return false;
 	if (number == Number::whiteSpace)
 		return true;
 	// Percentages in transforms are taken of the viewport.
-	if (number == Number::width || number == Number::height || number == Number::viewBox)
-		return ClassKindOf(element) == Kind::svg && _source->Text().find('%') != std::string_view::npos;
+	if (isViewport)
+		return _source->Text().find('%') != std::string_view::npos;
 	if (!complete::IsProperty(rule) || rule.role == complete::Role::inherited)
 		return false;
 	// What is in it may have the property by "inherit", or get it only now.

@@ -204,6 +204,14 @@ TEST_F(SavingBesideSheets, DecorationsAndMasksKeepWhatElseTheySay)
 			  after("<svg><g style='mask:url(#m) alpha'/></svg>", Number::mask));
 }
 
+TEST_F(SavingBesideSheets, CalculationsKeepWhatTheyCameTo)
+{
+	const SVGDocumentRef document =
+		Open("<svg><g font-size='10'><rect style='stroke-width:calc(1em + 1px)'/></g></svg>");
+	Must(Cast<SVGElementEditInterface>(First(document, "g"))->RemoveAttribute(SVGImportAttribute::fontSize));
+	EXPECT_EQ("<svg><g><rect style='stroke-width:11px'/></g></svg>", SavedAlike(document));
+}
+
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 {
 	const SVGDocumentRef document = Open("<svg><style>g:empty{fill:red}</style><g/><g><rect/></g></svg>");
