@@ -333,6 +333,18 @@ std::string DescribeSaved(const SVGElementRef& element)
 	return text + ")\n";
 }
 
+std::string ShowDifference(std::string_view before, std::string_view after)
+{
+	const auto at = static_cast<std::size_t>(
+		std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first - before.begin());
+	const std::size_t start = before.substr(0, at).rfind('\n') + 1;
+	const auto line = [start](std::string_view text)
+	{
+		return std::string(text.substr(start, text.find('\n', start) - start));
+	};
+	return "\nbefore: " + line(before) + "\nafter:  " + line(after) + '\n';
+}
+
 std::string Save(const SVGDocumentRef& document, std::string* reason)
 {
 	const ThreadDiagnosticSink ignored([](const Diagnostic&, void*) {}, nullptr);

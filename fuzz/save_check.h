@@ -40,6 +40,9 @@ std::string DescribeSaved(const SVGElementRef& root);
 /// The bytes that are saved; the empty text, and the reason, when that is refused.
 std::string Save(const SVGDocumentRef& document, std::string* reason = nullptr);
 
+/// The first line in which two such texts differ, as each has it.
+std::string ShowDifference(std::string_view before, std::string_view after);
+
 /// Number of lines that are only in the one text, or only in the other, from the first to the last that differs.
 struct LineDifference
 {

@@ -38,8 +38,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 			continue;
 		const SVGDocumentRef again = fuzz::OpenForEditing(saved);
 		Require(Cast<SVGDocumentSourceInterface>(again)->HasSource(), "what was saved loads", saved);
-		Require(fuzz::DescribeSaved(document->GetRootElement()) == fuzz::DescribeSaved(again->GetRootElement()),
-				"what was saved is what is loaded", saved);
+		const std::string before = fuzz::DescribeSaved(document->GetRootElement());
+		const std::string after = fuzz::DescribeSaved(again->GetRootElement());
+		Require(before == after, "what was saved is what is loaded",
+				before == after ? saved : saved + fuzz::ShowDifference(before, after));
 		Require(fuzz::Save(again) == saved, "what was saved stays as it is", saved);
 	}
 	return 0;

@@ -128,7 +128,7 @@ private:
 	bool ReachesBelow(const ElementBase& element, const complete::Rule& rule) noexcept;
 	void AddTied(const StartTagEditor& tag, std::uint32_t record, const ElementBase& element, complete::Tag name,
 				 std::vector<const complete::Rule*>& changes);
-	static void AddAlsoSet(const StartTagEditor& tag, const ElementBase& element, const complete::Rule& rule,
+	static void AddAlsoSet(const StartTagEditor& tag, const complete::Rule& rule,
 						   std::vector<const complete::Rule*>& changes);
 	bool GetsBox(std::uint32_t record, const ElementBase& element, complete::Tag name,
 				 const std::vector<const complete::Rule*>& changes);

@@ -35,12 +35,12 @@ void TreeWriter::AddTied(const StartTagEditor& tag, std::uint32_t record, const 
 	if (GetsBox(record, element, name, changes))
 		AddWithBox(changes);
 	for (const char* const owner : {"text-decoration", "mask"})
-		AddAlsoSet(tag, element, *FindRule(owner), changes);
+		AddAlsoSet(tag, *FindRule(owner), changes);
 }
 
-/// A property whose value may say others, too, says them no more when it is written anew.
-void TreeWriter::AddAlsoSet(const StartTagEditor& tag, const ElementBase& element, const Rule& rule,
-							std::vector<const Rule*>& changes)
+/// A property whose value may say others, too, says them no more when it is written anew; nor does it take back those
+/// that stand before it.
+void TreeWriter::AddAlsoSet(const StartTagEditor& tag, const Rule& rule, std::vector<const Rule*>& changes)
 {
 	const std::span<const Number> others = complete::AlsoSetBy(rule);
 	const auto isChanged = [&](Number number)
@@ -53,8 +53,6 @@ void TreeWriter::AddAlsoSet(const StartTagEditor& tag, const ElementBase& elemen
 	Add(changes, rule.number);
 	for (const Number number : others)
 	{
-		if (!element.HasAttribute(number))
-			continue;
 		std::erase(changes, FindWritingRule(number)); // It comes behind.
 		Add(changes, number);
 	}

@@ -202,6 +202,7 @@ TEST_F(SavingBesideSheets, DecorationsAndMasksKeepWhatElseTheySay)
 	EXPECT_EQ("<svg><g mask='url(#m)'/></svg>", after("<svg><g mask='url(#m) alpha'/></svg>", Number::maskMode));
 	EXPECT_EQ("<svg><g style='mask-mode:alpha'/></svg>",
 			  after("<svg><g style='mask:url(#m) alpha'/></svg>", Number::mask));
+	EXPECT_EQ("<svg><g/></svg>", after("<svg><g style='mask-mode:alpha;mask:url(#m)'/></svg>", Number::mask));
 }
 
 TEST_F(SavingBesideSheets, CalculationsKeepWhatTheyCameTo)
