@@ -190,8 +190,10 @@ void StartTagEditor::Finish(TextEdits& edits)
 		const Place& place = _places[i];
 		const SourceAttribute& attribute = *place.attribute;
 		const std::size_t valueEnd = attribute.valueBegin + attribute.valueSize;
+		// The parser takes attributes without a blank between them, too: then that before the first one stays.
+		const bool isNextAtOnce = i + 1 < _places.size() && _places[i + 1].attribute->nameBegin == valueEnd + 1;
 		if (place.isRemoved)
-			edits.Replace(BeginOf(i), valueEnd + 1, {});
+			edits.Replace(isNextAtOnce ? attribute.nameBegin : BeginOf(i), valueEnd + 1, {});
 		else if (place.value)
 			edits.Replace(attribute.valueBegin, valueEnd, *place.value);
 	}

@@ -72,6 +72,8 @@ TEST_F(Saving, ChangesAnAttributeWhereItStands)
 	EXPECT_EQ("<svg><path d=\"M2 2\"/></svg>",
 			  After("<svg><path d=\"M0 0h1\" d=\"M1 1\"/></svg>", "path", "d", "M2 2"));
 	EXPECT_EQ("<svg><path/></svg>", After("<svg><path fill='red' fill='blue'/></svg>", "path", "fill", ""));
+	// Nor does it miss blanks between attributes.
+	EXPECT_EQ("<svg><path fill='red'/></svg>", After("<svg><path d='M0 0'fill='red'/></svg>", "path", "d", ""));
 	// To the plain import the later one counts, so that both change.
 	EXPECT_EQ("<svg><rect fill=\"blue\" style=\"fill:blue\"/></svg>",
 			  After("<svg><rect fill=\"red\" style=\"fill:red\"/></svg>", "rect", "fill", "blue", false));
