@@ -18,30 +18,78 @@ using Number = SVGImportAttribute;
 namespace
 {
 
-/// The end of a declaration's value: the ";" that no bracket, quote or comment hides, or the end of the text.
-std::size_t FindEnd(std::string_view text, std::size_t at) noexcept
+/// A way over a part of a style.
+struct Way
 {
-	int depth = 0;
-	for (; at < text.size(); at++)
+	std::size_t end;
+	std::string missing; ///< What would close all that is open there, in this order.
+};
+
+/// Passes over a quoted text that begins at `at`.
+Way PassString(std::string_view text, std::size_t at)
+{
+	const char quote = text[at];
+	for (at++; at < text.size() && text[at] != quote; at++)
+	{
+		// At the end, where it says nothing, it would take the quote with it.
+		if (text[at] == '\\' && ++at == text.size())
+			return {at, {'\n', quote}};
+	}
+	return at < text.size() ? Way{at + 1, {}} : Way{at, {quote}};
+}
+
+/// Passes over a name without quotes in the brackets of "url(…)", which may hold quotes and brackets that mean nothing.
+Way PassUrl(std::string_view text, std::size_t at)
+{
+	for (; at < text.size() && text[at] != ')'; at++)
+	{
+		if (text[at] == '\\' && ++at == text.size())
+			return {at, "FFFD )"};
+	}
+	return at < text.size() ? Way{at + 1, {}} : Way{at, ")"};
+}
+
+bool IsAtUrl(std::string_view text, std::size_t bracket) noexcept
+{
+	if (bracket < 3 || (text[bracket - 3] | 0x20) != 'u' || (text[bracket - 2] | 0x20) != 'r' ||
+		(text[bracket - 1] | 0x20) != 'l')
+		return false;
+	const std::size_t inner = text.find_first_not_of(" \t\r\n\f", bracket + 1);
+	return inner == text.npos || (text[inner] != '"' && text[inner] != '\'');
+}
+
+/// Passes over a style, to its end or to the first ";" that no bracket, quote or comment hides.
+Way PassStyle(std::string_view text, std::size_t at, bool endsAtSemicolon)
+{
+	constexpr std::string_view kOpening = "([{";
+	constexpr std::string_view kClosing = ")]}";
+	std::string open; // The closing brackets, the innermost first.
+	while (at < text.size())
 	{
 		const char c = text[at];
+		Way way{at + 1, {}};
 		if (c == '\\')
-			at++;
+			way = at + 1 < text.size() ? Way{at + 2, {}} : Way{at + 1, "FFFD "};
 		else if (c == '"' || c == '\'')
-		{
-			for (at++; at < text.size() && text[at] != c; at++)
-				at += text[at] == '\\' ? 1 : 0;
-		}
+			way = PassString(text, at);
 		else if (text.substr(at, 2) == "/*")
-			at = std::min(text.find("*/", at + 2), text.size() - 1) + 1;
-		else if (c == '(' || c == '[' || c == '{')
-			depth++;
-		else if (c == ')' || c == ']' || c == '}')
-			depth--;
-		else if (c == ';' && depth <= 0)
-			return at;
+		{
+			const std::size_t end = text.find("*/", at + 2);
+			way = end != text.npos ? Way{end + 2, {}} : Way{text.size(), "*/"};
+		}
+		else if (c == '(' && IsAtUrl(text, at))
+			way = PassUrl(text, at + 1);
+		else if (const std::size_t kind = kOpening.find(c); kind != kOpening.npos)
+			open.insert(open.begin(), kClosing[kind]);
+		else if (!open.empty() && c == open.front())
+			open.erase(open.begin());
+		else if (c == ';' && endsAtSemicolon && open.empty())
+			return {at, {}};
+		if (!way.missing.empty())
+			return {text.size(), way.missing + open};
+		at = way.end;
 	}
-	return text.size();
+	return {text.size(), open};
 }
 
 } // namespace
@@ -77,10 +125,10 @@ std::optional<StyleEditor::Place> StyleEditor::FindLast(Number number, Saying sa
 	return found;
 }
 
-StyleEditor::Place StyleEditor::PlaceOf(const css::Declaration& declaration, Saying saying) const noexcept
+StyleEditor::Place StyleEditor::PlaceOf(const css::Declaration& declaration, Saying saying) const
 {
 	Place place{declaration.offset, declaration.valueOffset, 0, 0, saying, declaration.isImportant};
-	place.valueEnd = FindEnd(_text, place.valueBegin);
+	place.valueEnd = PassStyle(_text, place.valueBegin, true).end;
 	place.end = std::min(place.valueEnd + 1, _text.size());
 	if (declaration.isImportant)
 		place.valueEnd = std::max(place.valueBegin, _text.rfind('!', place.valueEnd - 1));
@@ -98,6 +146,8 @@ StyleEditor::Saying StyleEditor::Find(Number number) const
 
 void StyleEditor::Append(std::string_view name, std::string_view value, bool isImportant)
 {
+	// The end of the text closes everything, until something is written behind it.
+	_text += PassStyle(_text, 0, false).missing;
 	// In the manner of what stands there: with or without blanks, and a ";" at the end.
 	const bool hasBlank = _text.find("; ") != std::string::npos;
 	const bool hasBlankInside = _text.find(": ") != std::string::npos;

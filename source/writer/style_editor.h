@@ -65,7 +65,7 @@ private:
 
 	/// The last declaration of a property that counts, or the last shorthand.
 	std::optional<Place> FindLast(SVGImportAttribute number, Saying saying) const;
-	Place PlaceOf(const css::Declaration& declaration, Saying saying) const noexcept;
+	Place PlaceOf(const css::Declaration& declaration, Saying saying) const;
 	void Append(std::string_view name, std::string_view value, bool isImportant);
 	void Erase(const Place& place);
 

@@ -109,6 +109,17 @@ TEST_F(SavingBesideSheets, DeclarationsEndWhereNothingHidesTheirSemicolon)
 		 "<rect style='fill:blue!important;fill:lime'/>"},
 		{"<rect style=' stroke:red ; fill:lime ; '/>", "rect", "fill=", "<rect style=' stroke:red ; '/>"},
 		{"<rect style='--fill:red;fill:lime'/>", "rect", "fill=blue", "<rect style='--fill:red;fill:blue'/>"},
+		{"<path style='marker:url(a(\"b);fill:lime'/>", "path", "fill=blue",
+		 "<path style='marker:url(a(\"b);fill:blue'/>"},
+		// What only the end of the attribute closed is closed where something comes behind it.
+		{"<path style='marker:url( #m'/>", "path", "marker-mid=none",
+		 "<path style='marker:url( #m);marker-mid:none'/>"},
+		{"<path style='marker:url(#m\\'/>", "path", "marker-mid=none",
+		 "<path style='marker:url(#m\\FFFD );marker-mid:none'/>"},
+		{"<text style='font:3px var(--a, \"b'/>", "text", "font-size=4px",
+		 "<text style='font:3px var(--a, \"b\");font-size:4px'/>"},
+		{"<path style='marker:none/*a'/>", "path", "marker-mid=url(#m)",
+		 "<path style='marker:none/*a*/;marker-mid:url(#m)'/>"},
 	});
 }
 
