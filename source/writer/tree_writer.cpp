@@ -269,7 +269,10 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 			forced == nullptr ? ForceAgainstSheets(record, name, *rule) : std::nullopt;
 		if (rule->number == Number::transform && _source->isComplete && tag.Has("style"))
 			tag.Style().RemoveSingleTransforms(); // The tree's transform is all that there is.
-		EditAttribute(tag, element, name, *rule, asked ? &*asked : forced);
+		if (rule->number == Number::gradientTransform || rule->number == Number::patternTransform)
+			EditServerTransform(tag, record, element, name, *rule, forced);
+		else
+			EditAttribute(tag, element, name, *rule, asked ? &*asked : forced);
 		_needsCheck |= ReachesBelow(element, *rule);
 	}
 	EditOverrides(tag, element, name, changes);
@@ -325,6 +328,27 @@ void TreeWriter::EditAttribute(StartTagEditor& tag, const ElementBase& element, 
 		RemoveAttribute(tag, rule, forced);
 	else
 		SetAttribute(tag, element, name, rule, forced);
+}
+
+/// The transform of a gradient or a pattern is an attribute of its own name, and the property "transform" of styles and
+/// sheets, which counts before it.
+void TreeWriter::EditServerTransform(StartTagEditor& tag, std::uint32_t record, const ElementBase& element, Tag name,
+									 const Rule& rule, const ForcedProperty* forced)
+{
+	const Rule& property = *FindRule("transform");
+	const std::optional<ForcedProperty> asked = ForceAgainstSheets(record, name, property);
+	if (_source->isComplete && tag.Has("style"))
+		tag.Style().Remove(property);
+	if (forced == nullptr && asked)
+		forced = &*asked;
+	const bool isSaid = tag.Has("style") && tag.Style().Find(property.number) != StyleEditor::Saying::nothing;
+	if (forced == nullptr && !isSaid)
+		return EditAttribute(tag, element, name, rule, nullptr);
+	RemoveAttribute(tag, rule, nullptr);
+	std::string text;
+	if (FormatAttribute(text, element, AttributesOf(element), rule, name, StyleFor(true)) != Formatted::text)
+		text = "unset";
+	tag.Style().Set(property, text, forced != nullptr && forced->isImportant);
 }
 
 void TreeWriter::RemoveAttribute(StartTagEditor& tag, const Rule& rule, const ForcedProperty* forced)

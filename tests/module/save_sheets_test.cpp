@@ -146,6 +146,23 @@ TEST_F(SavingBesideSheets, ATransformIsAllThatMovesAnElement)
 			  SavedText(document));
 }
 
+TEST_F(SavingBesideSheets, TheTransformOfAGradientWinsOverTheProperty)
+{
+	ExpectAll({
+		{"<linearGradient style='transform:scale(2);color:red' gradientTransform='scale(3)'/>", "linearGradient",
+		 "gradientTransform=", "<linearGradient style='color:red'/>"},
+		{"<linearGradient style='transform:scale(2)'/>", "linearGradient", "gradientTransform=translate(1 2)",
+		 "<linearGradient gradientTransform=\"translate(1 2)\"/>"},
+		{"<pattern style='all:unset' patternTransform='scale(2)'/>", "pattern", "patternTransform=translate(1 2)",
+		 "<pattern style='all:unset;transform:matrix(1,0,0,1,1,2)'/>"},
+		{"<style>pattern{transform:scale(3)!important}</style><pattern/>", "pattern", "patternTransform=translate(1 2)",
+		 "<style>pattern{transform:scale(3)!important}</style><pattern "
+		 "style=\"transform:matrix(1,0,0,1,1,2)!important\"/>"},
+		{"<style>pattern{transform:scale(3)}</style><pattern patternTransform='scale(2)'/>", "pattern",
+		 "patternTransform=", "<style>pattern{transform:scale(3)}</style><pattern style=\"transform:unset\"/>"},
+	});
+}
+
 TEST_F(SavingBesideSheets, AShapeGoesWithClipPathAndHasATextOfItsOwn)
 {
 	const std::string_view text = "<svg><rect clip-path='inset(1px round 2px)'/></svg>";

@@ -130,6 +130,21 @@ Result<Reading> ReadTransform(const Application& application)
 	return Reading::applied;
 }
 
+Result<void> ResetTransform(const Application& application, const ElementBase* other) noexcept
+{
+	constexpr auto kPercentages = SVGImportAttribute::transformPercentages;
+	ElementBase& element = application.element;
+	const Matrix2d transform = other != nullptr ? other->GetLocalTransform() : Matrix2d();
+	const auto key = GetPaintServerTransform(application.tag);
+	if (key != SVGImportAttribute::unknown)
+		return other != nullptr ? element.Store(key, transform) : element.Unset(key);
+	ORVAN_TRY(element.SetLocalTransform(transform));
+	if (other == nullptr || !other->HasAttribute(kPercentages))
+		return element.Unset(kPercentages);
+	return element.SetAttribute(kPercentages,
+								ORVAN_TRY(other->Attributes().GetData(static_cast<std::int32_t>(kPercentages))));
+}
+
 Result<Reading> ReadMatrix(const Application& application)
 {
 	grammar::Matrix matrix;

@@ -4,6 +4,7 @@
 #include "complete/calculations.h"
 #include "elements/element_classes.h"
 #include "grammar.h"
+#include "importer/complete/value_readers.h"
 
 #include <algorithm>
 #include <array>
@@ -182,7 +183,10 @@ Result<Reading> Importer::ReadWide(const Application& application, CssWideKeywor
 		return rule.read({*this, element, application.tag, rule, rule.initial, Source::attribute});
 	// Where nothing is said, an inherited property has the parent's value, and any other its initial one.
 	if (rule.number == SVGImportAttribute::transform)
-		ORVAN_TRY(element.SetLocalTransform(Matrix2d()));
+	{
+		const ElementBase* const parent = AsElement(element.Parent());
+		ORVAN_TRY(ResetTransform(application, keyword == CssWideKeyword::inherit ? parent : nullptr));
+	}
 	else if (rule.number == SVGImportAttribute::d)
 	{
 		if (application.tag == TagOf(SVGImportElementKind::path))

@@ -52,6 +52,8 @@ Result<Reading> ReadPathData(const Application& application);
 Result<Reading> ReadPoints(const Application& application);
 Result<Reading> ReadTextPathData(const Application& application); ///< Commands in the dictionary.
 Result<Reading> ReadTransform(const Application& application);
+/// Sets an element's transform to that of another, or to none.
+Result<void> ResetTransform(const Application& application, const ElementBase* other) noexcept;
 Result<Reading> ReadMatrix(const Application& application);
 Result<Reading> ReadTransformOrigin(const Application& application);
 Result<Reading> ReadViewBox(const Application& application);
