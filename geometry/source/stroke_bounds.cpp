@@ -8,6 +8,68 @@ namespace orvan::geometry
 namespace
 {
 
+/// How much sharper a cubic is bent than a pen is wide, as polynomials of the parameter: positive where the inner edge
+/// of the stroke runs backwards.
+class ExcessOfBend
+{
+public:
+	ExcessOfBend(const Curve& curve, double half) noexcept
+	{
+		// The speed is a + b t + c t², its change b + 2 c t; the product of both has no third power.
+		const Vector2d step = curve.p[1] - curve.p[0];
+		const Vector2d a = Times(step, 3.0);
+		const Vector2d b = Times(curve.p[2] - curve.p[1] - step, 6.0);
+		const Vector2d c = Times(curve.p[3] - curve.p[0] - Times(curve.p[2] - curve.p[1], 3.0), 3.0);
+		_bend[0] = half * Cross(a, b);
+		_bend[1] = half * 2.0 * Cross(a, c);
+		_bend[2] = half * Cross(b, c);
+		_speed[0] = Dot(a, a);
+		_speed[1] = 2.0 * Dot(a, b);
+		_speed[2] = Dot(b, b) + 2.0 * Dot(a, c);
+		_speed[3] = 2.0 * Dot(b, c);
+		_speed[4] = Dot(c, c);
+	}
+
+	double At(double t) const noexcept
+	{
+		const double bend = _bend[0] + t * (_bend[1] + t * _bend[2]);
+		const double speed = _speed[0] + t * (_speed[1] + t * (_speed[2] + t * (_speed[3] + t * _speed[4])));
+		return std::abs(bend) - speed * std::sqrt(std::max(speed, 0.0));
+	}
+
+	/// Between two places with excesses of different signs: regula falsi, where a side that stays counts half (the
+	/// Illinois algorithm), which takes some six steps where halving takes twenty.
+	double FindZero(double low, double atLow, double high, double atHigh) const noexcept
+	{
+		constexpr int kMostSteps = 40;
+		constexpr double kNear = 1e-9;
+		double at = low;
+		for (int i = 0; i < kMostSteps; i++)
+		{
+			const double before = at;
+			const double share = atLow / (atLow - atHigh);
+			at = low + (high - low) * (share >= 0.0 && share <= 1.0 ? share : 0.5); // Both may be infinite.
+			const double excess = At(at);
+			if (std::abs(at - before) <= kNear || excess == 0.0)
+				break;
+			if ((excess > 0.0) != (atHigh > 0.0))
+			{
+				low = high;
+				atLow = atHigh;
+			}
+			else
+				atLow *= 0.5;
+			high = at;
+			atHigh = excess;
+		}
+		return at;
+	}
+
+private:
+	double _bend[3];
+	double _speed[5]; ///< Squared.
+};
+
 /// Collects the box of the parts of a stroke.
 class BoundsOfParts
 {
@@ -152,28 +214,17 @@ private:
 	void AddCusps(const Curve& curve) noexcept
 	{
 		constexpr int kSteps = 16;
-		constexpr int kHalvings = 22;
-		// Positive where the inner edge runs backwards.
-		const auto excess = [&](double t)
-		{
-			const Vector2d speed = curve.GetSpeed(t);
-			const double squared = Dot(speed, speed);
-			return _half * std::abs(Cross(speed, curve.GetChange(t))) - squared * std::sqrt(squared);
-		};
-		double last = excess(0.0);
+		const ExcessOfBend excess(curve, _half);
+		double last = excess.At(0.0);
 		for (int i = 1; i <= kSteps; i++)
 		{
-			double low = static_cast<double>(i - 1) / kSteps;
-			double high = static_cast<double>(i) / kSteps;
-			const double next = excess(high);
+			const double low = static_cast<double>(i - 1) / kSteps;
+			const double high = static_cast<double>(i) / kSteps;
+			const double next = excess.At(high);
 			if ((last > 0.0) != (next > 0.0) && MayReachOut(curve.GetPart(low, high)))
 			{
-				for (int halving = 0; halving < kHalvings; halving++)
-				{
-					const double middle = (low + high) / 2.0;
-					((excess(middle) > 0.0) == (last > 0.0) ? low : high) = middle;
-				}
-				AddAcross(curve.GetPoint(low), curve.GetDirection(low));
+				const double at = excess.FindZero(low, last, high, next);
+				AddAcross(curve.GetPoint(at), curve.GetDirection(at));
 			}
 			last = next;
 		}
