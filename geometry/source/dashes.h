@@ -6,6 +6,8 @@
 #include "record.h"
 #include "stroke_parts.h"
 
+#include <algorithm>
+
 namespace orvan::geometry
 {
 
@@ -66,10 +68,12 @@ public:
 			_parts.Join(curve.p[0], _direction, in);
 		double position = 0.0;
 		double from = 0.0;
-		while (_remaining < length - position)
+		// A dash that ends at a corner ends before it, and one that begins there begins behind it: none goes around.
+		const double slack = length * 1e-9;
+		while (_isOn ? _remaining <= length - position + slack : _remaining < length - position - slack)
 		{
 			position += _remaining;
-			const double to = FindParameter(curve, position, length);
+			const double to = std::min(FindParameter(curve, position, length), 1.0);
 			const Vector2d point = curve.GetPoint(to);
 			const Vector2d direction = curve.GetDirection(to);
 			if (_isOn)

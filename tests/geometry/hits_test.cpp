@@ -224,8 +224,13 @@ TEST_F(Hits, OnDashesFollowTheirLengthsAndOffsets)
 		"<g fill='none' stroke='red' stroke-width='4'><path id='c' d='M10 20h20v40' "
 		"stroke-dasharray='30 100'/><path id='z' d='M60 20h20v20h-20z' stroke-dasharray='70 5'/><path "
 		"id='o' d='M60 60h20v20h-20v-20' stroke-dasharray='70 5'/><path id='s' d='M10 80h15M10 90h15' "
-		"stroke-dasharray='10 50'/></g>");
+		"stroke-dasharray='10 50'/><path id='e' d='M60 90h10v-6' stroke-dasharray='10 3'/></g>");
 	EXPECT_EQ("c", around.At(31.9, 18.1));
+	// One that ends there ends before it, and one that begins there begins behind it.
+	EXPECT_EQ("e", around.At(69.9, 91.9));
+	EXPECT_EQ("", around.At(70.1, 91.9));
+	EXPECT_EQ("e", around.At(68.1, 86.9));
+	EXPECT_EQ("", around.At(68.1, 87.1));
 	EXPECT_EQ("c", around.At(30, 29.9));
 	EXPECT_EQ("", around.At(30, 30.1));
 	EXPECT_EQ("z", around.At(58.1, 18.1));
