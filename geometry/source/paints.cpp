@@ -226,7 +226,11 @@ Result<RecordedPaint> Resolve(const PaintUser& to, const Frame& frame, const Laz
 	{
 		const ContextPaints* const context = frame.place.context;
 		if (context == nullptr)
-			break;
+		{
+			RecordedPaint missing;
+			missing.isMissing = true;
+			return missing;
+		}
 		const Style& around = context->frame.place.style;
 		const bool isContextFill = paint->type == SVGPaintType::contextFill;
 		return Resolve(to, context->frame, context->box, isContextFill ? around.fill : around.stroke, isContextFill);

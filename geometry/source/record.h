@@ -25,7 +25,7 @@ struct RecordedPaint
 	std::int32_t gradient = -1;
 	std::int32_t pattern = -1; ///< Likewise; only where contents are recorded.
 	double gradientOpacity = 1.0;
-	bool isMissing = false; ///< A paint server was named that there is not, and nothing to fall back to.
+	bool isMissing = false; ///< What was named is not there, and nothing to fall back to.
 };
 
 /// A gradient as it lies over one shape.
