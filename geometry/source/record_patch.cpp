@@ -106,6 +106,12 @@ Result<bool> IsByItself(const Record& record, const BaseArray<ObjectBase*>& way,
 	return !hasDefinitions && !ORVAN_TRY(HasReferencedBelow(record, element));
 }
 
+/// True for the letters of texts.
+bool HasCells(const Record& record, const Node& node) noexcept
+{
+	return node.shape >= 0 && record.ShapeOf(node).cells != nullptr;
+}
+
 /// Puts the nodes of one record in the place of those of another.
 class Transplant
 {
@@ -186,11 +192,6 @@ private:
 		while (node < _record.pictureEnd && _record.At(node).kind == NodeKind::gone)
 			node++;
 		return node;
-	}
-
-	static bool HasCells(const Record& record, const Node& node) noexcept
-	{
-		return node.shape >= 0 && record.ShapeOf(node).cells != nullptr;
 	}
 
 	static Node& At(Record& record, std::int32_t node) noexcept
@@ -320,11 +321,15 @@ public:
 	{
 		const std::int32_t parent = _record.At(node).parent;
 		const std::int32_t end = _record.At(node).end;
+		bool hasLetters = false;
 		for (std::int32_t i = node; i < end; i++)
 		{
+			hasLetters = hasLetters || HasCells(_record, _record.At(i));
 			_record.RemoveElement({_record.At(i).element.GetObject(), i});
 			At(i) = MakeFreeNode(parent, i);
 		}
+		if (hasLetters)
+			MoveParts(node, end, [](std::int32_t) { return -1; });
 		return Touch(node, end);
 	}
 
@@ -348,6 +353,9 @@ public:
 		{
 			return index >= place && index < last ? index + shifts[static_cast<std::size_t>(index - place)] : index;
 		};
+		bool hasLetters = false;
+		for (std::int32_t i = place; i < last; i++)
+			hasLetters = hasLetters || (_record.At(i).kind != NodeKind::gone && HasCells(_record, _record.At(i)));
 		for (std::int32_t i = last; i-- > place;)
 		{
 			Node& node = At(i);
@@ -355,14 +363,12 @@ public:
 				continue;
 			node.parent = move(node.parent);
 			node.end = move(node.end);
-			ObjectBase* const element = node.element.GetObject();
-			for (const ElementEntry& entry : _record.Find(element))
-			{
-				if (entry.node == i)
-					const_cast<ElementEntry&>(entry).node = move(i);
-			}
+			if (!hasLetters)
+				MoveEntry({node.element.GetObject(), i}, move(i));
 			At(move(i)) = std::move(node);
 		}
+		if (hasLetters)
+			MoveParts(place, last, move);
 		for (std::int32_t i = last; i < end; i++)
 			At(i).parent = move(At(i).parent);
 		for (std::int32_t around = parent; around >= 0; around = _record.At(around).parent)
@@ -382,6 +388,27 @@ public:
 	BaseArray<PatchedNodes> touched;
 
 private:
+	void MoveEntry(const ElementEntry& from, std::int32_t to) noexcept
+	{
+		for (ElementEntry& entry : _record.FindPlaces(from.element))
+		{
+			if (entry.node == from.node)
+				entry.node = to;
+		}
+	}
+
+	/// Moves all entries of nodes. Letters have some of every part of the text that they stand in, which may no longer
+	/// stand there.
+	template <typename Move>
+	void MoveParts(std::int32_t first, std::int32_t end, Move move) noexcept
+	{
+		for (ElementEntry& entry : _record.elements)
+		{
+			if (entry.node >= first && entry.node < end)
+				entry.node = move(entry.node);
+		}
+	}
+
 	Node& At(std::int32_t node) noexcept
 	{
 		return _record.nodes[static_cast<std::size_t>(node)];

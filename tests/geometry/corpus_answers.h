@@ -56,6 +56,7 @@ public:
 		_text.clear();
 		_geometry = geometry;
 		_measured.clear();
+		_grid.clear();
 		const Vector2d size = Must(geometry->GetViewSize());
 		Line("view " + Digits(size.x, size.y));
 		for (std::size_t i = 0; i < _elements.size(); i++)
@@ -87,11 +88,20 @@ public:
 	std::string AskQuickly(const SVGGeometryRef& geometry)
 	{
 		_text.clear();
+		_grid.clear();
 		_geometry = geometry;
-		for (std::size_t i = 0; i < _elements.size(); i++)
-			Place(i);
-		Grid("all", {.findsAll = true}, 16);
-		Paths("kept", {}, SVGNormalizedClips::applied);
+		for (const SVGElementRef& element : _elements)
+		{
+			std::string line = LabelOf(element);
+			for (const SVGBoxKind kind : {SVGBoxKind::stroke, SVGBoxKind::visual})
+			{
+				const Result<SVGBox> box = geometry->GetBox(element, kind, SVGCoordinates::parent);
+				line += ' ' + (box.IsOk() ? AskedPicture::Describe(box.GetValue()) : MessageOf(box));
+			}
+			Line(line);
+		}
+		Grid("all", {.findsAll = true}, 14);
+		Paths("kept", {}, SVGNormalizedClips::ignored);
 		return std::move(_text);
 	}
 

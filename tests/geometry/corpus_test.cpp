@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// The corpus: small pictures, and beside each all answers about it; see corpus/README.md.
 #include "corpus_answers.h"
+#include "svg_edit.h"
 
 namespace orvan
 {
@@ -99,6 +100,57 @@ TEST_P(AnswerCorpus, IsAnsweredAsItWas)
 	if (std::getenv("ORVAN_REWRITE_CORPUS") != nullptr)
 		std::ofstream(file, std::ios::binary) << found;
 	EXPECT_EQ("", FindDifference(ReadFile(file), found));
+}
+
+/// Elements are edited, moved and taken out one after the other. What is patched then must answer as what is new does.
+TEST_P(AnswerCorpus, IsAnsweredAfterEditsAsAnew)
+{
+	constexpr std::pair<const char*, const char*> kEdits[] = {{"transform", "rotate(7 20 30)"},
+															  {"display", "none"},
+															  {"stroke-width", "7"},
+															  {"visibility", "hidden"},
+															  {"clip-path", "inset(1px)"},
+															  {"fill", "url(#l1)"},
+															  {"stroke", "#123"},
+															  {"opacity", ".3"},
+															  {"x", "13"},
+															  {"width", "31"},
+															  {"d", "M1 2h30v9z"},
+															  {"font-size", "17"},
+															  {"pointer-events", "all"},
+															  {"mask", "url(#m1)"},
+															  {"href", "#nothing"},
+															  {"viewBox", "0 0 90 70"},
+															  {"id", "other"},
+															  {"class", "m"},
+															  {"fill", "none"},
+															  {"marker-end", "url(#rev)"},
+															  {"stroke-dasharray", "5 3"},
+															  {"filter", "blur(1px)"},
+															  {"cx", "33"},
+															  {"clip-path", "none"}};
+	CorpusAnswers answers = Open();
+	const SVGGeometryRef geometry = Ask(answers);
+	answers.AskQuickly(geometry);
+	const auto source = Cast<SVGDocumentSourceInterface>(answers.GetDocument());
+	const std::size_t count = answers.GetElements().size();
+	for (std::size_t step = 0; step < 24; step++)
+	{
+		const std::size_t number = (step * step * 5 + step * 3 + 1) % count;
+		const SVGElementRef& element = answers.GetElements()[number];
+		const auto parent = Must(Cast<HierarchyObjectInterface>(element)->GetParent());
+		const auto& [name, value] = kEdits[(number + step) % std::size(kEdits)];
+		SCOPED_TRACE("step " + std::to_string(step) + ": " + std::to_string(number) + ' ' + name);
+		if (step % 6 == 5 && parent)
+			Must(Cast<SVGElementEditInterface>(element)->Remove());
+		else if (step % 6 == 3 && parent)
+			IgnoreResult(Cast<SVGElementEditInterface>(parent)->InsertChildBefore(
+				element, Cast<SVGElementEditInterface>(parent)->GetChildAt(0)));
+		else // Some count on other elements only.
+			IgnoreResult(source->SetAttributeText(element, Text(name), Text(value)));
+		const std::string anew = answers.AskQuickly(Ask(answers));
+		ASSERT_EQ("", FindDifference(anew, answers.AskQuickly(geometry)));
+	}
 }
 
 std::string TestName(const testing::TestParamInfo<std::string>& test)
