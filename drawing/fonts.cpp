@@ -111,6 +111,14 @@ double MeasureHeight(const FontFace& face, char32_t letter) noexcept
 	return isThere ? extents.y_bearing / face.unit : 0.0;
 }
 
+/// The advance of a character, for the size of the font; `absent` when there is none.
+double GetAdvance(const FontFace& face, char32_t character, double absent) noexcept
+{
+	hb_codepoint_t glyph = 0;
+	const bool isThere = hb_font_get_nominal_glyph(face.shaper, character, &glyph) != 0;
+	return isThere ? hb_font_get_glyph_h_advance(face.shaper, glyph) / face.unit : absent;
+}
+
 FontMetrics GetMetrics(const FontFace& face) noexcept
 {
 	FontMetrics metrics;
@@ -125,6 +133,7 @@ FontMetrics GetMetrics(const FontFace& face) noexcept
 	{
 		metrics.ascent = extents.ascender / face.unit;
 		metrics.descent = extents.descender / face.unit;
+		metrics.lineGap = extents.line_gap / face.unit;
 	}
 	metrics.xHeight = 0.0;
 	read(HB_OT_METRICS_TAG_X_HEIGHT, metrics.xHeight);
@@ -133,6 +142,14 @@ FontMetrics GetMetrics(const FontFace& face) noexcept
 		metrics.xHeight = MeasureHeight(face, 'x');
 	if (!(metrics.xHeight > 0.0))
 		metrics.xHeight = metrics.ascent * 0.5;
+	metrics.capHeight = 0.0;
+	read(HB_OT_METRICS_TAG_CAP_HEIGHT, metrics.capHeight);
+	if (!(metrics.capHeight > 0.0))
+		metrics.capHeight = MeasureHeight(face, 'H');
+	if (!(metrics.capHeight > 0.0))
+		metrics.capHeight = metrics.ascent;
+	metrics.zeroAdvance = GetAdvance(face, U'0', 0.5);
+	metrics.ideographAdvance = GetAdvance(face, U'\u6C34', 1.0);
 	return metrics;
 }
 

@@ -33,12 +33,16 @@ using DrawFunctionsPtr = std::unique_ptr<hb_draw_funcs_t, Releaser<&hb_draw_func
 /// nor very large sizes lose precision.
 inline constexpr double kFontSize = 64.0;
 
-/// Heights of a font as fractions of its size, upwards from the alphabetic baseline.
+/// Lengths of a font as fractions of its size: heights upwards from the alphabetic baseline, and advances.
 struct FontMetrics
 {
 	double ascent = 0.8;
 	double descent = -0.2;
+	double lineGap = 0.0;
 	double xHeight = 0.5;
+	double capHeight = 0.655;
+	double zeroAdvance = 0.5; ///< Of "0".
+	double ideographAdvance = 1.0;
 };
 
 /// One face of a font: a source of glyphs.

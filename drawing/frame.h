@@ -30,7 +30,7 @@ struct Place
 
 	double Resolve(const SVGLength& length, Axis axis) const noexcept
 	{
-		return ToUserUnits(length, axis, viewport, style.fontSize);
+		return ToUserUnits(length, axis, viewport, style);
 	}
 };
 

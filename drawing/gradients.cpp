@@ -120,7 +120,7 @@ public:
 		const SVGLength length = _gradient.chain.GetOr(key, SVGLength{absent, SVGLengthUnit::percent});
 		if (_gradient.units == SVGGradientUnits::objectBoundingBox && length.unit == SVGLengthUnit::percent)
 			return length.value;
-		return ToUserUnits(length, axis, _gradient.viewport, _gradient.fontSize);
+		return ToUserUnits(length, axis, _gradient.viewport, _gradient.style);
 	}
 
 	double GetOr(Key key, Axis axis, double absent) const noexcept
@@ -147,11 +147,10 @@ Result<GradientDefinition> GetGradient(Scene& scene, ObjectBase* element) noexce
 	gradient.units = gradient.chain.GetKeyword(Key::gradientUnits, SVGGradientUnits::objectBoundingBox);
 	gradient.spread = gradient.chain.GetKeyword(Key::spreadMethod, SVGSpreadMethod::pad);
 	gradient.stops = ORVAN_TRY(ReadStops(scene, gradient.chain.FindParentOf<SVGStopElementInterface>()));
-	Style style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(element), {}, scene.initialStyle));
-	style.Apply(Borrowed<SVGElementInterface>(element)->GetAttributeDictionary(), {});
-	gradient.fontSize = style.fontSize;
 	gradient.viewport = ORVAN_TRY(GetViewportAround(scene, element));
-	if (style.colorInterpolation == SVGColorInterpolation::linearRGB)
+	gradient.style = ORVAN_TRY(GetInheritedStyle(SVGElementRef::From(element), gradient.viewport, scene.initialStyle));
+	gradient.style.Apply(Borrowed<SVGElementInterface>(element)->GetAttributeDictionary(), gradient.viewport);
+	if (gradient.style.colorInterpolation == SVGColorInterpolation::linearRGB)
 		gradient.stops = ORVAN_TRY(MixAsLight(gradient.stops));
 	return gradient;
 }

@@ -24,8 +24,8 @@ struct GradientDefinition
 	SVGGradientUnits units = SVGGradientUnits::objectBoundingBox;
 	SVGSpreadMethod spread = SVGSpreadMethod::pad;
 	BaseArray<Stop> stops;
-	double fontSize = 16.0; ///< What lengths of the gradient may be multiples of.
-	Viewport viewport{};    ///< What percentages refer to: as in browsers, where the gradient stands.
+	Style style{};       ///< What is in force in the gradient: lengths may be multiples of its font.
+	Viewport viewport{}; ///< What percentages refer to: as in browsers, where the gradient stands.
 };
 
 /// Where a gradient runs: from one circle to another, or, for a linear one, between two points.

@@ -50,6 +50,10 @@ constexpr Unit kUnits[] = {
 	{0.01, Base::outermostHeight},
 	{0.01, Base::outermostSmaller},
 	{0.01, Base::outermostLarger},
+	{0.655, Base::fontSize},
+	{1.0, Base::fontSize},
+	{1.125, Base::fontSize},
+	{1.125, Base::rootFontSize},
 };
 
 double GetBase(Base base, Axis axis, const Viewport& viewport, double fontSize) noexcept

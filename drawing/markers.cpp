@@ -270,9 +270,8 @@ public:
 		const SVGViewbox viewbox = fitting->GetViewbox();
 		const auto resolve = [&](const SVGLength& length, Axis axis, const SVGLength& start, double size)
 		{
-			return length.unit == SVGLengthUnit::percent
-					   ? (viewbox.isDefault ? 0.0 : start.value) + length.value * size
-					   : ToUserUnits(length, axis, place.viewport, frame.place.style.fontSize);
+			return length.unit == SVGLengthUnit::percent ? (viewbox.isDefault ? 0.0 : start.value) + length.value * size
+														 : ToUserUnits(length, axis, place.viewport, frame.place.style);
 		};
 		const Vector2d reference =
 			fit->transform.Apply({resolve(marker->GetRefX(), Axis::horizontal, viewbox.x, fit->size.x),

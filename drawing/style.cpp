@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "style.h"
 
+#include "fonts.h"
 #include "limits.h"
 
 #include <array>
@@ -10,16 +11,6 @@ namespace orvan::drawing
 {
 namespace
 {
-
-/// Font-relative units are made absolute where they are given, all others only where they are used.
-SVGLength Fix(const SVGLength& length, double fontSize) noexcept
-{
-	const bool isFontRelative =
-		length.unit == SVGLengthUnit::em || length.unit == SVGLengthUnit::ex || length.unit == SVGLengthUnit::ch;
-	if (!isFontRelative)
-		return length;
-	return {ToUserUnits(length, Axis::other, {}, fontSize), SVGLengthUnit::number};
-}
 
 /// What the rows below work on: one entry of an element's attributes, and the style that takes it over.
 struct Assignment
@@ -31,6 +22,51 @@ struct Assignment
 };
 
 using Assign = void (*)(const Assignment&) noexcept;
+
+/// How many user units one of a unit is that needs a font to be known; negative for the units that need none.
+double GetFontUnit(SVGLengthUnit unit, const Viewport& viewport, const FontMetrics& metrics, double fontSize) noexcept
+{
+	// Lines are as high as whole pixels.
+	const auto lineHeight = [&](double size)
+	{
+		return std::round(metrics.ascent * size) + std::round(-metrics.descent * size) +
+			   std::round(metrics.lineGap * size);
+	};
+	switch (unit)
+	{
+	case SVGLengthUnit::ex:
+		return metrics.xHeight * fontSize;
+	case SVGLengthUnit::ch:
+		return metrics.zeroAdvance * fontSize;
+	case SVGLengthUnit::cap:
+		return metrics.capHeight * fontSize;
+	case SVGLengthUnit::ic:
+		return metrics.ideographAdvance * fontSize;
+	case SVGLengthUnit::lh:
+		return lineHeight(fontSize);
+	case SVGLengthUnit::rlh:
+		return lineHeight(viewport.outermost.fontSize);
+	default:
+		return -1.0;
+	}
+}
+
+/// A length where it is given. The family may come later among the attributes than what is measured by it.
+double ToUserUnits(const Assignment& at, const SVGLength& length) noexcept
+{
+	Style style = at.style;
+	if (const auto* family = at.attributes.Find<String>(static_cast<std::int32_t>(SVGImportAttribute::fontFamily)))
+		style.fontFamily = family;
+	return drawing::ToUserUnits(length, Axis::other, at.viewport, style);
+}
+
+/// Font-relative units are made absolute where they are given, all others only where they are used.
+SVGLength Fix(const Assignment& at, const SVGLength& length) noexcept
+{
+	const bool isFontRelative =
+		length.unit == SVGLengthUnit::em || GetFontUnit(length.unit, at.viewport, {}, at.style.fontSize) >= 0.0;
+	return isFontRelative ? SVGLength{ToUserUnits(at, length), SVGLengthUnit::number} : length;
+}
 
 template <auto property>
 void Number(const Assignment& at) noexcept
@@ -60,7 +96,7 @@ template <auto property>
 void Length(const Assignment& at) noexcept
 {
 	if (const auto* value = at.attributes.GetValue<SVGLength>(at.entry))
-		at.style.*property = Fix(*value, at.style.fontSize);
+		at.style.*property = Fix(at, *value);
 }
 
 void Dashes(const Assignment& at) noexcept
@@ -104,9 +140,8 @@ void Spacing(const Assignment& at) noexcept
 	const auto* value = at.attributes.GetValue<SVGLength>(at.entry);
 	if (value == nullptr)
 		return;
-	at.style.*property = value->unit == SVGLengthUnit::percent
-							 ? value->value * at.style.fontSize
-							 : ToUserUnits(*value, Axis::other, at.viewport, at.style.fontSize);
+	at.style.*property =
+		value->unit == SVGLengthUnit::percent ? value->value * at.style.fontSize : ToUserUnits(at, *value);
 }
 
 struct Row
@@ -172,6 +207,22 @@ constexpr auto kAssignments = []
 
 } // namespace
 
+double ToUserUnits(const SVGLength& length, Axis axis, const Viewport& viewport, const Style& style,
+				   double fontSize) noexcept
+{
+	Fonts* const fonts = viewport.outermost.fonts;
+	if (fonts != nullptr && GetFontUnit(length.unit, viewport, {}, fontSize) >= 0.0)
+	{
+		Style outermost;
+		outermost.fontFamily = viewport.outermost.fontFamily;
+		// Without memory or any font, the unit is what it is in most.
+		auto font = fonts->Find(length.unit == SVGLengthUnit::rlh ? outermost : style);
+		if (font.IsOk() && font.GetValue()->face != nullptr)
+			return length.value * GetFontUnit(length.unit, viewport, font.GetValue()->metrics, fontSize);
+	}
+	return ToUserUnits(length, axis, viewport, fontSize);
+}
+
 void Style::Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept
 {
 	// The font size comes first: the other lengths may be given in terms of it.
@@ -179,7 +230,7 @@ void Style::Apply(const DataDictionary& attributes, const Viewport& viewport) no
 	{
 		const double parent = fontSize;
 		fontSize = size->unit == SVGLengthUnit::percent ? size->value * parent
-														: ToUserUnits(*size, Axis::other, viewport, parent);
+														: ToUserUnits(*size, Axis::other, viewport, *this, parent);
 	}
 	for (const DataDictionary::Entry& entry : attributes)
 	{

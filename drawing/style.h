@@ -62,6 +62,15 @@ struct Style
 	void Apply(const DataDictionary& attributes, const Viewport& viewport) noexcept;
 };
 
+/// A length in user units, where units of fonts are those of the font in force, at a size of its own or that in force.
+double ToUserUnits(const SVGLength& length, Axis axis, const Viewport& viewport, const Style& style,
+				   double fontSize) noexcept;
+
+inline double ToUserUnits(const SVGLength& length, Axis axis, const Viewport& viewport, const Style& style) noexcept
+{
+	return ToUserUnits(length, axis, viewport, style, style.fontSize);
+}
+
 /// The properties that an element gets from the elements around it, where it stands in the document.
 /// `initial` is what holds outside of the document.
 Result<Style> GetInheritedStyle(const SVGElementRef& element, const Viewport& viewport, const Style& initial) noexcept;

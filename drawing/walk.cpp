@@ -251,7 +251,9 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 
 [[gnu::noinline]] Result<void> Walk::DrawOutermost(ObjectBase* element, const Place& outside) noexcept
 {
-	Frame frame(element, outside, nullptr, _scene.limits);
+	Place around = outside;
+	around.viewport.outermost.fonts = &_scene.fonts;
+	Frame frame(element, around, nullptr, _scene.limits);
 	if (!frame.canDraw)
 		return {};
 	const Rectangle area{0.0, 0.0, _scene.viewportSize.x, _scene.viewportSize.y};
@@ -278,6 +280,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	frame.place.transform = frame.place.transform * fit->transform;
 	frame.place.viewport.Resize(fit->size);
 	frame.place.viewport.outermost.fontSize = frame.place.style.fontSize;
+	frame.place.viewport.outermost.fontFamily = frame.place.style.fontFamily;
 	_scene.viewport = frame.place.viewport;
 	const auto draw = [&](Sink& sink) noexcept -> Result<void>
 	{

@@ -29,6 +29,10 @@ enum class SVGLengthUnit : std::int32_t
 	vh = 14,
 	vmin = 15, ///< The smaller of `vw` and `vh`.
 	vmax = 16,
+	cap = 17, ///< The height of capitals.
+	ic = 18,  ///< The advance of an ideograph.
+	lh = 19,  ///< The height of a line of text.
+	rlh = 20, ///< The same for the font size of the outermost element.
 };
 
 } // namespace orvan

@@ -72,9 +72,9 @@ inline constexpr std::string_view kElementNames[] = {
 static_assert(std::size(kElementNames) == static_cast<std::size_t>(SVGImportElementKind::textRun) + 1);
 
 /// The units of lengths, by the numbers of `SVGLengthUnit`.
-inline constexpr std::string_view kUnitNames[] = {"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
-												  "",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
-static_assert(std::size(kUnitNames) == static_cast<std::size_t>(SVGLengthUnit::vmax) + 1);
+inline constexpr std::string_view kUnitNames[] = {"em",  "ex", "px", "in", "cm",   "mm",   "pt",  "pc", "%",  "",   "q",
+												  "rem", "ch", "vw", "vh", "vmin", "vmax", "cap", "ic", "lh", "rlh"};
+static_assert(std::size(kUnitNames) == static_cast<std::size_t>(SVGLengthUnit::rlh) + 1);
 
 /// Calls `visit` with the value of a dictionary's entry, as a reference to its own type. Returns false for a value of
 /// a type that no attribute has.

@@ -43,7 +43,7 @@ Result<RecordedDashes> GetDashes(const Frame& frame, const Outline& outline) noe
 	double sum = 0.0;
 	for (const SVGLength& dash : *style.dashes)
 	{
-		const double length = ToUserUnits(dash, Axis::other, frame.place.viewport, style.dashFontSize) * unit;
+		const double length = ToUserUnits(dash, Axis::other, frame.place.viewport, style, style.dashFontSize) * unit;
 		if (!(length >= 0.0) || length > kLargest)
 			return RecordedDashes();
 		sum += length;

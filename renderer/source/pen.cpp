@@ -111,7 +111,7 @@ bool SetDashes(const Canvas& canvas, const Place& place, double stretch, double 
 	double sum = 0.0;
 	for (const SVGLength& dash : *style.dashes)
 	{
-		const double length = ToUserUnits(dash, Axis::other, place.viewport, style.dashFontSize) * pathLength;
+		const double length = ToUserUnits(dash, Axis::other, place.viewport, style, style.dashFontSize) * pathLength;
 		if (!std::isfinite(length) || length < 0.0)
 			return false;
 		dashes[count++] = length;

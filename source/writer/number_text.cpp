@@ -58,8 +58,8 @@ Float Read(std::string_view number) noexcept
 	return value;
 }
 
-constexpr std::string_view kUnits[] = {"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
-									   "",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
+constexpr std::string_view kUnits[] = {"em",  "ex", "px", "in", "cm",   "mm",   "pt",  "pc", "%",  "",   "q",
+									   "rem", "ch", "vw", "vh", "vmin", "vmax", "cap", "ic", "lh", "rlh"};
 
 /// Puts numbers behind each other with a blank where they would run together.
 class NumberList

@@ -123,17 +123,13 @@ TEST(CompleteNumbers, ListsAreReadUpToAFault)
 
 TEST(CompleteLengths, TakeTheUnitsOfCssInAnyCase)
 {
-	for (const char* text : {"1em", "1ex", "1px", "1in", "1cm", "1mm", "1pt", "1pc", "1%", "1", "1q", "1rem", "1ch",
-							 "1vw", "1vh", "1vmin", "1vmax"})
+	for (const char* text : {"1em",  "1ex", "1px", "1in", "1cm",   "1mm",   "1pt",  "1pc", "1%",  "1",   "1q",
+							 "1rem", "1ch", "1vw", "1vh", "1vmin", "1vmax", "1cap", "1ic", "1lh", "1rlh"})
 		EXPECT_EQ(LengthOf(text, Source::sheet), text);
 	EXPECT_EQ(LengthOf(" 1E1PX/**/"), "10px");
 	EXPECT_EQ(LengthOf("1e2em"), "100em");
 	EXPECT_EQ(LengthOf("1.px"), "1px");
 	EXPECT_EQ(LengthOf("2dvh"), "2vh");
-	EXPECT_EQ(LengthOf("2lh"), "2.25em");
-	EXPECT_EQ(LengthOf("2RLH"), "2.25rem");
-	EXPECT_EQ(LengthOf("2cap"), "1.31em");
-	EXPECT_EQ(LengthOf("2ic"), "2em");
 	for (const char* text :
 		 {"1 px", "1lhs", "1deg", "1px2", "1%%", "auto", "1,", "", "1px 2px", "1e", "1e+", "1-", "1/**/px"})
 		EXPECT_EQ(LengthOf(text), kRefused) << text;

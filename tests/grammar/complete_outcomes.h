@@ -27,8 +27,8 @@ inline std::string Text(double number)
 
 inline std::string Text(const Length& length)
 {
-	static constexpr std::array kUnits{"em", "ex", "px",  "in", "cm", "mm", "pt",   "pc",  "%",
-									   "",   "q",  "rem", "ch", "vw", "vh", "vmin", "vmax"};
+	static constexpr std::array kUnits{"em",  "ex", "px", "in", "cm",   "mm",   "pt",  "pc", "%",  "",   "q",
+									   "rem", "ch", "vw", "vh", "vmin", "vmax", "cap", "ic", "lh", "rlh"};
 	const double shown = length.unit == LengthUnit::percent ? length.value * 100 : length.value;
 	return Text(shown) + kUnits[static_cast<std::size_t>(length.unit)];
 }

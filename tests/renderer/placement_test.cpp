@@ -101,12 +101,25 @@ TEST_F(Placement, UsesInheritFromWhereTheyStand)
 
 TEST_F(Placement, LengthsHaveAllUnits)
 {
-	for (const char* width : {"48", "48px", ".5in", "1.27cm", "12.7mm", "36pt", "3pc", "50.8Q", "4em", "8ex", "8ch",
-							  "3rem", "48%", "48vw", "48vh", "48vmin", "48vmax"})
+	for (const char* width : {"48", "48px", ".5in", "1.27cm", "12.7mm", "36pt", "3pc", "50.8Q", "4em", "3rem", "48%",
+							  "48vw", "48vh", "48vmin", "48vmax"})
 	{
 		ExpectPixels("<g font-size='12'><rect style='width:" + std::string(width) + "' height='9'/></g>",
 					 "47,5 000000; 48,5 none");
 	}
+	// Those of fonts are of the font in force where they are given, or of the outermost element's. Lines are as high as
+	// whole pixels.
+	const auto measure = [](const std::string& width)
+	{
+		return "<g font-size='40' font-family='DejaVu Sans'><rect style='width:" + width +
+			   ";font-size:20px' height='9'/><g stroke-width='" + width +
+			   "' font-family='DejaVu Sans Mono'><path d='M0 60h99' stroke='red' font-size='9'/></g></g>";
+	};
+	ExpectPixels(measure("1ex"), "9,5 000000; 11,5 none; 5,50 ff0000; 5,48 none");
+	ExpectPixels(measure("1ch"), "11,5 000000; 13,5 none; 5,49 ff0000; 5,46 none");
+	ExpectPixels(measure("1cap"), "13,5 000000; 15,5 none; 5,46 ff0000; 5,44 none");
+	ExpectPixels(measure("1ic"), "19,5 000000; 20,5 none; 5,40 ff0000; 5,39 none");
+	ExpectPixels(measure("1lh"), "23,5 000000; 24,5 none; 5,37 ff0000; 5,36 none");
 	// Of the inner viewport, and of the outermost one.
 	ExpectPixels(
 		"<svg width='50' height='20' viewBox='0 0 10 4'><rect width='50%' height='50%'/><rect y='3' width='.05vw' "

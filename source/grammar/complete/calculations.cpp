@@ -17,6 +17,10 @@ using Kind = Quantity::Kind;
 
 constexpr int kMostNesting = 32;
 
+// What depends on a font is taken as in the one that browsers start with: which one is there shows when it is drawn.
+constexpr double kCapitalHeight = 0.655;
+constexpr double kLineHeight = 1.125;
+
 bool IsZeroLength(const Quantity& quantity) noexcept
 {
 	return quantity.kind == Kind::length && quantity.value == 0;
@@ -63,8 +67,16 @@ double PixelsIn(LengthUnit unit, const LengthUnits& units) noexcept
 	case LengthUnit::ex:
 	case LengthUnit::ch:
 		return units.fontSize / 2;
+	case LengthUnit::cap:
+		return units.fontSize * kCapitalHeight;
+	case LengthUnit::ic:
+		return units.fontSize;
+	case LengthUnit::lh:
+		return units.fontSize * kLineHeight;
 	case LengthUnit::rem:
 		return units.rootFontSize;
+	case LengthUnit::rlh:
+		return units.rootFontSize * kLineHeight;
 	default:
 		return 0;
 	}

@@ -34,7 +34,7 @@ double ToUserUnits(const Length& length, const RelativeUnits& units) noexcept
 {
 	const double smaller = std::min(units.viewportWidth, units.viewportHeight);
 	const double larger = std::max(units.viewportWidth, units.viewportHeight);
-	const std::array<double, 17> factors{units.em,
+	const std::array<double, 21> factors{units.em,
 										 units.ex,
 										 1,
 										 kPixelsPerInch,
@@ -50,7 +50,11 @@ double ToUserUnits(const Length& length, const RelativeUnits& units) noexcept
 										 units.viewportWidth / 100,
 										 units.viewportHeight / 100,
 										 smaller / 100,
-										 larger / 100};
+										 larger / 100,
+										 units.cap,
+										 units.ic,
+										 units.lh,
+										 units.rlh};
 	return length.value * factors[static_cast<std::size_t>(length.unit)];
 }
 

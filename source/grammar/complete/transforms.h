@@ -14,6 +14,10 @@ struct RelativeUnits
 	double ex = 8;
 	double rem = 16;
 	double ch = 8;
+	double cap = 10.5;
+	double ic = 16;
+	double lh = 18;
+	double rlh = 18;
 	double viewportWidth = 0;  ///< What vw, vh, vmin and vmax are hundredths of.
 	double viewportHeight = 0; ///< See above.
 };

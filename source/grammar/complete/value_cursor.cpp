@@ -17,45 +17,22 @@ struct NamedUnit
 {
 	std::string_view name;
 	LengthUnit unit;
-	double factor = 1; ///< How many of the unit it is.
 };
 
 // The most frequent first. The units of the small, large and dynamic viewport, and those along the text's axes, are
-// those of the one viewport that there is. What depends on a font is taken as in the one that browsers start with.
+// those of the one viewport that there is.
 constexpr std::array kUnits{
-	NamedUnit{"px", LengthUnit::px},
-	NamedUnit{"pt", LengthUnit::pt},
-	NamedUnit{"mm", LengthUnit::mm},
-	NamedUnit{"em", LengthUnit::em},
-	NamedUnit{"ex", LengthUnit::ex},
-	NamedUnit{"cm", LengthUnit::cm},
-	NamedUnit{"in", LengthUnit::in},
-	NamedUnit{"pc", LengthUnit::pc},
-	NamedUnit{"q", LengthUnit::q},
-	NamedUnit{"rem", LengthUnit::rem},
-	NamedUnit{"ch", LengthUnit::ch},
-	NamedUnit{"vw", LengthUnit::vw},
-	NamedUnit{"vh", LengthUnit::vh},
-	NamedUnit{"vmin", LengthUnit::vmin},
-	NamedUnit{"vmax", LengthUnit::vmax},
-	NamedUnit{"svw", LengthUnit::vw},
-	NamedUnit{"svh", LengthUnit::vh},
-	NamedUnit{"svmin", LengthUnit::vmin},
-	NamedUnit{"svmax", LengthUnit::vmax},
-	NamedUnit{"lvw", LengthUnit::vw},
-	NamedUnit{"lvh", LengthUnit::vh},
-	NamedUnit{"lvmin", LengthUnit::vmin},
-	NamedUnit{"lvmax", LengthUnit::vmax},
-	NamedUnit{"dvw", LengthUnit::vw},
-	NamedUnit{"dvh", LengthUnit::vh},
-	NamedUnit{"dvmin", LengthUnit::vmin},
-	NamedUnit{"dvmax", LengthUnit::vmax},
-	NamedUnit{"vi", LengthUnit::vw},
-	NamedUnit{"vb", LengthUnit::vh},
-	NamedUnit{"lh", LengthUnit::em, 1.125},
-	NamedUnit{"rlh", LengthUnit::rem, 1.125},
-	NamedUnit{"cap", LengthUnit::em, 0.655},
-	NamedUnit{"ic", LengthUnit::em},
+	NamedUnit{"px", LengthUnit::px},      NamedUnit{"pt", LengthUnit::pt},      NamedUnit{"mm", LengthUnit::mm},
+	NamedUnit{"em", LengthUnit::em},      NamedUnit{"ex", LengthUnit::ex},      NamedUnit{"cm", LengthUnit::cm},
+	NamedUnit{"in", LengthUnit::in},      NamedUnit{"pc", LengthUnit::pc},      NamedUnit{"q", LengthUnit::q},
+	NamedUnit{"rem", LengthUnit::rem},    NamedUnit{"ch", LengthUnit::ch},      NamedUnit{"vw", LengthUnit::vw},
+	NamedUnit{"vh", LengthUnit::vh},      NamedUnit{"vmin", LengthUnit::vmin},  NamedUnit{"vmax", LengthUnit::vmax},
+	NamedUnit{"svw", LengthUnit::vw},     NamedUnit{"svh", LengthUnit::vh},     NamedUnit{"svmin", LengthUnit::vmin},
+	NamedUnit{"svmax", LengthUnit::vmax}, NamedUnit{"lvw", LengthUnit::vw},     NamedUnit{"lvh", LengthUnit::vh},
+	NamedUnit{"lvmin", LengthUnit::vmin}, NamedUnit{"lvmax", LengthUnit::vmax}, NamedUnit{"dvw", LengthUnit::vw},
+	NamedUnit{"dvh", LengthUnit::vh},     NamedUnit{"dvmin", LengthUnit::vmin}, NamedUnit{"dvmax", LengthUnit::vmax},
+	NamedUnit{"vi", LengthUnit::vw},      NamedUnit{"vb", LengthUnit::vh},      NamedUnit{"cap", LengthUnit::cap},
+	NamedUnit{"ic", LengthUnit::ic},      NamedUnit{"lh", LengthUnit::lh},      NamedUnit{"rlh", LengthUnit::rlh},
 };
 
 struct AngleUnit
@@ -166,7 +143,6 @@ bool ValueCursor::TakeLength(Length& length) noexcept
 		if (EqualsIgnoreCase(name, candidate.name))
 		{
 			length.unit = candidate.unit;
-			length.value *= candidate.factor;
 			_at += name.size();
 			return true;
 		}
