@@ -254,6 +254,18 @@ TEST_F(Clips, MasksCoverByTheirLightOrTheirAlpha)
 						"style='mix-blend-mode:multiply'><rect width='99' "
 						"height='99' fill='#00f'/></g>",
 				 "40,30 000000; 8,30 ff0000");
+	// The names that these properties once had.
+	ExpectPixels(
+		"<mask id='m'><rect width='50' height='99' fill='#fff'/></mask><mask id='n'><rect width='20' "
+		"height='99' fill='#fff'/></mask><g fill='#00f'><rect width='99' height='9' "
+		"style='-webkit-mask:url(#m)'/><rect y='10' width='99' height='9' style='mask-mode:alpha;"
+		"-webkit-mask-image:url(#m),url(#n);-webkit-mask-composite:source-out'/><rect y='20' width='99' "
+		"height='9' style='-webkit-clip-path:inset(0 30px 0 0);-webkit-opacity:.4'/><rect y='30' width='30' "
+		"height='9' style='-webkit-transform:translate(20px);-webkit-filter:opacity(.4)'/><rect y='40' width='9' "
+		"height='9' style='-webkit-transform:scale(2);-webkit-transform-origin:0 49px'/></g>",
+		"49,5 0000ff; 50,5 none; 19,15 none; 20,15 0000ff; 49,15 0000ff; 50,15 none; 68,25 0000ff66; 69,25 none; "
+		"19,35 none; 20,35 0000ff66; 17,31 0000ff; 9,48 0000ff");
+	ExpectPixels("<rect width='9' height='9' -webkit-opacity='0' -webkit-clip-path='inset(9px)'/>", "5,5 000000");
 	// The opacity of what is masked multiplies.
 	ExpectPixels("<mask id='m'><rect width='99' height='99' fill='#808080'/></mask><rect width='99' height='99' "
 				 "fill='#00f' mask='url(#m)' opacity='.5'/>",

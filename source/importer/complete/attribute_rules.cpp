@@ -47,7 +47,7 @@ constexpr Keyword kLineCap[] = {{"butt", 1}, {"round", 2}, {"square", 3}};
 constexpr Keyword kLineJoin[] = {{"miter", 1}, {"round", 2}, {"bevel", 3}, {"miter-clip", 1}, {"arcs", 1}};
 constexpr Keyword kMaskType[] = {{"luminance", 0}, {"alpha", 1}};
 constexpr Keyword kMaskMode[] = {{"match-source", 0}, {"luminance", 1}, {"alpha", 2}};
-constexpr Keyword kMaskComposite[] = {{"add", 0}, {"subtract", 1}, {"intersect", 2}, {"exclude", 3}};
+constexpr Keyword kMaskComposite[] = {{"add", 0}, {"subtract", 1}, {"intersect", 2}, {"exclude", 3}, {"source-over", 0}, {"source-out", 1}, {"source-in", 2}, {"xor", 3}};
 constexpr Keyword kMarkerUnits[] = {{"strokeWidth", 0}, {"userSpaceOnUse", 1}};
 constexpr Keyword kOverflow[] = {{"visible", 0}, {"hidden", 1}, {"clip", 1}, {"scroll", 2}, {"auto", 3}};
 constexpr Keyword kVectorEffect[] = {{"none", 0}, {"non-scaling-stroke", 1}};
@@ -261,6 +261,14 @@ constexpr std::array kRules = {
 	Rule{"path", Number::path, &ReadTextPathData, Role::attribute, TagSet{Kind::textPath}},
 	Rule{"background-color", Number::backgroundColor, &ReadBackground, Role::declaration, TagSet{Kind::svg}},
 	Rule{"background", Number::backgroundColor, &ReadBackground, Role::declaration, TagSet{Kind::svg}},
+	Rule{"-webkit-transform", Number::transform, &ReadTransform, Role::declaration},
+	Rule{"-webkit-transform-origin", Number::transformOrigin, &ReadTransformOrigin, Role::declaration},
+	Rule{"-webkit-mask", Number::mask, &ReadMask, Role::declaration},
+	Rule{"-webkit-mask-image", Number::mask, &ReadMask, Role::declaration},
+	Rule{"-webkit-mask-composite", Number::maskComposite, &ReadKeyword, Role::declaration, kAll, "", kMaskComposite},
+	Rule{"-webkit-clip-path", Number::clipPath, &ReadClipPath, Role::declaration},
+	Rule{"-webkit-filter", Number::filter, &ReadFilter, Role::declaration},
+	Rule{"-webkit-opacity", Number::opacity, &ReadAlpha, Role::declaration},
 };
 
 // clang-format on
@@ -289,7 +297,8 @@ constexpr LonghandsRow kLonghands[] = {
 constexpr Number kOfDecorations[] = {Number::textDecorationStyle, Number::textDecorationThickness};
 constexpr Number kOfMasks[] = {Number::maskMode, Number::maskComposite};
 
-constexpr LonghandsRow kAlsoSet[] = {{"text-decoration", kOfDecorations}, {"mask", kOfMasks}};
+constexpr LonghandsRow kAlsoSet[] = {
+	{"text-decoration", kOfDecorations}, {"mask", kOfMasks}, {"-webkit-mask", kOfMasks}};
 
 std::span<const Number> FindRow(std::span<const LonghandsRow> rows, std::string_view name) noexcept
 {

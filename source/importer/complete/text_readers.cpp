@@ -122,7 +122,7 @@ Result<Reading> ReadMask(const Application& application)
 		}
 		ORVAN_TRY(element.Store(Number::maskLayers, ORVAN_TRY(String::Create({ids.begin(), ids.GetCount()}))));
 	}
-	if (application.rule.name == "mask-image")
+	if (application.rule.name.ends_with("mask-image"))
 		return Reading::applied;
 	// The property for all of them takes back what was said before.
 	const auto store = [&](Number number, std::int32_t value) noexcept
