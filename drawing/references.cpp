@@ -68,6 +68,30 @@ Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept
 	return found;
 }
 
+Result<BaseArray<SVGElementRef>> FindMasks(Scene& scene, const Effects& effects, const Frame& frame) noexcept
+{
+	BaseArray<SVGElementRef> masks;
+	const auto add = [&](const String* id) noexcept -> Result<void>
+	{
+		SVGElementRef mask = ORVAN_TRY(FindEffect<SVGMaskElementInterface>(scene, id, frame));
+		return mask ? masks.Append(std::move(mask)) : Result<void>();
+	};
+	const auto* ids = frame.attributes.Find<String>(static_cast<std::int32_t>(SVGImportAttribute::maskLayers));
+	if (ids == nullptr || effects.mask == nullptr)
+	{
+		ORVAN_TRY(add(effects.mask));
+		return masks;
+	}
+	for (std::string_view rest = ids->View(); !rest.empty();)
+	{
+		const std::size_t end = std::min(rest.find(' '), rest.size());
+		const String id = ORVAN_TRY(String::Create(rest.substr(0, end)));
+		ORVAN_TRY(add(&id));
+		rest.remove_prefix(std::min(end + 1, rest.size()));
+	}
+	return masks;
+}
+
 Result<Viewport> GetViewportAround(const Scene& scene, ObjectBase* element) noexcept
 {
 	BaseArray<ObjectBase*> around; // The innermost first; the document keeps them alive.

@@ -32,6 +32,10 @@ Result<SVGElementRef> FindEffect(Scene& scene, const String* id, const Frame& fr
 	return found;
 }
 
+/// The masks that `effects` and the attributes of `frame` name, the upper first. A reference that leads to nothing, or
+/// back to where it comes from, counts as none.
+Result<BaseArray<SVGElementRef>> FindMasks(Scene& scene, const Effects& effects, const Frame& frame) noexcept;
+
 /// The viewport that percentages of an element refer to where it stands in the document, whatever it is drawn for: that
 /// of the nearest svg element around it.
 Result<Viewport> GetViewportAround(const Scene& scene, ObjectBase* element) noexcept;

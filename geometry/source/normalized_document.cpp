@@ -59,17 +59,18 @@ public:
 		std::int64_t clip = 0;
 		if (keepsClips && node.clip >= 0)
 			clip = ORVAN_TRY(DefineRegion(node.clip));
-		const std::int64_t mask = node.mask >= 0 ? ORVAN_TRY(DefineMask(index)) : 0;
+		const MaskLayers masks = ORVAN_TRY(DefineMasks(index));
 		// What is clipped is a picture of its own, also where its paths end at the clip path instead.
 		const bool isIsolated = node.isIsolated || (_hasBlending && clip == 0 && node.clip >= 0);
-		GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, mask, node.blendMode, isIsolated};
+		GroupEffects effects{std::clamp(node.opacity, 0.0, 1.0), clip, masks, node.blendMode, isIsolated};
 		if (node.filter >= 0)
 		{
 			effects.filter = &_record.filters[static_cast<std::size_t>(node.filter)];
 			effects.firstFilter = ORVAN_TRY(DefineFilter(*effects.filter));
 		}
 		// An image has a transform of its own, with which these would go. A filter shows also where no path is painted.
-		const bool isPlaced = (clip != 0 || mask != 0) && node.shape >= 0 && _record.ShapeOf(node).style->isImage;
+		const bool isPlaced =
+			(clip != 0 || masks.count != 0) && node.shape >= 0 && _record.ShapeOf(node).style->isImage;
 		Opened opened;
 		if (isOne && !isPlaced && node.filter < 0)
 			opened.effects = effects;
@@ -167,11 +168,19 @@ public:
 
 private:
 	/// What changes a node as a whole. Numbers of definitions are 0 for none.
+	/// Masks of one node, with numbers that follow on each other, the upper first.
+	struct MaskLayers
+	{
+		std::int64_t first = 0;
+		int count = 0;
+		SVGMaskComposite composite = SVGMaskComposite::add;
+	};
+
 	struct GroupEffects
 	{
 		double opacity = 1.0;
 		std::int64_t clip = 0;
-		std::int64_t mask = 0;
+		MaskLayers masks{};
 		SVGBlendMode blendMode = SVGBlendMode::normal;
 		bool isIsolated = false;
 		const RecordedFilter* filter = nullptr;
@@ -179,8 +188,8 @@ private:
 
 		bool IsNone() const noexcept
 		{
-			return opacity == 1.0 && clip == 0 && mask == 0 && blendMode == SVGBlendMode::normal && !isIsolated &&
-				   filter == nullptr;
+			return opacity == 1.0 && clip == 0 && masks.count == 0 && blendMode == SVGBlendMode::normal &&
+				   !isIsolated && filter == nullptr;
 		}
 	};
 
@@ -210,15 +219,34 @@ private:
 			_writer.AddAttribute("opacity", effects.opacity);
 		if (effects.clip != 0)
 			_writer.AddReference("clip-path", "c", effects.clip);
-		if (effects.mask != 0)
-			_writer.AddReference("mask", "m", effects.mask);
+		if (effects.masks.count == 1)
+			_writer.AddReference("mask", "m", effects.masks.first);
 		if (effects.filter != nullptr)
 			AddFilter(*effects.filter, effects.firstFilter);
 		const auto blend = static_cast<std::size_t>(effects.blendMode);
-		if (blend != 0 && blend < std::size(kBlendModes))
-			_writer.Add(" style=\"mix-blend-mode:").Add(kBlendModes[blend]).Add("\"");
+		const bool isBlended = blend != 0 && blend < std::size(kBlendModes);
+		const bool hasLayers = effects.masks.count > 1;
+		if (!isBlended && !effects.isIsolated && !hasLayers)
+			return;
+		_writer.Add(" style=\"");
+		if (hasLayers)
+			AddLayers(effects.masks);
+		if (isBlended)
+			_writer.Add(hasLayers ? ";mix-blend-mode:" : "mix-blend-mode:").Add(kBlendModes[blend]);
 		else if (effects.isIsolated)
-			_writer.AddAttribute("style", "isolation:isolate");
+			_writer.Add(hasLayers ? ";isolation:isolate" : "isolation:isolate");
+		_writer.Add("\"");
+	}
+
+	/// Writes several masks as declarations.
+	void AddLayers(const MaskLayers& masks) noexcept
+	{
+		constexpr std::string_view kNames[] = {"add", "subtract", "intersect", "exclude"};
+		for (int i = 0; i < masks.count; i++)
+			_writer.Add(i == 0 ? "mask:url(#" : ",url(#").AddName("m", masks.first + i).Add(")");
+		const auto composite = static_cast<std::size_t>(masks.composite);
+		if (composite != 0 && composite < std::size(kNames))
+			_writer.Add(";mask-composite:").Add(kNames[composite]);
 	}
 
 	void AddPaint(std::string_view name, std::string_view opacityName, const RecordedPaint& paint,
@@ -312,14 +340,32 @@ private:
 		return options;
 	}
 
-	/// Writes the mask of a node. It has the coordinates of the result.
-	Result<std::int64_t> DefineMask(std::int32_t index) noexcept
+	/// Writes the masks of a node. They have the coordinates of the result.
+	Result<MaskLayers> DefineMasks(std::int32_t index) noexcept
 	{
 		const Node& node = _record.At(index);
-		const RecordedMask& mask = _record.masks[static_cast<std::size_t>(node.mask)];
+		MaskLayers masks{_maskCount + 1};
+		for (std::int32_t at = node.mask; at >= 0; masks.count++)
+		{
+			masks.composite = MaskAt(at).composite; // The same in all.
+			at = MaskAt(at).lower;
+		}
+		_maskCount += masks.count; // What stands in them may have masks, too.
+		std::int64_t id = masks.first;
+		for (std::int32_t at = node.mask; at >= 0; at = MaskAt(at).lower)
+			ORVAN_TRY(DefineMask(node, MaskAt(at), id++));
+		return masks;
+	}
+
+	const RecordedMask& MaskAt(std::int32_t index) const noexcept
+	{
+		return _record.masks[static_cast<std::size_t>(index)];
+	}
+
+	Result<void> DefineMask(const Node& node, const RecordedMask& mask, std::int64_t id) noexcept
+	{
 		const Matrix2d toResult = _place.toResult * node.toView;
 		const Rectangle region = drawing::Transform(toResult, mask.region);
-		const std::int64_t id = ++_maskCount;
 		_writer.Add("<mask").AddId("m", id).AddAttribute("maskUnits", "userSpaceOnUse");
 		_writer.AddArea(region);
 		if (mask.isAlpha)
@@ -329,7 +375,7 @@ private:
 		_writer.Add(">\n");
 		ORVAN_TRY(WriteContent(mask.content, _place, *_options));
 		_writer.Add("</mask>\n");
-		return id;
+		return {};
 	}
 
 	/// Writes a pattern. Its tile has coordinates of its own.

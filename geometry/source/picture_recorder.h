@@ -120,8 +120,11 @@ private:
 	/// The edges of a node, good until the next ones are made.
 	Result<NodeEdges*> MakeEdges(std::int32_t index) noexcept;
 
+	/// The masks of a node.
+	Result<void> RecordMasks(std::int32_t index, const Frame& user, Extent& extent) noexcept;
+
 	/// The region of a mask. Without a usable one nothing shows.
-	Result<void> RecordMask(std::int32_t index, const Frame& user, Extent& extent) noexcept;
+	Result<void> RecordMask(std::int32_t index, const SVGElementRef& mask, const Frame& user, Extent& extent) noexcept;
 
 	/// What stands in a mask, with what cuts that off in turn.
 	Result<void> RecordMaskContent(std::int32_t index, const Frame& masked, Frame& frame, Extent& extent) noexcept;

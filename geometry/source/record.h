@@ -55,6 +55,8 @@ struct RecordedMask
 	bool isAlpha = false;
 	bool isLinear = false;     ///< Luminance is that of linear light.
 	std::int32_t content = -1; ///< The node whose content is the mask.
+	std::int32_t lower = -1;   ///< The mask below this one of the same node, with which this one is joined.
+	SVGMaskComposite composite = SVGMaskComposite::add; ///< How.
 };
 
 /// What "filter" does to a node, in the node's coordinates and without anything that refers to other elements.

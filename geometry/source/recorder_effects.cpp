@@ -43,7 +43,7 @@ Result<void> Recorder::Leave(std::int32_t index, const Frame& frame, Extent& ext
 	const bool isCut = frame.effects.mask != nullptr &&
 					   (_contents != nullptr || !frame.attributes.Has(static_cast<std::int32_t>(Key::maskLayers)));
 	if (isCut && _scene.GetNextOnRoute(frame.element, frame.depth) == nullptr)
-		ORVAN_TRY(RecordMask(index, frame, extent));
+		ORVAN_TRY(RecordMasks(index, frame, extent));
 	if (_contents != nullptr && frame.effects.filter != nullptr && IsApart(index))
 		ORVAN_TRY(RecordFilterOf(index, frame, extent));
 	if (keepsFree && At(index).kind == NodeKind::plain && !At(index).isReferenced)
@@ -70,11 +70,19 @@ Result<NodeEdges*> Recorder::MakeEdges(std::int32_t index) noexcept
 	return &_record.edges[static_cast<std::size_t>(At(index).edges)];
 }
 
-Result<void> Recorder::RecordMask(std::int32_t index, const Frame& user, Extent& extent) noexcept
+Result<void> Recorder::RecordMasks(std::int32_t index, const Frame& user, Extent& extent) noexcept
 {
-	const SVGElementRef mask = ORVAN_TRY(FindEffect<SVGMaskElementInterface>(_scene, user.effects.mask, user));
-	if (!mask)
-		return {};
+	const BaseArray<SVGElementRef> masks = ORVAN_TRY(FindMasks(_scene, user.effects, user));
+	for (std::size_t i = masks.GetCount(); i-- > 0;)
+		ORVAN_TRY(RecordMask(index, masks[i], user, extent));
+	if (masks.GetCount() > 1)
+		ORVAN_TRY(MakeEdges(index))->hasMask = false; // What they leave together is no rectangle.
+	return {};
+}
+
+Result<void> Recorder::RecordMask(std::int32_t index, const SVGElementRef& mask, const Frame& user,
+								  Extent& extent) noexcept
+{
 	const Place place = ORVAN_TRY(GetContentPlace(_scene, mask.GetObject(), user));
 	Frame frame(mask.GetObject(), place, &user, _scene.limits);
 	frame.place.transform = place.transform; // A mask's own transform does nothing.
@@ -125,11 +133,13 @@ Result<void> Recorder::RecordMaskContent(std::int32_t index, const Frame& masked
 	frame.place.transform = user;
 	At(mask.content).toView = user;
 	if (frame.effects.mask != nullptr)
-		ORVAN_TRY(RecordMask(mask.content, frame, extent));
+		ORVAN_TRY(RecordMasks(mask.content, frame, extent));
 	if (frame.effects.clipPath != nullptr || frame.effects.clipShape != nullptr)
 		At(mask.content).clip = ORVAN_TRY(RecordClip(_scene, frame, extent, -1, _record));
 	if (IsTurned(user))
 		ORVAN_TRY(ClipContent(mask));
+	mask.lower = At(index).mask;
+	mask.composite = masked.GetKeyword(Key::maskComposite, SVGMaskComposite::add);
 	At(index).mask = static_cast<std::int32_t>(_record.masks.GetCount());
 	return _record.masks.Append(mask);
 }

@@ -2,6 +2,7 @@
 #include "composition.h"
 
 #include "clip_paths.h"
+#include "drawing/references.h"
 #include "filter_effect.h"
 #include "layers.h"
 #include "masks.h"
@@ -108,7 +109,7 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	Followed followed;
 	followed.clip = ORVAN_TRY(FindClipPath(canvas.job, effects, frame));
 	if (effects.mask != nullptr)
-		followed.masks = ORVAN_TRY(FindMasks(canvas.job, effects, frame));
+		followed.masks = ORVAN_TRY(FindMasks(canvas.job.scene, effects, frame));
 	if (effects.opacity == 0.0)
 		return {};
 	if (effects.filter != nullptr)

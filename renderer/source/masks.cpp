@@ -234,30 +234,6 @@ SurfacePtr Join(SurfacePtr upper, SurfacePtr lower, SVGMaskComposite composite) 
 
 } // namespace
 
-Result<BaseArray<SVGElementRef>> FindMasks(Job& job, const Effects& effects, const Frame& frame) noexcept
-{
-	BaseArray<SVGElementRef> masks;
-	const auto add = [&](const String* id) noexcept -> Result<void>
-	{
-		SVGElementRef mask = ORVAN_TRY(FindEffect<SVGMaskElementInterface>(job.scene, id, frame));
-		return mask ? masks.Append(std::move(mask)) : Result<void>();
-	};
-	const auto* ids = frame.attributes.Find<String>(static_cast<std::int32_t>(Key::maskLayers));
-	if (ids == nullptr || effects.mask == nullptr)
-	{
-		ORVAN_TRY(add(effects.mask));
-		return masks;
-	}
-	for (std::string_view rest = ids->View(); !rest.empty();)
-	{
-		const std::size_t end = std::min(rest.find(' '), rest.size());
-		const String id = ORVAN_TRY(String::Create(rest.substr(0, end)));
-		ORVAN_TRY(add(&id));
-		rest.remove_prefix(std::min(end + 1, rest.size()));
-	}
-	return masks;
-}
-
 Result<PatternPtr> DrawMask(const Canvas& canvas, const BaseArray<SVGElementRef>& masks, const Frame& user,
 							const Rectangle& area, Extent& extent, double opacity) noexcept
 {

@@ -8,11 +8,6 @@
 namespace orvan::cairo
 {
 
-/// The masks that `effects` and the attributes of `frame` name, the upper first. A reference that leads to nothing, or
-/// back to where it comes from, counts as none.
-Result<BaseArray<SVGElementRef>> FindMasks(Job& job, const drawing::Effects& effects,
-										   const drawing::Frame& frame) noexcept;
-
 /// The brightness (or the opacity) of the content of masks over `area`, which is in whole pixels of the picture, times
 /// the opacity, as coverage. `user` is the element that is masked, with its extent. Null when nothing shows through.
 Result<PatternPtr> DrawMask(const Canvas& canvas, const BaseArray<SVGElementRef>& masks, const drawing::Frame& user,

@@ -321,6 +321,20 @@ TEST_F(NormalizedDocument, HasMasksPatternsAndBlending)
 	EXPECT_EQ(masked("alpha", "match-source"), masked("luminance", "alpha"));
 	EXPECT_EQ(masked("luminance", "match-source"), masked("alpha", "luminance"));
 	EXPECT_NE(masked("luminance", "luminance"), masked("alpha", "alpha"));
+	// Several masks follow on each other in their order, each with its own masks before the next.
+	const auto joined = [](std::string_view style)
+	{
+		const std::string all =
+			ContentOf("<mask id='n'/><mask id='m' x='0' y='0' width='1' height='1' mask='url(#n)'/><mask id='o' "
+					  "mask-type='alpha' x='0' y='0' width='1' height='1'/><rect width='9' height='9' style='" +
+						  std::string(style) + "'/>",
+					  SVGNormalizedClips::kept);
+		const std::size_t end = all.rfind("</mask>");
+		return all.substr(end, all.find("\n<path", end) - end);
+	};
+	EXPECT_EQ("</mask>\n<g style=\"mask:url(#m1),url(#m2)\">", joined("mask:url(#m),url(#o)"));
+	EXPECT_EQ("</mask>\n<g style=\"mask:url(#m1),url(#m2);mask-composite:exclude;mix-blend-mode:screen\">",
+			  joined("mask-image:url(#m),none,url(#o);mask-composite:exclude;mix-blend-mode:screen"));
 	// What is clipped stays a picture of its own where its paths end at the clip path.
 	EXPECT_EQ(
 		"<g style=\"isolation:isolate\">\n<path style=\"mix-blend-mode:screen\" fill=\"#000000\" d=\"M0 0L5 0L5 5L0 "
