@@ -294,6 +294,13 @@ bool TreeWriter::ReachesBelow(const ElementBase& element, const Rule& rule) noex
 	if ((isViewport || number == Number::fontSize) && (grammar::complete::MayHaveCalculations(_source->Text()) ||
 													   grammar::complete::MayHaveCalculations(_request.clientSheet)))
 		return true;
+	// So does what a colour came to that was made of the current one.
+	const auto mayMix = [](std::string_view text)
+	{
+		return MayMention(text, "currentcolor") && (MayMention(text, "color-mix") || MayMention(text, "from"));
+	};
+	if (number == Number::color && (mayMix(_source->Text()) || mayMix(_request.clientSheet)))
+		return true;
 	if (element.FirstChild() == nullptr)
 		return false;
 	if (number == Number::whiteSpace)

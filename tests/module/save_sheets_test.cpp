@@ -239,6 +239,11 @@ TEST_F(SavingBesideSheets, CalculationsKeepWhatTheyCameTo)
 		Open("<svg><g font-size='10'><rect style='stroke-width:calc(1em + 1px)'/></g></svg>");
 	Must(Cast<SVGElementEditInterface>(First(document, "g"))->RemoveAttribute(SVGImportAttribute::fontSize));
 	EXPECT_EQ("<svg><g><rect style='stroke-width:11px'/></g></svg>", SavedAlike(document));
+	const SVGDocumentRef mixed =
+		Open("<svg><g color='#204060'><rect fill='color-mix(in srgb, currentColor, black)'/></g></svg>");
+	Must(Cast<SVGElementEditInterface>(First(mixed, "g"))->RemoveAttribute(SVGImportAttribute::color));
+	EXPECT_EQ("<svg><g><rect fill='color-mix(in srgb, currentColor, black)' style=\"fill:#102030\"/></g></svg>",
+			  SavedAlike(mixed));
 }
 
 TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
