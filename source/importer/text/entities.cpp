@@ -15,21 +15,32 @@ namespace
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-/// Where the bracket stands that ends a subset. Those in values, comments and processing instructions do not.
+/// Where a declaration ends that begins at `at`: behind the ">" that stands in no value.
+std::size_t FindEndOfDeclaration(std::string_view text, std::size_t at) noexcept
+{
+	while ((at = text.find_first_of("\"'>", at)) != text.npos && text[at] != '>')
+	{
+		at = text.find(text[at], at + 1);
+		if (at == text.npos)
+			return at;
+		at++;
+	}
+	return at == text.npos ? at : at + 1;
+}
+
+/// Where the bracket stands that ends a subset. Those in declarations, comments and processing instructions do not.
 std::size_t FindEndOfSubset(std::string_view text, std::size_t at) noexcept
 {
-	while ((at = text.find_first_of("]<\"'", at)) != text.npos && text[at] != ']')
+	while ((at = text.find_first_of("]<", at)) != text.npos && text[at] != ']')
 	{
 		const std::string_view rest = text.substr(at);
-		const bool isQuote = rest[0] != '<';
-		const std::string_view end = isQuote                    ? rest.substr(0, 1)
-									 : rest.starts_with("<!--") ? std::string_view("-->")
-									 : rest.starts_with("<?")   ? std::string_view("?>")
-																: std::string_view();
-		const std::size_t skipped = end.empty() ? 0 : rest.find(end, 1);
-		if (skipped == rest.npos)
-			return text.npos;
-		at += std::max(skipped + end.size(), std::size_t{1});
+		const std::string_view end = rest.starts_with("<!--") ? "-->" : rest.starts_with("<?") ? "?>" : "";
+		if (end.empty())
+			at = FindEndOfDeclaration(text, at);
+		else if ((at = text.find(end, at)) != text.npos)
+			at += end.size();
+		if (at == text.npos)
+			break;
 	}
 	return at;
 }
@@ -97,21 +108,9 @@ private:
 		_rest.remove_prefix(at == _rest.npos ? _rest.size() : at + mark.size());
 	}
 
-	/// Quoted values may hold ">".
 	void SkipDeclaration() noexcept
 	{
-		while (!_rest.empty())
-		{
-			const std::size_t at = _rest.find_first_of("\"'>");
-			if (at == _rest.npos)
-				break;
-			const char c = _rest[at];
-			_rest.remove_prefix(at + 1);
-			if (c == '>')
-				return;
-			SkipPast({&c, 1});
-		}
-		_rest = {};
+		_rest.remove_prefix(std::min(FindEndOfDeclaration(_rest, 0), _rest.size()));
 	}
 
 	std::string_view Word() noexcept
