@@ -46,7 +46,7 @@ public:
 		if (element == _new)
 			return _newNames;
 		const SourceElement& at = RecordOf(element);
-		return {WithoutPrefix(_source.NameOf(at)), Decode(ValueOf(at, "id")), Decode(ValueOf(at, "class"))};
+		return {WithoutPrefix(_source.NameOf(at)), Decode(LastValueOf(at, "id")), Decode(LastValueOf(at, "class"))};
 	}
 
 	bool GetAttribute(css::Element element, std::string_view name, std::string_view& value) const override
@@ -139,6 +139,18 @@ private:
 				return &attribute;
 		}
 		return nullptr;
+	}
+
+	/// Of an id and of classes that the XML library lets pass twice, the import takes the last.
+	std::string_view LastValueOf(const SourceElement& element, std::string_view name) const noexcept
+	{
+		for (std::uint32_t i = element.attributeCount; i-- > 0;)
+		{
+			const SourceAttribute& attribute = _source.attributes[element.firstAttribute + i];
+			if (_source.NameOf(attribute) == name)
+				return _source.RawValueOf(attribute);
+		}
+		return {};
 	}
 
 	std::string_view Decode(std::string_view value) const

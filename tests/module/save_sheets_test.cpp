@@ -261,7 +261,10 @@ TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 TEST_F(SavingBesideSheets, SelectorsSeeTheSourceAsTheImportSeesIt)
 {
 	ExpectAll({
-		// Names and classes with references, prefixes, and sheets with and without characters of their own.
+		// Of two classes, the last; names and classes with references, prefixes, and sheets with and without characters
+		// of their own.
+		{"<style>.b{fill:red}</style><rect class='a' class='b'/>", "rect",
+		 "fill=", "<style>.b{fill:red}</style><rect class='a' class='b' style=\"fill:unset\"/>"},
 		{"<style>.a\\&amp;b{fill:red}</style><rect class='a&amp;b'/>", "rect", "fill=blue",
 		 "<style>.a\\&amp;b{fill:red}</style><rect class='a&amp;b' style=\"fill:blue\"/>"},
 		{"<style>#a\\&amp;b{fill:red}</style><rect id='a&#38;b'/>", "rect", "fill=blue",
