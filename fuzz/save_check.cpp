@@ -391,6 +391,9 @@ bool IsSmall(EditKind kind, const LineDifference& difference)
 		return difference.added <= 1;
 	case EditKind::addition:
 		return difference.removed <= 1 && difference.added <= kOpened;
+	case EditKind::clearing:
+		// The last one of those with lines of their own has the end of the tag in its line.
+		return difference.removed <= 2 && difference.added <= 1;
 	default:
 		return difference.removed <= 1 && difference.added <= 1;
 	}
