@@ -84,9 +84,15 @@ bool HasSame(const DataDictionary& values, const DataDictionary& others, const D
 		return a.type == b.type && a.color == b.color && a.reference == b.reference && a.fallback == b.fallback &&
 			   a.alpha == b.alpha;
 	};
+	const auto equalBoxes = [&](const SVGViewbox& a, const SVGViewbox& b)
+	{
+		return equalLengths(a.x, b.x) && equalLengths(a.y, b.y) && equalLengths(a.width, b.width) &&
+			   equalLengths(a.height, b.height);
+	};
 	return isSame(equals, others.GetValue<std::int32_t>(entry)) || isSame(equals, others.GetValue<Float>(entry)) ||
 		   isSame(equals, others.GetValue<String>(entry)) || isSame(equalLengths, others.GetValue<SVGLength>(entry)) ||
-		   isSame(equalPaints, others.GetValue<SVGPaint>(entry));
+		   isSame(equalPaints, others.GetValue<SVGPaint>(entry)) ||
+		   isSame(equalBoxes, others.GetValue<SVGViewbox>(entry));
 }
 
 } // namespace orvan::svg

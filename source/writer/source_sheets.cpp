@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "writer/source_sheets.h"
 
+#include "complete/calculations.h"
 #include "elements/complete_classes.h"
 #include "importer/complete/property_test.h"
 #include "importer/complete/single_transforms.h"
@@ -295,6 +296,8 @@ SVGElementRef SourceSheets::Read(const css::Declaration& declaration, const comp
 	Result<SVGElementRef> read = ReadIntoNew(rule, tag, declaration.value, grammar::Source::sheet);
 	if (!read.IsOk())
 		throw std::bad_alloc();
+	// Nor what it calculates from what is around the element.
+	_isSure = _isSure && (read.GetValue() || !grammar::complete::MayHaveCalculations(declaration.value));
 	return std::move(read).GetValue();
 }
 

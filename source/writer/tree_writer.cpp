@@ -173,8 +173,11 @@ std::vector<const Rule*> TreeWriter::ListChanges(std::uint32_t record, const Ele
 		changes.push_back(FindRule("id"));
 	if (!loaded.attributes.IsSameObject(AttributesOf(element)))
 	{
-		const auto compare = [&](const DataDictionary::Entry& entry)
+		const auto compare =
+			[&](const DataDictionary& in, const DataDictionary& other, const DataDictionary::Entry& entry)
 		{
+			if (HasSame(other, in, entry))
+				return;
 			const Rule* const rule = FindWritingRule(WrittenAs(static_cast<Number>(entry.key)));
 			if (rule == nullptr)
 				throw SaveError("An attribute of " + Describe(element, name) + " has no name and cannot be written.");
@@ -194,10 +197,11 @@ std::vector<const Rule*> TreeWriter::ListChanges(std::uint32_t record, const Ele
 			}
 			changes.push_back(rule);
 		};
-		for (const DataDictionary::Entry& entry : AttributesOf(element))
-			compare(entry);
+		const DataDictionary& present = AttributesOf(element);
+		for (const DataDictionary::Entry& entry : present)
+			compare(present, loaded.attributes, entry);
 		for (const DataDictionary::Entry& entry : loaded.attributes)
-			compare(entry);
+			compare(loaded.attributes, present, entry);
 	}
 	if (loaded.transform != HashTransform(element))
 		changes.push_back(FindRule("transform"));
@@ -330,11 +334,11 @@ std::optional<ForcedProperty> TreeWriter::ForceAgainstSheets(std::uint32_t recor
 void TreeWriter::EditAttribute(StartTagEditor& tag, const ElementBase& element, Tag name, const Rule& rule,
 							   const ForcedProperty* forced)
 {
-	std::string text;
-	if (FormatAttribute(text, element, AttributesOf(element), rule, name, {}) == Formatted::absent)
+	std::string exact;
+	if (FormatAttribute(exact, element, AttributesOf(element), rule, name, {}) == Formatted::absent)
 		RemoveAttribute(tag, rule, forced);
 	else
-		SetAttribute(tag, element, name, rule, forced);
+		SetAttribute(tag, element, name, rule, forced, exact);
 }
 
 /// The transform of a gradient or a pattern is an attribute of its own name, and the property "transform" of styles and
@@ -369,17 +373,15 @@ void TreeWriter::RemoveAttribute(StartTagEditor& tag, const Rule& rule, const Fo
 		tag.Style().Set(rule, "unset", forced->isImportant);
 }
 
-/// A text must read back as the value that it was made of, unless it was meant to be shorter.
+/// A text must read back as the value that it was made of, unless it was meant to be shorter. `exact` is that value.
 void TreeWriter::CheckReads(const ElementBase& element, Tag name, const Rule& rule, std::string_view text,
-							bool isDeclaration) const
+							bool isDeclaration, std::string_view exact) const
 {
 	// That an element is shown, which it is anyway, is read as nothing.
 	if (rule.number == Number::display && text == "inline")
 		return;
 	const ValueStyle style = StyleFor(isDeclaration);
 	const grammar::Source source = isDeclaration ? grammar::Source::style : grammar::Source::attribute;
-	std::string exact;
-	FormatAttribute(exact, element, AttributesOf(element), rule, name, {});
 	bool reads = true;
 	if (style.isPlain || style.numbers.precision != NumberStyle::kExact)
 	{
@@ -396,7 +398,7 @@ void TreeWriter::CheckReads(const ElementBase& element, Tag name, const Rule& ru
 }
 
 void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, Tag name, const Rule& rule,
-							  const ForcedProperty* forced)
+							  const ForcedProperty* forced, std::string_view exact)
 {
 	const bool isForeign =
 		ClassKindOf(element) == Kind::unknown && rule.number != Number::id && _source->IsForeign(_scope);
@@ -412,8 +414,6 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 					   (tag.Has("style") && tag.Style().Find(WrittenAs(rule.number)) != StyleEditor::Saying::nothing));
 	// What the client wrote stands as it was written while it says what the tree says.
 	std::string_view given;
-	std::string exact;
-	FormatAttribute(exact, element, AttributesOf(element), rule, name, {});
 	for (const SourceOverride& entry : _source->overrides)
 	{
 		const Rule* const known = FindRule(entry.name.View());
@@ -426,14 +426,14 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 	if (isInStyle)
 	{
 		const std::string text = given.empty() ? Format(element, name, rule, true) : std::string(given);
-		CheckReads(element, name, rule, text, true);
+		CheckReads(element, name, rule, text, true, exact);
 		tag.Style().Set(rule, text, forced != nullptr && forced->isImportant);
 		// To the plain import the later one counts, so both say the same.
 		if (_source->isComplete || names.empty())
 			return;
 	}
 	std::string text = given.empty() ? Format(element, name, rule, false) : std::string(given);
-	CheckReads(element, name, rule, text, false);
+	CheckReads(element, name, rule, text, false, exact);
 	if (rule.number == Number::whiteSpace && (text == "pre" || text == "normal") &&
 		(names.empty() || names.back() == "xml:space"))
 		return tag.Set("xml:space", text == "pre" ? "preserve" : "default");
@@ -465,7 +465,7 @@ void TreeWriter::EditOverrides(StartTagEditor& tag, const ElementBase& element, 
 		if (written != nullptr && std::find(changes.begin(), changes.end(), written) == changes.end() &&
 			FormatAttribute(now, element, AttributesOf(element), *written, name, {}) == Formatted::text &&
 			ReadsAs(*written, name, entry.text.View(), grammar::Source::attribute, now))
-			SetAttribute(tag, element, name, *written, nullptr);
+			SetAttribute(tag, element, name, *written, nullptr, now);
 	}
 }
 

@@ -85,7 +85,7 @@ private:
 	void EditAttribute(StartTagEditor& tag, const ElementBase& element, complete::Tag name, const complete::Rule& rule,
 					   const ForcedProperty* forced);
 	void SetAttribute(StartTagEditor& tag, const ElementBase& element, complete::Tag name, const complete::Rule& rule,
-					  const ForcedProperty* forced);
+					  const ForcedProperty* forced, std::string_view exact);
 	void EditServerTransform(StartTagEditor& tag, std::uint32_t record, const ElementBase& element, complete::Tag name,
 							 const complete::Rule& rule, const ForcedProperty* forced);
 	void RemoveAttribute(StartTagEditor& tag, const complete::Rule& rule, const ForcedProperty* forced);
@@ -97,7 +97,7 @@ private:
 	void EditOverrides(StartTagEditor& tag, const ElementBase& element, complete::Tag name,
 					   const std::vector<const complete::Rule*>& changes);
 	void CheckReads(const ElementBase& element, complete::Tag name, const complete::Rule& rule, std::string_view text,
-					bool isDeclaration) const;
+					bool isDeclaration, std::string_view exact) const;
 	void ReplaceContent(std::uint32_t record, const std::string& content);
 	std::vector<Child> ListChildren(std::uint32_t record, const ElementBase& element);
 	void RemoveRecord(std::uint32_t record, bool isInText);

@@ -139,7 +139,7 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 		else
 		{
 			if (rule->tags.Has(name))
-				CheckReads(element, name, *rule, value, false);
+				CheckReads(element, name, *rule, value, false, exact);
 			add(rule->name, value);
 		}
 	}

@@ -239,6 +239,9 @@ TEST_F(SavingBesideSheets, CalculationsKeepWhatTheyCameTo)
 		Open("<svg><g font-size='10'><rect style='stroke-width:calc(1em + 1px)'/></g></svg>");
 	Must(Cast<SVGElementEditInterface>(First(document, "g"))->RemoveAttribute(SVGImportAttribute::fontSize));
 	EXPECT_EQ("<svg><g><rect style='stroke-width:11px'/></g></svg>", SavedAlike(document));
+	const SVGDocumentRef bySheet = Open("<svg><style>rect{x:calc(1px + .5em)}</style><rect x='4'/></svg>");
+	Must(Cast<SVGElementEditInterface>(First(bySheet, "rect"))->RemoveAttribute(SVGImportAttribute::x));
+	EXPECT_EQ("<svg><style>rect{x:calc(1px + .5em)}</style><rect style=\"x:unset\"/></svg>", SavedAlike(bySheet));
 	const SVGDocumentRef mixed =
 		Open("<svg><g color='#204060'><rect fill='color-mix(in srgb, currentColor, black)'/></g></svg>");
 	Must(Cast<SVGElementEditInterface>(First(mixed, "g"))->RemoveAttribute(SVGImportAttribute::color));
