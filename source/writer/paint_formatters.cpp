@@ -85,12 +85,50 @@ void AppendHex(std::string& text, unsigned byte)
 	text += kHex[byte & 15];
 }
 
+/// Appends an opaque colour in 256 steps, whose forms are known to read as it.
+void AppendInSteps(std::string& text, const unsigned* bytes)
+{
+	const unsigned packed = bytes[0] << 16 | bytes[1] << 8 | bytes[2];
+	const bool isShort = (packed & 0xf0f0f0) >> 4 == (packed & 0x0f0f0f);
+	std::size_t size = isShort ? 4 : 7;
+	const NamedColor* best = nullptr;
+	for (const NamedColor& named : NamedColors())
+	{
+		if (named.packed == packed && named.name.size() < size)
+		{
+			best = &named;
+			size = named.name.size();
+		}
+	}
+	if (best != nullptr)
+	{
+		text += best->name;
+		return;
+	}
+	text += '#';
+	for (int i = 0; i < 3; i++)
+	{
+		AppendHex(text, bytes[i]);
+		if (isShort)
+			text.pop_back();
+	}
+}
+
 /// Appends a colour; exactly where that is possible.
 bool AppendColor(std::string& text, const Color& color, Float alpha, const ValueStyle& style)
 {
 	if (!std::isfinite(color.red) || !std::isfinite(color.green) || !std::isfinite(color.blue) || !std::isfinite(alpha))
 		return false;
 	const unsigned bytes[] = {ToByte(color.red), ToByte(color.green), ToByte(color.blue), ToByte(alpha)};
+	// Channels are kept in 256 steps where nobody needs more.
+	const bool isRounded = style.isPlain || style.numbers.precision != NumberStyle::kExact;
+	const Color inSteps{bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0};
+	if (isRounded || (color == inSteps && alpha == 1.0))
+	{
+		AppendInSteps(text, bytes);
+		return true;
+	}
+	ShortestColor best(color, alpha);
 	std::string hex = "#";
 	for (const unsigned byte : bytes)
 		AppendHex(hex, byte);
@@ -105,42 +143,23 @@ bool AppendColor(std::string& text, const Color& color, Float alpha, const Value
 		}
 		return shorter;
 	};
-	// Channels are kept in 256 steps where nobody needs more.
-	const bool isRounded = style.isPlain || style.numbers.precision != NumberStyle::kExact;
-	const Color inSteps{bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0};
-	ShortestColor best(isRounded ? inSteps : color, isRounded ? 1.0 : alpha);
-	constexpr std::size_t kOpaque = 7;
 	constexpr std::size_t kWhole = 9;
-	best.Try(hex.substr(0, kOpaque));
-	best.Try(shortHex(kOpaque));
-	if (!best.Get().empty())
+	best.Try(hex.substr(0, kWhole));
+	best.Try(shortHex(kWhole));
+	if (best.Get().empty())
 	{
-		const unsigned packed = bytes[0] << 16 | bytes[1] << 8 | bytes[2];
-		for (const NamedColor& named : NamedColors())
+		std::string exact = "color(srgb";
+		for (const Float channel : {color.red, color.green, color.blue})
 		{
-			if (named.packed == packed && named.name.size() < best.Get().size())
-				best.Try(named.name);
+			exact += ' ';
+			AppendNumber(exact, channel, {.takesExponents = false});
 		}
-	}
-	else
-	{
-		best.Try(hex.substr(0, kWhole));
-		best.Try(shortHex(kWhole));
-		if (best.Get().empty())
+		if (alpha != 1.0)
 		{
-			std::string exact = "color(srgb";
-			for (const Float channel : {color.red, color.green, color.blue})
-			{
-				exact += ' ';
-				AppendNumber(exact, channel, {.takesExponents = false});
-			}
-			if (alpha != 1.0)
-			{
-				exact += "/";
-				AppendNumber(exact, alpha, {.takesExponents = false});
-			}
-			best.Try(exact + ')');
+			exact += "/";
+			AppendNumber(exact, alpha, {.takesExponents = false});
 		}
+		best.Try(exact + ')');
 	}
 	text += best.Get();
 	return !best.Get().empty();
