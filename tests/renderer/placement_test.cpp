@@ -116,7 +116,7 @@ TEST_F(Placement, LengthsHaveAllUnits)
 			   "' font-family='DejaVu Sans Mono'><path d='M0 60h99' stroke='red' font-size='9'/></g></g>";
 	};
 	ExpectPixels(measure("1ex"), "9,5 000000; 11,5 none; 5,50 ff0000; 5,48 none");
-	ExpectPixels(measure("1ch"), "11,5 000000; 13,5 none; 5,49 ff0000; 5,46 none");
+	ExpectPixels(measure("1ch"), "11,5 000000; 13,5 none; 5,49 ff0000; 5,47 ~ff00000a; 5,46 none");
 	ExpectPixels(measure("1cap"), "13,5 000000; 15,5 none; 5,46 ff0000; 5,44 none");
 	ExpectPixels(measure("1ic"), "19,5 000000; 20,5 none; 5,40 ff0000; 5,39 none");
 	ExpectPixels(measure("1lh"), "23,5 000000; 24,5 none; 5,37 ff0000; 5,36 none");
