@@ -48,6 +48,7 @@ Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& roo
 	const SavedAttributes attributes(request.covers, request.switched, request.source);
 	ForcedProperties forced;
 	bool asksSheets = isEdit;
+	bool isAsItWas = false;
 	// As the sheets want it, by itself, in its style attribute, and with "!important": more a property cannot do.
 	constexpr int kMostAttempts = 5;
 	for (int attempt = 0;; attempt++)
@@ -60,11 +61,9 @@ Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& roo
 		if (isEdit)
 		{
 			TextEdits edits = writer.MakeEdits();
-			if (edits.IsEmpty())
-			{
-				isPacked = IsGzip(request.source->FileBytes());
-				return CopyOf(request.source->FileBytes());
-			}
+			isAsItWas = edits.IsEmpty();
+			if (isAsItWas && !writer.HasChanges())
+				break;
 			if (asksSheets && !writer.AreSheetsSure())
 			{
 				asksSheets = false;
@@ -77,11 +76,17 @@ Result<BaseArray<char>> Write(const SaveRequest& request, const ElementBase& roo
 		isPacked = false;
 		const bool isExact = request.options.precision == SVGSaveOptions::kExact;
 		if (!writer.NeedsCheck() || !isExact || !ORVAN_TRY(Check(request, writing, bytes, forced)))
+		{
+			if (isAsItWas)
+				break;
 			return CopyOf(bytes);
+		}
 		asksSheets = false;
 		if (attempt == kMostAttempts)
 			throw SaveError("The style sheets of the document leave no way to write what its elements say.");
 	}
+	isPacked = IsGzip(request.source->FileBytes());
+	return CopyOf(request.source->FileBytes());
 }
 
 Result<BaseArray<char>> WritePacked(const SaveRequest& request, const ElementBase& root, Packing packing)

@@ -92,7 +92,7 @@ TextEdits TreeWriter::MakeEdits()
 	if (_source->loaded[0].element.GetObject() != static_cast<const ObjectBase*>(&_request.root))
 		throw SaveError("The document has another root than its source: it can only be written whole.");
 	EditElement(0, _request.root);
-	if (!_edits.IsEmpty() && _source->isComplete)
+	if ((!_edits.IsEmpty() || _hasChanges) && _source->isComplete)
 	{
 		SourceSheets& sheets = Sheets();
 		_areSheetsSure = _areSheetsSure && _request.asksSheets && sheets.IsSure();
@@ -266,6 +266,7 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 			changes.push_back(rule);
 	}
 	AddTied(tag, record, element, name, changes);
+	_hasChanges |= !changes.empty();
 	for (const Rule* rule : changes)
 	{
 		const ForcedProperty* const forced = FindForced(allForced, *rule);

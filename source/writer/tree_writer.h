@@ -53,6 +53,12 @@ public:
 		return _needsCheck;
 	}
 
+	/// Whether an element differs from its source, if only in what sheets say of it.
+	bool HasChanges() const noexcept
+	{
+		return _hasChanges;
+	}
+
 	/// Whether the sheets were asked, and their answers hold for what was edited, too.
 	bool AreSheetsSure() const noexcept
 	{
@@ -149,6 +155,7 @@ private:
 	std::optional<bool> _mayInherit;     ///< Whether "inherit" may stand somewhere.
 	bool _areSheetsSure = true;
 	bool _needsCheck = false;
+	bool _hasChanges = false;
 	bool _hasLinks = false;           ///< A link was written with the usual prefix.
 	std::uint32_t _scope = kNoRecord; ///< Where prefixes are looked for.
 };

@@ -264,6 +264,9 @@ TEST_F(SavingBesideSheets, EmptyElementsThatAreFilledKeepTheirLooks)
 TEST_F(SavingBesideSheets, SelectorsSeeTheSourceAsTheImportSeesIt)
 {
 	ExpectAll({
+		// What a sheet says that only the import reads goes, too.
+		{"<style>rect{fill:red}<g/></style><rect/>", "svg > rect",
+		 "fill=", "<style>rect{fill:red}<g/></style><rect style=\"fill:unset\"/>"},
 		// Of two classes, the last; names and classes with references, prefixes, and sheets with and without characters
 		// of their own.
 		{"<style>.b{fill:red}</style><rect class='a' class='b'/>", "rect",
