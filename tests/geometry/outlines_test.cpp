@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "geometry_module.h"
 
+#include <limits>
 #include <numbers>
 #include <tuple>
 
@@ -93,6 +94,67 @@ TEST_F(Outlines, FindTheNearestPlaceAndWhatIsInside)
 	EXPECT_TRUE(twice->Contains({4, 4}, SVGFillRule::nonzero));
 	EXPECT_FALSE(twice->Contains({4, 4}, SVGFillRule::evenodd));
 	EXPECT_FALSE(Make("M0 0h9v9h-9zM2 2v5h5v-5z")->Contains({4, 4}, SVGFillRule::nonzero));
+}
+
+TEST_F(Outlines, RefuseWhatMakesNoSenseAsAllQuestionsDo)
+{
+	const AskedPicture picture("<path id='p' d='M0 0h9v9z'/>", "width='60' height='30'");
+	const SVGGeometryRef& geometry = picture.geometry;
+	const SVGOutlineRef outline = Make("M0 0h9v9z");
+	constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+	constexpr double kEndless = std::numeric_limits<double>::infinity();
+	const auto isRefused = [](const auto& result)
+	{
+		return !result.IsOk() && result.GetError().GetClass() == ErrorClass::illegalArgument;
+	};
+	constexpr SVGFillRule kRule = SVGFillRule::evenodd;
+	constexpr auto kUnite = SVGOutlineOperation::unite;
+	for (const double number : {-1.0, kNone, kEndless, 1e101, 0.0, 2.0})
+	{
+		SCOPED_TRACE(number);
+		const bool isSide = number >= 0.0 && number < kEndless;
+		const bool isUsable = isSide && number < 1e100;
+		EXPECT_EQ(!isSide, isRefused(geometry->SetDocument(picture.GetDocument(), {.viewWidth = number})));
+		EXPECT_EQ(!isSide, isRefused(geometry->SetDocument(picture.GetDocument(), {.viewHeight = number})));
+		EXPECT_EQ(!(number > 0.0), isRefused(geometry->SetDocument(picture.GetDocument(), {.deadline = number})));
+		EXPECT_EQ(!isSide, isRefused(geometry->FindAt({1, 1}, {.tolerance = number})));
+		EXPECT_EQ(!isUsable, isRefused(geometry->Normalize({.flattening = number})));
+		EXPECT_EQ(!isUsable || number == 0.0, isRefused(geometry->Normalize({.strokeTolerance = number})));
+		EXPECT_EQ(!isUsable, isRefused(geometry->Normalize({.grid = number})));
+		EXPECT_EQ(!isUsable, isRefused(geometry->Normalize({.precision = number})));
+		EXPECT_EQ(!isUsable || number == 0.0, isRefused(outline->Flatten(number)));
+		EXPECT_EQ(!isUsable || number == 0.0, isRefused(outline->GetStroke({}, number)));
+		EXPECT_EQ(!isUsable, isRefused(outline->Combine(nullptr, kUnite, kRule, kRule, number)));
+		EXPECT_EQ(!isUsable && number != -1.0, isRefused(outline->FindNearest({number, 0.0})));
+		EXPECT_EQ(!isUsable && number != -1.0, isRefused(outline->FindNearest({0.0, number})));
+	}
+	EXPECT_TRUE(isRefused(outline->GetPlace(kNone)));
+	EXPECT_EQ("9 9 0 1 18 0", PlaceText(Make("M0 0h9v9")->GetPlace(kEndless)));
+	for (const int number : {-1, 0, 1, 2, 3, 4})
+	{
+		SCOPED_TRACE(number);
+		const auto rule = static_cast<SVGFillRule>(number);
+		const bool isRule = rule == kRule || rule == SVGFillRule::nonzero;
+		EXPECT_EQ(number < 0 || number > 2,
+				  isRefused(geometry->GetBox(picture["p"], static_cast<SVGBoxKind>(number), In::view)));
+		EXPECT_EQ(number < 0 || number > 2,
+				  isRefused(geometry->NormalizeWith({}, static_cast<SVGNormalizedClips>(number))));
+		EXPECT_EQ(number < 0 || number > 3,
+				  isRefused(outline->Combine(outline, static_cast<SVGOutlineOperation>(number), kRule, kRule, 0.0)));
+		EXPECT_EQ(!isRule, isRefused(outline->Combine(outline, kUnite, rule, kRule, 0.0)));
+		EXPECT_EQ(!isRule, isRefused(outline->Combine(outline, kUnite, kRule, rule, 0.0)));
+		EXPECT_EQ(!isRule, isRefused(outline->GetArea(rule)));
+	}
+	// The view keeps the proportions; nothing is in a rectangle that says it is empty.
+	for (const auto& [options, size] : {std::pair{SVGGeometryOptions{.viewWidth = 20}, Vector2d{20, 10}},
+										std::pair{SVGGeometryOptions{.viewHeight = 20}, Vector2d{40, 20}},
+										std::pair{SVGGeometryOptions{.viewWidth = 7, .viewHeight = 9}, Vector2d{7, 9}}})
+	{
+		Must(geometry->SetDocument(picture.GetDocument(), options));
+		EXPECT_EQ(size, Must(geometry->GetViewSize()));
+	}
+	EXPECT_EQ(1u, Must(geometry->FindIn({0, 0, 9, 9, false}, false)).hits.GetCount());
+	EXPECT_EQ(0u, Must(geometry->FindIn({0, 0, 9, 9, true}, false)).hits.GetCount());
 }
 
 TEST_F(Outlines, BecomeLinesWithinATolerance)
