@@ -86,8 +86,9 @@ TEST_F(Urls, ThatCannotBePathsAreErrors)
 {
 	WriteFile(folder / "a", "x");
 	const std::string path = (folder / "a").string();
-	for (const std::string& url : {"file://" + path + "%00.svg", "file://" + path + "%4", "file://" + path + "%zz",
-								   std::string("file:"), "file://elsewhere" + path})
+	for (const std::string& url :
+		 {"file://" + path + "%00.svg", "file://" + path + "%4", "file://" + path + "%zz", "file://" + path + "%4g",
+		  "file://" + path + "%g4", std::string("file:"), "file://elsewhere" + path})
 	{
 		EXPECT_EQ(IoDetection::error, UrlOf(url).IoDetect()) << url;
 		const auto opened = UrlOf(url).OpenInputStream();
