@@ -184,8 +184,9 @@ private:
 			SVGElementRef child = element;
 			if (verb == "make") // One like this.
 			{
-				const auto kind = Must(source->GetTag(element));
-				child = Make("svg" + std::string(kind) + "element");
+				const std::string tag(Must(source->GetTag(element)));
+				const std::string name = tag.substr(tag.find(':') + 1);
+				child = Make("svg" + (name == "g" ? "group" : name) + "element");
 				IgnoreResult(Cast<SVGElementEditInterface>(child)->CopyAttributes(element));
 			}
 			const auto into = Cast<SVGElementEditInterface>(First(document, parent));
