@@ -293,6 +293,14 @@ Matrix2d WithoutPercentages(Matrix2d transform, const DataDictionary& attributes
 						round(transform.offset.y - v[1] * v[4] - v[3] * v[5])};
 	return transform;
 }
+
+/// Blanks on both sides of an element that is gone are one when they are loaded again.
+std::string WithoutBlanks(const String& characters)
+{
+	std::string text(characters.View());
+	std::erase(text, ' ');
+	return text;
+}
 } // namespace
 
 std::string DescribeSaved(const SVGElementRef& element)
@@ -322,14 +330,18 @@ std::string DescribeSaved(const SVGElementRef& element)
 	if (const auto use = Cast<SVGUseElementInterface>(element))
 		values.Add(use->GetLink());
 	if (const auto content = Cast<SVGTextElementInterface>(element))
-		values.Add(content->GetText());
-	if (const auto run = Cast<SVGTextRunInterface>(element))
-		values.Add(run->GetText());
+		values.Add(std::string_view(WithoutBlanks(content->GetText())));
 	if (const auto description = Cast<SVGDescriptionInterface>(element))
 		values.Add(description->GetText());
 	text += "(\n";
+	// What stands between two elements of a text may come in several runs where one is gone that parted them.
 	for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child; child = child->GetNextSibling())
-		text += DescribeSaved(Cast<SVGElementInterface>(child));
+	{
+		if (const auto run = Cast<SVGTextRunInterface>(child))
+			text += WithoutBlanks(run->GetText());
+		else
+			text += DescribeSaved(Cast<SVGElementInterface>(child));
+	}
 	return text + ")\n";
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace orvan::svg
 {
@@ -69,14 +70,27 @@ public:
 		if (saved.GetId() != loaded.GetId())
 			Fail(saved, "has another id");
 		CompareAttributes(saved, loaded);
-		if (ClassKindOf(saved) != Kind::use && CharactersOf(saved) != CharactersOf(loaded))
+		const bool isText = ClassKindOf(saved) == Kind::text;
+		const bool hasParts = isText && saved.FirstChild() != nullptr && loaded.FirstChild() != nullptr;
+		const bool isAlike = hasParts                          ? SaysTheSame(saved, loaded)
+							 : ClassKindOf(saved) != Kind::use ? CharactersOf(saved) == CharactersOf(loaded)
+															   : true;
+		if (!isAlike)
 			Fail(saved, "has other text: blanks that count need xml:space=\"preserve\"");
-		if (ClassKindOf(saved) == Kind::text && (saved.FirstChild() == nullptr || loaded.FirstChild() == nullptr))
+		if (isText && !hasParts)
 			return; // A text of its own is loaded as a run.
-		const HierarchyObject* a = SkipUnwritten(saved.FirstChild());
-		const HierarchyObject* b = SkipUnwritten(loaded.FirstChild());
-		for (; a != nullptr && b != nullptr; a = SkipUnwritten(a->NextSibling()), b = SkipUnwritten(b->NextSibling()))
+		const HierarchyObject* a = saved.FirstChild();
+		const HierarchyObject* b = loaded.FirstChild();
+		while (true)
+		{
+			if (TakeRuns(a) != TakeRuns(b))
+				Fail(saved, "has other text in its parts");
+			if (a == nullptr || b == nullptr)
+				break;
 			Compare(*AsElement(const_cast<HierarchyObject*>(a)), *AsElement(const_cast<HierarchyObject*>(b)));
+			a = a->NextSibling();
+			b = b->NextSibling();
+		}
 		if (a != nullptr || b != nullptr)
 			Fail(saved, "has other children");
 	}
@@ -95,6 +109,60 @@ private:
 		if (ClassKindOf(element) != Kind::text)
 			return std::string(OwnTextOf(element).View());
 		return std::string(static_cast<const TextElement&>(element).GetText().View());
+	}
+
+	/// The characters of the runs in an element. Where one ends and another begins with a blank, one blank is meant:
+	/// that is what is left of two that stood around something which is gone.
+	static void AppendRuns(std::string& text, const ElementBase& element, bool joinsBlanks)
+	{
+		for (HierarchyObject* at = element.FirstChild(); at != nullptr; at = at->NextSibling())
+		{
+			const ElementBase* const child = AsElement(at);
+			if (child == nullptr)
+				continue;
+			if (ClassKindOf(*child) != Kind::textRun)
+			{
+				AppendRuns(text, *child, joinsBlanks);
+				continue;
+			}
+			const String own = OwnTextOf(*child);
+			std::string_view characters = own.View();
+			if (joinsBlanks && characters.starts_with(' ') && (text.empty() || text.back() == ' '))
+				characters.remove_prefix(1);
+			text += characters;
+		}
+		if (joinsBlanks && ClassKindOf(element) == Kind::text && text.ends_with(' '))
+			text.pop_back();
+	}
+
+	/// Whether two texts have the same characters, and the same between their parts but for blanks.
+	static bool SaysTheSame(const ElementBase& saved, const ElementBase& loaded)
+	{
+		for (const bool joinsBlanks : {false, true})
+		{
+			std::string a;
+			std::string b;
+			AppendRuns(a, saved, joinsBlanks);
+			AppendRuns(b, loaded, joinsBlanks);
+			if (a == b)
+				return true;
+		}
+		return false;
+	}
+
+	/// The characters of runs that stand side by side, without blanks; `at` goes on to what is behind them.
+	std::string TakeRuns(const HierarchyObject*& at) const
+	{
+		std::string characters;
+		for (at = SkipUnwritten(at); at != nullptr; at = SkipUnwritten(at->NextSibling()))
+		{
+			const ElementBase* const element = AsElement(const_cast<HierarchyObject*>(at));
+			if (element == nullptr || ClassKindOf(*element) != Kind::textRun)
+				break;
+			const String own = OwnTextOf(*element);
+			std::ranges::copy_if(own.View(), std::back_inserter(characters), [](char c) { return c != ' '; });
+		}
+		return characters;
 	}
 
 	/// A run without characters is not written.
