@@ -118,7 +118,9 @@ void TreeWriter::EditChildren(std::uint32_t record, const ElementBase& element)
 		return;
 	}
 	const std::vector<Child> children = ListChildren(record, element);
-	const bool isInText = IsInText(element);
+	// The line breaks of a description belong to its text.
+	const bool isDescription = ClassKindOf(element) != Kind::use && !OwnTextOf(element).IsEmpty();
+	const bool isInText = IsInText(element) || isDescription;
 	_needsCheck |= isInText;
 	_areSheetsSure = _areSheetsSure && _request.asksSheets && !Sheets().LookAround();
 	std::size_t next = 0;
