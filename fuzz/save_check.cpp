@@ -276,25 +276,20 @@ bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t n
 
 namespace
 {
-/// What percentages add to a transform depends on the viewport, whose size may have been edited, and which may be
-/// another when the file is read; those of a transform that has been replaced since say nothing, and are not saved.
-Matrix2d WithoutPercentages(Matrix2d transform, const DataDictionary& attributes)
+/// Blanks on both sides of an element that is gone are one when they are loaded again, and none at the ends of a text.
+std::string WithSingleBlanks(const String& characters)
 {
-	const auto* values =
-		attributes.Find<BaseArray<Float>>(static_cast<std::int32_t>(SVGImportAttribute::transformPercentages));
-	if (values == nullptr || transform.offset != Vector2d{(*values)[6], (*values)[7]})
-		return transform;
-	const BaseArray<Float>& v = *values;
-	const auto round = [](double value)
+	std::string text;
+	for (const char c : characters.View())
 	{
-		return std::round(value * 1e6) / 1e6 + 0.0;
-	};
-	transform.offset = {round(transform.offset.x - v[0] * v[4] - v[2] * v[5]),
-						round(transform.offset.y - v[1] * v[4] - v[3] * v[5])};
-	return transform;
+		if (c != ' ' || !(text.empty() || text.back() == ' '))
+			text += c;
+	}
+	while (text.ends_with(' '))
+		text.pop_back();
+	return text;
 }
 
-/// Blanks on both sides of an element that is gone are one when they are loaded again.
 std::string WithoutBlanks(const String& characters)
 {
 	std::string text(characters.View());
@@ -303,13 +298,21 @@ std::string WithoutBlanks(const String& characters)
 }
 } // namespace
 
-std::string DescribeSaved(const SVGElementRef& element)
+bool MovesByPercentages(const SVGElementRef& root)
+{
+	return std::ranges::any_of(
+		ListElements(root), [](const SVGElementRef& element)
+		{ return element->GetAttributeDictionary().Has(static_cast<int>(SVGImportAttribute::transformPercentages)); });
+}
+
+std::string DescribeSaved(const SVGElementRef& element, bool hasTransforms)
 {
 	std::string text = element->GetClassId();
 	Values values(text);
 	values.Add(element->GetId());
 	const DataDictionary attributes = element->GetAttributeDictionary();
-	values.Add(WithoutPercentages(element->GetLocalTransform(), attributes));
+	if (hasTransforms)
+		values.Add(element->GetLocalTransform());
 	for (const DataDictionary::Entry& entry : attributes)
 	{
 		if (entry.key == static_cast<std::int32_t>(SVGImportAttribute::transformPercentages))
@@ -330,7 +333,7 @@ std::string DescribeSaved(const SVGElementRef& element)
 	if (const auto use = Cast<SVGUseElementInterface>(element))
 		values.Add(use->GetLink());
 	if (const auto content = Cast<SVGTextElementInterface>(element))
-		values.Add(std::string_view(WithoutBlanks(content->GetText())));
+		values.Add(std::string_view(WithSingleBlanks(content->GetText())));
 	if (const auto description = Cast<SVGDescriptionInterface>(element))
 		values.Add(description->GetText());
 	text += "(\n";
@@ -340,7 +343,7 @@ std::string DescribeSaved(const SVGElementRef& element)
 		if (const auto run = Cast<SVGTextRunInterface>(child))
 			text += WithoutBlanks(run->GetText());
 		else
-			text += DescribeSaved(Cast<SVGElementInterface>(child));
+			text += DescribeSaved(Cast<SVGElementInterface>(child), hasTransforms);
 	}
 	return text + ")\n";
 }

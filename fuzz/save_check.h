@@ -34,8 +34,12 @@ SVGDocumentRef OpenForEditing(std::string_view bytes, bool isComplete = true);
 /// Does one edit to an element that a number picks. False when there is no element that it can be done to.
 bool EditDocument(const SVGDocumentRef& document, EditKind kind, std::uint64_t number);
 
-/// What a tree says: equal texts mean equal trees.
-std::string DescribeSaved(const SVGElementRef& root);
+/// Whether something in a tree is moved by percentages. What these come to depends on a viewport, which may have been
+/// edited, and where they are written anew it is all that is left of them.
+bool MovesByPercentages(const SVGElementRef& root);
+
+/// What a tree says: equal texts mean equal trees, but for transforms where these are left out.
+std::string DescribeSaved(const SVGElementRef& root, bool hasTransforms = true);
 
 /// The bytes that are saved; the empty text, and the reason, when that is refused.
 std::string Save(const SVGDocumentRef& document, std::string* reason = nullptr);

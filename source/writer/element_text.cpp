@@ -145,7 +145,8 @@ Result<SVGElementRef> ReadIntoNew(const Rule& rule, Tag tag, std::string_view te
 	ElementBase& element = *ElementOf(reference);
 	const SVGImportOptions options;
 	complete::Importer importer(options);
-	if (ORVAN_TRY(importer.Read({importer, element, tag, rule, text, source})) != complete::Reading::applied)
+	const Rule& read = source == grammar::Source::attribute ? rule : *complete::PropertyOf(rule);
+	if (ORVAN_TRY(importer.Read({importer, element, tag, read, text, source})) != complete::Reading::applied)
 		return SVGElementRef();
 	return reference;
 }

@@ -304,7 +304,8 @@ SVGElementRef SourceSheets::Read(const css::Declaration& declaration, const comp
 SourceSheets::Saying SourceSheets::Find(std::uint32_t record, complete::Tag tag, const complete::Rule& rule)
 {
 	Saying saying = Saying::nothing;
-	if (!_cascade || !complete::IsProperty(rule))
+	const complete::Rule* const property = complete::PropertyOf(rule);
+	if (!_cascade || property == nullptr)
 		return saying;
 	for (const css::Declaration* declaration : _cascade->Collect(_view->ElementAt(record)))
 	{
@@ -312,7 +313,7 @@ SourceSheets::Saying SourceSheets::Find(std::uint32_t record, complete::Tag tag,
 			rule.number == SVGImportAttribute::transform && complete::SingleTransforms::IsName(declaration->name);
 		_isSure = _isSure && !declaration->isCustom && !isSingle && declaration->name != "all";
 		if (declaration->name != "all" &&
-			SayingOf(*declaration, WrittenAs(rule.number)) != StyleEditor::Saying::nothing &&
+			SayingOf(*declaration, WrittenAs(property->number)) != StyleEditor::Saying::nothing &&
 			Read(*declaration, *complete::FindRule(declaration->name), tag))
 			saying = declaration->isImportant ? Saying::important : std::max(saying, Saying::something);
 	}
@@ -339,10 +340,10 @@ std::vector<ForcedProperty> SourceSheets::FindDifferences(const ElementBase& ele
 				  !complete::SingleTransforms::IsName(declaration->name);
 		if (rule == nullptr || !complete::IsProperty(*rule))
 			continue;
-		const complete::Rule* const written = FindWritingRule(WrittenAs(rule->number));
+		const complete::Rule* const written = FindWritingRule(WrittenAs(complete::KeptAs(*rule, tag)));
 		// What a shorthand says, and what is taken from the parent, is the import's to read.
 		_isSure = _isSure && written != nullptr &&
-				  SayingOf(*declaration, written->number) == StyleEditor::Saying::byItself &&
+				  SayingOf(*declaration, WrittenAs(rule->number)) == StyleEditor::Saying::byItself &&
 				  !MayMention(declaration->value, "inherit");
 		const SVGElementRef read = _isSure ? Read(*declaration, *rule, tag) : SVGElementRef();
 		if (!read)

@@ -135,7 +135,7 @@ private:
 			text.pop_back();
 	}
 
-	/// Whether two texts have the same characters, and the same between their parts but for blanks.
+	/// Whether two texts have the same characters, or the same but for blanks that meet.
 	static bool SaysTheSame(const ElementBase& saved, const ElementBase& loaded)
 	{
 		for (const bool joinsBlanks : {false, true})
@@ -249,7 +249,7 @@ private:
 	void Force(const ElementBase& element, const Rule& rule)
 	{
 		const std::string difference = "has another value of \"" + std::string(rule.name) + '"';
-		if (!complete::IsProperty(rule))
+		if (complete::PropertyOf(rule) == nullptr)
 			Fail(element, difference);
 		std::vector<ForcedProperty>& properties = _forced[&element];
 		const Number number = WrittenAs(rule.number);

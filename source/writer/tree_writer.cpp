@@ -274,10 +274,7 @@ void TreeWriter::EditStartTag(std::uint32_t record, const ElementBase& element)
 			forced == nullptr ? ForceAgainstSheets(record, name, *rule) : std::nullopt;
 		if (rule->number == Number::transform && _source->isComplete && tag.Has("style"))
 			tag.Style().RemoveSingleTransforms(); // The tree's transform is all that there is.
-		if (rule->number == Number::gradientTransform || rule->number == Number::patternTransform)
-			EditServerTransform(tag, record, element, name, *rule, forced);
-		else
-			EditAttribute(tag, element, name, *rule, asked ? &*asked : forced);
+		EditAttribute(tag, element, name, *rule, asked ? &*asked : forced);
 		_needsCheck |= ReachesBelow(element, *rule);
 	}
 	EditOverrides(tag, element, name, changes);
@@ -342,36 +339,16 @@ void TreeWriter::EditAttribute(StartTagEditor& tag, const ElementBase& element, 
 		SetAttribute(tag, element, name, rule, forced, exact);
 }
 
-/// The transform of a gradient or a pattern is an attribute of its own name, and the property "transform" of styles and
-/// sheets, which counts before it.
-void TreeWriter::EditServerTransform(StartTagEditor& tag, std::uint32_t record, const ElementBase& element, Tag name,
-									 const Rule& rule, const ForcedProperty* forced)
-{
-	const Rule& property = *FindRule("transform");
-	const std::optional<ForcedProperty> asked = ForceAgainstSheets(record, name, property);
-	if (_source->isComplete && tag.Has("style"))
-		tag.Style().Remove(property);
-	if (forced == nullptr && asked)
-		forced = &*asked;
-	const bool isSaid = tag.Has("style") && tag.Style().Find(property.number) != StyleEditor::Saying::nothing;
-	if (forced == nullptr && !isSaid)
-		return EditAttribute(tag, element, name, rule, nullptr);
-	RemoveAttribute(tag, rule, nullptr);
-	std::string text;
-	if (FormatAttribute(text, element, AttributesOf(element), rule, name, StyleFor(true)) != Formatted::text)
-		text = "unset";
-	tag.Style().Set(property, text, forced != nullptr && forced->isImportant);
-}
-
 void TreeWriter::RemoveAttribute(StartTagEditor& tag, const Rule& rule, const ForcedProperty* forced)
 {
 	for (const std::string& name : NamesOf(tag, rule))
 		tag.Remove(name);
-	if (complete::IsProperty(rule) && tag.Has("style") &&
-		tag.Style().Find(WrittenAs(rule.number)) != StyleEditor::Saying::nothing)
-		tag.Style().Remove(rule);
+	const Rule* const property = complete::PropertyOf(rule);
+	if (property != nullptr && tag.Has("style") &&
+		tag.Style().Find(WrittenAs(property->number)) != StyleEditor::Saying::nothing)
+		tag.Style().Remove(*property);
 	if (forced != nullptr)
-		tag.Style().Set(rule, "unset", forced->isImportant);
+		tag.Style().Set(*property, "unset", forced->isImportant);
 }
 
 /// A text must read back as the value that it was made of, unless it was meant to be shorter. `exact` is that value.
@@ -409,10 +386,11 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 						Describe(element, name) + '.');
 	}
 	const std::vector<std::string> names = NamesOf(tag, rule);
-	const bool isProperty = complete::IsProperty(rule);
+	const Rule* const property = complete::PropertyOf(rule);
 	const bool isInStyle =
-		isProperty && (forced != nullptr || rule.role == complete::Role::declaration ||
-					   (tag.Has("style") && tag.Style().Find(WrittenAs(rule.number)) != StyleEditor::Saying::nothing));
+		property != nullptr &&
+		(forced != nullptr || rule.role == complete::Role::declaration ||
+		 (tag.Has("style") && tag.Style().Find(WrittenAs(property->number)) != StyleEditor::Saying::nothing));
 	// What the client wrote stands as it was written while it says what the tree says.
 	std::string_view given;
 	for (const SourceOverride& entry : _source->overrides)
@@ -428,7 +406,7 @@ void TreeWriter::SetAttribute(StartTagEditor& tag, const ElementBase& element, T
 	{
 		const std::string text = given.empty() ? Format(element, name, rule, true) : std::string(given);
 		CheckReads(element, name, rule, text, true, exact);
-		tag.Style().Set(rule, text, forced != nullptr && forced->isImportant);
+		tag.Style().Set(*property, text, forced != nullptr && forced->isImportant);
 		// To the plain import the later one counts, so both say the same.
 		if (_source->isComplete || names.empty())
 			return;

@@ -92,8 +92,6 @@ private:
 					   const ForcedProperty* forced);
 	void SetAttribute(StartTagEditor& tag, const ElementBase& element, complete::Tag name, const complete::Rule& rule,
 					  const ForcedProperty* forced, std::string_view exact);
-	void EditServerTransform(StartTagEditor& tag, std::uint32_t record, const ElementBase& element, complete::Tag name,
-							 const complete::Rule& rule, const ForcedProperty* forced);
 	void RemoveAttribute(StartTagEditor& tag, const complete::Rule& rule, const ForcedProperty* forced);
 	std::vector<const complete::Rule*> ListChanges(std::uint32_t record, const ElementBase& element,
 												   complete::Tag name) const;

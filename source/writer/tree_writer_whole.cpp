@@ -120,7 +120,8 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 		const ForcedProperty* const forced = FindForced(allForced, *rule);
 		if (forced != nullptr || rule->role == complete::Role::declaration)
 		{
-			style.Set(*rule, Format(element, name, *rule, true), forced != nullptr && forced->isImportant);
+			style.Set(*complete::PropertyOf(*rule), Format(element, name, *rule, true),
+					  forced != nullptr && forced->isImportant);
 			continue;
 		}
 		if (rule->number == Number::display && exact == "inline")
@@ -148,7 +149,7 @@ void TreeWriter::WriteAttributes(std::string& text, const ElementBase& element, 
 		const Rule& rule = *FindWritingRule(property.number);
 		if (std::string none;
 			FormatAttribute(none, element, AttributesOf(element), rule, name, {}) == Formatted::absent)
-			style.Set(rule, "unset", property.isImportant);
+			style.Set(*complete::PropertyOf(rule), "unset", property.isImportant);
 	}
 	if (!style.IsBlank())
 		add("style", style.GetText());

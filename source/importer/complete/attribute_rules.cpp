@@ -327,6 +327,22 @@ std::span<const SVGImportAttribute> AlsoSetBy(const Rule& rule) noexcept
 	return FindRow(kAlsoSet, rule.name);
 }
 
+const Rule* PropertyOf(const Rule& rule) noexcept
+{
+	if (rule.number == Number::gradientTransform || rule.number == Number::patternTransform)
+		return FindRule("transform");
+	return IsProperty(rule) ? &rule : nullptr;
+}
+
+Number KeptAs(const Rule& property, Tag tag) noexcept
+{
+	if (property.number != Number::transform)
+		return property.number;
+	if (kGradients.Has(tag))
+		return Number::gradientTransform;
+	return tag == TagOf(SVGImportElementKind::pattern) ? Number::patternTransform : Number::transform;
+}
+
 std::span<const Rule> AllRules() noexcept
 {
 	return kRules;

@@ -92,6 +92,13 @@ std::span<const SVGImportAttribute> LonghandsOf(const Rule& rule) noexcept;
 /// what of the masks counts and how they are joined. Empty for most; not for other names of the same property.
 std::span<const SVGImportAttribute> AlsoSetBy(const Rule& rule) noexcept;
 
+/// The property by which styles and sheets say what an attribute says: its own rule for most, "transform" for the
+/// transforms of gradients and patterns, null where CSS has no word for it.
+const Rule* PropertyOf(const Rule& rule) noexcept;
+
+/// The attribute that keeps what a property says on elements of a tag: the other way round.
+SVGImportAttribute KeptAs(const Rule& property, Tag tag) noexcept;
+
 inline bool IsShorthand(const Rule& rule) noexcept
 {
 	return LonghandsOf(rule).size() > 1;

@@ -48,16 +48,6 @@ Result<Reading> ReadPath(const Application& application, std::string_view data)
 	return ReadingOf(application, progress);
 }
 
-/// The attribute that is the transform of a gradient or pattern, whose own name for the property it is; unknown for all
-/// other elements.
-SVGImportAttribute GetPaintServerTransform(Tag tag) noexcept
-{
-	using Kind = SVGImportElementKind;
-	if (TagSet{Kind::linearGradient, Kind::radialGradient}.Has(tag))
-		return SVGImportAttribute::gradientTransform;
-	return tag == TagOf(Kind::pattern) ? SVGImportAttribute::patternTransform : SVGImportAttribute::unknown;
-}
-
 } // namespace
 
 Result<Reading> ReadPathData(const Application& application)
@@ -114,8 +104,8 @@ Result<Reading> ReadTransform(const Application& application)
 			return Reading::refused;
 		matrix = transform.For(viewport.x, viewport.y);
 	}
-	const auto key = GetPaintServerTransform(application.tag);
-	if (key == SVGImportAttribute::unknown)
+	const SVGImportAttribute key = KeptAs(application.rule, application.tag);
+	if (key == SVGImportAttribute::transform)
 	{
 		ORVAN_TRY(application.element.SetLocalTransform(ToMatrix(matrix)));
 		// An attribute has none, and comes first.
@@ -135,8 +125,8 @@ Result<void> ResetTransform(const Application& application, const ElementBase* o
 	constexpr auto kPercentages = SVGImportAttribute::transformPercentages;
 	ElementBase& element = application.element;
 	const Matrix2d transform = other != nullptr ? other->GetLocalTransform() : Matrix2d();
-	const auto key = GetPaintServerTransform(application.tag);
-	if (key != SVGImportAttribute::unknown)
+	const SVGImportAttribute key = KeptAs(application.rule, application.tag);
+	if (key != SVGImportAttribute::transform)
 		return other != nullptr ? element.Store(key, transform) : element.Unset(key);
 	ORVAN_TRY(element.SetLocalTransform(transform));
 	if (other == nullptr || !other->HasAttribute(kPercentages))
