@@ -5,8 +5,6 @@
 #include "geometry_module.h"
 #include "svg_source.h"
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 
 namespace orvan

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// The corpus: small pictures, and beside each all answers about it; see corpus/README.md.
 #include "corpus_answers.h"
+#include "support/corpus_files.h"
 #include "svg_edit.h"
 
 namespace orvan
@@ -9,12 +10,7 @@ namespace
 {
 
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path)
-{
-	std::ifstream file(path, std::ios::binary);
-	return {std::istreambuf_iterator<char>(file), {}};
-}
+using test::ReadFile;
 
 /// Of two texts the lines that differ, where numbers may be a millionth off.
 std::string FindDifference(const std::string& expected, const std::string& found)
@@ -60,19 +56,6 @@ std::string FindDifference(const std::string& expected, const std::string& found
 	return "";
 }
 
-/// What is named here has a picture beside it, or one of that name among those of the renderer.
-std::vector<std::string> Names()
-{
-	std::vector<std::string> names;
-	for (const fs::directory_entry& entry : fs::directory_iterator(ORVAN_GEOMETRY_CORPUS))
-	{
-		if (entry.path().extension() == ".txt")
-			names.push_back(entry.path().stem());
-	}
-	std::sort(names.begin(), names.end());
-	return names;
-}
-
 class AnswerCorpus : public GeometryTest, public testing::WithParamInterface<std::string>
 {
 protected:
@@ -97,9 +80,10 @@ TEST_P(AnswerCorpus, IsAnsweredAsItWas)
 	CorpusAnswers answers = Open();
 	const std::string found = answers.AskAll(Ask(answers));
 	const fs::path file = fs::path(ORVAN_GEOMETRY_CORPUS) / (GetParam() + ".txt");
+	const std::string stored = ReadFile(file);
 	if (std::getenv("ORVAN_REWRITE_CORPUS") != nullptr)
 		std::ofstream(file, std::ios::binary) << found;
-	EXPECT_EQ("", FindDifference(ReadFile(file), found));
+	EXPECT_EQ("", FindDifference(stored, found));
 }
 
 /// Elements are edited, moved and taken out one after the other. What is patched then must answer as what is new does.
@@ -153,14 +137,8 @@ TEST_P(AnswerCorpus, IsAnsweredAfterEditsAsAnew)
 	}
 }
 
-std::string TestName(const testing::TestParamInfo<std::string>& test)
-{
-	std::string name = test.param;
-	std::replace(name.begin(), name.end(), '-', '_');
-	return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, AnswerCorpus, testing::ValuesIn(Names()), TestName);
+INSTANTIATE_TEST_SUITE_P(Files, AnswerCorpus, testing::ValuesIn(test::NamesIn(ORVAN_GEOMETRY_CORPUS, ".txt")),
+						 test::TestNameOf);
 
 } // namespace
 } // namespace orvan

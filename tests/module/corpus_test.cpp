@@ -3,6 +3,7 @@
 /// (`.json`: the ids in order, and the root), or what is said about it when it is refused (`.error.txt`). Those of the
 /// complete import, which is tolerant here, may have findings (`.findings.txt`).
 #include "program/program_run.h"
+#include "support/corpus_files.h"
 #include "support/svg_module.h"
 
 #include <nlohmann/json.hpp>
@@ -14,24 +15,7 @@ namespace
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-
-std::string ReadFile(const fs::path& path)
-{
-	std::ifstream file(path, std::ios::binary);
-	return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> FileNames(const fs::path& folder)
-{
-	std::vector<std::string> names;
-	for (const fs::directory_entry& entry : fs::directory_iterator(folder))
-	{
-		if (entry.path().extension() == ".svg")
-			names.push_back(entry.path().stem());
-	}
-	std::sort(names.begin(), names.end());
-	return names;
-}
+using test::ReadFile;
 
 class Corpus : public SvgModuleTest, public testing::WithParamInterface<std::string>
 {
@@ -84,16 +68,10 @@ TEST_P(CompleteCorpus, IsReadAsABrowserReadsIt)
 	EXPECT_EQ(ReadFile(base.string() + ".findings.txt"), CompareTree({"--complete", "--tolerant"}, base));
 }
 
-std::string TestName(const testing::TestParamInfo<std::string>& test)
-{
-	std::string name = test.param;
-	std::replace(name.begin(), name.end(), '-', '_');
-	return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(FileNames(ORVAN_CORPUS)), TestName);
-INSTANTIATE_TEST_SUITE_P(Files, CompleteCorpus, testing::ValuesIn(FileNames(fs::path(ORVAN_CORPUS) / "complete")),
-						 TestName);
+INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(test::NamesIn(ORVAN_CORPUS, ".svg")), test::TestNameOf);
+INSTANTIATE_TEST_SUITE_P(Files, CompleteCorpus,
+						 testing::ValuesIn(test::NamesIn(fs::path(ORVAN_CORPUS) / "complete", ".svg")),
+						 test::TestNameOf);
 
 } // namespace
 } // namespace orvan

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// The corpus of edits: texts, what is done to them, and what must be saved then; see corpus/edits/README.md.
 #include "saving.h"
+#include "support/corpus_files.h"
 #include "svg_edit.h"
 
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 namespace orvan
@@ -13,12 +12,7 @@ namespace
 {
 
 namespace fs = std::filesystem;
-
-std::string ReadFile(const fs::path& path)
-{
-	std::ifstream file(path, std::ios::binary);
-	return {std::istreambuf_iterator<char>(file), {}};
-}
+using test::ReadFile;
 
 /// Bytes as visible characters: "\x0d" for what is none.
 std::string Show(std::string_view bytes)
@@ -57,18 +51,6 @@ std::vector<std::string> Split(const std::string& text, const std::string& separ
 			return parts;
 		at = end + separator.size();
 	}
-}
-
-std::vector<std::string> Names()
-{
-	std::vector<std::string> names;
-	for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(ORVAN_CORPUS) / "edits"))
-	{
-		if (entry.path().extension() == ".txt")
-			names.push_back(entry.path().stem());
-	}
-	std::sort(names.begin(), names.end());
-	return names;
 }
 
 class EditCorpus : public Saving, public testing::WithParamInterface<std::string>
@@ -231,13 +213,8 @@ TEST_P(EditCorpus, IsSavedAsItWas)
 	EXPECT_EQ(stored, found);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, EditCorpus, testing::ValuesIn(Names()),
-						 [](const testing::TestParamInfo<std::string>& test)
-						 {
-							 std::string name = test.param;
-							 std::replace(name.begin(), name.end(), '-', '_');
-							 return name;
-						 });
+INSTANTIATE_TEST_SUITE_P(Files, EditCorpus, testing::ValuesIn(test::NamesIn(fs::path(ORVAN_CORPUS) / "edits", ".txt")),
+						 test::TestNameOf);
 
 } // namespace
 } // namespace orvan
