@@ -75,7 +75,7 @@ Result<BaseArray<char>> NormalizeFamilies(std::string_view families) noexcept
 	// What is not there is replaced by what browsers take, unless the list names a kind of fonts.
 	if (!NamesKind({result.begin(), result.GetCount()}))
 	{
-		constexpr std::string_view kStandard = ",Times New Roman,serif";
+		constexpr std::string_view kStandard = ",Times New Roman,sans-serif";
 		const std::string_view last = kStandard.substr(result.IsEmpty() ? 1 : 0);
 		ORVAN_TRY(result.AppendAll(last.data(), last.size()));
 	}
