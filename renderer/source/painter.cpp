@@ -14,6 +14,7 @@
 
 #include <array>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 namespace orvan::cairo
@@ -131,25 +132,43 @@ Result<void> Painter::PaintPath(const Frame& frame, const Outline& outline, cons
 		if (!std::exchange(isPathSet, true))
 			SetPath(drawing, outline, frame.place.transform);
 	};
+	// Calls `paint` where something is left to paint with the drawing library.
+	const auto paintRest = [&](const Remainder& rest, auto paint)
+	{
+		if (rest.IsNothing())
+			return;
+		std::optional<SavedDrawing> saved;
+		if (!rest.IsEverything())
+		{
+			saved.emplace(_canvas);
+			rest.ClipTo(_canvas);
+			isPathSet = false;
+		}
+		setPath();
+		paint();
+	};
+	const bool isSoft = antialias == CAIRO_ANTIALIAS_DEFAULT;
 	for (const Part part : GetOrder(style))
 	{
 		if (part == Part::fill && HasFill(style) && ORVAN_TRY(SetFill(frame, outline, opacity)))
 		{
-			const bool isPlain = antialias == CAIRO_ANTIALIAS_DEFAULT;
-			if (isPlain && FillPlainly(_canvas, outline, frame.place.transform, bounds, style.fillRule))
-				continue;
-			setPath();
-			cairo_set_fill_rule(drawing, ToCairo(style.fillRule));
-			cairo_fill_preserve(drawing);
+			const Matrix2d& transform = frame.place.transform;
+			paintRest(isSoft ? FillPlainly(_canvas, outline, transform, bounds, style.fillRule) : Remainder(),
+					  [&]
+					  {
+						  cairo_set_fill_rule(drawing, ToCairo(style.fillRule));
+						  cairo_fill_preserve(drawing);
+					  });
 		}
 		else if (part == Part::stroke && HasStroke(frame.place) && ORVAN_TRY(SetStroke(frame, outline, opacity)))
 		{
 			const Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, bounds);
-			if (antialias == CAIRO_ANTIALIAS_DEFAULT && StrokePlainly(_canvas, frame, outline, painted))
-				continue;
-			setPath();
-			StrokePath(_canvas, frame, GetDashScale(frame, outline));
-			isPathSet = false;
+			paintRest(isSoft ? StrokePlainly(_canvas, frame, outline, painted) : Remainder(),
+					  [&]
+					  {
+						  StrokePath(_canvas, frame, GetDashScale(frame, outline));
+						  isPathSet = false;
+					  });
 		}
 		else if (part == Part::markers && HasMarkers(frame))
 		{

@@ -118,9 +118,10 @@ std::uint32_t ToPixel(double red, double green, double blue, double alpha) noexc
 	return channel(alpha) << 24 | channel(red * alpha) << 16 | channel(green * alpha) << 8 | channel(blue * alpha);
 }
 
-void FillWithColor(Rasterizer& rasterizer, const Target& target, SVGFillRule rule, std::uint32_t color) noexcept
+void FillWithColor(Rasterizer& rasterizer, const Target& target, SVGFillRule rule, const BaseArray<Rows>& leftOut,
+				   std::uint32_t color) noexcept
 {
-	rasterizer.Sweep(rule,
+	rasterizer.Sweep(rule, leftOut,
 					 [&](int y, int start, int end, int coverage)
 					 {
 						 auto* const row = reinterpret_cast<std::uint32_t*>(target.data + y * target.stride);
@@ -137,12 +138,12 @@ void FillWithColor(Rasterizer& rasterizer, const Target& target, SVGFillRule rul
 					 });
 }
 
-void FillWithGradient(Rasterizer& rasterizer, const Target& target, SVGFillRule rule,
+void FillWithGradient(Rasterizer& rasterizer, const Target& target, SVGFillRule rule, const BaseArray<Rows>& leftOut,
 					  const GradientPixels& gradient) noexcept
 {
 	const int left = static_cast<int>(target.left);
 	const int top = static_cast<int>(target.top);
-	rasterizer.Sweep(rule,
+	rasterizer.Sweep(rule, leftOut,
 					 [&](int y, int start, int end, int coverage)
 					 {
 						 auto* const row = reinterpret_cast<std::uint32_t*>(target.data + y * target.stride) - left;
@@ -159,13 +160,14 @@ void FillWithGradient(Rasterizer& rasterizer, const Target& target, SVGFillRule 
 }
 
 /// Fills with a source of the drawing library's, through a mask of the coverage. False when there is no memory.
-bool FillThroughMask(cairo_t* drawing, Rasterizer& rasterizer, const Target& target, SVGFillRule rule) noexcept
+bool FillThroughMask(cairo_t* drawing, Rasterizer& rasterizer, const Target& target, SVGFillRule rule,
+					 const BaseArray<Rows>& leftOut) noexcept
 {
 	const SurfacePtr mask(cairo_image_surface_create(CAIRO_FORMAT_A8, target.width, target.height));
 	const bool isMade = cairo_surface_status(mask.get()) == CAIRO_STATUS_SUCCESS;
 	unsigned char* const data = isMade ? cairo_image_surface_get_data(mask.get()) : nullptr;
 	const std::ptrdiff_t stride = cairo_image_surface_get_stride(mask.get());
-	rasterizer.Sweep(rule,
+	rasterizer.Sweep(rule, leftOut,
 					 [&](int y, int start, int end, int coverage)
 					 {
 						 if (data != nullptr)
@@ -181,22 +183,29 @@ bool FillThroughMask(cairo_t* drawing, Rasterizer& rasterizer, const Target& tar
 
 /// Paints what `add` adds to a rasterizer; it gets the transform from the picture's coordinates to the rasterizer's.
 template <typename Add>
-bool PaintPlainly(const Canvas& canvas, const Rectangle& bounds, SVGFillRule rule, Add add) noexcept
+Remainder PaintPlainly(const Canvas& canvas, const Rectangle& bounds, SVGFillRule rule, Lines lines, Add add) noexcept
 {
+	Remainder remainder;
 	cairo_t* const drawing = canvas.drawing;
 	const bool isNear =
 		bounds.left > -kFarthest && bounds.top > -kFarthest && bounds.right < kFarthest && bounds.bottom < kFarthest;
 	if (canvas.job.rasterizer == nullptr || !isNear)
-		return false;
+		return remainder;
 	const auto target = GetTarget(drawing, bounds);
 	if (!target)
-		return false;
+		return remainder;
+	BaseArray<Rows> mixed;
 	if (target->width == 0 || target->height == 0)
-		return true;
+	{
+		remainder.Set(std::move(mixed), 0.0, 0.0, 0.0);
+		return remainder;
+	}
 	Rasterizer& rasterizer = *canvas.job.rasterizer;
 	if (!rasterizer.Prepare(target->width, target->height))
-		return false;
+		return remainder;
 	add(rasterizer, Translation(-target->left, -target->top));
+	if (!rasterizer.FindMixedRows(rule, lines, mixed))
+		mixed.Clear();
 	cairo_pattern_t* const source = cairo_get_source(drawing);
 	double red = 0.0;
 	double green = 0.0;
@@ -204,37 +213,49 @@ bool PaintPlainly(const Canvas& canvas, const Rectangle& bounds, SVGFillRule rul
 	double alpha = 0.0;
 	GradientPixels gradient;
 	if (cairo_pattern_get_rgba(source, &red, &green, &blue, &alpha) == CAIRO_STATUS_SUCCESS)
-		FillWithColor(rasterizer, *target, rule, ToPixel(red, green, blue, alpha));
+		FillWithColor(rasterizer, *target, rule, mixed, ToPixel(red, green, blue, alpha));
 	else if (gradient.Read(source, static_cast<double>(target->width) * target->height))
-		FillWithGradient(rasterizer, *target, rule, gradient);
-	else
-		return FillThroughMask(drawing, rasterizer, *target, rule);
+		FillWithGradient(rasterizer, *target, rule, mixed, gradient);
+	else if (!FillThroughMask(drawing, rasterizer, *target, rule, mixed))
+		return remainder;
 	cairo_surface_mark_dirty(target->surface);
-	return true;
+	remainder.Set(std::move(mixed), target->left, target->left + target->width, target->top);
+	return remainder;
 }
 
 } // namespace
 
-bool FillPlainly(const Canvas& canvas, const Outline& outline, const Matrix2d& transform, const Rectangle& bounds,
-				 SVGFillRule rule) noexcept
+void Remainder::ClipTo(const Canvas& canvas) const noexcept
 {
-	return PaintPlainly(canvas, bounds, rule,
+	if (_isEverything)
+		return;
+	cairo_new_path(canvas.drawing);
+	for (const Rows& rows : _rows)
+		cairo_rectangle(canvas.drawing, _left, _top + rows.top, _right - _left, rows.bottom - rows.top);
+	cairo_clip(canvas.drawing);
+}
+
+Remainder FillPlainly(const Canvas& canvas, const Outline& outline, const Matrix2d& transform, const Rectangle& bounds,
+					  SVGFillRule rule) noexcept
+{
+	return PaintPlainly(canvas, bounds, rule, Lines::outline,
 						[&](Rasterizer& rasterizer, const Matrix2d& toArea)
 						{ rasterizer.Add(outline, toArea * transform); });
 }
 
-bool StrokePlainly(const Canvas& canvas, const Frame& frame, const Outline& outline, const Rectangle& bounds) noexcept
+Remainder StrokePlainly(const Canvas& canvas, const Frame& frame, const Outline& outline,
+						const Rectangle& bounds) noexcept
 {
 	const Place& place = frame.place;
 	const Style& style = place.style;
 	if (style.dashes != nullptr && !style.dashes->IsEmpty())
-		return false;
+		return {};
 	const double unit = canvas.job.scene.unit;
 	const bool isUnscaled = IsStrokeUnscaled(frame);
 	const Matrix2d toPixels = isUnscaled ? Scaling(unit, unit) : place.transform;
 	const Matrix2d toPen = isUnscaled ? Scaling(1.0 / unit, 1.0 / unit) * place.transform : Matrix2d();
 	const Pen pen{GetStrokeWidth(place) / 2.0, style.lineCap, style.lineJoin, std::max(style.miterLimit, 1.0)};
-	return PaintPlainly(canvas, bounds, SVGFillRule::nonzero,
+	return PaintPlainly(canvas, bounds, SVGFillRule::nonzero, Lines::stroke,
 						[&](Rasterizer& rasterizer, const Matrix2d& toArea)
 						{ Stroker(rasterizer, pen, toArea * toPixels, canvas.job.scene.limits).Add(outline, toPen); });
 }

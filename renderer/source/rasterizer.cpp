@@ -14,6 +14,7 @@ bool Rasterizer::Prepare(int width, int height) noexcept
 	_height = height;
 	_top = height;
 	_bottom = 0;
+	_length = 0.0;
 	_stride = static_cast<std::size_t>(width) + 1;
 	_words = _stride / 64 + 1;
 	const std::size_t cellCount = _stride * static_cast<std::size_t>(height);
@@ -110,6 +111,7 @@ void Rasterizer::AddLine(const Vector2d& from, const Vector2d& to) noexcept
 	_top = std::min(_top, firstRow);
 	_bottom = std::max(_bottom, lastRow);
 	const bool isInside = least >= 0.0 && most <= _width;
+	_length += (bottom - y) * (1.0 + std::abs(slope));
 	for (int row = firstRow; row < lastRow; row++)
 	{
 		const double nextY = std::min(row + 1.0, bottom);
@@ -182,6 +184,65 @@ void Rasterizer::AddPiece(int y, float change, float left, float right) noexcept
 		AddCell(y, last - 1, change * (1.0f - before - lastArea));
 	}
 	AddCell(y, last, change * lastArea);
+}
+
+bool Rasterizer::FindMixedRows(SVGFillRule rule, Lines lines, BaseArray<Rows>& rows) const noexcept
+{
+	if (lines == Lines::stroke)
+		return !IsDense() || rows.Append({_top, _bottom}).IsOk();
+	for (int y = _top; y < _bottom; y++)
+	{
+		if (!IsMixed(y, rule))
+			continue;
+		// Areas that end together in one row often begin or end in the rows beside it, too.
+		const Rows found{std::max(y - 1, _top), std::min(y + 2, _bottom)};
+		if (!rows.IsEmpty() && (rows.end() - 1)->bottom >= found.top)
+			(rows.end() - 1)->bottom = found.bottom;
+		else if (!rows.Append(found).IsOk())
+			return false;
+	}
+	return true;
+}
+
+/// Whether several ends of areas lie between two stretches of pixels without any.
+bool Rasterizer::IsMixed(int y, SVGFillRule rule) const noexcept
+{
+	constexpr float kLittle = 1.0f / 64.0f;
+	const auto isMixed = [&](float left, float right)
+	{
+		if (rule == SVGFillRule::evenodd)
+			return std::abs(left - right) > 1.0f + kLittle;
+		const float less = std::min(std::abs(left), std::abs(right));
+		const float more = std::max(std::abs(left), std::abs(right));
+		return left * right < -kLittle || (more > 1.0f + kLittle && less < 1.0f - kLittle);
+	};
+	float last = 0.0f;
+	bool result = false;
+	ForEachStep(y,
+				[&](float cover, int start, int end)
+				{
+					// A line that ends in a pixel has its say in the next one, too.
+					if (end - start < 2)
+						return;
+					result = result || isMixed(last, cover);
+					last = cover;
+				});
+	return result || isMixed(last, 0.0f);
+}
+
+/// Whether the lines are much longer than there is room for side by side. The two sides of a thin line are one and a
+/// half times as long as the cells that they pass through are many, on average over all directions, and the sides of a
+/// wide one half as long.
+bool Rasterizer::IsDense() const noexcept
+{
+	constexpr double kMost = 2.25;
+	const std::uint64_t* const bits = _bits.get();
+	const auto begin = static_cast<std::size_t>(_top) * _words;
+	const auto end = static_cast<std::size_t>(std::max(_top, _bottom)) * _words;
+	double cells = 0.0;
+	for (std::size_t i = begin; i < end; i++)
+		cells += std::popcount(bits[i]);
+	return _length > cells * kMost;
 }
 
 } // namespace orvan::cairo

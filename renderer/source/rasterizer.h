@@ -3,6 +3,7 @@
 #pragma once
 
 #include "drawing/outline.h"
+#include "orvan/array.h"
 
 #include <bit>
 #include <cstdint>
@@ -12,11 +13,31 @@
 namespace orvan::cairo
 {
 
+/// Rows of pixels, from one to before another.
+struct Rows
+{
+	int top = 0;
+	int bottom = 0;
+};
+
+/// What lines go around: one outline, whose parts may wind either way, or the many areas of a stroke, which all wind
+/// the same way and overlap at its joins.
+enum class Lines
+{
+	outline,
+	stroke,
+};
+
 /// Finds out how much of each pixel an outline covers, exactly but for where its lines cross inside of a pixel.
 ///
 /// Each line adds to the cells that it passes through how much of the row it lies in changes there: the sum of a row's
 /// cells up to a pixel is the pixel's coverage. A bit for each cell says whether a line was there, so that rows are
 /// read, and their cells set back to zero, without looking at what lies in between.
+///
+/// (This is an accumulation buffer of signed areas. It holds the mean winding number of a pixel, which is its coverage
+/// as long as no more than one area ends in it. Two areas that lie over each other and cover the same half of a pixel
+/// give one, though half of it stays bare; one to the right and one to the left give nothing. `FindMixedRows` finds
+/// where.)
 class Rasterizer
 {
 public:
@@ -42,18 +63,36 @@ public:
 		}
 	}
 
+	/// Appends the rows in which the ends of several areas may fall together: those of an outline that is covered
+	/// twice, or to both sides, right beside what is bare; and all of a stroke whose lines lie so close that they must
+	/// overlap. False when there is no memory for their list.
+	bool FindMixedRows(SVGFillRule rule, Lines lines, BaseArray<Rows>& rows) const noexcept;
+
 	/// Calls `span` with row, first column, column past the last and coverage (1 to 255), from the top and the left,
-	/// and leaves nothing behind.
+	/// but for the rows that are left out, which must stand in their order. Leaves nothing behind.
 	template <typename Span>
-	void Sweep(SVGFillRule rule, Span span) noexcept
+	void Sweep(SVGFillRule rule, const BaseArray<Rows>& leftOut, Span span) noexcept
 	{
+		const Rows* next = leftOut.begin();
 		for (int y = _top; y < _bottom; y++)
-			SweepRow(y, rule == SVGFillRule::evenodd ? &GetEvenOdd : &GetNonzero, span);
+		{
+			while (next != leftOut.end() && next->bottom <= y)
+				next++;
+			if (next != leftOut.end() && next->top <= y)
+				SweepRow(y, &GetNothing, span);
+			else
+				SweepRow(y, rule == SVGFillRule::evenodd ? &GetEvenOdd : &GetNonzero, span);
+		}
 		_top = _height;
 		_bottom = 0;
 	}
 
 private:
+	static int GetNothing(float) noexcept
+	{
+		return 0;
+	}
+
 	static int GetNonzero(float cover) noexcept
 	{
 		// NOLINTNEXTLINE(bugprone-incorrect-roundings): never negative, and the quickest way.
@@ -97,6 +136,29 @@ private:
 		flush(_width);
 	}
 
+	/// Calls `visit` with how much a row is covered from one column to before the next, from the left.
+	template <typename Visit>
+	void ForEachStep(int y, Visit visit) const noexcept
+	{
+		const float* const cells = _cells.get() + static_cast<std::size_t>(y) * _stride;
+		const std::uint64_t* const bits = _bits.get() + static_cast<std::size_t>(y) * _words;
+		float cover = 0.0f;
+		int start = 0;
+		for (std::size_t word = 0; word < _words; word++)
+		{
+			for (std::uint64_t set = bits[word]; set != 0; set &= set - 1)
+			{
+				const int x = static_cast<int>(word * 64) + std::countr_zero(set);
+				visit(cover, start, x);
+				cover += cells[x];
+				start = x;
+			}
+		}
+		visit(cover, start, _width);
+	}
+
+	bool IsMixed(int y, SVGFillRule rule) const noexcept;
+	bool IsDense() const noexcept;
 	void AddClippedPiece(int y, double change, double left, double right) noexcept;
 	void AddCurve(const Vector2d& from, const Vector2d& c1, const Vector2d& c2, const Vector2d& to) noexcept;
 	void AddPiece(int y, float change, float left, float right) noexcept;
@@ -119,6 +181,7 @@ private:
 	int _height = 0;
 	int _top = 0; ///< The rows with lines in them.
 	int _bottom = 0;
+	double _length = 0.0; ///< Of all lines within the area, as pixels across plus pixels down.
 };
 
 } // namespace orvan::cairo
