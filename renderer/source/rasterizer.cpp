@@ -230,12 +230,16 @@ bool Rasterizer::IsMixed(int y, SVGFillRule rule) const noexcept
 	return result || isMixed(last, 0.0f);
 }
 
-/// Whether the lines are much longer than there is room for side by side. The two sides of a thin line are one and a
+/// Whether the lines are much longer than there is room for side by side: the two sides of a thin line are one and a
 /// half times as long as the cells that they pass through are many, on average over all directions, and the sides of a
-/// wide one half as long.
+/// wide one half as long. Long lines that fill much of their area may cross everywhere.
 bool Rasterizer::IsDense() const noexcept
 {
 	constexpr double kMost = 2.25;
+	constexpr double kLong = 1500.0;
+	constexpr double kMuch = 0.4;
+	if (_length > std::max(kLong, static_cast<double>(_width) * (_bottom - _top) * kMuch))
+		return true;
 	const std::uint64_t* const bits = _bits.get();
 	const auto begin = static_cast<std::size_t>(_top) * _words;
 	const auto end = static_cast<std::size_t>(std::max(_top, _bottom)) * _words;
