@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <sys/wait.h>
 
 namespace orvan::test
@@ -19,22 +18,22 @@ std::string Quote(const std::string& text)
 }
 } // namespace
 
-std::string ReadFile(const std::filesystem::path& path)
-{
-	std::ifstream file(path, std::ios::binary);
-	return {std::istreambuf_iterator<char>(file), {}};
-}
-
 ProgramRun RunProgram(const std::vector<std::string>& arguments, const ProgramStreams& streams)
 {
-	const TemporaryFolder folder;
 	std::string command = streams.setup + Quote(ORVAN_PROGRAM);
 	for (const std::string& argument : arguments)
 		command += ' ' + Quote(argument);
-	command += " <" + Quote(folder.Write("input", streams.input));
-	command += " >" + Quote(streams.output.empty() ? (folder.GetPath() / "output").native() : streams.output);
-	command += " 2>" + Quote(folder.GetPath() / "errors");
-	const int result = std::system(command.c_str());
+	return RunShell(command, streams);
+}
+
+ProgramRun RunShell(const std::string& command, const ProgramStreams& streams)
+{
+	const TemporaryFolder folder;
+	const std::string redirected =
+		command + " <" + Quote(folder.Write("input", streams.input)) + " >" +
+		Quote(streams.output.empty() ? (folder.GetPath() / "output").native() : streams.output) + " 2>" +
+		Quote(folder.GetPath() / "errors");
+	const int result = std::system(redirected.c_str());
 	return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, ReadFile(folder.GetPath() / "output"),
 			ReadFile(folder.GetPath() / "errors")};
 }

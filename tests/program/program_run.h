@@ -2,6 +2,8 @@
 /// Running the program.
 #pragma once
 
+#include "support/corpus_files.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -29,7 +31,8 @@ struct ProgramStreams
 /// Runs the program with these arguments, to its end.
 ProgramRun RunProgram(const std::vector<std::string>& arguments, const ProgramStreams& streams = {});
 
-std::string ReadFile(const std::filesystem::path& path);
+/// Runs a command of the shell, to its end.
+ProgramRun RunShell(const std::string& command, const ProgramStreams& streams = {});
 
 /// A folder of the test's own that goes with it.
 class TemporaryFolder
