@@ -141,6 +141,35 @@ TEST(CssSelectors, AskForPlacesAmongSiblings)
 	EXPECT_EQ(Find(":nth-of-type(2 of g)"), "invalid");
 }
 
+TEST(CssSelectors, CountAmongManySiblingsOfSeveralTypes)
+{
+	Tree tree;
+	Tree::Node& root = tree.Add(nullptr, "svg");
+	std::vector<const Tree::Node*> siblings;
+	for (int i = 0; i < 60; i++)
+		siblings.push_back(&tree.Add(&root, i % 7 < 4 ? "a" : i % 5 < 3 ? "b" : "c"));
+	for (const bool isOfType : {false, true})
+	{
+		for (const bool isLast : {false, true})
+		{
+			const std::string selector =
+				std::string(":nth-") + (isLast ? "last-" : "") + (isOfType ? "of-type" : "child") + "(3n+1)";
+			const SelectorList list(selector);
+			Matcher matcher(tree);
+			for (std::size_t i = 0; i < siblings.size(); i++)
+			{
+				// Backwards and forwards in turn, as what was counted before is remembered.
+				const std::size_t at = i % 2 == 0 ? i : siblings.size() - i;
+				const auto begin = siblings.begin() + static_cast<std::ptrdiff_t>(isLast ? at : 0);
+				const auto end = isLast ? siblings.end() : siblings.begin() + static_cast<std::ptrdiff_t>(at) + 1;
+				const auto place = std::count_if(
+					begin, end, [&](const Tree::Node* node) { return !isOfType || node->type == siblings[at]->type; });
+				EXPECT_EQ(place % 3 == 1, matcher.MatchesAny(list.First(), siblings[at])) << selector << ' ' << at;
+			}
+		}
+	}
+}
+
 TEST(CssSelectors, KnowPseudoClasses)
 {
 	ExpectAll({
@@ -164,6 +193,7 @@ TEST(CssSelectors, KnowPseudoClasses)
 		{"rect:before, #c", "c"},
 		{"rect::part(a), #c", "c"},
 		{":lang(en)", "efgh"},
+		{":lang( fr , en )", "efgh"},
 		{":lang(de)", "rabcdij"},
 		{":lang(fr, 'de-ch')", "rabcdij"},
 		{":lang(d)", ""},

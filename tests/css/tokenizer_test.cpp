@@ -77,6 +77,7 @@ TEST(CssTokenizer, RecoversFromBrokenStringsAndUrls)
 	EXPECT_EQ(Describe("url(a\x01)url(a\x7f)"), "U:url(a\x01) U:url(a\x7f)");
 	EXPECT_EQ(Describe("\\000075\r\n\\000072\r\n\\00006c\r\n(a)"), "u:a");
 	EXPECT_EQ(Describe("url( open "), "u:open");
+	EXPECT_EQ(Describe(std::string_view("url(a\0)", 7)), "u:a\xef\xbf\xbd");
 }
 
 TEST(CssText, ReadsStringsAndUrlsOnly)

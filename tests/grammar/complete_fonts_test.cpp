@@ -39,6 +39,8 @@ TEST(CompleteFonts, LonghandsOfFont)
 	};
 	EXPECT_EQ(style("Italic"), "italic");
 	EXPECT_EQ(style("oblique -20deg"), "oblique");
+	EXPECT_EQ(style("oblique -90deg"), "oblique");
+	EXPECT_EQ(style("oblique 90deg"), "oblique");
 	for (const char* text : {"oblique 91deg", "oblique -91deg", "oblique 0", "italic 10deg", "slanted"})
 		EXPECT_EQ(style(text), kRefused) << text;
 	EXPECT_EQ(Outcome<double>(ParseFontStretch, "semi-condensed"), "0.875");

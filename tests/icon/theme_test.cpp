@@ -86,7 +86,8 @@ TEST_F(IconTheme, LiesOverTheTreeThatWasLoaded)
 	EXPECT_EQ(1.0, RootColor().color.blue);
 	Must(theme->SetStyleSheet(
 		Text(".text { fill: blue; stroke: url(#x) } #root > path:nth-of-type(2), .none { fill: red }"
-			 " g > rect { fill: lime ! important; width: 3px; d: none } svg { color: lime }")));
+			 " g > rect { fill: lime ! important; width: 3px; d: none } svg { color: lime }"
+			 " rect[id], [class=text], [style] { fill: red !important }"))); // Attributes are not looked at.
 	EXPECT_EQ("bgbr", Fills()) << "over the style attribute, too";
 	EXPECT_EQ(1.0, RootColor().color.blue) << "the colour that was set holds";
 	EXPECT_EQ(3.0, Cast<SVGSizeInterface>(icon->GetLayer(Text("r")))->GetWidth().value);
@@ -200,15 +201,20 @@ TEST_F(IconTheme, ComesBackWithEveryReload)
 					 std::to_string(static_cast<int>(change.report->outcome)) + ' ' + test.Fills() + test.Busy() + '\n';
 	};
 	const std::int64_t number = Must(edit->AddObserver(hear, this));
+	const auto import = Cast<SVGDocumentImportInterface>(icon);
+	SVGImportOptions options = import->GetImportOptions();
+	options.isTolerant = true;
+	Must(import->SetImportOptions(options));
 	icon->SetLiveReloadEnabled(true);
 	const std::string text = kThemed;
-	WriteFile(file, text + "<!-- changed -->");
+	WriteFile(file, text.substr(0, text.size() - 6) + "<g fill='odd'/></svg>");
 	PumpUntilQuiet();
+	EXPECT_EQ(1, Must(import->GetImportReport()).findingCount);
 	WriteFile(file, "<svg");
 	PumpUntilQuiet();
 	std::filesystem::remove(file);
 	PumpUntilQuiet();
-	EXPECT_EQ("5 1 rrg-12\n6 3 rrg-12\n6 0 rrg-12\n", heard);
+	EXPECT_EQ("5 2 rrg-12\n6 3 rrg-12\n6 0 rrg-12\n", heard);
 	EXPECT_EQ(1.0, RootColor().color.green);
 	EXPECT_EQ(4, theme->GetLoadCount());
 	// Letting go of the icon in the middle of its reload.

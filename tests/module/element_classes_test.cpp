@@ -326,6 +326,11 @@ TEST_F(ElementClasses, TextsHaveAFontOfTheirOwn)
 	EXPECT_EQ((SVGLength{2.0, SVGLengthUnit::em}), Stored(element, Attribute::fontSize));
 	EXPECT_EQ(SVGFontStyle::oblique, copy->GetFontStyle());
 	EXPECT_EQ(SVGFontWeight::bold, copy->GetFontWeight());
+	const auto below = Cast<HierarchyObjectInterface>(Make("svgtspanelement"));
+	Must(below->InsertAsLastChildOf(Cast<HierarchyObjectInterface>(element), {}));
+	Must(text->SetText(Text("c")));
+	EXPECT_FALSE(Cast<HierarchyObjectInterface>(element)->GetFirstChild())
+		<< "A text takes the place of what is below.";
 }
 
 TEST_F(ElementClasses, LinksAreDirtyUntilTheyStandForALivingElement)

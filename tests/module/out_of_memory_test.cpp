@@ -111,7 +111,14 @@ protected:
 			  "@supports (fill: red) { @layer a { g { --b: calc(1px + 10%); rect { stroke-width: var(--b) } } } }"
 			  ":has(> rect) { stroke: color-mix(in lab, red, c\\75rrentColor) !important } #a ~ rect { x: 1px }"
 			  "</style><g id='g'><rect id='a' style='stroke: var(--c, blue); all: unset'/><rect fill='var(--a)'/>"
-			  "</g></svg>",
+			  "<g clip-path='polygon(1px 2px, 3px 4px)' filter='blur(1px) url(#f) drop-shadow(1px 2px)' "
+			  "marker='url(#k)' "
+			  "mask='url(#m), url(#n)' transform-origin='1px 2px' font='italic bold 12px a, b' rotate='5deg'/>"
+			  "<path clip-path='path(\"M0 0L1 1\")' stroke-dasharray='1 2 3' d='M0 0L1 1'/><polygon points='1,2 3,4'/>"
+			  "<text x='1 2 3' rotate='1 2' font-family='a, b'>a<tspan dx='1'>b</tspan> c<textPath path='M0 0L1 "
+			  "1'>d</textPath>"
+			  "</text><feColorMatrix values='1 2 3'/><image href='a.png'/><use href='#a'/><title>t</title>"
+			  "<linearGradient gradientTransform='scale(2)'><stop/></linearGradient></g></svg>",
 			  {true, true, false, {}})
 	{
 	}

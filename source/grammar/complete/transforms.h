@@ -42,12 +42,6 @@ struct Transform
 				matrix.e + eOfWidth * width + eOfHeight * height,
 				matrix.f + fOfWidth * width + fOfHeight * height};
 	}
-
-	/// Whether the matrix depends on the box.
-	bool HasPercentages() const noexcept
-	{
-		return eOfWidth != 0 || fOfWidth != 0 || eOfHeight != 0 || fOfHeight != 0;
-	}
 };
 
 /// The attributes "transform", "gradientTransform" and "patternTransform": numbers without units, parted by blanks, a
