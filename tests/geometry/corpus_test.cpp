@@ -118,7 +118,7 @@ TEST_P(AnswerCorpus, IsAnsweredAfterEditsAsAnew)
 	answers.AskQuickly(geometry);
 	const auto source = Cast<SVGDocumentSourceInterface>(answers.GetDocument());
 	const std::size_t count = answers.GetElements().size();
-	for (std::size_t step = 0; step < 24; step++)
+	for (std::size_t step = 0; step < 30; step++)
 	{
 		const std::size_t number = (step * step * 5 + step * 3 + 1) % count;
 		const SVGElementRef& element = answers.GetElements()[number];
@@ -132,6 +132,8 @@ TEST_P(AnswerCorpus, IsAnsweredAfterEditsAsAnew)
 				element, Cast<SVGElementEditInterface>(parent)->GetChildAt(0)));
 		else // Some count on other elements only.
 			IgnoreResult(source->SetAttributeText(element, Text(name), Text(value)));
+		if (step % 5 == 1 || step % 5 == 3) // Several edits come together.
+			continue;
 		const std::string anew = answers.AskQuickly(Ask(answers));
 		ASSERT_EQ("", FindDifference(anew, answers.AskQuickly(geometry)));
 	}
