@@ -176,7 +176,7 @@ private:
 			_isGood = _isGood && made.IsOk();
 			if (!_isGood)
 				return;
-			Vector2d current = point + from;
+			Vector2d current;
 			for (const SVGPathCommand& command : made.GetValue().GetCommands())
 			{
 				if (command.type == SVGPathCommandType::cubic)

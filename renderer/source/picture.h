@@ -54,11 +54,6 @@ public:
 		return _size;
 	}
 
-	SVGRenderOutput GetOutput() const noexcept
-	{
-		return _output;
-	}
-
 	/// Ends the drawing and writes the file.
 	Result<void> Write(const String& path) noexcept;
 	/// Ends the drawing and shows the pixels.

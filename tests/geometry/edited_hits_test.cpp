@@ -118,9 +118,22 @@ TEST_F(EditedHits, AreTrueAfterEachEdit)
 	edit("k", "transform", "rotate(5)");
 	edit("c", "r", "4");
 	edit("p", "d", "M0 0h9v9z");
-	const auto fresh = Must(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
-	Must(fresh->SetDocument(picture.GetDocument(), {}));
-	EXPECT_EQ(AskAll(picture, fresh, ids), AskAll(picture, picture.geometry, ids));
+	const auto expectSame = [&]
+	{
+		const auto fresh = Must(CreateObject<SVGGeometryInterface>(kSVGGeometryClass));
+		Must(fresh->SetDocument(picture.GetDocument(), {}));
+		EXPECT_EQ(AskAll(picture, fresh, ids), AskAll(picture, picture.geometry, ids));
+	};
+	expectSame();
+	// What an edit names may come later.
+	edit("used", "fill", "url(#late)");
+	expectSame();
+	const SVGElementRef late = Must(CreateObject<SVGElementInterface>(kSVGLinearGradientElementClass));
+	Must(source->SetAttributeText(late, Text("id"), Text("late")));
+	Must(Cast<SVGElementEditInterface>(late)->InsertChildBefore(
+		Must(CreateObject<SVGElementInterface>(kSVGStopElementClass)), {}));
+	Must(Cast<SVGElementEditInterface>(picture["g"])->InsertChildBefore(late, {}));
+	expectSame();
 }
 
 /// Elements that are taken out, put elsewhere, made, and taken back, at random.

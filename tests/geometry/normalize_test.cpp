@@ -136,6 +136,9 @@ TEST_F(Normalize, FlattensRoundsScalesAndOutlines)
 	EXPECT_EQ("p - 1,0,0,1 0.4 M1,2 L3,2\n",
 			  Of("<path id='p' fill='none' stroke='red' stroke-width='4' d='M11 19h21'/>", options));
 	options = {};
+	options.grid = 0.5;
+	EXPECT_EQ("p 0,0,0,1 - 0 M0,0 L0.25,0 L0.25,0.5\n", Of("<path id='p' d='M0 0h50v100'/>", options));
+	options = {};
 	options.strokes = SVGNormalizedStrokes::outlined;
 	EXPECT_EQ("p 0,0,0,1 - 0 M10,10 L20,10 L20,20\np 1,0,0,1 - 0 M10,11 L20,11 L20,10 L19,10 L19,20 L21,20 L21,10 "
 			  "L21,9 L20,9 L10,9 Z\n",

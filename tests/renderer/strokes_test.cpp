@@ -127,6 +127,40 @@ TEST_F(Strokes, StrokesHaveEndsCornersAndWidths)
 		"40,41 000000; 40,58 000000; 40,39 none; 40,60 none; 68,50 000000; 78,50 000000; 82,50 none; 79,42 none");
 }
 
+TEST_F(Strokes, LinesThatAreLongInPiecesAreDrawnAsInOne)
+{
+	// To the library, which draws hard edges, they go piece by piece; lines with dashes do not.
+	std::string data = "M5 50";
+	for (int i = 0; i < 6000; i++)
+	{
+		data += i % 600 == 599 ? "zm90 0" : i % 5 == 4 ? "q9 9 2-9" : i % 2 == 0 ? "l.2 900" : "l.1-900";
+	}
+	const auto draw = [&](const std::string& attributes)
+	{
+		return DrawnPicture(
+			LoadCompletely(Document(
+				"<path transform='scale(.1)' fill='none' stroke='#000' stroke-width='4' shape-rendering='crispEdges' "
+				"d='" +
+				data + "' " + attributes + "/>")),
+			{.scale = 4.0, .deadline = 600.0});
+	};
+	const DrawnPicture inPieces = draw("");
+	const DrawnPicture inOne = draw("stroke-dasharray='1e9'");
+	int different = 0;
+	int painted = 0;
+	for (int y = 0; y < 400; y++)
+	{
+		for (int x = 0; x < 400; x++)
+		{
+			different += inPieces.At(x, y) != inOne.At(x, y) ? 1 : 0;
+			painted += inOne.At(x, y) != "none" ? 1 : 0;
+		}
+	}
+	EXPECT_LT(10000, painted);
+	EXPECT_GT(150000, painted);
+	EXPECT_GT(20, different); // Right where two pieces meet.
+}
+
 TEST_F(Strokes, MarkersStandOnTheVerticesAndTurnWithTheLine)
 {
 	// The marker is 8 by 4, red on the left and blue on the right, and its middle is put onto the vertex.
