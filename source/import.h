@@ -16,6 +16,24 @@ struct ImportResult
 	SVGElementRef root;
 	StringMap<SVGElementRef> elementsById;
 	DocumentSourcePointer source; ///< Where there is a root and the options ask for it.
+	bool needsWholeText = false;  ///< Nothing was made of the text: it has to be imported as `TextUse::whole`.
+};
+
+/// What the caller can do about a text.
+enum class TextUse
+{
+	whole,
+	repeatable, ///< Provide it again, so that an import may give its memory back while it makes the tree.
+};
+
+/// What a file holds, with a zero behind it.
+struct FileText
+{
+	BaseArray<char> bytes;
+	TextUse use = TextUse::whole;
+
+	/// Makes room for `count` bytes and the zero. The bytes are still to be written.
+	Result<void> MakeRoom(std::size_t count) noexcept;
 };
 
 /// Imports the bytes of a file, behind which a terminating zero stands that the count contains; no bytes at all are no
@@ -24,6 +42,7 @@ struct ImportResult
 /// Fails with errors of the host, such as out of memory. A text that is refused (broken XML, an invalid value) is no
 /// failure: the reason goes to the diagnostics, with the place in the text beside it, and to the report, and the root
 /// is null.
-Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& options, SVGImportReport& report) noexcept;
+Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& options, SVGImportReport& report,
+							TextUse use = TextUse::whole) noexcept;
 
 } // namespace orvan::svg

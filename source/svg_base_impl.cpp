@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <utility>
 
 namespace orvan::svg
 {
@@ -61,7 +63,16 @@ Result<void> Document::Init(const Url& url) noexcept
 	}
 	_url = target;
 	_isFromUrl = true;
-	return EndLoad(stream.IsOk() ? Load(stream.GetValue()) : stream.GetError());
+	bool isFresh = true;
+	return EndLoad(LoadText(
+		[&]() noexcept -> Result<FileText>
+		{
+			if (!std::exchange(isFresh, false))
+				stream = target.OpenInputStream();
+			if (!stream.IsOk())
+				return stream.GetError();
+			return Read(stream.GetValue());
+		}));
 }
 
 void Document::BeginLoad() noexcept
@@ -181,11 +192,15 @@ Result<void> Document::InitFromMemory(const void* bytes, std::int64_t count, con
 
 Result<void> Document::LoadCopy(const void* bytes, std::size_t count) noexcept
 {
-	BaseArray<char> copy;
-	ORVAN_TRY(copy.Reserve(count + 1));
-	ORVAN_TRY(copy.AppendAll(static_cast<const char*>(bytes), count));
-	ORVAN_TRY(copy.Append('\0'));
-	return LoadBytes(std::move(copy));
+	return LoadText(
+		[bytes, count]() noexcept -> Result<FileText>
+		{
+			FileText text;
+			ORVAN_TRY(text.MakeRoom(count));
+			if (count != 0)
+				std::memcpy(text.bytes.begin(), bytes, count);
+			return text;
+		});
 }
 
 Result<SVGImportReport> Document::GetImportReport() const noexcept
@@ -195,23 +210,27 @@ Result<SVGImportReport> Document::GetImportReport() const noexcept
 	return report;
 }
 
-Result<void> Document::Load(InputStream& stream) noexcept
+Result<FileText> Document::Read(InputStream& stream) noexcept
 {
 	_stamp = stream.GetStamp();
 	const std::int64_t length = ORVAN_TRY(stream.GetStreamLength());
-	BaseArray<char> buffer;
-	// One byte more from the start, for the zero that ends the text.
-	ORVAN_TRY(buffer.Reserve(static_cast<std::size_t>(length) + 1));
-	ORVAN_TRY(buffer.ResizeUninitialized(static_cast<std::size_t>(length)));
-	ORVAN_TRY(stream.ReadBytes(buffer.begin(), length));
-	ORVAN_TRY(buffer.Append('\0'));
-	return LoadBytes(std::move(buffer));
+	FileText text;
+	ORVAN_TRY(text.MakeRoom(static_cast<std::size_t>(length)));
+	ORVAN_TRY(stream.ReadBytes(text.bytes.begin(), length));
+	return text;
 }
 
-Result<void> Document::LoadBytes(BaseArray<char> bytes) noexcept
+template <typename ReadText>
+Result<void> Document::LoadText(ReadText read) noexcept
 {
+	FileText text = ORVAN_TRY(read());
 	const BulkScope scope;
-	ImportResult imported = ORVAN_TRY(Import(std::move(bytes), _options, _report));
+	ImportResult imported = ORVAN_TRY(Import(std::move(text.bytes), _options, _report, text.use));
+	if (imported.needsWholeText)
+	{
+		text = ORVAN_TRY(read());
+		imported = ORVAN_TRY(Import(std::move(text.bytes), _options, _report));
+	}
 	if (!imported.root)
 		return BuildPlaceholder();
 	ORVAN_TRY(TakeRoot(std::move(imported.root)));

@@ -18,6 +18,8 @@
 namespace orvan::svg
 {
 
+struct FileText;
+
 /// A document owns the root of its tree and the table of ids, and keeps account of edits.
 class Document : public ObjectBase
 {
@@ -146,9 +148,11 @@ private:
 	void BeginLoad() noexcept;
 	Result<void> EndLoad(Result<void> loaded) noexcept;
 	SourceOverride* FindOverride(const SVGElementRef& element, std::string_view name) noexcept;
-	Result<void> Load(InputStream& stream) noexcept;
+	Result<FileText> Read(InputStream& stream) noexcept;
 	Result<void> LoadCopy(const void* bytes, std::size_t count) noexcept;
-	Result<void> LoadBytes(BaseArray<char> bytes) noexcept;
+	/// Loads the `FileText` that `read` returns each time that it is called.
+	template <typename ReadText>
+	Result<void> LoadText(ReadText read) noexcept;
 	Result<void> BuildPlaceholder() noexcept;
 
 	Result<void> TakeRoot(SVGElementRef root) noexcept;

@@ -133,7 +133,8 @@ private:
 class ImportDriver
 {
 public:
-	explicit ImportDriver(const SVGImportOptions& options) noexcept : _options(options), _complete(options)
+	ImportDriver(const SVGImportOptions& options, TextUse use) noexcept
+		: _options(options), _use(use), _complete(options)
 	{
 		if (options.isTolerant)
 			_plain.findings = &_complete.Findings();
@@ -150,6 +151,8 @@ public:
 		XmlTree tree(_source.text.begin(), Text().size());
 		if (_kept)
 			_recorder.emplace(*_kept, Text());
+		else if (_use == TextUse::repeatable && !_options.isComplete)
+			_plain.textRelease = TextRelease({_source.text.begin(), Text().size()});
 		return _options.isComplete ? BuildComplete(tree) : BuildPlain(tree);
 	}
 
@@ -177,6 +180,12 @@ public:
 			place = {_complete.refusedAt.where, _complete.refusedAt.elementTag, _complete.refusedElementId,
 					 _complete.refusedAttribute};
 		return NoteRefusal(place, exception.what(), position);
+	}
+
+	/// Whether what is to be told of the text can not be told any more.
+	bool NeedsWholeText() const noexcept
+	{
+		return _plain.textRelease.HasReleased();
 	}
 
 	/// Whether the plain import has refused a value, which ended it.
@@ -278,6 +287,7 @@ private:
 	using Kind = SVGImportElementKind;
 
 	const SVGImportOptions& _options;
+	TextUse _use;
 	SourceText _source;
 	DocumentSourcePointer _kept;
 	std::optional<SourceRecorder> _recorder;
@@ -285,6 +295,13 @@ private:
 	complete::Importer _complete;
 	bool _isRefused = false;
 };
+
+ImportResult AskForWholeText() noexcept
+{
+	ImportResult result;
+	result.needsWholeText = true;
+	return result;
+}
 
 Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noexcept
 {
@@ -294,6 +311,8 @@ Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noe
 		const bool isOutOfMemory = !result.IsOk() && result.GetError().GetClass() == ErrorClass::outOfMemory;
 		if (isOutOfMemory || !driver.HasRefusedValue())
 			return result;
+		if (driver.NeedsWholeText())
+			return AskForWholeText();
 		ORVAN_TRY(driver.ReportRefusedValue());
 		return ImportResult();
 	}
@@ -303,6 +322,8 @@ Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noe
 	}
 	catch (const std::exception& exception)
 	{
+		if (driver.NeedsWholeText())
+			return AskForWholeText();
 		DocumentPosition position;
 		const Result<void> noted = driver.NoteRefusal(exception, position);
 		CriticalOutput(&position, "Exception parsing svg file. @", exception.what());
@@ -319,15 +340,28 @@ Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noe
 
 } // namespace
 
-Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& options, SVGImportReport& report) noexcept
+Result<void> FileText::MakeRoom(std::size_t count) noexcept
+{
+	ORVAN_TRY(bytes.Reserve(count + 1));
+	if (TextRelease::IsNew({bytes.begin(), count + 1}))
+		use = TextUse::repeatable;
+	ORVAN_TRY(bytes.ResizeUninitialized(count + 1));
+	bytes[count] = '\0';
+	return {};
+}
+
+Result<ImportResult> Import(BaseArray<char> bytes, const SVGImportOptions& options, SVGImportReport& report,
+							TextUse use) noexcept
 {
 	if (bytes.IsEmpty())
 	{
 		report.outcome = SVGImportOutcome::noSvgElement;
 		return ImportResult();
 	}
-	ImportDriver driver(options);
+	ImportDriver driver(options, use);
 	ImportResult result = ORVAN_TRY(RunGuarded(driver, std::move(bytes)));
+	if (result.needsWholeText)
+		return result;
 	ORVAN_TRY(driver.MakeReport(report, static_cast<bool>(result.root)));
 	if (result.root)
 		result.source = ORVAN_TRY(driver.TakeSource());

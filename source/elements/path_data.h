@@ -50,10 +50,16 @@ public:
 		return {};
 	}
 
+	/// The room that the commands take.
+	std::size_t CountBytes() const noexcept
+	{
+		return _words.GetCount() * sizeof(std::uint64_t);
+	}
+
 	/// A hash of the commands.
 	std::uint64_t GetHash() const noexcept
 	{
-		return HashBytes({reinterpret_cast<const char*>(_words.begin()), _words.GetCount() * sizeof(std::uint64_t)});
+		return HashBytes({reinterpret_cast<const char*>(_words.begin()), CountBytes()});
 	}
 
 	/// The commands where they stand; good until the next change.

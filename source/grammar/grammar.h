@@ -216,6 +216,12 @@ public:
 	virtual void CubicTo(double x1, double y1, double x2, double y2, double x, double y) = 0;
 	virtual void Close() = 0;
 
+	/// Told now and then, while a long text is read: nothing before this place in it is looked at any more.
+	virtual void Reach(const char* place)
+	{
+		static_cast<void>(place);
+	}
+
 protected:
 	~PathSink() = default;
 };

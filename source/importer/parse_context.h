@@ -6,6 +6,7 @@
 #include "grammar.h"
 #include "importer/findings.h"
 #include "importer/style_cache.h"
+#include "importer/text/text_release.h"
 #include "orvan/hash_map.h"
 #include "orvan/result.h"
 
@@ -25,9 +26,11 @@ struct SVGParseContext
 	bool suppressesIds = false; ///< Ids are not entered into the table. Nothing sets it.
 	StringMap<SVGElementRef> elementsById;
 	StyleCache styles;
+	TextRelease textRelease;
 
 	/// The error of a value that was refused, which ends the import behind the attributes of the element. No exception,
-	/// which would have to be caught by every level of the tree.
+	/// which would have to be caught by every level of the tree. Without meaning when text was released: then the
+	/// import has to begin anew.
 	Result<void> refusal;
 
 	// Where a refused value stood, for the diagnostics.

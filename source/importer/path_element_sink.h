@@ -4,6 +4,7 @@
 
 #include "elements/element_classes.h"
 #include "grammar.h"
+#include "importer/text/text_release.h"
 
 #include <utility>
 
@@ -14,8 +15,9 @@ namespace orvan::svg
 class PathElementSink : public grammar::PathSink
 {
 public:
-	/// For an element that is being loaded.
-	explicit PathElementSink(PathElement& path) noexcept : _path(path.LoadedPath())
+	/// For an element that is being loaded; `text` is what is to be told of its growth.
+	explicit PathElementSink(PathElement& path, TextRelease* text = nullptr) noexcept
+		: _path(path.LoadedPath()), _text(text)
 	{
 	}
 
@@ -44,9 +46,16 @@ public:
 		Note(_path.Append(SVGPathCommandType::close));
 	}
 
-	/// The end of the attribute.
-	Result<void> Exit() noexcept
+	void Reach(const char* place) override
 	{
+		if (_text != nullptr)
+			_text->NoteGrowth(_path.CountBytes() - std::exchange(_noted, _path.CountBytes()), place);
+	}
+
+	/// The end of the attribute, where it is in the text that goes.
+	Result<void> Exit(const char* place = nullptr) noexcept
+	{
+		Reach(place);
 		_path.Compact();
 		return std::move(_result);
 	}
@@ -59,6 +68,8 @@ private:
 	}
 
 	PathData& _path;
+	TextRelease* _text = nullptr;
+	std::size_t _noted = 0; ///< How many bytes `_text` knows of.
 	Result<void> _result;
 };
 

@@ -18,7 +18,7 @@ Progress ParsePath(std::string_view text, PathSink& sink)
 
 Progress ParsePoints(std::string_view text, PathSink& sink)
 {
-	PathReader<PathDialect::complete> reader(text);
+	PathReader<PathDialect::complete> reader(text, sink);
 	const auto fail = [&reader, text]
 	{
 		return Progress{false, text.size() - reader.CountRest()};

@@ -14,7 +14,7 @@ class PathParser
 public:
 	/// `deliverArc` is what arcs are handed to.
 	PathParser(std::string_view text, PathSink& sink, void (*deliverArc)(const Arc&, PathSink&))
-		: _reader(text), _context(sink, deliverArc), _adapter(_context)
+		: _reader(text, sink), _context(sink, deliverArc), _adapter(_context)
 	{
 	}
 

@@ -28,22 +28,28 @@ bool PathReader<dialect>::ReadSlowly(After after, double& number)
 template <PathDialect dialect>
 void PathReader<dialect>::LookAhead(After after)
 {
-	if (!_isInTail && static_cast<std::size_t>(_end - _at) < kLookAhead)
-		MoveToTail();
+	if (CountRest() < _restOfStride) [[unlikely]]
+		BeginStride();
 	_seen = _at;
 	_numbers = NumberMasks(_at, SeparationAfter(after));
 }
 
 template <PathDialect dialect>
-void PathReader<dialect>::MoveToTail()
+void PathReader<dialect>::BeginStride()
 {
+	const std::size_t rest = CountRest();
+	if (rest >= kLookAhead)
+	{
+		_sink.Reach(_at);
+		_restOfStride = std::max(kLookAhead, rest - std::min(rest, kStride));
+		return;
+	}
 	// Zeros are neither digits nor blanks, and so end whatever runs up to them.
-	const std::size_t rest = static_cast<std::size_t>(_end - _at);
 	std::memcpy(_tail.data(), _at, rest);
 	std::memset(_tail.data() + rest, 0, kLookAhead);
 	_at = _tail.data();
 	_end = _at + rest;
-	_isInTail = true;
+	_restOfStride = 0;
 }
 
 template <PathDialect dialect>

@@ -58,7 +58,8 @@ template <PathDialect dialect>
 class PathReader
 {
 public:
-	explicit PathReader(std::string_view text) : _at(text.data()), _end(text.data() + text.size())
+	/// `sink` is told how far a long text was read.
+	PathReader(std::string_view text, PathSink& sink) : _at(text.data()), _end(text.data() + text.size()), _sink(sink)
 	{
 	}
 
@@ -206,6 +207,9 @@ public:
 private:
 	/// How far behind the first character that is seen others are read.
 	static constexpr std::size_t kLookAhead = NumberMasks::kCount + 2 * ShortDecimal::kMostDigits;
+
+	/// How many characters are read before the sink is told again.
+	static constexpr std::size_t kStride = std::size_t(64) << 10;
 
 	/// The place of the lowest bit; there must be one.
 	static std::uint64_t CountTrailingZeros(std::uint64_t bits)
@@ -356,16 +360,18 @@ private:
 	bool ReadSlowly(After after, double& number);
 	bool ReadUnusual(After after, double& number);
 	void LookAhead(After after);
-	void MoveToTail();
+	void BeginStride();
 	void SkipSeparator(bool mayBeComma);
 
 	const char* _at;
 	const char* _end;
+	PathSink& _sink;
 
 	NumberMasks _numbers;        ///< What was seen ahead and is not yet taken.
 	const char* _seen = nullptr; ///< The first of the characters that were seen.
 
-	bool _isInTail = false;
+	/// With fewer characters left than these, the sink is to be told, or the end to be copied; zero in the copy.
+	std::size_t _restOfStride = std::max(kLookAhead, CountRest() - std::min(CountRest(), kStride));
 	std::array<char, 2 * kLookAhead> _tail;
 };
 

@@ -17,7 +17,7 @@ Parsed ParsePath(std::string_view text, PathSink& sink)
 
 Parsed ParsePoints(std::string_view text, PathSink& sink)
 {
-	PathReader<PathDialect::plain> reader(text);
+	PathReader<PathDialect::plain> reader(text, sink);
 	reader.SkipSpaces();
 	if (reader.IsAtEnd())
 		return Parsed::nothing;

@@ -121,6 +121,12 @@ void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 {
 	if (!refusal.IsOk())
 		return; // The first one counts.
+	if (textRelease.HasReleased())
+	{
+		refusal = IllegalStateError("What was refused is to be told from the text, which was released.");
+		return;
+	}
+	textRelease.Stop();
 	// A declaration of a style has a place of its own, unless the style was copied to replace references.
 	const char* end = rawValue.data() + rawValue.size();
 	const bool isInside = !std::less<>()(text.data(), rawValue.data()) && !std::less<>()(end, text.data());

@@ -42,9 +42,9 @@ Result<void> ReadPath(const Value& value, Read read)
 	ElementBase& element = value.OwnElement();
 	if (element.GetElementType() == SVGImportElementKind::path)
 	{
-		PathElementSink sink(static_cast<PathElement&>(element));
+		PathElementSink sink(static_cast<PathElement&>(element), &value.context.textRelease);
 		read(sink);
-		return sink.Exit();
+		return sink.Exit(value.text.data() + value.text.size());
 	}
 	NoPathSink sink;
 	read(sink);
