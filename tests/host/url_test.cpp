@@ -183,6 +183,11 @@ TEST_F(Urls, ReplaceFilesAtOnceOrNotAtAll)
 	const fs::path file = folder / "file";
 	const Url url = UrlOfPath(folder / "link");
 	fs::create_symlink("file", folder / "link");
+	const auto countDescriptors = []
+	{
+		return std::distance(fs::directory_iterator("/proc/self/fd"), {});
+	};
+	const auto descriptors = countDescriptors();
 	// Through a link that leads nowhere yet; then over what stands there, with its permissions.
 	const FileStamp first = Must(url.Replace("one", 3));
 	EXPECT_EQ("one", ReadAll(UrlOfPath(file)));
@@ -203,6 +208,7 @@ TEST_F(Urls, ReplaceFilesAtOnceOrNotAtAll)
 	EXPECT_FALSE(UrlOfPath(folder / "missing" / "file").Replace("x", 1).IsOk());
 	EXPECT_FALSE(UrlOf("memory:file").Replace("x", 1).IsOk());
 	EXPECT_FALSE(url.Replace("x", -1).IsOk());
+	EXPECT_EQ(descriptors, countDescriptors());
 	EXPECT_EQ(2, std::distance(fs::directory_iterator(folder.GetPath()), {}));
 }
 

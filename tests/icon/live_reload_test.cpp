@@ -51,6 +51,14 @@ TEST_F(LiveReload, FollowsRewritesRenamesAndRecreation)
 	Write("rewritten");
 	PumpUntilQuiet();
 	EXPECT_EQ("rewritten", RootId(icon));
+	Write("told");
+	FileChangeOutcome outcome = FileChangeOutcome::noted;
+	FileMonitorPump::Wait(
+		5000,
+		[](const FileChangeReport& report, void* told) noexcept
+		{ *static_cast<FileChangeOutcome*>(told) = report.outcome; },
+		&outcome);
+	EXPECT_EQ(FileChangeOutcome::reloaded, outcome);
 	WriteFile(folder / "new", IconFile(kStateLayers, "renamed"));
 	fs::rename(folder / "new", file);
 	PumpUntilQuiet();

@@ -82,6 +82,8 @@ TEST_F(CompleteImport, ElementsHaveInitialValuesAndKeepWhatIsSet)
 	constexpr SVGLength kThree{3.0, SVGLengthUnit::number};
 	constexpr SVGLength kOther{5.0, SVGLengthUnit::mm};
 	const String nothing, name = Text("name");
+	ExpectKept("lineargradient", &SVGLinkInterface::SetLink, &SVGLinkInterface::GetLink, nothing, name,
+			   Attribute::link);
 	ExpectKept("marker", &M::SetRefX, &M::GetRefX, kZero, kOther, Attribute::refX);
 	ExpectKept("marker", &M::SetRefY, &M::GetRefY, kZero, kOther, Attribute::refY);
 	ExpectKept("marker", &M::SetMarkerWidth, &M::GetMarkerWidth, kThree, kOther, Attribute::markerWidth);

@@ -2,6 +2,7 @@
 /// Running out of memory at every single allocation.
 #include "support/everything.h"
 #include "support/svg_module.h"
+#include "support/tree_json.h"
 #include "svg_import.h"
 
 namespace orvan
@@ -23,29 +24,10 @@ protected:
 		EXPECT_EQ(std::vector<std::string>(), findings.lines);
 	}
 
-	/// The tree with how much stands in each element.
-	static std::string Contents(const SVGElementRef& element)
-	{
-		std::string contents = element->GetClassId() + (' ' + std::string(element->GetId()));
-		contents += ' ' + std::to_string(element->GetAttributeDictionary().GetCount());
-		contents += ' ' + std::to_string(element->GetLocalTransform().offset.x);
-		if (const auto path = Cast<SVGPathElementInterface>(element))
-			contents += ' ' + std::to_string(Must(path->GetPath()).GetCount());
-		if (const auto text = Cast<SVGTextElementInterface>(element))
-			contents += ' ' + std::string(text->GetText());
-		if (const auto use = Cast<SVGUseElementInterface>(element))
-			contents += ' ' + std::string(use->GetLink());
-		contents += ' ' + std::to_string(Must(element->GetStrokeDashArray()).GetCount()) + '\n';
-		for (auto child = Cast<HierarchyObjectInterface>(element)->GetFirstChild(); child;
-			 child = child->GetNextSibling())
-			contents += Contents(Cast<SVGElementInterface>(child));
-		return contents;
-	}
-
 	/// Everything that the document answers with.
 	std::string Contents() const
 	{
-		std::string contents = Contents(document->GetRootElement());
+		std::string contents = JsonOf(document);
 		for (const SVGElementRef& element : Must(document->GetElementsByIdWithPrefix({})))
 			contents += std::string(element->GetId()) + ' ';
 		return contents;

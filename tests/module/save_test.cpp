@@ -119,6 +119,49 @@ TEST_F(Saving, WritesWhatTheTreeSaysInTheShortestForm)
 	EXPECT_TRUE(SavedText(document).ends_with("<text x='6' y='7' font-weight='400'/></svg>"));
 }
 
+TEST_F(Saving, TellsValuesApartThatDifferInOnePart)
+{
+	const SVGDocumentRef loaded =
+		Open("<svg viewBox='1 2 3 4'><rect width='5' fill='url(#a) red' stroke='#f00'/></svg>");
+	const SVGPaint fill = First(loaded, "rect")->GetFill();
+	const SVGPaint stroke = First(loaded, "rect")->GetStroke();
+	const auto expect = [](const std::string& written, SVGImportAttribute key, const Data& value)
+	{
+		const SVGDocumentRef document =
+			Open("<svg viewBox='1 2 3 4'><rect width='5' fill='url(#a) red' stroke='#f00'/></svg>");
+		Must(First(document, key == SVGImportAttribute::viewBox ? "svg" : "rect")->SetAttribute(key, value));
+		const std::string saved = SavedText(document);
+		EXPECT_NE(std::string::npos, saved.find(written)) << saved;
+	};
+	constexpr SVGLength kLengths[] = {{1, SVGLengthUnit::number},
+									  {2, SVGLengthUnit::number},
+									  {3, SVGLengthUnit::number},
+									  {4, SVGLengthUnit::number},
+									  {9, SVGLengthUnit::number}};
+	const auto& [one, two, three, four, nine] = kLengths;
+	expect("viewBox='9 2 3 4'", SVGImportAttribute::viewBox, Must(Data::Create(SVGViewbox{nine, two, three, four})));
+	expect("viewBox='1 9 3 4'", SVGImportAttribute::viewBox, Must(Data::Create(SVGViewbox{one, nine, three, four})));
+	expect("viewBox='1 2 9 4'", SVGImportAttribute::viewBox, Must(Data::Create(SVGViewbox{one, two, nine, four})));
+	expect("viewBox='1 2 3 9'", SVGImportAttribute::viewBox, Must(Data::Create(SVGViewbox{one, two, three, nine})));
+	expect("width='5mm'", SVGImportAttribute::width, Must(Data::Create(SVGLength{5, SVGLengthUnit::mm})));
+	const auto paint =
+		[&](const std::string& written, const SVGPaint& from, const std::function<void(SVGPaint&)>& change)
+	{
+		SVGPaint changed = from;
+		change(changed);
+		expect(written, &from == &fill ? SVGImportAttribute::fill : SVGImportAttribute::stroke,
+			   Must(Data::Create(changed)));
+	};
+	paint("fill='url(#b) red'", fill, [](SVGPaint& p) { p.reference = Text("b"); });
+	paint("fill='url(#a) #0f0'", fill, [](SVGPaint& p) { p.color = {0, 1, 0}; });
+	paint("fill='url(#a) none'", fill, [](SVGPaint& p) { p.fallback = SVGPaintFallback::none; });
+	paint("fill='url(#a) #ff000080'", fill, [](SVGPaint& p) { p.alpha = 128 / 255.0; });
+	paint("stroke='#00f'", stroke, [](SVGPaint& p) { p.color = {0, 0, 1}; });
+	paint("stroke='#ff000080'", stroke, [](SVGPaint& p) { p.alpha = 128 / 255.0; });
+	paint("stroke='none'", stroke, [](SVGPaint& p) { p.type = SVGPaintType::none; });
+	paint("stroke='currentColor'", stroke, [](SVGPaint& p) { p.type = SVGPaintType::currentColor; });
+}
+
 TEST_F(Saving, RefusesWhatWouldNotLoadAgain)
 {
 	const auto afterEdit = [](const std::function<void(const SVGElementRef&)>& edit)
