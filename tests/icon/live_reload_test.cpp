@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "icon_fixture.h"
 #include "orvan/host/file_monitor_pump.h"
+#include "svg_edit.h"
 #include "svg_source.h"
 
 #include <thread>
@@ -67,6 +68,8 @@ TEST_F(LiveReload, FollowsRewritesRenamesAndRecreation)
 	Write("recreated");
 	PumpUntilQuiet();
 	EXPECT_EQ("recreated", RootId(icon));
+	const auto layer = Cast<SVGElementEditInterface>(icon->GetLayer(Text(kStateLayers[0])));
+	EXPECT_TRUE(layer->GetDocument()) << "What was loaded anew knows its document, too.";
 	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
 }
 
