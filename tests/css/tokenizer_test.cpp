@@ -69,6 +69,7 @@ TEST(CssTokenizer, ResolvesEscapes)
 TEST(CssTokenizer, RecoversFromBrokenStringsAndUrls)
 {
 	EXPECT_EQ(Describe("'a\"b' \"\\22\" 'a\\\nb' 'a\\\r\nb' 'open\\"), "s:a\"b _ s:\" _ s:ab _ s:ab _ s:open");
+	EXPECT_EQ(Describe("'a\\\rb' 'a\\\fb' 'a\\\n\nb"), "s:ab _ s:ab _ S:'a _ i:b");
 	EXPECT_EQ(Describe("'a\nb'c"), "S:'a _ i:b s:c");
 	EXPECT_EQ(Describe("url(a) URL( a\\)b ) u\\72l(x) url( 'q' ) url()"), "u:a _ u:a)b _ u:x _ f:url _ s:q _ ) _ u:");
 	EXPECT_EQ(Describe("url(a b) c url(a\"b) url(a(b) url(a\\\nb) d"),

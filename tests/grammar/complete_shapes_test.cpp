@@ -41,6 +41,8 @@ TEST(CompleteTransforms, PropertiesHaveUnitsAndPercentages)
 	EXPECT_EQ(PropertyTransform("rotate3d(0,0,0,90deg)"), "1 0 0 1 0 0") << "There is no axis.";
 	EXPECT_EQ(PropertyTransform("translate(1pc, 1vmin) translate(1vmax)"), "1 0 0 1 24 6");
 	EXPECT_EQ(PropertyTransform("rotate3d(0,0,2,-90deg)"), "0 -1 1 0 0 0");
+	EXPECT_EQ(PropertyTransform("rotate(810deg)"), "0 1 -1 0 0 0");
+	EXPECT_EQ(PropertyTransform("rotate(-720deg)"), "1 0 0 1 0 0");
 	EXPECT_EQ(PropertyTransform("rotateX(90deg) translateZ(10px)"), "1 0 0 0 0 -10");
 	EXPECT_EQ(PropertyTransform("translate3d(10%,20%,3px) scale3d(2,3,4) rotateZ(0)"), "2 0 0 3 20 20");
 	EXPECT_EQ(PropertyTransform("matrix(1,2,3,4,5,6)"), "1 2 3 4 5 6");

@@ -36,6 +36,18 @@ protected:
 		WriteFile(file, IconFile(kStateLayers, mark));
 	}
 
+	/// What the next client to be told has done.
+	static FileChangeOutcome WaitForOutcome()
+	{
+		auto outcome = FileChangeOutcome::noted;
+		const auto take = [](const FileChangeReport& report, void* told) noexcept
+		{
+			*static_cast<FileChangeOutcome*>(told) = report.outcome;
+		};
+		FileMonitorPump::Wait(5000, take, &outcome);
+		return outcome;
+	}
+
 	static VectorIconRef Follow(const fs::path& path)
 	{
 		VectorIconRef icon = LoadIcon(path);
@@ -53,13 +65,7 @@ TEST_F(LiveReload, FollowsRewritesRenamesAndRecreation)
 	PumpUntilQuiet();
 	EXPECT_EQ("rewritten", RootId(icon));
 	Write("told");
-	FileChangeOutcome outcome = FileChangeOutcome::noted;
-	FileMonitorPump::Wait(
-		5000,
-		[](const FileChangeReport& report, void* told) noexcept
-		{ *static_cast<FileChangeOutcome*>(told) = report.outcome; },
-		&outcome);
-	EXPECT_EQ(FileChangeOutcome::reloaded, outcome);
+	EXPECT_EQ(FileChangeOutcome::reloaded, WaitForOutcome());
 	WriteFile(folder / "new", IconFile(kStateLayers, "renamed"));
 	fs::rename(folder / "new", file);
 	PumpUntilQuiet();
@@ -95,6 +101,9 @@ TEST_F(LiveReload, LeavesWhatTheIconHasSavedItself)
 	PumpUntilQuiet();
 	EXPECT_EQ("another", RootId(icon));
 	EXPECT_TRUE(diagnostics.lines.empty()) << diagnostics.lines[0];
+	Write("of another");
+	PumpUntilQuiet();
+	EXPECT_EQ(IconFile(kStateLayers, "of another"), std::string(Must(source->GetSourceText()).View()));
 }
 
 TEST_F(LiveReload, AppliesTheStateAndThenTheClientsSwitches)
@@ -202,6 +211,7 @@ TEST_F(LiveReload, KeepsTheLastGoodTreeUntilTheFileIsGoodAgain)
 	{
 		diagnostics.lines.clear();
 		WriteFile(file, refused);
+		EXPECT_EQ(FileChangeOutcome::failed, WaitForOutcome()) << refused;
 		PumpUntilQuiet();
 		EXPECT_EQ(root, Cast<SVGDocumentInterface>(icon)->GetRootElement()) << refused;
 		ASSERT_FALSE(diagnostics.lines.empty()) << refused;

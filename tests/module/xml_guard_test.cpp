@@ -178,6 +178,8 @@ TEST_F(XmlGuard, RefusesReferencesOnlyWhereTheParserDoes)
 								  "/>",
 								  "&#;",
 								  "&#65;",
+								  "&#xa;",
+								  "&#xfF;",
 								  "&#",
 								  ";",
 								  "x",
