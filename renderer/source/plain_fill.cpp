@@ -6,6 +6,7 @@
 #include "rasterizer.h"
 #include "stroker.h"
 
+#include <limits>
 #include <new>
 #include <optional>
 
@@ -181,9 +182,11 @@ bool FillThroughMask(cairo_t* drawing, Rasterizer& rasterizer, const Target& tar
 	return true;
 }
 
-/// Paints what `add` adds to a rasterizer; it gets the transform from the picture's coordinates to the rasterizer's.
+/// Paints what `add` adds to a rasterizer; it gets the transform from the picture's coordinates to the rasterizer's,
+/// and tells whether the drawing library may paint parts of it. `width` is that of lines in pixels, and infinite for
+/// areas.
 template <typename Add>
-Remainder PaintPlainly(const Canvas& canvas, const Rectangle& bounds, SVGFillRule rule, Lines lines, Add add) noexcept
+Remainder PaintPlainly(const Canvas& canvas, const Rectangle& bounds, SVGFillRule rule, double width, Add add) noexcept
 {
 	Remainder remainder;
 	cairo_t* const drawing = canvas.drawing;
@@ -203,8 +206,8 @@ Remainder PaintPlainly(const Canvas& canvas, const Rectangle& bounds, SVGFillRul
 	Rasterizer& rasterizer = *canvas.job.rasterizer;
 	if (!rasterizer.Prepare(target->width, target->height))
 		return remainder;
-	add(rasterizer, Translation(-target->left, -target->top));
-	if (!rasterizer.FindMixedRows(rule, lines, mixed))
+	const bool isForAnybody = add(rasterizer, Translation(-target->left, -target->top));
+	if (isForAnybody && !rasterizer.FindMixedRows(rule, width, mixed))
 		mixed.Clear();
 	cairo_pattern_t* const source = cairo_get_source(drawing);
 	double red = 0.0;
@@ -238,9 +241,12 @@ void Remainder::ClipTo(const Canvas& canvas) const noexcept
 Remainder FillPlainly(const Canvas& canvas, const Outline& outline, const Matrix2d& transform, const Rectangle& bounds,
 					  SVGFillRule rule) noexcept
 {
-	return PaintPlainly(canvas, bounds, rule, Lines::outline,
+	return PaintPlainly(canvas, bounds, rule, std::numeric_limits<double>::infinity(),
 						[&](Rasterizer& rasterizer, const Matrix2d& toArea)
-						{ rasterizer.Add(outline, toArea * transform); });
+						{
+							rasterizer.Add(outline, toArea * transform);
+							return true;
+						});
 }
 
 Remainder StrokePlainly(const Canvas& canvas, const Frame& frame, const Outline& outline,
@@ -255,9 +261,13 @@ Remainder StrokePlainly(const Canvas& canvas, const Frame& frame, const Outline&
 	const Matrix2d toPixels = isUnscaled ? Scaling(unit, unit) : place.transform;
 	const Matrix2d toPen = isUnscaled ? Scaling(1.0 / unit, 1.0 / unit) * place.transform : Matrix2d();
 	const Pen pen{GetStrokeWidth(place) / 2.0, style.lineCap, style.lineJoin, std::max(style.miterLimit, 1.0)};
-	return PaintPlainly(canvas, bounds, SVGFillRule::nonzero, Lines::stroke,
+	return PaintPlainly(canvas, bounds, SVGFillRule::nonzero, pen.radius * 2.0 * GetStretch(toPixels),
 						[&](Rasterizer& rasterizer, const Matrix2d& toArea)
-						{ Stroker(rasterizer, pen, toArea * toPixels, canvas.job.scene.limits).Add(outline, toPen); });
+						{
+							Stroker stroker(rasterizer, pen, toArea * toPixels, canvas.job.scene.limits);
+							stroker.Add(outline, toPen);
+							return !stroker.HasTurnedBack();
+						});
 }
 
 } // namespace orvan::cairo

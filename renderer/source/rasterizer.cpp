@@ -5,6 +5,13 @@
 
 namespace orvan::cairo
 {
+namespace
+{
+
+/// Sums of floats that differ by less are the same.
+constexpr float kLittle = 1.0f / 64.0f;
+
+} // namespace
 
 using namespace drawing;
 
@@ -14,7 +21,6 @@ bool Rasterizer::Prepare(int width, int height) noexcept
 	_height = height;
 	_top = height;
 	_bottom = 0;
-	_length = 0.0;
 	_stride = static_cast<std::size_t>(width) + 1;
 	_words = _stride / 64 + 1;
 	const std::size_t cellCount = _stride * static_cast<std::size_t>(height);
@@ -111,7 +117,6 @@ void Rasterizer::AddLine(const Vector2d& from, const Vector2d& to) noexcept
 	_top = std::min(_top, firstRow);
 	_bottom = std::max(_bottom, lastRow);
 	const bool isInside = least >= 0.0 && most <= _width;
-	_length += (bottom - y) * (1.0 + std::abs(slope));
 	for (int row = firstRow; row < lastRow; row++)
 	{
 		const double nextY = std::min(row + 1.0, bottom);
@@ -186,13 +191,14 @@ void Rasterizer::AddPiece(int y, float change, float left, float right) noexcept
 	AddCell(y, last, change * lastArea);
 }
 
-bool Rasterizer::FindMixedRows(SVGFillRule rule, Lines lines, BaseArray<Rows>& rows) const noexcept
+bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& rows) const noexcept
 {
-	if (lines == Lines::stroke)
-		return !IsDense() || rows.Append({_top, _bottom}).IsOk();
+	// What a line alone can cover of a pixel, at most.
+	const auto most = static_cast<float>(std::min(width * 1.5, 1.0));
+
 	for (int y = _top; y < _bottom; y++)
 	{
-		if (!IsMixed(y, rule))
+		if (!(rule == SVGFillRule::evenodd ? IsParityMixed(y) : IsMixed(y, most)))
 			continue;
 		// Areas that end together in one row often begin or end in the rows beside it, too.
 		const Rows found{std::max(y - 1, _top), std::min(y + 2, _bottom)};
@@ -204,49 +210,55 @@ bool Rasterizer::FindMixedRows(SVGFillRule rule, Lines lines, BaseArray<Rows>& r
 	return true;
 }
 
-/// Whether several ends of areas lie between two stretches of pixels without any.
-bool Rasterizer::IsMixed(int y, SVGFillRule rule) const noexcept
+/// Whether pixels have several areas end in them that do not add up: between two stretches of pixels that no line
+/// passes through, of which one is bare, there is more than one area can make, or behind them what is covered more than
+/// once; or one stretch is covered to the right and the other to the left.
+bool Rasterizer::IsMixed(int y, float most) const noexcept
 {
-	constexpr float kLittle = 1.0f / 64.0f;
-	const auto isMixed = [&](float left, float right)
-	{
-		if (rule == SVGFillRule::evenodd)
-			return std::abs(left - right) > 1.0f + kLittle;
-		const float less = std::min(std::abs(left), std::abs(right));
-		const float more = std::max(std::abs(left), std::abs(right));
-		return left * right < -kLittle || (more > 1.0f + kLittle && less < 1.0f - kLittle);
-	};
-	float last = 0.0f;
+	float last = 0.0f; // How much the last such stretch is covered.
+	float peak = 0.0f; // The most in the pixels since then.
 	bool result = false;
+	const auto enter = [&](float cover)
+	{
+		const float less = std::min(std::abs(last), std::abs(cover));
+		const float more = std::max(std::abs(last), std::abs(cover));
+		const bool isBare = less < 1.0f - kLittle;
+		result = result || last * cover < -kLittle ||
+				 (isBare && (more > 1.0f + kLittle || peak > std::max(more, most) + kLittle));
+		last = cover;
+		peak = 0.0f;
+	};
 	ForEachStep(y,
 				[&](float cover, int start, int end)
 				{
 					// A line that ends in a pixel has its say in the next one, too.
-					if (end - start < 2)
-						return;
-					result = result || isMixed(last, cover);
-					last = cover;
+					if (end - start > 1)
+						enter(cover);
+					else
+						peak = std::max(peak, std::abs(cover));
 				});
-	return result || isMixed(last, 0.0f);
+	enter(0.0f);
+	return result;
 }
 
-/// Whether the lines are much longer than there is room for side by side: the two sides of a thin line are one and a
-/// half times as long as the cells that they pass through are many, on average over all directions, and the sides of a
-/// wide one half as long. Long lines that fill much of their area may cross everywhere.
-bool Rasterizer::IsDense() const noexcept
+/// The same where what is covered twice is bare again.
+bool Rasterizer::IsParityMixed(int y) const noexcept
 {
-	constexpr double kMost = 2.25;
-	constexpr double kLong = 1500.0;
-	constexpr double kMuch = 0.4;
-	if (_length > std::max(kLong, static_cast<double>(_width) * (_bottom - _top) * kMuch))
-		return true;
-	const std::uint64_t* const bits = _bits.get();
-	const auto begin = static_cast<std::size_t>(_top) * _words;
-	const auto end = static_cast<std::size_t>(std::max(_top, _bottom)) * _words;
-	double cells = 0.0;
-	for (std::size_t i = begin; i < end; i++)
-		cells += std::popcount(bits[i]);
-	return _length > cells * kMost;
+	float last = 0.0f;
+	bool result = false;
+	const auto enter = [&](float cover)
+	{
+		result = result || std::abs(last - cover) > 1.0f + kLittle;
+		last = cover;
+	};
+	ForEachStep(y,
+				[&](float cover, int start, int end)
+				{
+					if (end - start > 1)
+						enter(cover);
+				});
+	enter(0.0f);
+	return result;
 }
 
 } // namespace orvan::cairo

@@ -20,14 +20,6 @@ struct Rows
 	int bottom = 0;
 };
 
-/// What lines go around: one outline, whose parts may wind either way, or the many areas of a stroke, which all wind
-/// the same way and overlap at its joins.
-enum class Lines
-{
-	outline,
-	stroke,
-};
-
 /// Finds out how much of each pixel an outline covers, exactly but for where its lines cross inside of a pixel.
 ///
 /// Each line adds to the cells that it passes through how much of the row it lies in changes there: the sum of a row's
@@ -63,10 +55,9 @@ public:
 		}
 	}
 
-	/// Appends the rows in which the ends of several areas may fall together: those of an outline that is covered
-	/// twice, or to both sides, right beside what is bare; and all of a stroke whose lines lie so close that they must
-	/// overlap. False when there is no memory for their list.
-	bool FindMixedRows(SVGFillRule rule, Lines lines, BaseArray<Rows>& rows) const noexcept;
+	/// Appends the rows that would show what is covered twice, or to both sides, right beside what is bare. `width` is
+	/// that of the lines that are drawn, in pixels; infinite for areas. False when there is no memory for their list.
+	bool FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& rows) const noexcept;
 
 	/// Calls `span` with row, first column, column past the last and coverage (1 to 255), from the top and the left,
 	/// but for the rows that are left out, which must stand in their order. Leaves nothing behind.
@@ -157,8 +148,8 @@ private:
 		visit(cover, start, _width);
 	}
 
-	bool IsMixed(int y, SVGFillRule rule) const noexcept;
-	bool IsDense() const noexcept;
+	bool IsMixed(int y, float most) const noexcept;
+	bool IsParityMixed(int y) const noexcept;
 	void AddClippedPiece(int y, double change, double left, double right) noexcept;
 	void AddCurve(const Vector2d& from, const Vector2d& c1, const Vector2d& c2, const Vector2d& to) noexcept;
 	void AddPiece(int y, float change, float left, float right) noexcept;
@@ -181,7 +172,6 @@ private:
 	int _height = 0;
 	int _top = 0; ///< The rows with lines in them.
 	int _bottom = 0;
-	double _length = 0.0; ///< Of all lines within the area, as pixels across plus pixels down.
 };
 
 } // namespace orvan::cairo

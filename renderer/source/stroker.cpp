@@ -141,6 +141,7 @@ void Stroker::CurveTo(const Vector2d& c1, const Vector2d& c2, const Vector2d& to
 		if (Dot(direction, nextDirection) < kCorner)
 		{
 			// A point in the curve: its two sides are lines, and the pen turns around on it.
+			_hasTurnedBack = true;
 			AddSide(_current + side, _current - side);
 			_lastDirection = direction;
 			LineTo(next, SVGLineJoin::round);

@@ -31,6 +31,13 @@ public:
 	/// Adds the stroke of an outline that `toPen` leads into the pen's coordinates. Stops when the time is up.
 	void Add(const drawing::Outline& outline, const Matrix2d& toPen) noexcept;
 
+	/// True once a curve has turned back in a point. The drawing library takes such curves for the line between their
+	/// ends.
+	bool HasTurnedBack() const noexcept
+	{
+		return _hasTurnedBack;
+	}
+
 private:
 	void LineTo(const Vector2d& to, SVGLineJoin join) noexcept;
 	void CurveTo(const Vector2d& c1, const Vector2d& c2, const Vector2d& to) noexcept;
@@ -56,6 +63,7 @@ private:
 	bool _isReversed = false;  ///< Sides that turn left in the pen's coordinates turn right in pixels.
 	bool _hasSegments = false; ///< The subpath has more than its start, ...
 	bool _hasLength = false;   ///< ... and leads away from it.
+	bool _hasTurnedBack = false;
 };
 
 } // namespace orvan::cairo
