@@ -195,7 +195,6 @@ bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& 
 {
 	// What a line alone can cover of a pixel, at most.
 	const auto most = static_cast<float>(std::min(width * 1.5, 1.0));
-
 	for (int y = _top; y < _bottom; y++)
 	{
 		if (!(rule == SVGFillRule::evenodd ? IsParityMixed(y) : IsMixed(y, most)))
@@ -210,9 +209,9 @@ bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& 
 	return true;
 }
 
-/// Whether pixels have several areas end in them that do not add up: between two stretches of pixels that no line
-/// passes through, of which one is bare, there is more than one area can make, or behind them what is covered more than
-/// once; or one stretch is covered to the right and the other to the left.
+/// Whether several areas end in pixels in which they do not add up. Looks at two stretches of pixels that no line
+/// passes through, and at what is between them: where one stretch is bare, neither the other nor a pixel between them
+/// may have more than one area covers at `most`; and not one may be covered to the right and the other to the left.
 bool Rasterizer::IsMixed(int y, float most) const noexcept
 {
 	float last = 0.0f; // How much the last such stretch is covered.
@@ -223,8 +222,8 @@ bool Rasterizer::IsMixed(int y, float most) const noexcept
 		const float less = std::min(std::abs(last), std::abs(cover));
 		const float more = std::max(std::abs(last), std::abs(cover));
 		const bool isBare = less < 1.0f - kLittle;
-		result = result || last * cover < -kLittle ||
-				 (isBare && (more > 1.0f + kLittle || peak > std::max(more, most) + kLittle));
+		const bool isTooMuch = more > most + kLittle || peak > std::max(more, most) + kLittle;
+		result = result || last * cover < -kLittle || (isBare && isTooMuch);
 		last = cover;
 		peak = 0.0f;
 	};
