@@ -127,6 +127,20 @@ TEST_F(Strokes, StrokesHaveEndsCornersAndWidths)
 		"40,41 000000; 40,58 000000; 40,39 none; 40,60 none; 68,50 000000; 78,50 000000; 82,50 none; 79,42 none");
 }
 
+TEST_F(Strokes, WidthsThatDoNotScaleGrowWithThePicture)
+{
+	const DrawnPicture picture(
+		LoadCompletely(Document("<path d='M10 20h20v20' transform='scale(2 1)' fill='none' stroke='#000' "
+								"stroke-width='4' vector-effect='non-scaling-stroke'/>")),
+		{.scale = 2.0});
+	for (const auto& [x, y] : {std::pair(80, 36), std::pair(80, 43), std::pair(116, 70), std::pair(123, 70)})
+		EXPECT_EQ("000000", picture.At(x, y)) << x << ' ' << y;
+	for (const auto& [x, y] : {std::pair(80, 35), std::pair(80, 44), std::pair(115, 70), std::pair(124, 70)})
+		EXPECT_EQ("none", picture.At(x, y)) << x << ' ' << y;
+	EXPECT_EQ("000000", picture.At(120, 79));
+	EXPECT_EQ("none", picture.At(120, 80));
+}
+
 TEST_F(Strokes, LinesThatAreLongInPiecesAreDrawnAsInOne)
 {
 	// To the library, which draws hard edges, they go piece by piece; lines with dashes do not.

@@ -109,18 +109,20 @@ TEST_F(Target, AnElementByItselfIsAsLargeAsWhatItPaints)
 	EXPECT_EQ("0000ff", high.At(6, 11));
 	EXPECT_EQ("000000", high.At(6, 12));
 	// Of texts and pictures, too, only what is in it; and groups count where they are in it, not around it.
-	const std::string image = "<image width='9' height='9' preserveAspectRatio='none' href=\"data:image/svg+xml,%3Csvg "
+	const std::string image = " width='9' height='9' preserveAspectRatio='none' href=\"data:image/svg+xml,%3Csvg "
 							  "xmlns='http://www.w3.org/2000/svg'%3E%3Crect width='100%25' height='100%25' "
 							  "fill='lime'/%3E%3C/svg%3E\"/>";
-	const SVGDocumentRef mixed = LoadCompletely(
-		Document("<g font-family='DejaVu Sans' font-size='20' opacity='.5'><text y='90'>█</text>" + image +
-				 "<g id='q' opacity='.5'><text x='20' y='60' fill='#f00'>█</text><g transform='translate(40 41)'>" +
-				 image + "</g></g><text y='40'>█</text></g>"));
+	const SVGDocumentRef mixed = LoadCompletely(Document(
+		"<g font-family='DejaVu Sans' font-size='20' opacity='.5'><text y='90'>█</text><image" + image +
+		"<g id='q' opacity='.5'><text x='20' y='60' fill='#f00'>█</text><g transform='translate(40 41)'><image id='i'" +
+		image + "</g></g><text id='t' y='40'>█</text></g>"));
 	const DrawnPicture parts(mixed, {.elementId = Must(String::Create("q"))});
 	EXPECT_EQ(30, parts.GetPixels().width);
 	EXPECT_EQ(24, parts.GetPixels().height);
 	EXPECT_EQ("ff000080", parts.At(8, 12));
 	EXPECT_EQ("00ff0080", parts.At(25, 5));
+	for (const auto& [id, color] : {std::pair("t", "000000"), std::pair("i", "00ff00")})
+		EXPECT_EQ(color, DrawnPicture(mixed, {.elementId = Must(String::Create(id))}).At(4, 4)) << id;
 	const auto fail = [&](const char* id)
 	{
 		return MessageOf(MakeTarget()->Begin(document, {.elementId = Must(String::Create(id))}));
