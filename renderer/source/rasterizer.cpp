@@ -21,6 +21,7 @@ bool Rasterizer::Prepare(int width, int height) noexcept
 	_height = height;
 	_top = height;
 	_bottom = 0;
+	_work = 0;
 	_stride = static_cast<std::size_t>(width) + 1;
 	_words = _stride / 64 + 1;
 	const std::size_t cellCount = _stride * static_cast<std::size_t>(height);
@@ -116,6 +117,7 @@ void Rasterizer::AddLine(const Vector2d& from, const Vector2d& to) noexcept
 	const int lastRow = std::min(static_cast<int>(std::ceil(bottom)), _height);
 	_top = std::min(_top, firstRow);
 	_bottom = std::max(_bottom, lastRow);
+	_work += lastRow - firstRow;
 	const bool isInside = least >= 0.0 && most <= _width;
 	for (int row = firstRow; row < lastRow; row++)
 	{
@@ -193,6 +195,10 @@ void Rasterizer::AddPiece(int y, float change, float left, float right) noexcept
 
 bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& rows) const noexcept
 {
+	// With so many lines it takes the drawing library long, and what two lines make of a pixel does not show.
+	constexpr int kMuchWork = 24000;
+	if (_work > kMuchWork)
+		return true;
 	// What a line alone can cover of a pixel, at most.
 	const auto most = static_cast<float>(std::min(width * 1.5, 1.0));
 	for (int y = _top; y < _bottom; y++)

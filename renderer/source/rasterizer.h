@@ -56,7 +56,8 @@ public:
 	}
 
 	/// Appends the rows that would show what is covered twice, or to both sides, right beside what is bare. `width` is
-	/// that of the lines that are drawn, in pixels; infinite for areas. False when there is no memory for their list.
+	/// that of the lines that are drawn, in pixels; infinite for areas. Finds none in what takes too long to be drawn
+	/// otherwise. False when there is no memory for their list.
 	bool FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& rows) const noexcept;
 
 	/// Calls `span` with row, first column, column past the last and coverage (1 to 255), from the top and the left,
@@ -172,6 +173,7 @@ private:
 	int _height = 0;
 	int _top = 0; ///< The rows with lines in them.
 	int _bottom = 0;
+	int _work = 0; ///< Rows that lines were added to, each line counted.
 };
 
 } // namespace orvan::cairo
