@@ -22,6 +22,9 @@ bool Rasterizer::Prepare(int width, int height) noexcept
 	_top = height;
 	_bottom = 0;
 	_work = 0;
+	_upmost = height;
+	_downmost = 0.0;
+	_travel = 0.0;
 	_stride = static_cast<std::size_t>(width) + 1;
 	_words = _stride / 64 + 1;
 	const std::size_t cellCount = _stride * static_cast<std::size_t>(height);
@@ -118,6 +121,9 @@ void Rasterizer::AddLine(const Vector2d& from, const Vector2d& to) noexcept
 	_top = std::min(_top, firstRow);
 	_bottom = std::max(_bottom, lastRow);
 	_work += lastRow - firstRow;
+	_upmost = std::min(_upmost, y);
+	_downmost = std::max(_downmost, bottom);
+	_travel += bottom - y;
 	const bool isInside = least >= 0.0 && most <= _width;
 	for (int row = firstRow; row < lastRow; row++)
 	{
@@ -201,8 +207,13 @@ bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& 
 		return true;
 	// What a line alone can cover of a pixel, at most.
 	const auto most = static_cast<float>(std::min(width * 1.5, 1.0));
+	// What goes down once and up once lies over nothing.
+	if (most == 1.0f && _travel <= 2.0 * (_downmost - _upmost) + kLittle)
+		return true;
 	for (int y = _top; y < _bottom; y++)
 	{
+		if (GetSpread(y) <= most + kLittle)
+			continue;
 		if (!(rule == SVGFillRule::evenodd ? IsParityMixed(y) : IsMixed(y, most)))
 			continue;
 		// Areas that end together in one row often begin or end in the rows beside it, too.
@@ -213,6 +224,20 @@ bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& 
 			return false;
 	}
 	return true;
+}
+
+/// How far apart the least and the most covered pixels of a row are; what is bare counts.
+float Rasterizer::GetSpread(int y) const noexcept
+{
+	float least = 0.0f;
+	float most = 0.0f;
+	ForEachStep(y,
+				[&](float cover, int, int)
+				{
+					least = std::min(least, cover);
+					most = std::max(most, cover);
+				});
+	return most - least;
 }
 
 /// Whether several areas end in pixels in which they do not add up. Looks at two stretches of pixels that no line

@@ -71,9 +71,11 @@ public:
 			while (next != leftOut.end() && next->bottom <= y)
 				next++;
 			if (next != leftOut.end() && next->top <= y)
-				SweepRow(y, &GetNothing, span);
+				SweepRow<&GetNothing>(y, span);
+			else if (rule == SVGFillRule::evenodd)
+				SweepRow<&GetEvenOdd>(y, span);
 			else
-				SweepRow(y, rule == SVGFillRule::evenodd ? &GetEvenOdd : &GetNonzero, span);
+				SweepRow<&GetNonzero>(y, span);
 		}
 		_top = _height;
 		_bottom = 0;
@@ -98,8 +100,8 @@ private:
 		return static_cast<int>((turn > 1.0f ? 2.0f - turn : turn) * 255.0f + 0.5f);
 	}
 
-	template <typename Span>
-	void SweepRow(int y, int (*getCoverage)(float) noexcept, Span span) noexcept
+	template <int (*kGetCoverage)(float) noexcept, typename Span>
+	void SweepRow(int y, Span span) noexcept
 	{
 		float* const cells = _cells.get() + static_cast<std::size_t>(y) * _stride;
 		std::uint64_t* const bits = _bits.get() + static_cast<std::size_t>(y) * _words;
@@ -118,7 +120,7 @@ private:
 			{
 				const int x = static_cast<int>(word * 64) + std::countr_zero(set);
 				cover += std::exchange(cells[x], 0.0f);
-				const int next = getCoverage(cover);
+				const int next = kGetCoverage(cover);
 				if (next == coverage)
 					continue;
 				flush(std::min(x, _width));
@@ -149,6 +151,7 @@ private:
 		visit(cover, start, _width);
 	}
 
+	float GetSpread(int y) const noexcept;
 	bool IsMixed(int y, float most) const noexcept;
 	bool IsParityMixed(int y) const noexcept;
 	void AddClippedPiece(int y, double change, double left, double right) noexcept;
@@ -173,7 +176,10 @@ private:
 	int _height = 0;
 	int _top = 0; ///< The rows with lines in them.
 	int _bottom = 0;
-	int _work = 0; ///< Rows that lines were added to, each line counted.
+	int _work = 0;          ///< Rows that lines were added to, each line counted.
+	double _upmost = 0.0;   ///< Where the first line begins, ...
+	double _downmost = 0.0; ///< ... and the last one ends.
+	double _travel = 0.0;   ///< How far all lines lead up and down.
 };
 
 } // namespace orvan::cairo
