@@ -189,8 +189,8 @@ bool AppendMatrix(std::string& text, const Matrix2d& matrix, const ValueStyle& s
 
 void AppendLink(std::string& text, std::string_view link, Tag tag, bool isId)
 {
-	// Those of images and anchors are rarely ids.
-	static constexpr complete::TagSet kLeadingOut{Kind::image, Kind::feImage, Kind::anchor};
+	// Those of images and anchors are rarely ids; those of filter primitives mostly are.
+	static constexpr complete::TagSet kLeadingOut{Kind::image, Kind::anchor};
 	const bool mayLeadOut = !link.empty() && link[0] != '#' && static_cast<unsigned char>(link[0]) > ' ';
 	const bool isIri = link.empty() || LooksLikeIri(link) || (mayLeadOut && kLeadingOut.Has(tag));
 	if (isId || !isIri)
