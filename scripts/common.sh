@@ -16,7 +16,7 @@ build_packages=(
 	pybind11-dev python3-dev python3-numpy # the Python package
 )
 test_packages=(
-	binutils clang libclang-rt-dev clang-format clang-tidy doxygen
+	binutils git clang libclang-rt-dev clang-format clang-tidy doxygen
 	dpkg-dev file python3-pip-whl                  # packages of what is built
 	python3-distributed                            # a cluster for the Python package
 	python3 python3-numpy python3-pil librsvg2-bin # pictures to compare with
