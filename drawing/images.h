@@ -3,10 +3,7 @@
 #pragma once
 
 #include "geometry.h"
-#include "svg_base.h"
 #include "svg_elements.h"
-
-#include <string_view>
 
 namespace orvan::drawing
 {
@@ -31,7 +28,7 @@ public:
 	virtual ImageSize GetSize() const noexcept = 0;
 };
 
-/// Finds the images, and the documents of single elements, that links name, and keeps them.
+/// Finds the images that links name, and keeps them.
 class ImageSource
 {
 public:
@@ -40,10 +37,6 @@ public:
 	/// The image of a link, good until the end of the drawing; null, and reported, when there is none. Fails for want
 	/// of memory only.
 	virtual Result<const Image*> Find(const String& link) noexcept = 0;
-
-	/// The document of a link to a file, good until the end of the drawing; null, and reported, when there is none.
-	/// Fails for want of memory only.
-	virtual Result<SVGDocumentRef> FindDocument(std::string_view link) noexcept = 0;
 };
 
 /// An image in its place.

@@ -68,24 +68,6 @@ Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept
 	return found;
 }
 
-Result<UsedElement> FindUsed(Scene& scene, const String& link) noexcept
-{
-	UsedElement used;
-	const std::string_view text = link.View();
-	const std::size_t mark = text.find('#');
-	if (mark == std::string_view::npos)
-	{
-		used.element = ORVAN_TRY(FindElement(scene, link));
-		return used;
-	}
-	if (scene.images != nullptr)
-		used.document = ORVAN_TRY(scene.images->FindDocument(text.substr(0, mark)));
-	if (used.document)
-		used.element = ORVAN_TRY(FindElement(used.document, ORVAN_TRY(String::Create(text.substr(mark + 1)))));
-	scene.hasMissing = scene.hasMissing || !used.element;
-	return used;
-}
-
 Result<BaseArray<SVGElementRef>> FindMasks(Scene& scene, const Effects& effects, const Frame& frame) noexcept
 {
 	BaseArray<SVGElementRef> masks;

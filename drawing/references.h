@@ -14,38 +14,6 @@ Result<SVGElementRef> FindElement(const SVGDocumentRef& document, const String& 
 /// The same for a reference that a walk follows; the scene takes down where it leads.
 Result<SVGElementRef> FindElement(Scene& scene, const String& id) noexcept;
 
-/// An element that is drawn for a use, and its document when that is another one than the scene's.
-struct UsedElement
-{
-	SVGElementRef element; ///< Null for a reference that leads nowhere.
-	SVGDocumentRef document;
-};
-
-/// What the link of a use names: an id, or a file and an id in it ("signs.svg#stop").
-Result<UsedElement> FindUsed(Scene& scene, const String& link) noexcept;
-
-/// Has references lead to elements of another document for as long as it lives. Changes nothing for null.
-class VisitedDocument
-{
-public:
-	VisitedDocument(Scene& scene, const SVGDocumentRef& document) noexcept : _scene(scene), _before(scene.document)
-	{
-		if (document)
-			scene.document = document;
-	}
-
-	VisitedDocument(const VisitedDocument&) = delete;
-
-	~VisitedDocument()
-	{
-		_scene.document = _before;
-	}
-
-private:
-	Scene& _scene;
-	SVGDocumentRef _before;
-};
-
 /// The element that an effect of `frame` names, when it is an `I`; null for no reference (`id` null), for one that
 /// leads to nothing, and, with a report, for one that leads back to where it comes from.
 template <typename I>

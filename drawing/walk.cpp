@@ -333,8 +333,7 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	const String link = Borrowed<SVGUseElementInterface>(element)->GetLink();
 	if (!frame.canDraw || link.IsEmpty())
 		return {};
-	const UsedElement used = ORVAN_TRY(FindUsed(_scene, link));
-	const SVGElementRef& target = used.element;
+	const SVGElementRef target = ORVAN_TRY(FindElement(_scene, link));
 	if (!target || target->GetDisplay() == SVGDisplay::none)
 		return {};
 	// Where containers do not count, what a use stands for is a shape or a text itself.
@@ -351,7 +350,6 @@ Result<void> Walk::DrawChildren(ObjectBase* parent, const Place& place, const Fr
 	}
 	const auto draw = [&](Sink& sink) noexcept
 	{
-		const VisitedDocument visited(_scene, used.document);
 		return Walk(_scene, sink).DrawTarget(frame, target.GetObject());
 	};
 	return _sink.DrawGroup(frame, draw);

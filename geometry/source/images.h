@@ -7,19 +7,13 @@
 namespace orvan::geometry
 {
 
-/// Takes every link for an image and loads none: images lie where their elements say. Elements of other documents are
-/// not there.
+/// Takes every link for an image and loads none: images lie where their elements say.
 class UnseenImages final : public drawing::ImageSource
 {
 public:
 	Result<const drawing::Image*> Find(const String&) noexcept override
 	{
 		return &_image;
-	}
-
-	Result<SVGDocumentRef> FindDocument(std::string_view) noexcept override
-	{
-		return SVGDocumentRef();
 	}
 
 private:

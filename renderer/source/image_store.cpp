@@ -36,23 +36,6 @@ Result<void> KeepFile(cairo_surface_t* surface, const Bytes& file) noexcept
 	return {};
 }
 
-/// The document in a file; null when it cannot be loaded.
-Result<SVGDocumentRef> ImportDocument(const Bytes& file) noexcept
-{
-	SVGDocumentRef document = ORVAN_TRY(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
-	const auto import = Cast<SVGDocumentImportInterface>(document);
-	if (!import)
-		return SVGDocumentRef();
-	SVGImportOptions options;
-	options.isComplete = options.isTolerant = true;
-	ORVAN_TRY(import->SetImportOptions(options));
-	ORVAN_TRY(import->InitFromMemory(file.begin(), static_cast<std::int64_t>(file.GetCount()), Url()));
-	const SVGImportReport report = ORVAN_TRY(import->GetImportReport());
-	if (report.outcome != SVGImportOutcome::loaded && report.outcome != SVGImportOutcome::loadedWithFindings)
-		return SVGDocumentRef();
-	return document;
-}
-
 } // namespace
 
 Vector2d StoredImage::GetContentSize(const Vector2d& viewport) const noexcept
@@ -62,20 +45,8 @@ Vector2d StoredImage::GetContentSize(const Vector2d& viewport) const noexcept
 	return hasShape ? _size.Complete(0.0, 0.0) : _size.Complete(viewport.x, viewport.y);
 }
 
-/// Whether there is a folder that links to files may lead to. An image and a document of which elements are used are
-/// all there is to them; such have no address here.
-bool ImageStore::HasFolder() const noexcept
-{
-	return _depth == 0 && !_scene.document->GetUrl().GetText().IsEmpty();
-}
-
 Result<const Image*> ImageStore::Find(const String& link) noexcept
 {
-	if (!images::IsDataUrl(link.View()) && !HasFolder())
-	{
-		_scene.limits.Omit(Omission::images);
-		return nullptr;
-	}
 	for (const Entry& entry : _entries)
 	{
 		if (entry.link.View() == link.View())
@@ -111,6 +82,9 @@ Result<Bytes> ImageStore::ReadLinked(std::string_view link) noexcept
 {
 	if (images::IsDataUrl(link))
 		return images::DecodeDataUrl(link);
+	// A document that is an image itself is all there is to it.
+	if (_depth > 0)
+		return Bytes();
 	return ReadFileBeside(_scene.document->GetUrl(), link, _scene.limits.GetFreeBytes());
 }
 
@@ -143,8 +117,16 @@ Result<void> ImageStore::LoadDocument(const Bytes& file, StoredImage& image) noe
 {
 	if (_depth >= kMaxImageDepth)
 		return {};
-	const SVGDocumentRef document = ORVAN_TRY(ImportDocument(file));
-	if (!document)
+	const SVGDocumentRef document = ORVAN_TRY(CreateObject<SVGDocumentInterface>(kSVGDocumentClass));
+	const auto import = Cast<SVGDocumentImportInterface>(document);
+	if (!import)
+		return {};
+	SVGImportOptions options;
+	options.isComplete = options.isTolerant = true;
+	ORVAN_TRY(import->SetImportOptions(options));
+	ORVAN_TRY(import->InitFromMemory(file.begin(), static_cast<std::int64_t>(file.GetCount()), Url()));
+	const SVGImportReport report = ORVAN_TRY(import->GetImportReport());
+	if (report.outcome != SVGImportOutcome::loaded && report.outcome != SVGImportOutcome::loadedWithFindings)
 		return {};
 	const NaturalSize size = GetStatedSize(document->GetRootElement());
 	// A size of nothing shows nothing.
@@ -154,25 +136,6 @@ Result<void> ImageStore::LoadDocument(const Bytes& file, StoredImage& image) noe
 		image._document = document;
 	}
 	return {};
-}
-
-Result<SVGDocumentRef> ImageStore::FindDocument(std::string_view link) noexcept
-{
-	if (!HasFolder() || _scene.limits.IsOver() || images::IsDataUrl(link))
-		return SVGDocumentRef();
-	for (const UsedDocument& used : _documents)
-	{
-		if (used.link.View() == link)
-			return used.document;
-	}
-	const Bytes file = ORVAN_TRY(ReadLinked(link));
-	SVGDocumentRef document;
-	if (images::FindFormat({file.begin(), file.GetCount()}) == images::Format::svg)
-		document = ORVAN_TRY(ImportDocument(file));
-	if (!document)
-		_scene.limits.Omit(Omission::images);
-	ORVAN_TRY(_documents.Append({ORVAN_TRY(String::Create(link)), document}));
-	return document;
 }
 
 } // namespace orvan::cairo

@@ -42,8 +42,7 @@ private:
 };
 
 /// Loads images: from `data:` URLs, and from files that stand in the folder of the document or below it, links
-/// followed. Each link is loaded once. What a document that is an image names has to be in the document itself, and so
-/// has what an element of another document names.
+/// followed. Each link is loaded once. What a document that is an image names has to be in the document itself.
 class ImageStore final : public drawing::ImageSource
 {
 public:
@@ -54,7 +53,6 @@ public:
 	}
 
 	Result<const drawing::Image*> Find(const String& link) noexcept override;
-	Result<SVGDocumentRef> FindDocument(std::string_view link) noexcept override;
 
 	/// How many images the scene's document stands in.
 	int GetDepth() const noexcept
@@ -69,24 +67,15 @@ private:
 		std::unique_ptr<StoredImage> image; ///< Null for a link that leads to no image.
 	};
 
-	bool HasFolder() const noexcept;
 	Result<std::unique_ptr<StoredImage>> Load(const String& link) noexcept;
 	Result<BaseArray<unsigned char>> ReadLinked(std::string_view link) noexcept;
 	Result<void> LoadPixels(const BaseArray<unsigned char>& file, StoredImage& image) noexcept;
 	Result<void> LoadDocument(const BaseArray<unsigned char>& file, StoredImage& image) noexcept;
 
-	/// A document of which single elements are used.
-	struct UsedDocument
-	{
-		String link;
-		SVGDocumentRef document; ///< Null for a link that leads to no document.
-	};
-
 	drawing::Scene& _scene;
 	int _depth;
 	bool _keepsFiles; ///< A page holds files as they are where it can.
 	BaseArray<Entry> _entries;
-	BaseArray<UsedDocument> _documents;
 };
 
 } // namespace orvan::cairo

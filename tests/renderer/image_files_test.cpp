@@ -44,13 +44,7 @@ protected:
 	/// The colour in the middle of a document that stands in the folder and shows an image, with what was reported.
 	std::string Show(const std::string& link) const
 	{
-		return ShowContent("<image width='100' height='100' href='" + link + "'/>");
-	}
-
-	/// The same for any content of the document.
-	std::string ShowContent(const std::string& content) const
-	{
-		Write("pictures/document.svg", Document(content));
+		Write("pictures/document.svg", Document("<image width='100' height='100' href='" + link + "'/>"));
 		const SVGDocumentRef document = MakeDocument();
 		SVGImportOptions options;
 		options.isTolerant = options.isComplete = true;
@@ -86,40 +80,6 @@ TEST_F(ImageFiles, AnImageThatIsADocumentReadsNoFilesItself)
 	EXPECT_EQ("none, " + kMissing, Show("document.svg"));
 	Write("pictures/packed.svg", "<svg><rect id='a'");
 	EXPECT_NE("ff0000", Show("packed.svg"));
-}
-
-TEST_F(ImageFiles, UsesTakeElementsFromFilesInTheFolder)
-{
-	const std::string square = "<path id='own' d='M0 0h100v100h-100z'";
-	Write(
-		"pictures/signs.svg",
-		Document("<style>#own { fill: lime }</style>"
-				 "<linearGradient id='g'><stop stop-color='#00f'/></linearGradient><g id='both'><use href='#own'/></g>"
-				 "<symbol id='sign'><rect width='100%' height='100%' fill='url(#g)'/></symbol>" +
-				 square + "/><path id='plain' d='M0 0h100v100h-100z'/><image id='image' width='100' height='100' " +
-				 "href='beside.svg'/><use id='again' href='beside.svg#a'/>"));
-	const std::string red = "<linearGradient id='g'><stop stop-color='#f00'/></linearGradient>" + square + "/>";
-	// What stands there is as its own document has it, what is around the use as this one has it.
-	EXPECT_EQ("00ff00", ShowContent("<use href='signs.svg#own'/>"));
-	EXPECT_EQ("00ff00", ShowContent(red + "<use href='./signs.svg#both'/>"));
-	EXPECT_EQ("0000ff", ShowContent(red + "<use href='signs.svg#sign' width='100' height='100'/>"));
-	EXPECT_EQ("ffff00", ShowContent("<use href='signs.svg#plain' fill='#ff0'/>"));
-	EXPECT_EQ("ff0000",
-			  ShowContent("<use href='signs.svg#own'/>" + red + "<rect width='100' height='100' fill='url(#g)'/>"));
-	EXPECT_EQ("none", ShowContent("<clipPath id='c'><path d='M0 0h9v9z'/></clipPath>"
-								  "<use href='signs.svg#own' clip-path='url(#c)'/>"));
-	// An id that is not there is no error, a file is.
-	EXPECT_EQ("none", ShowContent("<use href='signs.svg#missing'/>"));
-	Write("outside.svg", Document(square + "/>"));
-	for (const std::string link :
-		 {"../outside.svg#own", "link.svg#own", "missing.svg#own", "below#own", "/etc/passwd#own",
-		  "http://localhost/signs.svg#own", "signs.svg#image", "document.svg#inner"})
-		EXPECT_EQ("none, " + kMissing, ShowContent("<use href='" + link + "'/><use id='inner' href='lost.svg#own'/>"))
-			<< link;
-	EXPECT_EQ("ff0000, " + kMissing,
-			  ShowContent("<use href='signs.svg#image'/><image width='100' height='100' href='beside.svg'/>"));
-	EXPECT_EQ("none", ShowContent("<use href='signs.svg#again'/>"));
-	EXPECT_EQ("none", ShowContent("<use href='data:image/svg+xml,%3Csvg/%3E#own'/>"));
 }
 
 TEST_F(ImageFiles, ImagesWithinImagesEnd)
