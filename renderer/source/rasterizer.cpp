@@ -11,6 +11,14 @@ namespace
 /// Sums of floats that differ by less are the same.
 constexpr float kLittle = 1.0f / 64.0f;
 
+/// The next whole number, of what is not negative.
+template <typename Number>
+int RoundUp(Number number) noexcept
+{
+	const int whole = static_cast<int>(number);
+	return whole + (static_cast<Number>(whole) < number ? 1 : 0);
+}
+
 } // namespace
 
 using namespace drawing;
@@ -85,17 +93,19 @@ void Rasterizer::AddCurve(const Vector2d& from, const Vector2d& c1, const Vector
 	const double bottom = std::max({from.y, c1.y, c2.y, to.y});
 	if (bottom <= 0.0 || top >= _height)
 		return;
-	const double first = std::hypot(from.x - 2.0 * c1.x + c2.x, from.y - 2.0 * c1.y + c2.y);
-	const double second = std::hypot(c1.x - 2.0 * c2.x + to.x, c1.y - 2.0 * c2.y + to.y);
-	const int count =
-		static_cast<int>(std::clamp(std::ceil(std::sqrt(std::max(first, second) * kPieces)), 1.0, kMostPieces));
+	const Vector2d first{from.x - 2.0 * c1.x + c2.x, from.y - 2.0 * c1.y + c2.y};
+	const Vector2d second{c1.x - 2.0 * c2.x + to.x, c1.y - 2.0 * c2.y + to.y};
+	const double bend =
+		std::sqrt(std::max(first.x * first.x + first.y * first.y, second.x * second.x + second.y * second.y));
+	const int count = std::max(RoundUp(std::min(std::sqrt(bend * kPieces), kMostPieces)), 1);
+	const double step = 1.0 / count;
 	const Vector2d a{to.x - from.x + 3.0 * (c1.x - c2.x), to.y - from.y + 3.0 * (c1.y - c2.y)};
-	const Vector2d b{3.0 * (from.x - 2.0 * c1.x + c2.x), 3.0 * (from.y - 2.0 * c1.y + c2.y)};
+	const Vector2d b{3.0 * first.x, 3.0 * first.y};
 	const Vector2d c{3.0 * (c1.x - from.x), 3.0 * (c1.y - from.y)};
 	Vector2d last = from;
 	for (int i = 1; i < count; i++)
 	{
-		const double t = static_cast<double>(i) / count;
+		const double t = i * step;
 		const Vector2d next{((a.x * t + b.x) * t + c.x) * t + from.x, ((a.y * t + b.y) * t + c.y) * t + from.y};
 		AddLine(last, next);
 		last = next;
@@ -117,7 +127,7 @@ void Rasterizer::AddLine(const Vector2d& from, const Vector2d& to) noexcept
 	const double most = std::max(from.x, to.x);
 	double x = std::clamp(upper.x + (y - upper.y) * slope, least, most);
 	const int firstRow = static_cast<int>(y);
-	const int lastRow = std::min(static_cast<int>(std::ceil(bottom)), _height);
+	const int lastRow = RoundUp(bottom);
 	_top = std::min(_top, firstRow);
 	_bottom = std::max(_bottom, lastRow);
 	_work += lastRow - firstRow;
@@ -168,7 +178,7 @@ void Rasterizer::AddClippedPiece(int y, double change, double left, double right
 void Rasterizer::AddPiece(int y, float change, float left, float right) noexcept
 {
 	const int first = static_cast<int>(left);
-	const int last = static_cast<int>(std::ceil(right));
+	const int last = RoundUp(right);
 	if (last <= first + 1)
 	{
 		// Within one pixel: what is right of the line's middle is covered.
