@@ -148,7 +148,8 @@ public:
 			_source = ORVAN_TRY(ReadSourceText(std::move(bytes), _kept ? &_kept->file : nullptr));
 		else
 			_source.text = std::move(bytes);
-		XmlTree tree(_source.text.begin(), Text().size());
+		XmlTree tree(_source.text.begin(), Text().size(),
+					 _options.isComplete ? XmlReferences::legal : XmlReferences::parsed);
 		if (_kept)
 			_recorder.emplace(*_kept, Text());
 		else if (_use == TextUse::repeatable && !_options.isComplete)

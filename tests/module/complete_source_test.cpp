@@ -81,6 +81,20 @@ TEST_F(CompleteImport, ReadsTheCharactersOfEachEncoding)
 	EXPECT_EQ("\u20ac\u00e9", read("<?xml version='1.0' encoding='CP1252'?><svg><title id='t'>\x80\xe9</title></svg>"));
 }
 
+TEST_F(CompleteImport, RefusesReferencesToWhatIsNoCharacterOfXml)
+{
+	for (const std::string reference : {"&#0;", "&#8;", "&#x1f;", "&#xd800;", "&#xdfff;", "&#xfffe;", "&#xffff;", "&#;",
+										"&#x;", "&#6a;", "&#x110000;"})
+	{
+		EXPECT_NE("nothing", Refusal("<svg><text>" + reference + "</text></svg>")) << reference;
+		EXPECT_NE("nothing", Refusal("<svg id='" + reference + "'/>")) << reference;
+		EXPECT_NE("nothing", Refusal(WithEntities("<!ENTITY e '" + reference + "'>", ""))) << reference;
+	}
+	EXPECT_EQ("\t\n\r ~\u0080\ud7ff\ue000\ufffd\U00010000\U0010ffff",
+			  ClassOf(LoadWith("<svg><g id='g' class='&#9;&#10;&#13;&#32;&#126;&#x80;&#xd7ff;&#xe000;&#xFFFD;&#x10000;"
+							   "&#x10ffff;'/></svg>")["g"]));
+}
+
 TEST_F(CompleteImport, BoundsWhatEntitiesComeTo)
 {
 	const std::string kilobyte(1000, 'x');

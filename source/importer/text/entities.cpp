@@ -212,8 +212,8 @@ private:
 			// What is no reference throws.
 			const std::string_view reference = value.substr(0, std::min(value.find(';'), value.size() - 1) + 1);
 			char character[4];
-			ORVAN_TRY(text.AppendAll(character,
-									 static_cast<std::size_t>(DecodeReferences(reference, character) - character)));
+			const char* const end = DecodeReferences(reference, character, XmlReferences::legal);
+			ORVAN_TRY(text.AppendAll(character, static_cast<std::size_t>(end - character)));
 			value.remove_prefix(reference.size());
 		}
 		const std::string_view view(text.begin(), text.GetCount());

@@ -57,13 +57,23 @@ struct Character
 	const char* end; ///< Behind the semicolon.
 };
 
-/// Reads "&#…;" at `at`.
-Character ReadNumericReference(const char* at, const char* end)
+/// Whether XML has this character.
+constexpr bool IsLegal(std::uint64_t code) noexcept
 {
+	if (code < 0x20)
+		return code == '\t' || code == '\n' || code == '\r';
+	return code < 0xd800 || (code >= 0xe000 && code != 0xfffe && code != 0xffff);
+}
+
+/// Reads "&#…;" at `at`.
+Character ReadNumericReference(const char* at, const char* end, XmlReferences accepted)
+{
+	const bool isStrict = accepted == XmlReferences::legal;
 	const bool isHexadecimal = at + 2 < end && at[2] == 'x';
 	const char* digit = at + (isHexadecimal ? 3 : 2);
 	std::uint64_t code = 0;
-	for (; digit < end && DigitValue(*digit) >= 0; digit++)
+	const char* const first = digit;
+	for (; digit < end && DigitValue(*digit) >= 0 && (!isStrict || isHexadecimal || *digit <= '9'); digit++)
 	{
 		code = code * (isHexadecimal ? 16 : 10) + static_cast<std::uint64_t>(DigitValue(*digit));
 		if (code > 0x10ffff)
@@ -71,6 +81,8 @@ Character ReadNumericReference(const char* at, const char* end)
 	}
 	if (digit == end || *digit != ';')
 		throw XmlError("expected ;", digit);
+	if (isStrict && (digit == first || !IsLegal(code)))
+		throw XmlError("invalid numeric character entity", at);
 	return {code, digit + 1};
 }
 
@@ -78,8 +90,8 @@ Character ReadNumericReference(const char* at, const char* end)
 class Guard
 {
 public:
-	explicit Guard(std::string_view text) noexcept
-		: _at(text.data()), _end(text.data() + text.size()), _reference(FindReference(_at))
+	Guard(std::string_view text, XmlReferences accepted) noexcept
+		: _at(text.data()), _end(text.data() + text.size()), _reference(FindReference(_at)), _accepted(accepted)
 	{
 		if (text.starts_with("\xef\xbb\xbf"))
 			_at += 3;
@@ -134,7 +146,8 @@ private:
 		while (_reference < to)
 		{
 			const bool isNumeric = to - _reference > 1 && _reference[1] == '#';
-			_reference = FindReference(isNumeric ? ReadNumericReference(_reference, to).end : _reference + 1);
+			_reference =
+				FindReference(isNumeric ? ReadNumericReference(_reference, to, _accepted).end : _reference + 1);
 		}
 	}
 
@@ -250,12 +263,13 @@ private:
 	const char* _at;
 	const char* _end;
 	const char* _reference; ///< The next "&" from some place on that is not behind the current one.
+	XmlReferences _accepted;
 	int _depth = 0;
 };
 
 } // namespace
 
-bool GuardXml(std::string_view text)
+bool GuardXml(std::string_view text, XmlReferences accepted)
 {
 	// So much at a time that the second search finds in the processor's caches what the first one has read.
 	constexpr std::size_t kBlock = 16384;
@@ -273,11 +287,11 @@ bool GuardXml(std::string_view text)
 		}
 	}
 	if (hasNumeric)
-		Guard(text).Run();
+		Guard(text, accepted).Run();
 	return hasReferences;
 }
 
-char* DecodeReferences(std::string_view text, char* target)
+char* DecodeReferences(std::string_view text, char* target, XmlReferences accepted)
 {
 	struct Entity
 	{
@@ -294,7 +308,7 @@ char* DecodeReferences(std::string_view text, char* target)
 		{
 			if (end - at > 1 && at[1] == '#')
 			{
-				const Character character = ReadNumericReference(at, end);
+				const Character character = ReadNumericReference(at, end, accepted);
 				target = PutCharacter(character.code, target);
 				at = character.end;
 				continue;

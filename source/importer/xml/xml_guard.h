@@ -40,15 +40,22 @@ private:
 inline constexpr int kMaxDepth = 1024;
 inline constexpr int kMaxNamespacePrefixes = 256;
 
+/// Which numeric character references are right.
+enum class XmlReferences
+{
+	parsed, ///< What the XML parser takes: any number, also of what is no character, and hexadecimal digits anywhere.
+	legal,  ///< Those to characters that XML has. All others would leave texts that nobody else can read.
+};
+
 /// Throws an `XmlError` when the text (without its terminating zero) holds a zero byte or a malformed numeric character
 /// reference. Markup is read exactly as the parser does, so that comments, CDATA sections and the like may hold
 /// anything; at the first syntax error the check stops, as the parser then will. The result tells whether the text
 /// holds any character or entity reference at all.
-bool GuardXml(std::string_view text);
+bool GuardXml(std::string_view text, XmlReferences accepted = XmlReferences::parsed);
 
 /// The text with its references replaced: the five predefined entities and numeric ones; others stay as they are. At
 /// most as long as the text; `target` must have room for that. Returns the end of what was written. Throws an
-/// `XmlError` for a malformed numeric reference.
-char* DecodeReferences(std::string_view text, char* target);
+/// `XmlError` for a malformed numeric reference. A text that was guarded has none.
+char* DecodeReferences(std::string_view text, char* target, XmlReferences accepted = XmlReferences::parsed);
 
 } // namespace orvan::svg

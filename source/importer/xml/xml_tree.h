@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// One parsed text: what owns the XML library's tree, and how the importers see its nodes.
 ///
-///     XmlTree tree(text);
+///     XmlTree tree(text, size, XmlReferences::parsed);
 ///     if (const XmlNode* root = tree.FindRoot(…)) …
 ///     // The walk goes in document order and gives back what lies behind it:
 ///     tree.ReleaseBefore(node);
@@ -56,8 +56,8 @@ class XmlTree
 public:
 	/// Guards and parses `text`, behind which a zero stands. Throws an `XmlError` or the parser's error for a text that
 	/// is refused, and std::bad_alloc.
-	explicit XmlTree(char* text, std::size_t size)
-		: _hasReferences(GuardXml({text, size})), _document(*new (_storage) XmlDocument)
+	XmlTree(char* text, std::size_t size, XmlReferences accepted)
+		: _hasReferences(GuardXml({text, size}, accepted)), _document(*new (_storage) XmlDocument)
 	{
 		_document.set_allocator(&XmlMemory::Allocate, nullptr);
 		_document.parse_ns<kXmlParseFlags, XmlNamespaces>(text);
