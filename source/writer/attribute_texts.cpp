@@ -69,10 +69,13 @@ const Rule* RuleOfName(std::string_view name, const Place& place) noexcept
 	const Rule* const rule = FindRule(name);
 	if (rule == nullptr || rule->number == Number::style || (place.isForeign && rule->number != Number::id))
 		return nullptr;
-	const bool isPoints = place.tag == Tag::polygon || place.tag == Tag::polyline;
-	if (WrittenAs(rule->number) == Number::d)
-		return FindRule(isPoints ? "points" : "d");
 	return rule;
+}
+
+/// Whether a rule is about path data where an element has points, or the other way around: both stand in one place.
+bool IsOtherOutline(const Rule& rule, const Place& place) noexcept
+{
+	return WrittenAs(rule.number) == Number::d && !rule.tags.Has(place.tag);
 }
 
 /// Gives an element what another one has under the numbers that a rule writes.
@@ -212,6 +215,8 @@ Result<String> Document::GetAttributeText(const SVGElementRef& element, const St
 				std::string text;
 				if (rule == nullptr || IsShorthand(*known))
 					return NotFoundError("'@' has no value of its own.", name);
+				if (IsOtherOutline(*known, place))
+					return NotFoundError("The element says nothing about '@'.", name);
 				switch (FormatAttribute(text, *place.element, *rule, place.tag, {}))
 				{
 				case Formatted::text:
@@ -300,7 +305,7 @@ Result<void> Document::RemoveAttributeText(const SVGElementRef& element, const S
 			const Place place = ORVAN_TRY(FindPlace(element, _source.get()));
 			const Rule* const rule = RuleOfName(name.View(), place);
 			if (rule != nullptr)
-				return Clear(*place.element, *rule);
+				return IsOtherOutline(*rule, place) ? Result<void>() : Clear(*place.element, *rule);
 			if (!_source)
 				return {};
 			if (SourceOverride* known = FindOverride(element, name.View()))
