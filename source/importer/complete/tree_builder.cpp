@@ -3,6 +3,8 @@
 
 #include "elements/complete_classes.h"
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace orvan::svg::complete
@@ -29,35 +31,6 @@ bool IsBlank(char c) noexcept
 	return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
-/// The blanks before an element of a text when there is nothing else between it and the tag or section before: the
-/// parser makes no node of them. `isBehindData` tells that the node before is character data.
-std::string_view BlanksBefore(const XmlNode& element, bool isBehindData) noexcept
-{
-	const char* const end = NameOf(element).data() - 1; // At its "<".
-	const char* start = end;
-	while (IsBlank(start[-1]))
-		start--;
-	const bool isBehindMarkup = start[-1] == '>' && (!isBehindData || (start[-2] == ']' && start[-3] == ']'));
-	return {start, isBehindMarkup ? static_cast<std::size_t>(end - start) : 0};
-}
-
-/// The blanks in an element without nodes.
-std::string_view BlanksIn(const XmlNode& element) noexcept
-{
-	const std::string_view name = NameOf(element);
-	const char* at = name.data() + name.size();
-	if (const XmlAttribute* const last = element.last_attribute())
-		at = last->value() + last->value_size() + 1; // Behind the quotation mark.
-	while (IsBlank(*at))
-		at++;
-	if (*at != '>')
-		return {};
-	const char* const start = ++at;
-	while (IsBlank(*at))
-		at++;
-	return {start, *at == '<' ? static_cast<std::size_t>(at - start) : 0};
-}
-
 /// Where characters begin and end in the text, with what marks a CDATA section.
 const char* BeginOf(const XmlNode& text) noexcept
 {
@@ -69,6 +42,97 @@ const char* EndOf(const XmlNode& text) noexcept
 {
 	constexpr std::size_t kMark = std::string_view("]]>").size();
 	return text.value() + text.value_size() + (text.type() == xml::node_cdata ? kMark : 0);
+}
+
+/// Where an element's start tag ends: at its ">", or at "/>".
+const char* FindTagEnd(const XmlNode& element) noexcept
+{
+	const std::string_view name = NameOf(element);
+	const char* at = name.data() + name.size();
+	if (const XmlAttribute* const last = element.last_attribute())
+		at = last->value() + last->value_size() + 1; // Behind the quotation mark.
+	while (IsBlank(*at))
+		at++;
+	return at;
+}
+
+/// What the parser makes no node of between two nodes: blanks from one piece of markup to the next, comments and
+/// processing instructions.
+class Gap
+{
+public:
+	/// `at` is behind a node or a start tag.
+	explicit Gap(const char* at) noexcept : _at(at)
+	{
+	}
+
+	/// The next blanks; none are left when there are none.
+	std::string_view Next() noexcept
+	{
+		for (;;)
+		{
+			const char* end = _at;
+			while (IsBlank(*end))
+				end++;
+			if (*end != '<')
+				return {}; // They belong to the characters that follow.
+			if (end != _at)
+				return {std::exchange(_at, end), end};
+			if (!SkipMarkup())
+				return {};
+		}
+	}
+
+	/// Where what follows begins, after all blanks.
+	const char* GetEnd() const noexcept
+	{
+		return _at;
+	}
+
+private:
+	bool SkipMarkup() noexcept
+	{
+		struct Markup
+		{
+			std::string_view begin, end;
+		};
+		static constexpr Markup kSkipped[] = {{"<!--", "-->"}, {"<?", "?>"}, {"<!", ">"}};
+
+		if (StartsWith("<![CDATA["))
+			return false;
+		for (const Markup& markup : kSkipped)
+		{
+			if (!StartsWith(markup.begin))
+				continue;
+			const char* const found = std::strstr(_at + markup.begin.size(), markup.end.data());
+			_at = found != nullptr ? found + markup.end.size() : _at;
+			return found != nullptr;
+		}
+		return false;
+	}
+
+	bool StartsWith(std::string_view text) const noexcept
+	{
+		return std::strncmp(_at, text.data(), text.size()) == 0;
+	}
+
+	const char* _at;
+};
+
+/// Where a node of a text ends. What it holds must still be there.
+const char* FindEnd(const XmlNode& node) noexcept
+{
+	if (IsText(node))
+		return EndOf(node);
+	const XmlNode* const last = node.first_node() != nullptr ? node.last_node() : nullptr;
+	const char* const tagEnd = FindTagEnd(node);
+	if (last == nullptr && *tagEnd == '/')
+		return tagEnd + 2;
+	Gap gap(last != nullptr ? FindEnd(*last) : tagEnd + 1);
+	while (!gap.Next().empty())
+	{
+	}
+	return std::strchr(gap.GetEnd(), '>') + 1; // Of the end tag.
 }
 
 /// Elements whose characters are text of a drawing, inside of a text element.
@@ -171,17 +235,18 @@ Result<void> TreeBuilder::BuildContent(const XmlNode& node, ElementBase& element
 {
 	if (tag == Tag::tref && inner.text != nullptr)
 		inner.text->Interrupt();
-	if (node.first_node() == nullptr)
-		return inner.text != nullptr && HoldsText(tag) ? AppendBlanks(BlanksIn(node), element, inner) : Result<void>();
 	if (tag == TagOf(Kind::text) && inner.text == nullptr)
 	{
 		TextRuns runs;
 		inner.text = &runs;
-		ORVAN_TRY(BuildChildren(node, element, inner));
+		ORVAN_TRY(BuildText(node, element, inner));
 		return runs.Finish();
 	}
-	if (!HoldsText(tag))
-		inner.text = nullptr;
+	if (inner.text != nullptr && HoldsText(tag))
+		return BuildText(node, element, inner);
+	if (node.first_node() == nullptr)
+		return {};
+	inner.text = nullptr;
 	if (HoldsCharacters(tag))
 		ORVAN_TRY(SetCharacters(node, element, tag));
 	return BuildChildren(node, element, inner);
@@ -189,20 +254,8 @@ Result<void> TreeBuilder::BuildContent(const XmlNode& node, ElementBase& element
 
 Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner)
 {
-	bool isBehindData = false;
 	for (const XmlNode *child = node.first_node(), *next = nullptr; child != nullptr; child = next)
 	{
-		if (inner.text != nullptr && IsText(*child))
-		{
-			ORVAN_TRY(AppendRun(child, element, inner));
-			next = child;
-			isBehindData = true;
-			continue;
-		}
-		if (inner.text != nullptr && child->type() == xml::node_element)
-		{
-			ORVAN_TRY(AppendBlanks(BlanksBefore(*child, std::exchange(isBehindData, false)), element, inner));
-		}
 		next = child->next_sibling(); // While it is still there.
 		if (child->type() == xml::node_element)
 			ORVAN_TRY(Build(*child, &element, inner));
@@ -210,34 +263,57 @@ Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& elemen
 	return {};
 }
 
-/// Makes one run of adjacent character data and CDATA sections, and moves behind them.
-Result<void> TreeBuilder::AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner)
+/// Makes one run of all characters before, between and behind elements.
+Result<void> TreeBuilder::BuildText(const XmlNode& node, ElementBase& element, const Surroundings& inner)
 {
-	BaseArray<char> joined;
-	std::string_view characters;
-	const char* const from = BeginOf(*node);
-	const char* to = from;
-	const XmlNode* const first = node;
-	for (; node != nullptr && IsText(*node); node = node->next_sibling())
+	const char* const tagEnd = FindTagEnd(node);
+	if (*tagEnd == '/')
+		return {};
+	const char* reached = tagEnd + 1;
+	for (const XmlNode* child = node.first_node();;)
 	{
-		const std::string_view raw = ValueOf(*node);
-		to = EndOf(*node);
-		characters = node->type() == xml::node_data ? ORVAN_TRY(_characters.Decode(raw)) : raw;
-		if (node != first || (node->next_sibling() != nullptr && IsText(*node->next_sibling())))
-			ORVAN_TRY(joined.AppendAll(characters.data(), characters.size()));
+		ORVAN_TRY(AppendRun(child, reached, element, inner));
+		if (child == nullptr)
+			return {};
+		const XmlNode& inside = *child;
+		reached = FindEnd(inside); // While it is still there, like the next one.
+		child = child->next_sibling();
+		ORVAN_TRY(Build(inside, &element, inner));
 	}
-	if (!joined.IsEmpty())
-		characters = {joined.begin(), joined.GetCount()};
-	const SVGElementRef run = ORVAN_TRY(inner.text->Append(parent, characters, inner.preservesSpace));
-	return _recorder != nullptr && run ? _recorder->NoteRun(from, to, run) : Result<void>();
 }
 
-/// Makes a run of blanks that stand between tags.
-Result<void> TreeBuilder::AppendBlanks(std::string_view blanks, HierarchyObject& parent, const Surroundings& inner)
+/// Makes a run of the characters from `from` to the next element: character data, CDATA sections, and the blanks
+/// between these and other markup. Moves behind them.
+Result<void> TreeBuilder::AppendRun(const XmlNode*& node, const char* from, ElementBase& parent,
+									const Surroundings& inner)
 {
-	const SVGElementRef run = ORVAN_TRY(inner.text->Append(parent, blanks, inner.preservesSpace));
-	return _recorder != nullptr && run ? _recorder->NoteRun(blanks.data(), blanks.data() + blanks.size(), run)
-									   : Result<void>();
+	BaseArray<char> joined;
+	const char* to = from;
+	const auto append = [&](std::string_view characters, const char* begin, const char* end) -> Result<void>
+	{
+		from = joined.IsEmpty() ? begin : from;
+		to = end;
+		return joined.AppendAll(characters.data(), characters.size());
+	};
+	for (Gap gap(from);;)
+	{
+		for (std::string_view blanks = gap.Next(); !blanks.empty(); blanks = gap.Next())
+			ORVAN_TRY(append(blanks, blanks.data(), blanks.data() + blanks.size()));
+		if (node == nullptr || !IsText(*node))
+			break;
+		const std::string_view raw = ValueOf(*node);
+		ORVAN_TRY(append(node->type() == xml::node_data ? ORVAN_TRY(_characters.Decode(raw)) : raw, BeginOf(*node),
+						 EndOf(*node)));
+		gap = Gap(EndOf(*node));
+		node = node->next_sibling();
+	}
+	const std::string_view characters(joined.begin(), joined.GetCount());
+	// Blanks before a text's end tag make no run that would then be empty.
+	const bool isEnd = node == nullptr && ClassKindOf(parent) == Kind::text && !inner.preservesSpace;
+	if (characters.empty() || (isEnd && std::all_of(characters.begin(), characters.end(), &IsBlank)))
+		return {};
+	const SVGElementRef run = ORVAN_TRY(inner.text->Append(parent, characters, inner.preservesSpace));
+	return _recorder != nullptr && run ? _recorder->NoteRun(from, to, run) : Result<void>();
 }
 
 /// Keeps the characters of a title, a description, a style or metadata as they stand.

@@ -39,8 +39,8 @@ private:
 	Result<SVGElementRef> Build(const XmlNode& node, HierarchyObject* parent, const Surroundings& outer);
 	Result<void> BuildContent(const XmlNode& node, ElementBase& element, Tag tag, Surroundings& inner);
 	Result<void> BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner);
-	Result<void> AppendRun(const XmlNode*& node, HierarchyObject& parent, const Surroundings& inner);
-	Result<void> AppendBlanks(std::string_view blanks, HierarchyObject& parent, const Surroundings& inner);
+	Result<void> BuildText(const XmlNode& node, ElementBase& element, const Surroundings& inner);
+	Result<void> AppendRun(const XmlNode*& node, const char* from, ElementBase& parent, const Surroundings& inner);
 	Result<void> SetCharacters(const XmlNode& node, ElementBase& element, Tag tag);
 
 	Importer& _importer;
