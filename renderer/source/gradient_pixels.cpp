@@ -115,7 +115,12 @@ void GradientPixels::ReadRadial(cairo_pattern_t* pattern, const Matrix2d& toPatt
 	_toGradient = Matrix2d{{-from.x, -from.y}, {1.0, 0.0}, {0.0, 1.0}} * toPattern;
 	_between = to - from;
 	_growth = toRadius - _radius;
-	_quadratic = _between.x * _between.x + _between.y * _between.y - _growth * _growth;
+	// A focus on the circle is rarely there to the last bit; beside it all colours would be crowded at the focus.
+	constexpr double kUnseen = 1e-9;
+	const double growth = _growth * _growth;
+	_quadratic = _between.x * _between.x + _between.y * _between.y - growth;
+	if (std::abs(_quadratic) < kUnseen * growth)
+		_quadratic = 0.0;
 	_isConcentric = _between == Vector2d() && _growth > 0.0;
 }
 

@@ -125,6 +125,9 @@ TEST_F(Paints, RadialGradientsGrowFromTheirFocusToTheirCircle)
 		 "20,50 ff0000; 19,50 0000ff; 59,50 ff0000; 60,50 0000ff; 40,31 ff0000; 40,29 0000ff"},
 		{"<radialGradient id='g' gradientUnits='userSpaceOnUse' cx='50' cy='50' r='40' fy='70'>",
 		 "50,79 ff0000; 50,80 0000ff; 50,40 ff0000; 50,39 0000ff"},
+		// On the circle, but for the last bit: circles that all touch there, and nothing beyond.
+		{"<radialGradient id='g' cx='.5' cy='.5' r='.3' fx='.8'>",
+		 "73,50 ff0000; 51,50 ff0000; 49,50 0000ff; 30,50 0000ff; 60,75 0000ff; 75,50 none"},
 		// A focus with a circle: the colours begin at its edge.
 		{"<radialGradient id='g' gradientUnits='userSpaceOnUse' cx='50' cy='50' r='40' fr='20'>",
 		 "20,50 ff0000; 19,50 0000ff; 79,50 ff0000; 80,50 0000ff"},
