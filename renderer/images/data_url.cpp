@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "data_url.h"
 
+#include <algorithm>
 #include <array>
 
 namespace orvan::images
@@ -78,6 +79,18 @@ Result<BaseArray<unsigned char>> DecodeBase64(std::span<const unsigned char> tex
 	return bytes;
 }
 
+/// What stands before the end of the last tag is content, whose "#" somebody has forgotten to escape.
+std::string_view WithoutFragment(std::string_view content) noexcept
+{
+	std::size_t tail = 0;
+	for (const std::string_view end : {">", "%3e", "%3E"})
+	{
+		const std::size_t at = content.rfind(end);
+		tail = at != std::string_view::npos ? std::max(tail, at) : tail;
+	}
+	return content.substr(0, content.find('#', tail));
+}
+
 } // namespace
 
 bool IsDataUrl(std::string_view url) noexcept
@@ -108,7 +121,7 @@ Result<BaseArray<unsigned char>> DecodeDataUrl(std::string_view url) noexcept
 	std::string_view type = url.substr(kScheme.size(), comma - kScheme.size());
 	while (!type.empty() && type.back() == ' ')
 		type.remove_suffix(1);
-	BaseArray<unsigned char> bytes = ORVAN_TRY(DecodePercents(url.substr(comma + 1)));
+	BaseArray<unsigned char> bytes = ORVAN_TRY(DecodePercents(WithoutFragment(url.substr(comma + 1))));
 	const bool isBase64 =
 		type.size() >= kBase64.size() && EqualsIgnoringCase(type.substr(type.size() - kBase64.size()), kBase64);
 	if (!isBase64)

@@ -37,6 +37,9 @@ TEST(ImagePixels, DataUrlsHoldTextOrBase64)
 	EXPECT_EQ("+/8", Decoded("data:;base6,%2B/8"));
 	EXPECT_EQ("<svg/>%", Decoded("data:image/svg+xml,%3csvg/%3E%"));
 	EXPECT_EQ("ab", Decoded("data:;base64,YW%49=!JjZA"));
+	EXPECT_EQ("abc", Decoded("data:;base64,YWJj#view"));
+	EXPECT_EQ("<a b='#c'/>", Decoded("data:,%3Ca b='#c'/%3E#d"));
+	EXPECT_EQ("<a b='#c'/>", Decoded("data:,<a b='#c'/>#d#e"));
 	EXPECT_EQ("", Decoded("data:image/png"));
 	EXPECT_EQ("", Decoded("dota:,abc"));
 }
