@@ -103,6 +103,7 @@ TEST(CompleteText, DecorationsInAnyOrder)
 	EXPECT_EQ(ParseOrient("-.5turn", orient), Parsed::value);
 	EXPECT_EQ(orient.degrees, -180);
 	EXPECT_EQ(ParseOrient("45px", orient), Parsed::refused);
+	EXPECT_EQ(ParseOrient("Auto", orient), Parsed::refused);
 }
 
 } // namespace

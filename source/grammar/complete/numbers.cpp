@@ -179,9 +179,9 @@ Parsed ParseAngle(std::string_view text, double& degrees) noexcept
 Parsed ParseOrient(std::string_view text, Orient& orient) noexcept
 {
 	const std::string_view word = TrimCss(text);
-	if (EqualsIgnoreCase(word, "auto"))
+	if (word == "auto")
 		orient = {OrientKind::automatic, 0};
-	else if (EqualsIgnoreCase(word, "auto-start-reverse"))
+	else if (word == "auto-start-reverse")
 		orient = {OrientKind::automaticStartReverse, 0};
 	else
 	{
