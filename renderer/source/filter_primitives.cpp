@@ -246,16 +246,19 @@ Result<MadeOperation> MakeTurbulence(const FilterPrimitive& primitive) noexcept
 {
 	const Vector2d frequency = primitive.GetPair(Key::baseFrequency, {0.0, 0.0});
 	const double octaves = primitive.GetNumber(Key::numOctaves, 1.0);
-	if (octaves < 1.0)
+	if (octaves < 0.0)
 		return Nothing();
-	// A number of octaves that is not whole is none, which is one.
+	// A number of octaves that is not whole is none, which is one. Of no octave at all noise has its mean.
 	const bool isWhole = octaves == std::floor(octaves);
 	const FilterSpace& space = primitive.space;
 	const Matrix2d toUser = Invert(space.userToPixels);
 	filters::Turbulence turbulence;
-	// As in browsers, a frequency below zero is none.
-	turbulence.frequencyX = std::max(frequency.x, 0.0);
-	turbulence.frequencyY = std::max(frequency.y, 0.0);
+	// As in browsers, a frequency below zero is none, also for the other axis.
+	if (frequency.x >= 0.0 && frequency.y >= 0.0)
+	{
+		turbulence.frequencyX = frequency.x;
+		turbulence.frequencyY = frequency.y;
+	}
 	turbulence.octaves = isWhole ? ToShift(octaves) : 1;
 	// Fractions of a seed are cut off.
 	turbulence.seed = static_cast<int>(std::clamp(primitive.GetNumber(Key::seed, 0.0), -2147483647.0, 2147483647.0));

@@ -298,8 +298,11 @@ TEST_F(FilterElements, MakePicturesOfTheirOwn)
 		// Noise of no frequency is the same everywhere: in the middle, or nothing where only its size counts.
 		{"<feTurbulence type='fractalNoise'/>", "30,30 80808080; 16,16 80808080"},
 		{"<feTurbulence/>", "30,30 none"},
-		{"<feTurbulence type='fractalNoise' numOctaves='0'/>", "30,30 none"},
+		{"<feTurbulence type='fractalNoise' numOctaves='0' baseFrequency='.1'/>", "30,30 80808080; 41,37 80808080"},
+		{"<feTurbulence type='fractalNoise' numOctaves='-1'/>", "30,30 none"},
 		{"<feTurbulence type='fractalNoise' baseFrequency='-1'/>", "30,30 80808080"},
+		{"<feTurbulence baseFrequency='.1 -1'/>", "30,30 none; 41,37 none"},
+		{"<feTurbulence baseFrequency='-1 .1'/>", "30,30 none; 41,37 none"},
 		// The element's origin is the corner of the subregion.
 		{"<feImage href='#r' x='30' y='25' width='20' height='20'/>",
 		 "30,25 00ff00; 29,30 none; 39,34 00ff00; 40,30 none; 35,24 none; 35,35 none"},
