@@ -66,9 +66,11 @@ Result<void> DrawAsLayer(const Canvas& canvas, const Rectangle& area, Draw draw)
 	return {};
 }
 
-/// Draws a document as one picture, cut off at the edges of `visible`.
-Result<void> PaintDocument(const Canvas& canvas, const StoredImage& image, const Vector2d& size, const Matrix2d& user,
-						   const Matrix2d& toPicture, const Rectangle& visible) noexcept
+/// Draws a document of this size as one picture, cut off at the edges of `visible`. Units of the viewport refer to
+/// `outermost`.
+Result<void> PaintDocument(const Canvas& canvas, const StoredImage& image, const Vector2d& size,
+						   const Vector2d& outermost, const Matrix2d& user, const Matrix2d& toPicture,
+						   const Rectangle& visible) noexcept
 {
 	Job& outer = canvas.job;
 	const SavedDrawing saved(canvas);
@@ -89,7 +91,7 @@ Result<void> PaintDocument(const Canvas& canvas, const StoredImage& image, const
 	Place place;
 	place.style = job.scene.initialStyle;
 	place.transform = toPicture;
-	place.viewport = {size.x, size.y, {size.x, size.y}};
+	place.viewport = {size.x, size.y, {outermost.x, outermost.y}};
 	place.isByReference = true;
 	const Canvas inside{job, canvas.drawing};
 	const auto draw = [&]() noexcept
@@ -108,7 +110,9 @@ Result<void> PaintDocument(const Canvas& canvas, const StoredImage& image, const
 Result<void> PaintImage(const Canvas& canvas, const Frame& frame, const PlacedImage& placed) noexcept
 {
 	const auto& image = static_cast<const StoredImage&>(placed.image);
-	const Vector2d size = image.GetContentSize({placed.viewport.GetWidth(), placed.viewport.GetHeight()});
+	const bool isStretched = placed.rule.align == SVGAlign::none;
+	const Vector2d viewport{placed.viewport.GetWidth(), placed.viewport.GetHeight()};
+	const Vector2d size = image.GetContentSize(viewport, isStretched);
 	SVGViewbox box;
 	box.isDefault = false;
 	box.width.value = size.x;
@@ -117,11 +121,17 @@ Result<void> PaintImage(const Canvas& canvas, const Frame& frame, const PlacedIm
 	if (!fit)
 		return {};
 	const Matrix2d toPicture = frame.place.transform * fit->transform;
-	const Rectangle visible = Transform(fit->transform, {0.0, 0.0, size.x, size.y}).Intersect(placed.viewport);
+	const bool hasViewbox = image.HasViewbox() && !isStretched;
+	// What a document has beside its view box shows as well.
+	const Rectangle content = hasViewbox ? placed.viewport : Transform(fit->transform, {0.0, 0.0, size.x, size.y});
+	const Rectangle visible = content.Intersect(placed.viewport);
 	if (visible.IsEmpty() || !IsInvertible(toPicture))
 		return {};
 	if (image.GetSurface() == nullptr)
-		return PaintDocument(canvas, image, size, frame.place.transform, toPicture, visible);
+	{
+		const Vector2d outermost = hasViewbox ? viewport : size;
+		return PaintDocument(canvas, image, size, outermost, frame.place.transform, toPicture, visible);
+	}
 	PaintSurface(canvas, image.GetSurface(), frame.place.style.imageRendering, frame.place.transform, toPicture,
 				 visible);
 	return {};

@@ -38,8 +38,11 @@ Result<void> KeepFile(cairo_surface_t* surface, const Bytes& file) noexcept
 
 } // namespace
 
-Vector2d StoredImage::GetContentSize(const Vector2d& viewport) const noexcept
+Vector2d StoredImage::GetContentSize(const Vector2d& viewport, bool isStretched) const noexcept
 {
+	// A view box is fitted by the rule of the image alone, whatever size the document states.
+	if (HasViewbox() && !isStretched)
+		return _viewbox;
 	// A document without a size and without proportions takes the viewport's.
 	const bool hasShape = (_size.width > 0.0 && _size.height > 0.0) || _size.ratio > 0.0;
 	return hasShape ? _size.Complete(0.0, 0.0) : _size.Complete(viewport.x, viewport.y);
@@ -134,6 +137,12 @@ Result<void> ImageStore::LoadDocument(const Bytes& file, StoredImage& image) noe
 	{
 		image._size = {size.width.value_or(0.0), size.height.value_or(0.0), size.ratio.value_or(0.0)};
 		image._document = document;
+		if (const auto fit = Cast<SVGFitToViewboxInterface>(document->GetRootElement()))
+		{
+			const SVGViewbox box = fit->GetViewbox();
+			if (!box.isDefault)
+				image._viewbox = {box.width.value, box.height.value};
+		}
 	}
 	return {};
 }

@@ -18,8 +18,14 @@ public:
 		return _size;
 	}
 
-	/// What is fitted into a viewport of this size.
-	Vector2d GetContentSize(const Vector2d& viewport) const noexcept;
+	/// What is fitted into a viewport of this size: stretched, or in its proportions.
+	Vector2d GetContentSize(const Vector2d& viewport, bool isStretched) const noexcept;
+
+	/// True for a document with a view box of some size.
+	bool HasViewbox() const noexcept
+	{
+		return _viewbox.x > 0.0 && _viewbox.y > 0.0;
+	}
 
 	/// The pixels; null for a document.
 	cairo_surface_t* GetSurface() const noexcept
@@ -37,6 +43,7 @@ private:
 	friend class ImageStore;
 
 	drawing::ImageSize _size;
+	Vector2d _viewbox; ///< The size of a document's view box; zero without one.
 	SurfacePtr _surface;
 	SVGDocumentRef _document;
 };

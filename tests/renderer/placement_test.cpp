@@ -184,6 +184,14 @@ TEST_F(Placement, ImagesThatAreDocumentsHaveTheSizesOfDocuments)
 		{"", "width='40' transform='scale(.5)'", "19,74 ff0000; 20,5 none; 10,75 none"},
 		{"width='30'", "transform='scale(.5)'", "14,74 ff0000; 15,5 none; 10,75 none"},
 		{"height='30'", "transform='scale(.25)'", "74,6 ff0000; 75,5 none; 10,8 none"},
+		// The rule of the image fits the view box, beside which what there is shows as well.
+		{"viewBox='0 0 2 1' preserveAspectRatio='none'", "width='40' height='40'",
+		 "0,10 ff0000; 39,29 ff0000; 10,9 none"},
+		{"width='9' height='1' viewBox='5 0 10 10'", "x='20' width='40' height='20' preserveAspectRatio='xMaxYMin'",
+		 "30,19 ff0000; 49,0 ff0000; 50,9 none; 29,9 none"},
+		{"viewBox='0 1 4 4'", "width='40' height='20'", "10,14 ff0000; 29,0 ff0000; 10,15 none; 9,9 none; 30,9 none"},
+		{"width='9' height='1' viewBox='0 0 1 1'", "width='90' height='30' preserveAspectRatio='none'",
+		 "40,29 ff0000; 49,0 ff0000; 39,9 none; 50,9 none"},
 		{"width='10' height='10'", "y='30' width='40' height='20' preserveAspectRatio='xMidYMid slice'",
 		 "0,30 ff0000; 39,49 ff0000; 20,29 none; 20,50 none; 40,40 none"},
 	};
