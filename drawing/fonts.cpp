@@ -119,6 +119,14 @@ double GetAdvance(const FontFace& face, char32_t character, double absent) noexc
 	return isThere ? hb_font_get_glyph_h_advance(face.shaper, glyph) / face.unit : absent;
 }
 
+bool HasTable(const hb_face_t* face, hb_tag_t tag) noexcept
+{
+	hb_blob_t* const table = hb_face_reference_table(face, tag);
+	const bool isThere = hb_blob_get_length(table) != 0;
+	hb_blob_destroy(table);
+	return isThere;
+}
+
 FontMetrics GetMetrics(const FontFace& face) noexcept
 {
 	FontMetrics metrics;
@@ -294,6 +302,8 @@ Result<const FontFace*> Fonts::GetFace(PangoFont* font) noexcept
 	hb_face_t* const tables = hb_font_get_face(made->shaper);
 	made->hasColors =
 		hb_ot_color_has_layers(tables) != 0 || hb_ot_color_has_png(tables) != 0 || hb_ot_color_has_svg(tables) != 0;
+	made->hasUprightPlaces =
+		HasTable(tables, HB_TAG('v', 'm', 't', 'x')) || HasTable(tables, HB_TAG('V', 'O', 'R', 'G'));
 	if (PANGO_IS_FC_FONT(font))
 	{
 		const FcPattern* const pattern = pango_fc_font_get_pattern(PANGO_FC_FONT(font));

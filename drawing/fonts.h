@@ -49,11 +49,12 @@ struct FontMetrics
 struct FontFace
 {
 	PangoFontPtr font;
-	hb_font_t* shaper = nullptr; ///< The same font for shaping and outlines; `font` owns it.
-	double unit = 1.0;           ///< The shaper's coordinates for the size of the font.
-	double slant = 0.0;          ///< How far upright outlines are to be leant over, for want of slanted ones.
-	double emboldening = 0.0;    ///< How much wider stems are to be made, for want of a bold face; of the size.
-	bool hasColors = false;      ///< Glyphs may be pictures instead of outlines.
+	hb_font_t* shaper = nullptr;   ///< The same font for shaping and outlines; `font` owns it.
+	double unit = 1.0;             ///< The shaper's coordinates for the size of the font.
+	double slant = 0.0;            ///< How far upright outlines are to be leant over, for want of slanted ones.
+	double emboldening = 0.0;      ///< How much wider stems are to be made, for want of a bold face; of the size.
+	bool hasColors = false;        ///< Glyphs may be pictures instead of outlines.
+	bool hasUprightPlaces = false; ///< It says where its glyphs stand in lines that run down.
 };
 
 /// What a style asks for: a list of families, a weight and so on. Which face a character is drawn with depends on the

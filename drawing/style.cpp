@@ -133,6 +133,15 @@ void Weight(const Assignment& at) noexcept
 		at.style.fontWeight = *keyword == static_cast<std::int32_t>(SVGFontWeight::bold) ? kBold : kNormal;
 }
 
+/// Two of its keywords leave everything as it is.
+void DominantBaseline(const Assignment& at) noexcept
+{
+	const SVGBaseline before = at.style.dominantBaseline;
+	Keyword<&Style::dominantBaseline>(at);
+	if (at.style.dominantBaseline == SVGBaseline::noChange || at.style.dominantBaseline == SVGBaseline::resetSize)
+		at.style.dominantBaseline = before;
+}
+
 /// Space between letters, words or lines; percentages are of the font's size.
 template <auto property>
 void Spacing(const Assignment& at) noexcept
@@ -174,7 +183,7 @@ constexpr Row kRows[] = {
 	{SVGImportAttribute::fontSizeAdjust, &Number<&Style::fontSizeAdjust>},
 	{SVGImportAttribute::language, &Pointer<&Style::language>},
 	{SVGImportAttribute::textAnchor, &Keyword<&Style::textAnchor>},
-	{SVGImportAttribute::dominantBaseline, &Keyword<&Style::dominantBaseline>},
+	{SVGImportAttribute::dominantBaseline, &DominantBaseline},
 	{SVGImportAttribute::writingMode, &Keyword<&Style::writingMode>},
 	{SVGImportAttribute::textOrientation, &Keyword<&Style::textOrientation>},
 	{SVGImportAttribute::fontKerning, &Keyword<&Style::fontKerning>},

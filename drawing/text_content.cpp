@@ -311,8 +311,7 @@ private:
 		{
 			const TextSpan& outer = _content._spans[static_cast<std::size_t>(parent)];
 			moved += _moved[static_cast<std::size_t>(parent)];
-			// A part with other effects is a picture of its own, with its opacity.
-			span.opacity = outer.opacity * (frame.effects.NeedsPicture() ? 1.0 : frame.effects.opacity);
+			span.opacity = outer.opacity * frame.effects.opacity;
 		}
 		ORVAN_TRY(_moved.Append(moved));
 		// A part of a text that has no line of its own takes that of what is around it.

@@ -36,17 +36,14 @@ constexpr TextLineKind kLineKinds[] = {TextLineKind::underline, TextLineKind::ov
 
 /// The line that an element asks for along letters of a span, but for its ends. As in browsers it is a tenth of the
 /// font's size thick: one below letters keeps away from the baseline by half of its thickness, one above them stands on
-/// their heights, and one through them a third of their height above the baseline. Where letters may stand upright,
-/// what stands in for the baseline is the middle, and lines below and above keep away from it by half of the font's
-/// size.
+/// their heights, and one through them a third of their height above the baseline. Where letters may stand upright, a
+/// line below them keeps away from their middle by half of the font's size.
 TextLine MakeLine(const TextSpan& span, TextLineKind kind, bool hasUprightLetters, const Frame& decorating) noexcept
 {
 	using Key = SVGImportAttribute;
 	constexpr double kThickness = 0.1;
 	const FontMetrics& metrics = span.font->metrics;
-	const double ascent =
-		(metrics.ascent - (hasUprightLetters ? metrics.ascent + metrics.descent : 0.0) / 2.0) * span.size;
-	const double middle = hasUprightLetters ? -GetCenter(span) : 0.0;
+	const double ascent = metrics.ascent * span.size;
 	TextLine line;
 	line.kind = kind;
 	line.style = decorating.GetKeyword(Key::textDecorationStyle, SVGTextDecorationStyle::solid);
@@ -59,18 +56,17 @@ TextLine MakeLine(const TextSpan& span, TextLineKind kind, bool hasUprightLetter
 	switch (kind)
 	{
 	case TextLineKind::underline:
-		line.center = hasUprightLetters       ? (span.size + line.thickness) / 2.0
+		line.center = hasUprightLetters       ? (span.size + line.thickness) / 2.0 - GetCenter(span)
 					  : std::isfinite(offset) ? offset + line.thickness / 2.0
 											  : line.thickness;
 		break;
 	case TextLineKind::overline:
-		line.center = -(hasUprightLetters ? span.size / 2.0 : ascent) - line.thickness / 2.0;
+		line.center = -ascent - line.thickness / 2.0;
 		break;
 	case TextLineKind::lineThrough:
 		line.center = -ascent / 3.0;
 		break;
 	}
-	line.center += middle;
 	return line;
 }
 
@@ -268,7 +264,7 @@ const Frame* TextLayout::FindPicture(const TextFragment& fragment, const Frame& 
 {
 	const Frame* found = nullptr;
 	for (const Frame* frame = fragment.frame; frame != nullptr && frame != &around; frame = frame->outer)
-		found = frame->effects.NeedsPicture() ? frame : found;
+		found = frame->effects.NeedsPicture() || frame->effects.opacity != 1.0 ? frame : found;
 	return found;
 }
 

@@ -12,7 +12,7 @@ namespace orvan::drawing
 struct TextFragment
 {
 	const Frame* frame = nullptr; ///< Of the span's element: what to paint with.
-	double opacity = 1.0;         ///< Of the spans, to be mixed into the paints.
+	double opacity = 1.0;         ///< Of all spans around it, for whoever makes no pictures of them.
 	std::size_t first = 0;        ///< Its clusters.
 	std::size_t end = 0;
 };

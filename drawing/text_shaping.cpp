@@ -276,14 +276,28 @@ private:
 		for (std::size_t i = 0; i < infos.size(); i++)
 		{
 			const hb_glyph_position_t& at = positions[i];
+			const double raised = isDownwards ? RaiseUpright(run.face, infos[i].codepoint) : 0.0;
 			ORVAN_TRY(_shaped.glyphs.Append(
-				{infos[i].codepoint, {pen.x + at.x_offset * scale, pen.y - at.y_offset * scale}}));
+				{infos[i].codepoint, {pen.x + at.x_offset * scale, pen.y - (at.y_offset + raised) * scale}}));
 			pen.x += at.x_advance * scale;
 			pen.y -= at.y_advance * scale;
 		}
 		// Space stands right of a character, whichever way it is read, as browsers have it.
 		cluster.advance = (isDownwards ? pen.y : pen.x) + spacing;
 		return _shaped.clusters.Append(cluster);
+	}
+
+	/// Where a font says nothing about lines that run down, the shaper centers each glyph in its cell. Letters of such
+	/// lines shall stand on baselines as far apart as in lines that run across.
+	static double RaiseUpright(const FontFace& face, hb_codepoint_t glyph) noexcept
+	{
+		if (face.hasUprightPlaces)
+			return 0.0;
+		hb_position_t x = 0, y = 0;
+		hb_font_extents_t extents{};
+		hb_font_get_glyph_v_origin(face.shaper, glyph, &x, &y);
+		hb_font_get_h_extents(face.shaper, &extents);
+		return y - extents.ascender;
 	}
 
 	double GetSpacing(const TextCharacter& character) const noexcept

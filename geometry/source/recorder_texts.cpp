@@ -23,7 +23,8 @@ Node Recorder::MakePart(const Frame& text, const Frame& owner, double opacity) n
 	node.parent = _current;
 	node.toView = text.place.transform;
 	node.isReferenced = At(_current).isReferenced;
-	node.opacity = opacity;
+	// With all contents, parts of a text are groups with their opacities.
+	node.opacity = _contents != nullptr ? 1.0 : opacity;
 	node.isChanged = At(_current).isChanged;
 	node.isFiltered = At(_current).isFiltered;
 	for (const Frame* span = &owner; span != nullptr && span->element != text.element; span = span->outer)

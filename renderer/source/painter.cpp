@@ -191,21 +191,28 @@ Result<void> Painter::DrawText(const Frame& frame, const TextLayout& text) noexc
 	const Rectangle painted = GetPaintedBounds(_canvas.job.scene, frame, text);
 	if (!Pay(frame.place, painted, text.GetLength() * kCharacterWork))
 		return {};
+	const BaseArray<TextFragment>& fragments = text.GetFragments();
+	return PaintPart(frame, text, {fragments.begin(), fragments.GetCount()}, painted, 1.0);
+}
+
+Result<void> Painter::PaintPart(const Frame& frame, const TextLayout& text, std::span<const TextFragment> fragments,
+								const Rectangle& painted, double opacity) noexcept
+{
 	Effects effects = frame.effects;
-	const bool takesOpacity = IsPaintedOnce(text) && effects.filter == nullptr;
-	const double opacity = takesOpacity ? std::exchange(effects.opacity, 1.0) : 1.0;
+	if (IsPaintedOnce(fragments) && effects.filter == nullptr)
+		opacity *= std::exchange(effects.opacity, 1.0);
 	const auto paint = [&](Sink& sink) noexcept
 	{
-		const BaseArray<TextFragment>& fragments = text.GetFragments();
-		return static_cast<Painter&>(sink).PaintFragments(frame, text, {fragments.begin(), fragments.GetCount()},
-														  opacity);
+		return static_cast<Painter&>(sink).PaintFragments(frame, text, fragments, painted, opacity);
 	};
+	// Boxes are those of the whole text, as for its paints.
 	Extent known(text.GetBounds(), painted);
 	return Compose(_canvas, frame, effects, known, paint, *this);
 }
 
 Result<void> Painter::PaintFragments(const Frame& around, const TextLayout& text,
-									 std::span<const TextFragment> fragments, double opacity) noexcept
+									 std::span<const TextFragment> fragments, const Rectangle& painted,
+									 double opacity) noexcept
 {
 	while (!fragments.empty())
 	{
@@ -216,17 +223,9 @@ Result<void> Painter::PaintFragments(const Frame& around, const TextLayout& text
 		const auto part = fragments.first(count);
 		fragments = fragments.subspan(count);
 		if (picture == nullptr)
-		{
 			ORVAN_TRY(PaintText(_canvas, around, text, part, opacity));
-			continue;
-		}
-		const auto paint = [&](Sink& sink) noexcept
-		{
-			return static_cast<Painter&>(sink).PaintFragments(*picture, text, part, opacity);
-		};
-		// Boxes are those of the whole text, as for its paints.
-		Extent known(text.GetBounds(), GetPaintedBounds(_canvas.job.scene, around, text));
-		ORVAN_TRY(Compose(_canvas, *picture, picture->effects, known, paint, *this));
+		else
+			ORVAN_TRY(PaintPart(*picture, text, part, painted, opacity));
 	}
 	return {};
 }

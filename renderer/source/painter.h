@@ -31,9 +31,15 @@ public:
 private:
 	Result<void> PaintPath(const drawing::Frame& frame, const drawing::Outline& outline,
 						   const drawing::Rectangle& bounds, double opacity) noexcept;
+	/// Draws fragments as the picture of their text, or of a part of it. `opacity` is that of what is around the part,
+	/// where a paint takes it. All that the text may touch lies in `painted`.
+	Result<void> PaintPart(const drawing::Frame& frame, const drawing::TextLayout& text,
+						   std::span<const drawing::TextFragment> fragments, const drawing::Rectangle& painted,
+						   double opacity) noexcept;
 	/// Paints fragments of a text that stand in `around`. Parts with effects of their own are composed first.
 	Result<void> PaintFragments(const drawing::Frame& around, const drawing::TextLayout& text,
-								std::span<const drawing::TextFragment> fragments, double opacity) noexcept;
+								std::span<const drawing::TextFragment> fragments, const drawing::Rectangle& painted,
+								double opacity) noexcept;
 	Result<bool> SetFill(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	Result<bool> SetStroke(const drawing::Frame& frame, const drawing::LazyBox& box, double opacity) noexcept;
 	/// Pays for painting a box and going through `details`, where that is to be paid for.

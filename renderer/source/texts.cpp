@@ -32,14 +32,13 @@ bool IsStrokeFirst(const Style& style) noexcept
 class TextPainter
 {
 public:
-	TextPainter(const Canvas& canvas, const Frame& frame, const TextLayout& text, double opacity) noexcept
-		: _canvas(canvas), _drawing(canvas.drawing), _transform(frame.place.transform), _text(text), _opacity(opacity)
+	TextPainter(const Canvas& canvas, const Frame& frame, const TextLayout& text) noexcept
+		: _canvas(canvas), _drawing(canvas.drawing), _transform(frame.place.transform), _text(text)
 	{
 	}
 
-	Result<void> Paint(const TextFragment& fragment) noexcept
+	Result<void> Paint(const TextFragment& fragment, double opacity) noexcept
 	{
-		const double opacity = fragment.opacity * _opacity;
 		ORVAN_TRY(PaintLines(fragment, kLinesBelow, opacity));
 		ORVAN_TRY(PaintOutline(ORVAN_TRY(_text.GetOutline(fragment)), *fragment.frame, opacity));
 		const Style& style = fragment.frame->place.style;
@@ -112,16 +111,15 @@ private:
 	cairo_t* _drawing;
 	const Matrix2d& _transform;
 	const TextLayout& _text;
-	double _opacity;
 };
 
 } // namespace
 
-bool IsPaintedOnce(const TextLayout& text) noexcept
+bool IsPaintedOnce(std::span<const TextFragment> fragments) noexcept
 {
-	if (text.GetFragments().GetCount() != 1)
+	if (fragments.size() != 1)
 		return false;
-	const TextFragment& fragment = text.GetFragments()[0];
+	const TextFragment& fragment = fragments.front();
 	const auto isDecorated = [&](TextLineKind kind)
 	{
 		return TextLayout::FindDecorating(fragment, kind, 0) != nullptr;
@@ -134,13 +132,13 @@ bool IsPaintedOnce(const TextLayout& text) noexcept
 Result<void> PaintText(const Canvas& canvas, const Frame& frame, const TextLayout& text,
 					   std::span<const TextFragment> fragments, double opacity) noexcept
 {
-	TextPainter painter(canvas, frame, text, opacity);
+	TextPainter painter(canvas, frame, text);
 	for (const TextFragment& fragment : fragments)
 	{
 		if (canvas.job.scene.limits.IsOver())
 			break;
 		if (IsVisible(fragment))
-			ORVAN_TRY(painter.Paint(fragment));
+			ORVAN_TRY(painter.Paint(fragment, opacity));
 	}
 	cairo_new_path(canvas.drawing);
 	return {};

@@ -10,8 +10,8 @@
 namespace orvan::cairo
 {
 
-/// True when a text is painted in one go: a paint can be made transparent itself then.
-bool IsPaintedOnce(const drawing::TextLayout& text) noexcept;
+/// True when fragments of a text are painted in one go: a paint can be made transparent itself then.
+bool IsPaintedOnce(std::span<const drawing::TextFragment> fragments) noexcept;
 
 /// Fills and strokes the characters of fragments of a text with the lines that decorate them, each with the paints of
 /// its element. `frame` is the text's own, or one with its coordinates.
