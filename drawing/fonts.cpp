@@ -156,6 +156,14 @@ FontMetrics GetMetrics(const FontFace& face) noexcept
 		metrics.capHeight = MeasureHeight(face, 'H');
 	if (!(metrics.capHeight > 0.0))
 		metrics.capHeight = metrics.ascent;
+	double lowered = 0.0;
+	read(HB_OT_METRICS_TAG_SUBSCRIPT_EM_Y_OFFSET, lowered);
+	if (lowered > 0.0)
+		metrics.subscript = -lowered;
+	double raised = 0.0;
+	read(HB_OT_METRICS_TAG_SUPERSCRIPT_EM_Y_OFFSET, raised);
+	if (raised > 0.0)
+		metrics.superscript = raised;
 	metrics.zeroAdvance = GetAdvance(face, U'0', 0.5);
 	metrics.ideographAdvance = GetAdvance(face, U'\u6C34', 1.0);
 	return metrics;

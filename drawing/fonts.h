@@ -41,6 +41,8 @@ struct FontMetrics
 	double lineGap = 0.0;
 	double xHeight = 0.5;
 	double capHeight = 0.655;
+	double subscript = -0.2;  ///< Where the baseline of subscripts is, ...
+	double superscript = 0.4; ///< ... and that of superscripts.
 	double zeroAdvance = 0.5; ///< Of "0".
 	double ideographAdvance = 1.0;
 };

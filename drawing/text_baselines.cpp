@@ -12,17 +12,15 @@ double GetBaselineShift(const Frame& frame, const Font* font, double size) noexc
 		frame.attributes.Find<SVGBaselineShift>(static_cast<std::int32_t>(SVGImportAttribute::baselineShift));
 	if (shift == nullptr)
 		return 0.0;
-	// As in browsers, sub- and superscripts are moved by half of their font's height.
 	const FontMetrics metrics = font != nullptr ? font->metrics : FontMetrics();
-	const double half = (metrics.ascent - metrics.descent) / 2.0 * size;
 	switch (shift->type)
 	{
 	case SVGBaselineShiftType::baseline:
 		break;
 	case SVGBaselineShiftType::sub:
-		return -half;
+		return metrics.subscript * size;
 	case SVGBaselineShiftType::super:
-		return half;
+		return metrics.superscript * size;
 	case SVGBaselineShiftType::length:
 		return shift->length.unit == SVGLengthUnit::percent ? shift->length.value * size
 															: frame.Resolve(shift->length, Axis::other);

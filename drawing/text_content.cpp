@@ -77,8 +77,7 @@ public:
 
 	Result<void> Collect(const Frame& text) noexcept
 	{
-		_content._isVertical = text.place.style.writingMode != SVGWritingMode::horizontalTb;
-		_content._runsUpwards = text.place.style.writingMode == SVGWritingMode::sidewaysLr;
+		_content._writingMode = text.place.style.writingMode;
 		const Borrowed<HierarchyObjectInterface> hierarchy(text.element);
 		bool hasParts = false;
 		for (auto child = hierarchy->GetFirstChild(); child && !hasParts; child = child->GetNextSibling())
@@ -300,15 +299,16 @@ private:
 		}
 		if (const auto* length = frame.attributes.Find<SVGLength>(static_cast<std::int32_t>(Key::textLength)))
 		{
-			const double value = frame.Resolve(*length, _content._isVertical ? Axis::vertical : Axis::horizontal);
+			const double value = frame.Resolve(*length, _content.IsVertical() ? Axis::vertical : Axis::horizontal);
 			span.textLength = value > 0.0 && std::isfinite(value) ? value : -1.0;
 		}
 		span.stretchesGlyphs =
 			frame.GetKeyword(Key::lengthAdjust, SVGLengthAdjust::spacing) != SVGLengthAdjust::spacing;
 		// What the spans around it say is added up; the baseline that is aligned is each one's own.
-		double moved = GetBaselineShift(frame, span.font, span.size);
+		double moved = 0.0;
 		if (parent >= 0)
 		{
+			moved = GetBaselineShift(frame, span.font, span.size);
 			const TextSpan& outer = _content._spans[static_cast<std::size_t>(parent)];
 			moved += _moved[static_cast<std::size_t>(parent)];
 			span.opacity = outer.opacity * frame.effects.opacity;
@@ -322,7 +322,7 @@ private:
 		const auto alignment = frame.GetKeyword(Key::alignmentBaseline, SVGBaseline::automatic);
 		const bool isAligned = alignment != SVGBaseline::automatic && alignment != SVGBaseline::baseline;
 		// Letters that are all turned stand on their baseline, others beside it in the middle.
-		const bool isUpright = HasUprightLetters(style);
+		const bool isUpright = HasUprightLetters(_content._writingMode, style);
 		const double baseline =
 			span.font != nullptr ? GetBaseline(isAligned ? alignment : dominant, span.font->metrics, isUpright) : 0.0;
 		span.shift = moved - baseline * span.size;
@@ -433,12 +433,12 @@ private:
 			value = std::isfinite(value) ? std::clamp(value, -kFarthest, kFarthest) : 0.0;
 			return true;
 		};
-		const bool isVertical = _content._isVertical;
+		const bool isVertical = _content.IsVertical();
 		const bool hasX = read(lists.x, lists.firstX, Axis::horizontal, character.x);
 		const bool hasY = read(lists.y, lists.firstY, Axis::vertical, character.y);
 		read(lists.dx, nullptr, Axis::horizontal, character.dx);
 		const bool hasDy = read(lists.dy, nullptr, Axis::vertical, character.dy);
-		if (_content._runsUpwards && lists.path < 0)
+		if (_content.RunsUpwards() && lists.path < 0)
 		{
 			character.y = hasY ? -character.y : character.y;
 			character.dy = hasDy ? -character.dy : character.dy;

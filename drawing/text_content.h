@@ -76,24 +76,29 @@ public:
 		return _paths;
 	}
 
-	/// True when lines run downwards: "writing-mode" of the text itself counts.
+	/// That of the text itself; what its parts say does not count.
+	SVGWritingMode GetWritingMode() const noexcept
+	{
+		return _writingMode;
+	}
+
+	/// True when lines run downwards.
 	bool IsVertical() const noexcept
 	{
-		return _isVertical;
+		return _writingMode != SVGWritingMode::horizontalTb;
 	}
 
 	/// True when they run upwards instead ("sideways-lr"). The vertical positions of characters that are on no path are
 	/// then counted upwards.
 	bool RunsUpwards() const noexcept
 	{
-		return _runsUpwards;
+		return _writingMode == SVGWritingMode::sidewaysLr;
 	}
 
 private:
 	friend class TextCollector;
 
-	bool _isVertical = false;
-	bool _runsUpwards = false;
+	SVGWritingMode _writingMode = SVGWritingMode::horizontalTb;
 
 	BaseArray<TextCharacter> _characters;
 	BaseArray<TextSpan> _spans;

@@ -236,7 +236,8 @@ Result<Outline> TextLayout::GetLines(const TextFragment& fragment, TextLineKind 
 	for (std::size_t i = fragment.first; i < fragment.end;)
 	{
 		const TextSpan& span = SpanOf(i);
-		TextLine line = MakeLine(span, kind, HasUprightLetters(span.frame->place.style), decorating);
+		TextLine line =
+			MakeLine(span, kind, HasUprightLetters(_content.GetWritingMode(), span.frame->place.style), decorating);
 		const bool isUpright = _text.clusters[i].isUpright;
 		const auto getEnd = [&](double length)
 		{

@@ -39,16 +39,15 @@ constexpr Range kUpright[] = {
 
 } // namespace
 
-bool HasUprightLetters(const Style& style) noexcept
+bool HasUprightLetters(SVGWritingMode mode, const Style& style) noexcept
 {
-	const bool isVertical =
-		style.writingMode == SVGWritingMode::verticalRl || style.writingMode == SVGWritingMode::verticalLr;
+	const bool isVertical = mode == SVGWritingMode::verticalRl || mode == SVGWritingMode::verticalLr;
 	return isVertical && style.textOrientation != SVGTextOrientation::sideways;
 }
 
-bool IsUpright(char32_t code, const Style& style) noexcept
+bool IsUpright(char32_t code, SVGWritingMode mode, const Style& style) noexcept
 {
-	if (!HasUprightLetters(style))
+	if (!HasUprightLetters(mode, style))
 		return false;
 	if (style.textOrientation == SVGTextOrientation::upright)
 		return true;

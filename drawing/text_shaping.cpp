@@ -123,7 +123,7 @@ private:
 				span.size,
 				style.letterSpacing != 0.0,
 				character.isSmallCapital,
-				_content.IsVertical() && IsUpright(character.code, style),
+				IsUpright(character.code, _content.GetWritingMode(), style),
 				span.font != nullptr && HasCapitals(*span.font, style.fontVariant) ? style.fontVariant
 																				   : SVGFontVariant::normal,
 				style.fontKerning != SVGFontKerning::none};

@@ -79,15 +79,18 @@ Raster Convolve(const Raster& input, const Box& edges, const Kernel& kernel, con
 					sums.alpha += weight * c.alpha;
 				}
 			}
-			const auto finish = [&](double sum)
+			const double alpha = kernel.keepsAlpha ? static_cast<double>(input.At(x, y) >> 24)
+												   : sums.alpha * factor + kernel.bias * 255.0;
+			// Colours are raised by as much of the bias as is opaque.
+			const auto finish = [&](double color)
 			{
-				return ToByte(static_cast<float>(sum * factor + kernel.bias * 255.0));
+				return ToByte(static_cast<float>(color * factor + kernel.bias * alpha));
 			};
-			const Channels sum{finish(sums.blue), finish(sums.green), finish(sums.red), finish(sums.alpha)};
+			const Channels sum{finish(sums.blue), finish(sums.green), finish(sums.red),
+							   ToByte(static_cast<float>(alpha))};
 			if (kernel.keepsAlpha)
 			{
-				const int alpha = static_cast<int>(input.At(x, y) >> 24);
-				row[x - area.left] = MultiplyByAlpha({sum.blue, sum.green, sum.red, alpha});
+				row[x - area.left] = MultiplyByAlpha(sum);
 				continue;
 			}
 			row[x - area.left] = Join({std::min(sum.blue, sum.alpha), std::min(sum.green, sum.alpha),

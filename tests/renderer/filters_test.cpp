@@ -266,7 +266,7 @@ TEST_F(FilterElements, LookAtTheNeighbourhood)
 		{"<feConvolveMatrix kernelMatrix='1 1 1'/>", "40,40 none"},
 		{"<feConvolveMatrix kernelMatrix='0 0 0 0 1 0 0 0 0' targetX='3'/>", "40,40 none"},
 		{"<feConvolveMatrix kernelMatrix='0 0 0 0 1 0 0 0 0' targetY='-1'/>", "40,40 none"},
-		{"<feConvolveMatrix order='1' kernelMatrix='1' bias='.2'/>", "40,40 ff3333"},
+		{"<feConvolveMatrix order='1' kernelMatrix='1' bias='.2'/>", "40,40 ff3d3d"},
 		{"<feMorphology operator='dilate' radius='2'/>", "18,18 ff0000; 17,30 none; 61,61 ff0000; 62,30 none"},
 		{"<feMorphology radius='2'/>", "22,22 ff0000; 21,30 none; 57,57 ff0000; 58,30 none"},
 		{"<feMorphology operator='dilate' radius='3 1'/>", "17,19 ff0000; 16,30 none; 30,18 none; 62,60 ff0000"},

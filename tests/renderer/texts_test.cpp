@@ -309,7 +309,15 @@ TEST_F(Texts, LinesLookAsTheElementWantsThatAsksForThem)
 
 TEST_F(Texts, BaselinesMoveLettersUpAndDown)
 {
-	EXPECT_EQ("000000 22-44", ColumnOf("<text x='10' y='50' baseline-shift='10'>█</text>", 15));
+	for (const auto& [shift, column] :
+		 {std::pair{"10", "000000 22-44"}, {"super", "000000 22-44"}, {"sub", "000000 35-56"}})
+		EXPECT_EQ(
+			column,
+			ColumnOf("<text x='10' y='50'><tspan baseline-shift='" + std::string(shift) + "'>█</tspan></text>", 15))
+			<< shift;
+	// Neither is a whole text moved, nor does a part of it run elsewhere.
+	EXPECT_EQ("000000 32-54",
+			  ColumnOf("<text x='10' y='50' baseline-shift='10'><tspan writing-mode='tb'>█</tspan></text>", 15));
 	EXPECT_EQ("000000 50-72", ColumnOf("<text x='10' y='50' dominant-baseline='text-before-edge'>█</text>", 15));
 	for (const char* kept : {"auto", "no-change", "reset-size"})
 		EXPECT_EQ("000000 50-72",
@@ -318,8 +326,8 @@ TEST_F(Texts, BaselinesMoveLettersUpAndDown)
 							   kept + "'>█</tspan></text>",
 						   15))
 			<< kept;
-	EXPECT_EQ("000000 19-40", ColumnOf("<text x='10' y='50' baseline-shift='10'><tspan baseline-shift='50%' "
-									   "alignment-baseline='central'>█</tspan></text>",
+	EXPECT_EQ("000000 19-40", ColumnOf("<text x='10' y='50'><tspan baseline-shift='10'><tspan baseline-shift='50%' "
+									   "alignment-baseline='central'>█</tspan></tspan></text>",
 									   15));
 	EXPECT_EQ("000000 10-24", ColumnOf("<text x='50' y='10' writing-mode='tb'>█</text>", 50));
 	EXPECT_EQ("000000 39-60", RowOf("<text x='50' y='10' writing-mode='tb'>█</text>", 20));
