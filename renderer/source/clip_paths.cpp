@@ -3,6 +3,7 @@
 
 #include "composition.h"
 #include "drawing/clip_shapes.h"
+#include "drawing/conditions.h"
 #include "drawing/references.h"
 #include "drawing/walk.h"
 #include "painter.h"
@@ -121,14 +122,15 @@ struct ClipContent
 	bool isSimple = true;
 };
 
-ClipContent GetClipContent(const SVGElementRef& clip) noexcept
+ClipContent GetClipContent(const Scene& scene, const SVGElementRef& clip) noexcept
 {
 	ClipContent content;
 	const auto hierarchy = Cast<HierarchyObjectInterface>(clip);
 	for (auto child = hierarchy->GetFirstChild(); child && content.isSimple; child = child->GetNextSibling())
 	{
 		const auto element = Cast<SVGElementInterface>(child);
-		if (!element || element->GetDisplay() == SVGDisplay::none)
+		if (!element || element->GetDisplay() == SVGDisplay::none ||
+			(scene.isComplete && !PassesConditions(element->GetAttributeDictionary(), scene.language)))
 			continue;
 		const bool isShape = Cast<SVGPathElementInterface>(child) || Cast<SVGRectElementInterface>(child) ||
 							 Cast<SVGCircleElementInterface>(child);
@@ -192,7 +194,7 @@ Result<void> ClipToShape(const Canvas& canvas, const SVGClipShape& shape, const 
 
 Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const Frame& user, Extent& extent) noexcept
 {
-	const ClipContent content = GetClipContent(clip);
+	const ClipContent content = GetClipContent(canvas.job.scene, clip);
 	if (!content.isSimple)
 		return false;
 	Limits& limits = canvas.job.scene.limits;

@@ -291,6 +291,9 @@ TEST_F(Placement, ConditionsChooseWhatIsDrawn)
 	const PixelCase cases[] = {
 		{"<rect width='9' height='9' systemLanguage='en'/>", "5,5 000000"},
 		{"<rect width='9' height='9' systemLanguage='de'/>", "5,5 none"},
+		{"<clipPath id='c'><rect width='9' height='9' systemLanguage='de'/></clipPath><rect width='9' height='9' "
+		 "clip-path='url(#c)'/>",
+		 "5,5 none"},
 		{"<rect width='9' height='9' systemLanguage='de,en-GB'/>", "5,5 000000"},
 		{"<rect width='9' height='9' systemLanguage='de , EN '/>", "5,5 000000"},
 		{"<rect width='9' height='9' systemLanguage='eng'/>", "5,5 none"},
