@@ -17,6 +17,22 @@ namespace
 
 using namespace drawing;
 
+/// An outline of more lines and curves than this is no clip of the library's, which finds out where each crosses each
+/// other one, and does so anew for whatever is clipped.
+constexpr int kMostClipSegments = 500;
+
+bool IsClip(const Canvas& canvas, const Outline& outline, const Matrix2d& transform) noexcept
+{
+	const bool isPage = cairo_surface_get_type(cairo_get_group_target(canvas.drawing)) != CAIRO_SURFACE_TYPE_IMAGE;
+	return isPage || MeasurePath(outline, transform).segmentCount <= kMostClipSegments;
+}
+
+/// True, and reported, when there is no time to fill an outline.
+bool IsTooMuch(Limits& limits, const PathExtent& extent) noexcept
+{
+	return extent.rows > kManyRows && !limits.CanTake(extent.rows / kRowsPerSecond);
+}
+
 /// How a shape's area is found. A plain import knows no "clip-rule", and files that have one have "fill-rule" as well.
 cairo_fill_rule_t GetRule(const Job& job, const Frame& frame) noexcept
 {
@@ -49,7 +65,8 @@ public:
 		const PathExtent extent = SetPath(_canvas.drawing, outline, frame.place.transform);
 		const Rectangle touched = extent.bounds.Grow(1.0);
 		const double work = touched.Intersect(_canvas.GetClipExtents()).GetArea() + extent.segmentCount * kCommandWork;
-		if (!extent.IsDrawable() || !_canvas.job.scene.limits.Pay(work))
+		Limits& limits = _canvas.job.scene.limits;
+		if (!extent.IsDrawable() || IsTooMuch(limits, extent) || !limits.Pay(work))
 		{
 			cairo_new_path(_canvas.drawing);
 			return {};
@@ -181,15 +198,33 @@ Result<SVGElementRef> FindClipPath(Job& job, const Effects& effects, const Frame
 	return FindEffect<SVGClipPathElementInterface>(job.scene, effects.clipPath, frame);
 }
 
-Result<void> ClipToShape(const Canvas& canvas, const SVGClipShape& shape, const Frame& frame, Extent& extent) noexcept
+Result<bool> ClipToShape(const Canvas& canvas, const SVGClipShape& shape, const Frame& frame, Extent& extent) noexcept
 {
 	const Outline outline = ORVAN_TRY(GetClipOutline(shape, frame, extent));
+	if (!IsClip(canvas, outline, frame.place.transform))
+		return false;
 	cairo_new_path(canvas.drawing);
 	if (!SetPath(canvas.drawing, outline, frame.place.transform).IsDrawable())
 		cairo_new_path(canvas.drawing);
 	cairo_set_fill_rule(canvas.drawing, ToCairo(shape.fillRule));
 	cairo_clip(canvas.drawing);
-	return {};
+	return true;
+}
+
+Result<PatternPtr> DrawClipShape(const Canvas& canvas, const SVGClipShape& shape, const Frame& frame,
+								 Extent& extent) noexcept
+{
+	const Outline outline = ORVAN_TRY(GetClipOutline(shape, frame, extent));
+	cairo_push_group_with_content(canvas.drawing, CAIRO_CONTENT_ALPHA);
+	const PathExtent path = SetPath(canvas.drawing, outline, frame.place.transform);
+	if (path.IsDrawable() && !IsTooMuch(canvas.job.scene.limits, path))
+	{
+		cairo_set_source_rgba(canvas.drawing, 0.0, 0.0, 0.0, 1.0);
+		cairo_set_fill_rule(canvas.drawing, ToCairo(shape.fillRule));
+		cairo_fill_preserve(canvas.drawing);
+	}
+	cairo_new_path(canvas.drawing);
+	return PatternPtr(cairo_pop_group(canvas.drawing));
 }
 
 Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const Frame& user, Extent& extent) noexcept
@@ -204,22 +239,25 @@ Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const F
 	if (frame.effects.clipShape != nullptr)
 		return false;
 	const SVGElementRef nested = ORVAN_TRY(FindClipPath(canvas.job, frame.effects, frame));
-	if (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame, extent)))
-		return false;
 	ORVAN_TRY(clipFrame.EnterUnits(extent));
-	cairo_new_path(canvas.drawing);
+	Outline outline;
+	Matrix2d transform;
+	cairo_fill_rule_t rule = CAIRO_FILL_RULE_WINDING;
 	if (clipFrame.HasArea() && content.shape)
 	{
 		ObjectBase* const shape = content.shape.GetObject();
 		const Frame inner(shape, clipFrame.content, &frame, limits);
 		if (inner.canDraw && inner.place.style.visibility == SVGVisibility::visible)
-		{
-			const Outline outline = ORVAN_TRY(GetOutline(GetShapeKind(shape), shape, inner));
-			if (!SetPath(canvas.drawing, outline, inner.place.transform).IsDrawable())
-				cairo_new_path(canvas.drawing);
-			cairo_set_fill_rule(canvas.drawing, GetRule(canvas.job, inner));
-		}
+			outline = ORVAN_TRY(GetOutline(GetShapeKind(shape), shape, inner));
+		transform = inner.place.transform;
+		rule = GetRule(canvas.job, inner);
 	}
+	if (!IsClip(canvas, outline, transform) || (nested && !ORVAN_TRY(ClipSimply(canvas, nested, frame, extent))))
+		return false;
+	cairo_new_path(canvas.drawing);
+	if (!SetPath(canvas.drawing, outline, transform).IsDrawable())
+		cairo_new_path(canvas.drawing);
+	cairo_set_fill_rule(canvas.drawing, rule);
 	// Without a shape the path is empty, and everything is clipped away.
 	cairo_clip(canvas.drawing);
 	return true;

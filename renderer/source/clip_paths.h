@@ -12,9 +12,14 @@ namespace orvan::cairo
 /// counts as none.
 Result<SVGElementRef> FindClipPath(Job& job, const drawing::Effects& effects, const drawing::Frame& frame) noexcept;
 
-/// Clips the canvas to a shape that an element has instead of a clip path. `extent` is that of the element.
-Result<void> ClipToShape(const Canvas& canvas, const SVGClipShape& shape, const drawing::Frame& frame,
+/// Clips the canvas to a shape that an element has instead of a clip path; false, and no change, when it is too
+/// intricate. `extent` is that of the element.
+Result<bool> ClipToShape(const Canvas& canvas, const SVGClipShape& shape, const drawing::Frame& frame,
 						 drawing::Extent& extent) noexcept;
+
+/// The area of such a shape, as coverage.
+Result<PatternPtr> DrawClipShape(const Canvas& canvas, const SVGClipShape& shape, const drawing::Frame& frame,
+								 drawing::Extent& extent) noexcept;
 
 /// Clips the canvas to a clip path of at most one plain shape; false, and no change, when it is more than that.
 Result<bool> ClipSimply(const Canvas& canvas, const SVGElementRef& clip, const drawing::Frame& user,

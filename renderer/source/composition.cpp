@@ -38,7 +38,8 @@ cairo_operator_t ToOperator(SVGBlendMode mode) noexcept
 struct Followed
 {
 	BaseArray<FilterStage> filters;
-	SVGElementRef clip; ///< Only one that is not the drawing library's clip already.
+	SVGElementRef clip;                  ///< Only one that is not the drawing library's clip already.
+	const SVGClipShape* shape = nullptr; ///< The same instead of a clip path.
 	BaseArray<SVGElementRef> masks;
 };
 
@@ -62,7 +63,8 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	Limits& limits = canvas.job.scene.limits;
 	const Rectangle area = canvas.GetClipExtents().RoundOut();
 	// Filters count their pixels themselves.
-	const double layers = (followed.filters.IsEmpty() ? 1.0 : 0.0) + (followed.clip ? 1.0 : 0.0);
+	const bool isClipped = followed.clip || followed.shape != nullptr;
+	const double layers = (followed.filters.IsEmpty() ? 1.0 : 0.0) + (isClipped ? 1.0 : 0.0);
 	const LayerScope layer(limits, area.GetArea() * layers);
 	if (!layer.IsOpen())
 		return {};
@@ -71,9 +73,10 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	if (picture == nullptr)
 		return {};
 	const cairo_operator_t blend = ToOperator(effects.blendMode);
-	if (followed.clip)
+	if (isClipped)
 	{
-		const PatternPtr coverage = ORVAN_TRY(DrawClipPath(canvas, followed.clip, frame, extent));
+		const PatternPtr coverage = followed.clip ? ORVAN_TRY(DrawClipPath(canvas, followed.clip, frame, extent))
+												  : ORVAN_TRY(DrawClipShape(canvas, *followed.shape, frame, extent));
 		const bool isLast = followed.masks.IsEmpty() && effects.opacity == 1.0;
 		if (!isLast)
 			cairo_push_group(drawing);
@@ -124,14 +127,14 @@ Result<void> ComposeLayer(const Canvas& canvas, const Frame& frame, const Effect
 	else if (extent.IsKnown())
 		canvas.ClipTo(ORVAN_TRY(extent.GetTouched()).RoundOut(), {});
 	const bool isClipped = followed.clip || effects.clipShape != nullptr;
-	if (effects.clipShape != nullptr)
-		ORVAN_TRY(ClipToShape(canvas, *effects.clipShape, frame, extent));
+	if (effects.clipShape != nullptr && !ORVAN_TRY(ClipToShape(canvas, *effects.clipShape, frame, extent)))
+		followed.shape = effects.clipShape;
 	if (followed.clip && ORVAN_TRY(ClipSimply(canvas, followed.clip, frame, extent)))
 		followed.clip = nullptr;
 	// What is clipped is a picture of its own, which shows only where something in it is blended.
 	const bool isIsolated = effects.isIsolated || (isClipped && ORVAN_TRY(HasBlendModes(canvas.job.scene)));
-	const bool needsLayer = isFiltered || followed.clip || !followed.masks.IsEmpty() || effects.opacity != 1.0 ||
-							effects.blendMode != SVGBlendMode::normal || isIsolated;
+	const bool needsLayer = isFiltered || followed.clip || followed.shape != nullptr || !followed.masks.IsEmpty() ||
+							effects.opacity != 1.0 || effects.blendMode != SVGBlendMode::normal || isIsolated;
 	if (!needsLayer)
 		return canvas.GetClipExtents().GetArea() > 0.0 ? content.DrawInto(sink) : Result<void>();
 	// Below a few layers measuring anew would cost more than it saves: the outer ones have set bounds already.

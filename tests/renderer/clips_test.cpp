@@ -192,6 +192,39 @@ TEST_F(Clips, ClipPathsHaveUnitsTransformsAndRules)
 		ExpectPixels(sample.value + square, sample.pixels);
 }
 
+TEST_F(Clips, OutlinesOfManyPointsClipLikeThoseOfFew)
+{
+	for (const int count : {1, 1000})
+	{
+		// From (30, 20) to (70, 80), without what lies between (40, 40) and (60, 60).
+		std::string points;
+		std::string lines;
+		for (int i = 0; i < count; i++)
+		{
+			points += "30px 20px,";
+			lines += "H50";
+		}
+		const std::string shape = "style='clip-path:polygon(evenodd," + points +
+								  "70px 20px,70px 80px,30px 80px,30px 20px,40px 40px,40px 60px,60px 60px,60px 40px,"
+								  "40px 40px) view-box'";
+		const std::string clip = "<clipPath id='n'><path d='M0 0H60V99H0'/></clipPath><clipPath id='c' "
+								 "clip-path='url(#n)'><path clip-rule='evenodd' d='M30 20" +
+								 lines + "H70V80H30zM40 40h20v20h-20z'/></clipPath>";
+		const std::string square = "<rect width='100' height='100' fill='#00f'/>";
+		const std::string clipped = "clip-path='url(#c)'";
+		ExpectPixels(
+			"<g " + shape + ">" + square + "</g>",
+			"30,20 0000ff; 29,50 none; 69,79 0000ff; 70,50 none; 39,50 0000ff; 40,50 none; 60,59 0000ff; 50,80 none");
+		ExpectPixels("<g opacity='.2' " + shape + ">" + square + "</g>",
+					 "30,20 0000ff33; 29,50 none; 69,79 0000ff33; 50,50 none");
+		ExpectPixels(clip + "<g " + clipped + ">" + square + "</g>",
+					 "30,20 0000ff; 29,50 none; 59,79 0000ff; 60,50 none; 39,50 0000ff; 40,50 none; 50,80 none");
+		ExpectPixels(clip + "<clipPath id='d'><path d='M0 0H99V70H0' " + clipped + "/></clipPath>" +
+						 "<g clip-path='url(#d)'>" + square + "</g>",
+					 "30,20 0000ff; 29,50 none; 59,69 0000ff; 50,70 none; 60,30 none; 50,50 none");
+	}
+}
+
 TEST_F(Clips, MasksCoverByTheirLightOrTheirAlpha)
 {
 	const std::string square = "<rect width='99' height='99' fill='#00f' mask='url(#m)'/>";
