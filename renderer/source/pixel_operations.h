@@ -147,14 +147,18 @@ public:
 class Merge final : public FilterOperation
 {
 public:
-	Result<Raster> Apply(Inputs inputs, const Box& area, const Alarm&) const noexcept override
+	Result<Raster> Apply(Inputs inputs, const Box& area, const Alarm& alarm) const noexcept override
 	{
 		Box box;
 		for (const FilterInput& input : inputs)
 			box = box.Unite(input.raster->GetBox().Intersect(area));
 		Raster result = ORVAN_TRY(Check(Raster(box)));
 		for (const FilterInput& input : inputs)
+		{
+			if (alarm.IsOver())
+				break;
 			filters::PutOver(*input.raster, result);
+		}
 		return result;
 	}
 };
