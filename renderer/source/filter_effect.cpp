@@ -76,8 +76,8 @@ Result<PatternPtr> ToPattern(const Raster& raster, const FilterSpace& space) noe
 	std::memcpy(pixels, raster.GetPixels(), raster.GetCount() * sizeof(std::uint32_t));
 	cairo_surface_mark_dirty(surface.get());
 	PatternPtr pattern(cairo_pattern_create_for_surface(surface.get()));
-	const cairo_matrix_t matrix = ToCairo(Translation(-box.left, -box.top) * space.pictureToPixels);
-	cairo_pattern_set_matrix(pattern.get(), &matrix);
+	if (!SetMatrix(pattern.get(), Translation(-box.left, -box.top) * space.pictureToPixels))
+		return PatternPtr();
 	cairo_pattern_set_filter(pattern.get(), space.isExact ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_BILINEAR);
 	return pattern;
 }

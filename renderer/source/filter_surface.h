@@ -33,7 +33,8 @@ Result<filters::Raster> DrawRaster(Job& job, const FilterSpace& space, const fil
 	return raster;
 }
 
-/// The pixels as a source that takes the picture's coordinates. Fails for want of memory only.
+/// The pixels as a source that takes the picture's coordinates; null where these have no way back. Fails for want of
+/// memory only.
 Result<PatternPtr> ToPattern(const filters::Raster& raster, const FilterSpace& space) noexcept;
 
 } // namespace orvan::cairo

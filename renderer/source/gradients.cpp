@@ -86,12 +86,14 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 	}
 	// A geometry that is a point has all of its colours there: the last one covers everything.
 	const bool isPoint = gradient.isRadial ? !(geometry.toRadius > 0.0) : geometry.from == geometry.to;
-	if (count == 1 || isPoint)
+	const auto paintLast = [&]
 	{
 		const Stop& last = gradient.stops[count - 1];
 		SetColor(canvas.drawing, last.color, last.alpha * opacity);
 		return PaintResult::painted;
-	}
+	};
+	if (count == 1 || isPoint)
+		return paintLast();
 	transform = transform * gradient.chain.GetTransform(SVGImportAttribute::gradientTransform, place);
 	if (!IsInvertible(transform))
 		return PaintResult::nothing;
@@ -101,8 +103,13 @@ Result<PaintResult> SetGradient(const Canvas& canvas, ObjectBase* element, doubl
 		entry.geometry = geometry;
 		entry.opacity = opacity;
 	}
-	const cairo_matrix_t matrix = ToCairo(Invert(transform));
-	cairo_pattern_set_matrix(entry.pattern.get(), &matrix);
+	const double reach = std::max({std::abs(geometry.from.x), std::abs(geometry.from.y), std::abs(geometry.to.x),
+								   std::abs(geometry.to.y), geometry.fromRadius, geometry.toRadius});
+	if (!SetMatrix(entry.pattern.get(), Invert(transform), reach))
+	{
+		entry.pattern.reset();
+		return paintLast();
+	}
 	cairo_set_source(canvas.drawing, entry.pattern.get());
 	return PaintResult::painted;
 }

@@ -33,8 +33,8 @@ void PaintSurface(const Canvas& canvas, cairo_surface_t* surface, SVGImageRender
 				  const Matrix2d& toPicture, const Rectangle& visible) noexcept
 {
 	const PatternPtr pattern(cairo_pattern_create_for_surface(surface));
-	const cairo_matrix_t matrix = ToCairo(Invert(toPicture));
-	cairo_pattern_set_matrix(pattern.get(), &matrix);
+	if (!SetMatrix(pattern.get(), Invert(toPicture)))
+		return;
 	cairo_pattern_set_filter(pattern.get(), GetFilter(rendering, toPicture));
 	// The edges stay as they are instead of fading out. A page places images without that.
 	if (canvas.job.output == SVGRenderOutput::pixels)

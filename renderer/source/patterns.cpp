@@ -151,8 +151,8 @@ Result<PaintResult> SetPattern(const Canvas& canvas, ObjectBase* element, double
 		return PaintResult::nothing;
 	const PatternPtr pattern(cairo_pattern_create_for_surface(surface.get()));
 	cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_REPEAT);
-	const cairo_matrix_t matrix = ToCairo(toTile * Invert(transform));
-	cairo_pattern_set_matrix(pattern.get(), &matrix);
+	if (!SetMatrix(pattern.get(), toTile * Invert(transform)))
+		return PaintResult::nothing;
 	cairo_set_source(canvas.drawing, pattern.get());
 	return PaintResult::painted;
 }

@@ -202,6 +202,29 @@ TEST_F(Paints, PatternsRepeatTheirTile)
 				 "30,20 00ff00");
 }
 
+TEST_F(Paints, ColorsThatAreFarSmallerThanAPixelSpoilNothing)
+{
+	const std::string user = "gradientUnits='userSpaceOnUse' x2='1'";
+	const std::string stops = "><stop stop-color='#0f0'/><stop offset='1' stop-color='#00f'/></linearGradient>";
+	const std::string shapes = "<rect width='40' height='40' fill='url(#p)' clip-path='circle(45%)'/>"
+							   "<rect x='50' width='50' height='50' fill='#f00'/>";
+	const std::pair<std::string, const char*> cases[] = {
+		{"<pattern id='p' width='1e-9' height='1e-9'><rect width='9' height='9'/></pattern>", "none"},
+		{"<pattern id='p' width='.5' height='.5' patternTransform='matrix(1 1 1 1.0000000001 0 0)'>"
+		 "<rect width='9' height='9'/></pattern>",
+		 "none"},
+		{"<linearGradient id='p' gradientTransform='scale(1e-9)' " + user + stops, "0000ff"},
+		{"<linearGradient id='p' gradientTransform='matrix(1 1 1 1.0000000001 0 0)' " + user + stops, "0000ff"},
+	};
+	for (const auto& [paint, color] : cases)
+		ExpectPixels(paint + shapes, std::string("20,20 ") + color + "; 75,25 ff0000");
+	// Those that are far larger paint as well as any.
+	ExpectPixels("<linearGradient id='p' gradientUnits='userSpaceOnUse' x2='4e13'><stop offset='.5' stop-color='#0f0'/>"
+				 "<stop offset='.5'/></linearGradient><g transform='scale(1e-12)'><rect width='4e13' height='4e13' "
+				 "fill='url(#p)' clip-path='circle(45%)'/></g>",
+				 "18,20 00ff00; 21,20 000000");
+}
+
 TEST_F(Paints, ComeInTheirOrderAndWithTheirOpacities)
 {
 	const PixelCase cases[] = {
