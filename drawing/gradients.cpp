@@ -78,14 +78,17 @@ double FromLight(double light) noexcept
 /// More stops between the ones that are given, so that colours mix as light does.
 Result<BaseArray<Stop>> MixAsLight(const BaseArray<Stop>& stops) noexcept
 {
-	constexpr int kSteps = 16;
+	// Where there are many already, fewer come between them.
+	constexpr std::size_t kMostSteps = 16;
+	constexpr std::size_t kManyStops = 2 * kMaxStops;
+	const int steps = static_cast<int>(std::min(kMostSteps, kManyStops / std::max(stops.GetCount(), std::size_t{1})));
 	BaseArray<Stop> result;
 	const Stop* last = nullptr;
 	for (const Stop& stop : stops)
 	{
-		for (int step = 1; last != nullptr && stop.offset > last->offset && step < kSteps; step++)
+		for (int step = 1; last != nullptr && stop.offset > last->offset && step < steps; step++)
 		{
-			const double t = static_cast<double>(step) / kSteps;
+			const double t = static_cast<double>(step) / steps;
 			const auto mix = [t](double a, double b)
 			{
 				return a + (b - a) * t;

@@ -35,6 +35,13 @@ inline constexpr double kGradientFactor = 8.0;   ///< A pixel filled with a grad
 inline constexpr double kManyRows = 3e6;
 inline constexpr double kRowsPerSecond = 2e6;
 
+/// What a page takes until it is written, for each element drawn by reference and each line or curve of it, and how
+/// many such elements, or pixels of pictures, are written in a second.
+inline constexpr double kPageElementBytes = 2048.0;
+inline constexpr double kPageCommandBytes = 64.0;
+inline constexpr double kPageElementsPerSecond = 1e5;
+inline constexpr double kPagePixelsPerSecond = 2e7;
+
 /// The reasons why something is left out; each is reported once a picture.
 enum class Omission : std::uint32_t
 {

@@ -96,6 +96,8 @@ Result<PatternPtr> DrawFiltered(const Canvas& canvas, const Frame& frame, const 
 	const bool isPage = canvas.job.output == SVGRenderOutput::page;
 	if (!layer.IsOpen() || (isPage && !limits.Hold(result.GetArea() * kBytesPerPixel)))
 		return PatternPtr();
+	if (isPage)
+		limits.Reserve(result.GetArea() / kPagePixelsPerSecond);
 	const auto draw = [&](const Canvas& source) noexcept
 	{
 		Painter painter(source);

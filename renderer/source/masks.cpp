@@ -21,8 +21,6 @@ using Key = SVGImportAttribute;
 /// masks to its end.
 constexpr double kPageDetail = 4.0;
 constexpr double kPagePixels = 2.0 * 1024 * 1024;
-/// How many of them a second is enough for when the page is written.
-constexpr double kPagePixelsPerSecond = 2e7;
 
 /// How a pixel becomes coverage: the weights of its channels, and whether they are taken as linear light.
 struct Weights

@@ -285,8 +285,15 @@ bool Painter::Pay(const Place& place, const Rectangle& painted, double details) 
 	{
 		return paint != nullptr && paint->type == SVGPaintType::reference;
 	};
+	Limits& limits = _canvas.job.scene.limits;
+	if (_canvas.job.output == SVGRenderOutput::page)
+	{
+		if (!limits.Hold(kPageElementBytes + details / kCommandWork * kPageCommandBytes))
+			return false;
+		limits.Reserve(1.0 / kPageElementsPerSecond);
+	}
 	const double factor = isGradient(place.style.fill) || isGradient(place.style.stroke) ? kGradientFactor : 1.0;
-	return _canvas.job.scene.limits.Pay(painted.Intersect(_canvas.GetClipExtents()).GetArea() * factor + details);
+	return limits.Pay(painted.Intersect(_canvas.GetClipExtents()).GetArea() * factor + details);
 }
 
 } // namespace orvan::cairo

@@ -20,6 +20,7 @@ using Key = SVGImportAttribute;
 constexpr double kPageDetail = 4.0;
 /// The same for a tile that is not level in the picture: its own pixels should not be seen.
 constexpr double kTurnedDetail = 2.0;
+constexpr double kBytesPerPixel = 4.0;
 /// Largest side of a tile in pixels.
 constexpr double kMaxTileSide = 4096.0;
 
@@ -80,8 +81,11 @@ Result<SurfacePtr> DrawTile(Job& job, const TileContent& content, const Vector2d
 							const Frame& around, double opacity) noexcept
 {
 	const LayerScope layer(job.scene.limits, size.x * size.y);
-	if (!layer.IsOpen())
+	const bool isPage = job.output == SVGRenderOutput::page;
+	if (!layer.IsOpen() || (isPage && !job.scene.limits.Hold(size.x * size.y * kBytesPerPixel)))
 		return SurfacePtr();
+	if (isPage)
+		job.scene.limits.Reserve(size.x * size.y / kPagePixelsPerSecond);
 	SurfacePtr surface(
 		cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(size.x), static_cast<int>(size.y)));
 	const CairoPtr drawing(cairo_create(surface.get()));

@@ -23,6 +23,7 @@ constexpr double kDashesPerSecond = 5e6;
 constexpr double kRoundDash = 4.0;
 constexpr int kMaxDashArray = 256;
 constexpr double kUnseenGap = 1.0 / 64.0; ///< In pixels, likewise.
+constexpr double kLinesOfACurve = 8.0;    ///< Curves are many lines to the library.
 constexpr double kShortestDash = 0.05;    ///< In pixels; what is shorter looks solid anyway.
 
 cairo_line_cap_t ToCairo(SVGLineCap cap) noexcept
@@ -226,9 +227,8 @@ void StrokePath(const Canvas& canvas, const Frame& frame, double pathLength) noe
 	cairo_set_line_width(canvas.drawing, width);
 	if (!isDashed && canvas.job.output == SVGRenderOutput::pixels)
 	{
-		// Curves are many lines to the library, and a join at each of them takes as many rows as the pen is wide.
+		// A join at each line takes as many rows as the pen is wide.
 		constexpr int kFewSegments = 1000;
-		constexpr double kLinesOfACurve = 8.0;
 		const PathMeasure measure = MeasurePath(canvas.drawing);
 		const double rows = measure.length * 2.0 + measure.segmentCount * kLinesOfACurve * width * stretch;
 		if (measure.segmentCount > kFewSegments && rows > kManyRows)
@@ -236,6 +236,17 @@ void StrokePath(const Canvas& canvas, const Frame& frame, double pathLength) noe
 			StrokeInPieces(canvas, pen, std::max(1, static_cast<int>(measure.segmentCount * kManyRows / rows)));
 			return;
 		}
+	}
+	// For a page the library works out what a stroke covers, with as many points as such a wide pen has.
+	constexpr double kWide = 1000.0;
+	constexpr double kManyPoints = 4e6;
+	const double pixels = width * stretch;
+	if (canvas.job.output == SVGRenderOutput::page && pixels > kWide &&
+		MeasurePath(canvas.drawing).segmentCount * kLinesOfACurve * std::sqrt(pixels) > kManyPoints)
+	{
+		canvas.job.scene.limits.Omit(Omission::outlines);
+		cairo_new_path(canvas.drawing);
+		return;
 	}
 	const TransformedDrawing inPen(canvas.drawing, pen);
 	cairo_stroke(canvas.drawing);

@@ -160,6 +160,11 @@ TEST_F(Limits, WhatATimeOrAMemoryLimitLeavesNoRoomForIsLeftOut)
 	const std::string masks =
 		"<mask id='m' x='0' y='0' width='1' height='1'><rect width='99' height='99' fill='#fff'/></mask>" +
 		Repeat("<rect width='100' height='100' mask='url(#m)'/>", 30);
+	const std::string uses =
+		"<rect id='r' width='9' height='9' stroke='#00f'/>" + Repeat("<use xlink:href='#r'/>", 1000);
+	const std::string tiles = "<pattern id='p' width='1' height='1'><path d='M0 0h9v9'/></pattern>" +
+							  Repeat("<rect width='100' height='100' fill='url(#p)'/>", 9);
+	const std::string wide = "<path stroke='#00f' stroke-width='1e6' d='M0 0" + Repeat("q5 9 3 2", 2000) + "'/>";
 	struct Case
 	{
 		std::string elements;
@@ -168,6 +173,7 @@ TEST_F(Limits, WhatATimeOrAMemoryLimitLeavesNoRoomForIsLeftOut)
 	};
 	const std::string late = "Drawing takes longer than a picture may; the rest is left out.";
 	const std::string large = "Elements that need more memory for layers than a picture may use are left out.";
+	const std::string intricate = "Outlines that would take longer to draw than a picture may are left out.";
 	const Case cases[] = {
 		{square, {.deadline = 1e-9}, {late}},
 		{square, {.memoryLimit = 100 * 100 * 4.0}, {}},
@@ -176,14 +182,28 @@ TEST_F(Limits, WhatATimeOrAMemoryLimitLeavesNoRoomForIsLeftOut)
 		{masks, {.output = SVGRenderOutput::page, .memoryLimit = 1e6}, {large}},
 		{masks, {.output = SVGRenderOutput::page, .memoryLimit = 1e7}, {}},
 		{masks, {.output = SVGRenderOutput::page, .deadline = .05}, {late}},
+		// Likewise for what is drawn by reference, and for tiles.
+		{uses, {.output = SVGRenderOutput::page, .memoryLimit = 1e6}, {large}},
+		{uses, {.output = SVGRenderOutput::page, .memoryLimit = 1e7}, {}},
+		{tiles, {.output = SVGRenderOutput::page, .memoryLimit = 1e6}, {large}},
+		{tiles, {.output = SVGRenderOutput::page, .memoryLimit = 1e8}, {}},
+		// There a wide pen is an outline with many points.
+		{wide, {.output = SVGRenderOutput::page}, {intricate}},
+		{wide, {}, {}},
+		// Outlines that clip are outlines, too.
+		{"<clipPath id='c'><path d='M0 0" + Repeat("V1e5H1V0H2", 1000) + "'/></clipPath><g clip-path='url(#c)'>" +
+			 square + "</g>",
+		 {.deadline = 20.0},
+		 {intricate}},
+		{"<g style='clip-path:polygon(0 0" + Repeat(",0 1e5px,1px 0", 1000) + ")'>" + square + "</g>",
+		 {.deadline = 20.0},
+		 {intricate}},
 		// A million lines over the whole height of a large picture, which the library would not be ready with.
-		{"<path d='M0 0" + Repeat("V1e5H1V0H2", 250000) + "'/>",
-		 {.scale = 20.0, .deadline = 60.0},
-		 {"Outlines that would take longer to draw than a picture may are left out."}},
+		{"<path d='M0 0" + Repeat("V1e5H1V0H2", 250000) + "'/>", {.scale = 20.0, .deadline = 60.0}, {intricate}},
 	};
 	for (const Case& limited : cases)
 	{
-		const SVGDocumentRef document = Load(Document(limited.elements));
+		const SVGDocumentRef document = LoadCompletely(Document(limited.elements));
 		const SVGContextRef context = Must(CreateObject<SVGContextInterface>(kSVGCairoContextClass));
 		const CollectedDiagnostics diagnostics;
 		Must(Cast<SVGRenderTargetInterface>(context)->Begin(document, limited.options));
