@@ -70,6 +70,7 @@ constexpr Keyword kTextTransform[] = {{"none", 0}, {"capitalize", 1}, {"uppercas
 constexpr Keyword kTextDecorationStyle[] = {{"solid", 0}, {"double", 1}, {"dotted", 2}, {"dashed", 3}, {"wavy", 4}};
 constexpr Keyword kFontKerning[] = {{"auto", 0}, {"normal", 1}, {"none", 2}};
 constexpr Keyword kTextOrientation[] = {{"mixed", 0}, {"upright", 1}, {"sideways", 2}, {"sideways-right", 2}};
+constexpr Keyword kGlyphOrientation[] = {{"auto", 0}, {"0", 1}, {"0deg", 1}, {"90", 2}, {"90deg", 2}};
 constexpr Keyword kSide[] = {{"left", 0}, {"right", 1}};
 constexpr Keyword kWhiteSpace[] = {{"normal", 0}, {"pre", 1}, {"nowrap", 2}, {"pre-wrap", 3}, {"pre-line", 4}, {"break-spaces", 5}};
 constexpr Keyword kPointerEvents[] = {{"auto", 0}, {"visiblepainted", 1}, {"visiblefill", 2}, {"visiblestroke", 3}, {"visible", 4}, {"painted", 5}, {"fill", 6}, {"stroke", 7}, {"all", 8}, {"none", 9}, {"bounding-box", 10}};
@@ -256,6 +257,7 @@ constexpr std::array kRules = {
 	Rule{"limitingConeAngle", Number::limitingConeAngle, &ReadNumber, Role::attribute, TagSet{Kind::feSpotLight}},
 	Rule{"target", Number::target, &ReadText, Role::attribute, TagSet{Kind::anchor}},
 	Rule{"font-kerning", Number::fontKerning, &ReadKeyword, Role::declaration, kAll, "", kFontKerning},
+	Rule{"glyph-orientation-vertical", Number::textOrientation, &ReadKeyword, Role::inherited, kAll, "auto", kGlyphOrientation},
 	Rule{"text-orientation", Number::textOrientation, &ReadKeyword, Role::declaration, kAll, "", kTextOrientation},
 	Rule{"side", Number::side, &ReadExactKeyword, Role::attribute, TagSet{Kind::textPath}, "", kSide},
 	Rule{"path", Number::path, &ReadTextPathData, Role::attribute, TagSet{Kind::textPath}},
