@@ -11,6 +11,9 @@ namespace
 /// The element with exactly this id, or null.
 Result<SVGElementRef> Find(const SVGDocumentRef& document, const String& id) noexcept
 {
+	// An element without a name cannot be named.
+	if (id.IsEmpty())
+		return SVGElementRef();
 	auto found = document->GetElementById(id);
 	if (!found.IsOk() && found.GetError().GetClass() != ErrorClass::outOfMemory)
 		return SVGElementRef();
