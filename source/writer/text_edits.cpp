@@ -118,7 +118,7 @@ void AppendEncoded(std::string& bytes, std::string_view text, Encoding encoding)
 					   AppendReferenceTo(bytes, character);
 			   });
 		break;
-	case Encoding::unknown:
+	default: // All of these have ASCII's characters.
 		Encode(text,
 			   [&](char32_t character, std::string_view written)
 			   {

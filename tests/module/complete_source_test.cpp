@@ -78,7 +78,27 @@ TEST_F(CompleteImport, ReadsTheCharactersOfEachEncoding)
 		EXPECT_EQ(Repeat(replacement, static_cast<int>(std::strlen(none))), readUtf8(none));
 	for (const std::u16string half : {u"\xdc00", u"\xd800", u"\xdfff", u"\xdbff"})
 		EXPECT_EQ(replacement + "x", readWide(half + u"x", true));
-	EXPECT_EQ("\u20ac\u00e9", read("<?xml version='1.0' encoding='CP1252'?><svg><title id='t'>\x80\xe9</title></svg>"));
+	// The first, one in the middle and the last of what is beyond ASCII.
+	for (const auto& [encoding, expected] :
+		 std::initializer_list<std::pair<const char*, const char*>>{{"CP1252", "\u20ac\u00c0\u00ff"},
+																	{"ASCII", "\u20ac\u00c0\u00ff"},
+																	{"windows-1250", "\u20ac\u0154\u02d9"},
+																	{"Windows-1251", "\u0402\u0410\u044f"},
+																	{"windows-1253", "\u20ac\u0390\ufffd"},
+																	{"windows-1254", "\u20ac\u00c0\u00ff"},
+																	{"ISO-8859-2", "\u0080\u0154\u02d9"},
+																	{"iso-8859-5", "\u0080\u0420\u045f"},
+																	{"iso-8859-7", "\u0080\u0390\ufffd"},
+																	{"latin5", "\u20ac\u00c0\u00ff"},
+																	{"iso-8859-15", "\u0080\u00c0\u00ff"},
+																	{"KOI8-R", "\u2500\u044e\u042a"},
+																	{"koi8-u", "\u2500\u044e\u042a"}})
+		EXPECT_EQ(expected, read("<?xml version='1.0' encoding='" + std::string(encoding) +
+								 "'?><svg><title id='t'>\x80\xc0\xff</title></svg>"))
+			<< encoding;
+	EXPECT_EQ("\u0490\u0491\u011e",
+			  read("<?xml version='1.0' encoding='koi8-u'?><svg><title id='t'>\xbd\xad</title></svg>") +
+				  read("<?xml version='1.0' encoding='iso-8859-9'?><svg><title id='t'>\xd0</title></svg>"));
 }
 
 TEST_F(CompleteImport, RefusesReferencesToWhatIsNoCharacterOfXml)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "importer/text/encoding.h"
 
+#include "importer/text/code_pages.h"
+
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -13,13 +14,6 @@ namespace
 {
 
 constexpr char32_t kReplacement = 0xfffd;
-
-/// The characters of the bytes 0x80 to 0x9f in Windows-1252; the other bytes are their own characters.
-constexpr std::array<char16_t, 32> kWindows1252 = {
-	0x20ac, 0x81,   0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
-	0x2039, 0x0152, 0x8d,   0x017d, 0x8f,   0x90,   0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
-	0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0x9d,   0x017e, 0x0178,
-};
 
 /// Length of the UTF-8 sequence at the start of a text, 0 when it is broken.
 std::size_t SequenceLength(std::string_view text) noexcept
@@ -135,17 +129,18 @@ Result<BaseArray<char>> FromUtf16(std::string_view bytes, bool isBigEndian) noex
 	return text;
 }
 
-char32_t FromWindows1252(unsigned char byte) noexcept
-{
-	return byte >= 0x80 && byte < 0xa0 ? kWindows1252[byte - 0x80u] : byte;
-}
-
-Result<BaseArray<char>> FromWindows1252(std::string_view bytes) noexcept
+Result<BaseArray<char>> FromCodePage(std::string_view bytes, Encoding encoding) noexcept
 {
 	BaseArray<char> text;
 	ORVAN_TRY(text.Reserve(bytes.size() + bytes.size() / 8 + 1));
-	for (const char c : bytes)
-		ORVAN_TRY(AppendUtf8(text, FromWindows1252(static_cast<unsigned char>(c))));
+	while (!bytes.empty())
+	{
+		const std::size_t count = CountAscii(bytes);
+		ORVAN_TRY(text.AppendAll(bytes.data(), count));
+		if (count < bytes.size())
+			ORVAN_TRY(AppendUtf8(text, ReadByte(static_cast<unsigned char>(bytes[count]), encoding)));
+		bytes.remove_prefix(std::min(count + 1, bytes.size()));
+	}
 	return text;
 }
 
@@ -211,14 +206,7 @@ Encoding FindEncoding(std::string_view bytes) noexcept
 	};
 	if (declared.empty() || is("utf-8") || is("utf8"))
 		return Encoding::utf8;
-	for (const std::string_view name :
-		 {"iso-8859-1"sv, "iso8859-1"sv, "iso_8859-1"sv, "latin1"sv, "latin-1"sv, "l1"sv, "windows-1252"sv, "cp1252"sv,
-		  "cp-1252"sv, "x-cp1252"sv, "us-ascii"sv, "ascii"sv})
-	{
-		if (is(name))
-			return Encoding::windows1252;
-	}
-	return Encoding::unknown;
+	return FindCodePage(declared);
 }
 
 bool IsUtf8(std::string_view text) noexcept
@@ -257,14 +245,14 @@ EncodedCharacter ReadCharacter(std::string_view bytes, Encoding encoding) noexce
 		const auto [character, size] = ReadUtf16(bytes, encoding == Encoding::utf16BigEndian);
 		return {character, size, utf8Size(character)};
 	}
-	case Encoding::windows1252:
-	{
-		const char32_t character = FromWindows1252(static_cast<unsigned char>(bytes[0]));
-		return {character, 1, utf8Size(character)};
-	}
 	case Encoding::utf8:
 	case Encoding::unknown:
 		break;
+	default:
+	{
+		const char32_t character = ReadByte(static_cast<unsigned char>(bytes[0]), encoding);
+		return {character, 1, utf8Size(character)};
+	}
 	}
 	const std::size_t size = SequenceLength(bytes);
 	if (size == 0)
@@ -288,11 +276,11 @@ Result<BaseArray<char>> ToUtf8(std::string_view bytes, Encoding encoding) noexce
 			bytes.remove_prefix(2);
 		return FromUtf16(bytes, isBigEndian);
 	}
-	case Encoding::windows1252:
-		return FromWindows1252(bytes);
 	case Encoding::utf8:
 	case Encoding::unknown:
 		break;
+	default:
+		return FromCodePage(bytes, encoding);
 	}
 	return MendUtf8(bytes);
 }

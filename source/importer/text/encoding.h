@@ -16,7 +16,17 @@ enum class Encoding
 	utf16LittleEndian,
 	utf16BigEndian,
 	windows1252, ///< Also what calls itself Latin-1 or ASCII: browsers read both as this.
-	unknown,     ///< The XML declaration names something else.
+	windows1250,
+	windows1251,
+	windows1253,
+	windows1254, ///< Also what calls itself Latin-5.
+	iso88592,
+	iso88595,
+	iso88597,
+	iso885915,
+	koi8r,
+	koi8u,
+	unknown, ///< The XML declaration names something else.
 };
 
 /// The encoding of an XML text, by its mark or its XML declaration.

@@ -37,8 +37,9 @@ struct SourceText
 /// Makes the text of a file's bytes, which are taken over and end with a zero byte.
 ///
 /// - gzip (`.svgz`) is unpacked, up to `kMaxUnpackedSize`.
-/// - UTF-16 is known by its mark; Latin-1, Windows-1252 and ASCII by the XML declaration. Everything else is UTF-8, in
-///   which broken sequences become U+FFFD.
+/// - UTF-16 is known by its mark; Latin-1, Windows-1252, ASCII and others of one byte by the XML declaration.
+/// Everything
+///   else is UTF-8, in which broken sequences become U+FFFD.
 /// - The general entities that the document type declares are replaced, within bounds.
 ///
 /// Fails for want of memory; throws an `XmlError` for a text that is refused.
