@@ -2,6 +2,8 @@
 #include "normalized_document.h"
 
 #include "boxes.h"
+#include "gradient_writer.h"
+#include "group_effects.h"
 #include "orvan/diagnostics.h"
 #include "svg_complete.h"
 #include "svg_writer.h"
@@ -16,12 +18,6 @@ constexpr std::string_view kJoins[] = {"", "miter", "round", "bevel"};
 /// By the numbers of `SVGAlign`.
 constexpr std::string_view kAligns[] = {"xMidYMid", "none",     "xMinYMin", "xMidYMin", "xMaxYMin",
 										"xMinYMid", "xMaxYMid", "xMinYMax", "xMidYMax", "xMaxYMax"};
-/// By the numbers of `SVGBlendMode`.
-constexpr std::string_view kBlendModes[] = {"normal",     "multiply",    "screen",     "overlay",    "darken",
-											"lighten",    "color-dodge", "color-burn", "hard-light", "soft-light",
-											"difference", "exclusion",   "hue",        "saturation", "color",
-											"luminosity", "plus-lighter"};
-
 class DocumentSink final : public NormalizedSink
 {
 public:
@@ -167,32 +163,6 @@ public:
 	}
 
 private:
-	/// What changes a node as a whole. Numbers of definitions are 0 for none.
-	/// Masks of one node, with numbers that follow on each other, the upper first.
-	struct MaskLayers
-	{
-		std::int64_t first = 0;
-		int count = 0;
-		SVGMaskComposite composite = SVGMaskComposite::add;
-	};
-
-	struct GroupEffects
-	{
-		double opacity = 1.0;
-		std::int64_t clip = 0;
-		MaskLayers masks{};
-		SVGBlendMode blendMode = SVGBlendMode::normal;
-		bool isIsolated = false;
-		const RecordedFilter* filter = nullptr;
-		std::int64_t firstFilter = 0; ///< The filter elements of it have the numbers from here on.
-
-		bool IsNone() const noexcept
-		{
-			return opacity == 1.0 && clip == 0 && masks.count == 0 && blendMode == SVGBlendMode::normal &&
-				   !isIsolated && filter == nullptr;
-		}
-	};
-
 	/// A node that has begun.
 	struct Opened
 	{
@@ -203,50 +173,14 @@ private:
 	void OpenGroup(Opened& opened, const GroupEffects& effects) noexcept
 	{
 		_writer.Add("<g");
-		AddEffects(effects);
+		AddGroupEffects(effects, _writer);
 		_writer.Add(">\n");
 		opened.groupCount++;
 	}
 
 	void AddEffects() noexcept
 	{
-		AddEffects(_opened[_opened.GetCount() - 1].effects);
-	}
-
-	void AddEffects(const GroupEffects& effects) noexcept
-	{
-		if (effects.opacity != 1.0)
-			_writer.AddAttribute("opacity", effects.opacity);
-		if (effects.clip != 0)
-			_writer.AddReference("clip-path", "c", effects.clip);
-		if (effects.masks.count == 1)
-			_writer.AddReference("mask", "m", effects.masks.first);
-		if (effects.filter != nullptr)
-			AddFilter(*effects.filter, effects.firstFilter);
-		const auto blend = static_cast<std::size_t>(effects.blendMode);
-		const bool isBlended = blend != 0 && blend < std::size(kBlendModes);
-		const bool hasLayers = effects.masks.count > 1;
-		if (!isBlended && !effects.isIsolated && !hasLayers)
-			return;
-		_writer.Add(" style=\"");
-		if (hasLayers)
-			AddLayers(effects.masks);
-		if (isBlended)
-			_writer.Add(hasLayers ? ";mix-blend-mode:" : "mix-blend-mode:").Add(kBlendModes[blend]);
-		else if (effects.isIsolated)
-			_writer.Add(hasLayers ? ";isolation:isolate" : "isolation:isolate");
-		_writer.Add("\"");
-	}
-
-	/// Writes several masks as declarations.
-	void AddLayers(const MaskLayers& masks) noexcept
-	{
-		constexpr std::string_view kNames[] = {"add", "subtract", "intersect", "exclude"};
-		for (int i = 0; i < masks.count; i++)
-			_writer.Add(i == 0 ? "mask:url(#" : ",url(#").AddName("m", masks.first + i).Add(")");
-		const auto composite = static_cast<std::size_t>(masks.composite);
-		if (composite != 0 && composite < std::size(kNames))
-			_writer.Add(";mask-composite:").Add(kNames[composite]);
+		AddGroupEffects(_opened[_opened.GetCount() - 1].effects, _writer);
 	}
 
 	void AddPaint(std::string_view name, std::string_view opacityName, const RecordedPaint& paint,
@@ -264,21 +198,6 @@ private:
 		const double opacity = gradient != 0 ? paint.gradientOpacity : paint.opacity;
 		if (opacity != 1.0)
 			_writer.AddAttribute(opacityName, opacity);
-	}
-
-	void AddFilter(const RecordedFilter& filter, std::int64_t number) noexcept
-	{
-		_writer.Add(" filter=\"");
-		for (const RecordedFilter::Step& step : filter.steps)
-		{
-			if (&step != filter.steps.begin())
-				_writer.Add(" ");
-			if (step.isElement)
-				_writer.Add("url(#").AddName("f", number++).Add(")");
-			else
-				_writer.Add(std::string_view(step.text.begin(), step.text.GetCount()));
-		}
-		_writer.Add("\"");
 	}
 
 	/// Writes the elements of a filter, what goes into them first; the result is the first one's number.
@@ -403,53 +322,8 @@ private:
 			return DefinePattern(paint.pattern);
 		if (paint.gradient < 0)
 			return std::int64_t{0};
-		constexpr std::string_view kSpreads[] = {"", "reflect", "repeat"};
-		const RecordedGradient& gradient = _record.gradients[static_cast<std::size_t>(paint.gradient)];
-		const drawing::GradientGeometry& at = gradient.geometry;
-		const std::string_view tag = gradient.isRadial ? "radialGradient" : "linearGradient";
-		SvgWriter body;
-		body.AddAttribute("gradientUnits", "userSpaceOnUse");
-		if (gradient.isRadial)
-		{
-			body.AddAttribute("cx", at.to.x).AddAttribute("cy", at.to.y).AddAttribute("r", at.toRadius);
-			if (at.from != at.to)
-				body.AddAttribute("fx", at.from.x).AddAttribute("fy", at.from.y);
-			if (at.fromRadius != 0.0)
-				body.AddAttribute("fr", at.fromRadius);
-		}
-		else
-		{
-			body.AddAttribute("x1", at.from.x).AddAttribute("y1", at.from.y);
-			body.AddAttribute("x2", at.to.x).AddAttribute("y2", at.to.y);
-		}
-		if (gradient.spread == SVGSpreadMethod::reflect || gradient.spread == SVGSpreadMethod::repeat)
-			body.AddAttribute("spreadMethod", kSpreads[static_cast<std::size_t>(gradient.spread)]);
-		body.AddMatrix("gradientTransform", nodeResult * gradient.toNode).Add(">");
-		for (const drawing::Stop& stop : gradient.stops)
-		{
-			body.Add("<stop").AddAttribute("offset", stop.offset).AddColor("stop-color", stop.color);
-			if (stop.alpha != 1.0)
-				body.AddAttribute("stop-opacity", stop.alpha);
-			body.Add("/>");
-		}
-		body.Add("</").Add(tag).Add(">\n");
-		return WriteServer(tag, std::move(body));
-	}
-
-	/// Writes a gradient, unless one like it was written shortly before. That is what markers take from a context.
-	Result<std::int64_t> WriteServer(std::string_view tag, SvgWriter body) noexcept
-	{
-		const std::string_view text(body.text.begin(), body.text.GetCount());
-		for (const KnownServer& known : _known)
-		{
-			if (known.id != 0 && std::string_view(known.body.begin(), known.body.GetCount()) == text)
-				return known.id;
-		}
-		const std::int64_t id = ++_serverCount;
-		_writer.Add("<").Add(tag).AddId("p", id).Add(text);
-		_writer.isGood = _writer.isGood && body.isGood;
-		_known[static_cast<std::size_t>(id) % std::size(_known)] = {std::move(body.text), id};
-		return id;
+		return _gradients.Write(_record.gradients[static_cast<std::size_t>(paint.gradient)], nodeResult, _writer,
+								_serverCount);
 	}
 
 	/// Writes a region as a clip path, what cuts it off in turn first.
@@ -492,7 +366,7 @@ private:
 	std::int64_t BeginClipPath(std::int64_t around) noexcept
 	{
 		_writer.Add("<clipPath").AddId("c", ++_clipCount);
-		AddEffects({1.0, around});
+		AddGroupEffects({1.0, around}, _writer);
 		_writer.Add(">");
 		return _clipCount;
 	}
@@ -506,26 +380,19 @@ private:
 		if (_plain.commands.IsEmpty())
 			return {};
 		_writer.Add("<path");
-		AddEffects({1.0, clip});
+		AddGroupEffects({1.0, clip}, _writer);
 		if (rule == SVGFillRule::evenodd)
 			_writer.AddAttribute("clip-rule", "evenodd");
 		_writer.AddPathData(_plain).Add("/>");
 		return {};
 	}
 
-	/// A gradient that was written; its tag is at the end of the text as well.
-	struct KnownServer
-	{
-		BaseArray<char> body;
-		std::int64_t id = 0;
-	};
-
-	KnownServer _known[8];
 	const Record& _record;
 	const SVGNormalizeOptions* _options;
 	const SVGNormalizedClips _clips;
 	ContentPlace _place;
 	SvgWriter _writer;
+	GradientWriter _gradients;
 	PlainPath _plain;
 	BaseArray<Opened> _opened;
 	BaseArray<std::int64_t> _regionIds;  ///< By region; 0 for those that are not written yet.
