@@ -97,9 +97,7 @@ bool DocumentSource::IsForeign(std::uint32_t record) const noexcept
 {
 	const std::string_view prefix = PrefixOf(NameOf(elements[record]));
 	const std::string_view space = NamespaceOf(record, prefix);
-	// What has no namespace is only SVG where the root has none either.
-	const bool isNamespaced = NamespaceOf(0, PrefixOf(NameOf(elements[0]))) == kSvgNamespace;
-	return space != kSvgNamespace && (!prefix.empty() || !space.empty() || isNamespaced);
+	return space != kSvgNamespace && (!prefix.empty() || !space.empty());
 }
 
 void ReleaseDocumentSource::operator()(DocumentSource* source) const noexcept

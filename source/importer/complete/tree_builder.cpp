@@ -191,7 +191,6 @@ TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* reco
 
 Result<SVGElementRef> TreeBuilder::BuildDocument(const XmlNode& root, std::string_view clientSheet)
 {
-	_isNamespaced = NamespaceOf(root) == kSvgNamespace;
 	ORVAN_TRY(_sheets.Collect(root, clientSheet));
 	return Build(root, nullptr, {});
 }
@@ -202,9 +201,8 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	if (_sheets.IsEmpty())
 		_tree.ReleaseBefore(node);
 	// Most elements have their namespace from the same declaration.
-	const bool isNameless = node.namespace_uri_size() == 0;
-	const bool isSvg = node.namespace_uri() == _svgNamespace || (IsSvg(node) && !(isNameless && _isNamespaced));
-	if (isSvg && !isNameless)
+	const bool isSvg = node.namespace_uri() == _svgNamespace || IsSvg(node);
+	if (isSvg && node.namespace_uri_size() != 0)
 		_svgNamespace = node.namespace_uri();
 	const Tag tag = isSvg ? FindTag(LocalNameOf(node)) : Tag::unknown;
 	const SVGElementRef reference = ORVAN_TRY(FactoryOf(tag).Create<SVGElementInterface>());

@@ -50,7 +50,6 @@ private:
 	StyleSheets _sheets;
 	ElementSetter _setter;
 	ReferenceDecoder _characters;
-	bool _isNamespaced = false; ///< The root has SVG's namespace: what has none is not meant to be SVG.
 	const char* _svgNamespace = kSvgNamespace.data(); ///< Where the name of the namespace was found last.
 };
 
