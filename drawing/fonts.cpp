@@ -58,9 +58,13 @@ bool NamesKind(std::string_view families) noexcept
 	return false;
 }
 
-/// The font library wants families without the quotation marks around names, and without blanks beside commas.
+/// The font library wants families without the quotation marks around names, and without blanks beside commas. With
+/// many of them it takes as long as for their square, so that a list ends somewhere.
 Result<BaseArray<char>> NormalizeFamilies(std::string_view families) noexcept
 {
+	constexpr std::size_t kMostBytes = 8192;
+	if (families.size() > kMostBytes)
+		families = families.substr(0, families.substr(0, kMostBytes).rfind(','));
 	BaseArray<char> result;
 	ORVAN_TRY(result.Reserve(families.size() + 1));
 	char quote = '\0';

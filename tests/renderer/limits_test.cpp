@@ -198,6 +198,8 @@ TEST_F(Limits, WhatATimeOrAMemoryLimitLeavesNoRoomForIsLeftOut)
 		{"<g style='clip-path:polygon(0 0" + Repeat(",0 1e5px,1px 0", 1000) + ")'>" + square + "</g>",
 		 {.deadline = 20.0},
 		 {intricate}},
+		// Many families of fonts, all of which the font library would look for.
+		{"<text font-family='" + Repeat("n,", 100000) + "'>a</text>" + square, {.deadline = 60.0}, {}},
 		// A million lines over the whole height of a large picture, which the library would not be ready with.
 		{"<path d='M0 0" + Repeat("V1e5H1V0H2", 250000) + "'/>", {.scale = 20.0, .deadline = 60.0}, {intricate}},
 	};
