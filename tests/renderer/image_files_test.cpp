@@ -44,7 +44,12 @@ protected:
 	/// The colour in the middle of a document that stands in the folder and shows an image, with what was reported.
 	std::string Show(const std::string& link) const
 	{
-		Write("pictures/document.svg", Document("<image width='100' height='100' href='" + link + "'/>"));
+		return ShowElements("<image width='100' height='100' href='" + link + "'/>");
+	}
+
+	std::string ShowElements(const std::string& elements) const
+	{
+		Write("pictures/document.svg", Document(elements));
 		const SVGDocumentRef document = MakeDocument();
 		SVGImportOptions options;
 		options.isTolerant = options.isComplete = true;
@@ -70,6 +75,20 @@ TEST_F(ImageFiles, OnlyWhatStandsInTheFolderOrBelowIsShown)
 		  "http://localhost/beside.svg", "file:///etc/passwd", "data:image/png;base64,AAAA"})
 		EXPECT_EQ("none, " + kMissing, Show(link)) << link;
 	EXPECT_EQ("none, " + kMissing, Show((_folder / "outside.svg").string()));
+}
+
+TEST_F(ImageFiles, NothingButImagesIsReadFromOtherFiles)
+{
+	Write("pictures/named.svg",
+		  Document("<rect id='r' width='100' height='100' fill='#f00'/><clipPath id='c'/><mask id='m'/>"
+				   "<linearGradient id='g'><stop stop-color='#f00'/></linearGradient>"));
+	EXPECT_EQ("none", ShowElements("<use href='named.svg#r'/>"));
+	const std::string rect = "<rect width='100' height='100' fill='#0f0' ";
+	EXPECT_EQ("none", ShowElements(rect + "style='fill:url(named.svg#g)'/>"));
+	for (const char* effect : {"clip-path='url(named.svg#c)'/>", "mask='url(named.svg#m)'/>"})
+		EXPECT_EQ("00ff00", ShowElements(rect + effect)) << effect;
+	Write("pictures/named.css", "rect{fill:#f00}");
+	EXPECT_EQ("00ff00", ShowElements("<style>@import 'named.css';</style>" + rect + "/>"));
 }
 
 TEST_F(ImageFiles, AnImageThatIsADocumentReadsNoFilesItself)
