@@ -19,12 +19,15 @@ Result<Rectangle> GetReferenceBox(SVGReferenceBox reference, const Frame& frame,
 {
 	if (reference == SVGReferenceBox::viewBox)
 		return Rectangle{0.0, 0.0, frame.place.viewport.width, frame.place.viewport.height};
-	Rectangle box = ORVAN_TRY(extent.GetBox());
+	const bool isStroked = reference == SVGReferenceBox::strokeBox;
+	Rectangle box;
+	if (const ShapeKind kind = GetShapeKind(frame.element); isStroked && kind != ShapeKind::none)
+		box = GetStrokeBox(frame.place, ORVAN_TRY(GetOutline(kind, frame.element, frame)), {});
+	else
+		box = isStroked ? ORVAN_TRY(extent.GetStrokeBox()) : ORVAN_TRY(extent.GetBox());
 	if (!box.IsFinite())
 		box = {0.0, 0.0, 0.0, 0.0};
-	const bool isPainted =
-		GetShapeKind(frame.element) != ShapeKind::none || Borrowed<SVGTextElementInterface>(frame.element);
-	if (reference == SVGReferenceBox::strokeBox && isPainted && HasStroke(frame.place))
+	if (isStroked && Borrowed<SVGTextElementInterface>(frame.element) && HasStroke(frame.place))
 		box = box.Grow(GetStrokeWidth(frame.place) / 2.0);
 	return box;
 }

@@ -42,7 +42,9 @@ Result<void> MeasureSink::DrawShape(const Frame& frame, Outline& outline) noexce
 	const Rectangle bounds = outline.GetBounds(frame.place.transform);
 	if (!bounds.IsFinite())
 		return {};
-	_box.Include(outline.GetBounds(_toUser * frame.place.transform));
+	const Matrix2d toUser = _toUser * frame.place.transform;
+	_box.Include(_strokes == BoxStrokes::included ? GetStrokeBox(frame.place, outline, toUser)
+												  : outline.GetBounds(toUser));
 	Rectangle touched;
 	if (frame.place.style.visibility == SVGVisibility::visible)
 		touched = GetPaintedBounds(_scene, frame, bounds);
@@ -55,7 +57,9 @@ Result<void> MeasureSink::DrawShape(const Frame& frame, Outline& outline) noexce
 
 Result<void> MeasureSink::DrawText(const Frame& frame, const TextLayout& text) noexcept
 {
-	_box.Include(Transform(_toUser * frame.place.transform, text.GetBounds()));
+	const bool isStroked = _strokes == BoxStrokes::included && HasStroke(frame.place);
+	const Rectangle box = text.GetBounds().Grow(isStroked ? GetStrokeWidth(frame.place) / 2.0 : 0.0);
+	_box.Include(Transform(_toUser * frame.place.transform, box));
 	return Touch(frame, Extent(text.GetBounds(), GetPaintedBounds(_scene, frame, text)));
 }
 
@@ -72,11 +76,17 @@ Result<void> MeasureSink::DrawGroup(const Frame& frame, const Content& content) 
 {
 	if (frame.effects.filter == nullptr)
 		return content.DrawInto(*this);
-	MeasureSink inside(_scene, {});
-	inside._toUser = _toUser;
+	MeasureSink inside = MakeInside();
 	ORVAN_TRY(content.DrawInto(inside));
 	_box.Include(inside._box);
 	return Touch(frame, Extent(Transform(Invert(_toUser * frame.place.transform), inside._box), inside._touched));
+}
+
+MeasureSink MeasureSink::MakeInside() const noexcept
+{
+	MeasureSink inside(_scene, {}, _strokes);
+	inside._toUser = _toUser;
+	return inside;
 }
 
 /// Adds what an element touches that has this extent without its filters.
@@ -95,8 +105,7 @@ Result<void> MeasureSink::Touch(const Frame& frame, Extent extent) noexcept
 
 Result<void> MeasureSink::DrawClipped(const Place& place, const Rectangle& clip, const Content& content) noexcept
 {
-	MeasureSink inside(_scene, {});
-	inside._toUser = _toUser;
+	MeasureSink inside = MakeInside();
 	ORVAN_TRY(content.DrawInto(inside));
 	_touched.Include(inside._touched.Intersect(Transform(place.transform, clip)));
 	_box.Include(inside._box);
@@ -118,6 +127,15 @@ Result<Rectangle> Extent::GetBox() noexcept
 {
 	ORVAN_TRY(Measure());
 	return *_box;
+}
+
+Result<Rectangle> Extent::GetStrokeBox() noexcept
+{
+	if (_content == nullptr)
+		return GetBox();
+	MeasureSink measure(*_scene, _frame->place.transform, BoxStrokes::included);
+	ORVAN_TRY(_content->DrawInto(measure));
+	return measure.GetBox();
 }
 
 Result<Rectangle> Extent::GetTouched() noexcept

@@ -19,13 +19,21 @@ Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const TextLay
 
 class Extent;
 
+/// Whether the strokes of shapes count for a bounding box.
+enum class BoxStrokes
+{
+	leftAside,
+	included
+};
+
 /// A sink that draws nothing and finds out what would be touched, and the bounding box of all outlines. Of the effects
 /// only filters count: the others never make anything larger.
 class MeasureSink final : public Sink
 {
 public:
 	/// `user` is the transform from the coordinates of the box to the picture's.
-	MeasureSink(Scene& scene, const Matrix2d& user) noexcept : _scene(scene), _toUser(Invert(user))
+	MeasureSink(Scene& scene, const Matrix2d& user, BoxStrokes strokes = BoxStrokes::leftAside) noexcept
+		: _scene(scene), _toUser(Invert(user)), _strokes(strokes)
 	{
 	}
 
@@ -41,17 +49,20 @@ public:
 		return _touched;
 	}
 
-	/// The bounding box of everything so far, hidden things included and strokes left aside, in the user's coordinates.
+	/// The bounding box of everything so far, hidden things included, in the user's coordinates.
 	const Rectangle& GetBox() const noexcept
 	{
 		return _box;
 	}
 
 private:
+	/// Of a part whose box is measured as this one's, and what it touches by itself.
+	MeasureSink MakeInside() const noexcept;
 	Result<void> Touch(const Frame& frame, Extent extent) noexcept;
 
 	Scene& _scene;
 	Matrix2d _toUser;
+	BoxStrokes _strokes;
 	Rectangle _touched;
 	Rectangle _box;
 };
@@ -79,6 +90,8 @@ public:
 
 	/// The bounding box in the element's coordinates; empty when there is nothing.
 	Result<Rectangle> GetBox() noexcept;
+	/// The same with strokes, for content that is measured; those of an element by itself are left aside.
+	Result<Rectangle> GetStrokeBox() noexcept;
 	/// A box around what is touched, in the picture's coordinates.
 	Result<Rectangle> GetTouched() noexcept;
 

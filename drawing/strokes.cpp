@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "strokes.h"
 
+#include "stroke_bounds.h"
+
 namespace orvan::drawing
 {
 
@@ -25,6 +27,16 @@ double GetStrokeWidth(const Place& place) noexcept
 {
 	const double width = place.Resolve(place.style.strokeWidth, Axis::other);
 	return std::isfinite(width) ? width : 0.0;
+}
+
+Rectangle GetStrokeBox(const Place& place, const Outline& outline, const Matrix2d& toBox) noexcept
+{
+	Rectangle box = outline.GetBounds(toBox);
+	const Style& style = place.style;
+	if (HasStroke(place))
+		box.Include(GetStrokeBounds(outline, {GetStrokeWidth(place), style.lineCap, style.lineJoin, style.miterLimit},
+									{}, toBox));
+	return box;
 }
 
 } // namespace orvan::drawing

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "frame.h"
+#include "outline.h"
 
 namespace orvan::drawing
 {
@@ -15,5 +16,8 @@ bool HasStroke(const Place& place) noexcept;
 bool IsStrokeUnscaled(const Frame& frame) noexcept;
 /// The width of strokes in user units; 0 when it makes no sense.
 double GetStrokeWidth(const Place& place) noexcept;
+/// The box of an outline with the solid stroke that it has there, tight around corners and ends. `toBox` leads from the
+/// coordinates of both to those of the box.
+Rectangle GetStrokeBox(const Place& place, const Outline& outline, const Matrix2d& toBox) noexcept;
 
 } // namespace orvan::drawing

@@ -4,7 +4,6 @@
 #include "conditions.h"
 #include "measure.h"
 #include "references.h"
-#include "strokes.h"
 #include "svg_complete.h"
 #include "text_layout.h"
 
@@ -116,13 +115,11 @@ Result<void> Walk::DrawByKind(ObjectBase* element, const Place& outside, const F
 		const Frame frame(element, inside, outer, _scene.limits);
 		if (!frame.canDraw)
 			return {};
-		MeasureSink measure(_scene, frame.place.transform);
+		const bool isStroked = reference == SVGTransformBox::strokeBox || reference == SVGTransformBox::borderBox;
+		MeasureSink measure(_scene, frame.place.transform, isStroked ? BoxStrokes::included : BoxStrokes::leftAside);
 		ORVAN_TRY(Walk(_scene, measure).DrawElement(element, inside, outer));
 		if (measure.GetBox().IsFinite())
 			box = measure.GetBox();
-		const bool isStroked = reference == SVGTransformBox::strokeBox || reference == SVGTransformBox::borderBox;
-		if (isStroked && HasStroke(frame.place))
-			box = box.Grow(GetStrokeWidth(frame.place) / 2.0);
 	}
 	return DrawElement(element, inside, outer);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "boxes.h"
 
-#include "stroke_bounds.h"
+#include "curve.h"
 
 namespace orvan::geometry
 {

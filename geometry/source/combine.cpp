@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "combine.h"
 
+#include "curve.h"
 #include "outline_writer.h"
 #include "planar_graph.h"
-#include "segments.h"
 
 namespace orvan::geometry
 {

@@ -2,9 +2,9 @@
 /// Strokes in dashes.
 #pragma once
 
+#include "curve.h"
 #include "lengths_along.h"
 #include "record.h"
-#include "stroke_parts.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "inside.h"
 
+#include "curve.h"
 #include "dashes.h"
-#include "stroke_parts.h"
 
 namespace orvan::geometry
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "lengths_along.h"
 
-#include "segments.h"
+#include "curve.h"
 
 namespace orvan::geometry
 {

@@ -3,7 +3,7 @@
 
 #include "boxes.h"
 #include "clip_areas.h"
-#include "segments.h"
+#include "curve.h"
 #include "stroke_edges.h"
 
 namespace orvan::geometry

@@ -2,7 +2,7 @@
 #include "pieces.h"
 
 #include "box_tree.h"
-#include "segments.h"
+#include "curve.h"
 #include "straighten.h"
 
 namespace orvan::geometry

@@ -55,11 +55,11 @@ TEST_F(Clips, InsetsAndRectanglesAreMeasuredFromTheSidesOfTheBox)
 				  stroke);
 	ExpectClipped({"inset(0) fill-box", "20,10 ff0000; 19,50 none; 79,89 ff0000; 80,50 none"}, stroke);
 	ExpectClipped({"stroke-box", "16,6 ff0000; 83,93 ff0000; 15,50 none"}, stroke);
-	// A group has none, and its box is that of its shapes.
+	// A group's is around those of its shapes, and reaches as far as their strokes where it stands.
 	ExpectPixels(
-		"<g stroke='#f00' stroke-width='8' style='clip-path:inset(2px) stroke-box'><rect x='20' y='10' width='60' "
-		"height='80' fill='#00f'/></g>",
-		"22,12 ff0000; 21,50 none; 50,11 none; 77,87 ff0000; 78,50 none");
+		"<g stroke='#f00' stroke-width='80' style='clip-path:inset(2px) stroke-box'><rect x='10' y='5' width='30' "
+		"height='40' stroke-width='4' fill='#00f' transform='scale(2)'/></g>",
+		"18,8 ff0000; 17,50 none; 50,7 none; 81,91 ff0000; 82,50 none; 50,92 none");
 }
 
 TEST_F(Clips, CornersAreRoundedOneByOneAndMadeToFit)

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "curve.h"
-#include "drawing/outline.h"
+#include "outline.h"
 
-namespace orvan::geometry
+namespace orvan::drawing
 {
 
 /// Calls `visitor.Move(point)`, `visitor.Add(curve)` for each line and curve, and `visitor.Close(line)` with the line
@@ -63,4 +63,4 @@ void VisitSegments(const Commands& commands, const Matrix2d& transform, Visitor&
 	}
 }
 
-} // namespace orvan::geometry
+} // namespace orvan::drawing

@@ -2,15 +2,15 @@
 /// The boxes of strokes.
 #pragma once
 
-#include "drawing/outline.h"
+#include "outline.h"
 #include "svg_geometry.h"
 
-namespace orvan::geometry
+namespace orvan::drawing
 {
 
 /// The box of a stroke along an outline, without dashes: `pen` leads from the outline's coordinates to those in which
 /// the pen is round, and `target` from there to those of the box. Tight around curves, joins and caps.
-drawing::Rectangle GetStrokeBounds(const drawing::Outline& outline, const SVGStroke& stroke, const Matrix2d& pen,
-								   const Matrix2d& target) noexcept;
+Rectangle GetStrokeBounds(const Outline& outline, const SVGStroke& stroke, const Matrix2d& pen,
+						  const Matrix2d& target) noexcept;
 
-} // namespace orvan::geometry
+} // namespace orvan::drawing

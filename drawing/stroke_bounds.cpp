@@ -3,7 +3,7 @@
 
 #include "stroke_parts.h"
 
-namespace orvan::geometry
+namespace orvan::drawing
 {
 namespace
 {
@@ -241,7 +241,7 @@ private:
 
 } // namespace
 
-Rectangle GetStrokeBounds(const drawing::Outline& outline, const SVGStroke& stroke, const Matrix2d& pen,
+Rectangle GetStrokeBounds(const Outline& outline, const SVGStroke& stroke, const Matrix2d& pen,
 						  const Matrix2d& target) noexcept
 {
 	BoundsOfParts parts(stroke, target);
@@ -250,4 +250,4 @@ Rectangle GetStrokeBounds(const drawing::Outline& outline, const SVGStroke& stro
 	return parts.GetBox();
 }
 
-} // namespace orvan::geometry
+} // namespace orvan::drawing

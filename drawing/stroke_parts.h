@@ -5,7 +5,7 @@
 #include "segments.h"
 #include "svg_geometry.h"
 
-namespace orvan::geometry
+namespace orvan::drawing
 {
 
 /// True when a curve turns right back at a place between its ends. Whatever the joins are, the pen turns there as if it
@@ -141,4 +141,4 @@ inline bool FindMiter(const Vector2d& in, const Vector2d& out, double limit, Vec
 	return true;
 }
 
-} // namespace orvan::geometry
+} // namespace orvan::drawing
