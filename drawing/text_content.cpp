@@ -81,7 +81,7 @@ public:
 		const Borrowed<HierarchyObjectInterface> hierarchy(text.element);
 		bool hasParts = false;
 		for (auto child = hierarchy->GetFirstChild(); child && !hasParts; child = child->GetNextSibling())
-			hasParts = KindOf(child.GetObject()) != SVGImportElementKind::unknown;
+			hasParts = IsPart(TypeOf(child.GetObject()));
 		if (hasParts)
 			return Enter(text, -1, -1);
 		const int span = ORVAN_TRY(AddSpan(text, -1, -1));
@@ -114,18 +114,26 @@ private:
 		return static_cast<std::uint32_t>(_content._characters.GetCount());
 	}
 
+	static SVGImportElementKind TypeOf(ObjectBase* object) noexcept
+	{
+		const Borrowed<SVGElementInterface> element(object);
+		return element ? element->GetElementType() : SVGImportElementKind::unknown;
+	}
+
+	static bool IsPart(SVGImportElementKind kind) noexcept
+	{
+		return kind == SVGImportElementKind::textRun || kind == SVGImportElementKind::tspan ||
+			   kind == SVGImportElementKind::textPath || kind == SVGImportElementKind::anchor;
+	}
+
 	/// The kind of what may be part of a text; unknown for all else, and for what is not displayed.
 	SVGImportElementKind KindOf(ObjectBase* object) const noexcept
 	{
-		const Borrowed<SVGElementInterface> element(object);
-		if (!element)
-			return SVGImportElementKind::unknown;
-		const SVGImportElementKind kind = element->GetElementType();
+		const SVGImportElementKind kind = TypeOf(object);
 		if (kind == SVGImportElementKind::textRun)
 			return kind;
-		const bool isPart = kind == SVGImportElementKind::tspan || kind == SVGImportElementKind::textPath ||
-							kind == SVGImportElementKind::anchor;
-		const bool isShown = isPart && element->GetDisplay() != SVGDisplay::none &&
+		const Borrowed<SVGElementInterface> element(object);
+		const bool isShown = IsPart(kind) && element->GetDisplay() != SVGDisplay::none &&
 							 PassesConditions(element->GetAttributeDictionary(), _scene.language);
 		return isShown ? kind : SVGImportElementKind::unknown;
 	}

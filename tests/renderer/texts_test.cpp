@@ -104,6 +104,7 @@ TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
 		{"<text x='10%' y='50%' dx='10%'>█</text>", "000000 20-34"},
 		{"<text x='10' y='50' transform='translate(10) scale(2 1)'>█</text>", "000000 30-60"},
 		{"<text x='10' y='50' display='none'>█</text>", ""},
+		{"<text x='10' y='50'><tspan display='none'>█<tspan>█</tspan></tspan><a systemLanguage='de'>█</a></text>", ""},
 		{"<text x='10' y='50' font-size='0'>█</text>", ""},
 	};
 	for (const auto& [text, row] : cases)
