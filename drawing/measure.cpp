@@ -16,7 +16,10 @@ Rectangle GetPaintedBounds(const Scene& scene, const Frame& frame, const Rectang
 	if (!HasStroke(place))
 		return bounds.Grow(1.0);
 	const Style& style = place.style;
-	const double reach = style.lineJoin == SVGLineJoin::miter ? std::max(style.miterLimit, 1.5) : 1.5;
+	// A tip that is cut off is half of the line's width broad there at most, to each side.
+	const bool isClipped = style.lineJoin == SVGLineJoin::miterClip;
+	const bool isMitred = style.lineJoin == SVGLineJoin::miter || isClipped;
+	const double reach = isMitred ? std::max(style.miterLimit, 1.5) + (isClipped ? 1.0 : 0.0) : 1.5;
 	const double stretch = IsStrokeUnscaled(frame) ? scene.unit * 2.0 : GetStretch(place.transform);
 	return bounds.Grow(GetStrokeWidth(place) / 2.0 * reach * stretch + 1.0);
 }

@@ -111,7 +111,7 @@ public:
 	{
 		if (_stroke.join == SVGLineJoin::round)
 			AddDisc(point);
-		else if (Vector2d tip; _stroke.join == SVGLineJoin::miter && FindMiter(in, out, _stroke.miterLimit, tip))
+		else if (Vector2d tip; IsMitred(_stroke.join) && FindMiter(in, out, _stroke.miterLimit, tip))
 			Add(point + Times(tip, _half));
 	}
 

@@ -127,6 +127,12 @@ void VisitStroke(const Commands& commands, const Matrix2d& transform, Parts& par
 	visitor.Finish();
 }
 
+/// Whether joins have tips. What a tip that is cut off at the limit leaves beyond a bevel does not count here.
+inline bool IsMitred(SVGLineJoin join) noexcept
+{
+	return join == SVGLineJoin::miter || join == SVGLineJoin::miterClip;
+}
+
 /// Where the edges of a mitred join meet, as an offset from the corner by half widths; false when it is cut off.
 inline bool FindMiter(const Vector2d& in, const Vector2d& out, double limit, Vector2d& tip) noexcept
 {

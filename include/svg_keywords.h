@@ -42,6 +42,7 @@ enum class SVGLineJoin : std::int32_t
 	miter = 1,
 	round = 2,
 	bevel = 3,
+	miterClip = 4, ///< Mitred, and cut off where the limit is. Only of a complete import.
 };
 
 enum class SVGFontStyle : std::int32_t

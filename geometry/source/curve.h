@@ -17,6 +17,7 @@ using drawing::FindTurns;
 using drawing::ForEachCusp;
 using drawing::GetStrokeBounds;
 using drawing::IsCusp;
+using drawing::IsMitred;
 using drawing::IsUsable;
 using drawing::KeepsCircles;
 using drawing::kLargest;

@@ -168,7 +168,7 @@ public:
 		const Vector2d b = point + Times(Turn(out), side);
 		isHit = IsInTriangle(point, a, b);
 		Vector2d tip;
-		if (!isHit && _stroke.join == SVGLineJoin::miter && FindMiter(in, out, _stroke.miterLimit, tip))
+		if (!isHit && IsMitred(_stroke.join) && FindMiter(in, out, _stroke.miterLimit, tip))
 			isHit = IsInTriangle(point + Times(tip, _half), a, b);
 	}
 

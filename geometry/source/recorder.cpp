@@ -4,6 +4,7 @@
 #include "curve.h"
 #include "drawing/markers.h"
 #include "drawing/references.h"
+#include "drawing/stroke_parts.h"
 #include "drawing/strokes.h"
 #include "orvan/diagnostics.h"
 #include "svg_complete.h"
@@ -60,7 +61,8 @@ SVGStroke GetPen(const Place& place) noexcept
 {
 	const Style& style = place.style;
 	const double width = GetStrokeWidth(place);
-	return {width > 0.0 && width <= kLargest ? width : 0.0, style.lineCap, style.lineJoin, style.miterLimit};
+	const SVGLineJoin join = IsMitred(style.lineJoin) ? SVGLineJoin::miter : style.lineJoin;
+	return {width > 0.0 && width <= kLargest ? width : 0.0, style.lineCap, join, style.miterLimit};
 }
 
 } // namespace

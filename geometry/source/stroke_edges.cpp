@@ -186,7 +186,7 @@ private:
 			return;
 		}
 		Vector2d tip;
-		if (_stroke.join == SVGLineJoin::miter && FindMiter(in, out, _stroke.miterLimit, tip))
+		if (IsMitred(_stroke.join) && FindMiter(in, out, _stroke.miterLimit, tip))
 		{
 			const Vector2d corner = point + Times(tip, _half);
 			Append(side, Curve::Line(point + from, corner));

@@ -49,6 +49,7 @@ cairo_line_join_t ToCairo(SVGLineJoin join) noexcept
 	case SVGLineJoin::bevel:
 		return CAIRO_LINE_JOIN_BEVEL;
 	case SVGLineJoin::miter:
+	case SVGLineJoin::miterClip:
 		break;
 	}
 	return CAIRO_LINE_JOIN_MITER;

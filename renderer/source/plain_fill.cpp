@@ -266,7 +266,7 @@ Remainder StrokePlainly(const Canvas& canvas, const Frame& frame, const Outline&
 						{
 							Stroker stroker(rasterizer, pen, toArea * toPixels, canvas.job.scene.limits);
 							stroker.Add(outline, toPen);
-							return !stroker.HasTurnedBack();
+							return !stroker.HasTurnedBack() && pen.join != SVGLineJoin::miterClip;
 						});
 }
 

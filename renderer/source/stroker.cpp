@@ -238,11 +238,23 @@ void Stroker::AddJoin(const Vector2d& point, const Vector2d& in, const Vector2d&
 		AddFan(point, from, std::copysign(std::atan2(std::abs(cross), dot), -side));
 		return;
 	}
-	if (join == SVGLineJoin::miter && 2.0 <= _pen.miterLimit * _pen.miterLimit * (1.0 + dot))
+	const bool isMitred = join == SVGLineJoin::miter || join == SVGLineJoin::miterClip;
+	if (isMitred && 2.0 <= _pen.miterLimit * _pen.miterLimit * (1.0 + dot))
 	{
 		const Vector2d tip = Times(from + to, 1.0 / (1.0 + dot));
 		const Vector2d corners[] = {point, point + from, point + tip, point + to};
 		AddPolygon(corners, 4);
+		return;
+	}
+	if (join == SVGLineJoin::miterClip)
+	{
+		// Cut off across the direction of the tip, which right back is that of the line.
+		const double length = std::hypot(from.x + to.x, from.y + to.y);
+		const Vector2d ahead = length > kStraight * _pen.radius ? Times(from + to, 1.0 / length) : in;
+		const double rest = (_pen.miterLimit * _pen.radius - Dot(from, ahead)) / Dot(in, ahead);
+		const Vector2d corners[] = {point, point + from, point + from + Times(in, rest), point + to - Times(out, rest),
+									point + to};
+		AddPolygon(corners, 5);
 		return;
 	}
 	const Vector2d corners[] = {point, point + from, point + to};

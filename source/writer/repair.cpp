@@ -63,6 +63,9 @@ BrowserValue ReadAsBrowser(const Rule& rule, Tag tag, std::string_view value, bo
 	const ValueStyle style{{NumberStyle::kExact, !isDeclaration}, false, true};
 	if (FormatAttribute(read.text, element, rule, tag, style) != Formatted::text)
 		read.text.clear();
+	// Nor tips of lines that are cut off.
+	if (rule.number == Number::strokeLineJoin && element.GetStrokeLineJoin() == SVGLineJoin::miterClip)
+		read.text = "miter";
 	read.isPartial = reading.GetValue() != complete::Reading::applied && !read.text.empty();
 	read.faultOffset = std::min(importer.faultOffset, value.size());
 	if (const auto* paint = element.Find<SVGPaint>(rule.number))

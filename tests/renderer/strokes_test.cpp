@@ -76,6 +76,12 @@ TEST_F(Strokes, StrokesHaveEndsCornersAndWidths)
 		{"<path d='M20 20h40v40' stroke-miterlimit='1.5'/>", "63,16 000000"},
 		{"<path d='M20 20h40v40' stroke-linejoin='bevel'/>", "63,16 none; 62,17 none; 61,18 000000; 60,17 000000"},
 		{"<path d='M20 20h40v40' stroke-linejoin='round'/>", "63,16 none; 62,18 000000; 61,17 000000"},
+		// One that is cut off reaches as far as the limit says, here 4, also where the line turns right back.
+		{"<path d='M20 20h40v40' stroke-linejoin='miter-clip' stroke-miterlimit='1'/>", "62,18 000000; 63,16 none"},
+		{"<path d='M60 60v-40h-40' stroke-linejoin='miter-clip' stroke-miterlimit='1'/>", "62,18 000000; 63,16 none"},
+		{"<path d='M20 20h40v40' stroke-linejoin='miter-clip'/>", "63,16 000000; 64,16 none"},
+		{"<path d='M20 20h40h-30' stroke-linejoin='miter-clip' stroke-miterlimit='2'/>",
+		 "67,16 000000; 67,23 000000; 68,20 none; 67,15 none"},
 		{"<path d='M20 60v-40h40'/>", "16,16 000000; 15,16 none"},
 		{"<path d='M60 60v-40h-40'/>", "63,16 000000"},
 		// Where it is closed there is a corner, and ends where it is not.
