@@ -150,13 +150,41 @@ private:
 		{
 			const SVGImportElementKind kind = KindOf(child.GetObject());
 			if (kind == SVGImportElementKind::textRun)
-				ORVAN_TRY(Append(Borrowed<SVGTextRunInterface>(child)->GetText().View(), span));
+				ORVAN_TRY(AppendRun(Borrowed<SVGTextRunInterface>(child)->GetText(), frame, span));
 			else if (kind != SVGImportElementKind::unknown)
 				ORVAN_TRY(EnterPart(child.GetObject(), kind, frame, span, path));
+			else
+				_hasSkipped = _hasSkipped || IsPart(TypeOf(child.GetObject()));
 		}
 		ORVAN_TRY(_lists.Resize(_lists.GetCount() - 1));
 		_content._spans[static_cast<std::size_t>(span)].end = GetCount();
 		return {};
+	}
+
+	/// Appends a run's characters. The tree does not know what is displayed: behind a part that is not, a blank may
+	/// come to stand at the start or beside another one, where there is none.
+	Result<void> AppendRun(const String& text, const Frame& frame, int span) noexcept
+	{
+		std::string_view characters = text.View();
+		const bool isBehindBlank = GetCount() == 0 || _content._characters[GetCount() - 1].code == ' ';
+		if (_hasSkipped && isBehindBlank && characters.starts_with(' ') && !PreservesSpace(frame))
+			characters.remove_prefix(1);
+		_hasSkipped = _hasSkipped && characters.empty();
+		return Append(characters, span);
+	}
+
+	static bool PreservesSpace(const Frame& frame) noexcept
+	{
+		for (const Frame* at = &frame; at != nullptr; at = at->outer)
+		{
+			if (at->attributes.Has(static_cast<std::int32_t>(Key::whiteSpace)))
+			{
+				const auto value = at->GetKeyword(Key::whiteSpace, SVGWhiteSpace::normal);
+				return value != SVGWhiteSpace::normal && value != SVGWhiteSpace::nowrap &&
+					   value != SVGWhiteSpace::preLine;
+			}
+		}
+		return false;
 	}
 
 	/// True for a text, and for a link that stands in one.
@@ -472,6 +500,7 @@ private:
 	std::size_t _bytes = 0;
 	char32_t _previous = ' '; ///< The last character that was appended, as the file has it.
 	bool _isFull = false;
+	bool _hasSkipped = false; ///< Since the last run that was appended.
 };
 
 Result<TextContent> TextContent::Collect(Scene& scene, const Frame& frame) noexcept

@@ -105,6 +105,10 @@ TEST_F(Texts, SpacingsSizesAndBlanksAddUp)
 		{"<text x='10' y='50' transform='translate(10) scale(2 1)'>█</text>", "000000 30-60"},
 		{"<text x='10' y='50' display='none'>█</text>", ""},
 		{"<text x='10' y='50'><tspan display='none'>█<tspan>█</tspan></tspan><a systemLanguage='de'>█</a></text>", ""},
+		{"<text x='10' y='50'><tspan display='none'>█</tspan> █ <tspan display='none'>█</tspan><tspan> "
+		 "█</tspan></text>",
+		 "000000 10-24, 000000 32-46"},
+		{"<text x='10' y='50' xml:space='preserve'><tspan display='none'>█</tspan> █</text>", "000000 17-30"},
 		{"<text x='10' y='50' font-size='0'>█</text>", ""},
 	};
 	for (const auto& [text, row] : cases)
