@@ -261,7 +261,7 @@ Remainder StrokePlainly(const Canvas& canvas, const Frame& frame, const Outline&
 	const Matrix2d toPixels = isUnscaled ? Scaling(unit, unit) : place.transform;
 	const Matrix2d toPen = isUnscaled ? Scaling(1.0 / unit, 1.0 / unit) * place.transform : Matrix2d();
 	const Pen pen{GetStrokeWidth(place) / 2.0, style.lineCap, style.lineJoin, std::max(style.miterLimit, 1.0)};
-	return PaintPlainly(canvas, bounds, SVGFillRule::nonzero, pen.radius * 2.0 * GetStretch(toPixels),
+	return PaintPlainly(canvas, bounds, SVGFillRule::nonzero, pen.radius * 2.0 * GetMeanScale(toPixels),
 						[&](Rasterizer& rasterizer, const Matrix2d& toArea)
 						{
 							Stroker stroker(rasterizer, pen, toArea * toPixels, canvas.job.scene.limits);

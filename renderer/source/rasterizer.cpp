@@ -211,9 +211,11 @@ void Rasterizer::AddPiece(int y, float change, float left, float right) noexcept
 
 bool Rasterizer::FindMixedRows(SVGFillRule rule, double width, BaseArray<Rows>& rows) const noexcept
 {
-	// With so many lines it takes the drawing library long, and what two lines make of a pixel does not show.
+	// With so many lines it takes the drawing library long. What two of them make of a pixel does not show then, unless
+	// they are thinner than pixels: a coast of such lines would turn black.
 	constexpr int kMuchWork = 24000;
-	if (_work > kMuchWork)
+	constexpr double kThin = 1.0;
+	if (_work > kMuchWork && width >= kThin)
 		return true;
 	// What a line alone can cover of a pixel, at most.
 	const auto most = static_cast<float>(std::min(width * 1.5, 1.0));

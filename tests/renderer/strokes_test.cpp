@@ -181,6 +181,18 @@ TEST_F(Strokes, LinesThatAreLongInPiecesAreDrawnAsInOne)
 	EXPECT_GT(20, different); // Right where two pieces meet.
 }
 
+TEST_F(Strokes, ThinLinesThatLieOnEachOtherAreNoDarkerThanOne)
+{
+	for (const int count : {2, 20, 400})
+	{
+		std::string path;
+		for (int i = 0; i < count; i++)
+			path += "M20.5 20.5l60 .1 -.1 60 -60 -.1z"; // Not quite level, which is drawn otherwise.
+		ExpectPixels("<path d='" + path + "' fill='none' stroke='#000' stroke-width='.4'/>",
+					 "50,20 ~00000066; 20,50 ~00000066; 80,50 ~00000066; 50,21 none; 21,50 none");
+	}
+}
+
 TEST_F(Strokes, MarkersStandOnTheVerticesAndTurnWithTheLine)
 {
 	// The marker is 8 by 4, red on the left and blue on the right, and its middle is put onto the vertex.
