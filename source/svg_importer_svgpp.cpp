@@ -86,6 +86,7 @@ public:
 private:
 	Result<void> SetAttributes(const XmlNode& node)
 	{
+		ORVAN_TRY(_context.staging.Lend(_context.ownElement->LoadedAttributes()));
 		for (const XmlAttribute* attribute = node.first_attribute(); attribute != nullptr;
 			 attribute = attribute->next_attribute())
 		{
@@ -98,7 +99,7 @@ private:
 		}
 		if (!_context.refusal.IsOk()) [[unlikely]]
 			return _context.refusal.GetError();
-		return {};
+		return _context.staging.TakeBack(_context.ownElement->LoadedAttributes());
 	}
 
 	/// The text is that of the first child, which has none when it is an element.

@@ -2,6 +2,7 @@
 #include "dictionary.h"
 
 #include "live_count.h"
+#include "memory.h"
 
 #include <algorithm>
 #include <cstring>
@@ -33,22 +34,17 @@ void* ValueOf(DictionaryBlock* block, const Entry& entry) noexcept
 	return const_cast<void*>(block->ValueOf(entry));
 }
 
-std::uint32_t ValueBegin(std::uint32_t entryCapacity) noexcept
-{
-	return static_cast<std::uint32_t>(sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry));
-}
-
 DictionaryBlock* AllocateBlock(std::uint64_t entryCapacity, std::uint64_t valueBytes) noexcept
 {
 	const std::uint64_t size = sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry) + valueBytes;
 	if (size > std::numeric_limits<std::uint32_t>::max())
 		return nullptr;
-	void* memory = Host().allocate(size);
+	void* memory = Allocate(size);
 	if (memory == nullptr)
 		return nullptr;
 	const auto entries = static_cast<std::uint32_t>(entryCapacity);
-	return new (memory)
-		DictionaryBlock{{1}, 0, entries, ValueBegin(entries), static_cast<std::uint32_t>(size), false, false};
+	return new (memory) DictionaryBlock{
+		{1}, 0, entries, DictionaryBlock::ValueBegin(entries), static_cast<std::uint32_t>(size), false, false};
 }
 
 /// All records of data types are the host's.
@@ -67,7 +63,13 @@ void DropValue(DictionaryBlock* block, const Entry& entry) noexcept
 		CountOf(*entry.type).Decrement();
 	}
 	if (!Data::IsInline(entry.type))
-		Host().free(value);
+		Free(value);
+}
+
+[[gnu::noinline]] void DropValues(DictionaryBlock* block) noexcept
+{
+	for (std::uint32_t i = 0; i < block->count; i++)
+		DropValue(block, block->Entries()[i]);
 }
 
 /// Makes the value of `entry`, of which `target` holds a copy of the bytes, a value of the target's own.
@@ -78,7 +80,7 @@ ErrorBlock* CopyValue(const DictionaryBlock& source, const Entry& entry, Diction
 	void* value = ValueSlot(target, entry);
 	if (!isInline)
 	{
-		void* outside = Host().allocate(type.size);
+		void* outside = Allocate(type.size);
 		if (outside == nullptr)
 			return OutOfMemoryError().Release();
 		std::memcpy(outside, source.ValueOf(entry), type.size);
@@ -93,7 +95,7 @@ ErrorBlock* CopyValue(const DictionaryBlock& source, const Entry& entry, Diction
 	{
 		operations.destruct(value, 1);
 		if (!isInline)
-			Host().free(value);
+			Free(value);
 		return copied.GetError().Release();
 	}
 	CountOf(type).Increment();
@@ -125,7 +127,7 @@ bool MoveToBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint
 	}
 	moved->count = old->count;
 	moved->hasOwners = old->hasOwners;
-	Host().free(old);
+	Free(old);
 	*block = moved;
 	return true;
 }
@@ -136,11 +138,11 @@ bool ExtendBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint
 	const std::uint64_t size = sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry) + valueBytes;
 	if (size > std::numeric_limits<std::uint32_t>::max())
 		return false;
-	auto* extended = static_cast<DictionaryBlock*>(Host().reallocate(*block, size));
+	auto* extended = static_cast<DictionaryBlock*>(Reallocate(*block, size));
 	if (extended == nullptr)
 		return false;
-	const std::uint32_t from = ValueBegin(extended->entryCapacity);
-	const std::uint32_t shift = ValueBegin(static_cast<std::uint32_t>(entryCapacity)) - from;
+	const std::uint32_t from = DictionaryBlock::ValueBegin(extended->entryCapacity);
+	const std::uint32_t shift = DictionaryBlock::ValueBegin(static_cast<std::uint32_t>(entryCapacity)) - from;
 	char* bytes = reinterpret_cast<char*>(extended);
 	std::memmove(bytes + from + shift, bytes + from, extended->valueEnd - from);
 	for (std::uint32_t i = 0; i < extended->count; i++)
@@ -162,19 +164,19 @@ bool ExtendBlock(DictionaryBlock** block, std::uint64_t entryCapacity, std::uint
 		return *block != nullptr;
 	}
 	const std::uint64_t entries = old->count < old->entryCapacity ? old->entryCapacity : 2ull * old->entryCapacity;
-	const std::uint64_t used = old->hasGaps ? CountValueBytes(*old) : old->valueEnd - ValueBegin(old->entryCapacity);
+	const std::uint64_t used =
+		old->hasGaps ? CountValueBytes(*old) : old->valueEnd - DictionaryBlock::ValueBegin(old->entryCapacity);
 	const std::uint64_t wanted = used + used / 2 + bytes;
 	return old->hasGaps ? MoveToBlock(block, entries, wanted) : ExtendBlock(block, entries, wanted);
 }
 
-} // namespace
-
-void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType* type) noexcept
+/// Stores a value that replaces another, needs more room, or stands outside.
+[[gnu::noinline]] void* StoreSlowly(DictionaryBlock** block, std::int32_t key, const DataType* type) noexcept
 {
 	void* outside = nullptr;
 	if (!Data::IsInline(type))
 	{
-		outside = Host().allocate(type->size);
+		outside = Allocate(type->size);
 		if (outside == nullptr)
 			return nullptr;
 	}
@@ -192,7 +194,7 @@ void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType*
 	{
 		if (!Grow(block, bytes))
 		{
-			Host().free(outside);
+			Free(outside);
 			return nullptr;
 		}
 	}
@@ -225,6 +227,23 @@ void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType*
 	return outside;
 }
 
+} // namespace
+
+void* DictionaryStore(DictionaryBlock** block, std::int32_t key, const DataType* type) noexcept
+{
+	if (*block == nullptr || !Data::IsInline(type))
+		return StoreSlowly(block, key, type);
+	void* storage = (*block)->TryInsert(key, type, DictionaryBlock::RoundUp(type->size));
+	if (storage == nullptr)
+		return StoreSlowly(block, key, type);
+	if (!type->isTrivial)
+	{
+		CountOf(*type).Increment();
+		(*block)->hasOwners = true;
+	}
+	return storage;
+}
+
 void DictionaryRemove(DictionaryBlock* block, std::int32_t key) noexcept
 {
 	Entry* const end = block->Entries() + block->count;
@@ -243,7 +262,8 @@ void DictionaryRemove(DictionaryBlock* block, std::int32_t key) noexcept
 
 ErrorBlock* DictionaryClone(const DictionaryBlock* block, DictionaryBlock** result) noexcept
 {
-	DictionaryBlock* copy = AllocateBlock(block->entryCapacity, block->blockSize - ValueBegin(block->entryCapacity));
+	DictionaryBlock* copy =
+		AllocateBlock(block->entryCapacity, block->blockSize - DictionaryBlock::ValueBegin(block->entryCapacity));
 	if (copy == nullptr)
 		return OutOfMemoryError().Release();
 	// Trivial values are copied as bytes, all at once; the others then one by one, each counted when it is there.
@@ -268,9 +288,9 @@ void DictionaryRelease(DictionaryBlock* block) noexcept
 {
 	if (!orvan::detail::ReleaseReference(block->references))
 		return;
-	for (std::uint32_t i = 0; block->hasOwners && i < block->count; i++)
-		DropValue(block, block->Entries()[i]);
-	Host().free(block);
+	if (block->hasOwners)
+		DropValues(block);
+	Free(block);
 }
 
 } // namespace orvan::runtime

@@ -119,6 +119,12 @@ public:
 		return _attributes;
 	}
 
+	/// The dictionary of an element that is being loaded, which is not tracked.
+	DataDictionary& LoadedAttributes() noexcept
+	{
+		return _attributes;
+	}
+
 	/// Puts another dictionary in place while an element is being loaded.
 	void ReplaceAttributes(DataDictionary attributes) noexcept
 	{

@@ -25,6 +25,7 @@ struct SVGParseContext
 	bool isPolygon = false;     ///< The current tag is "polygon".
 	bool suppressesIds = false; ///< Ids are not entered into the table. Nothing sets it.
 	StringMap<SVGElementRef> elementsById;
+	DictionaryStaging staging; ///< Lends the element at hand its room while its attributes are set.
 	StyleCache styles;
 	TextRelease textRelease;
 

@@ -208,6 +208,86 @@ TEST(DataDictionary, IsAsItWasAfterAFailedWrite)
 	EXPECT_EQ(blocks, CountAllocations());
 }
 
+TEST(DictionaryStaging, LeavesEachDictionaryABlockOfItsSize)
+{
+	MixedDictionary(); // The records of its types are made once and stay.
+	const auto live = runtime::CountLiveValues(kDataTypeDeclaration<String>);
+	const auto blocks = CountAllocations();
+	const auto blockOf = [](const DataDictionary& dictionary)
+	{
+		return reinterpret_cast<const DictionaryBlock*>(dictionary.begin()) - 1;
+	};
+	const auto fill = [](DataDictionary& dictionary, int count) -> Result<void>
+	{
+		for (int i = 0; i < count; i++)
+		{
+			const std::int32_t key = i * 37 % 101; // Out of order.
+			ORVAN_TRY(dictionary.Set(key, Float(i)));
+			if (i % 4 == 1)
+				ORVAN_TRY(dictionary.Set(key, ORVAN_TRY(String::Create(std::to_string(i)))));
+			if (i % 4 == 2)
+				ORVAN_TRY(dictionary.Set(key, LargeValue{{Float(i)}}));
+		}
+		return {};
+	};
+	std::vector<DataDictionary> filled;
+	FailEachAllocation(
+		[&]() -> Result<void>
+		{
+			filled.clear();
+			DictionaryStaging staging;
+			for (const int count : {3, 0, 100, 1, 33, 6})
+			{
+				DataDictionary& dictionary = filled.emplace_back();
+				ORVAN_TRY(staging.Lend(dictionary));
+				EXPECT_EQ(0u, dictionary.GetCount());
+				ORVAN_TRY(fill(dictionary, count));
+				Result<void> taken = staging.TakeBack(dictionary);
+				EXPECT_EQ(std::size_t(count), dictionary.GetCount());
+				ORVAN_TRY(std::move(taken));
+				ORVAN_TRY(staging.TakeBack(dictionary)); // A second time it has nothing to take.
+			}
+			return {};
+		});
+	ASSERT_EQ(6u, filled.size());
+	for (DataDictionary& dictionary : filled)
+	{
+		DataDictionary expected;
+		Must(fill(expected, static_cast<int>(dictionary.GetCount())));
+		ASSERT_EQ(Keys(expected), Keys(dictionary));
+		for (const auto& entry : expected)
+		{
+			EXPECT_EQ(expected.GetOr(entry.key, -1.0), dictionary.GetOr(entry.key, -1.0));
+			EXPECT_EQ(expected.GetOr(entry.key, String()), dictionary.GetOr(entry.key, String()));
+			EXPECT_EQ(expected.GetOr(entry.key, LargeValue()).numbers[0],
+					  dictionary.GetOr(entry.key, LargeValue()).numbers[0]);
+		}
+		if (dictionary.GetCount() == 0)
+			EXPECT_TRUE(dictionary.IsSameObject(DataDictionary()));
+		else
+			EXPECT_EQ(blockOf(dictionary)->blockSize, blockOf(dictionary)->valueEnd);
+		Must(dictionary.Set(1000, 0.5)); // There is no room left, which it notices.
+		EXPECT_EQ(0.5, dictionary.GetOr(1000, 0.0));
+	}
+
+	// What others share stays where it is.
+	DictionaryStaging staging;
+	DataDictionary lent;
+	Must(staging.Lend(lent));
+	Must(lent.Set(1, 0.5));
+	const DataDictionary copy = lent;
+	Must(staging.TakeBack(lent));
+	EXPECT_TRUE(lent.IsSameObject(copy));
+	lent = filled.front();
+	Must(staging.TakeBack(lent));
+	EXPECT_TRUE(lent.IsSameObject(filled.front()));
+
+	lent = copy;
+	filled.clear();
+	EXPECT_EQ(live, runtime::CountLiveValues(kDataTypeDeclaration<String>));
+	EXPECT_EQ(blocks < 0 ? blocks : blocks + 1, CountAllocations()) << "the block of the copy";
+}
+
 TEST(DataDictionary, TakesAndGivesValuesOfAnyType)
 {
 	const DataDictionary source = MixedDictionary();

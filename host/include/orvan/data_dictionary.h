@@ -4,6 +4,7 @@
 
 #include "orvan/data_type.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstring>
@@ -38,6 +39,12 @@ struct DictionaryBlock
 		return (static_cast<std::uint32_t>(size) + 7u) & ~7u;
 	}
 
+	/// Where the values begin, from the block's start.
+	static constexpr std::uint32_t ValueBegin(std::uint32_t entryCapacity) noexcept
+	{
+		return static_cast<std::uint32_t>(sizeof(DictionaryBlock) + entryCapacity * sizeof(Entry));
+	}
+
 	const Entry* Entries() const noexcept
 	{
 		return reinterpret_cast<const Entry*>(this + 1);
@@ -52,6 +59,30 @@ struct DictionaryBlock
 	{
 		const char* at = reinterpret_cast<const char*>(this) + entry.offset;
 		return Data::IsInline(entry.type) ? at : *reinterpret_cast<void* const*>(at);
+	}
+
+	/// Adds an entry whose value takes `bytes` among the values, and returns where it goes. Null when there is no room,
+	/// and when the key is there already.
+	void* TryInsert(std::int32_t key, const DataType* type, std::uint32_t bytes) noexcept
+	{
+		if (count == entryCapacity || blockSize - valueEnd < bytes)
+			return nullptr;
+		// From the end, where most keys belong: the attributes of a file tend to come in their usual order. Nearly all
+		// keys are new, so what goes behind the new one moves while its place is looked for.
+		Entry* const end = Entries() + count;
+		Entry* at = end;
+		for (; at != Entries() && at[-1].key >= key; at--)
+		{
+			if (at[-1].key == key) [[unlikely]]
+			{
+				std::copy(at + 1, end + 1, at);
+				return nullptr;
+			}
+			*at = at[-1];
+		}
+		*at = {key, valueEnd, type};
+		count++;
+		return reinterpret_cast<char*>(this) + std::exchange(valueEnd, valueEnd + bytes);
 	}
 };
 
@@ -127,14 +158,16 @@ public:
 			return OutOfMemoryError();
 		if constexpr (std::is_trivially_copyable_v<T> && Data::IsInline(sizeof(T), alignof(T)))
 		{
-			if (void* storage = TryAppend(key, type, sizeof(T)))
-			{
-				std::construct_at(static_cast<T*>(storage), value);
-				return {};
-			}
+			void* storage = TryInsert(key, type, DictionaryBlock::RoundUp(sizeof(T)));
+			if (storage == nullptr)
+				return SetBytes(key, type, &value);
+			std::construct_at(static_cast<T*>(storage), value);
 		}
-		void* storage = ORVAN_TRY(Store(key, type));
-		std::construct_at(static_cast<T*>(storage), std::move(value));
+		else
+		{
+			void* storage = ORVAN_TRY(Store(key, type));
+			std::construct_at(static_cast<T*>(storage), std::move(value));
+		}
 		return {};
 	}
 
@@ -145,11 +178,7 @@ public:
 		if (type == nullptr)
 			return IllegalArgumentError("An empty value cannot be stored under key @.", key);
 		if (type->isTrivial)
-		{
-			void* storage = ORVAN_TRY(Store(key, type));
-			std::memcpy(storage, value.GetValue(), type->size);
-			return {};
-		}
+			return SetBytes(key, type, value.GetValue());
 		// Copied first, so that a failing copy leaves the dictionary as it was.
 		Data copy;
 		ORVAN_TRY(copy.CopyFrom(value));
@@ -211,6 +240,8 @@ public:
 	}
 
 private:
+	friend class DictionaryStaging;
+
 	const Entry* FindEntry(std::int32_t key) const noexcept
 	{
 		for (const Entry& entry : *this)
@@ -221,20 +252,22 @@ private:
 		return nullptr;
 	}
 
-	/// Storage for a trivial value that stands in the block, when it goes behind all others and there is room: most of
-	/// a file's attributes are stored this way, without a call of the host. Null otherwise.
-	void* TryAppend(std::int32_t key, const DataType* type, std::size_t size) noexcept
+	/// Storage for a new trivial value that stands in the block, when there is room: most of a file's attributes are
+	/// stored this way, without a call of the host. Null otherwise.
+	[[gnu::noinline]] void* TryInsert(std::int32_t key, const DataType* type, std::uint32_t bytes) noexcept
 	{
 		if (_block == nullptr || _block->references.load(std::memory_order_acquire) != 1 ||
 			type->operations.load(std::memory_order_relaxed) == nullptr)
 			return nullptr;
-		DictionaryBlock& block = *_block;
-		const std::uint32_t bytes = DictionaryBlock::RoundUp(size);
-		if (block.count == block.entryCapacity || block.blockSize - block.valueEnd < bytes ||
-			(block.count != 0 && block.Entries()[block.count - 1].key >= key))
-			return nullptr;
-		block.Entries()[block.count++] = {key, block.valueEnd, type};
-		return reinterpret_cast<char*>(&block) + std::exchange(block.valueEnd, block.valueEnd + bytes);
+		return _block->TryInsert(key, type, bytes);
+	}
+
+	/// Stores a trivial value wherever the host has room for it.
+	[[gnu::noinline]] Result<void> SetBytes(std::int32_t key, const DataType* type, const void* value) noexcept
+	{
+		void* storage = ORVAN_TRY(Store(key, type));
+		std::memcpy(storage, value, type->size);
+		return {};
 	}
 
 	/// Makes the content, of which there must be some, this dictionary's own.
@@ -263,6 +296,83 @@ private:
 	}
 
 	DictionaryBlock* _block = nullptr;
+};
+
+/// A staging buffer for filling many dictionaries, one after the other. Each has a block with ample room while it is
+/// filled, so that it does not grow in steps, and gives it back for one of just its size:
+///
+///     DictionaryStaging staging;
+///     for (DataDictionary& dictionary : dictionaries) // All of them empty.
+///     {
+///         ORVAN_TRY(staging.Lend(dictionary));
+///         ORVAN_TRY(dictionary.Set(kWidth, 16.0)); // And so on.
+///         ORVAN_TRY(staging.TakeBack(dictionary));
+///     }
+///
+/// A dictionary that keeps the ample block, because of an error, say, is sound and only larger than it need be.
+class DictionaryStaging
+{
+public:
+	/// Gives an empty dictionary the ample block. Fails for want of memory.
+	Result<void> Lend(DataDictionary& dictionary) noexcept
+	{
+		if (_ample._block == nullptr)
+			ORVAN_TRY(MakeBlock(_ample._block, kEntries, kValueBytes));
+		std::swap(dictionary._block, _ample._block);
+		return {};
+	}
+
+	/// Moves the entries to a block of just their size; does nothing when the dictionary has other or shared content by
+	/// now. On failure it is as it was.
+	Result<void> TakeBack(DataDictionary& dictionary) noexcept
+	{
+		DictionaryBlock* const ample = dictionary._block;
+		if (ample == nullptr || ample->entryCapacity < kEntries ||
+			ample->references.load(std::memory_order_acquire) != 1)
+			return {};
+		DictionaryBlock* exact = nullptr;
+		if (ample->count != 0)
+			ORVAN_TRY(MoveOut(*ample, exact));
+		dictionary._block = exact;
+		const DataDictionary former = std::move(_ample);
+		_ample._block = ample;
+		return {};
+	}
+
+private:
+	static constexpr std::uint32_t kEntries = 32;
+	static constexpr std::uint32_t kValueBytes = 480;
+
+	static Result<void> MakeBlock(DictionaryBlock*& block, std::uint32_t entries, std::uint32_t valueBytes) noexcept
+	{
+		const std::uint32_t valueBegin = DictionaryBlock::ValueBegin(entries);
+		void* memory = Host().allocate(valueBegin + valueBytes);
+		if (memory == nullptr)
+			return OutOfMemoryError();
+		block = new (memory) DictionaryBlock{{1}, 0, entries, valueBegin, valueBegin + valueBytes, false, false};
+		return {};
+	}
+
+	/// Makes the exact block and leaves the ample one empty. The values move as bytes.
+	static Result<void> MoveOut(DictionaryBlock& ample, DictionaryBlock*& exact) noexcept
+	{
+		const std::uint32_t valueBegin = DictionaryBlock::ValueBegin(ample.entryCapacity);
+		const std::uint32_t valueBytes = ample.valueEnd - valueBegin;
+		ORVAN_TRY(MakeBlock(exact, ample.count, valueBytes));
+		const std::uint32_t shift = valueBegin - exact->valueEnd;
+		DictionaryBlock::Entry* to = exact->Entries();
+		for (const DictionaryBlock::Entry *from = ample.Entries(), *end = from + ample.count; from != end; from++)
+			*to++ = {from->key, from->offset - shift, from->type};
+		std::memcpy(to, reinterpret_cast<char*>(&ample) + valueBegin, valueBytes);
+		exact->count = std::exchange(ample.count, 0);
+		exact->valueEnd = exact->blockSize;
+		exact->hasGaps = std::exchange(ample.hasGaps, false);
+		exact->hasOwners = std::exchange(ample.hasOwners, false);
+		ample.valueEnd = valueBegin;
+		return {};
+	}
+
+	DataDictionary _ample;
 };
 
 } // namespace orvan

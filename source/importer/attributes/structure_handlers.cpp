@@ -90,11 +90,15 @@ Result<void> ImportStyle(const Value& value)
 	const StyleCache::Finding finding = cache.Find(value.text, element.GetElementType());
 	if (finding == StyleCache::Finding::kept)
 	{
+		ORVAN_TRY(value.context.staging.TakeBack(element.LoadedAttributes()));
 		element.ReplaceAttributes(cache.Get());
 		return {};
 	}
 	if (ORVAN_TRY(ImportDeclarations(value)) && finding == StyleCache::Finding::noted)
+	{
+		ORVAN_TRY(value.context.staging.TakeBack(element.LoadedAttributes()));
 		cache.Keep(element.Attributes());
+	}
 	return {};
 }
 

@@ -69,10 +69,12 @@ Result<void> ElementSetter::Set(const XmlNode& node, ElementBase& element, Tag t
 {
 	_elementTag = NameOf(node);
 	_importer.isDissolved = false;
+	ORVAN_TRY(_staging.Lend(element.LoadedAttributes()));
 	const std::string_view style = ORVAN_TRY(SetAttributes(node, element, tag));
 	ORVAN_TRY(SetDeclarations(node, element, tag, style));
 	if (_singleTransforms.IsAny()) [[unlikely]]
 		ORVAN_TRY(_singleTransforms.ApplyTo(element));
+	ORVAN_TRY(_staging.TakeBack(element.LoadedAttributes()));
 	return _importer.isDissolved ? Dissolve(element) : Result<void>();
 }
 
@@ -166,6 +168,7 @@ Result<void> ElementSetter::SetInlineStyle(ElementBase& element, Tag tag, std::s
 		finding = _styleCache.Find(style, static_cast<SVGImportElementKind>(tag));
 		if (finding == StyleCache::Finding::kept)
 		{
+			ORVAN_TRY(_staging.TakeBack(element.LoadedAttributes()));
 			element.ReplaceAttributes(_styleCache.Get());
 			return {};
 		}
@@ -206,7 +209,10 @@ Result<void> ElementSetter::SetInlineStyle(ElementBase& element, Tag tag, std::s
 	if (!simple.IsAtEnd() || !_waiting.empty())
 		isShareable &= ORVAN_TRY(SetRestOfStyle(element, tag, style, simple.Offset()));
 	if (finding == StyleCache::Finding::noted && isShareable)
+	{
+		ORVAN_TRY(_staging.TakeBack(element.LoadedAttributes()));
 		_styleCache.Keep(element.Attributes());
+	}
 	return {};
 }
 

@@ -71,7 +71,8 @@ private:
 	StyleSheets& _sheets;
 	std::pmr::memory_resource* const _memory;
 	ReferenceDecoder _values;
-	ReferenceDecoder _styles; ///< Style attributes stay good while their declarations are set.
+	ReferenceDecoder _styles;   ///< Style attributes stay good while their declarations are set.
+	DictionaryStaging _staging; ///< Lends the element at hand its room.
 	StyleCache _styleCache;
 	css::Arena _arena;
 	SingleTransforms _singleTransforms; ///< Of the element at hand.
