@@ -113,9 +113,7 @@ std::size_t OffsetOf(const void* memory) noexcept
 	return reinterpret_cast<std::uintptr_t>(memory) % kChunkSize - sizeof(BlockHead);
 }
 
-} // namespace
-
-bool detail::TakeChunk(ThreadBulk& bulk) noexcept
+bool TakeChunk(ThreadBulk& bulk) noexcept
 {
 	static thread_local ThreadCloser closer;
 	static_cast<void>(&closer);
@@ -131,7 +129,7 @@ bool detail::TakeChunk(ThreadBulk& bulk) noexcept
 }
 
 /// A block with a chunk of its own, when it comes close to filling one.
-void* detail::AllocateChunk(std::size_t bytes) noexcept
+void* AllocateChunk(std::size_t bytes) noexcept
 {
 	constexpr std::size_t kRoom = kChunkSize - kFirstOffset;
 	if (bytes < kRoom / 16 * 15 || RoundUp(bytes) > kRoom)
@@ -142,6 +140,8 @@ void* detail::AllocateChunk(std::size_t bytes) noexcept
 	chunk->live.store(1, std::memory_order_relaxed);
 	return OpenBlock(reinterpret_cast<char*>(chunk) + kFirstOffset, RoundUp(bytes), bytes);
 }
+
+} // namespace
 
 /// Frees the last block of the chunk that the thread is emptying, or the first of another.
 void detail::FreeElsewhere(Chunk* chunk) noexcept
@@ -157,6 +157,18 @@ void detail::FreeElsewhere(Chunk* chunk) noexcept
 	bulk.freed = freed;
 	if (!isKept)
 		TheRegion().Release(chunk, freed);
+}
+
+void* AllocateInBulk(std::size_t bytes) noexcept
+{
+	ThreadBulk& bulk = t_bulk;
+	if (bulk.depth == 0)
+		return nullptr;
+	if (bytes > kLargestBlock)
+		return AllocateChunk(bytes);
+	if (kChunkSize - bulk.offset < RoundUp(bytes) && !TakeChunk(bulk))
+		return nullptr;
+	return TryAllocateInBulk(bytes);
 }
 
 void BeginBulk() noexcept

@@ -29,6 +29,9 @@ void EndBulk() noexcept;
 /// to be had. The caller then turns to the C library.
 void* AllocateInBulk(std::size_t bytes) noexcept;
 
+/// The same as long as the chunk at hand has room: a few instructions without a call. Null otherwise.
+void* TryAllocateInBulk(std::size_t bytes) noexcept;
+
 /// True for a block that came from a chunk.
 bool IsInBulk(const void* memory) noexcept;
 
@@ -101,8 +104,6 @@ inline void CloseBlock(void* memory) noexcept
 	}
 }
 
-bool TakeChunk(ThreadBulk& bulk) noexcept;
-void* AllocateChunk(std::size_t bytes) noexcept;
 void FreeElsewhere(Chunk* chunk) noexcept;
 
 inline Chunk* ChunkOf(const void* memory) noexcept
@@ -116,15 +117,11 @@ constexpr std::size_t RoundUp(std::size_t bytes) noexcept
 }
 } // namespace detail
 
-inline void* AllocateInBulk(std::size_t bytes) noexcept
+inline void* TryAllocateInBulk(std::size_t bytes) noexcept
 {
 	detail::ThreadBulk& bulk = detail::t_bulk;
-	if (bulk.depth == 0)
-		return nullptr;
-	if (bytes > detail::kLargestBlock)
-		return detail::AllocateChunk(bytes);
 	const std::size_t size = detail::RoundUp(bytes);
-	if (detail::kChunkSize - bulk.offset < size && !TakeChunk(bulk)) [[unlikely]]
+	if (bulk.depth == 0 || bytes > detail::kLargestBlock || detail::kChunkSize - bulk.offset < size)
 		return nullptr;
 	char* at = reinterpret_cast<char*>(bulk.chunk) + bulk.offset;
 	bulk.offset += size;

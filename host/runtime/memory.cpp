@@ -44,9 +44,14 @@ constexpr bool kUsesBulk = false;
 constexpr bool kUsesBulk = true;
 #endif
 
+bool IsFailurePlanned() noexcept
+{
+	return t_plan.countdown != 0;
+}
+
 bool MustFail() noexcept
 {
-	if (t_plan.countdown == 0) [[likely]]
+	if (!IsFailurePlanned()) [[likely]]
 		return false;
 	if (t_plan.countdown > 1)
 	{
@@ -59,13 +64,11 @@ bool MustFail() noexcept
 	return true;
 }
 
-} // namespace
-
-void* runtime::Allocate(std::size_t bytes) noexcept
+[[gnu::noinline]] void* AllocateSlowly(std::size_t bytes) noexcept
 {
 	if (MustFail())
 		return nullptr;
-	void* memory = kUsesBulk ? AllocateInBulk(bytes) : nullptr;
+	void* memory = kUsesBulk ? runtime::AllocateInBulk(bytes) : nullptr;
 	if (memory == nullptr)
 		memory = std::malloc(bytes);
 	if (memory != nullptr)
@@ -73,37 +76,37 @@ void* runtime::Allocate(std::size_t bytes) noexcept
 	return memory;
 }
 
+} // namespace
+
+void* runtime::Allocate(std::size_t bytes) noexcept
+{
+	void* memory = kUsesBulk && !IsFailurePlanned() ? TryAllocateInBulk(bytes) : nullptr;
+	if (memory == nullptr)
+		return AllocateSlowly(bytes);
+	Count(1);
+	return memory;
+}
+
 void* runtime::Reallocate(void* memory, std::size_t bytes) noexcept
 {
+	if (memory == nullptr)
+		return Allocate(bytes);
 	if (MustFail())
 		return nullptr;
-	if (kUsesBulk && memory == nullptr)
+	if (!kUsesBulk || !IsInBulk(memory))
+		return std::realloc(memory, bytes);
+	if (ResizeInBulk(memory, bytes))
+		return memory;
+	void* moved = AllocateInBulk(bytes);
+	if (moved == nullptr)
+		moved = std::malloc(bytes);
+	if (moved != nullptr)
 	{
-		if (void* fresh = AllocateInBulk(bytes))
-		{
-			Count(1);
-			return fresh;
-		}
+		const std::size_t kept = std::min(bytes, GetBulkSize(memory));
+		Unpoison(memory, kept); // The room of the block, of which less may have been asked for.
+		std::memcpy(moved, memory, kept);
+		FreeInBulk(memory);
 	}
-	if (kUsesBulk && IsInBulk(memory))
-	{
-		if (ResizeInBulk(memory, bytes))
-			return memory;
-		void* moved = AllocateInBulk(bytes);
-		if (moved == nullptr)
-			moved = std::malloc(bytes);
-		if (moved != nullptr)
-		{
-			const std::size_t kept = std::min(bytes, GetBulkSize(memory));
-			Unpoison(memory, kept); // The room of the block, of which less may have been asked for.
-			std::memcpy(moved, memory, kept);
-			FreeInBulk(memory);
-		}
-		return moved;
-	}
-	void* moved = std::realloc(memory, bytes);
-	if (moved != nullptr && memory == nullptr)
-		Count(1);
 	return moved;
 }
 

@@ -2,6 +2,7 @@
 #include "objects.h"
 
 #include "live_count.h"
+#include "memory.h"
 #include "orvan/class_declaration.h"
 
 #include <mutex>
@@ -80,24 +81,80 @@ void Destroy(ObjectBase* object) noexcept
 {
 	ClassInfo* objectClass = ObjectAccess::GetClass(object);
 	objectClass->declaration.load(std::memory_order_relaxed)->destruct(object);
-	Host().free(object);
+	runtime::Free(object);
 	CountOf(objectClass).Decrement();
 }
 
-Result<const ClassDeclaration*> Implementation(const ClassInfo* objectClass) noexcept
+[[gnu::noinline]] Error NoImplementationError(const ClassInfo* objectClass) noexcept
+{
+	return NotFoundError("No loaded module implements class '@'.", objectClass->id);
+}
+
+Result<ObjectBase*> Clone(const ObjectBase* source) noexcept
+{
+	ClassInfo* objectClass = ObjectAccess::GetClass(source);
+	const ClassDeclaration* declaration = objectClass->declaration.load(std::memory_order_acquire);
+	if (declaration == nullptr)
+		return NoImplementationError(objectClass);
+	if (declaration->copy == nullptr)
+		return IllegalArgumentError("Objects of class '@' cannot be copied.", objectClass->id);
+	void* storage = runtime::Allocate(declaration->objectSize);
+	if (storage == nullptr)
+		return OutOfMemoryError();
+	ObjectBase* object = nullptr;
+	if (Result<void> copied = declaration->copy(source, storage, &object); !copied.IsOk())
+	{
+		runtime::Free(storage);
+		return copied.GetError();
+	}
+	ObjectAccess::SetClass(object, objectClass);
+	CountOf(objectClass).Increment();
+	return object;
+}
+
+/// Has the references see that their object is lost.
+[[gnu::noinline]] void ForgetInWeakReferences(ObjectBase* object) noexcept
+{
+	WeakTable& table = TheWeakTable();
+	const std::lock_guard lock(table.mutex);
+	if (const auto found = table.blocks.find(object); found != table.blocks.end())
+	{
+		found->second->target = nullptr;
+		table.blocks.erase(found);
+	}
+}
+
+[[gnu::noinline]] void Enqueue(ReleaseQueue& queue, ObjectBase* object) noexcept
+{
+	ObjectAccess::Word(object).store(0, std::memory_order_relaxed);
+	if (queue.first == nullptr)
+		queue.first = object;
+	else
+		ObjectAccess::Word(queue.last).store(reinterpret_cast<std::uintptr_t>(object), std::memory_order_relaxed);
+	queue.last = object;
+}
+
+[[gnu::noinline]] void DestroyQueued(ReleaseQueue& queue) noexcept
+{
+	while (queue.first != nullptr)
+	{
+		ObjectBase* next = queue.first;
+		const std::uint64_t link = ObjectAccess::Word(next).load(std::memory_order_relaxed);
+		queue.first = next == queue.last ? nullptr : reinterpret_cast<ObjectBase*>(link);
+		Destroy(next);
+	}
+}
+
+} // namespace
+
+ErrorBlock* runtime::CreateObject(ClassInfo* objectClass, ObjectBase** result) noexcept
 {
 	const ClassDeclaration* declaration = objectClass->declaration.load(std::memory_order_acquire);
 	if (declaration == nullptr)
-		return NotFoundError("No loaded module implements class '@'.", objectClass->id);
-	return declaration;
-}
-
-Result<ObjectBase*> Create(ClassInfo* objectClass) noexcept
-{
-	const ClassDeclaration* declaration = ORVAN_TRY(Implementation(objectClass));
-	void* storage = Host().allocate(declaration->objectSize);
+		return NoImplementationError(objectClass).Release();
+	void* storage = Allocate(declaration->objectSize);
 	if (storage == nullptr)
-		return OutOfMemoryError();
+		return OutOfMemoryError().Release();
 	ObjectBase* object = declaration->construct(storage);
 	ObjectAccess::SetClass(object, objectClass);
 	CountOf(objectClass).Increment();
@@ -106,97 +163,46 @@ Result<ObjectBase*> Create(ClassInfo* objectClass) noexcept
 		if (Result<void> initialized = declaration->initialize(object); !initialized.IsOk())
 		{
 			object->ReleaseReference();
-			return initialized.GetError();
+			return initialized.GetError().Release();
 		}
 	}
-	return object;
-}
-
-Result<ObjectBase*> Clone(const ObjectBase* source) noexcept
-{
-	ClassInfo* objectClass = ObjectAccess::GetClass(source);
-	const ClassDeclaration* declaration = ORVAN_TRY(Implementation(objectClass));
-	if (declaration->copy == nullptr)
-		return IllegalArgumentError("Objects of class '@' cannot be copied.", objectClass->id);
-	void* storage = Host().allocate(declaration->objectSize);
-	if (storage == nullptr)
-		return OutOfMemoryError();
-	ObjectBase* object = nullptr;
-	if (Result<void> copied = declaration->copy(source, storage, &object); !copied.IsOk())
-	{
-		Host().free(storage);
-		return copied.GetError();
-	}
-	ObjectAccess::SetClass(object, objectClass);
-	CountOf(objectClass).Increment();
-	return object;
-}
-
-ErrorBlock* Hand(Result<ObjectBase*> made, ObjectBase** result) noexcept
-{
-	if (!made.IsOk())
-		return made.GetError().Release();
-	*result = made.GetValue();
+	*result = object;
 	return nullptr;
-}
-
-} // namespace
-
-ErrorBlock* runtime::CreateObject(ClassInfo* objectClass, ObjectBase** result) noexcept
-{
-	return Hand(Create(objectClass), result);
 }
 
 ErrorBlock* runtime::CloneObject(const ObjectBase* source, ObjectBase** result) noexcept
 {
-	return Hand(Clone(source), result);
+	Result<ObjectBase*> copy = Clone(source);
+	if (!copy.IsOk())
+		return copy.GetError().Release();
+	*result = copy.GetValue();
+	return nullptr;
 }
 
 void runtime::DestroyObject(ObjectBase* object) noexcept
 {
 	if (ObjectAccess::Word(object).load(std::memory_order_relaxed) & ObjectAccess::kHasWeak)
-	{
-		WeakTable& table = TheWeakTable();
-		const std::lock_guard lock(table.mutex);
-		if (const auto found = table.blocks.find(object); found != table.blocks.end())
-		{
-			found->second->target = nullptr;
-			table.blocks.erase(found);
-		}
-	}
+		ForgetInWeakReferences(object);
 	ReleaseQueue& queue = t_queue;
 	if (queue.depth == kDeepestNesting)
-	{
-		ObjectAccess::Word(object).store(0, std::memory_order_relaxed);
-		if (queue.first == nullptr)
-			queue.first = object;
-		else
-			ObjectAccess::Word(queue.last).store(reinterpret_cast<std::uintptr_t>(object), std::memory_order_relaxed);
-		queue.last = object;
-		return;
-	}
+		return Enqueue(queue, object);
 	queue.depth++;
 	Destroy(object);
-	while (queue.depth == 1 && queue.first != nullptr)
-	{
-		ObjectBase* next = queue.first;
-		const std::uint64_t link = ObjectAccess::Word(next).load(std::memory_order_relaxed);
-		queue.first = next == queue.last ? nullptr : reinterpret_cast<ObjectBase*>(link);
-		Destroy(next);
-	}
+	if (queue.depth == 1)
+		DestroyQueued(queue);
 	queue.depth--;
 }
 
 WeakBlock* runtime::AcquireWeak(ObjectBase* object) noexcept
 {
-	void* memory = Host().allocate(sizeof(WeakBlock));
+	void* memory = runtime::Allocate(sizeof(WeakBlock));
 	if (memory == nullptr)
 		return nullptr;
 	WeakTable& table = TheWeakTable();
 	const std::lock_guard lock(table.mutex);
 	if (const auto found = table.blocks.find(object); found != table.blocks.end())
 	{
-		Host().free(memory);
+		runtime::Free(memory);
 		found->second->references++;
 		return found->second;
 	}
@@ -207,7 +213,7 @@ WeakBlock* runtime::AcquireWeak(ObjectBase* object) noexcept
 	}
 	catch (const std::bad_alloc&)
 	{
-		Host().free(memory);
+		runtime::Free(memory);
 		return nullptr;
 	}
 	ObjectAccess::Word(object).fetch_or(ObjectAccess::kHasWeak, std::memory_order_relaxed);
@@ -240,7 +246,7 @@ void runtime::ReleaseWeak(WeakBlock* block) noexcept
 		if (block->target != nullptr)
 			table.blocks.erase(block->target);
 	}
-	Host().free(block);
+	runtime::Free(block);
 }
 
 } // namespace orvan

@@ -8,6 +8,8 @@ namespace orvan::svg
 
 ElementBase::~ElementBase()
 {
+	if (_transforms == nullptr)
+		return;
 	if (_hasOwner)
 		static_cast<OwnedTransforms*>(_transforms)->~OwnedTransforms();
 	Host().free(_transforms);
