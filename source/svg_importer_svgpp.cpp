@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
-/// The importer: the driver that parses the XML, and the builder that walks it.
+/// The importer: the driver that has the XML read, and the builder of elements.
 #include "import.h"
 
 #include "importer/complete/tree_builder.h"
 #include "importer/parse_context.h"
 #include "importer/tags.h"
 #include "importer/text/source_text.h"
+#include "importer/xml/plain_xml.h"
+#include "importer/xml/tree_tape.h"
 #include "importer/xml/xml_tree.h"
 #include "orvan/diagnostics.h"
 #include "registration.h"
 #include "writer/source_recorder.h"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <functional>
 #include <new>
@@ -23,107 +26,82 @@ namespace orvan::svg
 namespace
 {
 
-// Names --------------------------------------------------------------------------------------------------------------
-
-/// The tag's name without the prefix when that is bound to the SVG namespace, as written otherwise.
-std::string_view TagNameOf(const XmlNode& node) noexcept
-{
-	return node.prefix_size() != 0 && NamespaceOf(node) == kSvgNamespace ? LocalNameOf(node) : NameOf(node);
-}
-
-SVGImportAttribute NumberOf(const XmlAttribute& attribute) noexcept
-{
-	if (attribute.prefix_size() == 0)
-		return FindAttribute(NameOf(attribute));
-	if (const SVGImportAttribute asWritten = FindAttribute(NameOf(attribute)); asWritten != SVGImportAttribute::unknown)
-		return asWritten;
-	const std::string_view space = NamespaceOf(attribute);
-	if (space == kSvgNamespace)
-		return FindAttribute(LocalNameOf(attribute));
-	if (space == kXlinkNamespace && LocalNameOf(attribute) == "href")
-		return SVGImportAttribute::href;
-	return SVGImportAttribute::unknown;
-}
-
 // Building -----------------------------------------------------------------------------------------------------------
 
-/// Walks the XML tree and makes the elements. The recursion is as deep as the elements are nested, which
-/// `XmlNamespaces` bounds.
+/// Makes the elements of a tape. The recursion is as deep as the elements are nested, which all readers of XML bound.
 class TreeBuilder
 {
 public:
-	TreeBuilder(SVGParseContext& context, XmlTree& tree, SourceRecorder* recorder) noexcept
-		: _context(context), _tree(tree), _recorder(recorder), _values(tree.HasReferences())
+	TreeBuilder(SVGParseContext& context, ElementTape& tape, SourceRecorder* recorder, bool hasReferences) noexcept
+		: _context(context), _tape(tape), _at(tape.First()), _recorder(recorder), _values(hasReferences)
 	{
 	}
 
-	/// Builds an element and everything below it as the last child of `parent`, which is null for the root. Of the XML
-	/// tree, nothing is read any more that comes before `node`.
-	Result<SVGElementRef> Build(const XmlNode& node, const HierarchyObjectRef& parent)
+	/// Builds the next element and everything below it as the last child of `parent`, which is null for the root.
+	Result<SVGElementRef> Build(const HierarchyObjectRef& parent)
 	{
-		_tree.ReleaseBefore(node);
-		const std::string_view name = TagNameOf(node);
-		const SVGImportElementKind kind = KindOfTag(name);
+		const TapeEntry start = *_at;
+		const SVGImportElementKind kind = start.Kind();
 		const ObjectFactory& factory = kElementFactories[static_cast<std::size_t>(kind)];
 		SVGElementRef element = ORVAN_TRY(factory.Create<SVGElementInterface>());
 		if (parent)
 			ORVAN_TRY(static_cast<HierarchyObject*>(element.GetObject())->InsertAsLastChildOf(parent, {}));
 		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);
 		_context.ownElement = static_cast<ElementBase*>(element.GetObject());
-		_context.isPolygon = name == "polygon";
-		_context.elementName = NameOf(node);
+		_context.isPolygon = kind == SVGImportElementKind::path && start.Text().ends_with("polygon");
+		_context.elementName = start.Text();
 		if (_recorder != nullptr) [[unlikely]]
-			_recorder->NoteElement(node.name(), element);
-		ORVAN_TRY(SetAttributes(node));
+			_recorder->NoteElement(start.Text().data(), element);
+		ORVAN_TRY(SetAttributes());
 		if (kind == SVGImportElementKind::text)
-			ORVAN_TRY(SetText(node, element));
-		else if (node.first_node() != nullptr)
-			ORVAN_TRY(BuildChildren(node, Cast<HierarchyObjectInterface>(element)));
+			ORVAN_TRY(SetText(element));
+		else if (_at->Mark() == TapeMark::element)
+			ORVAN_TRY(BuildChildren(Cast<HierarchyObjectInterface>(element)));
 		_context.element = outerElement;
 		return element;
 	}
 
 private:
-	Result<void> SetAttributes(const XmlNode& node)
+	/// Moves on from the element's start to what stands behind its attributes.
+	Result<void> SetAttributes()
 	{
 		ORVAN_TRY(_context.staging.Lend(_context.ownElement->LoadedAttributes()));
-		for (const XmlAttribute* attribute = node.first_attribute(); attribute != nullptr;
-			 attribute = attribute->next_attribute())
+		while ((_at = _tape.Next(_at))->Mark() == TapeMark::attribute)
 		{
-			const SVGImportAttribute number = NumberOf(*attribute);
-			if (number == SVGImportAttribute::unknown)
-				continue;
-			_context.rawValue = ValueOf(*attribute);
+			_context.rawValue = _at->Text();
 			const std::string_view text = ORVAN_TRY(_values.Decode(_context.rawValue));
-			ORVAN_TRY(DispatchAttribute(_context, number, text, grammar::Source::attribute));
+			ORVAN_TRY(DispatchAttribute(_context, _at->Attribute(), text, grammar::Source::attribute));
 		}
 		if (!_context.refusal.IsOk()) [[unlikely]]
 			return _context.refusal.GetError();
 		return _context.staging.TakeBack(_context.ownElement->LoadedAttributes());
 	}
 
-	/// The text is that of the first child, which has none when it is an element.
-	Result<void> SetText(const XmlNode& node, const SVGElementRef& element)
+	/// Moves on to the text element's end.
+	Result<void> SetText(const SVGElementRef& element)
 	{
-		std::string_view text;
-		if (const XmlNode* first = node.first_node())
-			text = first->type() == xml::node_data ? ORVAN_TRY(_values.Decode(ValueOf(*first))) : ValueOf(*first);
-		return Borrowed<SVGTextElementInterface>(element)->SetText(ORVAN_TRY(String::Create(text)));
-	}
-
-	Result<void> BuildChildren(const XmlNode& node, const HierarchyObjectRef& parent)
-	{
-		for (const XmlNode *child = node.first_node(), *next = nullptr; child != nullptr; child = next)
+		const std::string_view text =
+			_at->Mark() == TapeMark::text ? ORVAN_TRY(_values.Decode(_at->Text())) : _at->Text();
+		ORVAN_TRY(Borrowed<SVGTextElementInterface>(element)->SetText(ORVAN_TRY(String::Create(text))));
+		for (int depth = 1; depth != 0;)
 		{
-			next = child->next_sibling(); // While it is still there.
-			if (child->type() == xml::node_element)
-				ORVAN_TRY(Build(*child, parent));
+			_at = _tape.Next(_at);
+			depth += _at->Mark() == TapeMark::element ? 1 : _at->Mark() == TapeMark::end ? -1 : 0;
 		}
 		return {};
 	}
 
+	/// Moves on from the first child to the parent's end.
+	Result<void> BuildChildren(const HierarchyObjectRef& parent)
+	{
+		for (; _at->Mark() == TapeMark::element; _at = _tape.Next(_at))
+			ORVAN_TRY(Build(parent));
+		return {};
+	}
+
 	SVGParseContext& _context;
-	XmlTree& _tree;
+	ElementTape& _tape;
+	const TapeEntry* _at;
 	SourceRecorder* _recorder; ///< Null unless the source is kept.
 	ReferenceDecoder _values;
 };
@@ -149,13 +127,9 @@ public:
 			_source = ORVAN_TRY(ReadSourceText(std::move(bytes), _kept ? &_kept->file : nullptr));
 		else
 			_source.text = std::move(bytes);
-		XmlTree tree(_source.text.begin(), Text().size(),
-					 _options.isComplete ? XmlReferences::legal : XmlReferences::parsed);
 		if (_kept)
 			_recorder.emplace(*_kept, Text());
-		else if (_use == TextUse::repeatable && !_options.isComplete)
-			_plain.textRelease = TextRelease({_source.text.begin(), Text().size()});
-		return _options.isComplete ? BuildComplete(tree) : BuildPlain(tree);
+		return _options.isComplete ? BuildComplete() : BuildPlain();
 	}
 
 	/// Hands over the source, when it was kept. The import's own text goes with it.
@@ -252,33 +226,54 @@ private:
 			   !std::less<>()(Text().data() + Text().size(), where);
 	}
 
-	Result<ImportResult> BuildPlain(XmlTree& tree)
+	Result<ImportResult> BuildPlain()
 	{
-		for (const XmlNode* node = tree.FirstNode(); node != nullptr; node = node->next_sibling())
-		{
-			if (node->type() != xml::node_element || TagNameOf(*node) != "svg")
-				continue;
-			if (_recorder)
-				ORVAN_TRY(_recorder->Collect(*node));
-			SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tree, Recorder()).Build(*node, {}));
-			return ImportResult{std::move(root), std::move(_plain.elementsById), {}};
-		}
-		return ImportResult();
+		const bool hasReferences = GuardXml(Text(), XmlReferences::parsed);
+		ElementTape tape;
+		const bool isRead = !_recorder && HasPadding() && ReadPlainXml(Text(), tape);
+		if (!isRead && !ORVAN_TRY(ReadWithLibrary(tape)))
+			return ImportResult();
+		if (_use == TextUse::repeatable && !_recorder)
+			_plain.textRelease = TextRelease({_source.text.begin(), Text().size()});
+		SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tape, Recorder(), hasReferences).Build({}));
+		return ImportResult{std::move(root), std::move(_plain.elementsById), {}};
 	}
 
-	Result<ImportResult> BuildComplete(XmlTree& tree)
+	/// False when there is no root. Keeps the library's tree out of the way of those who need none.
+	[[gnu::noinline]] Result<bool> ReadWithLibrary(ElementTape& tape)
 	{
+		tape.Clear();
+		XmlTree tree(_source.text.begin());
+		const XmlNode* const root = FindRoot(tree);
+		if (root == nullptr)
+			return false;
+		if (_recorder)
+			ORVAN_TRY(_recorder->Collect(*root));
+		AppendTree(tree, *root, tape);
+		return true;
+	}
+
+	Result<ImportResult> BuildComplete()
+	{
+		const bool hasReferences = GuardXml(Text(), XmlReferences::legal);
+		XmlTree tree(_source.text.begin());
 		for (const XmlNode* node = tree.FirstNode(); node != nullptr; node = node->next_sibling())
 		{
 			if (node->type() != xml::node_element || complete::TagOfNode(*node) != complete::TagOf(Kind::svg))
 				continue;
 			if (_recorder)
 				ORVAN_TRY(_recorder->Collect(*node));
-			complete::TreeBuilder builder(_complete, tree, Recorder());
+			complete::TreeBuilder builder(_complete, tree, Recorder(), hasReferences);
 			SVGElementRef root = ORVAN_TRY(builder.BuildDocument(*node, _options.styleSheet.View()));
 			return ImportResult{std::move(root), _complete.TakeIds(), {}};
 		}
 		return ImportResult();
+	}
+
+	/// Whether there is room behind the text that the reader of plain XML may look at.
+	bool HasPadding() const noexcept
+	{
+		return _source.text.GetCapacity() - _source.text.GetCount() >= kTextPadding;
 	}
 
 	SourceRecorder* Recorder() noexcept
@@ -344,11 +339,11 @@ Result<ImportResult> RunGuarded(ImportDriver& driver, BaseArray<char> bytes) noe
 
 Result<void> FileText::MakeRoom(std::size_t count) noexcept
 {
-	ORVAN_TRY(bytes.Reserve(count + 1));
+	ORVAN_TRY(bytes.Reserve(count + 1 + kTextPadding));
 	if (TextRelease::IsNew({bytes.begin(), count + 1}))
 		use = TextUse::repeatable;
 	ORVAN_TRY(bytes.ResizeUninitialized(count + 1));
-	bytes[count] = '\0';
+	std::memset(bytes.begin() + count, 0, 1 + kTextPadding);
 	return {};
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -185,6 +186,113 @@ private:
 	}
 
 	std::array<std::uint8_t, kSlotCount> _slots{};
+};
+
+/// A name of at most sixteen characters as two words, with zeros behind it.
+struct NameWords
+{
+	static constexpr std::size_t kLongest = 16;
+
+	std::uint64_t low = 0;
+	std::uint64_t high = 0;
+
+	constexpr bool operator==(const NameWords& other) const noexcept
+	{
+		return ((low ^ other.low) | (high ^ other.high)) == 0;
+	}
+
+	static constexpr NameWords Of(std::string_view name) noexcept
+	{
+		NameWords words;
+		for (std::size_t i = 0; i < name.size(); i++)
+		{
+			const std::size_t place = std::endian::native == std::endian::little ? i % 8 : 7 - i % 8;
+			(i < 8 ? words.low : words.high) |= std::uint64_t{static_cast<unsigned char>(name[i])} << place * 8;
+		}
+		return words;
+	}
+};
+
+namespace detail
+{
+
+/// By size: ones for the characters of a name.
+inline constexpr auto kNameMasks = []
+{
+	std::array<NameWords, NameWords::kLongest + 1> masks;
+	for (std::size_t size = 0; size < masks.size(); size++)
+		masks[size] =
+			NameWords::Of(std::string_view("\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff", size));
+	return masks;
+}();
+
+} // namespace detail
+
+/// A perfect hash, as above, from short names to rows: without a branch on a name's length, which nobody foresees.
+template <std::size_t rowCount>
+class ShortNameIndex
+{
+public:
+	/// Takes those names of `rows`, which must have a member `name`, that are short and have no prefix.
+	template <typename Row>
+	consteval explicit ShortNameIndex(const std::array<Row, rowCount>& rows)
+	{
+		constexpr std::uint64_t kGolden = 0x9e3779b97f4a7c15;
+		int left = 1000;
+		for (_multiplier = kGolden; !TryPlace(rows); _multiplier += 2 * kGolden)
+		{
+			if (left-- == 0)
+				throw "two names are the same, or too many";
+		}
+	}
+
+	/// The number of the row, the first one's being 1, that has the name of `size` characters at `at`, where sixteen
+	/// are readable; 0 when there is none.
+	std::uint8_t Find(const char* at, std::size_t size) const noexcept
+	{
+		if (size > NameWords::kLongest) [[unlikely]]
+			return 0;
+		NameWords name;
+		std::memcpy(&name, at, sizeof(name));
+		name.low &= detail::kNameMasks[size].low;
+		name.high &= detail::kNameMasks[size].high;
+		const std::uint8_t number = _slots[Position(name)];
+		return _names[number] == name ? number : 0;
+	}
+
+private:
+	static constexpr int kSlotBits = 8;
+	static_assert(rowCount < (1 << kSlotBits) / 2);
+
+	template <typename Row>
+	constexpr bool TryPlace(const std::array<Row, rowCount>& rows) noexcept
+	{
+		_slots = {};
+		for (std::size_t i = 0; i < rowCount; i++)
+		{
+			const std::string_view name = rows[i].name;
+			bool hasPrefix = false;
+			for (const char c : name)
+				hasPrefix |= c == ':';
+			if (hasPrefix || name.size() > NameWords::kLongest)
+				continue;
+			_names[i + 1] = NameWords::Of(name);
+			std::uint8_t& slot = _slots[Position(_names[i + 1])];
+			if (slot != 0)
+				return false;
+			slot = static_cast<std::uint8_t>(i + 1);
+		}
+		return true;
+	}
+
+	constexpr std::size_t Position(const NameWords& name) const noexcept
+	{
+		return (name.low + name.high) * _multiplier >> (64 - kSlotBits);
+	}
+
+	std::uint64_t _multiplier = 0;
+	std::array<std::uint8_t, std::size_t{1} << kSlotBits> _slots{};
+	std::array<NameWords, rowCount + 1> _names{}; ///< The first one is no row's.
 };
 
 } // namespace orvan::svg

@@ -55,7 +55,4 @@ struct SVGParseContext
 Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
 							   grammar::Source source);
 
-/// The number of an attribute name, `unknown` when there is none.
-SVGImportAttribute FindAttribute(std::string_view name) noexcept;
-
 } // namespace orvan::svg

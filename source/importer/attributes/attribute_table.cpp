@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// The table of attributes, and dispatching by it.
 #include "importer/attributes/attribute_handlers.h"
-#include "importer/names.h"
+#include "importer/attributes/attribute_names.h"
 
 #include <array>
 #include <functional>
@@ -29,7 +29,6 @@ constexpr std::array kAttributes = {
 	AttributeRow{"id", Attribute::id, &ImportId},
 	AttributeRow{"class", Attribute::classNames, nullptr},
 	AttributeRow{"href", Attribute::href, &ImportLink},
-	AttributeRow{"xlink:href", Attribute::href, &ImportLink},
 	AttributeRow{"transform", Attribute::transform, &ImportTransform},
 	AttributeRow{"display", Attribute::display, &ImportKeyword<&grammar::ParseDisplay, &Element::SetDisplay>},
 	AttributeRow{"visibility", Attribute::visibility,
@@ -81,26 +80,19 @@ constexpr std::array kAttributes = {
 	AttributeRow{"points", Attribute::points, &ImportPoints},
 };
 
-constexpr NameIndex<kAttributes.size()> kAttributeIndex(kAttributes);
-
-/// Numbers from here on belong to the complete import.
-constexpr std::size_t kNumberCount = static_cast<std::size_t>(Attribute::points) + 1;
-
-/// The importers by number. The compiler checks that every number from 1 to 49 is there, with one importer and the
-/// public name.
-constexpr std::array<Importer, kNumberCount> kImporters = []
+/// The importers by number. The compiler checks that every number from 1 to 49 is there, with the public name.
+constexpr std::array<Importer, kPlainNumberCount> kImporters = []
 {
-	std::array<Importer, kNumberCount> importers{};
+	std::array<Importer, kPlainNumberCount> importers{};
 	std::size_t reached = 0;
 	for (const AttributeRow& row : kAttributes)
 	{
 		const auto number = static_cast<std::size_t>(row.attribute);
-		if (number == reached ? importers[number] != row.importer : number != reached + 1)
-			throw "the numbers have a gap, or one has two importers";
-		if (number != reached && row.name != kSVGAttributeNames[number])
+		if (number != ++reached)
+			throw "the numbers have a gap, or one comes twice";
+		if (row.name != kSVGAttributeNames[number])
 			throw "the name differs from the public one";
 		importers[number] = row.importer;
-		reached = number;
 	}
 	if (reached + 1 != importers.size())
 		throw "the last numbers are missing";
@@ -142,12 +134,6 @@ void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 	refusedElementId = (*element)->GetId();
 	refusedAttribute = attributeName;
 	refusal = IllegalArgumentError("Invalid value of SVG attribute (or property) \"@\": \"@\"", attributeName, text);
-}
-
-SVGImportAttribute FindAttribute(std::string_view name) noexcept
-{
-	const AttributeRow* row = kAttributeIndex.Find(kAttributes, name);
-	return row != nullptr ? row->attribute : SVGImportAttribute::unknown;
 }
 
 Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,

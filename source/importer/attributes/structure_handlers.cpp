@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// Handlers of identity, links and structure.
 #include "importer/attributes/attribute_handlers.h"
+#include "importer/attributes/attribute_names.h"
 
 namespace orvan::svg
 {

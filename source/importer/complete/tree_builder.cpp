@@ -183,9 +183,9 @@ Tag TagOfNode(const XmlNode& node) noexcept
 	return IsSvg(node) ? FindTag(LocalNameOf(node)) : Tag::unknown;
 }
 
-TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder) noexcept
+TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder, bool hasReferences) noexcept
 	: _importer(importer), _tree(tree), _recorder(recorder), _sheets(importer, _memory),
-	  _setter(importer, _sheets, &_memory, tree.HasReferences()), _characters(tree.HasReferences())
+	  _setter(importer, _sheets, &_memory, hasReferences), _characters(hasReferences)
 {
 }
 

@@ -21,7 +21,7 @@ class TreeBuilder
 {
 public:
 	/// The recorder, which may be null, keeps the source of what is built.
-	TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder) noexcept;
+	TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder, bool hasReferences) noexcept;
 	TreeBuilder(const TreeBuilder&) = delete;
 
 	/// Builds the document below its svg element. `clientSheet` cascades after the document's own sheets.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// One parsed text: what owns the XML library's tree, and how the importers see its nodes.
 ///
-///     XmlTree tree(text, size, XmlReferences::parsed);
+///     XmlTree tree(text);
 ///     if (const XmlNode* root = tree.FindRoot(…)) …
 ///     // The walk goes in document order and gives back what lies behind it:
 ///     tree.ReleaseBefore(node);
@@ -9,6 +9,7 @@
 
 #include "importer/xml/xml_guard.h"
 #include "importer/xml/xml_memory.h"
+#include "importer/xml/xml_names.h"
 #include "importer/xml/xml_namespaces.h"
 #include "importer/xml/xml_parser.h"
 #include "orvan/array.h"
@@ -23,9 +24,6 @@ namespace orvan::svg
 using XmlDocument = xml::xml_document<char>;
 using XmlNode = xml::xml_node<char>;
 using XmlAttribute = xml::xml_attribute<char>;
-
-inline constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
-inline constexpr std::string_view kXlinkNamespace = "http://www.w3.org/1999/xlink";
 
 template <typename Node>
 std::string_view NameOf(const Node& node) noexcept
@@ -54,22 +52,15 @@ inline std::string_view ValueOf(const xml::xml_base<char>& node) noexcept
 class XmlTree
 {
 public:
-	/// Guards and parses `text`, behind which a zero stands. Throws an `XmlError` or the parser's error for a text that
-	/// is refused, and std::bad_alloc.
-	XmlTree(char* text, std::size_t size, XmlReferences accepted)
-		: _hasReferences(GuardXml({text, size}, accepted)), _document(*new (_storage) XmlDocument)
+	/// Parses `text`, which was guarded, and behind which a zero stands. Throws an `XmlError` or the parser's error for
+	/// a text that is refused, and std::bad_alloc.
+	explicit XmlTree(char* text) : _document(*new (_storage) XmlDocument)
 	{
 		_document.set_allocator(&XmlMemory::Allocate, nullptr);
 		_document.parse_ns<kXmlParseFlags, XmlNamespaces>(text);
 	}
 
 	XmlTree(const XmlTree&) = delete;
-
-	/// Whether there is any character or entity reference in the text.
-	bool HasReferences() const noexcept
-	{
-		return _hasReferences;
-	}
 
 	const XmlNode* FirstNode() const noexcept
 	{
@@ -84,7 +75,6 @@ public:
 
 private:
 	XmlMemory _memory;
-	bool _hasReferences;
 	// Never destroyed: its pool would go through its blocks, of which most have been given back by then.
 	alignas(XmlDocument) unsigned char _storage[sizeof(XmlDocument)];
 	XmlDocument& _document;
