@@ -2,8 +2,8 @@
 /// The importer: the driver that has the XML read, and the builder of elements.
 #include "import.h"
 
+#include "importer/attributes/attribute_value.h"
 #include "importer/complete/tree_builder.h"
-#include "importer/parse_context.h"
 #include "importer/tags.h"
 #include "importer/text/source_text.h"
 #include "importer/xml/plain_xml.h"

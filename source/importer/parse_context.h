@@ -50,9 +50,4 @@ struct SVGParseContext
 	void Refuse(const char* attributeName, std::string_view text);
 };
 
-/// Sets the attribute `attribute` of the context's element from its text. Errors end the import; of a refused value the
-/// context knows. Attributes without an importer are ignored.
-Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
-							   grammar::Source source);
-
 } // namespace orvan::svg

@@ -361,8 +361,11 @@ private:
 		ORVAN_TRY(MakeBlock(exact, ample.count, valueBytes));
 		const std::uint32_t shift = valueBegin - exact->valueEnd;
 		DictionaryBlock::Entry* to = exact->Entries();
-		for (const DictionaryBlock::Entry *from = ample.Entries(), *end = from + ample.count; from != end; from++)
-			*to++ = {from->key, from->offset - shift, from->type};
+		for (const DictionaryBlock::Entry *from = ample.Entries(), *end = from + ample.count; from != end; from++, to++)
+		{
+			*to = *from;
+			to->offset -= shift;
+		}
 		std::memcpy(to, reinterpret_cast<char*>(&ample) + valueBegin, valueBytes);
 		exact->count = std::exchange(ample.count, 0);
 		exact->valueEnd = exact->blockSize;

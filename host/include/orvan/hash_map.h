@@ -82,7 +82,7 @@ public:
 		const std::uint64_t hash = key.GetHash();
 		if (FindEntry(key, hash) != nullptr)
 			return false;
-		if (static_cast<double>(_count + 1) > kMaxLoadFactor * static_cast<double>(_buckets.GetCount()))
+		if (_count >= GetMostEntries(_buckets.GetCount()))
 			ORVAN_TRY(Grow());
 		if (_index.MustGrow(_count))
 			ORVAN_TRY(BuildIndex());
@@ -196,6 +196,13 @@ private:
 	static constexpr std::size_t kLargestBlock = 256;
 
 	using Index = internal::CollisionIndex<Entry>;
+
+	/// As many entries as the buckets may hold: 0.65 of their number, by whole numbers.
+	static constexpr std::size_t GetMostEntries(std::size_t bucketCount) noexcept
+	{
+		static_assert(kMaxLoadFactor == 0.65);
+		return bucketCount * 13 / 20;
+	}
 
 	const Entry* FindEntry(std::string_view key, std::uint64_t hash) const noexcept
 	{

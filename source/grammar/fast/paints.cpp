@@ -15,23 +15,31 @@ constexpr std::string_view kNone = "none";
 constexpr std::string_view kInherit = "inherit";
 constexpr std::string_view kCurrentColor = "currentColor";
 
-bool ReadHexColor(std::string_view digits, PackedColor& color)
+/// Reads that many digits, each of which stands for `factor` times its value.
+template <std::size_t count, unsigned factor>
+bool ReadHexDigits(const char* digits, PackedColor& color)
 {
-	if (digits.size() != 3 && digits.size() != 6)
-		return false;
+	constexpr unsigned kBits = 24 / count;
 	PackedColor packed = 0;
-	unsigned bad = 0;
-	for (char c : digits)
+	unsigned any = 0;
+	for (std::size_t i = 0; i != count; ++i)
 	{
-		const unsigned digit = kHexDigits[static_cast<unsigned char>(c)];
-		bad |= digit & 16;
-		// Each digit of the short form stands for two.
-		packed = digits.size() == 3 ? packed << 8 | digit * 17 : packed << 4 | digit;
+		const unsigned digit = kHexDigits[static_cast<unsigned char>(digits[i])];
+		any |= digit;
+		packed = packed << kBits | digit * factor;
 	}
-	if (bad != 0)
+	if (any > 15)
 		return false;
 	color = packed;
 	return true;
+}
+
+bool ReadHexColor(std::string_view digits, PackedColor& color)
+{
+	if (digits.size() == 6)
+		return ReadHexDigits<6, 1>(digits.data(), color);
+	// Each digit of the short form stands for two.
+	return digits.size() == 3 && ReadHexDigits<3, 17>(digits.data(), color);
 }
 
 bool TakeComponent(TextCursor& cursor, PackedColor& color)

@@ -16,8 +16,13 @@ constexpr int kMostExponent = static_cast<int>(kPowersOfTen.size()) - 1;
 
 const char* ReadRun(const char* at, const char* end, std::uint64_t& mantissa)
 {
-	for (; at != end && IsDigit(*at); ++at)
-		mantissa = mantissa * 10 + static_cast<std::uint64_t>(*at - '0');
+	for (; at != end; ++at)
+	{
+		const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+		if (digit > 9)
+			break;
+		mantissa = mantissa * 10 + digit;
+	}
 	return at;
 }
 

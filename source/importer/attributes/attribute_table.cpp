@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// The table of attributes, and dispatching by it.
 #include "importer/attributes/attribute_handlers.h"
-#include "importer/attributes/attribute_names.h"
 
 #include <array>
 #include <functional>
@@ -13,7 +12,6 @@ namespace orvan::svg
 namespace
 {
 
-using Importer = Result<void> (*)(const Value& value);
 using Attribute = SVGImportAttribute;
 using Element = ElementBase;
 
@@ -21,7 +19,7 @@ struct AttributeRow
 {
 	std::string_view name;
 	Attribute attribute;
-	Importer importer; ///< Null for an attribute that is known but ignored.
+	AttributeImporter importer; ///< Null for an attribute that is known but ignored.
 };
 
 /// All attributes, in the order of their numbers.
@@ -80,10 +78,20 @@ constexpr std::array kAttributes = {
 	AttributeRow{"points", Attribute::points, &ImportPoints},
 };
 
-/// The importers by number. The compiler checks that every number from 1 to 49 is there, with the public name.
-constexpr std::array<Importer, kPlainNumberCount> kImporters = []
+Result<void> NoteFinding(SVGParseContext& context, std::string_view attributeName, std::string_view text) noexcept
 {
-	std::array<Importer, kPlainNumberCount> importers{};
+	const String message = ORVAN_TRY(DescribeRefusedValue(attributeName, text));
+	return context.findings->Add(SVGFindingLevel::warning,
+								 {context.refusedAt, context.elementName, (*context.element)->GetId(), attributeName},
+								 message.View());
+}
+
+} // namespace
+
+/// The compiler checks that every number from 1 to 49 is there, with the public name.
+constexpr std::array<AttributeImporter, kPlainNumberCount> kAttributeImporters = []
+{
+	std::array<AttributeImporter, kPlainNumberCount> importers{};
 	std::size_t reached = 0;
 	for (const AttributeRow& row : kAttributes)
 	{
@@ -98,16 +106,6 @@ constexpr std::array<Importer, kPlainNumberCount> kImporters = []
 		throw "the last numbers are missing";
 	return importers;
 }();
-
-Result<void> NoteFinding(SVGParseContext& context, std::string_view attributeName, std::string_view text) noexcept
-{
-	const String message = ORVAN_TRY(DescribeRefusedValue(attributeName, text));
-	return context.findings->Add(SVGFindingLevel::warning,
-								 {context.refusedAt, context.elementName, (*context.element)->GetId(), attributeName},
-								 message.View());
-}
-
-} // namespace
 
 void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 {
@@ -134,17 +132,6 @@ void SVGParseContext::Refuse(const char* attributeName, std::string_view text)
 	refusedElementId = (*element)->GetId();
 	refusedAttribute = attributeName;
 	refusal = IllegalArgumentError("Invalid value of SVG attribute (or property) \"@\": \"@\"", attributeName, text);
-}
-
-Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
-							   grammar::Source source)
-{
-	const Importer importer = kImporters[static_cast<std::size_t>(attribute)];
-	if (importer == nullptr)
-		return {};
-	if (context.element == nullptr)
-		return NullReferenceError("There is no element to set an attribute of.");
-	return importer({context, attribute, text, source});
 }
 
 } // namespace orvan::svg

@@ -2,8 +2,11 @@
 /// An attribute value on its way to an element, and what all handlers do with one.
 #pragma once
 
+#include "importer/attributes/attribute_names.h"
 #include "importer/grammar_values.h"
 #include "importer/parse_context.h"
+
+#include <array>
 
 namespace orvan::svg
 {
@@ -42,6 +45,21 @@ struct Value
 		return OwnElement().Store(attribute, std::move(value));
 	}
 };
+
+/// What sets an attribute, or property, of an element from its text.
+using AttributeImporter = Result<void> (*)(const Value& value);
+
+/// The importers by number; null for what is known but ignored.
+extern const std::array<AttributeImporter, kPlainNumberCount> kAttributeImporters;
+
+/// Sets the attribute `attribute` of the context's element, of which there must be one, from its text. Errors end the
+/// import; of a refused value the context knows.
+inline Result<void> DispatchAttribute(SVGParseContext& context, SVGImportAttribute attribute, std::string_view text,
+									  grammar::Source source)
+{
+	const AttributeImporter importer = kAttributeImporters[static_cast<std::size_t>(attribute)];
+	return importer != nullptr ? importer({context, attribute, text, source}) : Result<void>();
+}
 
 /// A setter's error is of no consequence for the rest of the file, unless memory has run out.
 inline Result<void> IgnoreUnlessOutOfMemory(Result<void> result) noexcept

@@ -28,10 +28,15 @@ constexpr bool IsDigit(char c) noexcept
 }
 
 /// Reads the run of digits at `at` into a number, which wraps around when there are too many.
-std::size_t ReadDigits(std::string_view text, std::size_t at, std::uint64_t& number) noexcept
+const char* ReadDigits(const char* at, const char* end, std::uint64_t& number) noexcept
 {
-	for (; at < text.size() && IsDigit(text[at]); at++)
-		number = number * 10 + static_cast<std::uint64_t>(text[at] - '0');
+	for (; at != end; at++)
+	{
+		const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+		if (digit > 9)
+			break;
+		number = number * 10 + digit;
+	}
 	return at;
 }
 
@@ -43,44 +48,44 @@ constexpr std::array<Float, kMostDigits + 1> kPowers = {1e0, 1e1, 1e2,  1e3,  1e
 /// A number at the start of a text.
 struct Number
 {
-	std::size_t end; ///< 0 when a decimal point lacks its digits.
+	const char* end; ///< The start of the text when a decimal point lacks its digits.
 	/// Whether it has digits, but so few that it is exactly a quotient of two exact doubles; that is, nearly always.
 	bool isShort = false;
 	Float value = 0.0; ///< When it is short.
 };
 
-Number ReadNumber(std::string_view text) noexcept
+Number ReadNumber(const char* at, const char* const end) noexcept
 {
-	const bool isNegative = text.starts_with('-');
-	const std::size_t begin = isNegative || text.starts_with('+') ? 1 : 0;
+	const char* const start = at;
+	const bool isNegative = at != end && *at == '-';
+	at += isNegative || (at != end && *at == '+');
+	const char* const begin = at;
 	std::uint64_t digits = 0;
-	std::size_t end = ReadDigits(text, begin, digits);
-	std::size_t count = end - begin;
+	at = ReadDigits(at, end, digits);
+	auto count = static_cast<std::size_t>(at - begin);
 	std::size_t decimals = 0;
-	if (end < text.size() && text[end] == '.')
+	if (at != end && *at == '.')
 	{
-		const std::size_t fraction = end + 1;
-		end = ReadDigits(text, fraction, digits);
-		decimals = end - fraction;
+		const char* const fraction = at + 1;
+		at = ReadDigits(fraction, end, digits);
+		decimals = static_cast<std::size_t>(at - fraction);
 		if (decimals == 0)
-			return {0};
+			return {start};
 		count += decimals;
 	}
-	if (end + 1 < text.size() && (text[end] == 'e' || text[end] == 'E') && IsDigit(text[end + 1]))
-		return {ReadDigits(text, end + 1, digits)};
+	if (end - at > 1 && (*at == 'e' || *at == 'E') && IsDigit(at[1]))
+		return {ReadDigits(at + 1, end, digits)};
 	if (count == 0 || count > kMostDigits)
-		return {end};
-	const Float magnitude = static_cast<Float>(digits) / kPowers[decimals];
-	return {end, true, isNegative ? -magnitude : magnitude};
+		return {at};
+	const Float magnitude = static_cast<Float>(static_cast<std::int64_t>(digits)) / kPowers[decimals];
+	return {at, true, isNegative ? -magnitude : magnitude};
 }
 
-} // namespace
-
-SVGLength ScanLength(std::string_view text) noexcept
+/// Makes a length of a number and what follows it.
+[[gnu::noinline]] SVGLength MakeLength(std::string_view text, const Number& number) noexcept
 {
 	SVGLength length;
-	const Number number = ReadNumber(text);
-	const std::string_view suffix = text.substr(number.end);
+	const std::string_view suffix = text.substr(static_cast<std::size_t>(number.end - text.data()));
 	length.unit = SVGLengthUnit::number;
 	if (!suffix.empty())
 	{
@@ -98,11 +103,22 @@ SVGLength ScanLength(std::string_view text) noexcept
 		length.unit = known->unit;
 	}
 	length.value = number.value;
-	if (!number.isShort && !Host().parseFloat(text.data(), text.data() + number.end, &length.value))
+	if (!number.isShort && !Host().parseFloat(text.data(), number.end, &length.value))
 		return {};
 	if (length.unit == SVGLengthUnit::percent)
 		length.value /= 100.0;
 	return length;
+}
+
+} // namespace
+
+SVGLength ScanLength(std::string_view text) noexcept
+{
+	const char* const end = text.data() + text.size();
+	const Number number = ReadNumber(text.data(), end);
+	if (number.isShort && number.end == end)
+		return {number.value, SVGLengthUnit::number};
+	return MakeLength(text, number);
 }
 
 } // namespace orvan::svg

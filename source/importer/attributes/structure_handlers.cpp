@@ -11,7 +11,7 @@ using grammar::Source;
 Result<void> ImportId(const Value& value)
 {
 	String id = ORVAN_TRY(String::Create(value.text));
-	ORVAN_TRY(value.Element()->SetId(id));
+	ORVAN_TRY(value.OwnElement().SetId(id));
 	if (!value.context.suppressesIds)
 		ORVAN_TRY(value.context.elementsById.Insert(std::move(id), value.Element()));
 	return {};
