@@ -26,6 +26,9 @@ Result<void> ImportPreserveAspectRatio(const Value& value);
 
 // Presentation. Opacities and the miter limit are kept as written: they do not pass through the setters, which clamp.
 Result<void> ImportNumber(const Value& value);
+Result<void> ImportLength(const Value& value);
+Result<void> ImportPaint(const Value& value);
+Result<void> ImportReference(const Value& value);
 Result<void> ImportDashArray(const Value& value);
 
 // Gradients and stops; on other elements their values are checked and dropped.
@@ -39,57 +42,22 @@ Result<void> ImportFontFamily(const Value& value);
 Result<void> ImportFontStyle(const Value& value);
 Result<void> ImportFontWeight(const Value& value);
 
-/// Reads a fill or stroke; the result tells whether there is anything to set. A local reference with a fallback sets
-/// nothing at all, and neither does an external one without; an external reference with a fallback sets the fallback.
-Result<bool> ReadPaint(const Value& value, SVGPaint& paint);
-
 bool IsGradient(const SVGElementRef& element) noexcept;
 
-// Handlers that differ only in the grammar or in the setter.
+// Handlers that differ only in the grammar.
 
 /// The enumeration that a function of the grammar fills.
 template <typename Keyword>
 Keyword KeywordOf(grammar::Parsed (*parse)(std::string_view, Keyword&));
 
-/// An attribute whose value is one of some keywords: `parse` knows them, `set` is the element's setter.
-template <auto parse, auto set>
+/// An attribute whose value is one of some keywords, which `parse` knows.
+template <auto parse>
 Result<void> ImportKeyword(const Value& value)
 {
 	decltype(KeywordOf(parse)) keyword{};
 	if (!value.Accept(parse(value.text, keyword)))
 		return {};
-	return [&]<typename T>(Result<void> (ElementBase::*setter)(T) noexcept)
-	{
-		return (value.OwnElement().*setter)(static_cast<std::remove_cvref_t<T>>(keyword));
-	}(set);
-}
-
-template <auto set>
-Result<void> ImportLength(const Value& value)
-{
-	grammar::Length length;
-	if (!value.Accept(grammar::ParseLength(value.text, value.source, length)))
-		return {};
-	return (value.OwnElement().*set)(ToLength(length));
-}
-
-template <auto set>
-Result<void> ImportPaint(const Value& value)
-{
-	SVGPaint paint;
-	if (!ORVAN_TRY(ReadPaint(value, paint)))
-		return {};
-	return IgnoreUnlessOutOfMemory((value.OwnElement().*set)(paint));
-}
-
-/// Mask and clip path.
-template <auto set>
-Result<void> ImportReference(const Value& value)
-{
-	std::string_view id;
-	if (!value.Accept(grammar::ParseMaskReference(value.text, id)))
-		return {};
-	return (value.OwnElement().*set)(ORVAN_TRY(String::Create(id)));
+	return value.Store(static_cast<std::int32_t>(keyword));
 }
 
 template <auto parse>

@@ -13,7 +13,6 @@ namespace
 {
 
 using Attribute = SVGImportAttribute;
-using Element = ElementBase;
 
 struct AttributeRow
 {
@@ -28,9 +27,8 @@ constexpr std::array kAttributes = {
 	AttributeRow{"class", Attribute::classNames, nullptr},
 	AttributeRow{"href", Attribute::href, &ImportLink},
 	AttributeRow{"transform", Attribute::transform, &ImportTransform},
-	AttributeRow{"display", Attribute::display, &ImportKeyword<&grammar::ParseDisplay, &Element::SetDisplay>},
-	AttributeRow{"visibility", Attribute::visibility,
-				 &ImportKeyword<&grammar::ParseVisibility, &Element::SetVisibility>},
+	AttributeRow{"display", Attribute::display, &ImportKeyword<&grammar::ParseDisplay>},
+	AttributeRow{"visibility", Attribute::visibility, &ImportKeyword<&grammar::ParseVisibility>},
 	AttributeRow{"opacity", Attribute::opacity, &ImportNumber},
 	AttributeRow{"viewBox", Attribute::viewBox, &ImportViewBox},
 	AttributeRow{"preserveAspectRatio", Attribute::preserveAspectRatio, &ImportPreserveAspectRatio},
@@ -50,19 +48,17 @@ constexpr std::array kAttributes = {
 	AttributeRow{"rx", Attribute::rx, &ImportPlainLength},
 	AttributeRow{"ry", Attribute::ry, &ImportPlainLength},
 	AttributeRow{"d", Attribute::d, &ImportPathData},
-	AttributeRow{"fill", Attribute::fill, &ImportPaint<&Element::SetFill>},
-	AttributeRow{"fill-rule", Attribute::fillRule, &ImportKeyword<&grammar::ParseFillRule, &Element::SetFillRule>},
+	AttributeRow{"fill", Attribute::fill, &ImportPaint},
+	AttributeRow{"fill-rule", Attribute::fillRule, &ImportKeyword<&grammar::ParseFillRule>},
 	AttributeRow{"fill-opacity", Attribute::fillOpacity, &ImportNumber},
-	AttributeRow{"stroke", Attribute::stroke, &ImportPaint<&Element::SetStroke>},
-	AttributeRow{"stroke-width", Attribute::strokeWidth, &ImportLength<&Element::SetStrokeWidth>},
+	AttributeRow{"stroke", Attribute::stroke, &ImportPaint},
+	AttributeRow{"stroke-width", Attribute::strokeWidth, &ImportLength},
 	AttributeRow{"stroke-opacity", Attribute::strokeOpacity, &ImportNumber},
-	AttributeRow{"stroke-linejoin", Attribute::strokeLineJoin,
-				 &ImportKeyword<&grammar::ParseLineJoin, &Element::SetStrokeLineJoin>},
-	AttributeRow{"stroke-linecap", Attribute::strokeLineCap,
-				 &ImportKeyword<&grammar::ParseLineCap, &Element::SetStrokeLineCap>},
+	AttributeRow{"stroke-linejoin", Attribute::strokeLineJoin, &ImportKeyword<&grammar::ParseLineJoin>},
+	AttributeRow{"stroke-linecap", Attribute::strokeLineCap, &ImportKeyword<&grammar::ParseLineCap>},
 	AttributeRow{"stroke-miterlimit", Attribute::strokeMiterLimit, &ImportNumber},
 	AttributeRow{"stroke-dasharray", Attribute::strokeDashArray, &ImportDashArray},
-	AttributeRow{"stroke-dashoffset", Attribute::strokeDashOffset, &ImportLength<&Element::SetStrokeDashOffset>},
+	AttributeRow{"stroke-dashoffset", Attribute::strokeDashOffset, &ImportLength},
 	AttributeRow{"gradientUnits", Attribute::gradientUnits, &ImportGradientKeyword<&grammar::ParseGradientUnits>},
 	AttributeRow{"spreadMethod", Attribute::spreadMethod, &ImportGradientKeyword<&grammar::ParseSpreadMethod>},
 	AttributeRow{"offset", Attribute::offset, &ImportOffset},
@@ -72,8 +68,8 @@ constexpr std::array kAttributes = {
 	AttributeRow{"font-family", Attribute::fontFamily, &ImportFontFamily},
 	AttributeRow{"font-style", Attribute::fontStyle, &ImportFontStyle},
 	AttributeRow{"font-weight", Attribute::fontWeight, &ImportFontWeight},
-	AttributeRow{"mask", Attribute::mask, &ImportReference<&Element::SetMask>},
-	AttributeRow{"clip-path", Attribute::clipPath, &ImportReference<&Element::SetClipPath>},
+	AttributeRow{"mask", Attribute::mask, &ImportReference},
+	AttributeRow{"clip-path", Attribute::clipPath, &ImportReference},
 	AttributeRow{"style", Attribute::style, &ImportStyle},
 	AttributeRow{"points", Attribute::points, &ImportPoints},
 };

@@ -35,16 +35,27 @@ Result<void> ImportDashArray(const Value& value)
 	return value.OwnElement().SetStrokeDashArray(sink.dashes);
 }
 
-Result<bool> ReadPaint(const Value& value, SVGPaint& paint)
+Result<void> ImportLength(const Value& value)
+{
+	grammar::Length length;
+	if (!value.Accept(grammar::ParseLength(value.text, value.source, length)))
+		return {};
+	return value.Store(ToLength(length));
+}
+
+/// A local reference with a fallback sets nothing at all, and neither does an external one without; an external
+/// reference with a fallback sets the fallback.
+Result<void> ImportPaint(const Value& value)
 {
 	grammar::Paint parsed;
 	if (!value.Accept(grammar::ParsePaint(value.text, parsed)))
-		return false;
+		return {};
 	const bool isReference = parsed.kind == grammar::PaintKind::reference;
 	const bool hasFallback = parsed.fallback != grammar::PaintFallback::absent;
 	if (isReference && parsed.reference.isLocal == hasFallback)
-		return false;
+		return {};
 
+	SVGPaint paint;
 	if (isReference && !hasFallback)
 	{
 		paint.type = SVGPaintType::reference;
@@ -55,8 +66,17 @@ Result<bool> ReadPaint(const Value& value, SVGPaint& paint)
 	else if (parsed.kind == grammar::PaintKind::color || parsed.fallback == grammar::PaintFallback::color)
 		paint.color = ToColor(parsed.color);
 	else
-		return false; // "currentColor" or "inherit", also as a fallback.
-	return true;
+		return {}; // "currentColor" or "inherit", also as a fallback.
+	return IgnoreUnlessOutOfMemory(value.Store(std::move(paint)));
+}
+
+/// Mask and clip path.
+Result<void> ImportReference(const Value& value)
+{
+	std::string_view id;
+	if (!value.Accept(grammar::ParseMaskReference(value.text, id)))
+		return {};
+	return value.Store(ORVAN_TRY(String::Create(id)));
 }
 
 bool IsGradient(const SVGElementRef& element) noexcept
