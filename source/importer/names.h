@@ -193,8 +193,11 @@ struct NameWords
 {
 	static constexpr std::size_t kLongest = 16;
 
-	std::uint64_t low = 0;
-	std::uint64_t high = 0;
+	std::uint64_t low;
+	std::uint64_t high;
+
+	/// Of `size` characters at `at`, where sixteen are readable.
+	static NameWords Read(const char* at, std::size_t size) noexcept;
 
 	constexpr bool operator==(const NameWords& other) const noexcept
 	{
@@ -203,7 +206,7 @@ struct NameWords
 
 	static constexpr NameWords Of(std::string_view name) noexcept
 	{
-		NameWords words;
+		NameWords words{};
 		for (std::size_t i = 0; i < name.size(); i++)
 		{
 			const std::size_t place = std::endian::native == std::endian::little ? i % 8 : 7 - i % 8;
@@ -219,7 +222,7 @@ namespace detail
 /// By size: ones for the characters of a name.
 inline constexpr auto kNameMasks = []
 {
-	std::array<NameWords, NameWords::kLongest + 1> masks;
+	std::array<NameWords, NameWords::kLongest + 1> masks{};
 	for (std::size_t size = 0; size < masks.size(); size++)
 		masks[size] =
 			NameWords::Of(std::string_view("\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff", size));
@@ -227,6 +230,15 @@ inline constexpr auto kNameMasks = []
 }();
 
 } // namespace detail
+
+inline NameWords NameWords::Read(const char* at, std::size_t size) noexcept
+{
+	NameWords words;
+	std::memcpy(&words, at, sizeof(words));
+	words.low &= detail::kNameMasks[size].low;
+	words.high &= detail::kNameMasks[size].high;
+	return words;
+}
 
 /// A perfect hash, as above, from short names to rows: without a branch on a name's length, which nobody foresees.
 template <std::size_t rowCount>
@@ -252,10 +264,7 @@ public:
 	{
 		if (size > NameWords::kLongest) [[unlikely]]
 			return 0;
-		NameWords name;
-		std::memcpy(&name, at, sizeof(name));
-		name.low &= detail::kNameMasks[size].low;
-		name.high &= detail::kNameMasks[size].high;
+		const NameWords name = NameWords::Read(at, size);
 		const std::uint8_t number = _slots[Position(name)];
 		return _names[number] == name ? number : 0;
 	}

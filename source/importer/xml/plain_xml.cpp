@@ -21,13 +21,16 @@ constexpr ShortNameIndex kShortAttributes(kPlainAttributeNames);
 static_assert(kPlainAttributeNames[0].number == SVGImportAttribute{1},
 			  "attributes stand in the order of their numbers");
 
-/// Longer names are left to the library.
+constexpr NameWords kXmlPrefix = NameWords::Of("xml");
+constexpr NameWords kXmlnsPrefix = NameWords::Of("xmlns");
+
+/// Longer names are left to the library, and prefixes that are no short names.
 constexpr std::size_t kLongestPlainName = 48;
 static_assert(kLongestPlainName + TextBlock::kSize <= kTextPadding);
 
 std::size_t FirstOf(std::uint32_t bits) noexcept
 {
-	return static_cast<std::size_t>(std::countr_zero(bits));
+	return static_cast<unsigned>(std::countr_zero(bits));
 }
 
 const char* SkipBlanks(const char* at) noexcept
@@ -38,6 +41,30 @@ const char* SkipBlanks(const char* at) noexcept
 		if (others != 0)
 			return at + FirstOf(others);
 	}
+}
+
+/// The first of the places that `find` finds in a name's next blocks; null when there is none as far as names reach.
+template <typename FindPlaces>
+const char* FindInName(const char* at, FindPlaces find) noexcept
+{
+	for (const char* const end = at + kLongestPlainName; at < end; at += TextBlock::kSize)
+	{
+		if (const std::uint32_t found = find(TextBlock(at)).Bits(); found != 0) [[likely]]
+			return at + FirstOf(found);
+	}
+	return nullptr;
+}
+
+/// What cannot be part of an element's name, or is no ASCII, ends it, and is looked at afterwards.
+const char* FindTagNameEnd(const char* at) noexcept
+{
+	return FindInName(at, [](const TextBlock& block)
+					  { return block.WhereBelow('!') | block.Where('/') | block.Where('>'); });
+}
+
+const char* FindEqualsSign(const char* at) noexcept
+{
+	return FindInName(at, [](const TextBlock& block) { return block.Where('='); });
 }
 
 /// The next `c`; null when there is none.
@@ -54,6 +81,12 @@ const char* Find(const char* at) noexcept
 bool IsLetter(char c) noexcept
 {
 	return static_cast<unsigned char>((c | 0x20) - 'a') < 26;
+}
+
+/// Whether no attribute begins here.
+bool EndsTag(char c) noexcept
+{
+	return c == '>' || c == '/';
 }
 
 /// The place behind the next `mark`, which ends with ">"; null when there is none.
@@ -76,6 +109,15 @@ struct NameParts
 	bool isPlain = false;
 };
 
+/// Whether two names are the same; sixteen characters are readable at both.
+bool AreSame(const char* one, const char* other, std::size_t size) noexcept
+{
+	if (size >= TextBlock::kSize) [[unlikely]]
+		return std::memcmp(one, other, size) == 0;
+	const std::uint32_t others = ~TextBlock(one).WhereAs(TextBlock(other)).Bits();
+	return (others & ((std::uint32_t{1} << size) - 1)) == 0;
+}
+
 /// Looks at a name that may be any. The library takes more; but then it stops at other characters in an element's name
 /// than in an attribute's.
 NameParts PartName(std::string_view name) noexcept
@@ -88,15 +130,15 @@ NameParts PartName(std::string_view name) noexcept
 		const TextBlock block(name.data() + from);
 		const std::size_t count = std::min(name.size() - from, TextBlock::kSize);
 		const std::uint32_t inside = (std::uint32_t{1} << count) - 1;
-		const auto odd = block.WhereBelow('-') | block.Where('/') | block.Where('<') | block.Where('=') |
-						 block.Where('>') | block.Where('?');
+		const auto odd = block.WhereBelow('-') | block.Where('/') | block.WhereBetween('<', '?');
 		if ((odd.Bits() & inside) != 0)
 			return parts;
 		if (const std::uint32_t colons = block.Where(':').Bits() & inside; colons != 0)
 		{
 			// A colon parts a name once, and not at one of its ends.
 			const std::size_t colon = from + FirstOf(colons);
-			if (parts.prefixSize != 0 || (colons & (colons - 1)) != 0 || colon == 0 || colon + 1 == name.size())
+			if (colon > NameWords::kLongest || parts.prefixSize != 0 || (colons & (colons - 1)) != 0 || colon == 0 ||
+				colon + 1 == name.size())
 				return parts;
 			parts.prefixSize = colon;
 		}
@@ -118,24 +160,23 @@ public:
 	};
 
 	/// False when there are more than plain texts have.
-	bool Declare(std::string_view prefix, std::string_view space) noexcept
+	bool Declare(const NameWords& prefix, std::string_view space) noexcept
 	{
 		if (_count == _declared.size() || _declarations == kMaxNamespacePrefixes)
 			return false;
 		_declarations++;
-		_declared[_count++] = {prefix.data(), prefix.size(),
-							   space == kSvgNamespace     ? Space::svg
-							   : space == kXlinkNamespace ? Space::xlink
-														  : Space::other};
+		_declared[_count++] = {prefix, space == kSvgNamespace     ? Space::svg
+									   : space == kXlinkNamespace ? Space::xlink
+																  : Space::other};
 		return true;
 	}
 
 	/// The last declaration of a prefix holds.
-	Space Find(std::string_view prefix) const noexcept
+	Space Find(const NameWords& prefix) const noexcept
 	{
 		for (std::size_t i = _count; i-- != 0;)
 		{
-			if (std::string_view(_declared[i].prefix, _declared[i].size) == prefix)
+			if (_declared[i].prefix == prefix)
 				return _declared[i].space;
 		}
 		return Space::undeclared;
@@ -155,8 +196,7 @@ public:
 private:
 	struct Declared
 	{
-		const char* prefix;
-		std::size_t size;
+		NameWords prefix;
 		Space space;
 	};
 
@@ -198,8 +238,7 @@ private:
 	/// An attribute with a prefix, which may be declared behind it.
 	struct Prefixed
 	{
-		const char* prefix;
-		std::size_t size;
+		NameWords prefix;
 		TapeEntry* entry; ///< Null when the namespace does not matter: the name is known as it is written, or in none.
 	};
 
@@ -297,7 +336,7 @@ private:
 	const char* ReadEndTag(const char* at)
 	{
 		const Open& open = _open[static_cast<std::size_t>(--_depth)];
-		if (std::string_view(open.name, open.size) != std::string_view(at, open.size))
+		if (!AreSame(open.name, at, open.size))
 			return nullptr;
 		at += open.size;
 		if (*at != '>') [[unlikely]]
@@ -315,19 +354,9 @@ private:
 	const char* ReadStartTag(const char* at)
 	{
 		const char* const name = at;
-		const TextBlock block(at);
-		// What cannot be part of a name ends it, and is looked at afterwards.
-		std::uint32_t stops = (block.WhereBelow('!') | block.Where('/') | block.Where('>')).Bits();
-		while (stops == 0 && at - name < static_cast<std::ptrdiff_t>(kLongestPlainName))
-			[[unlikely]]
-			{
-				at += TextBlock::kSize;
-				const TextBlock next(at);
-				stops = (next.WhereBelow('!') | next.Where('/') | next.Where('>')).Bits();
-			}
-		if (stops == 0)
+		at = FindTagNameEnd(at);
+		if (at == nullptr)
 			return nullptr;
-		at += FirstOf(stops);
 		const auto size = static_cast<std::size_t>(at - name);
 		const std::uint8_t row = kShortTags.Find(name, size);
 		NameParts parts;
@@ -378,20 +407,15 @@ private:
 				at++;
 			if (!IsLetter(*at))
 			{
-				at = SkipBlanks(at);
-				if (*at == '>' || *at == '/')
+				if (!EndsTag(*at))
+					at = SkipBlanks(at);
+				if (EndsTag(*at))
 					return at;
 			}
 			const char* const name = at;
-			std::uint32_t equals = TextBlock(at).Where('=').Bits();
-			while (equals == 0)
-			{
-				at += TextBlock::kSize;
-				if (at - name >= static_cast<std::ptrdiff_t>(kLongestPlainName))
-					return nullptr;
-				equals = TextBlock(at).Where('=').Bits();
-			}
-			at += FirstOf(equals);
+			at = FindEqualsSign(at);
+			if (at == nullptr)
+				return nullptr;
 			const auto size = static_cast<std::size_t>(at - name);
 			const char quote = at[1];
 			const char* const value = at + 2;
@@ -423,26 +447,31 @@ private:
 					   ? nullptr
 					   : &_tape.Append(TapeEntry(TapeMark::attribute, value, static_cast<std::uint8_t>(number)));
 		};
-		TapeEntry* const asWritten = append(FindAttribute(name));
 		if (parts.prefixSize == 0)
+		{
+			append(FindAttribute(name));
 			return true;
-		const std::string_view prefix = name.substr(0, parts.prefixSize);
+		}
+		const NameWords prefix = NameWords::Read(name.data(), parts.prefixSize);
 		const std::string_view local = name.substr(parts.prefixSize + 1);
-		if (prefix == "xml")
+		if (prefix == kXmlPrefix)
 			return true;
-		if (prefix == "xmlns")
-			return _prefixes.Declare(local, value);
+		if (prefix == kXmlnsPrefix)
+			return local.size() <= NameWords::kLongest &&
+				   _prefixes.Declare(NameWords::Read(local.data(), local.size()), value);
 		if (_prefixedCount == _prefixed.size())
 			return false;
-		_prefixed[_prefixedCount++] = {prefix.data(), prefix.size(),
-									   asWritten != nullptr ? nullptr : append(FindAttribute(local))};
+		// The one name that is known with its prefix is so without it, too.
+		TapeEntry* const entry = append(FindAttribute(local));
+		const bool isByName = entry != nullptr && FindAttribute(name) != SVGImportAttribute::unknown;
+		_prefixed[_prefixedCount++] = {prefix, isByName ? nullptr : entry};
 		return true;
 	}
 
 	bool ResolveElement(TapeEntry& element, std::size_t prefixSize) const noexcept
 	{
 		const std::string_view name = element.Text();
-		const Prefixes::Space space = _prefixes.Find(name.substr(0, prefixSize));
+		const Prefixes::Space space = _prefixes.Find(NameWords::Read(name.data(), prefixSize));
 		if (space == Prefixes::Space::svg)
 			element.SetNumber(static_cast<std::uint8_t>(KindOfTag(name.substr(prefixSize + 1))));
 		return space != Prefixes::Space::undeclared;
@@ -454,7 +483,7 @@ private:
 		for (std::size_t i = 0; i < _prefixedCount; i++)
 		{
 			const Prefixed& attribute = _prefixed[i];
-			const Prefixes::Space space = _prefixes.Find({attribute.prefix, attribute.size});
+			const Prefixes::Space space = _prefixes.Find(attribute.prefix);
 			if (space == Prefixes::Space::undeclared)
 				return false;
 			if (attribute.entry == nullptr || space == Prefixes::Space::svg)

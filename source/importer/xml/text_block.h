@@ -91,6 +91,28 @@ public:
 #endif
 	}
 
+	Places WhereBetween(char first, char last) const noexcept
+	{
+#if defined(__SSE2__)
+		const __m128i offsets = _mm_sub_epi8(_text, _mm_set1_epi8(first));
+		const __m128i most = _mm_set1_epi8(static_cast<char>(last - first));
+		return Places(_mm_cmpeq_epi8(_mm_min_epu8(offsets, most), offsets));
+#else
+		return Find([first, last](char at) { return at >= first && at <= last; });
+#endif
+	}
+
+	/// Where another block has the same.
+	Places WhereAs(const TextBlock& other) const noexcept
+	{
+#if defined(__SSE2__)
+		return Places(_mm_cmpeq_epi8(_text, other._text));
+#else
+		const char* as = other._text;
+		return Find([&as](char at) { return at == *as++; });
+#endif
+	}
+
 	Places WhereBlank() const noexcept
 	{
 		return Where(' ') | Where('\n') | Where('\t') | Where('\r');
