@@ -19,6 +19,7 @@
 #include <functional>
 #include <new>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace orvan::svg
@@ -37,31 +38,65 @@ public:
 	{
 	}
 
-	/// Builds the next element and everything below it as the last child of `parent`, which is null for the root.
-	Result<SVGElementRef> Build(const HierarchyObjectRef& parent)
+	/// Builds the root and everything below it.
+	Result<SVGElementRef> Build()
 	{
-		const TapeEntry start = *_at;
-		const SVGImportElementKind kind = start.Kind();
-		const ObjectFactory& factory = kElementFactories[static_cast<std::size_t>(kind)];
-		SVGElementRef element = ORVAN_TRY(factory.Create<SVGElementInterface>());
-		if (parent)
-			ORVAN_TRY(static_cast<HierarchyObject*>(element.GetObject())->InsertAsLastChildOf(parent, {}));
+		SVGElementRef root = ORVAN_TRY(Create());
+		ORVAN_TRY(Fill(root));
+		return root;
+	}
+
+private:
+	/// An element that the tree keeps alive, so that nothing is counted while it is filled.
+	class InTree
+	{
+	public:
+		InTree(SVGElementRef element, HierarchyObject& parent) noexcept : _element(std::move(element))
+		{
+			static_cast<HierarchyObject*>(_element.GetObject())->PlaceNew(parent);
+		}
+
+		InTree(const InTree&) = delete;
+
+		~InTree()
+		{
+			std::ignore = _element.Detach();
+		}
+
+		const SVGElementRef& Get() const noexcept
+		{
+			return _element;
+		}
+
+	private:
+		SVGElementRef _element;
+	};
+
+	Result<SVGElementRef> Create() const noexcept
+	{
+		return kElementFactories[_at->Number()].Create<SVGElementInterface>();
+	}
+
+	/// Gives an element its attributes and all that is below it.
+	Result<void> Fill(const SVGElementRef& element)
+	{
+		const SVGImportElementKind kind = _at->Kind();
+		const std::string_view name = _at->Text();
 		const SVGElementRef* const outerElement = std::exchange(_context.element, &element);
 		_context.ownElement = static_cast<ElementBase*>(element.GetObject());
-		_context.isPolygon = kind == SVGImportElementKind::path && start.Text().ends_with("polygon");
-		_context.elementName = start.Text();
+		_context.isPolygon = kind == SVGImportElementKind::path && name.ends_with("polygon");
+		_context.elementName = name;
 		if (_recorder != nullptr) [[unlikely]]
-			_recorder->NoteElement(start.Text().data(), element);
+			_recorder->NoteElement(name.data(), element);
 		ORVAN_TRY(SetAttributes());
 		if (kind == SVGImportElementKind::text)
 			ORVAN_TRY(SetText(element));
 		else if (_at->Mark() == TapeMark::element)
-			ORVAN_TRY(BuildChildren(Cast<HierarchyObjectInterface>(element)));
+			ORVAN_TRY(BuildChildren(*static_cast<HierarchyObject*>(element.GetObject())));
 		_context.element = outerElement;
-		return element;
+		return {};
 	}
 
-private:
 	/// Moves on from the element's start to what stands behind its attributes.
 	Result<void> SetAttributes()
 	{
@@ -92,10 +127,13 @@ private:
 	}
 
 	/// Moves on from the first child to the parent's end.
-	Result<void> BuildChildren(const HierarchyObjectRef& parent)
+	Result<void> BuildChildren(HierarchyObject& parent)
 	{
 		for (; _at->Mark() == TapeMark::element; _at = _tape.Next(_at))
-			ORVAN_TRY(Build(parent));
+		{
+			const InTree child(ORVAN_TRY(Create()), parent);
+			ORVAN_TRY(Fill(child.Get()));
+		}
 		return {};
 	}
 
@@ -235,7 +273,7 @@ private:
 			return ImportResult();
 		if (_use == TextUse::repeatable && !_recorder)
 			_plain.textRelease = TextRelease({_source.text.begin(), Text().size()});
-		SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tape, Recorder(), hasReferences).Build({}));
+		SVGElementRef root = ORVAN_TRY(TreeBuilder(_plain, tape, Recorder(), hasReferences).Build());
 		return ImportResult{std::move(root), std::move(_plain.elementsById), {}};
 	}
 

@@ -85,6 +85,19 @@ TEST(Hierarchy, MovesAnObjectFromParentToParentAndToTheEnd)
 	EXPECT_EQ(2, ParentChanges(b));
 }
 
+TEST(Hierarchy, TakesOverTheCountOfANewObject)
+{
+	const auto root = NewNode();
+	const auto a = NewChild(root);
+	auto* const b = static_cast<Node*>(NewNode().Detach());
+	b->PlaceNew(*static_cast<HierarchyObject*>(root.GetObject()));
+	EXPECT_EQ((std::vector{a, HierarchyObjectRef::From(b)}), Children(root));
+	EXPECT_EQ(root, Must(HierarchyObjectRef::From(b)->GetParent()));
+	EXPECT_EQ(1, b->parentChanges);
+	root->RemoveAllChildren();
+	EXPECT_EQ(2, runtime::CountLiveObjects(kNode)) << "the tree had the only count of the second child";
+}
+
 TEST(Hierarchy, RefusesEmptyParentsAndCircles)
 {
 	const auto root = NewNode();

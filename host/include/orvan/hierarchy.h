@@ -175,17 +175,30 @@ public:
 		}
 		AddReference();
 		Unlink();
-		_parent = parent;
-		_next = next;
-		_previous = next != nullptr ? next->_previous : parent->_lastChild;
-		(_previous != nullptr ? _previous->_next : parent->_firstChild) = this;
-		(_next != nullptr ? _next->_previous : parent->_lastChild) = this;
-		NotifyParentChanged();
-		if (const auto notify = parent->GetClass().declaration.load(std::memory_order_relaxed)->childAdded)
-			notify(parent, this);
+		Link(*parent, next);
+	}
+
+	/// Makes a new object, which has no parent yet and nothing below it, the last child of `parent`, which takes over
+	/// the caller's count of it.
+	void PlaceNew(HierarchyObject& parent) noexcept
+	{
+		Link(parent, nullptr);
 	}
 
 private:
+	/// Enters a parent, which has counted its reference.
+	void Link(HierarchyObject& parent, HierarchyObject* next) noexcept
+	{
+		_parent = &parent;
+		_next = next;
+		_previous = next != nullptr ? next->_previous : parent._lastChild;
+		(_previous != nullptr ? _previous->_next : parent._firstChild) = this;
+		(_next != nullptr ? _next->_previous : parent._lastChild) = this;
+		NotifyParentChanged();
+		if (const auto notify = parent.GetClass().declaration.load(std::memory_order_relaxed)->childAdded)
+			notify(&parent, this);
+	}
+
 	/// Tells the class, where it wants to know, that the object has another parent or none now.
 	void NotifyParentChanged() noexcept
 	{

@@ -285,6 +285,12 @@ public:
 		return result;
 	}
 
+	/// Hands the count over to the caller, and is null then.
+	[[nodiscard]] ObjectBase* Detach() noexcept
+	{
+		return std::exchange(_interface, I())._object;
+	}
+
 	/// False for the null reference.
 	explicit operator bool() const noexcept
 	{
