@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Compares the numbers of the fast layer with those of the library, over random short texts: decimal_sweep [millions].
-// What stops the conversion short is compared as well: where a number ends, and what is no number at all.
+// What stops the conversion short is compared as well: where a number ends, and what is no number at all. Numbers stand
+// in path data and in "points", at one more place than the time before, since the fast layer reads several at once.
 
-#include "fast/path_reader.h"
+#include "agreement.h"
+#include "fast/number_tape.h"
+#include "fast/paths.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -69,41 +72,34 @@ private:
 	std::string _text;
 };
 
-using LibraryNumber = bool (*)(const char*&, const char*, double&);
-
-template <After after>
-void Compare(const std::string& text, LibraryNumber readLibrary)
-{
-	PathReader<PathDialect::plain> reader(text);
-	double fast = 0;
-	const bool isFast = reader.ReadNumber<after>(fast);
-	const char* at = text.data();
-	const char* const end = at + text.size();
-	double library = 0;
-	const bool isLibrary = readLibrary(at, end, library);
-
-	std::ptrdiff_t rest = 0;
-	for (; isFast && !reader.IsAtEnd(); reader.Take())
-		++rest;
-	const bool isSame =
-		isFast == isLibrary &&
-		(!isFast || (std::bit_cast<std::uint64_t>(fast) == std::bit_cast<std::uint64_t>(library) && rest == end - at));
-	if (isSame)
-		return;
-	std::fprintf(stderr, "\"%s\": fast %d %.17g, library %d %.17g\n", text.c_str(), isFast, fast, isLibrary, library);
-	std::exit(1);
-}
 } // namespace
 
 int main(int argc, char** argv)
 {
 	const long millions = argc > 1 ? std::atol(argv[1]) : 10;
 	Generator generator;
+	std::string text;
 	for (long i = 0; i != millions * 1000000; ++i)
 	{
-		const std::string& text = generator.Next();
-		Compare<After::command>(text, library::ReadPathNumber);
-		Compare<After::start>(text, library::ReadPointsNumber);
+		text = i % 2 == 0 ? "" : "M";
+		for (long before = i / 2 % 16; before != 0; --before)
+			text += "1.5 ";
+		text += generator.Next();
+		const auto compare = [&text](const char* name, Parsed (*fast)(std::string_view, PathSink&),
+									 Parsed (*library)(std::string_view, PathSink&))
+		{
+			fuzz::ExpectAgreement(name, text,
+								  [&](bool isFast, fuzz::Trace& trace)
+								  { return isFast ? fast(text, trace) : library(text, trace); });
+		};
+		if (text[0] != 'M')
+			compare("ParsePoints", ParsePoints, library::ParsePoints);
+		else
+		{
+			compare("ParsePathByNumbers", ParsePathByNumbers, library::ParsePath);
+			if (NumberTape::IsAvailable())
+				compare("ParsePathFromTape", ParsePathFromTape, library::ParsePath);
+		}
 	}
 	std::printf("%ld million texts: no difference\n", millions);
 }

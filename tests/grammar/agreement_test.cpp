@@ -2,6 +2,8 @@
 // The fast layer and the library, side by side over random texts that are nearly, or fully, values. The fuzz targets do
 // the same in earnest; this is what every test run can afford.
 
+#include "fast/number_tape.h"
+#include "fast/paths.h"
 #include "recording_sinks.h"
 #include "svgpp/library.h"
 
@@ -88,7 +90,36 @@ TEST(Layers, AgreeOnPaths)
 		"a5 5 0 01#,#", "A1,2 3 1,0 4 5", "a1 2 # 0 1 #,#", "A # #,0,1,0# #", "a4 4 0 0 1-4 4", "a3 3 0 1 0 6 0",
 		" 4 4 0 0 0 4-4 #", "a.5 1 0 1 00 2 2"};
 	// clang-format on
-	ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePath, library::ParsePath);
+	ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePathByNumbers, library::ParsePath);
+	if (NumberTape::IsAvailable())
+		ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePathFromTape, library::ParsePath);
+}
+
+// Long enough for tapes to be recorded anew, with little in them that is refused.
+TEST(Layers, AgreeOnLongPaths)
+{
+	// clang-format off
+	static constexpr std::string_view kTokens[]{
+		"l1,2", "L1.5 -3", "h.5", "V 12345.678901", "c.1.2.3.4-.5 6", "S1 2,3\n 4", "z", "m7-7", "L 1234567.25 -.5 1e1,2",
+		"a5 5 0 013,4", "a5,5 0 1 0-3.5.5", "A1 2 3 0 0 4 5", "H12345678901234567", "Z M 3 , 4", "                      ",
+		"l\t+1 2", "L.123456789-12345678.12345678", "q1 1 2 2 3 3 4 4", "v0.000000000000001"};
+	// clang-format on
+	Texts texts;
+	for (int i = 0; i != kTexts / 10; ++i)
+	{
+		const std::string text = "M0 0" + texts.Next(kTokens, 400);
+		const auto outcome = [&text](Parsed (*parse)(std::string_view, PathSink&))
+		{
+			return Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return parse(text, sink); });
+		};
+		const std::string expected = outcome(library::ParsePath);
+		ASSERT_NE(expected, "refused") << text;
+		ASSERT_EQ(outcome(ParsePathByNumbers), expected) << text;
+		if (NumberTape::IsAvailable())
+		{
+			ASSERT_EQ(outcome(ParsePathFromTape), expected) << text;
+		}
+	}
 }
 
 TEST(Layers, AgreeOnPoints)

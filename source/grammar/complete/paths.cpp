@@ -4,16 +4,28 @@
 #include "complete/quarter_arc.h"
 #include "complete/value_cursor.h"
 #include "fast/path_parser.h"
+#include "fast/tape_reader.h"
 
 namespace orvan::grammar::complete
 {
+namespace
+{
+template <typename Reader>
+Progress Parse(std::string_view text, PathSink& sink)
+{
+	PathParser<PathDialect::complete, Reader> parser(text, sink, &DeliverArc);
+	const bool isWhole = parser.Parse();
+	return {isWhole, isWhole ? text.size() : text.size() - parser.CountRest()};
+}
+} // namespace
+
 Progress ParsePath(std::string_view text, PathSink& sink)
 {
 	if (EqualsIgnoreCase(text, "none"))
 		return {true, text.size()};
-	PathParser<PathDialect::complete> parser(text, sink, &DeliverArc);
-	const bool isWhole = parser.Parse();
-	return {isWhole, isWhole ? text.size() : text.size() - parser.CountRest()};
+	constexpr auto kDialect = PathDialect::complete;
+	return NumberTape::IsAvailable() ? Parse<TapeReader<kDialect>>(text, sink)
+									 : Parse<PathReader<kDialect>>(text, sink);
 }
 
 Progress ParsePoints(std::string_view text, PathSink& sink)
@@ -23,8 +35,7 @@ Progress ParsePoints(std::string_view text, PathSink& sink)
 	{
 		return Progress{false, text.size() - reader.CountRest()};
 	};
-	reader.SkipSpaces();
-	for (bool isFirst = true; !reader.IsAtEnd(); isFirst = false)
+	for (bool isFirst = true; reader.HasMore(); isFirst = false)
 	{
 		double x, y;
 		const bool isRead = isFirst ? reader.ReadPair<After::command, After::number>(x, y)
@@ -35,7 +46,6 @@ Progress ParsePoints(std::string_view text, PathSink& sink)
 			sink.MoveTo(x, y);
 		else
 			sink.LineTo(x, y);
-		reader.SkipSpaces();
 	}
 	return {true, text.size()};
 }

@@ -20,10 +20,14 @@ struct CharacterMasks
 	static constexpr std::size_t kCount = 64;
 
 	std::uint64_t digits = 0;
-	std::uint64_t points = 0;     ///< Decimal points.
-	std::uint64_t separators = 0; ///< Blanks and commas.
+	std::uint64_t points = 0; ///< Decimal points.
+	std::uint64_t blanks = 0;
+	std::uint64_t commas = 0;
 	std::uint64_t minuses = 0;
 	std::uint64_t exponents = 0; ///< The letter "e" in both cases.
+
+	/// Of no characters.
+	CharacterMasks() = default;
 
 	/// Looks at the characters at `at`, all of which must be readable.
 	explicit CharacterMasks(const char* at)
@@ -48,7 +52,8 @@ struct CharacterMasks
 			};
 			add(digits, isBetween('0', '9'));
 			add(points, is(text, '.'));
-			add(separators, _mm_or_si128(_mm_or_si128(is(text, ' '), is(text, ',')), isBetween('\t', '\r')));
+			add(blanks, _mm_or_si128(is(text, ' '), isBetween('\t', '\r')));
+			add(commas, is(text, ','));
 			add(minuses, is(text, '-'));
 			add(exponents, is(_mm_or_si128(text, _mm_set1_epi8('a' - 'A')), 'e'));
 		}
@@ -59,7 +64,8 @@ struct CharacterMasks
 			const std::uint64_t bit = std::uint64_t{1} << i;
 			digits |= IsDigit(c) ? bit : 0;
 			points |= c == '.' ? bit : 0;
-			separators |= IsSpace(c) || c == ',' ? bit : 0;
+			blanks |= IsSpace(c) ? bit : 0;
+			commas |= c == ',' ? bit : 0;
 			minuses |= c == '-' ? bit : 0;
 			exponents |= c == 'e' || c == 'E' ? bit : 0;
 		}

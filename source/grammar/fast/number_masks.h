@@ -7,12 +7,11 @@
 
 namespace orvan::grammar
 {
-/// What separates the numbers of a text from each other.
+/// What may separate the numbers of a text from each other.
 enum class Separation
 {
-	loose,      ///< Path data: blanks, a comma, a minus, a second decimal point, or nothing.
-	strict,     ///< "points", behind a number: blanks or a comma.
-	strictStart ///< "points", at the start of a number.
+	loose, ///< Path data: blanks, a comma, a minus, a second decimal point, or nothing.
+	strict ///< "points": blanks or a comma.
 };
 
 /// Where numbers stand among sixty-four characters, one bit for each, the first character's lowest.
@@ -24,9 +23,9 @@ enum class Separation
 ///     signs    .....1.......    what a minus stands in front of
 ///     others   1...........1    what is no part of a number and separates none
 ///
-/// Only usual numbers are in `ends`: those with at most two characters between them and whatever stands before, the
-/// sign included, with digits behind their decimal point, and without an exponent. The first one that is not, and all
-/// behind it, are left out there; a number is known when its end is.
+/// Only usual numbers are in `ends`, those with digits behind their decimal point and without an exponent, and only as
+/// long as every minus stands in front of a number and every comma between two of them. From the first place on where
+/// that does not hold, `ends` and `others` tell of nothing.
 struct NumberMasks
 {
 	static constexpr std::size_t kCount = CharacterMasks::kCount;
@@ -36,14 +35,15 @@ struct NumberMasks
 	std::uint64_t ends = 0;
 	std::uint64_t signs = 0;
 	std::uint64_t others = 0;
+	bool isWhole = true; ///< Whether there is no such place.
 
 	/// Of no characters.
 	NumberMasks() = default;
 
-	/// Looks at the characters at `at`, all of which must be readable.
-	NumberMasks(const char* at, Separation separation)
+	/// `isBehindNumber` tells whether a number stands right in front of the first character; anything else that may
+	/// stand there is followed by no comma.
+	NumberMasks(const CharacterMasks& is, Separation separation, bool isBehindNumber)
 	{
-		const CharacterMasks is(at);
 		const std::uint64_t behindPoint = is.points << 1;
 		const std::uint64_t inside = is.digits | is.points;
 		// A decimal point starts another number when digits behind a point lead up to it, or a point does. Such digits
@@ -53,35 +53,21 @@ struct NumberMasks
 		ends = (~inside & (inside << 1)) | laterPoints;
 		points = is.points;
 		signs = is.minuses << 1;
-		others = ~(inside | is.separators | is.minuses);
+		others = ~(inside | is.blanks | is.commas | is.minuses);
 
-		// What usually stands before a number: nothing, a minus, or a blank or comma and perhaps a minus or a blank.
-		const std::uint64_t here = 1;
-		const std::uint64_t behindAny = ends | others << 1 | here;
-		const std::uint64_t separator = behindAny & is.separators;
-		const std::uint64_t minusOnly = behindAny & is.minuses;
-		std::uint64_t second = separator << 1 & is.minuses;
-		if (const std::uint64_t pairs = separator << 1 & is.separators; pairs != 0) [[unlikely]]
-			second |= WithoutCommas(at, pairs);
-		const std::uint64_t usual = behindAny | (minusOnly | separator | second) << 1;
-		std::uint64_t unusual = (starts & ~usual) | (ends & (is.exponents | behindPoint));
+		// What follows commas, and what follows the others, blanks aside, which a carry runs through as well.
+		const std::uint64_t behindHere = isBehindNumber ? 1 : 0;
+		const std::uint64_t afterCommas = ((is.commas << 1) + is.blanks) & ~is.blanks;
+		const std::uint64_t afterOthers = ((others << 1 | (behindHere ^ 1)) + is.blanks) & ~is.blanks;
+		std::uint64_t unusual = (afterCommas & ~(starts | is.minuses)) | (afterOthers & is.commas) | (signs & ~starts) |
+								(ends & (is.exponents | behindPoint));
 		// Where each number must be separated from the one before, a minus alone may do, or may not.
-		if (separation != Separation::loose)
-			unusual |= laterPoints | minusOnly << 1 | (separation == Separation::strict ? starts & here : 0);
-		ends &= (unusual & (0 - unusual)) - 1;
-	}
-
-private:
-	/// Those of some places where no comma stands.
-	static std::uint64_t WithoutCommas(const char* at, std::uint64_t places)
-	{
-		for (std::uint64_t left = places; left != 0; left &= left - 1)
-		{
-			const int place = __builtin_ctzll(left);
-			if (at[place] == ',')
-				places ^= std::uint64_t{1} << place;
-		}
-		return places;
+		if (separation == Separation::strict)
+			unusual |= laterPoints | ((ends | behindHere) & is.minuses) << 1 | (starts & behindHere);
+		const std::uint64_t usual = (unusual & (0 - unusual)) - 1;
+		ends &= usual;
+		others &= usual;
+		isWhole = unusual == 0;
 	}
 };
 } // namespace orvan::grammar

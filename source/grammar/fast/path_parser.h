@@ -7,8 +7,9 @@
 namespace orvan::grammar
 {
 /// Reads path data and feeds the library's path adapter just as the library's own grammar would. In the complete
-/// dialect it stops at the first segment that is not finite, and all before a fault was delivered.
-template <PathDialect dialect>
+/// dialect it stops at the first segment that is not finite, and all before a fault was delivered. `Reader` is a
+/// `PathReader` or a `TapeReader`.
+template <PathDialect dialect, typename Reader>
 class PathParser
 {
 public:
@@ -26,14 +27,16 @@ public:
 
 	bool Parse()
 	{
-		_reader.SkipSpaces();
+		char command;
+		bool hasCommand = _reader.TakeCommand(command);
 		// Every path starts with a move; that a later one may follow anything needs no remembering.
-		if (!_reader.IsAtEnd() && _reader.Peek() != 'M' && _reader.Peek() != 'm')
-			return false;
-		while (!_reader.IsAtEnd())
+		if (hasCommand && command != 'M' && command != 'm')
 		{
-			const char command = _reader.Peek();
-			_reader.Take();
+			_reader.PutBack();
+			return false;
+		}
+		for (; hasCommand; hasCommand = _reader.TakeCommand(command))
+		{
 			if (!ParseCommand(command))
 				return false;
 		}
@@ -87,24 +90,11 @@ private:
 		case 'Z':
 		case 'z':
 			PathEvents::path_close_subpath(_adapter);
-			_reader.SkipSpaces();
 			return true;
 		default:
 			_reader.PutBack();
 			return false;
 		}
-	}
-
-	/// Whether another group of numbers follows instead of a command or the end.
-	bool HasMore()
-	{
-		// All that numbers are made of, and all that separates them, comes before the letters. What is neither fails to
-		// be a number, or to be a command, later.
-		_reader.SkipSpaces();
-		if (dialect == PathDialect::complete && _reader.Peek() == ',')
-			_reader.SkipLastComma();
-		const char next = _reader.Peek();
-		return next < 'A' && !_reader.IsAtEnd();
 	}
 
 	/// Whether reading goes on behind a segment.
@@ -118,44 +108,26 @@ private:
 	bool ParseGroups(Deliver deliver)
 	{
 		std::array<double, count> numbers;
-		if (!ReadNumbers<after>(numbers))
+		if (!_reader.template ReadNumbers<after>(numbers))
 			return false;
 		deliver(numbers);
-		while (IsDelivered() && HasMore())
+		while (IsDelivered() && _reader.HasNumbers())
 		{
-			if (!ReadNumbers<After::number>(numbers))
+			if (!_reader.template ReadNumbers<After::number>(numbers))
 				return false;
 			deliver(numbers);
 		}
 		return IsDelivered();
 	}
 
-	template <After after, std::size_t count>
-	bool ReadNumbers(std::array<double, count>& numbers)
-	{
-		if constexpr (count == 1)
-			return _reader.template ReadNumber<after>(numbers[0]);
-		else
-		{
-			if (!_reader.template ReadPair<after, After::number>(numbers[0], numbers[1]))
-				return false;
-			for (std::size_t i = 2; i != count; i += 2)
-			{
-				if (!_reader.template ReadPair<After::number, After::number>(numbers[i], numbers[i + 1]))
-					return false;
-			}
-			return true;
-		}
-	}
-
 	template <typename Coordinates>
 	bool ParseMove()
 	{
 		std::array<double, 2> point;
-		if (!_reader.template ReadPair<After::command, After::number>(point[0], point[1]))
+		if (!_reader.template ReadNumbers<After::command>(point))
 			return false;
 		PathEvents::path_move_to(_adapter, point[0], point[1], Coordinates());
-		return IsDelivered() && (!HasMore() || ParseLines<Coordinates, After::number>());
+		return IsDelivered() && (!_reader.HasNumbers() || ParseLines<Coordinates, After::number>());
 	}
 
 	template <typename Coordinates, After after>
@@ -202,25 +174,15 @@ private:
 							  { PathEvents::path_quadratic_bezier_to(_adapter, n[0], n[1], Coordinates()); });
 	}
 
-	/// Arcs have flags between their numbers, and, but in the complete dialect, radii without signs.
 	template <typename Coordinates, After after>
 	bool ParseArc()
 	{
 		ArcValues arc;
-		if (!_reader.template ReadArc<after>(arc) && !ReadArcSlowly<after>(arc))
+		if (!_reader.template ReadArc<after>(arc))
 			return false;
 		PathEvents::path_elliptical_arc_to(_adapter, arc.radiusX, arc.radiusY, arc.rotation, arc.isLarge, arc.isSweep,
 										   arc.x, arc.y, Coordinates());
 		return IsDelivered();
-	}
-
-	template <After after>
-	bool ReadArcSlowly(ArcValues& arc)
-	{
-		return _reader.template ReadRadius<after>(arc.radiusX) &&
-			   _reader.template ReadRadius<After::number>(arc.radiusY) &&
-			   _reader.template ReadNumber<After::number>(arc.rotation) && _reader.ReadFlag(arc.isLarge) &&
-			   _reader.ReadFlag(arc.isSweep) && _reader.template ReadPair<After::number, After::number>(arc.x, arc.y);
 	}
 
 	template <typename Coordinates>
@@ -228,7 +190,7 @@ private:
 	{
 		if (!ParseArc<Coordinates, After::command>())
 			return false;
-		while (HasMore())
+		while (_reader.HasNumbers())
 		{
 			if (!ParseArc<Coordinates, After::number>())
 				return false;
@@ -236,7 +198,7 @@ private:
 		return true;
 	}
 
-	PathReader<dialect> _reader;
+	Reader _reader;
 	PathContext _context;
 	PathAdapter _adapter;
 };

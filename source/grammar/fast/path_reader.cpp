@@ -13,7 +13,7 @@ bool PathReader<dialect>::ReadOneByOne(After after, After between, double& x, do
 {
 	if (!TakeNumber(x) && !ReadUnusual(after, x))
 		return false;
-	if (_numbers.ends == 0 || !MayStandHere(between))
+	if (_numbers.ends == 0)
 		return ReadSlowly(between, y);
 	return TakeNumber(y) || ReadUnusual(between, y);
 }
@@ -22,7 +22,7 @@ template <PathDialect dialect>
 bool PathReader<dialect>::ReadSlowly(After after, double& number)
 {
 	LookAhead(after);
-	return (_numbers.ends != 0 && MayStandHere(after) && TakeNumber(number)) || ReadUnusual(after, number);
+	return (_numbers.ends != 0 && TakeNumber(number)) || ReadUnusual(after, number);
 }
 
 template <PathDialect dialect>
@@ -31,7 +31,7 @@ void PathReader<dialect>::LookAhead(After after)
 	if (CountRest() < _restOfStride) [[unlikely]]
 		BeginStride();
 	_seen = _at;
-	_numbers = NumberMasks(_at, SeparationAfter(after));
+	_numbers = NumberMasks(CharacterMasks(_at), SeparationAfter(after), IsNumber(after));
 }
 
 template <PathDialect dialect>
@@ -58,7 +58,7 @@ void PathReader<dialect>::SkipSeparator(bool mayBeComma)
 	SkipSpaces();
 	if (mayBeComma && Peek() == ',')
 	{
-		Take();
+		++_at;
 		SkipSpaces();
 	}
 }

@@ -27,9 +27,13 @@ enum class After
 /// How the numbers that follow are separated.
 constexpr Separation SeparationAfter(After after)
 {
-	return after == After::command || after == After::number ? Separation::loose
-		   : after == After::start                           ? Separation::strictStart
-															 : Separation::strict;
+	return after == After::command || after == After::number ? Separation::loose : Separation::strict;
+}
+
+/// Whether a number stands right in front.
+constexpr bool IsNumber(After after)
+{
+	return after != After::command && after != After::start;
 }
 
 /// Whose path data is read.
@@ -66,53 +70,82 @@ public:
 	PathReader(const PathReader&) = delete;
 	PathReader& operator=(const PathReader&) = delete;
 
-	bool IsAtEnd() const
-	{
-		return _at == _end;
-	}
-
-	void SkipSpaces()
-	{
-		while (_at != _end && IsSpace(*_at))
-			++_at;
-	}
-
 	/// How many characters are left.
 	std::size_t CountRest() const
 	{
 		return static_cast<std::size_t>(_end - _at);
 	}
 
-	/// Takes a comma, and the blanks behind it, that nothing but a command or the end follows. Blanks were skipped.
-	void SkipLastComma()
+	/// Goes on where no more than these are left.
+	void GoTo(std::size_t rest)
 	{
-		const char* const next = std::find_if_not(_at + 1, _end, IsSpace);
-		if (next == _end || IsLetter(*next))
-			_at = next;
+		_at = _end - rest;
+		_numbers.ends = 0;
 	}
 
 	/// Whether anything but blanks is left; takes nothing.
-	bool HasPair() const
+	bool HasMore() const
 	{
 		return std::find_if_not(_at, _end, IsSpace) != _end;
 	}
 
-	/// The next character; zero at the end. A zero in the text means nothing good either.
-	char Peek() const
+	/// Takes the next character that is no blank, which should be a command; false when there is none.
+	bool TakeCommand(char& command)
 	{
-		return _at != _end ? *_at : '\0';
+		SkipSpaces();
+		if (_at == _end)
+			return false;
+		command = *_at++;
+		return true;
 	}
 
-	/// Takes the next character, which must exist and be no part of a number.
-	void Take()
-	{
-		++_at;
-	}
-
-	/// Undoes the last `Take`.
+	/// Undoes the last `TakeCommand`.
 	void PutBack()
 	{
 		--_at;
+	}
+
+	/// Whether another group of numbers follows instead of a command or the end.
+	bool HasNumbers()
+	{
+		SkipSpaces();
+		if (dialect == PathDialect::complete && Peek() == ',')
+			SkipLastComma();
+		return _at != _end && IsBeginning(*_at);
+	}
+
+	/// Whether a group of numbers may begin with a character. All that they are made of, and all that separates them,
+	/// comes before the letters. What is neither fails to be a number, or to be a command, later.
+	static bool IsBeginning(char c)
+	{
+		return c < 'A';
+	}
+
+	/// Reads as many numbers as ReadNumber does.
+	template <After after, std::size_t count>
+	bool ReadNumbers(std::array<double, count>& numbers)
+	{
+		if constexpr (count == 1)
+			return ReadNumber<after>(numbers[0]);
+		else
+		{
+			if (!ReadPair<after, After::number>(numbers[0], numbers[1]))
+				return false;
+			for (std::size_t i = 2; i != count; i += 2)
+			{
+				if (!ReadPair<After::number, After::number>(numbers[i], numbers[i + 1]))
+					return false;
+			}
+			return true;
+		}
+	}
+
+	/// Reads the seven values of an arc, which has flags between its numbers, and, but in the complete dialect, radii
+	/// without signs.
+	template <After after>
+	bool ReadArc(ArcValues& arc)
+	{
+		return ReadSeenArc<after>(arc) || ReadArcSlowly<after>(arc);
 	}
 
 	/// Reads a number with a sign or without and what separates it from what stands before. False when there is none;
@@ -120,7 +153,7 @@ public:
 	template <After after>
 	[[gnu::always_inline]] bool ReadNumber(double& number)
 	{
-		if (_numbers.ends != 0 && MayStandHere(after)) [[likely]]
+		if (_numbers.ends != 0) [[likely]]
 			return TakeNumber(number) || ReadUnusual(after, number);
 		return ReadSlowly(after, number);
 	}
@@ -131,7 +164,7 @@ public:
 	{
 		if (!HasTwo()) [[unlikely]]
 			LookAhead(after);
-		if (!HasTwo() || !MayStandHere(after)) [[unlikely]]
+		if (!HasTwo()) [[unlikely]]
 			return ReadSlowly(after, x) && ReadNumber<between>(y);
 		const std::uint64_t laterStarts = WithoutLowest(_numbers.starts);
 		const std::uint64_t laterEnds = WithoutLowest(_numbers.ends);
@@ -145,62 +178,6 @@ public:
 		_numbers.starts = WithoutLowest(laterStarts);
 		_numbers.ends = WithoutLowest(laterEnds);
 		_at = _seen + end;
-		return true;
-	}
-
-	/// Reads a radius as ReadNumber after a command or a number; in plain path data it has no sign.
-	template <After after>
-	bool ReadRadius(double& number)
-	{
-		if constexpr (dialect == PathDialect::complete)
-			return ReadNumber<after>(number);
-		SkipSeparator(after == After::number);
-		return Peek() != '-' && Peek() != '+' && ReadNumber<After::command>(number);
-	}
-
-	/// Reads the seven values of an arc in less time than one after the other. They must have been seen ahead; nothing
-	/// is taken otherwise.
-	template <After after>
-	bool ReadArc(ArcValues& arc)
-	{
-		// Flags that run together are seen as one number, and together with the abscissa.
-		constexpr std::size_t kFewest = 5;
-		bool isFresh = false;
-		if (!HasSeen(kFewest))
-		{
-			LookAhead(after);
-			isFresh = true;
-		}
-		while (HasSeen(kFewest) && MayStandHere(after))
-		{
-			if (TakeArc(arc))
-				return true;
-			if (isFresh)
-				return false;
-			LookAhead(after);
-			isFresh = true;
-		}
-		return false;
-	}
-
-	/// Reads a flag of an arc, a single digit that need not be separated from anything.
-	bool ReadFlag(bool& flag)
-	{
-		SkipSeparator(true);
-		const char c = Peek();
-		if (c != '0' && c != '1')
-			return false;
-		flag = c == '1';
-		// A flag that stands alone was taken for a number.
-		const bool isNumber = _numbers.ends != 0 && _seen + CountTrailingZeros(_numbers.starts) == _at &&
-							  _seen + CountTrailingZeros(_numbers.ends) == _at + 1;
-		if (isNumber)
-			TakeUsual();
-		else
-		{
-			_numbers.ends = 0;
-			++_at;
-		}
 		return true;
 	}
 
@@ -305,10 +282,88 @@ private:
 		return true;
 	}
 
-	/// Whether a number that was seen ahead may follow what stands before. Where commas may not stand was not seen.
-	bool MayStandHere(After after) const
+	/// The next character; zero at the end. A zero in the text means nothing good either.
+	char Peek() const
 	{
-		return (after != After::command && after != After::start) || *_at != ',';
+		return _at != _end ? *_at : '\0';
+	}
+
+	void SkipSpaces()
+	{
+		while (_at != _end && IsSpace(*_at))
+			++_at;
+	}
+
+	/// Takes a comma, and the blanks behind it, that nothing but a command or the end follows. Blanks were skipped.
+	void SkipLastComma()
+	{
+		const char* const next = std::find_if_not(_at + 1, _end, IsSpace);
+		if (next == _end || IsLetter(*next))
+			_at = next;
+	}
+
+	/// Reads the seven values of an arc in less time than one after the other. They must have been seen ahead; nothing
+	/// is taken otherwise.
+	template <After after>
+	bool ReadSeenArc(ArcValues& arc)
+	{
+		// Flags that run together are seen as one number, and together with the abscissa.
+		constexpr std::size_t kFewest = 5;
+		bool isFresh = false;
+		if (!HasSeen(kFewest))
+		{
+			LookAhead(after);
+			isFresh = true;
+		}
+		while (HasSeen(kFewest))
+		{
+			if (TakeArc(arc))
+				return true;
+			if (isFresh)
+				return false;
+			LookAhead(after);
+			isFresh = true;
+		}
+		return false;
+	}
+
+	template <After after>
+	bool ReadArcSlowly(ArcValues& arc)
+	{
+		return ReadRadius<after>(arc.radiusX) && ReadRadius<After::number>(arc.radiusY) &&
+			   ReadNumber<After::number>(arc.rotation) && ReadFlag(arc.isLarge) && ReadFlag(arc.isSweep) &&
+			   ReadPair<After::number, After::number>(arc.x, arc.y);
+	}
+
+	/// Reads a radius as ReadNumber after a command or a number; in plain path data it has no sign.
+	template <After after>
+	bool ReadRadius(double& number)
+	{
+		if constexpr (dialect == PathDialect::complete)
+			return ReadNumber<after>(number);
+		SkipSeparator(after == After::number);
+		return Peek() != '-' && Peek() != '+' && ReadNumber<After::command>(number);
+	}
+
+	/// Reads a flag of an arc, a single digit that need not be separated from anything.
+	bool ReadFlag(bool& flag)
+	{
+		SkipSeparator(true);
+		const char c = Peek();
+		if (c != '0' && c != '1')
+			return false;
+		flag = c == '1';
+		// A flag that stands alone was taken for a number.
+		const bool isNumber = _numbers.ends != 0 && _seen + CountTrailingZeros(_numbers.starts) == _at &&
+							  _seen + CountTrailingZeros(_numbers.ends) == _at + 1;
+		if (isNumber)
+			TakeUsual();
+		else
+		{
+			_numbers.ends = 0;
+			++_at;
+		}
+		return true;
 	}
 
 	/// Takes the next number that was seen ahead, of which there must be one. It may have more digits than a short

@@ -1,25 +1,44 @@
 // SPDX-License-Identifier: MIT
-#include "grammar.h"
+#include "fast/paths.h"
 
 #include "fast/path_parser.h"
+#include "fast/tape_reader.h"
 
 #include <cmath>
 
 namespace orvan::grammar
 {
+namespace
+{
+template <typename Reader>
+Parsed ParsePathBy(std::string_view text, PathSink& sink)
+{
+	return PathParser<PathDialect::plain, Reader>(text, sink, &DeliverArc).Parse() ? Parsed::value : Parsed::refused;
+}
+} // namespace
+
 // Nothing goes back to the library from here: what this parser refuses, the library's grammar refuses as well, and
 // starting again would deliver segments twice.
 
+Parsed ParsePathFromTape(std::string_view text, PathSink& sink)
+{
+	return ParsePathBy<TapeReader<PathDialect::plain>>(text, sink);
+}
+
+Parsed ParsePathByNumbers(std::string_view text, PathSink& sink)
+{
+	return ParsePathBy<PathReader<PathDialect::plain>>(text, sink);
+}
+
 Parsed ParsePath(std::string_view text, PathSink& sink)
 {
-	return PathParser<PathDialect::plain>(text, sink, &DeliverArc).Parse() ? Parsed::value : Parsed::refused;
+	return NumberTape::IsAvailable() ? ParsePathFromTape(text, sink) : ParsePathByNumbers(text, sink);
 }
 
 Parsed ParsePoints(std::string_view text, PathSink& sink)
 {
 	PathReader<PathDialect::plain> reader(text, sink);
-	reader.SkipSpaces();
-	if (reader.IsAtEnd())
+	if (!reader.HasMore())
 		return Parsed::nothing;
 
 	double x, y;
@@ -28,7 +47,7 @@ Parsed ParsePoints(std::string_view text, PathSink& sink)
 	if (!std::isfinite(x) || !std::isfinite(y))
 		return Parsed::refused;
 	sink.MoveTo(x, y);
-	while (reader.HasPair())
+	while (reader.HasMore())
 	{
 		if (!reader.ReadPair<After::pair, After::abscissa>(x, y))
 			return Parsed::refused;
