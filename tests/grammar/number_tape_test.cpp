@@ -105,6 +105,8 @@ TEST_F(NumberTapeTest, GoesOnWhereALookEnds)
 	Show(std::string(1000, 'z'));
 	EXPECT_FALSE(tape.isAtEnd);
 	EXPECT_EQ(tape.markCount, NumberTape::kMostMarks);
+	for (std::size_t i = 0; i != tape.markCount; ++i)
+		ASSERT_EQ(tape.marks[i], i);
 }
 } // namespace
 } // namespace orvan::grammar

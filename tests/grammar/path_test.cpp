@@ -120,13 +120,14 @@ TEST(Path, TheEmptyTextIsAnEmptyPath)
 
 TEST(Path, MalformedDataIsRefused)
 {
-	for (const char* text : {"M", "M10", "L1 1", "z", "M1 1,", "M,1 1", "M1,,1", "M1 1,L2 2", "M1 1L,2 2", "M1 1L2 2 3",
-							 "M0 0X", "M1. 1", "M--1 1", "M 1 - 1", "M1e 1", "Minf 1", "M1px 1", "M0 0z5 5",
-							 "M0 0A-1 1 0 0 1 1 1", "M0 0A1 1 0 2 1 1 1", "none", "M0 0C1 1 2 2 3 3 4 4",
-							 // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): two literals, for the digit.
-							 "M\xc2\xa0"
-							 "1 1",
-							 "M0 0T", "M0 0a+1 1 0 0 1 1 1"})
+	for (const char* text :
+		 {"M", "M10", "L1 1", "z", "M1 1,", "M,1 1", "M1,,1", "M1 1,L2 2", "M1 1L,2 2", "M1 1L2 2 3", "M0 0X", "M1. 1",
+		  "M--1 1", "M 1 - 1", "M1e 1", "Minf 1", "M1px 1", "M0 0z5 5", "M0 0A-1 1 0 0 1 1 1", "M0 0A1 1 0 2 1 1 1",
+		  "none", "M0 0C1 1 2 2 3 3 4 4",
+		  // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): two literals, for the digit.
+		  "M\xc2\xa0"
+		  "1 1",
+		  "M0 0T", "M0 0a+1 1 0 0 1 1 1", "M0 0a1 -1 0 1 0 2 2", "M0 0a1 1 0 -1 0 2 2", "M0 0a1 1 0 1 -0 2 2"})
 		EXPECT_EQ(Path(text), kRefused) << text;
 	EXPECT_EQ(Path(std::string_view("M1 1\0L2 2", 9)), kRefused);
 }

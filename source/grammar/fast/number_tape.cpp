@@ -171,7 +171,7 @@ private:
 
 		// Digits behind a point, from which a carry runs through them, and where those before it end: at the point, or
 		// where the number ends.
-		const std::uint64_t fractions = is.digits & ~(is.digits + (is.points << 1 & is.digits));
+		const std::uint64_t fractions = is.digits & ~(is.digits + (is.points << 1));
 		const std::uint64_t wholeEnds = is.points | (numbers.ends & ~(fractions << 1));
 		const __m256i startPlaces = FewPlacesOf(numbers.starts);
 		const __m256i endPlaces = FewPlacesOf(numbers.ends);
