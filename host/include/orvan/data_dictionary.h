@@ -67,22 +67,25 @@ struct DictionaryBlock
 	{
 		if (count == entryCapacity || blockSize - valueEnd < bytes)
 			return nullptr;
-		// From the end, where most keys belong: the attributes of a file tend to come in their usual order. Nearly all
-		// keys are new, so what goes behind the new one moves while its place is looked for.
+		// From the end, where most keys belong: the attributes of a file tend to come in their usual order.
 		Entry* const end = Entries() + count;
 		Entry* at = end;
-		for (; at != Entries() && at[-1].key >= key; at--)
-		{
-			if (at[-1].key == key) [[unlikely]]
-			{
-				std::copy(at + 1, end + 1, at);
-				return nullptr;
-			}
-			*at = at[-1];
-		}
+		while (at != Entries() && at[-1].key > key)
+			at--;
+		if (at != Entries() && at[-1].key == key) [[unlikely]]
+			return nullptr;
+		std::copy_backward(at, end, end + 1);
 		*at = {key, valueEnd, type};
 		count++;
 		return reinterpret_cast<char*>(this) + std::exchange(valueEnd, valueEnd + bytes);
+	}
+
+	/// Where the value of a key stands, when it is of this type, which is one that stands in the block. Null otherwise.
+	void* FindInline(std::int32_t key, const DataType* type) noexcept
+	{
+		Entry* const end = Entries() + count;
+		Entry* const entry = std::find_if(Entries(), end, [key](const Entry& other) { return other.key == key; });
+		return entry != end && entry->type == type ? reinterpret_cast<char*>(this) + entry->offset : nullptr;
 	}
 };
 
@@ -158,7 +161,7 @@ public:
 			return OutOfMemoryError();
 		if constexpr (std::is_trivially_copyable_v<T> && Data::IsInline(sizeof(T), alignof(T)))
 		{
-			void* storage = TryInsert(key, type, DictionaryBlock::RoundUp(sizeof(T)));
+			void* storage = TryStore(key, type, DictionaryBlock::RoundUp(sizeof(T)));
 			if (storage == nullptr)
 				return SetBytes(key, type, &value);
 			std::construct_at(static_cast<T*>(storage), value);
@@ -252,14 +255,15 @@ private:
 		return nullptr;
 	}
 
-	/// Storage for a new trivial value that stands in the block, when there is room: most of a file's attributes are
-	/// stored this way, without a call of the host. Null otherwise.
-	[[gnu::noinline]] void* TryInsert(std::int32_t key, const DataType* type, std::uint32_t bytes) noexcept
+	/// Storage for a trivial value that stands in the block, when there is room for a new one or it replaces one of its
+	/// type: most of a file's attributes are stored this way, without a call of the host. Null otherwise.
+	[[gnu::noinline]] void* TryStore(std::int32_t key, const DataType* type, std::uint32_t bytes) noexcept
 	{
 		if (_block == nullptr || _block->references.load(std::memory_order_acquire) != 1 ||
 			type->operations.load(std::memory_order_relaxed) == nullptr)
 			return nullptr;
-		return _block->TryInsert(key, type, bytes);
+		void* const storage = _block->TryInsert(key, type, bytes);
+		return storage != nullptr ? storage : _block->FindInline(key, type);
 	}
 
 	/// Stores a trivial value wherever the host has room for it.
@@ -309,7 +313,8 @@ private:
 ///         ORVAN_TRY(staging.TakeBack(dictionary));
 ///     }
 ///
-/// A dictionary that keeps the ample block, because of an error, say, is sound and only larger than it need be.
+/// A dictionary that keeps the ample block, because of an error, say, is sound and only larger than it need be. For one
+/// thread at a time.
 class DictionaryStaging
 {
 public:
