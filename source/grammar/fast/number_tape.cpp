@@ -192,8 +192,7 @@ private:
 		double* const to = _tape.values.data() + _tape.numberCount;
 		for (std::size_t i = 0; i < count; i += 8)
 		{
-			const auto first = static_cast<long long>(i);
-			const __m512i lanes = _mm512_add_epi8(Lanes(), _mm512_set1_epi8(static_cast<char>(first)));
+			const __m512i lanes = _mm512_add_epi8(Lanes(), _mm512_set1_epi8(static_cast<char>(i)));
 			const __m512i last = _mm512_permutexvar_epi8(lanes, lastDigits);
 			const __m512i most = _mm512_permutexvar_epi8(lanes, _mm512_castsi256_si512(digitCounts));
 			__m512i mantissas = JoinDigits(digits, last, most, 0);

@@ -44,7 +44,8 @@ public:
 
 	void PutBack()
 	{
-		ByReader([](auto& reader) { reader.PutBack(); });
+		LeaveTape();
+		--_at;
 	}
 
 	bool HasNumbers()
@@ -141,24 +142,24 @@ private:
 		return true;
 	}
 
+	/// Goes on without the tape until one is recorded again.
+	void LeaveTape()
+	{
+		_at = Place();
+		_tape.Clear();
+		_tape.isAtEnd = _isGivenUp;
+		_next = _mark = 0;
+	}
+
 	/// Has the reader do what the tape can not. Behind that a tape is recorded again.
 	template <typename Read>
-	[[gnu::noinline]] auto ByReader(Read read)
+	[[gnu::noinline]] bool ByReader(Read read)
 	{
+		LeaveTape();
 		_reader.GoTo(CountRest());
-		_tape.Clear();
-		_next = _mark = 0;
-		_tape.isAtEnd = _isGivenUp;
-		struct Return
-		{
-			TapeReader& tape;
-			~Return()
-			{
-				tape._at = tape._base = tape._end - tape._reader.CountRest();
-			}
-		};
-		const Return whenRead{*this};
-		return read(_reader);
+		const bool isRead = read(_reader);
+		_at = _end - _reader.CountRest();
+		return isRead;
 	}
 
 	/// Takes an arc, of which enough stands on the tape for it to be there; false, and nothing is taken, if it is not.
