@@ -40,6 +40,23 @@ inline bool AreEqual(const char* a, const char* b, std::size_t size) noexcept
 	return size == 0 || *a == *b;
 }
 
+namespace detail
+{
+
+/// Goes through odd multiples of the golden ratio's bits until `tryPlace` succeeds with one.
+template <typename Word, typename TryPlace>
+constexpr void FindMultiplier(Word& multiplier, Word golden, TryPlace tryPlace)
+{
+	int left = 1000;
+	for (multiplier = golden; !tryPlace(); multiplier += 2 * golden)
+	{
+		if (left-- == 0)
+			throw "two names are the same, or agree in all that the hash looks at";
+	}
+}
+
+} // namespace detail
+
 /// A perfect hash from names to the rows of a constexpr table: every name has a slot of its own, so that one comparison
 /// decides. The compiler looks for a multiplier with which that is so, and finds none when a name is listed twice.
 template <std::size_t rowCount>
@@ -55,13 +72,7 @@ public:
 			if (row.name.size() > kLongestName)
 				throw "a name is too long to be compared";
 		}
-		constexpr std::uint32_t kGolden = 0x9e3779b1;
-		int left = 1000;
-		for (_multiplier = kGolden; !TryPlace(rows); _multiplier += 2 * kGolden)
-		{
-			if (left-- == 0)
-				throw "two names are the same, or agree in all that the hash looks at";
-		}
+		detail::FindMultiplier(_multiplier, std::uint32_t{0x9e3779b1}, [&] { return TryPlace(rows); });
 	}
 
 	/// The row of `name`, or null.
@@ -249,13 +260,7 @@ public:
 	template <typename Row>
 	consteval explicit ShortNameIndex(const std::array<Row, rowCount>& rows)
 	{
-		constexpr std::uint64_t kGolden = 0x9e3779b97f4a7c15;
-		int left = 1000;
-		for (_multiplier = kGolden; !TryPlace(rows); _multiplier += 2 * kGolden)
-		{
-			if (left-- == 0)
-				throw "two names are the same, or too many";
-		}
+		detail::FindMultiplier(_multiplier, std::uint64_t{0x9e3779b97f4a7c15}, [&] { return TryPlace(rows); });
 	}
 
 	/// The number of the row, the first one's being 1, that has the name of `size` characters at `at`, where sixteen
