@@ -4,6 +4,7 @@
 
 #include "importer/attributes/attribute_value.h"
 #include "importer/complete/tree_builder.h"
+#include "importer/new_child.h"
 #include "importer/tags.h"
 #include "importer/text/source_text.h"
 #include "importer/xml/plain_xml.h"
@@ -19,7 +20,6 @@
 #include <functional>
 #include <new>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 namespace orvan::svg
@@ -47,31 +47,6 @@ public:
 	}
 
 private:
-	/// An element that the tree keeps alive, so that nothing is counted while it is filled.
-	class InTree
-	{
-	public:
-		InTree(SVGElementRef element, HierarchyObject& parent) noexcept : _element(std::move(element))
-		{
-			static_cast<HierarchyObject*>(_element.GetObject())->PlaceNew(parent);
-		}
-
-		InTree(const InTree&) = delete;
-
-		~InTree()
-		{
-			std::ignore = _element.Detach();
-		}
-
-		const SVGElementRef& Get() const noexcept
-		{
-			return _element;
-		}
-
-	private:
-		SVGElementRef _element;
-	};
-
 	Result<SVGElementRef> Create() const noexcept
 	{
 		return kElementFactories[_at->Number()].Create<SVGElementInterface>();
@@ -131,7 +106,7 @@ private:
 	{
 		for (; _at->Mark() == TapeMark::element; _at = _tape.Next(_at))
 		{
-			const InTree child(ORVAN_TRY(Create()), parent);
+			const NewChild child(ORVAN_TRY(Create()), parent);
 			ORVAN_TRY(Fill(child.Get()));
 		}
 		return {};

@@ -2,6 +2,7 @@
 #include "importer/complete/tree_builder.h"
 
 #include "elements/complete_classes.h"
+#include "importer/new_child.h"
 
 #include <algorithm>
 #include <cstring>
@@ -192,10 +193,21 @@ TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* reco
 Result<SVGElementRef> TreeBuilder::BuildDocument(const XmlNode& root, std::string_view clientSheet)
 {
 	ORVAN_TRY(_sheets.Collect(root, clientSheet));
-	return Build(root, nullptr, {});
+	const NodeTag tag = Enter(root);
+	SVGElementRef element = ORVAN_TRY(FactoryOf(tag.tag).Create<SVGElementInterface>());
+	ORVAN_TRY(Fill(element, root, tag, {}));
+	return element;
 }
 
-Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* parent, const Surroundings& outer)
+Result<void> TreeBuilder::BuildChild(const XmlNode& node, ElementBase& parent, const Surroundings& outer)
+{
+	const NodeTag tag = Enter(node);
+	const NewChild child(ORVAN_TRY(FactoryOf(tag.tag).Create<SVGElementInterface>()), parent);
+	return Fill(child.Get(), node, tag, outer);
+}
+
+/// Gives back what lies behind, and finds out what the node is.
+TreeBuilder::NodeTag TreeBuilder::Enter(const XmlNode& node) noexcept
 {
 	// Selectors look back.
 	if (_sheets.IsEmpty())
@@ -204,17 +216,21 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 	const bool isSvg = node.namespace_uri() == _svgNamespace || IsSvg(node);
 	if (isSvg && node.namespace_uri_size() != 0)
 		_svgNamespace = node.namespace_uri();
-	const Tag tag = isSvg ? FindTag(LocalNameOf(node)) : Tag::unknown;
-	const SVGElementRef reference = ORVAN_TRY(FactoryOf(tag).Create<SVGElementInterface>());
+	return {isSvg ? FindTag(LocalNameOf(node)) : Tag::unknown, isSvg};
+}
+
+/// Gives an element its attributes and all that is below it.
+Result<void> TreeBuilder::Fill(const SVGElementRef& reference, const XmlNode& node, NodeTag nodeTag,
+							   const Surroundings& outer)
+{
+	const Tag tag = nodeTag.tag;
 	auto& element = static_cast<ElementBase&>(*static_cast<HierarchyObject*>(reference.GetObject()));
-	if (parent != nullptr)
-		ORVAN_TRY(element.HierarchyObject::InsertAsLastChildOf(HierarchyObjectRef::From(parent), {}));
 	if (_recorder != nullptr) [[unlikely]]
 		_recorder->NoteElement(node.name(), reference);
 
 	Surroundings inner = outer;
 	const std::size_t outerScopes = _setter.GetScopeCount();
-	if (isSvg)
+	if (nodeTag.isSvg)
 	{
 		_importer.viewport = outer.viewport;
 		ORVAN_TRY(_setter.Set(node, element, tag));
@@ -228,7 +244,7 @@ Result<SVGElementRef> TreeBuilder::Build(const XmlNode& node, HierarchyObject* p
 
 	ORVAN_TRY(BuildContent(node, element, tag, inner));
 	_setter.LeaveScopes(outerScopes);
-	return reference;
+	return {};
 }
 
 Result<void> TreeBuilder::BuildContent(const XmlNode& node, ElementBase& element, Tag tag, Surroundings& inner)
@@ -258,7 +274,7 @@ Result<void> TreeBuilder::BuildChildren(const XmlNode& node, ElementBase& elemen
 	{
 		next = child->next_sibling(); // While it is still there.
 		if (child->type() == xml::node_element)
-			ORVAN_TRY(Build(*child, &element, inner));
+			ORVAN_TRY(BuildChild(*child, element, inner));
 	}
 	return {};
 }
@@ -278,7 +294,7 @@ Result<void> TreeBuilder::BuildText(const XmlNode& node, ElementBase& element, c
 		const XmlNode& inside = *child;
 		reached = FindEnd(inside); // While it is still there, like the next one.
 		child = child->next_sibling();
-		ORVAN_TRY(Build(inside, &element, inner));
+		ORVAN_TRY(BuildChild(inside, element, inner));
 	}
 }
 

@@ -36,7 +36,15 @@ private:
 		TextRuns* text = nullptr; ///< Inside of a text: that text's runs.
 	};
 
-	Result<SVGElementRef> Build(const XmlNode& node, HierarchyObject* parent, const Surroundings& outer);
+	struct NodeTag
+	{
+		Tag tag;
+		bool isSvg; ///< Which elements of unknown tags may be, too.
+	};
+
+	Result<void> BuildChild(const XmlNode& node, ElementBase& parent, const Surroundings& outer);
+	NodeTag Enter(const XmlNode& node) noexcept;
+	Result<void> Fill(const SVGElementRef& reference, const XmlNode& node, NodeTag nodeTag, const Surroundings& outer);
 	Result<void> BuildContent(const XmlNode& node, ElementBase& element, Tag tag, Surroundings& inner);
 	Result<void> BuildChildren(const XmlNode& node, ElementBase& element, const Surroundings& inner);
 	Result<void> BuildText(const XmlNode& node, ElementBase& element, const Surroundings& inner);
