@@ -49,7 +49,7 @@ Result<void> RemoveRepeated(BaseArray<SVGElementRef>& elements) noexcept
 
 Result<void> Document::Init(const Url& url) noexcept
 {
-	const Url target = url; // The caller's may be this document's own, which `Reset` clears.
+	Url target = url; // The caller's may be this document's own, which `Reset` clears.
 	BeginLoad();
 	Result<InputStream> stream = target.OpenInputStream();
 	if (!stream.IsOk())
@@ -61,14 +61,14 @@ Result<void> Document::Init(const Url& url) noexcept
 		if (detected != IoDetection::file)
 			return EndLoad(IoError(target, "Error parsing svg document. SVGDocument could not be initialized"));
 	}
-	_url = target;
+	_url = std::move(target);
 	_isFromUrl = true;
 	bool isFresh = true;
 	return EndLoad(LoadText(
 		[&]() noexcept -> Result<FileText>
 		{
 			if (!std::exchange(isFresh, false))
-				stream = target.OpenInputStream();
+				stream = _url.OpenInputStream();
 			if (!stream.IsOk())
 				return stream.GetError();
 			return Read(stream.GetValue());
@@ -79,7 +79,7 @@ void Document::BeginLoad() noexcept
 {
 	_isLoading = true;
 	// Through the interface, so that an object that stands for a document and overrides `Reset` has its own called.
-	SVGDocumentRef::From(this)->Reset();
+	Borrowed<SVGDocumentInterface>(this)->Reset();
 	_isLoading = false;
 }
 

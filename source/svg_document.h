@@ -161,7 +161,8 @@ private:
 	void TrackRoot() noexcept;
 	void Track() noexcept;
 	void UntrackUnlessNeeded() noexcept;
-	Result<TreeOwner> Owner() noexcept;
+	/// Has an element and all below it answer to this document.
+	Result<void> Own(ElementBase& top) noexcept;
 
 	Result<void> EndTogether(Result<void> made) noexcept;
 	void TellOfEdits(const Edit* first, const Edit* last, bool isBackwards) noexcept;

@@ -13,20 +13,43 @@
 namespace orvan::runtime
 {
 
+/// The part of every count that the calling thread changes. The first threads have one of their own, which the next
+/// thread gets when one ends; all further ones share some.
+class CountingPart
+{
+public:
+	static constexpr std::size_t kOwned = 16;
+	static constexpr std::size_t kCount = kOwned + 8;
+
+	static std::size_t OfThisThread() noexcept
+	{
+		if (t_part == kCount) [[unlikely]]
+			Take();
+		return t_part;
+	}
+
+private:
+	struct Returner;
+
+	static void Take() noexcept;
+
+	static inline constinit thread_local std::size_t t_part = kCount;
+};
+
 /// A count that threads change all the time and hardly anybody reads. Each thread changes a part of its own, while
-/// there are enough of them, so that no processor waits for another's cache line. What one thread has counted another
-/// may take back; so the parts mean something only together.
+/// there are enough of them, so that no processor waits for another's cache line, and no instruction is locked. What
+/// one thread has counted another may take back; so the parts mean something only together.
 class LiveCount
 {
 public:
 	void Increment() noexcept
 	{
-		Own().fetch_add(1, std::memory_order_relaxed);
+		Add(1);
 	}
 
 	void Decrement() noexcept
 	{
-		Own().fetch_sub(1, std::memory_order_release);
+		Add(-1);
 	}
 
 	/// The count, while nobody changes it.
@@ -40,7 +63,6 @@ public:
 
 private:
 	static constexpr std::size_t kCacheLine = 64;
-	static constexpr std::size_t kParts = 8;
 
 	/// Host memory is not aligned to cache lines, so what keeps apart stands between.
 	struct Part
@@ -49,17 +71,17 @@ private:
 		std::atomic<std::int64_t> count = 0;
 	};
 
-	std::atomic<std::int64_t>& Own() noexcept
+	void Add(std::int64_t change) noexcept
 	{
-		if (t_part == kParts) [[unlikely]]
-			t_part = g_threads.fetch_add(1, std::memory_order_relaxed) % kParts;
-		return _parts[t_part].count;
+		const std::size_t part = CountingPart::OfThisThread();
+		std::atomic<std::int64_t>& count = _parts[part].count;
+		if (part < CountingPart::kOwned) [[likely]]
+			count.store(count.load(std::memory_order_relaxed) + change, std::memory_order_release);
+		else
+			count.fetch_add(change, std::memory_order_release);
 	}
 
-	static inline constinit thread_local std::size_t t_part = kParts;
-	static inline constinit std::atomic<std::size_t> g_threads = 0;
-
-	std::array<Part, kParts> _parts;
+	std::array<Part, CountingPart::kCount> _parts;
 	[[maybe_unused]] std::byte _behind[kCacheLine];
 };
 

@@ -15,17 +15,17 @@ Document::~Document()
 
 // The tree -----------------------------------------------------------------------------------------------------------
 
-Result<TreeOwner> Document::Owner() noexcept
+Result<void> Document::Own(ElementBase& top) noexcept
 {
 	if (!_owner)
 		_owner = ORVAN_TRY(TreeOwner::Of(*this));
-	return _owner;
+	return top.SetOwner(_owner);
 }
 
 Result<void> Document::TakeRoot(SVGElementRef root) noexcept
 {
 	auto& element = static_cast<ElementBase&>(*root.GetObject());
-	ORVAN_TRY(element.SetOwner(ORVAN_TRY(Owner())));
+	ORVAN_TRY(Own(element));
 	_rootElement = std::move(root);
 	if (_isTracking)
 		TrackRoot();

@@ -136,7 +136,7 @@ Result<void> Document::MovePlace(HierarchyObject& child, HierarchyObject* parent
 	// An element that can come back answers to the document meanwhile, so that it is the same when it does.
 	ElementBase* element = AsElement(&child);
 	if (element != nullptr && _history.IsKeeping())
-		ORVAN_TRY(element->SetOwner(ORVAN_TRY(Owner())));
+		ORVAN_TRY(Own(*element));
 	ORVAN_TRY(MakeEdit<PlaceEdit>(child, parent, next));
 	if (_isTracking && parent != nullptr)
 		ElementBase::TrackTree(child, true);
@@ -149,7 +149,7 @@ Result<void> Document::Adopt(HierarchyObject& object) noexcept
 	while (top->Parent() != nullptr)
 		top = top->Parent();
 	if (ElementBase* element = AsElement(top))
-		ORVAN_TRY(element->SetOwner(ORVAN_TRY(Owner())));
+		ORVAN_TRY(Own(*element));
 	ElementBase::TrackTree(*top, true);
 	return {};
 }
@@ -252,7 +252,7 @@ Result<void> Document::SetRootElement(const SVGElementRef& root) noexcept
 	{
 		if (element == nullptr || element->Parent() != nullptr || element->FindStanding().isInTree)
 			return IllegalArgumentError("Only an element without a parent, of no document, can become the root.");
-		ORVAN_TRY(element->SetOwner(ORVAN_TRY(Owner())));
+		ORVAN_TRY(Own(*element));
 	}
 	return EditTogether(
 		[&]() noexcept -> Result<void>

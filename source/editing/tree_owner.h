@@ -2,6 +2,7 @@
 /// How the elements of a tree find their document.
 #pragma once
 
+#include "orvan/reference_count.h"
 #include "orvan/result.h"
 
 #include <atomic>
@@ -20,10 +21,15 @@ class TreeOwner
 {
 public:
 	TreeOwner() noexcept = default;
+
 	TreeOwner(const TreeOwner& other) noexcept : _block(other._block)
 	{
 		if (_block != nullptr)
 			_block->references.fetch_add(1, std::memory_order_relaxed);
+	}
+
+	TreeOwner(TreeOwner&& other) noexcept : _block(std::exchange(other._block, nullptr))
+	{
 	}
 
 	TreeOwner& operator=(TreeOwner other) noexcept
@@ -34,7 +40,7 @@ public:
 
 	~TreeOwner()
 	{
-		if (_block != nullptr && _block->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+		if (_block != nullptr && orvan::detail::ReleaseReference(_block->references))
 			Host().free(_block);
 	}
 
