@@ -125,11 +125,12 @@ private:
 class ImportDriver
 {
 public:
-	ImportDriver(const SVGImportOptions& options, TextUse use) noexcept
-		: _options(options), _use(use), _complete(options)
+	ImportDriver(const SVGImportOptions& options, TextUse use) noexcept : _options(options), _use(use)
 	{
+		if (options.isComplete)
+			_complete.emplace(options);
 		if (options.isTolerant)
-			_plain.findings = &_complete.Findings();
+			_plain.findings = &_findings;
 	}
 
 	Result<ImportResult> Run(BaseArray<char> bytes)
@@ -165,9 +166,9 @@ public:
 			place.where = syntaxError->where<char>();
 		else if (const auto* xmlError = dynamic_cast<const XmlError*>(&exception))
 			place.where = xmlError->GetWhere();
-		else if (_options.isComplete)
-			place = {_complete.refusedAt.where, _complete.refusedAt.elementTag, _complete.refusedElementId,
-					 _complete.refusedAttribute};
+		else if (_complete)
+			place = {_complete->refusedAt.where, _complete->refusedAt.elementTag, _complete->refusedElementId,
+					 _complete->refusedAttribute};
 		return NoteRefusal(place, exception.what(), position);
 	}
 
@@ -199,7 +200,7 @@ public:
 	/// Hands over what became of the import. `hasRoot` tells whether there is a tree.
 	Result<void> MakeReport(SVGImportReport& report, bool hasRoot) noexcept
 	{
-		FindingList& findings = _complete.Findings();
+		FindingList& findings = Findings();
 		report.outcome = _isRefused                 ? SVGImportOutcome::refused
 						 : !hasRoot                 ? SVGImportOutcome::noSvgElement
 						 : findings.GetCount() == 0 ? SVGImportOutcome::loaded
@@ -224,7 +225,12 @@ private:
 			position.column = static_cast<std::int64_t>(before.size() - (before.rfind('\n') + 1)) + 1;
 		}
 		_isRefused = true;
-		return _complete.Findings().Add(SVGFindingLevel::critical, place, message);
+		return Findings().Add(SVGFindingLevel::critical, place, message);
+	}
+
+	FindingList& Findings() noexcept
+	{
+		return _complete ? _complete->Findings() : _findings;
 	}
 
 	std::string_view Text() const noexcept
@@ -276,9 +282,9 @@ private:
 				continue;
 			if (_recorder)
 				ORVAN_TRY(_recorder->Collect(*node));
-			complete::TreeBuilder builder(_complete, tree, Recorder(), hasReferences);
+			complete::TreeBuilder builder(*_complete, tree, Recorder(), hasReferences);
 			SVGElementRef root = ORVAN_TRY(builder.BuildDocument(*node, _options.styleSheet.View()));
-			return ImportResult{std::move(root), _complete.TakeIds(), {}};
+			return ImportResult{std::move(root), _complete->TakeIds(), {}};
 		}
 		return ImportResult();
 	}
@@ -302,7 +308,8 @@ private:
 	DocumentSourcePointer _kept;
 	std::optional<SourceRecorder> _recorder;
 	SVGParseContext _plain;
-	complete::Importer _complete;
+	FindingList _findings; ///< Of the plain import.
+	std::optional<complete::Importer> _complete;
 	bool _isRefused = false;
 };
 
