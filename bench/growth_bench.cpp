@@ -205,7 +205,7 @@ constexpr Row kRows[] = {
 	 {
 		 return Svg("<linearGradient>" + Repeat("<stop offset='0'/>", n) + "</linearGradient>");
 	 }},
-	{"a text", 400000,
+	{"a text", 40000,
 	 [](int n)
 	 {
 		 return Svg("<text>" + Repeat("a", n) + "</text>");
@@ -225,7 +225,7 @@ constexpr Row kRows[] = {
 	 {
 		 return Svg("<g opacity='0." + Repeat("1", n) + "'/>");
 	 }},
-	{"an id's length", 400000,
+	{"an id's length", 40000,
 	 [](int n)
 	 {
 		 return Svg("<g id='" + Repeat("a", n) + "'/>");
