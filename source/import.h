@@ -26,13 +26,13 @@ enum class TextUse
 	repeatable, ///< Provide it again, so that an import may give its memory back while it makes the tree.
 };
 
-/// What a file holds, with a zero behind it, and room for more, which makes reading faster.
+/// What a file holds, with a zero behind it, and room for padding.
 struct FileText
 {
 	BaseArray<char> bytes;
 	TextUse use = TextUse::whole;
 
-	/// Makes room for `count` bytes, which are still to be written, and puts zeros behind them.
+	/// Makes room for `count` bytes, which are still to be written, and puts a zero behind them.
 	Result<void> MakeRoom(std::size_t count) noexcept;
 };
 

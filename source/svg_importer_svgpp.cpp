@@ -15,7 +15,6 @@
 #include "writer/source_recorder.h"
 
 #include <algorithm>
-#include <cstring>
 #include <exception>
 #include <functional>
 #include <new>
@@ -140,7 +139,10 @@ public:
 		if (_options.isComplete)
 			_source = ORVAN_TRY(ReadSourceText(std::move(bytes), _kept ? &_kept->file : nullptr));
 		else
+		{
+			ORVAN_TRY(Pad(bytes));
 			_source.text = std::move(bytes);
+		}
 		if (_kept)
 			_recorder.emplace(*_kept, Text());
 		return _options.isComplete ? BuildComplete() : BuildPlain();
@@ -249,7 +251,7 @@ private:
 	{
 		const bool hasReferences = GuardXml(Text(), XmlReferences::parsed);
 		ElementTape tape;
-		const bool isRead = !_recorder && HasPadding() && ReadPlainXml(Text(), tape);
+		const bool isRead = !_recorder && ReadPlainXml(Text(), tape);
 		if (!isRead && !ORVAN_TRY(ReadWithLibrary(tape)))
 			return ImportResult();
 		if (_use == TextUse::repeatable && !_recorder)
@@ -287,12 +289,6 @@ private:
 			return ImportResult{std::move(root), _complete->TakeIds(), {}};
 		}
 		return ImportResult();
-	}
-
-	/// Whether there is room behind the text that the reader of plain XML may look at.
-	bool HasPadding() const noexcept
-	{
-		return _source.text.GetCapacity() - _source.text.GetCount() >= kTextPadding;
 	}
 
 	SourceRecorder* Recorder() noexcept
@@ -363,7 +359,7 @@ Result<void> FileText::MakeRoom(std::size_t count) noexcept
 	if (TextRelease::IsNew({bytes.begin(), count + 1}))
 		use = TextUse::repeatable;
 	ORVAN_TRY(bytes.ResizeUninitialized(count + 1));
-	std::memset(bytes.begin() + count, 0, 1 + kTextPadding);
+	bytes[count] = '\0';
 	return {};
 }
 

@@ -2,6 +2,7 @@
 /// What the two readers of XML put on a tape, as texts that can be compared.
 #pragma once
 
+#include "importer/text/source_text.h"
 #include "importer/xml/plain_xml.h"
 #include "importer/xml/tree_tape.h"
 

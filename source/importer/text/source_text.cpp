@@ -6,6 +6,7 @@
 #include "importer/text/gzip.h"
 #include "importer/xml/xml_guard.h"
 
+#include <cstring>
 #include <utility>
 
 namespace orvan::svg
@@ -38,6 +39,13 @@ Result<void> MakeUtf8(BaseArray<char>& bytes, BaseArray<char>* file)
 
 } // namespace
 
+Result<void> Pad(BaseArray<char>& text) noexcept
+{
+	ORVAN_TRY(text.Reserve(text.GetCount() + kTextPadding));
+	std::memset(text.end(), 0, kTextPadding);
+	return {};
+}
+
 Result<SourceText> ReadSourceText(BaseArray<char> bytes, BaseArray<char>* file)
 {
 	SourceText source;
@@ -53,6 +61,7 @@ Result<SourceText> ReadSourceText(BaseArray<char> bytes, BaseArray<char>* file)
 	else
 		source.text = std::move(bytes);
 	ORVAN_TRY(source.text.Append('\0'));
+	ORVAN_TRY(Pad(source.text));
 	return source;
 }
 

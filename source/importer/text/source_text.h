@@ -16,10 +16,16 @@ namespace orvan::svg
 /// What a packed file may come to.
 inline constexpr std::size_t kMaxUnpackedSize = std::size_t{256} << 20;
 
+/// As many zeros stand behind a text that is parsed, so that readers can look at many characters at once everywhere.
+inline constexpr std::size_t kTextPadding = 64;
+
+/// Puts them there.
+Result<void> Pad(BaseArray<char>& text) noexcept;
+
 /// The text of one file. The bytes that it is made of are kept only where they are the text.
 struct SourceText
 {
-	/// The text in UTF-8, followed by a zero byte, which the count contains.
+	/// The text in UTF-8, followed by a zero byte, which the count contains, and by padding, which it does not.
 	BaseArray<char> text;
 	/// From places in `text` to places in the file's own text (unpacked, in UTF-8).
 	PositionMap positions;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "importer/names.h"
-#include "importer/xml/plain_xml.h"
+#include "importer/text/source_text.h"
 #include "importer/xml/text_block.h"
 
 #include <algorithm>

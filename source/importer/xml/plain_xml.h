@@ -9,11 +9,8 @@
 namespace orvan::svg
 {
 
-/// The reader looks at as many characters behind a text, which must be zeros.
-inline constexpr std::size_t kTextPadding = 64;
-
-/// Puts the elements of a guarded text on an empty tape: the root, which is an svg element, and all below it. What it
-/// takes, the library takes as well, and reads the same from it.
+/// Puts the elements of a guarded text on an empty tape: the root, which is an svg element, and all below it. Behind
+/// the text, `kTextPadding` zeros must stand. What it takes, the library takes as well, and reads the same from it.
 ///
 /// False for a text that it leaves to the library, which knows what is wrong with it, if anything is: other markup
 /// around the root than comments and the like, a document type with declarations, blanks around equals signs, names of
