@@ -252,7 +252,7 @@ inline NameWords NameWords::Read(const char* at, std::size_t size) noexcept
 }
 
 /// A perfect hash, as above, from short names to rows: without a branch on a name's length, which nobody foresees.
-template <std::size_t rowCount>
+template <std::size_t rowCount, int slotBits = 8>
 class ShortNameIndex
 {
 public:
@@ -275,8 +275,7 @@ public:
 	}
 
 private:
-	static constexpr int kSlotBits = 8;
-	static_assert(rowCount < (1 << kSlotBits) / 2);
+	static_assert(rowCount < (1 << slotBits) / 2 && rowCount < 256);
 
 	template <typename Row>
 	constexpr bool TryPlace(const std::array<Row, rowCount>& rows) noexcept
@@ -301,11 +300,11 @@ private:
 
 	constexpr std::size_t Position(const NameWords& name) const noexcept
 	{
-		return (name.low + name.high) * _multiplier >> (64 - kSlotBits);
+		return (name.low + name.high) * _multiplier >> (64 - slotBits);
 	}
 
 	std::uint64_t _multiplier = 0;
-	std::array<std::uint8_t, std::size_t{1} << kSlotBits> _slots{};
+	std::array<std::uint8_t, std::size_t{1} << slotBits> _slots{};
 	std::array<NameWords, rowCount + 1> _names{}; ///< The first one is no row's.
 };
 

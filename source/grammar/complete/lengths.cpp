@@ -17,15 +17,22 @@ bool IsUsualLength(std::string_view text, Length& length) noexcept
 	length.unit = hasUnit ? LengthUnit::px : LengthUnit::number;
 	return hasUnit || at == end;
 }
+
+/// Reads such a length; `length` stays as it is when it is none, or out of range.
+bool TakeUsual(std::string_view text, Range range, Length& length) noexcept
+{
+	Length usual;
+	if (!IsUsualLength(text, usual) || (range != Range::any && usual.value < 0))
+		return false;
+	length = usual;
+	return true;
+}
 } // namespace
 
 Parsed ParseLength(std::string_view text, Source source, Range range, Length& length) noexcept
 {
-	if (Length usual; IsUsualLength(text, usual) && (range == Range::any || usual.value >= 0))
-	{
-		length = usual;
+	if (TakeUsual(text, range, length))
 		return Parsed::value;
-	}
 	ValueCursor cursor(text, source);
 	Length result;
 	if (!cursor.TakeLength(range, true, result) || Finish(cursor) != Parsed::value)
@@ -36,6 +43,8 @@ Parsed ParseLength(std::string_view text, Source source, Range range, Length& le
 
 Parsed ParseLengthOrAuto(std::string_view text, Source source, Range range, Length& length) noexcept
 {
+	if (TakeUsual(text, range, length))
+		return Parsed::value;
 	ValueCursor cursor(text, source);
 	if (IsLetter(cursor.Peek()) && cursor.TakeWord("auto"))
 		return cursor.IsAtEnd() ? Parsed::nothing : Parsed::refused;

@@ -276,6 +276,7 @@ constexpr std::array kRules = {
 // clang-format on
 
 constexpr ProbedNameIndex<kRules.size()> kIndex(kRules);
+constexpr ShortNameIndex<kRules.size(), 12> kShortNames(kRules);
 
 constexpr Number kFont[] = {Number::fontStyle,   Number::fontVariant, Number::fontWeight,
 							Number::fontStretch, Number::fontSize,    Number::fontFamily};
@@ -317,6 +318,13 @@ std::span<const Number> FindRow(std::span<const LonghandsRow> rows, std::string_
 const Rule* FindRule(std::string_view name) noexcept
 {
 	return kIndex.Find(kRules, name);
+}
+
+const Rule* FindRuleInText(std::string_view name) noexcept
+{
+	if (const std::size_t number = kShortNames.Find(name.data(), name.size()); number != 0) [[likely]]
+		return &kRules[number - 1];
+	return name.size() > NameWords::kLongest ? FindRule(name) : nullptr;
 }
 
 std::span<const SVGImportAttribute> LonghandsOf(const Rule& rule) noexcept

@@ -21,7 +21,7 @@ const Rule* RuleOf(const XmlAttribute& attribute) noexcept
 {
 	const std::string_view name = NameOf(attribute);
 	if (attribute.prefix_size() == 0)
-		return FindRule(name);
+		return FindRuleInText(name);
 	if (name == kXlinkHref || (LocalNameOf(attribute) == "href" && NamespaceOf(attribute) == kXlinkNamespace))
 		return FindRule(kXlinkHref);
 	return name == "xml:space" || name == "xml:lang" ? FindRule(name) : nullptr;
@@ -178,7 +178,7 @@ Result<void> ElementSetter::SetInlineStyle(ElementBase& element, Tag tag, std::s
 	// A longer text may have more declarations than count.
 	while (style.size() < css::kMaxDeclarations && _waiting.empty() && simple.Next())
 	{
-		const Rule* const rule = FindRule(simple.Name());
+		const Rule* const rule = FindRuleInText(simple.Name());
 		if (rule == nullptr && (!simple.HasPlainName() || simple.Name() == kAll))
 		{
 			simple.PutBack();

@@ -53,6 +53,7 @@ constexpr std::array<Row, kTagCount> kTags = []
 }();
 
 constexpr ProbedNameIndex<kTags.size()> kIndex(kTags);
+constexpr ShortNameIndex<kTags.size(), 9> kShortNames(kTags);
 
 constexpr const char* FindClassId(SVGImportElementKind kind) noexcept
 {
@@ -75,6 +76,13 @@ Tag FindTag(std::string_view name) noexcept
 {
 	const Row* row = kIndex.Find(kTags, name);
 	return row != nullptr ? row->tag : Tag::unknown;
+}
+
+Tag FindTagInText(std::string_view name) noexcept
+{
+	if (const std::size_t number = kShortNames.Find(name.data(), name.size()); number != 0) [[likely]]
+		return kTags[number - 1].tag;
+	return name.size() > NameWords::kLongest ? FindTag(name) : Tag::unknown;
 }
 
 std::string_view TagName(Tag tag) noexcept

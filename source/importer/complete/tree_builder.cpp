@@ -181,7 +181,7 @@ bool PreservesSpace(std::int32_t whiteSpace) noexcept
 
 Tag TagOfNode(const XmlNode& node) noexcept
 {
-	return IsSvg(node) ? FindTag(LocalNameOf(node)) : Tag::unknown;
+	return IsSvg(node) ? FindTagInText(LocalNameOf(node)) : Tag::unknown;
 }
 
 TreeBuilder::TreeBuilder(Importer& importer, XmlTree& tree, SourceRecorder* recorder, bool hasReferences) noexcept
@@ -216,7 +216,7 @@ TreeBuilder::NodeTag TreeBuilder::Enter(const XmlNode& node) noexcept
 	const bool isSvg = node.namespace_uri() == _svgNamespace || IsSvg(node);
 	if (isSvg && node.namespace_uri_size() != 0)
 		_svgNamespace = node.namespace_uri();
-	return {isSvg ? FindTag(LocalNameOf(node)) : Tag::unknown, isSvg};
+	return {isSvg ? FindTagInText(LocalNameOf(node)) : Tag::unknown, isSvg};
 }
 
 /// Gives an element its attributes and all that is below it.

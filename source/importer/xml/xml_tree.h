@@ -7,6 +7,7 @@
 ///     tree.ReleaseBefore(node);
 #pragma once
 
+#include "importer/names.h"
 #include "importer/xml/xml_guard.h"
 #include "importer/xml/xml_memory.h"
 #include "importer/xml/xml_names.h"
@@ -52,8 +53,8 @@ inline std::string_view ValueOf(const xml::xml_base<char>& node) noexcept
 class XmlTree
 {
 public:
-	/// Parses `text`, which was guarded, and behind which a zero stands. Throws an `XmlError` or the parser's error for
-	/// a text that is refused, and std::bad_alloc.
+	/// Parses `text`, which was guarded, and behind which a zero and then `kTextPadding` of them stand. Throws an
+	/// `XmlError` or the parser's error for a text that is refused, and std::bad_alloc.
 	explicit XmlTree(char* text) : _document(*new (_storage) XmlDocument)
 	{
 		_document.set_allocator(&XmlMemory::Allocate, nullptr);
@@ -89,11 +90,13 @@ public:
 	{
 	}
 
-	/// The text with its references replaced; good until the next call.
+	/// The text with its references replaced; good until the next call. Names in it can be read as words, as those in
+	/// texts of files can.
 	Result<std::string_view> Decode(std::string_view text)
 	{
 		if (!_hasReferences || text.find('&') == text.npos)
 			return text;
+		ORVAN_TRY(_decoded.Reserve(text.size() + NameWords::kLongest));
 		ORVAN_TRY(_decoded.ResizeUninitialized(text.size()));
 		return std::string_view(_decoded.begin(),
 								static_cast<std::size_t>(DecodeReferences(text, _decoded.begin()) - _decoded.begin()));
