@@ -101,6 +101,14 @@ TEST_F(CompleteImport, ReadsTheCharactersOfEachEncoding)
 				  read("<?xml version='1.0' encoding='iso-8859-9'?><svg><title id='t'>\xd0</title></svg>"));
 }
 
+/// What the XML parser knows nothing of ends for it at the first ">", in quotation marks or not.
+TEST_F(CompleteImport, ReplacesEntitiesBehindOddMarkupAsTheParserSeesThem)
+{
+	const Loaded loaded =
+		LoadWith("<!DOCTYPE svg [<!ENTITY e 'x'>]><svg><!odd \"><title id='t'>\"&e;</title><!odd '></svg>");
+	EXPECT_EQ("\"x", Cast<SVGDescriptionInterface>(loaded["t"])->GetText().View());
+}
+
 TEST_F(CompleteImport, RefusesReferencesToWhatIsNoCharacterOfXml)
 {
 	for (const std::string reference : {"&#0;", "&#8;", "&#x1f;", "&#xd800;", "&#xdfff;", "&#xfffe;", "&#xffff;", "&#;",

@@ -246,6 +246,8 @@ private:
 				end = "]]>";
 			else if (rest.starts_with("<?"))
 				end = "?>";
+			else if (rest.starts_with("<!"))
+				end = ">"; // As the XML parser skips what it does not know.
 			else
 			{
 				at = ORVAN_TRY(ExpandTag(at));
