@@ -101,12 +101,17 @@ TEST_F(CompleteImport, ReadsTheCharactersOfEachEncoding)
 				  read("<?xml version='1.0' encoding='iso-8859-9'?><svg><title id='t'>\xd0</title></svg>"));
 }
 
-/// What the XML parser knows nothing of ends for it at the first ">", in quotation marks or not.
+/// What the XML parser knows nothing of ends for it at the first ">", and names may have quotation marks.
 TEST_F(CompleteImport, ReplacesEntitiesBehindOddMarkupAsTheParserSeesThem)
 {
-	const Loaded loaded =
-		LoadWith("<!DOCTYPE svg [<!ENTITY e 'x'>]><svg><!odd \"><title id='t'>\"&e;</title><!odd '></svg>");
-	EXPECT_EQ("\"x", Cast<SVGDescriptionInterface>(loaded["t"])->GetText().View());
+	for (const std::string odd : {"<!odd \">", "<odd\"/>", "<odd='\"/>", "<odd a\"='>'/>", "<odd a = \">\"/>"})
+	{
+		const Loaded loaded = LoadWith("<!DOCTYPE svg [<!ENTITY e 'x'>]><svg>" + odd +
+									   "<title id='t' class = \"&e;\">\"&e;</title>" + odd + "</svg>");
+		ASSERT_TRUE(loaded["t"]) << odd;
+		EXPECT_EQ("\"x", Cast<SVGDescriptionInterface>(loaded["t"])->GetText().View()) << odd;
+		EXPECT_EQ("x", ClassOf(loaded["t"])) << odd;
+	}
 }
 
 TEST_F(CompleteImport, RefusesReferencesToWhatIsNoCharacterOfXml)

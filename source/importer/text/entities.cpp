@@ -264,6 +264,9 @@ private:
 	/// Returns where the tag ends.
 	Result<std::size_t> ExpandTag(std::size_t at)
 	{
+		const std::size_t nameEnd = std::min(_text.find_first_of(" \t\r\n/>", at), _text.size());
+		ORVAN_TRY(Copy(at, nameEnd));
+		at = nameEnd;
 		while (at < _text.size())
 		{
 			const std::size_t stop = std::min(_text.find_first_of("\"'>", at), _text.size());
@@ -272,6 +275,10 @@ private:
 			at = next;
 			if (stop == _text.size() || _text[stop] == '>')
 				break;
+			// For the XML parser, quotation marks elsewhere are parts of names.
+			const std::size_t before = _text.find_last_not_of(kBlanks, stop - 1);
+			if (before < nameEnd || _text[before] != '=')
+				continue;
 			const std::size_t quote = std::min(_text.find(_text[stop], at), _text.size());
 			ORVAN_TRY(ExpandRange(at, quote, Context::attribute));
 			ORVAN_TRY(Copy(quote, std::min(quote + 1, _text.size())));
