@@ -54,6 +54,11 @@ bool IsAtUrl(std::string_view text, std::size_t bracket) noexcept
 	if (bracket < 3 || (text[bracket - 3] | 0x20) != 'u' || (text[bracket - 2] | 0x20) != 'r' ||
 		(text[bracket - 1] | 0x20) != 'l')
 		return false;
+	// "curl(" is another function, "#url(" is none.
+	constexpr std::string_view kNameCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_\\#@";
+	if (bracket > 3 && (static_cast<unsigned char>(text[bracket - 4]) >= 0x80 ||
+						kNameCharacters.find(text[bracket - 4]) != kNameCharacters.npos))
+		return false;
 	const std::size_t inner = text.find_first_not_of(" \t\r\n\f", bracket + 1);
 	return inner == text.npos || (text[inner] != '"' && text[inner] != '\'');
 }
