@@ -276,6 +276,7 @@ constexpr std::array kRules = {
 // clang-format on
 
 constexpr ProbedNameIndex<kRules.size()> kIndex(kRules);
+// With fewer slots for so many names the compiler gives up before it finds a multiplier.
 constexpr ShortNameIndex<kRules.size(), 12> kShortNames(kRules);
 
 constexpr Number kFont[] = {Number::fontStyle,   Number::fontVariant, Number::fontWeight,
