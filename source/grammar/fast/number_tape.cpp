@@ -6,9 +6,8 @@
 
 #if defined(__x86_64__)
 #include "fast/number_masks.h"
+#include "fast/wide_registers.h"
 #include "shared/decimal.h"
-
-#include <immintrin.h>
 #endif
 
 namespace orvan::grammar
@@ -29,9 +28,6 @@ void NumberTape::End()
 }
 
 #if defined(__x86_64__)
-
-// What each function that uses the processor's wide registers is marked with. They are called only where there are any.
-#define ORVAN_WIDE [[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,avx512vbmi2,bmi,bmi2,lzcnt,popcnt")]]
 
 bool NumberTape::IsAvailable()
 {
