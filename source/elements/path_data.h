@@ -5,8 +5,10 @@
 #include "svg_edit.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace orvan::svg
@@ -23,17 +25,36 @@ public:
 	{
 		constexpr std::size_t kNeeded = 1 + 2 * sizeof...(points);
 		if (_words.GetCapacity() - _words.GetCount() < kNeeded) [[unlikely]]
-			ORVAN_TRY(Grow());
+			ORVAN_TRY(Grow(kNeeded));
 		const std::uint32_t position = _count++ % kRun;
 		if (position == 0)
-		{
-			_kindsAt = static_cast<std::uint32_t>(_words.GetCount());
-			*_words.AppendUninitialized(1) = 0;
-		}
+			BeginRun();
 		_words[_kindsAt] |= static_cast<std::uint64_t>(type) << (2 * position);
 		[[maybe_unused]] std::uint64_t* word = _words.AppendUninitialized(2 * sizeof...(points));
 		((*word++ = std::bit_cast<std::uint64_t>(points.x), *word++ = std::bit_cast<std::uint64_t>(points.y)), ...);
 		return {};
+	}
+
+	/// Makes room for as many more commands.
+	Result<void> Reserve(std::size_t commands) noexcept
+	{
+		// Behind the last command, as many words as a cubic takes are written whatever it is.
+		const std::size_t needed = (1 + kMostWords) * commands + kMostWords;
+		return _words.GetCapacity() - _words.GetCount() < needed ? Grow(needed) : Result<void>();
+	}
+
+	/// Appends a command for which there is room, or nothing if it is not there, without a branch that depends on
+	/// either: of a row of commands nobody foresees the next. The coordinates that the type has stand first.
+	void AppendInRoom(SVGPathCommandType type, const std::array<double, 6>& coordinates, bool isThere) noexcept
+	{
+		constexpr std::array<std::uint8_t, 4> kWords{2, 2, kMostWords, 0};
+		const std::uint32_t position = _count % kRun;
+		if (position == 0 && isThere)
+			BeginRun();
+		_words[_kindsAt] |= static_cast<std::uint64_t>(isThere ? type : SVGPathCommandType::move) << (2 * position);
+		_count += isThere;
+		const std::size_t words = isThere ? kWords[static_cast<std::size_t>(type)] : 0;
+		std::memcpy(_words.AppendUninitialized(words), coordinates.data(), sizeof coordinates);
 	}
 
 	/// Gives unused memory back.
@@ -101,12 +122,22 @@ private:
 	static constexpr std::uint32_t kRun = SVGPathView::kRun;
 	static constexpr std::size_t kFirstWords = 64;
 
-	Result<void> Grow() noexcept
+	static constexpr std::size_t kMostWords = 6;
+
+	void BeginRun() noexcept
+	{
+		_kindsAt = static_cast<std::uint32_t>(_words.GetCount());
+		*_words.AppendUninitialized(1) = 0;
+	}
+
+	/// Makes room for that many more words.
+	Result<void> Grow(std::size_t needed) noexcept
 	{
 		// Positions are kept in 32 bits; a path that large would take 32 GiB.
-		if (_words.GetCount() > std::numeric_limits<std::uint32_t>::max() / 2)
+		const std::size_t count = _words.GetCount();
+		if (count > std::numeric_limits<std::uint32_t>::max() / 2)
 			return OutOfMemoryError();
-		return _words.Reserve(std::max(kFirstWords, 2 * _words.GetCount()));
+		return _words.Reserve(std::max({kFirstWords, 2 * count, count + needed}));
 	}
 
 	BaseArray<std::uint64_t> _words;

@@ -20,7 +20,9 @@
 
 #include "svg_length_unit.h"
 
+#include <array>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace orvan::grammar
@@ -206,6 +208,22 @@ protected:
 	~LengthSink() = default;
 };
 
+/// A segment of a path, for sinks that take many at once.
+struct PathSegment
+{
+	enum class Kind : std::uint8_t
+	{
+		move,
+		line,
+		cubic,
+		close,
+		none, ///< Nothing stands here.
+	};
+
+	Kind kind;
+	std::array<double, 6> coordinates; ///< As many as the kind has.
+};
+
 /// Receives the segments of a path in order, in absolute coordinates, all finite. What was delivered before a refusal
 /// is to be thrown away.
 class PathSink
@@ -215,6 +233,31 @@ public:
 	virtual void LineTo(double x, double y) = 0;
 	virtual void CubicTo(double x1, double y1, double x2, double y2, double x, double y) = 0;
 	virtual void Close() = 0;
+
+	/// Takes segments as if one by one.
+	virtual void Add(std::span<const PathSegment> segments)
+	{
+		for (const auto& [kind, c] : segments)
+		{
+			switch (kind)
+			{
+			case PathSegment::Kind::move:
+				MoveTo(c[0], c[1]);
+				break;
+			case PathSegment::Kind::line:
+				LineTo(c[0], c[1]);
+				break;
+			case PathSegment::Kind::cubic:
+				CubicTo(c[0], c[1], c[2], c[3], c[4], c[5]);
+				break;
+			case PathSegment::Kind::close:
+				Close();
+				break;
+			case PathSegment::Kind::none:
+				break;
+			}
+		}
+	}
 
 	/// Told now and then, while a long text is read: nothing before this place in it is looked at any more.
 	virtual void Reach(const char* place)

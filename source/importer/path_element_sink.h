@@ -6,6 +6,7 @@
 #include "grammar.h"
 #include "importer/text/text_release.h"
 
+#include <span>
 #include <utility>
 
 namespace orvan::svg
@@ -46,6 +47,17 @@ public:
 		Note(_path.Append(SVGPathCommandType::close));
 	}
 
+	void Add(std::span<const grammar::PathSegment> segments) override
+	{
+		Result<void> hasRoom = _path.Reserve(segments.size());
+		if (hasRoom.IsOk())
+		{
+			for (const auto& [kind, coordinates] : segments)
+				_path.AppendInRoom(static_cast<SVGPathCommandType>(kind), coordinates, kind != Kind::none);
+		}
+		Note(std::move(hasRoom));
+	}
+
 	void Reach(const char* place) override
 	{
 		if (_text != nullptr)
@@ -61,6 +73,12 @@ public:
 	}
 
 private:
+	using Kind = grammar::PathSegment::Kind;
+	static_assert(static_cast<int>(Kind::move) == static_cast<int>(SVGPathCommandType::move));
+	static_assert(static_cast<int>(Kind::line) == static_cast<int>(SVGPathCommandType::line));
+	static_assert(static_cast<int>(Kind::cubic) == static_cast<int>(SVGPathCommandType::cubic));
+	static_assert(static_cast<int>(Kind::close) == static_cast<int>(SVGPathCommandType::close));
+
 	void Note(Result<void> result) noexcept
 	{
 		if (!result.IsOk()) [[unlikely]]

@@ -122,6 +122,75 @@ TEST(Layers, AgreeOnLongPaths)
 	}
 }
 
+/// Path data of many arcs, some of which no conversion can take.
+class ArcTexts
+{
+public:
+	std::string Next(std::size_t count)
+	{
+		static constexpr std::string_view kOthers[]{"h1v2",
+													"z",
+													"M3 4",
+													"c1 2 3 4 5 6",
+													"s1 2 3 4",
+													"a0 3 0 0 1 2 2",
+													"a1 1 0 0 1 0 0",
+													"a1e80 1e80 0 0 1 1e80 1e79M2 2",
+													"A1e80 2 0 0 0 1 1",
+													"M0 0a1 1 0 0 1 1e-200 1e-200M2 2",
+													"A 1e-200 1 0 0 0 1 2",
+													"a5 5 0 0 1 5 5",
+													"a2 2 0 1 1 4 0"};
+		std::string text;
+		for (; count != 0; --count)
+		{
+			if (_random() % 4 == 0)
+			{
+				text += kOthers[_random() % std::size(kOthers)];
+				continue;
+			}
+			text += 'a' + Hundredths(1, 2000) + ' ' + Hundredths(1, 2000) + (_random() % 8 == 0 ? " 30 " : " 0 ");
+			text += _random() % 2 == 0 ? "0 " : "1 ";
+			text += _random() % 2 == 0 ? "0 " : "1 ";
+			text += Hundredths(-1500, 1500) + ' ' + Hundredths(-1500, 1500);
+		}
+		return text;
+	}
+
+private:
+	std::string Hundredths(int from, int to)
+	{
+		std::string text;
+		AppendNumber(text, std::uniform_int_distribution<int>(from, to)(_random) / 100.0);
+		return text;
+	}
+
+	std::mt19937_64 _random{12};
+};
+
+// Arcs wait for one another on a tape, and so does what stands between them.
+TEST(Layers, AgreeOnManyArcs)
+{
+	if (!NumberTape::IsAvailable())
+		GTEST_SKIP() << "This processor records no tapes.";
+	ArcTexts texts;
+	for (int i = 0; i != kTexts; ++i)
+	{
+		std::string text = "M1 1" + texts.Next(i % 16 == 0 ? 50 : 4);
+		// More than is held back.
+		if (i % 128 == 0)
+			for (int j = 0; j != 80; ++j)
+				text += "h1v2";
+		text += texts.Next(2);
+		const std::string expected =
+			Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return library::ParsePath(text, sink); });
+		ASSERT_NE(expected, "refused") << text;
+		ASSERT_EQ(Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return ParsePathFromTape(text, sink); }),
+				  expected)
+			<< text;
+	}
+}
+
 TEST(Layers, AgreeOnPoints)
 {
 	static constexpr std::string_view kTokens[]{"#", "#", "#", "1.", " ", "\n", ", ", ".5", "-", "1,2 "};

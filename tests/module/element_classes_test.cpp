@@ -3,6 +3,7 @@
 #include "support/svg_module.h"
 
 #include <map>
+#include <random>
 
 namespace orvan
 {
@@ -295,6 +296,53 @@ TEST_F(ElementClasses, PathsKeepTheirCommandsInOrderWithTheEndInTheLastPoint)
 		expect(copy, 250);
 		expect(path, 300);
 	}
+}
+
+// Several arcs of one path are read together, and what stands between them is stored with theirs.
+TEST_F(ElementClasses, PathsOfManyArcsAreThoseOfTheirParts)
+{
+	std::mt19937 random{5};
+	const auto number = [&random]
+	{
+		return std::to_string(static_cast<int>(random() % 2000) - 1000) + '.' + std::to_string(random() % 10) + ' ';
+	};
+	std::string text, data = "M0 0";
+	std::string start = data;
+	for (int i = 0; i < 1000; i++)
+	{
+		const std::string end = number() + number();
+		std::string part = "C" + number() + number() + number() + number() + end;
+		if (random() % 2 == 0)
+			part = 'L' + end;
+		else if (random() % 3 == 0)
+			part = "A 70 " + std::to_string(random() % 90) + (random() % 2 == 0 ? " 0 1 0 " : " 9 0 1 ") + end;
+		if (i % 40 == 39)
+			part += "zM" + end;
+		text += "<path d='" + start + part + "'/>";
+		data += part;
+		start = 'M' + end;
+	}
+	const SVGDocumentRef document = Load("<svg><path d='" + data + "'/>" + text + "</svg>");
+	const auto children = Must(Cast<HierarchyObjectInterface>(document->GetRootElement())->GetChildren());
+	const auto commandsOf = [&children](std::size_t i)
+	{
+		return Must(Cast<SVGPathElementInterface>(children[i])->GetPath());
+	};
+	const BaseArray<SVGPathCommand> whole = commandsOf(0);
+	std::size_t at = 0;
+	for (std::size_t i = 1; i < children.GetCount(); i++)
+	{
+		const BaseArray<SVGPathCommand> part = commandsOf(i);
+		// All but the first part begin with a move that is not in the whole.
+		for (std::size_t j = i == 1 ? 0 : 1; j < part.GetCount(); j++, at++)
+		{
+			ASSERT_LT(at, whole.GetCount());
+			ASSERT_EQ(part[j].type, whole[at].type) << at;
+			for (int k = 0; k < 3; k++)
+				ASSERT_EQ(part[j].points[k], whole[at].points[k]) << at;
+		}
+	}
+	EXPECT_EQ(at, whole.GetCount());
 }
 
 TEST_F(ElementClasses, CopiesOfThoseWithAStateOfTheirOwnKeepWhatAllElementsHave)

@@ -13,9 +13,10 @@ template <PathDialect dialect, typename Reader>
 class PathParser
 {
 public:
-	/// `deliverArc` is what arcs are handed to.
-	PathParser(std::string_view text, PathSink& sink, void (*deliverArc)(const Arc&, PathSink&))
-		: _reader(text, sink), _context(sink, deliverArc), _adapter(_context)
+	/// `arcs` is what arcs are handed to, as PathContext has it.
+	template <typename Arcs>
+	PathParser(std::string_view text, PathSink& sink, Arcs&& arcs)
+		: _reader(text, sink), _context(sink, arcs), _adapter(_context)
 	{
 	}
 

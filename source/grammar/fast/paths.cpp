@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "fast/paths.h"
 
+#include "fast/arc_queue.h"
 #include "fast/path_parser.h"
 #include "fast/tape_reader.h"
 
@@ -8,26 +9,21 @@
 
 namespace orvan::grammar
 {
-namespace
-{
-template <typename Reader>
-Parsed ParsePathBy(std::string_view text, PathSink& sink)
-{
-	return PathParser<PathDialect::plain, Reader>(text, sink, &DeliverArc).Parse() ? Parsed::value : Parsed::refused;
-}
-} // namespace
-
 // Nothing goes back to the library from here: what this parser refuses, the library's grammar refuses as well, and
 // starting again would deliver segments twice.
 
 Parsed ParsePathFromTape(std::string_view text, PathSink& sink)
 {
-	return ParsePathBy<TapeReader<PathDialect::plain>>(text, sink);
+	ArcQueue arcs(sink);
+	const bool isWhole = PathParser<PathDialect::plain, TapeReader<PathDialect::plain>>(text, sink, arcs).Parse();
+	arcs.Finish();
+	return isWhole ? Parsed::value : Parsed::refused;
 }
 
 Parsed ParsePathByNumbers(std::string_view text, PathSink& sink)
 {
-	return ParsePathBy<PathReader<PathDialect::plain>>(text, sink);
+	PathParser<PathDialect::plain, PathReader<PathDialect::plain>> parser(text, sink, &DeliverArc);
+	return parser.Parse() ? Parsed::value : Parsed::refused;
 }
 
 Parsed ParsePath(std::string_view text, PathSink& sink)

@@ -28,7 +28,12 @@ public:
 	using Absolute = svgpp::tag::coordinate::absolute;
 
 	/// `deliverArc` is what arcs are handed to.
-	PathContext(PathSink& sink, void (*deliverArc)(const Arc&, PathSink&)) : _sink(sink), _deliverArc(deliverArc)
+	PathContext(PathSink& sink, void (*deliverArc)(const Arc&, PathSink&)) : _sink(&sink), _deliverArc(deliverArc)
+	{
+	}
+
+	/// Hands everything from the first arc on to `arcs`, and what comes before it to what that writes to.
+	PathContext(PathSink& sink, ArcSink& arcs) : _sink(&sink), _arcs(&arcs)
 	{
 	}
 
@@ -44,7 +49,7 @@ public:
 	void path_move_to(double x, double y, Absolute)
 	{
 		if (Reach(x, y))
-			_sink.MoveTo(x, y);
+			_sink->MoveTo(x, y);
 		_startX = x;
 		_startY = y;
 	}
@@ -52,29 +57,36 @@ public:
 	void path_line_to(double x, double y, Absolute)
 	{
 		if (Reach(x, y))
-			_sink.LineTo(x, y);
+			_sink->LineTo(x, y);
 	}
 
 	void path_cubic_bezier_to(double x1, double y1, double x2, double y2, double x, double y, Absolute)
 	{
 		const bool areControlsFinite = Check(x1, y1) && Check(x2, y2);
 		if (Reach(x, y) && areControlsFinite)
-			_sink.CubicTo(x1, y1, x2, y2, x, y);
+			_sink->CubicTo(x1, y1, x2, y2, x, y);
 	}
 
 	void path_elliptical_arc_to(double radiusX, double radiusY, double rotation, bool isLarge, bool isSweep, double x,
 								double y, Absolute)
 	{
 		const Arc arc{_currentX, _currentY, radiusX, radiusY, rotation, isLarge, isSweep, x, y};
-		if (Check(radiusX, radiusY) && Check(rotation, 0) && Reach(x, y) && _isFinite)
-			_deliverArc(arc, _sink);
+		if (!Check(radiusX, radiusY) || !Check(rotation, 0) || !Reach(x, y) || !_isFinite)
+			return;
+		if (_arcs == nullptr)
+		{
+			_deliverArc(arc, *_sink);
+			return;
+		}
+		_sink = _arcs;
+		_arcs->ArcTo(arc);
 	}
 
 	void path_close_subpath()
 	{
 		_currentX = _startX;
 		_currentY = _startY;
-		_sink.Close();
+		_sink->Close();
 	}
 
 	void path_exit()
@@ -98,8 +110,9 @@ private:
 		return Check(x, y);
 	}
 
-	PathSink& _sink;
-	void (*_deliverArc)(const Arc&, PathSink&);
+	PathSink* _sink;
+	ArcSink* _arcs = nullptr;
+	void (*_deliverArc)(const Arc&, PathSink&) = nullptr;
 	double _currentX = 0;
 	double _currentY = 0;
 	double _startX = 0;
