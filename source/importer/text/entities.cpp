@@ -14,31 +14,41 @@ namespace
 {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kEntityDeclaration = "<!ENTITY";
 
-/// Where a declaration ends that begins at `at`: behind the ">" that stands in no value.
+/// Where a declaration ends that begins at `at`: behind the ">" that stands in no value; npos when it is none. Values
+/// stand behind blanks.
 std::size_t FindEndOfDeclaration(std::string_view text, std::size_t at) noexcept
 {
 	while ((at = text.find_first_of("\"'>", at)) != text.npos && text[at] != '>')
 	{
-		at = text.find(text[at], at + 1);
-		if (at == text.npos)
-			return at;
-		at++;
+		const std::size_t end = text.find(text[at], at + 1);
+		if (end == text.npos || kBlanks.find(text[at - 1]) == text.npos)
+			return text.npos;
+		at = end + 1;
 	}
 	return at == text.npos ? at : at + 1;
 }
 
+/// What ends that which stands in a subset in front of `rest`; empty for declarations.
+std::string_view EndMarkOf(std::string_view rest) noexcept
+{
+	return rest.starts_with("<!--") ? "-->" : rest.starts_with("<?") ? "?>" : rest.starts_with('%') ? ";" : "";
+}
+
 /// Where the bracket stands that ends a subset. Those in declarations, comments and processing instructions do not.
+/// npos when something stands there that does not belong there: behind a quotation mark too many, the rest of the file
+/// would seem to.
 std::size_t FindEndOfSubset(std::string_view text, std::size_t at) noexcept
 {
-	while ((at = text.find_first_of("]<", at)) != text.npos && text[at] != ']')
+	while ((at = text.find_first_not_of(kBlanks, at)) != text.npos && text[at] != ']')
 	{
 		const std::string_view rest = text.substr(at);
-		const std::string_view end = rest.starts_with("<!--") ? "-->" : rest.starts_with("<?") ? "?>" : "";
-		if (end.empty())
-			at = FindEndOfDeclaration(text, at);
-		else if ((at = text.find(end, at)) != text.npos)
-			at += end.size();
+		const std::string_view mark = EndMarkOf(rest);
+		if (mark.empty())
+			at = rest.starts_with("<!") ? FindEndOfDeclaration(text, at) : rest.npos;
+		else if ((at = text.find(mark, at)) != text.npos)
+			at += mark.size();
 		if (at == text.npos)
 			break;
 	}
@@ -94,10 +104,13 @@ public:
 				SkipPast("-->");
 			else if (_rest.starts_with("<?"))
 				SkipPast("?>");
-			else if (!_rest.starts_with("<!ENTITY"))
-				SkipDeclaration();
-			else if (ReadEntity(name, value))
-				return true;
+			else
+			{
+				std::string_view declaration = _rest.substr(0, FindEndOfDeclaration(_rest, 0));
+				_rest.remove_prefix(declaration.size());
+				if (ReadEntity(declaration, name, value))
+					return true;
+			}
 		}
 	}
 
@@ -108,29 +121,26 @@ private:
 		_rest.remove_prefix(at == _rest.npos ? _rest.size() : at + mark.size());
 	}
 
-	void SkipDeclaration() noexcept
+	/// Takes a word from the front of a declaration.
+	static std::string_view Word(std::string_view& declaration) noexcept
 	{
-		_rest.remove_prefix(std::min(FindEndOfDeclaration(_rest, 0), _rest.size()));
-	}
-
-	std::string_view Word() noexcept
-	{
-		_rest.remove_prefix(std::min(_rest.find_first_not_of(kBlanks), _rest.size()));
-		const std::string_view word = _rest.substr(0, _rest.find_first_of(" \t\r\n\"'>"));
-		_rest.remove_prefix(word.size());
+		declaration.remove_prefix(std::min(declaration.find_first_not_of(kBlanks), declaration.size()));
+		const std::string_view word = declaration.substr(0, declaration.find_first_of(" \t\r\n\"'>"));
+		declaration.remove_prefix(word.size());
 		return word;
 	}
 
-	bool ReadEntity(std::string_view& name, std::string_view& value) noexcept
+	static bool ReadEntity(std::string_view declaration, std::string_view& name, std::string_view& value) noexcept
 	{
-		_rest.remove_prefix(std::string_view("<!ENTITY").size());
-		name = Word();
-		const std::string_view keyword = name == "%" ? name : Word();
+		if (!declaration.starts_with(kEntityDeclaration))
+			return false;
+		declaration.remove_prefix(kEntityDeclaration.size());
+		name = Word(declaration);
+		const std::string_view keyword = name == "%" ? name : Word(declaration);
 		const bool isInternal =
-			!name.empty() && keyword.empty() && !_rest.empty() && (_rest[0] == '"' || _rest[0] == '\'');
+			!name.empty() && keyword.empty() && (declaration.starts_with('"') || declaration.starts_with('\''));
 		if (isInternal)
-			value = _rest.substr(1, _rest.find(_rest[0], 1) - 1);
-		SkipDeclaration();
+			value = declaration.substr(1, declaration.find(declaration[0], 1) - 1);
 		return isInternal;
 	}
 
@@ -401,13 +411,13 @@ private:
 bool DeclaresEntities(std::string_view text) noexcept
 {
 	// Nearly all files are done after a look at their first bytes.
-	return FindSubset(text).find("<!ENTITY") != std::string_view::npos;
+	return FindSubset(text).find(kEntityDeclaration) != std::string_view::npos;
 }
 
 bool NeedsReplacement(std::string_view text) noexcept
 {
 	const std::string_view subset = FindSubset(text);
-	return subset.find("<!ENTITY") != subset.npos || subset.find_first_of("[]", 1) + 1 < subset.size();
+	return subset.find(kEntityDeclaration) != subset.npos || subset.find_first_of("[]", 1) + 1 < subset.size();
 }
 
 Result<BaseArray<char>> ReplaceEntities(std::string_view text, PositionMap& positions)
