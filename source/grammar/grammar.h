@@ -235,7 +235,7 @@ public:
 	virtual void Close() = 0;
 
 	/// Takes segments as if one by one.
-	virtual void Add(std::span<const PathSegment> segments)
+	virtual void AddSegments(std::span<const PathSegment> segments)
 	{
 		for (const auto& [kind, c] : segments)
 		{

@@ -47,7 +47,7 @@ public:
 		Note(_path.Append(SVGPathCommandType::close));
 	}
 
-	void Add(std::span<const grammar::PathSegment> segments) override
+	void AddSegments(std::span<const grammar::PathSegment> segments) override
 	{
 		Result<void> hasRoom = _path.Reserve(segments.size());
 		if (hasRoom.IsOk())

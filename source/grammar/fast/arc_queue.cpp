@@ -83,11 +83,11 @@ void ArcQueue::Finish()
 			Fill(bent, lane);
 			continue;
 		}
-		_sink.Add({_held.data() + from, _places[lane] - from});
+		_sink.AddSegments({_held.data() + from, _places[lane] - from});
 		DeliverArc(ArcAt(lane), _sink);
 		from = _places[lane] + BentArcs::kMostCubics;
 	}
-	_sink.Add({_held.data() + from, _heldCount - from});
+	_sink.AddSegments({_held.data() + from, _heldCount - from});
 	_heldCount = 0;
 	_arcs.count = 0;
 	_arcs.areLarge = _arcs.areSweep = 0;
