@@ -31,10 +31,23 @@ bool LooksLikeIri(std::string_view reference) noexcept
 		   reference.starts_with("data:");
 }
 
+namespace
+{
+
+/// Blanks, control characters, and what has a meaning in an url() without quotes.
+bool CannotStandUnquoted(char c) noexcept
+{
+	constexpr char kDelete = 0x7f;
+	return static_cast<unsigned char>(c) <= ' ' || c == kDelete ||
+		   std::string_view("\"'()\\").find(c) != std::string_view::npos;
+}
+
+} // namespace
+
 void AppendReference(std::string& text, std::string_view reference)
 {
 	const bool isIri = LooksLikeIri(reference);
-	const bool needsQuotes = reference.find_first_of(" \t\r\n\f\"'()\\") != reference.npos;
+	const bool needsQuotes = std::any_of(reference.begin(), reference.end(), CannotStandUnquoted);
 	text += needsQuotes ? "url('" : "url(";
 	if (!isIri)
 		text += '#';
