@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <pty.h>
 #include <sstream>
+#include <unistd.h>
 
 namespace orvan::test
 {
@@ -128,6 +130,11 @@ TEST(TreeCommand, IndentsTheTreeForPeople)
 
 TEST(TreeCommand, HasColorsOnTerminalsThatWantThem)
 {
+	int master, slave;
+	if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0)
+		GTEST_SKIP() << "This system has no pseudo-terminals.";
+	close(master);
+	close(slave);
 	const TemporaryFolder folder;
 	const std::string command = "script -qec '" ORVAN_PROGRAM " tree " + folder.Write("a.svg", Svg("")) + "' /dev/null";
 	const struct
