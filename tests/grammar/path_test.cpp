@@ -161,7 +161,7 @@ TEST(Points, TheFirstPairMovesTheOthersDraw)
 TEST(Points, MalformedListsAreRefused)
 {
 	for (const char* text : {"1", "1,2,3", "1,2,", "1,,2", "1-2-3-4", "1.5.5", "x", "+1+2", "1,2px", "nan,1", "1e999,2",
-							 ",1,2", "1.8e308,1", "1,2;3,4", "none"})
+							 "1,2 1e999,3", "1,2 3,1e999", ",1,2", "1.8e308,1", "1,2;3,4", "none"})
 		EXPECT_EQ(Points(text), kRefused) << text;
 }
 } // namespace
