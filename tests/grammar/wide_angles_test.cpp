@@ -115,6 +115,32 @@ TEST_F(WideAngles, SinesAndCosinesAreTheCLibrarys)
 	}
 }
 
+// Where a sine or a cosine is next to nothing, the C library is less exact than anywhere else.
+TEST_F(WideAngles, AnglesNextToQuarterTurnsAreTheCLibrarys)
+{
+	constexpr int kQuarters = 12;
+	constexpr int kNeighbours = 64;
+	for (int quarter = -kQuarters; quarter <= kQuarters; ++quarter)
+	{
+		double angle = quarter * kTurn / 4;
+		for (int i = 0; i != kNeighbours; ++i)
+			angle = std::nextafter(angle, -100.0);
+		for (int i = 0; i != 2 * kNeighbours / 8; ++i)
+		{
+			const Numbers angles = Fill([&angle] { return angle = std::nextafter(angle, 100.0); });
+			Numbers sines, cosines;
+			SineAndCosineOf(angles, sines, cosines);
+			for (std::size_t lane = 0; lane != 8; ++lane)
+			{
+				ASSERT_NO_FATAL_FAILURE(
+					ExpectSame(sines.items[lane], std::sin(angles.items[lane]), angles.items[lane]));
+				ASSERT_NO_FATAL_FAILURE(
+					ExpectSame(cosines.items[lane], std::cos(angles.items[lane]), angles.items[lane]));
+			}
+		}
+	}
+}
+
 TEST_F(WideAngles, TangentsAreTheCLibrarys)
 {
 	for (int i = 0; i != kTimes; ++i)

@@ -20,7 +20,8 @@
 ///     sums            1              2           1 is rounded to the left, 2 is in doubt
 ///
 /// How much around the middle is in doubt follows from how wrong the C library may be, in units in the last place:
-/// sines and cosines 0.518, as it says itself, angles 0.524 and tangents 0.619, which are the largest errors known.
+/// sines and cosines 0.518, as it says itself, angles 0.524 and tangents 0.619, which are the largest errors known. A
+/// sine or a cosine that is next to nothing, because the angle is next to a quarter turn, is wrong by up to 0.561.
 namespace orvan::grammar::wide
 {
 using Doubles = __m512d;
@@ -96,15 +97,27 @@ struct Rounded
 
 /// Shares of all results that are in doubt: twice the C library's errors beyond half a unit, and some room.
 constexpr double kDoubtOfSine = 0.05;
+constexpr double kDoubtOfTinySine = 0.2;
 constexpr double kDoubtOfAngle = 0.08;
 constexpr double kDoubtOfTangent = 0.25;
 
-ORVAN_WIDE inline Rounded Round(Sums sums, double doubt)
+/// What becomes another double when its low part is that much larger is in doubt.
+constexpr double FactorOf(double doubt)
+{
+	return 1 / (1 - doubt);
+}
+
+ORVAN_WIDE inline Rounded Round(Sums sums, Doubles factors)
 {
 	const auto [high, low] = Sums::Of(sums.high, sums.low);
-	// In doubt is what would become another double if the low part were somewhat larger.
-	const Doubles enlarged = MultiplyAdd(low, All(1 / (1 - doubt)), high);
-	return {high, _mm512_cmp_pd_mask(enlarged, high, _CMP_NEQ_UQ)};
+	return {high, _mm512_cmp_pd_mask(MultiplyAdd(low, factors, high), high, _CMP_NEQ_UQ)};
+}
+
+ORVAN_WIDE inline Rounded RoundSine(Sums sums)
+{
+	constexpr double kTiny = 0x1p-40;
+	const Lanes isTiny = _mm512_cmp_pd_mask(Magnitude(sums.high), All(kTiny), _CMP_LT_OQ);
+	return Round(sums, Choose(isTiny, All(FactorOf(kDoubtOfTinySine)), All(FactorOf(kDoubtOfSine))));
 }
 
 /// The eight numbers one by one.
@@ -266,8 +279,8 @@ ORVAN_WIDE inline SineAndCosine FindSineAndCosine(Doubles angles)
 ORVAN_WIDE inline void FindSineAndCosine(Doubles angles, Lanes lanes, Doubles& sine, Doubles& cosine)
 {
 	const SineAndCosine sums = FindSineAndCosine(angles);
-	const Rounded sines = Round(sums.sine, kDoubtOfSine);
-	const Rounded cosines = Round(sums.cosine, kDoubtOfSine);
+	const Rounded sines = RoundSine(sums.sine);
+	const Rounded cosines = RoundSine(sums.cosine);
 	// The sine of zero has the sign of that zero.
 	const Lanes isZero = _mm512_cmp_pd_mask(angles, All(0), _CMP_EQ_OQ);
 	sine = Ask(std::sin, sines.inDoubt & lanes, Choose(isZero, angles, sines.values), angles);
@@ -282,12 +295,12 @@ ORVAN_WIDE inline void FindTangentAndSine(Doubles half, Lanes lanes, Doubles& ta
 	const Doubles reciprocal = All(1) / cosineOfHalf.high;
 	const Doubles rest = SubtractProduct(sineOfHalf.high, quotient, cosineOfHalf.high) +
 						 SubtractProduct(sineOfHalf.low, quotient, cosineOfHalf.low);
-	const Rounded tangents = Round({quotient, rest * reciprocal}, kDoubtOfTangent);
+	const Rounded tangents = Round({quotient, rest * reciprocal}, All(FactorOf(kDoubtOfTangent)));
 	tangent = Ask(std::tan, tangents.inDoubt & lanes, tangents.values, half);
 
 	Sums product = Sums::OfProduct(sineOfHalf.high, cosineOfHalf.high);
 	product.low = product.low + MultiplyAdd(sineOfHalf.high, cosineOfHalf.low, sineOfHalf.low * cosineOfHalf.high);
-	const Rounded sines = Round({product.high + product.high, product.low + product.low}, kDoubtOfSine);
+	const Rounded sines = RoundSine({product.high + product.high, product.low + product.low});
 	sine = Ask(std::sin, sines.inDoubt & lanes, sines.values, half + half);
 }
 
@@ -321,7 +334,7 @@ ORVAN_WIDE inline Doubles FindAngle(Doubles y, Doubles x, Lanes lanes)
 	const Doubles lost = (left.low - right.low) + SubtractProduct(up * cosine.low, x, sine.low);
 	const Doubles tangent = ((left.high - right.high) + lost) / MultiplyAdd(x, cosine.high, up * sine.high);
 	const Doubles rest = SubtractProduct(tangent, tangent * tangent * tangent, All(1.0 / 3));
-	const Rounded angles = Round({estimate, rest}, kDoubtOfAngle);
+	const Rounded angles = Round({estimate, rest}, All(FactorOf(kDoubtOfAngle)));
 
 	// Far from one, products may leave the range in which nothing is lost.
 	constexpr double kFar = 0x1p100;
