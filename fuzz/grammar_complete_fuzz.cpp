@@ -4,6 +4,7 @@
 
 #include "agreement.h"
 #include "complete/values.h"
+#include "fast/number_tape.h"
 #include "require.h"
 
 #include <algorithm>
@@ -196,7 +197,14 @@ void CheckTransforms(std::string_view text)
 void CheckPaths(std::string_view text)
 {
 	Checker plain, path;
-	complete::Progress progress = complete::ParsePath(text, path);
+	complete::Progress progress = complete::ParsePathByNumbers(text, path);
+	if (NumberTape::IsAvailable())
+	{
+		Checker taped;
+		const complete::Progress other = complete::ParsePathFromTape(text, taped);
+		Require(other.isWhole == progress.isWhole && other.offset == progress.offset && taped.numbers == path.numbers,
+				"a path from a tape differs", text);
+	}
 	Require(progress.offset <= text.size() && (!progress.isWhole || progress.offset == text.size()), "the offset",
 			text);
 	if (IsComparable(text) && orvan::grammar::ParsePath(text, plain) == Parsed::value)

@@ -43,19 +43,60 @@ public:
 		return _words.GetCapacity() - _words.GetCount() < needed ? Grow(needed) : Result<void>();
 	}
 
-	/// Appends a command for which there is room, or nothing if it is not there, without a branch that depends on
-	/// either: of a row of commands nobody foresees the next. The coordinates that the type has stand first.
-	void AppendInRoom(SVGPathCommandType type, const std::array<double, 6>& coordinates, bool isThere) noexcept
+	/// Appends commands for which there is room, without a branch for each: of a row of commands nobody foresees the
+	/// next.
+	class Writer
 	{
-		constexpr std::array<std::uint8_t, 4> kWords{2, 2, kMostWords, 0};
-		const std::uint32_t position = _count % kRun;
-		if (position == 0 && isThere)
-			BeginRun();
-		_words[_kindsAt] |= static_cast<std::uint64_t>(isThere ? type : SVGPathCommandType::move) << (2 * position);
-		_count += isThere;
-		const std::size_t words = isThere ? kWords[static_cast<std::size_t>(type)] : 0;
-		std::memcpy(_words.AppendUninitialized(words), coordinates.data(), sizeof coordinates);
-	}
+	public:
+		explicit Writer(PathData& path) noexcept
+			: _path(path), _word(path._words.end()), _kindsAt(path._words.begin() + path._kindsAt), _count(path._count)
+		{
+			_kinds = _count != 0 ? *_kindsAt : 0;
+		}
+
+		Writer(const Writer&) = delete;
+		Writer& operator=(const Writer&) = delete;
+
+		~Writer()
+		{
+			if (_count == 0)
+				return;
+			*_kindsAt = _kinds;
+			std::uint64_t* const begin = _path._words.begin();
+			_path._kindsAt = static_cast<std::uint32_t>(_kindsAt - begin);
+			_path._count = _count;
+			_path._words.AppendUninitialized(static_cast<std::size_t>(_word - _path._words.end()));
+		}
+
+		/// `kind` is that of an `SVGPathCommandType`, or the number behind those for nothing at all. The coordinates
+		/// that the kind has stand first.
+		void Append(std::size_t kind, const std::array<double, 6>& coordinates) noexcept
+		{
+			const bool isThere = kind != kNothing;
+			const std::uint32_t position = _count % kRun;
+			if (position == 0 && isThere) [[unlikely]]
+			{
+				if (_count != 0)
+					*_kindsAt = _kinds;
+				_kindsAt = _word++;
+				_kinds = 0;
+			}
+			_kinds |= static_cast<std::uint64_t>(kind % kNothing) << (2 * position);
+			_count += isThere;
+			std::memcpy(_word, coordinates.data(), sizeof coordinates);
+			_word += kWords[kind];
+		}
+
+	private:
+		static constexpr std::size_t kNothing = 4;
+		static constexpr std::array<std::uint8_t, kNothing + 1> kWords{2, 2, 6, 0, 0};
+
+		PathData& _path;
+		std::uint64_t* _word;    ///< Where the next goes.
+		std::uint64_t* _kindsAt; ///< Where the kinds of the last run go.
+		std::uint64_t _kinds;
+		std::uint32_t _count;
+	};
 
 	/// Gives unused memory back.
 	void Compact() noexcept

@@ -209,7 +209,7 @@ protected:
 };
 
 /// A segment of a path, for sinks that take many at once.
-struct PathSegment
+struct alignas(64) PathSegment
 {
 	enum class Kind : std::uint8_t
 	{
@@ -220,8 +220,8 @@ struct PathSegment
 		none, ///< Nothing stands here.
 	};
 
-	Kind kind;
 	std::array<double, 6> coordinates; ///< As many as the kind has.
+	Kind kind;
 };
 
 /// Receives the segments of a path in order, in absolute coordinates, all finite. What was delivered before a refusal
@@ -237,7 +237,7 @@ public:
 	/// Takes segments as if one by one.
 	virtual void AddSegments(std::span<const PathSegment> segments)
 	{
-		for (const auto& [kind, c] : segments)
+		for (const auto& [c, kind] : segments)
 		{
 			switch (kind)
 			{

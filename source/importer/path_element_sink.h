@@ -52,8 +52,9 @@ public:
 		Result<void> hasRoom = _path.Reserve(segments.size());
 		if (hasRoom.IsOk())
 		{
-			for (const auto& [kind, coordinates] : segments)
-				_path.AppendInRoom(static_cast<SVGPathCommandType>(kind), coordinates, kind != Kind::none);
+			PathData::Writer writer(_path);
+			for (const auto& [coordinates, kind] : segments)
+				writer.Append(static_cast<std::size_t>(kind), coordinates);
 		}
 		Note(std::move(hasRoom));
 	}

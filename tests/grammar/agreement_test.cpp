@@ -2,6 +2,7 @@
 // The fast layer and the library, side by side over random texts that are nearly, or fully, values. The fuzz targets do
 // the same in earnest; this is what every test run can afford.
 
+#include "complete/paths.h"
 #include "fast/number_tape.h"
 #include "fast/paths.h"
 #include "recording_sinks.h"
@@ -102,7 +103,7 @@ TEST(Layers, AgreeOnLongPaths)
 	static constexpr std::string_view kTokens[]{
 		"l1,2", "L1.5 -3", "h.5", "V 12345.678901", "c.1.2.3.4-.5 6", "S1 2,3\n 4", "z", "m7-7", "L 1234567.25 -.5 1e1,2",
 		"a5 5 0 013,4", "a5,5 0 1 0-3.5.5", "A1 2 3 0 0 4 5", "H12345678901234567", "Z M 3 , 4", "                      ",
-		"l\t+1 2", "L.123456789-12345678.12345678", "q1 1 2 2 3 3 4 4", "v0.000000000000001"};
+		"L.123456789-12345678.12345678", "q1 1 2 2 3 3 4 4", "v0.000000000000001"};
 	// clang-format on
 	Texts texts;
 	for (int i = 0; i != kTexts / 10; ++i)
@@ -118,8 +119,63 @@ TEST(Layers, AgreeOnLongPaths)
 		if (NumberTape::IsAvailable())
 		{
 			ASSERT_EQ(outcome(ParsePathFromTape), expected) << text;
+			// The complete dialect, with a fault somewhere.
+			std::string broken = text + ",z";
+			broken.insert(broken.size() / 2, kTokens[static_cast<std::size_t>(i) % std::size(kTokens)].substr(1));
+			RecordingPathSink taped, numbered;
+			const complete::Progress tapedProgress = complete::ParsePathFromTape(broken, taped);
+			const complete::Progress progress = complete::ParsePathByNumbers(broken, numbered);
+			ASSERT_EQ(taped.text, numbered.text) << broken;
+			ASSERT_EQ(tapedProgress.offset, progress.offset) << broken;
 		}
 	}
+}
+
+TEST(Layers, AgreeOnSignsOfZeros)
+{
+	static constexpr std::string_view kTokens[]{
+		"M-0-0",     "m-0-0", "l-0-0",     "L-0-0",          "h-0",           "v-0",
+		"H-0",       "V-0",   "z",         "c-0-0-0-0-0-0",  "C-0-0-0-0-0-0", "s-0-0-0-0",
+		"S-0-0-0-0", "t-0-0", "Q-0-0-0-0", "a1 1 0 0 0-0-0", "L0-0",          "M-0 0"};
+	ExpectAgreement<RecordingPathSink>(kTokens, 7, ParsePath, library::ParsePath);
+}
+
+TEST(Layers, AgreeOnPathsWithMuchRoomBetween)
+{
+	for (std::size_t blanks : {65470, 65500, 65530, 65535, 65536, 70000})
+	{
+		const std::string room(blanks, ' ');
+		for (const std::string& text : {"M1 2" + room + "a5 5 0 01 3 4" + room + "L5 6", "M1 2," + room + "3 4h5",
+										"M1 2L3 4" + room + "a5 5 0" + room + "0 13 4z5"})
+		{
+			EXPECT_EQ(
+				Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return ParsePath(text, sink); }),
+				Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return library::ParsePath(text, sink); }))
+				<< blanks;
+		}
+	}
+}
+
+// What no tape holds, here the plus, leaves all behind it to the other reader, which must know what came before.
+TEST(Layers, AgreeOnWhatIsHandedOver)
+{
+	if (!NumberTape::IsAvailable())
+		GTEST_SKIP() << "This processor records no tapes.";
+	static constexpr std::string_view kBefore[]{"L3 4", "c1 2 3 4 5 6",   "S 5 6 7 9", "q1 2 3 5", "T1 -2",
+												"z",    "a5 5 0 0 1 3 4", "m1 2",      "V7"};
+	static constexpr std::string_view kBehind[]{"s+1 2 3 4",     "S1 2 +3 4", "t+1 2", "T+1 2",
+												"L+3 4",         "l1 2 3+4",  "z+1",   "a5 5 0 0 1 3+4",
+												" +1 2 3 4 5 6", "H+1",       "m+1 2"};
+	for (std::string_view before : kBefore)
+		for (std::string_view behind : kBehind)
+			for (std::string_view last : {"", "z", "s1 2 3 4", "t 3 4", "l1 2z"})
+			{
+				const std::string text = "M7 8 9 10" + std::string(before) + std::string(behind) + std::string(last);
+				EXPECT_EQ(
+					Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return ParsePathFromTape(text, sink); }),
+					Outcome<RecordingPathSink>([&](RecordingPathSink& sink) { return library::ParsePath(text, sink); }))
+					<< text;
+			}
 }
 
 /// Path data of many arcs, some of which no conversion can take.
@@ -177,7 +233,6 @@ TEST(Layers, AgreeOnManyArcs)
 	for (int i = 0; i != kTexts; ++i)
 	{
 		std::string text = "M1 1" + texts.Next(i % 16 == 0 ? 50 : 4);
-		// More than is held back.
 		if (i % 128 == 0)
 			for (int j = 0; j != 80; ++j)
 				text += "h1v2";

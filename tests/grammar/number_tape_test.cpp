@@ -20,29 +20,31 @@ protected:
 			GTEST_SKIP() << "this processor records no tapes";
 	}
 
-	/// Values with their places, and marks in brackets, in the order of places.
-	std::string Show(std::string_view text, bool isBehindNumber = false, bool takesLongNumbers = true)
+	/// Values with their places, and marks in brackets, each behind the numbers that stand before it.
+	std::string Show(std::string_view text, bool isBehindNumber = false, PathDialect dialect = PathDialect::plain)
 	{
-		tape.Record(text.data(), text.data() + text.size(), isBehindNumber, takesLongNumbers);
+		tape.Record(text.data(), text.data() + text.size(), isBehindNumber, dialect);
 		std::string shown;
-		std::size_t mark = 0;
-		const auto addMarks = [&](std::uint16_t before)
+		std::size_t number = 0;
+		for (std::size_t mark = 0; mark <= tape.markCount; ++mark)
 		{
-			for (; tape.marks[mark] < before; ++mark)
-				shown += std::string("[") + text[tape.marks[mark]] + "]";
-		};
-		for (std::size_t i = 0; i != tape.numberCount; ++i)
-		{
-			addMarks(tape.starts[i]);
-			AppendNumber(shown, tape.values[i]);
-			shown += '@' + std::to_string(tape.starts[i]) + ' ';
+			for (; number != tape.numbersBefore[mark]; ++number)
+			{
+				AppendNumber(shown, tape.values[number]);
+				shown += '@' + std::to_string(tape.starts[number]) + ' ';
+			}
+			if (mark != tape.markCount)
+			{
+				EXPECT_EQ(text[tape.marks[mark]], tape.letters[mark]);
+				shown += std::string("[") + tape.letters[mark] + "]";
+			}
 		}
-		addMarks(NumberTape::kNoMark);
-		EXPECT_EQ(mark, tape.markCount);
-		EXPECT_EQ(tape.starts[tape.numberCount], NumberTape::kNone);
+		EXPECT_EQ(number, tape.numberCount);
+		rest = text.substr(static_cast<std::size_t>(tape.behind - text.data()));
 		return shown;
 	}
 
+	std::string_view rest; ///< Of what was shown.
 	NumberTape tape;
 };
 
@@ -56,26 +58,34 @@ TEST_F(NumberTapeTest, HoldsValuesPlacesAndMarks)
 	EXPECT_TRUE(tape.isWhole);
 }
 
-TEST_F(NumberTapeTest, EndsBeforeWhatIsUnusual)
+TEST_F(NumberTapeTest, ReadsUnusualNumbers)
 {
-	for (const char* text : {"M1 2, L3", "M1 2 3e4", "M1 2 3. 4", "M1 2,,3", "M1 2--3"})
-	{
-		EXPECT_EQ(Show(text).substr(0, 11), "[M]1@1 2@3 ") << text;
-		EXPECT_TRUE(tape.isAtEnd && !tape.isWhole) << text;
-		EXPECT_EQ(tape.numberCount, 2U) << text;
-	}
-	EXPECT_EQ(Show(",1"), "");
-	EXPECT_EQ(Show("1z" + std::string(70, '7')), "1@0 [z]") << "a number without end";
-}
-
-TEST_F(NumberTapeTest, TakesNumbersOfManyDigitsWhenAsked)
-{
+	EXPECT_EQ(Show("M-1e2,2E-1L , "), "[M]-100@1 0.2@6 [L]");
+	EXPECT_EQ(rest, " , ");
+	EXPECT_EQ(Show("1e99-1e1L1e101"), "1e+99@0 -10@4 [L]") << "larger ones are left";
+	EXPECT_EQ(Show("M1 2 3. 4", false, PathDialect::complete), "[M]1@1 2@3 3@5 4@8 ");
+	EXPECT_TRUE(tape.isWhole);
 	EXPECT_EQ(Show("123456789 1234567.89012345 .123456789012345"),
 			  "123456789@0 1234567.89012345@10 0.123456789012345@27 ");
 	constexpr std::string_view kLong = "1M2 -1.234567890123456 3L4";
 	EXPECT_EQ(Show(kLong), "1@0 [M]2@2 -1.234567890123456@5 3@23 [L]4@25 ");
-	EXPECT_EQ(Show(kLong, false, false), "1@0 [M]2@2 ") << "and else ends before them";
-	EXPECT_EQ(Show("1L2 12345678901234567890M3"), "1@0 [L]2@2 ") << "more than any can take";
+	EXPECT_EQ(Show(kLong, false, PathDialect::complete), "1@0 [M]2@2 -1.234567890123456@5 3@23 [L]4@25 ");
+	EXPECT_EQ(Show("1L2 12345678901234567890M3"), "1@0 [L]2@2 12345678901234567168@4 [M]3@25 ");
+	EXPECT_EQ(Show("1z" + std::string(70, '7') + " 8"), "1@0 [z]7.777777777777778e+69@2 8@73 ");
+	const std::string large = "1L-" + std::string(40, '7') + std::string(62, '0') + "M8";
+	EXPECT_EQ(Show(large), "1@0 [L]") << "as they are without exponents";
+	EXPECT_EQ(rest, large.substr(2));
+}
+
+TEST_F(NumberTapeTest, EndsBeforeWhatIsNoNumber)
+{
+	for (const char* text : {"M1 2, L3", "M1 2 3. 4", "M1 2,,3", "M1 2--3"})
+	{
+		EXPECT_EQ(Show(text).substr(0, 11), "[M]1@1 2@3 ") << text;
+		EXPECT_TRUE(tape.isAtEnd && !tape.isWhole) << text;
+	}
+	EXPECT_EQ(Show(",1"), "");
+	EXPECT_EQ(rest, ",1");
 }
 
 // Numbers are cut by the ends of looks at the text, and the tape by its own end.
@@ -94,13 +104,19 @@ TEST_F(NumberTapeTest, GoesOnWhereALookEnds)
 	}
 
 	std::string many;
-	for (int i = 0; i != 1000; ++i)
-		many += 'h' + std::to_string(i);
+	for (int i = 0; i != 1000; i += 4)
+		many += 'h' + std::to_string(i) + ' ' + std::to_string(i + 1) + ' ' + std::to_string(i + 2) + ' ' +
+				std::to_string(i + 3);
 	Show(many);
 	EXPECT_FALSE(tape.isAtEnd);
 	EXPECT_GE(tape.numberCount, NumberTape::kMostNumbers - 1);
 	for (std::size_t i = 0; i != tape.numberCount; ++i)
 		ASSERT_EQ(tape.values[i], static_cast<double>(i));
+
+	const std::string far(80000, ' ');
+	EXPECT_EQ(Show("M1" + far + "2"), "[M]1@1 ") << "places are small numbers";
+	EXPECT_FALSE(tape.isAtEnd);
+	EXPECT_EQ(Show("M1," + far + "2"), "[M]1@1 ");
 
 	Show(std::string(1000, 'z'));
 	EXPECT_FALSE(tape.isAtEnd);

@@ -3,34 +3,36 @@
 
 #include "complete/quarter_arc.h"
 #include "complete/value_cursor.h"
+#include "fast/number_tape.h"
 #include "fast/path_parser.h"
-#include "fast/tape_reader.h"
+#include "fast/tape_parser.h"
 
 namespace orvan::grammar::complete
 {
-namespace
+Progress ParsePathFromTape(std::string_view text, PathSink& sink)
 {
-template <typename Reader>
-Progress Parse(std::string_view text, PathSink& sink)
+	std::size_t rest;
+	const bool isWhole = ParseTape<PathDialect::complete>(text, sink, &DeliverArc, rest);
+	return {isWhole, isWhole ? text.size() : text.size() - rest};
+}
+
+Progress ParsePathByNumbers(std::string_view text, PathSink& sink)
 {
-	PathParser<PathDialect::complete, Reader> parser(text, sink, &DeliverArc);
+	PathParser<PathDialect::complete> parser(text, sink, &DeliverArc);
 	const bool isWhole = parser.Parse();
 	return {isWhole, isWhole ? text.size() : text.size() - parser.CountRest()};
 }
-} // namespace
 
 Progress ParsePath(std::string_view text, PathSink& sink)
 {
 	if (EqualsIgnoreCase(text, "none"))
 		return {true, text.size()};
-	constexpr auto kDialect = PathDialect::complete;
-	return NumberTape::IsAvailable() ? Parse<TapeReader<kDialect>>(text, sink)
-									 : Parse<PathReader<kDialect>>(text, sink);
+	return NumberTape::IsAvailable() ? ParsePathFromTape(text, sink) : ParsePathByNumbers(text, sink);
 }
 
 Progress ParsePoints(std::string_view text, PathSink& sink)
 {
-	PathReader<PathDialect::complete> reader(text, sink);
+	PathReader<PathDialect::complete> reader(text, &sink);
 	const auto fail = [&reader, text]
 	{
 		return Progress{false, text.size() - reader.CountRest()};

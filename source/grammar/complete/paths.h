@@ -13,6 +13,13 @@ namespace orvan::grammar::complete
 /// the empty text are an empty path. All errors that a sink throws pass.
 Progress ParsePath(std::string_view text, PathSink& sink);
 
+/// The two ways of reading path data, "none" aside, which yield the same. `ParsePath` takes the first where the
+/// processor can.
+/// @{
+Progress ParsePathFromTape(std::string_view text, PathSink& sink); ///< Only where `NumberTape::IsAvailable`.
+Progress ParsePathByNumbers(std::string_view text, PathSink& sink);
+/// @}
+
 /// "points": pairs of numbers, parted by blanks, a comma, or nothing where none is needed; the first is a move, the
 /// others are lines. Nothing is closed. All pairs before a fault are delivered; a last number without its partner is a
 /// fault at that number.

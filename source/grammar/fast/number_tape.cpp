@@ -12,21 +12,6 @@
 
 namespace orvan::grammar
 {
-void NumberTape::Clear()
-{
-	numberCount = 0;
-	markCount = 0;
-	isAtEnd = false;
-	isWhole = false;
-	End();
-}
-
-void NumberTape::End()
-{
-	std::fill_n(starts.begin() + static_cast<std::ptrdiff_t>(numberCount), kGroup, kNone);
-	marks[markCount] = kNoMark;
-}
-
 #if defined(__x86_64__)
 
 bool NumberTape::IsAvailable()
@@ -34,8 +19,8 @@ bool NumberTape::IsAvailable()
 	static const bool isAvailable = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
 									__builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
 									__builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2") &&
-									__builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
-									__builtin_cpu_supports("popcnt");
+									__builtin_cpu_supports("avx512vpopcntdq") && __builtin_cpu_supports("bmi") &&
+									__builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
 	return isAvailable;
 }
 
@@ -50,53 +35,118 @@ bool NumberTape::IsAvailable()
 class NumberTape::Recorder
 {
 public:
-	Recorder(NumberTape& tape, const char* at, const char* end) : _tape(tape), _base(at), _at(at), _end(end)
+	Recorder(NumberTape& tape, const char* at, const char* end, PathDialect dialect)
+		: _tape(tape), _base(at), _end(end), _dialect(dialect), _cursor{at}
 	{
 	}
 
-	ORVAN_WIDE void Record(bool isBehindNumber, bool takesLongNumbers)
+	ORVAN_WIDE void Record(bool isBehindNumber)
 	{
-		_tape.isAtEnd = true;
-		for (;;)
-		{
-			if (_tape.numberCount >= kMostNumbers || _tape.markCount >= kMostMarks)
-			{
-				_tape.isAtEnd = false;
-				return;
-			}
-			const std::size_t rest = std::min(static_cast<std::size_t>(_end - _at), CharacterMasks::kCount);
-			const std::uint64_t there = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(rest));
-			// Zeros stand behind the end, which are among the others.
-			const __m512i text = _mm512_maskz_loadu_epi8(there, _at);
-			const CharacterMasks is = Look(text);
-			NumberMasks numbers(is, Separation::loose, isBehindNumber);
-			numbers.others &= there;
-			AddMarks(numbers.others);
-			const std::size_t added = AddNumbers(text, is, numbers);
-			if (!FinishLongNumbers(added, takesLongNumbers) || !numbers.isWhole)
-				return;
-			if (rest != CharacterMasks::kCount)
-			{
-				_tape.isWhole = true;
-				return;
-			}
-
-			// Reading goes on behind the last number or mark; a number that is cut off is looked at again as a whole.
-			const std::uint64_t behindNumber = 63 - _lzcnt_u64(numbers.ends | 1);
-			const std::uint64_t behindOther = 64 - _lzcnt_u64(numbers.others);
-			if (behindNumber != 0 || behindOther != 0)
-			{
-				isBehindNumber = behindNumber >= behindOther;
-				_at += std::max(behindNumber, behindOther);
-			}
-			else if (~is.blanks == 0)
-				_at += CharacterMasks::kCount;
-			else
-				return;
-		}
+		_cursor.isBehindNumber = isBehindNumber;
+		_tape.isWhole = false;
+		_tape.isAtEnd = !RecordAll() || _tape.isWhole;
+		_tape.behind = _tape.isWhole ? _end : _cursor.at;
+		_tape.numberCount = _cursor.numbers;
+		_tape.markCount = _cursor.marks;
+		_tape.numbersBefore[_cursor.marks] = static_cast<std::uint16_t>(_cursor.numbers);
 	}
 
 private:
+	/// How far recording has come.
+	struct Cursor
+	{
+		const char* at; ///< What comes before is on the tape.
+		bool isBehindNumber = false;
+		std::size_t numbers = 0;
+		std::size_t marks = 0;
+
+		/// Which of the numbers behind the first `longFrom` have more than fifteen digits and are still to be
+		/// converted.
+		std::uint64_t longNumbers = 0;
+		std::size_t longFrom = 0;
+	};
+
+	/// Why a row of looks ended.
+	enum class Stop
+	{
+		full,
+		whole,
+		longNumbers,
+		unusual ///< What follows is no usual number.
+	};
+
+	/// Records until there is no more room, or until the end; false when neither can be reached.
+	bool RecordAll()
+	{
+		for (;;)
+		{
+			switch (RecordUsual())
+			{
+			case Stop::full:
+				return true;
+			case Stop::whole:
+				_tape.isWhole = true;
+				return true;
+			case Stop::longNumbers:
+				FinishLongNumbers();
+				break;
+			case Stop::unusual:
+				if (!AddUnusual())
+					return false;
+				break;
+			}
+		}
+	}
+
+	/// There are no calls in here, and the cursor is a copy, so that all that looks need stays in registers.
+	ORVAN_WIDE Stop RecordUsual()
+	{
+		Cursor cursor = _cursor;
+		Stop stop = Stop::full;
+		while (cursor.numbers < kMostNumbers && cursor.marks < kMostMarks && cursor.at - _base < kMostCharacters &&
+			   stop == Stop::full)
+			stop = Look(cursor);
+		_cursor = cursor;
+		return stop;
+	}
+
+	/// Records what stands among the next sixty-four characters; `full` when more may follow.
+	[[gnu::always_inline]] ORVAN_WIDE Stop Look(Cursor& cursor)
+	{
+		const std::size_t rest = std::min(static_cast<std::size_t>(_end - cursor.at), CharacterMasks::kCount);
+		const std::uint64_t there = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(rest));
+		// Zeros stand behind the end, which are among the others.
+		const __m512i text = _mm512_maskz_loadu_epi8(there, cursor.at);
+		const CharacterMasks is = FindCharacters(text);
+		NumberMasks numbers(is, Separation::loose, cursor.isBehindNumber);
+		numbers.others &= there;
+		AddMarks(text, numbers, cursor);
+		AddNumbers(text, is, numbers, cursor);
+
+		// Reading goes on behind the last number or mark; a number that is cut off is looked at again as a whole.
+		const std::uint64_t behindNumber = 63 - _lzcnt_u64(numbers.ends | 1);
+		const std::uint64_t behindOther = 64 - _lzcnt_u64(numbers.others);
+		const bool isAnything = behindNumber != 0 || behindOther != 0;
+		if (isAnything) [[likely]]
+		{
+			cursor.isBehindNumber = behindNumber >= behindOther;
+			cursor.at += std::max(behindNumber, behindOther);
+		}
+		if (cursor.longNumbers != 0) [[unlikely]]
+			return Stop::longNumbers;
+		if (!numbers.isWhole) [[unlikely]]
+			return Stop::unusual;
+		if (rest != CharacterMasks::kCount)
+			return Stop::whole;
+		if (!isAnything) [[unlikely]]
+		{
+			if (~is.blanks != 0)
+				return Stop::unusual;
+			cursor.at += CharacterMasks::kCount;
+		}
+		return Stop::full;
+	}
+
 	/// The numbers from 0 to 63.
 	ORVAN_WIDE static __m512i CountUp()
 	{
@@ -122,7 +172,7 @@ private:
 		return _mm512_castsi512_si256(PlacesOf(bits));
 	}
 
-	ORVAN_WIDE static CharacterMasks Look(__m512i text)
+	ORVAN_WIDE static CharacterMasks FindCharacters(__m512i text)
 	{
 		CharacterMasks is;
 		is.digits = IsBetween(text, '0', '9');
@@ -142,25 +192,38 @@ private:
 	}
 
 	/// Writes thirty-two places in what is looked at as places in the text.
-	ORVAN_WIDE void StorePlaces(__m256i places, std::uint16_t* to) const
+	ORVAN_WIDE static void StorePlaces(__m256i places, std::ptrdiff_t here, std::uint16_t* to)
 	{
-		const __m512i here = _mm512_set1_epi16(static_cast<short>(_at - _base));
-		_mm512_storeu_si512(to, _mm512_add_epi16(_mm512_cvtepu8_epi16(places), here));
+		const __m512i base = _mm512_set1_epi16(static_cast<short>(here));
+		_mm512_storeu_si512(to, _mm512_add_epi16(_mm512_cvtepu8_epi16(places), base));
 	}
 
-	ORVAN_WIDE void AddMarks(std::uint64_t others)
+	[[gnu::always_inline]] ORVAN_WIDE void AddMarks(__m512i text, const NumberMasks& numbers, Cursor& cursor)
 	{
-		const __m512i places = PlacesOf(others);
-		const auto count = static_cast<std::size_t>(_mm_popcnt_u64(others));
-		std::uint16_t* const to = _tape.marks.data() + _tape.markCount;
-		StorePlaces(_mm512_castsi512_si256(places), to);
+		const auto count = static_cast<std::size_t>(_mm_popcnt_u64(numbers.others));
+		const __m512i places = PlacesOf(numbers.others);
+		const std::ptrdiff_t here = cursor.at - _base;
+		std::uint16_t* const to = _tape.marks.data() + cursor.marks;
+		StorePlaces(_mm512_castsi512_si256(places), here, to);
 		if (count > kMostAtOnce) [[unlikely]]
-			StorePlaces(_mm512_extracti64x4_epi64(places, 1), to + kMostAtOnce);
-		_tape.markCount += count;
+			StorePlaces(_mm512_extracti64x4_epi64(places, 1), here, to + kMostAtOnce);
+		_mm512_storeu_si512(_tape.letters.data() + cursor.marks, _mm512_maskz_compress_epi8(numbers.others, text));
+
+		const __m512i startBits = _mm512_set1_epi64(static_cast<long long>(numbers.starts));
+		const __m512i before = _mm512_set1_epi64(static_cast<long long>(cursor.numbers));
+		for (std::size_t i = 0; i < count; i += 8)
+		{
+			const __m512i lanes = _mm512_add_epi8(Lanes(), _mm512_set1_epi8(static_cast<char>(i)));
+			const __m512i place = _mm512_maskz_permutexvar_epi8(kLowBytes, lanes, places);
+			const __m512i below = _mm512_andnot_si512(_mm512_sllv_epi64(_mm512_set1_epi64(-1), place), startBits);
+			_mm_storeu_si128(reinterpret_cast<__m128i*>(_tape.numbersBefore.data() + cursor.marks + i),
+							 _mm512_cvtepi64_epi16(_mm512_add_epi64(before, _mm512_popcnt_epi64(below))));
+		}
+		cursor.marks += count;
 	}
 
-	/// Returns how many there are. Of those with more than fifteen digits the value is still to come.
-	ORVAN_WIDE std::size_t AddNumbers(__m512i text, const CharacterMasks& is, const NumberMasks& numbers)
+	[[gnu::always_inline]] ORVAN_WIDE void AddNumbers(__m512i text, const CharacterMasks& is,
+													  const NumberMasks& numbers, Cursor& cursor)
 	{
 		const auto count = static_cast<std::size_t>(_mm_popcnt_u64(numbers.ends));
 		const std::uint64_t usual = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(count));
@@ -171,7 +234,7 @@ private:
 		const std::uint64_t wholeEnds = is.points | (numbers.ends & ~(fractions << 1));
 		const __m256i startPlaces = FewPlacesOf(numbers.starts);
 		const __m256i endPlaces = FewPlacesOf(numbers.ends);
-		StorePlaces(startPlaces, _tape.starts.data() + _tape.numberCount);
+		StorePlaces(startPlaces, cursor.at - _base, _tape.starts.data() + cursor.numbers);
 
 		// What stands behind those: nothing, or a point and at least one digit.
 		const __m256i one = _mm256_set1_epi8(1);
@@ -181,11 +244,11 @@ private:
 		const __m256i digitCounts = _mm256_sub_epi8(lengths, _mm256_min_epu8(behindWhole, one));
 		const std::uint64_t signs = _pext_u64(numbers.signs, numbers.starts);
 		const bool areLong = (_mm256_cmpgt_epu8_mask(digitCounts, _mm256_set1_epi8(kFewDigits)) & usual) != 0;
-		_longNumbers = !areLong ? 0 : _mm256_cmpgt_epu8_mask(digitCounts, _mm256_set1_epi8(kMostDigits)) & usual;
+		cursor.longNumbers = !areLong ? 0 : _mm256_cmpgt_epu8_mask(digitCounts, _mm256_set1_epi8(kMostDigits)) & usual;
 
 		const __m512i digits = _mm512_maskz_compress_epi8(is.digits, _mm512_sub_epi8(text, _mm512_set1_epi8('0')));
 		const __m512i lastDigits = PlacesOf(_pext_u64(numbers.ends >> 1, is.digits));
-		double* const to = _tape.values.data() + _tape.numberCount;
+		double* const to = _tape.values.data() + cursor.numbers;
 		for (std::size_t i = 0; i < count; i += 8)
 		{
 			const __m512i lanes = _mm512_add_epi8(Lanes(), _mm512_set1_epi8(static_cast<char>(i)));
@@ -198,22 +261,22 @@ private:
 				mantissas = _mm512_add_epi64(mantissas, _mm512_mul_epu32(high, _mm512_set1_epi64(100000000)));
 			}
 			const __m512i fraction =
-				_mm512_maskz_permutexvar_epi8(0x0101010101010101, lanes, _mm512_castsi256_si512(fractionCounts));
+				_mm512_maskz_permutexvar_epi8(kLowBytes, lanes, _mm512_castsi256_si512(fractionCounts));
 			const __m512d divisors = _mm512_permutex2var_pd(_mm512_loadu_pd(kPowersOfTen.data()), fraction,
 															_mm512_loadu_pd(kPowersOfTen.data() + 8));
 			const __m512d magnitudes = _mm512_div_pd(_mm512_cvtepi64_pd(mantissas), divisors);
 			const auto areNegative = static_cast<__mmask8>(signs >> i);
 			_mm512_storeu_pd(to + i, _mm512_mask_xor_pd(magnitudes, areNegative, magnitudes, _mm512_set1_pd(-0.0)));
 		}
-		return count;
+		cursor.longFrom = cursor.numbers;
+		cursor.numbers += count;
 	}
 
 	/// Each of eight numbers in as many bytes.
 	ORVAN_WIDE static __m512i Lanes()
 	{
-		constexpr long long kEveryByte = 0x0101010101010101;
-		return _mm512_setr_epi64(0, kEveryByte, 2 * kEveryByte, 3 * kEveryByte, 4 * kEveryByte, 5 * kEveryByte,
-								 6 * kEveryByte, 7 * kEveryByte);
+		return _mm512_setr_epi64(0, kLowBytes, 2 * kLowBytes, 3 * kLowBytes, 4 * kLowBytes, 5 * kLowBytes,
+								 6 * kLowBytes, 7 * kLowBytes);
 	}
 
 	/// What eight digits of each of eight numbers make, the first of which are left out at their ends. `last` is where
@@ -230,42 +293,72 @@ private:
 		return _mm512_add_epi64(_mm512_mul_epu32(fours, _mm512_set1_epi64(10000)), _mm512_srli_epi64(fours, 32));
 	}
 
-	/// Takes the numbers that were added last; false when the tape ends with or before the last of them.
-	bool FinishLongNumbers(std::size_t added, bool takesLongNumbers)
+	/// Converts the numbers of more than fifteen digits among those that were added last. What fits a look is never too
+	/// large.
+	[[gnu::noinline]] void FinishLongNumbers()
 	{
-		for (; _longNumbers != 0; _longNumbers &= _longNumbers - 1)
+		for (std::uint64_t rest = _cursor.longNumbers; rest != 0; rest &= rest - 1)
 		{
-			const std::size_t index = _tape.numberCount + static_cast<unsigned>(__builtin_ctzll(_longNumbers));
+			const std::size_t index = _cursor.longFrom + static_cast<unsigned>(__builtin_ctzll(rest));
 			const char* at = _base + _tape.starts[index];
-			double value;
-			if (!takesLongNumbers || !ReadDecimal(at, _end, false, value))
-			{
-				_tape.numberCount = index;
-				while (_tape.markCount != 0 && _tape.marks[_tape.markCount - 1] > _tape.starts[index])
-					--_tape.markCount;
-				return false;
-			}
+			double value = 0;
+			if (_dialect != PathDialect::plain || !ReadDecimal(at, _end, false, value))
+				ReadSlowly(at, false, value);
 			_tape.values[index] = std::copysign(value, _tape.values[index]);
 		}
-		_tape.numberCount += added;
+		_cursor.longNumbers = 0;
+	}
+
+	/// Adds a number that is unusual.
+	[[gnu::noinline]] bool AddUnusual()
+	{
+		const char* const start = std::find_if_not(_cursor.at, _end, [](char c) { return IsSpace(c) || c == ','; });
+		const char* at = _cursor.at;
+		double value;
+		if (start - _base >= kMostCharacters || !ReadSlowly(at, _cursor.isBehindNumber, value))
+			return false;
+		_tape.values[_cursor.numbers] = value;
+		_tape.starts[_cursor.numbers++] = static_cast<std::uint16_t>(start - _base);
+		_cursor.at = at;
+		_cursor.isBehindNumber = true;
 		return true;
 	}
 
-	static constexpr int kFewDigits = 8;   ///< As many as fit eight bytes.
-	static constexpr int kMostDigits = 15; ///< As many as fit a double, and the table of powers.
+	/// Reads a number by itself, of which sums can be made without leaving the range of what is finite.
+	bool ReadSlowly(const char*& at, bool isBehindNumber, double& value) const
+	{
+		constexpr double kMost = 1e100;
+		const bool isRead = _dialect == PathDialect::plain
+								? ReadByItself<PathDialect::plain>(at, isBehindNumber, value)
+								: ReadByItself<PathDialect::complete>(at, isBehindNumber, value);
+		return isRead && std::fabs(value) <= kMost;
+	}
+
+	template <PathDialect dialect>
+	bool ReadByItself(const char*& at, bool isBehindNumber, double& value) const
+	{
+		PathReader<dialect> reader({at, static_cast<std::size_t>(_end - at)});
+		const bool isRead = isBehindNumber ? reader.template ReadNumber<After::number>(value)
+										   : reader.template ReadNumber<After::command>(value);
+		at = _end - reader.CountRest();
+		return isRead;
+	}
+
+	static constexpr std::ptrdiff_t kMostCharacters = 0xffff - CharacterMasks::kCount; ///< So that places fit.
+	static constexpr long long kLowBytes = 0x0101010101010101; ///< The lowest byte of eight, or its mask.
+	static constexpr int kFewDigits = 8;                       ///< As many as fit eight bytes.
+	static constexpr int kMostDigits = 15;                     ///< As many as fit a double, and the table of powers.
 
 	NumberTape& _tape;
 	const char* _base;
-	const char* _at;
 	const char* _end;
-	std::uint64_t _longNumbers = 0; ///< Those of the last look that have more digits.
+	PathDialect _dialect;
+	Cursor _cursor;
 };
 
-void NumberTape::Record(const char* at, const char* end, bool isBehindNumber, bool takesLongNumbers)
+void NumberTape::Record(const char* at, const char* end, bool isBehindNumber, PathDialect dialect)
 {
-	Clear();
-	Recorder(*this, at, end).Record(isBehindNumber, takesLongNumbers);
-	End();
+	Recorder(*this, at, end, dialect).Record(isBehindNumber);
 }
 
 #else
@@ -275,10 +368,8 @@ bool NumberTape::IsAvailable()
 	return false;
 }
 
-void NumberTape::Record(const char*, const char*, bool, bool)
+void NumberTape::Record(const char*, const char*, bool, PathDialect)
 {
-	Clear();
-	isAtEnd = true;
 }
 
 #endif

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fast/path_reader.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -10,13 +12,15 @@ namespace orvan::grammar
 /// Numbers of path data, found and converted ahead of who reads them: a tape, as fast readers of other formats make one
 /// of what they find. Of `M1.5-20 30,40z` it holds
 ///
-///     values   1.5  -20  30  40
-///     starts   1    5    8   11     the places of the numbers' first characters, behind their signs
-///     marks    0    13              the places of M and z
+///     values         1.5  -20  30  40
+///     starts         1    5    8   11     the places of the numbers' first characters, behind their signs
+///     letters        M  z
+///     marks          0  13                the places of these
+///     numbersBefore  0  4   4             how many numbers stand before each of these, and before the tape's end
 ///
 /// Between two marks stand numbers, well separated, and nothing else. A mark is any character that is no part of a
-/// number and separates none. The tape ends where anything unusual stands, as `NumberMasks` has it, and before a number
-/// with too many digits.
+/// number and separates none. Numbers that are unusual, as `NumberMasks` has it, are read by a `PathReader`. The tape
+/// ends where that can not read one, and before a number that is not finite or next to that.
 class NumberTape
 {
 public:
@@ -25,36 +29,27 @@ public:
 	static bool IsAvailable();
 
 	/// Records the text from `at` on, up to `end` or as far as there is room; places count from `at`. `isBehindNumber`
-	/// is as NumberMasks has it. Numbers of more than fifteen digits need not be the nearest doubles; the tape ends
-	/// before the first of them unless it `takesLongNumbers`.
-	void Record(const char* at, const char* end, bool isBehindNumber, bool takesLongNumbers);
+	/// is as NumberMasks has it.
+	void Record(const char* at, const char* end, bool isBehindNumber, PathDialect dialect);
 
 	/// How many values come at most in one look at sixty-four characters, and how many more there are room for.
 	static constexpr std::size_t kMostAtOnce = 32;
-	static constexpr std::size_t kMostNumbers = 256;
+	static constexpr std::size_t kMostNumbers = 512;
 	static constexpr std::size_t kMostMarks = 256;
-
-	/// How many of the starts behind the last one are `kNone`, as the mark behind the last one is `kNoMark`. So that
-	/// the next numbers stand before the next mark just when their places are less, to the tape's end as well.
-	static constexpr std::size_t kGroup = 7;
-	static constexpr std::uint16_t kNone = 0xffff;
-	static constexpr std::uint16_t kNoMark = 0xfffe;
-
-	/// Forgets everything.
-	void Clear();
 
 	std::size_t numberCount;
 	std::size_t markCount;
-	bool isAtEnd; ///< Whether nothing more could be recorded right behind what the tape holds.
-	bool isWhole; ///< Whether nothing but blanks stands behind that.
+	const char* behind; ///< Where what the tape holds ends.
+	bool isAtEnd;       ///< Whether nothing more could be recorded there.
+	bool isWhole;       ///< Whether nothing but blanks stands there.
 
-	std::array<double, kMostNumbers + kMostAtOnce> values;
-	std::array<std::uint16_t, kMostNumbers + kMostAtOnce + kGroup> starts;
-	std::array<std::uint16_t, kMostMarks + 2 * kMostAtOnce + 1> marks;
+	std::array<double, kMostNumbers + kMostAtOnce + 8> values; ///< Eight more may be read.
+	std::array<std::uint16_t, kMostNumbers + kMostAtOnce> starts;
+	std::array<char, kMostMarks + 2 * kMostAtOnce> letters;
+	std::array<std::uint16_t, kMostMarks + 2 * kMostAtOnce> marks;
+	std::array<std::uint16_t, kMostMarks + 2 * kMostAtOnce + 1> numbersBefore;
 
 private:
 	class Recorder;
-
-	void End();
 };
 } // namespace orvan::grammar

@@ -40,7 +40,8 @@ void PathReader<dialect>::BeginStride()
 	const std::size_t rest = CountRest();
 	if (rest >= kLookAhead)
 	{
-		_sink.Reach(_at);
+		if (_sink != nullptr)
+			_sink->Reach(_at);
 		_restOfStride = std::max(kLookAhead, rest - std::min(rest, kStride));
 		return;
 	}

@@ -62,8 +62,9 @@ template <PathDialect dialect>
 class PathReader
 {
 public:
-	/// `sink` is told how far a long text was read.
-	PathReader(std::string_view text, PathSink& sink) : _at(text.data()), _end(text.data() + text.size()), _sink(sink)
+	/// `sink`, if any, is told how far a long text was read.
+	explicit PathReader(std::string_view text, PathSink* sink = nullptr)
+		: _at(text.data()), _end(text.data() + text.size()), _sink(sink)
 	{
 	}
 
@@ -74,13 +75,6 @@ public:
 	std::size_t CountRest() const
 	{
 		return static_cast<std::size_t>(_end - _at);
-	}
-
-	/// Goes on where no more than these are left.
-	void GoTo(std::size_t rest)
-	{
-		_at = _end - rest;
-		_numbers.ends = 0;
 	}
 
 	/// Whether anything but blanks is left; takes nothing.
@@ -420,7 +414,7 @@ private:
 
 	const char* _at;
 	const char* _end;
-	PathSink& _sink;
+	PathSink* _sink;
 
 	NumberMasks _numbers;        ///< What was seen ahead and is not yet taken.
 	const char* _seen = nullptr; ///< The first of the characters that were seen.

@@ -147,7 +147,7 @@ public:
 
 		// Whatever else is not finite shows in the cubics.
 		const Doubles squares = (_radiusX * _radiusX) * (_radiusY * _radiusY);
-		_areUsable = _all & AreFinite(squares);
+		_areUsable = _all & AreFinite(squares) & AreProper(arcs);
 	}
 
 	ORVAN_WIDE void Bend(BentArcs& bent)
@@ -196,6 +196,16 @@ private:
 	ORVAN_WIDE Doubles Load(const ArcRow& row) const
 	{
 		return _mm512_maskz_load_pd(_all, row.items.data());
+	}
+
+	/// Those that have radii, and an end somewhere else than their start.
+	ORVAN_WIDE Lanes AreProper(const ArcRows& arcs) const
+	{
+		const Doubles none = All(0);
+		const Lanes haveRadii = _mm512_cmp_pd_mask(Load(arcs.radiusX), none, _CMP_NEQ_UQ) &
+								_mm512_cmp_pd_mask(Load(arcs.radiusY), none, _CMP_NEQ_UQ);
+		return haveRadii & (_mm512_cmp_pd_mask(Load(arcs.startX), Load(arcs.endX), _CMP_NEQ_UQ) |
+							_mm512_cmp_pd_mask(Load(arcs.startY), Load(arcs.endY), _CMP_NEQ_UQ));
 	}
 
 	/// Finds the angles of where the arcs start and end.

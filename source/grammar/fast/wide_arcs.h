@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "shared/arc.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -28,6 +30,21 @@ struct alignas(64) ArcRow
 /// Up to eight arcs side by side.
 struct ArcRows
 {
+	/// For one that there is room for.
+	void Add(const Arc& arc)
+	{
+		const std::size_t lane = count++;
+		areLarge |= static_cast<std::uint8_t>(arc.isLarge << lane);
+		areSweep |= static_cast<std::uint8_t>(arc.isSweep << lane);
+		startX[lane] = arc.startX;
+		startY[lane] = arc.startY;
+		radiusX[lane] = arc.radiusX;
+		radiusY[lane] = arc.radiusY;
+		rotation[lane] = arc.rotation;
+		endX[lane] = arc.endX;
+		endY[lane] = arc.endY;
+	}
+
 	std::size_t count = 0;
 	std::uint8_t areLarge = 0; ///< A bit for each.
 	std::uint8_t areSweep = 0;
@@ -49,7 +66,22 @@ struct BentArcs
 	/// As many as a full turn makes.
 	static constexpr std::size_t kMostCubics = 4;
 
-	/// A bit for each. The others leave the range of finite numbers, or rounding would make a fifth cubic of them.
+	/// Puts the cubics of a bent arc, the last of which ends where that does, into room for as many as can be.
+	void Put(std::size_t lane, const ArcRows& arcs, PathSegment* room) const
+	{
+		const auto cubicCount = static_cast<std::size_t>(counts[lane]);
+		for (std::size_t i = 0; i != kMostCubics; ++i)
+		{
+			const auto& [x1, y1, x2, y2, x, y] = cubics[i];
+			room[i].coordinates = {x1[lane], y1[lane], x2[lane], y2[lane], x[lane], y[lane]};
+			room[i].kind = i < cubicCount ? PathSegment::Kind::cubic : PathSegment::Kind::none;
+		}
+		room[cubicCount - 1].coordinates[4] = arcs.endX[lane];
+		room[cubicCount - 1].coordinates[5] = arcs.endY[lane];
+	}
+
+	/// A bit for each. The others leave the range of finite numbers, or rounding would make a fifth cubic of them, or
+	/// they are no arcs at all: they have no radius, or end where they start.
 	std::uint8_t areBent = 0;
 	ArcRow counts; ///< How many of the cubics are each arc's.
 	std::array<CubicRows, kMostCubics> cubics;

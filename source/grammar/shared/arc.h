@@ -19,19 +19,6 @@ struct Arc
 	double endY;
 };
 
-/// Takes arcs as they are, too.
-class ArcSink : public PathSink
-{
-public:
-	virtual void ArcTo(const Arc& arc) = 0;
-
-	/// Hands on what was held back. To be called behind the last segment.
-	virtual void Finish() = 0;
-
-protected:
-	~ArcSink() = default;
-};
-
 /// Delivers an arc as cubics of at most a quarter turn each, the last of which ends bitwise on the arc's end point. An
 /// arc that ends where it starts delivers nothing; one without a radius, and one whose conversion leaves the range of
 /// finite numbers, is a straight line. Start and end must be finite.

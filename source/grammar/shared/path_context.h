@@ -32,13 +32,14 @@ public:
 	{
 	}
 
-	/// Hands everything from the first arc on to `arcs`, and what comes before it to what that writes to.
-	PathContext(PathSink& sink, ArcSink& arcs) : _sink(&sink), _arcs(&arcs)
-	{
-	}
-
 	PathContext(const PathContext&) = delete;
 	PathContext& operator=(const PathContext&) = delete;
+
+	/// Hands what follows to another sink.
+	void SetSink(PathSink& sink)
+	{
+		_sink = &sink;
+	}
 
 	/// Whether every event so far was delivered.
 	bool IsFinite() const
@@ -73,13 +74,7 @@ public:
 		const Arc arc{_currentX, _currentY, radiusX, radiusY, rotation, isLarge, isSweep, x, y};
 		if (!Check(radiusX, radiusY) || !Check(rotation, 0) || !Reach(x, y) || !_isFinite)
 			return;
-		if (_arcs == nullptr)
-		{
-			_deliverArc(arc, *_sink);
-			return;
-		}
-		_sink = _arcs;
-		_arcs->ArcTo(arc);
+		_deliverArc(arc, *_sink);
 	}
 
 	void path_close_subpath()
@@ -111,8 +106,7 @@ private:
 	}
 
 	PathSink* _sink;
-	ArcSink* _arcs = nullptr;
-	void (*_deliverArc)(const Arc&, PathSink&) = nullptr;
+	void (*_deliverArc)(const Arc&, PathSink&);
 	double _currentX = 0;
 	double _currentY = 0;
 	double _startX = 0;
