@@ -142,7 +142,7 @@ TEST(Layers, AgreeOnSignsOfZeros)
 
 TEST(Layers, AgreeOnPathsWithMuchRoomBetween)
 {
-	for (std::size_t blanks : {65470, 65500, 65530, 65535, 65536, 70000})
+	for (const std::size_t blanks : {65470U, 65500U, 65530U, 65535U, 65536U, 70000U})
 	{
 		const std::string room(blanks, ' ');
 		for (const std::string& text : {"M1 2" + room + "a5 5 0 01 3 4" + room + "L5 6", "M1 2," + room + "3 4h5",
