@@ -88,6 +88,8 @@ TEST_F(Combining, PutsSquaresTogether)
 		EXPECT_EQ(results, All(square, Make(other))) << other;
 	// Open subpaths count as closed, a winding of two and one of minus one as inside, crossings are taken out.
 	EXPECT_EQ("M0,10 L0,0 L10,0 L10,10 Z", Describe(Combine(Make("M10 10v-10h-10v10"), Operation::unite, {})));
+	EXPECT_EQ("M0,10 L0,0 L10,10 ZM20,10 L20,0 L30,10 Z",
+			  Describe(Combine(Make("M10 10L0 0V10M20 10V0L30 10"), Operation::unite, {})));
 	EXPECT_EQ("M0,10 L0,0 L5,5 ZM5,5 L10,0 L10,10 Z",
 			  Describe(Combine(Make("M0 0L10 10V0L0 10z"), Operation::unite, {})));
 	const SVGOutlineRef twice = Make("M0 0h10v10h-10zM2 2h4v4h-4z");

@@ -90,6 +90,12 @@ TEST_F(Paints, StopsAreMixedInProportionAndKeepTheirOrder)
 	for (const PixelCase& sample : cases)
 		ExpectPixels("<linearGradient id='g'>" + std::string(sample.elements) + "</linearGradient>" + square,
 					 sample.pixels);
+	// Of more stops than are drawn, those that are stand evenly among all.
+	std::string many;
+	for (int i = 0; i <= 3000; i++)
+		many += "<stop offset='" + std::to_string(i / 3000.0) + "' stop-color='#" + (i < 1500 ? "f00" : "00f") + "'/>";
+	ExpectPixels("<linearGradient id='g'>" + many + "</linearGradient>" + square,
+				 "0,5 ff0000; 49,5 ff0000; 50,5 0000ff; 99,5 0000ff");
 	ExpectPixels(
 		"<linearGradient id='g'><stop stop-color='#f00'/></linearGradient><rect width='100' height='50' fill='url(#g)' "
 		"fill-opacity='.5' opacity='.5'/>",
