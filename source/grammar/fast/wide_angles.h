@@ -131,20 +131,25 @@ struct Stored
 	alignas(64) double items[8];
 };
 
+/// Puts a value into a lane.
+ORVAN_WIDE inline Doubles Put(double value, int lane, Doubles values)
+{
+	return _mm512_mask_broadcastsd_pd(values, static_cast<Lanes>(1U << lane), _mm_set_sd(value));
+}
+
 /// Has a function of the C library put some lanes right.
 /// @{
 ORVAN_WIDE inline Doubles Ask(double (*function)(double), Lanes lanes, Doubles results, Doubles arguments)
 {
 	if (lanes == 0) [[likely]]
 		return results;
-	Stored stored(results);
 	const Stored given(arguments);
 	for (unsigned rest = lanes; rest != 0; rest &= rest - 1)
 	{
 		const int lane = std::countr_zero(rest);
-		stored.items[lane] = function(given.items[lane]);
+		results = Put(function(given.items[lane]), lane, results);
 	}
-	return _mm512_load_pd(stored.items);
+	return results;
 }
 
 ORVAN_WIDE inline Doubles Ask(double (*function)(double, double), Lanes lanes, Doubles results, Doubles first,
@@ -152,15 +157,14 @@ ORVAN_WIDE inline Doubles Ask(double (*function)(double, double), Lanes lanes, D
 {
 	if (lanes == 0) [[likely]]
 		return results;
-	Stored stored(results);
 	const Stored givenFirst(first);
 	const Stored givenSecond(second);
 	for (unsigned rest = lanes; rest != 0; rest &= rest - 1)
 	{
 		const int lane = std::countr_zero(rest);
-		stored.items[lane] = function(givenFirst.items[lane], givenSecond.items[lane]);
+		results = Put(function(givenFirst.items[lane], givenSecond.items[lane]), lane, results);
 	}
-	return _mm512_load_pd(stored.items);
+	return results;
 }
 /// @}
 
