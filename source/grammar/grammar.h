@@ -269,6 +269,27 @@ protected:
 	~PathSink() = default;
 };
 
+/// Where nothing is made of a path: elements that have none, and data that is only looked at.
+class NoPathSink final : public PathSink
+{
+public:
+	void MoveTo(double, double) override
+	{
+	}
+
+	void LineTo(double, double) override
+	{
+	}
+
+	void CubicTo(double, double, double, double, double, double) override
+	{
+	}
+
+	void Close() override
+	{
+	}
+};
+
 /// The opacities and the miter limit: a number, or "inherit" (nothing). No range is enforced.
 Parsed ParseNumber(std::string_view text, Source source, double& number);
 

@@ -92,25 +92,4 @@ private:
 	Result<void> _result;
 };
 
-/// Where nothing is made of a path: elements that have none, and data that is only looked at.
-class NoPathSink final : public grammar::PathSink
-{
-public:
-	void MoveTo(double, double) override
-	{
-	}
-
-	void LineTo(double, double) override
-	{
-	}
-
-	void CubicTo(double, double, double, double, double, double) override
-	{
-	}
-
-	void Close() override
-	{
-	}
-};
-
 } // namespace orvan::svg

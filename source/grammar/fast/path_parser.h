@@ -53,25 +53,6 @@ private:
 	using Absolute = svgpp::tag::coordinate::absolute;
 	using Relative = svgpp::tag::coordinate::relative;
 
-	class NoSink final : public PathSink
-	{
-		void MoveTo(double, double) override
-		{
-		}
-
-		void LineTo(double, double) override
-		{
-		}
-
-		void CubicTo(double, double, double, double, double, double) override
-		{
-		}
-
-		void Close() override
-		{
-		}
-	};
-
 	bool ParseCommands(bool hasCommand, char command)
 	{
 		for (; hasCommand; hasCommand = _reader.TakeCommand(command))
@@ -85,7 +66,7 @@ private:
 	/// Has the adapter know what came before.
 	void Prepare(const PathState& state)
 	{
-		NoSink nothing;
+		NoPathSink nothing;
 		_context.SetSink(nothing);
 		PathEvents::path_move_to(_adapter, state.startX, state.startY, Absolute());
 		switch (state.curve)

@@ -46,7 +46,7 @@ Result<void> ReadPath(const Value& value, Read read)
 		read(sink);
 		return sink.Exit(value.text.data() + value.text.size());
 	}
-	NoPathSink sink;
+	grammar::NoPathSink sink;
 	read(sink);
 	return {};
 }

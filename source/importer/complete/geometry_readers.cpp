@@ -69,7 +69,7 @@ Result<Reading> ReadPathData(const Application& application)
 	if (function.hasEscapes)
 		function.data = resolved = grammar::complete::ResolveEscapes(function.data);
 	// Other than the attribute, a declaration with a fault counts for nothing.
-	NoPathSink nothing;
+	grammar::NoPathSink nothing;
 	if (!grammar::complete::ParsePath(function.data, nothing).isWhole)
 		return Reading::refused;
 	return ReadPath(application, function.data);
