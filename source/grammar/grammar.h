@@ -269,7 +269,7 @@ protected:
 	~PathSink() = default;
 };
 
-/// Where nothing is made of a path: elements that have none, and data that is only looked at.
+/// Where nothing is made of path data, because there is no path to hold it or because it is only looked at.
 class NoPathSink final : public PathSink
 {
 public:

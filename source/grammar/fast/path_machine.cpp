@@ -9,11 +9,6 @@ namespace
 {
 using Kind = PathSegment::Kind;
 
-constexpr std::size_t At(Step step)
-{
-	return static_cast<std::size_t>(step);
-}
-
 constexpr bool IsArc(Step step)
 {
 	return step == Step::arc || step == Step::arcBy;
@@ -152,7 +147,7 @@ ORVAN_WIDE __m512d Smoothen(__m512d left, const double* numbers, Step step, bool
 	chosen = _mm512_mask_permutexvar_pd(chosen, kWritten, _mm512_setr_epi64(0, 0, 0, 1, 2, 3, 0, 0),
 										_mm512_loadu_pd(numbers));
 	chosen = _mm512_mask_mov_pd(chosen, kStart, _mm512_set1_pd(-0.0));
-	const Row& row = kRows[At(isBy ? Step::cubicBy : Step::cubic)];
+	const Row& row = kRows[IndexOf(isBy ? Step::cubicBy : Step::cubic)];
 	return _mm512_add_pd(chosen, _mm512_permutex2var_pd(left, Load(row.before), fillers));
 }
 } // namespace
@@ -169,9 +164,9 @@ ORVAN_WIDE void PathMachine::Run(const PathPlan& plan, const NumberTape& tape)
 	{
 		const Step step = plan.GetStep(i);
 		const double* const numbers = tape.values.data() + plan.GetFirstNumber(i);
-		if (At(step) < kRows.size()) [[likely]]
+		if (IndexOf(step) < kRows.size()) [[likely]]
 		{
-			const Row& row = kRows[At(step)];
+			const Row& row = kRows[IndexOf(step)];
 			const __m512d chosen = _mm512_permutex2var_pd(_mm512_loadu_pd(numbers), Load(row.numbers), fillers);
 			left = _mm512_add_pd(chosen, _mm512_permutex2var_pd(left, Load(row.before), fillers));
 			Store(left, row.kind, *segment);

@@ -15,12 +15,7 @@ namespace
 /// The letters of the steps, in their order.
 constexpr std::string_view kLetters = "MmLlHhVvCcAaZSsQqTt";
 
-constexpr std::size_t At(Step step)
-{
-	return static_cast<std::size_t>(step);
-}
-
-static_assert(kLetters.size() == At(Step::none) && kLetters[At(Step::close)] == 'Z');
+static_assert(kLetters.size() == IndexOf(Step::none) && kLetters[IndexOf(Step::close)] == 'Z');
 
 /// The steps of all characters.
 constexpr auto kSteps = []
@@ -52,9 +47,9 @@ constexpr auto kFacts = []
 		const std::uint32_t numbers = kNumbers[i];
 		facts[i] = {numbers == 0 ? 0 : 0x10000 / numbers + 1, kNumbers[i], 0, static_cast<Step>(i)};
 	}
-	facts[At(Step::move)].next = Step::line;
-	facts[At(Step::moveBy)].next = Step::lineBy;
-	facts[At(Step::close)] = {.least = 1};
+	facts[IndexOf(Step::move)].next = Step::line;
+	facts[IndexOf(Step::moveBy)].next = Step::lineBy;
+	facts[IndexOf(Step::close)] = {.least = 1};
 	return facts;
 }();
 
@@ -73,7 +68,7 @@ alignas(32) constexpr auto kStrides = []
 
 char PathPlan::GetLetter(Step step)
 {
-	return step == Step::none ? '\0' : kLetters[At(step)];
+	return step == Step::none ? '\0' : kLetters[IndexOf(step)];
 }
 
 #if defined(__x86_64__)
@@ -117,7 +112,7 @@ public:
 		}
 		_plan._count = static_cast<std::size_t>(room - begin);
 		_plan._place = _tape.behind;
-		_plan._going = kFacts[At(step)].next;
+		_plan._going = kFacts[IndexOf(step)].next;
 		_plan._isStuck = _tape.isAtEnd;
 	}
 
@@ -134,10 +129,10 @@ private:
 			room = _plan._steps.data() + _plan._count;
 			return from == to && from != first;
 		}
-		const StepFacts& facts = kFacts[At(step)];
+		const StepFacts& facts = kFacts[IndexOf(step)];
 		const std::size_t count = ((to - from) * facts.reciprocal >> 16) + facts.least;
 		const auto first = static_cast<std::uint16_t>(from * kStepKinds);
-		const __m256i next = _mm256_set1_epi16(static_cast<short>(first + At(facts.next)));
+		const __m256i next = _mm256_set1_epi16(static_cast<short>(first + IndexOf(facts.next)));
 		const __m256i strides = _mm256_load_si256(reinterpret_cast<const __m256i*>(kStrides[facts.numbers].data()));
 		_mm256_storeu_si256(reinterpret_cast<__m256i*>(room), _mm256_add_epi16(next, strides));
 		for (std::size_t i = kAtOnce; i < count; i += kAtOnce)
@@ -146,7 +141,7 @@ private:
 			_mm256_storeu_si256(reinterpret_cast<__m256i*>(room + i),
 								_mm256_add_epi16(_mm256_add_epi16(next, strides), further));
 		}
-		*room = static_cast<std::uint16_t>(first + At(step));
+		*room = static_cast<std::uint16_t>(first + IndexOf(step));
 		room += count;
 		from += count * facts.numbers;
 		return from == to && count != 0;
@@ -200,7 +195,7 @@ private:
 		if (index + 2 > to)
 			return false;
 		_plan._arcs[_plan._arcCount++] = {values[0], values[1], values[2], isLarge, isSweep};
-		_plan._steps[_plan._count++] = static_cast<std::uint16_t>(index * kStepKinds + At(step));
+		_plan._steps[_plan._count++] = static_cast<std::uint16_t>(index * kStepKinds + IndexOf(step));
 		from = index + 2;
 		return true;
 	}
@@ -240,7 +235,7 @@ private:
 				--place;
 		}
 		_plan._place = place;
-		_plan._going = kFacts[At(isUsed ? step : before)].next;
+		_plan._going = kFacts[IndexOf(isUsed ? step : before)].next;
 		_plan._isStuck = _tape.isAtEnd || _plan._count == 0;
 	}
 

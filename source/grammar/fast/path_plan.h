@@ -34,6 +34,12 @@ enum class Step : std::uint8_t
 	none
 };
 
+/// Where tables hold what belongs to a step.
+constexpr std::size_t IndexOf(Step step)
+{
+	return static_cast<std::size_t>(step);
+}
+
 /// As many kinds of steps as the bits of one tell apart.
 inline constexpr std::size_t kStepKinds = 32;
 
@@ -47,7 +53,8 @@ class PathPlan
 {
 public:
 	/// Plans what stands on a tape that was recorded from `base` on, in a text that ends at `end`. `going` is the step
-	/// whose numbers may stand before the first mark.
+	/// whose numbers may stand before the first mark. Abscissas that run on behind the flags of an arc are put on the
+	/// tape.
 	void Make(NumberTape& tape, const char* base, const char* end, PathDialect dialect, Step going);
 
 	std::size_t GetCount() const
