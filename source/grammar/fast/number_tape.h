@@ -19,8 +19,9 @@ namespace orvan::grammar
 ///     numbersBefore  0  4   4             how many numbers stand before each of these, and before the tape's end
 ///
 /// Between two marks stand numbers, well separated, and nothing else. A mark is any character that is no part of a
-/// number and separates none. Numbers that are unusual, as `NumberMasks` has it, are read by a `PathReader`. The tape
-/// ends where that can not read one, and before a number that is not finite or next to that.
+/// number and separates none. Numbers that are unusual, as `NumberMasks` has it, are read by a `PathReader`, and start
+/// with their signs. The tape ends where that can not read one, and before a number so large that sums might not be
+/// finite.
 class NumberTape
 {
 public:
