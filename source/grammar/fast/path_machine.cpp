@@ -51,29 +51,6 @@ PathState PathMachine::GetState() const
 	return state;
 }
 
-/// Makes what a quadratic curve leaves.
-void PathMachine::RunQuadratic(Step step, const double* numbers, Step last)
-{
-	const bool isBy = step == Step::quadraticBy || step == Step::smoothQuadraticBy;
-	const bool isSmooth = step >= Step::smoothQuadratic;
-	for (std::size_t axis = 0; axis != 2; ++axis)
-	{
-		const double current = _left[4 + axis];
-		double control = numbers[axis];
-		if (isSmooth && IsQuadratic(last))
-			control = (isBy ? current : 2 * current) - _control[axis];
-		else if (isSmooth)
-			control = isBy ? 0 : current;
-		const double end = numbers[(isSmooth ? 0 : 2) + axis];
-		const double part = 2. / 3. * control;
-		const double second = end * (1. / 3.) + part;
-		_left[axis] = isBy ? part + current : current * (1. / 3.) + part;
-		_left[2 + axis] = isBy ? second + current : second;
-		_left[4 + axis] = isBy ? end + current : end;
-		_control[axis] = isBy ? control + current : control;
-	}
-}
-
 #if defined(__x86_64__)
 
 namespace
@@ -131,17 +108,53 @@ ORVAN_WIDE void Store(__m512d left, Kind kind, PathSegment& segment)
 	segment.kind = kind;
 }
 
+/// The point at two places of what a segment left, or of numbers, four times.
+ORVAN_WIDE __m512d Repeat(__m512d points, int place)
+{
+	const __m512i odd = _mm512_setr_epi64(0, 1, 0, 1, 0, 1, 0, 1);
+	return _mm512_permutexvar_pd(_mm512_add_epi64(odd, _mm512_set1_epi64(place)), points);
+}
+
+/// Where the control point of a smooth curve is, from the current point if `isBy`. `control` is the last one of the
+/// curve before, if it stands behind one of its kind.
+ORVAN_WIDE __m512d Reflect(__m512d current, __m512d control, bool isBehindOne, bool isBy)
+{
+	if (isBehindOne)
+		return _mm512_sub_pd(isBy ? current : _mm512_add_pd(current, current), control);
+	return isBy ? _mm512_setzero_pd() : current;
+}
+
+/// What a quadratic curve leaves. `control` is its control point then, and that of the one before if `isBehindOne`.
+ORVAN_WIDE __m512d BendQuadratic(__m512d left, const double* numbers, Step step, bool isBehindOne, __m512d& control)
+{
+	const bool isBy = step == Step::quadraticBy || step == Step::smoothQuadraticBy;
+	const bool isSmooth = step == Step::smoothQuadratic || step == Step::smoothQuadraticBy;
+	const __m512d written = _mm512_loadu_pd(numbers);
+	const __m512d current = Repeat(left, 4);
+	__m512d end = Repeat(written, isSmooth ? 0 : 2);
+	control = isSmooth ? Reflect(current, control, isBehindOne, isBy) : Repeat(written, 0);
+
+	const __m512d third = _mm512_set1_pd(1. / 3.);
+	const __m512d part = _mm512_mul_pd(_mm512_set1_pd(2. / 3.), control);
+	__m512d first = _mm512_add_pd(_mm512_mul_pd(current, third), part);
+	__m512d second = _mm512_add_pd(_mm512_mul_pd(end, third), part);
+	if (isBy)
+	{
+		first = _mm512_add_pd(part, current);
+		second = _mm512_add_pd(second, current);
+		end = _mm512_add_pd(end, current);
+		control = _mm512_add_pd(control, current);
+	}
+	left = _mm512_mask_mov_pd(left, 0b00000011, first);
+	left = _mm512_mask_mov_pd(left, 0b00001100, second);
+	return _mm512_mask_mov_pd(left, 0b00110000, end);
+}
+
 /// What a smooth cubic leaves.
 ORVAN_WIDE __m512d Smoothen(__m512d left, const double* numbers, Step step, bool isBehindCubic, __m512d fillers)
 {
 	const bool isBy = step == Step::smoothCubicBy;
-	const __m512d current = _mm512_permutexvar_pd(_mm512_setr_epi64(4, 5, 4, 5, 4, 5, 4, 5), left);
-	__m512d chosen = isBy ? _mm512_setzero_pd() : current;
-	if (isBehindCubic)
-	{
-		const __m512d control = _mm512_permutexvar_pd(_mm512_setr_epi64(2, 3, 2, 3, 2, 3, 2, 3), left);
-		chosen = _mm512_sub_pd(isBy ? current : _mm512_add_pd(current, current), control);
-	}
+	__m512d chosen = Reflect(Repeat(left, 4), Repeat(left, 2), isBehindCubic, isBy);
 	constexpr __mmask8 kWritten = 0b00111100;
 	constexpr __mmask8 kStart = 0b11000000;
 	chosen = _mm512_mask_permutexvar_pd(chosen, kWritten, _mm512_setr_epi64(0, 0, 0, 1, 2, 3, 0, 0),
@@ -157,6 +170,7 @@ ORVAN_WIDE void PathMachine::Run(const PathPlan& plan, const NumberTape& tape)
 	const __m512d fillers = _mm512_load_pd(kFillers.data());
 	const std::size_t count = plan.GetCount();
 	__m512d left = _mm512_load_pd(_left.data());
+	__m512d control = _mm512_load_pd(_control.data());
 	Step last = _last;
 	PathSegment* segment = _segments.data();
 	std::uint16_t* arcPlace = _arcPlaces.data();
@@ -180,16 +194,13 @@ ORVAN_WIDE void PathMachine::Run(const PathPlan& plan, const NumberTape& tape)
 			if (IsCubic(step))
 				left = Smoothen(left, numbers, step, IsCubic(last), fillers);
 			else
-			{
-				_mm512_store_pd(_left.data(), left);
-				RunQuadratic(step, numbers, last);
-				left = _mm512_load_pd(_left.data());
-			}
+				left = BendQuadratic(left, numbers, step, IsQuadratic(last), control);
 			Store(left, Kind::cubic, *segment++);
 		}
 		last = step;
 	}
 	_mm512_store_pd(_left.data(), left);
+	_mm512_store_pd(_control.data(), control);
 	_last = last;
 	_count = static_cast<std::size_t>(segment - _segments.data());
 }

@@ -59,12 +59,10 @@ private:
 	static constexpr std::size_t kMostSegments =
 		PathPlan::kMostSteps + (BentArcs::kMostCubics - 1) * PathPlan::kMostArcs;
 
-	void RunQuadratic(Step step, const double* numbers, Step last);
-
 	std::size_t _count = 0;
 	Step _last = Step::none;
-	alignas(64) std::array<double, 8> _left{}; ///< What the last segment left, as the rows have it.
-	std::array<double, 2> _control{};          ///< Of the last quadratic curve.
+	alignas(64) std::array<double, 8> _left{};    ///< What the last segment left, as the rows have it.
+	alignas(64) std::array<double, 8> _control{}; ///< The control point of the last quadratic curve, four times.
 	std::array<std::uint16_t, PathPlan::kMostArcs + 1> _arcPlaces;
 	std::array<PathSegment, kMostSegments> _segments;
 };
