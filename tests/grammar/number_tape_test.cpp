@@ -113,6 +113,17 @@ TEST_F(NumberTapeTest, GoesOnWhereALookEnds)
 	for (std::size_t i = 0; i != tape.numberCount; ++i)
 		ASSERT_EQ(tape.values[i], static_cast<double>(i));
 
+	std::string some, half;
+	for (int i = 0; i != 400; ++i)
+	{
+		some += "1e1 2 3 4 ";
+		half += "1e1 2 ";
+	}
+	Show(some);
+	EXPECT_FALSE(tape.isAtEnd) << "of unusual numbers every fourth is not too many";
+	Show(half);
+	EXPECT_TRUE(tape.isAtEnd && !tape.isWhole) << "but every other one is";
+
 	const std::string far(80000, ' ');
 	EXPECT_EQ(Show("M1" + far + "2"), "[M]1@1 ") << "places are small numbers";
 	EXPECT_FALSE(tape.isAtEnd);

@@ -44,7 +44,7 @@ public:
 	{
 		_cursor.isBehindNumber = isBehindNumber;
 		_tape.isWhole = false;
-		_tape.isAtEnd = !RecordAll() || _tape.isWhole;
+		_tape.isAtEnd = !RecordAll() || _tape.isWhole || _countAlone > _cursor.numbers / 3;
 		_tape.behind = _tape.isWhole ? _end : _cursor.at;
 		_tape.numberCount = _cursor.numbers;
 		_tape.markCount = _cursor.marks;
@@ -325,8 +325,9 @@ private:
 	}
 
 	/// Reads a number by itself, of which sums can be made without leaving the range of what is finite.
-	bool ReadSlowly(const char*& at, bool isBehindNumber, double& value) const
+	bool ReadSlowly(const char*& at, bool isBehindNumber, double& value)
 	{
+		++_countAlone;
 		constexpr double kMost = 1e100;
 		const bool isRead = _dialect == PathDialect::plain
 								? ReadByItself<PathDialect::plain>(at, isBehindNumber, value)
@@ -354,6 +355,7 @@ private:
 	const char* _end;
 	PathDialect _dialect;
 	Cursor _cursor;
+	std::size_t _countAlone = 0; ///< How many numbers were read by themselves.
 };
 
 void NumberTape::Record(const char* at, const char* end, bool isBehindNumber, PathDialect dialect)

@@ -22,6 +22,8 @@ namespace orvan::grammar
 /// number and separates none. Numbers that are unusual, as `NumberMasks` has it, are read by a `PathReader`, and start
 /// with their signs. The tape ends where that can not read one, and before a number so large that sums might not be
 /// finite.
+///
+/// Where more than every third number is unusual, another tape takes longer than it saves.
 class NumberTape
 {
 public:
@@ -41,7 +43,7 @@ public:
 	std::size_t numberCount;
 	std::size_t markCount;
 	const char* behind; ///< Where what the tape holds ends.
-	bool isAtEnd;       ///< Whether nothing more could be recorded there.
+	bool isAtEnd;       ///< Whether a tape from there on is of no use: it can hold nothing, or saves no time.
 	bool isWhole;       ///< Whether nothing but blanks stands there.
 
 	std::array<double, kMostNumbers + kMostAtOnce + 8> values; ///< Eight more may be read.
