@@ -27,32 +27,65 @@ struct alignas(64) Numbers
 	std::array<double, 8> items;
 };
 
-ORVAN_WIDE void SineAndCosineOf(const Numbers& angles, Numbers& sines, Numbers& cosines)
+ORVAN_WIDE Doubles Load(const Numbers& numbers)
 {
-	Doubles sine, cosine;
-	FindSineAndCosine(_mm512_load_pd(angles.items.data()), kAllLanes, sine, cosine);
-	_mm512_store_pd(sines.items.data(), sine);
-	_mm512_store_pd(cosines.items.data(), cosine);
+	return _mm512_load_pd(numbers.items.data());
 }
 
-ORVAN_WIDE void TangentAndSineOf(const Numbers& halves, Numbers& tangents, Numbers& sines)
+/// What was found, in the order of its lanes.
+struct Found
 {
-	Doubles tangent, sine;
-	FindTangentAndSine(_mm512_load_pd(halves.items.data()), kAllLanes, tangent, sine);
-	_mm512_store_pd(tangents.items.data(), tangent);
-	_mm512_store_pd(sines.items.data(), sine);
+	ORVAN_WIDE explicit Found(const Rounded& rounded) : inDoubt(rounded.inDoubt)
+	{
+		_mm512_store_pd(values.items.data(), rounded.values);
+		_mm512_store_pd(others.items.data(), rounded.others);
+	}
+
+	Numbers values;
+	Numbers others;
+	Lanes inDoubt;
+};
+
+ORVAN_WIDE std::pair<Found, Found> SineAndCosineOf(const Numbers& angles)
+{
+	const auto [sine, cosine] = RoundSineAndCosine(Load(angles));
+	return {Found(sine), Found(cosine)};
 }
 
-ORVAN_WIDE void AngleOf(const Numbers& y, const Numbers& x, Numbers& angles)
+ORVAN_WIDE std::pair<Found, Found> TangentAndSineOf(const Numbers& halves)
 {
-	const Doubles angle = FindAngle(_mm512_load_pd(y.items.data()), _mm512_load_pd(x.items.data()), kAllLanes);
-	_mm512_store_pd(angles.items.data(), angle);
+	const auto [tangent, sine] = RoundTangentAndSine(Load(halves));
+	return {Found(tangent), Found(sine)};
 }
 
-void ExpectSame(double actual, double expected, double argument, double other = 0)
+ORVAN_WIDE Found AngleOf(const Numbers& y, const Numbers& x)
 {
-	ASSERT_EQ(std::bit_cast<std::uint64_t>(actual), std::bit_cast<std::uint64_t>(expected))
-		<< std::hexfloat << actual << " instead of " << expected << " for " << argument << " and " << other;
+	return Found(RoundAngle(Load(y), Load(x)));
+}
+
+std::uint64_t BitsOf(double value)
+{
+	return std::bit_cast<std::uint64_t>(value);
+}
+
+/// Of what was found for the arguments: the C library's results, unless in doubt, and then one of two. Returns how many
+/// are in doubt.
+template <typename Compute>
+int ExpectTheCLibrarys(const Found& found, const Numbers& arguments, Compute compute)
+{
+	int inDoubt = 0;
+	for (std::size_t lane = 0; lane != 8; ++lane)
+	{
+		const double expected = compute(arguments.items[lane]);
+		const bool isInDoubt = (found.inDoubt >> lane & 1) != 0;
+		const bool isValue = BitsOf(found.values.items[lane]) == BitsOf(expected);
+		const bool isOther = BitsOf(found.others.items[lane]) == BitsOf(expected);
+		EXPECT_TRUE(isInDoubt ? isValue || isOther : isValue && isOther)
+			<< std::hexfloat << found.values.items[lane] << " or " << found.others.items[lane] << " instead of "
+			<< expected << " for " << arguments.items[lane] << (isInDoubt ? ", in doubt" : "");
+		inDoubt += isInDoubt;
+	}
+	return inDoubt;
 }
 
 class WideAngles : public testing::Test
@@ -102,17 +135,15 @@ private:
 
 TEST_F(WideAngles, SinesAndCosinesAreTheCLibrarys)
 {
-	for (int i = 0; i != kTimes; ++i)
+	int inDoubt = 0;
+	for (int i = 0; i != kTimes && !HasFailure(); ++i)
 	{
 		const Numbers angles = Fill([this] { return Angle(3 * kTurn); });
-		Numbers sines, cosines;
-		SineAndCosineOf(angles, sines, cosines);
-		for (std::size_t lane = 0; lane != 8; ++lane)
-		{
-			ASSERT_NO_FATAL_FAILURE(ExpectSame(sines.items[lane], std::sin(angles.items[lane]), angles.items[lane]));
-			ASSERT_NO_FATAL_FAILURE(ExpectSame(cosines.items[lane], std::cos(angles.items[lane]), angles.items[lane]));
-		}
+		const auto [sines, cosines] = SineAndCosineOf(angles);
+		inDoubt += ExpectTheCLibrarys(sines, angles, [](double angle) { return std::sin(angle); });
+		inDoubt += ExpectTheCLibrarys(cosines, angles, [](double angle) { return std::cos(angle); });
 	}
+	EXPECT_LT(inDoubt, 2 * 8 * kTimes / 10);
 }
 
 // Where a sine or a cosine is next to nothing, the C library is less exact than anywhere else.
@@ -128,22 +159,17 @@ TEST_F(WideAngles, AnglesNextToQuarterTurnsAreTheCLibrarys)
 		for (int i = 0; i != 2 * kNeighbours / 8; ++i)
 		{
 			const Numbers angles = Fill([&angle] { return angle = std::nextafter(angle, 100.0); });
-			Numbers sines, cosines;
-			SineAndCosineOf(angles, sines, cosines);
-			for (std::size_t lane = 0; lane != 8; ++lane)
-			{
-				ASSERT_NO_FATAL_FAILURE(
-					ExpectSame(sines.items[lane], std::sin(angles.items[lane]), angles.items[lane]));
-				ASSERT_NO_FATAL_FAILURE(
-					ExpectSame(cosines.items[lane], std::cos(angles.items[lane]), angles.items[lane]));
-			}
+			const auto [sines, cosines] = SineAndCosineOf(angles);
+			ExpectTheCLibrarys(sines, angles, [](double one) { return std::sin(one); });
+			ExpectTheCLibrarys(cosines, angles, [](double one) { return std::cos(one); });
 		}
 	}
 }
 
 TEST_F(WideAngles, TangentsAreTheCLibrarys)
 {
-	for (int i = 0; i != kTimes; ++i)
+	int inDoubt = 0;
+	for (int i = 0; i != kTimes && !HasFailure(); ++i)
 	{
 		// Not of zero, whose sign is lost.
 		const Numbers halves = Fill(
@@ -152,35 +178,47 @@ TEST_F(WideAngles, TangentsAreTheCLibrarys)
 				const double half = Angle(kTurn / 8);
 				return half == 0 ? 1e-3 : half;
 			});
-		Numbers tangents, sines;
-		TangentAndSineOf(halves, tangents, sines);
-		for (std::size_t lane = 0; lane != 8; ++lane)
-		{
-			ASSERT_NO_FATAL_FAILURE(ExpectSame(tangents.items[lane], std::tan(halves.items[lane]), halves.items[lane]));
-			ASSERT_NO_FATAL_FAILURE(
-				ExpectSame(sines.items[lane], std::sin(2 * halves.items[lane]), halves.items[lane]));
-		}
+		const auto [tangents, sines] = TangentAndSineOf(halves);
+		inDoubt += ExpectTheCLibrarys(tangents, halves, [](double half) { return std::tan(half); });
+		inDoubt += ExpectTheCLibrarys(sines, halves, [](double half) { return std::sin(2 * half); });
 	}
+	EXPECT_LT(inDoubt, 2 * 8 * kTimes / 4);
+}
+
+/// As for one argument. Far from one, where all is in doubt, the result may be neither of two.
+int ExpectAngles(const Numbers& y, const Numbers& x)
+{
+	const Found found = AngleOf(y, x);
+	int inDoubt = 0;
+	for (std::size_t lane = 0; lane != 8; ++lane)
+	{
+		const double expected = std::atan2(y.items[lane], x.items[lane]);
+		const bool isInDoubt = (found.inDoubt >> lane & 1) != 0;
+		EXPECT_TRUE(isInDoubt || BitsOf(found.values.items[lane]) == BitsOf(expected))
+			<< std::hexfloat << found.values.items[lane] << " instead of " << expected << " for " << y.items[lane]
+			<< " and " << x.items[lane];
+		inDoubt += isInDoubt;
+	}
+	return inDoubt;
 }
 
 TEST_F(WideAngles, AnglesOfPlacesAreTheCLibrarys)
 {
-	for (int i = 0; i != kTimes; ++i)
+	int inDoubt = 0;
+	for (int i = 0; i != kTimes && !HasFailure(); ++i)
 	{
 		// Nearly on a circle, mostly the unit circle.
 		const double radius = i % 16 == 0 ? std::ldexp(1, static_cast<int>(Uniform(-1100, 1020))) : 1;
 		const Numbers angles = Fill([this] { return Angle(kTurn); });
-		Numbers y, x, found;
+		Numbers y, x;
 		for (std::size_t lane = 0; lane != 8; ++lane)
 		{
 			y.items[lane] = radius * std::sin(angles.items[lane]) * Uniform(1, 1.0000001);
 			x.items[lane] = radius * std::cos(angles.items[lane]);
 		}
-		AngleOf(y, x, found);
-		for (std::size_t lane = 0; lane != 8; ++lane)
-			ASSERT_NO_FATAL_FAILURE(
-				ExpectSame(found.items[lane], std::atan2(y.items[lane], x.items[lane]), y.items[lane], x.items[lane]));
+		inDoubt += ExpectAngles(y, x);
 	}
+	EXPECT_LT(inDoubt, 8 * kTimes / 4);
 }
 
 TEST_F(WideAngles, ZerosAndTheAxesAreTheCLibrarys)
@@ -191,22 +229,15 @@ TEST_F(WideAngles, ZerosAndTheAxesAreTheCLibrarys)
 	constexpr double kAsides[]{0.0, -0.0, 1.0, -1.0, kHuge, kInfinity, 1e-320, -1e-150};
 	for (const double aside : kAsides)
 	{
-		Numbers y, x, found;
+		Numbers y, x;
 		std::copy(std::begin(kUps), std::end(kUps), y.items.begin());
 		x.items.fill(aside);
-		AngleOf(y, x, found);
-		for (std::size_t lane = 0; lane != 8; ++lane)
-			ASSERT_NO_FATAL_FAILURE(
-				ExpectSame(found.items[lane], std::atan2(y.items[lane], aside), y.items[lane], aside));
+		ExpectAngles(y, x);
 	}
 	const Numbers angles{{0.0, -0.0, kTurn / 4, -kTurn / 4, kTurn / 2, kTurn, -kTurn, 5e-324}};
-	Numbers sines, cosines;
-	SineAndCosineOf(angles, sines, cosines);
-	for (std::size_t lane = 0; lane != 8; ++lane)
-	{
-		ASSERT_NO_FATAL_FAILURE(ExpectSame(sines.items[lane], std::sin(angles.items[lane]), angles.items[lane]));
-		ASSERT_NO_FATAL_FAILURE(ExpectSame(cosines.items[lane], std::cos(angles.items[lane]), angles.items[lane]));
-	}
+	const auto [sines, cosines] = SineAndCosineOf(angles);
+	ExpectTheCLibrarys(sines, angles, [](double angle) { return std::sin(angle); });
+	ExpectTheCLibrarys(cosines, angles, [](double angle) { return std::cos(angle); });
 }
 } // namespace
 } // namespace orvan::grammar::wide

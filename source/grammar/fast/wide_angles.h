@@ -14,10 +14,12 @@
 /// Each is computed to some nine bits more than a double has, as the sum of two doubles. The C library returns nearly
 /// always the double that is nearest to the exact value, and otherwise the second nearest. So where the sum lies
 /// clearly nearer to one double than to its neighbours, that is the C library's result, and where it lies about in the
-/// middle of two, the C library is asked ("Ziv's rounding test"):
+/// middle of two, it is one of these ("Ziv's rounding test"):
 ///
 ///     doubles      |           |           |
 ///     sums            1              2           1 is rounded to the left, 2 is in doubt
+///
+/// Who can not do with either then asks the C library.
 ///
 /// How much around the middle is in doubt follows from how wrong the C library may be, in units in the last place:
 /// sines and cosines 0.518, as it says itself, angles 0.524 and tangents 0.619, which are the largest errors known. A
@@ -88,17 +90,18 @@ struct Sums
 	}
 };
 
-/// Doubles, and which of them are not to be relied on.
+/// Doubles, which of them are not to be relied on, and what these may be instead. The others are twice the same.
 struct Rounded
 {
 	Doubles values;
+	Doubles others;
 	Lanes inDoubt;
 };
 
 /// Shares of all results that are in doubt: twice the C library's errors beyond half a unit, and some room.
 constexpr double kDoubtOfSine = 0.05;
 constexpr double kDoubtOfTinySine = 0.2;
-constexpr double kDoubtOfAngle = 0.08;
+constexpr double kDoubtOfAngle = 0.06;
 constexpr double kDoubtOfTangent = 0.25;
 
 /// What becomes another double when its low part is that much larger is in doubt.
@@ -110,7 +113,8 @@ constexpr double FactorOf(double doubt)
 ORVAN_WIDE inline Rounded Round(Sums sums, Doubles factors)
 {
 	const auto [high, low] = Sums::Of(sums.high, sums.low);
-	return {high, _mm512_cmp_pd_mask(MultiplyAdd(low, factors, high), high, _CMP_NEQ_UQ)};
+	const Doubles other = MultiplyAdd(low, factors, high);
+	return {high, other, _mm512_cmp_pd_mask(other, high, _CMP_NEQ_UQ)};
 }
 
 ORVAN_WIDE inline Rounded RoundSine(Sums sums)
@@ -279,40 +283,53 @@ ORVAN_WIDE inline SineAndCosine FindSineAndCosine(Doubles angles)
 			 Negate(Choose(isQuarter, sineThere.low, cosineThere.low), isCosineNegative)}};
 }
 
-/// std::sin and std::cos of some lanes, for angles within three turns.
-ORVAN_WIDE inline void FindSineAndCosine(Doubles angles, Lanes lanes, Doubles& sine, Doubles& cosine)
+/// std::sin and std::cos, for angles within three turns.
+/// @{
+struct RoundedSineAndCosine
+{
+	Rounded sine;
+	Rounded cosine;
+};
+
+ORVAN_WIDE inline RoundedSineAndCosine RoundSineAndCosine(Doubles angles)
 {
 	const SineAndCosine sums = FindSineAndCosine(angles);
-	const Rounded sines = RoundSine(sums.sine);
-	const Rounded cosines = RoundSine(sums.cosine);
+	RoundedSineAndCosine rounded = {RoundSine(sums.sine), RoundSine(sums.cosine)};
 	// The sine of zero has the sign of that zero.
 	const Lanes isZero = _mm512_cmp_pd_mask(angles, All(0), _CMP_EQ_OQ);
-	sine = Ask(std::sin, sines.inDoubt & lanes, Choose(isZero, angles, sines.values), angles);
-	cosine = Ask(std::cos, cosines.inDoubt & lanes, cosines.values, angles);
+	rounded.sine.values = Choose(isZero, angles, rounded.sine.values);
+	rounded.sine.others = Choose(isZero, angles, rounded.sine.others);
+	return rounded;
 }
+/// @}
 
-/// std::tan(half) and std::sin(2 * half) of some lanes, up to an eighth of a turn. The sign of zero is lost.
-ORVAN_WIDE inline void FindTangentAndSine(Doubles half, Lanes lanes, Doubles& tangent, Doubles& sine)
+/// std::tan(half) and std::sin(2 * half), up to an eighth of a turn. The sign of zero is lost.
+/// @{
+struct RoundedTangentAndSine
+{
+	Rounded tangent;
+	Rounded sine;
+};
+
+ORVAN_WIDE inline RoundedTangentAndSine RoundTangentAndSine(Doubles half)
 {
 	const auto [sineOfHalf, cosineOfHalf] = FindSineAndCosine(half);
 	const Doubles quotient = sineOfHalf.high / cosineOfHalf.high;
 	const Doubles reciprocal = All(1) / cosineOfHalf.high;
 	const Doubles rest = SubtractProduct(sineOfHalf.high, quotient, cosineOfHalf.high) +
 						 SubtractProduct(sineOfHalf.low, quotient, cosineOfHalf.low);
-	const Rounded tangents = Round({quotient, rest * reciprocal}, All(FactorOf(kDoubtOfTangent)));
-	tangent = Ask(std::tan, tangents.inDoubt & lanes, tangents.values, half);
-
 	Sums product = Sums::OfProduct(sineOfHalf.high, cosineOfHalf.high);
 	product.low = product.low + MultiplyAdd(sineOfHalf.high, cosineOfHalf.low, sineOfHalf.low * cosineOfHalf.high);
-	const Rounded sines = RoundSine({product.high + product.high, product.low + product.low});
-	sine = Ask(std::sin, sines.inDoubt & lanes, sines.values, half + half);
+	return {Round({quotient, rest * reciprocal}, All(FactorOf(kDoubtOfTangent))),
+			RoundSine({product.high + product.high, product.low + product.low})};
 }
+/// @}
 
-/// std::atan2(y, x) of some lanes. An estimate of the angle is turned back from the place, so that a small angle is
-/// left:
+/// std::atan2(y, x), which far from one may be neither of two. An estimate of the angle is turned back from the place,
+/// so that a small angle is left:
 ///
 ///     angle = estimate + atan((y cos - x sin) / (x cos + y sin))
-ORVAN_WIDE inline Doubles FindAngle(Doubles y, Doubles x, Lanes lanes)
+ORVAN_WIDE inline Rounded RoundAngle(Doubles y, Doubles x)
 {
 	constexpr double kQuarterTurn = 0x1.921fb54442d18p0;
 
@@ -338,14 +355,17 @@ ORVAN_WIDE inline Doubles FindAngle(Doubles y, Doubles x, Lanes lanes)
 	const Doubles lost = (left.low - right.low) + SubtractProduct(up * cosine.low, x, sine.low);
 	const Doubles tangent = ((left.high - right.high) + lost) / MultiplyAdd(x, cosine.high, up * sine.high);
 	const Doubles rest = SubtractProduct(tangent, tangent * tangent * tangent, All(1.0 / 3));
-	const Rounded angles = Round({estimate, rest}, All(FactorOf(kDoubtOfAngle)));
+	Rounded angles = Round({estimate, rest}, All(FactorOf(kDoubtOfAngle)));
 
 	// Far from one, products may leave the range in which nothing is lost.
 	constexpr double kFar = 0x1p100;
 	const Lanes isNear =
 		_mm512_cmp_pd_mask(larger, All(kFar), _CMP_LT_OQ) & _mm512_cmp_pd_mask(larger, All(1 / kFar), _CMP_GT_OQ) &
 		(_mm512_cmp_pd_mask(ratio, All(1 / kFar), _CMP_GT_OQ) | _mm512_cmp_pd_mask(ratio, All(0), _CMP_EQ_OQ));
-	return Ask(std::atan2, static_cast<Lanes>((angles.inDoubt | ~isNear) & lanes), WithSignOf(angles.values, y), y, x);
+	angles.inDoubt |= static_cast<Lanes>(~isNear);
+	angles.values = WithSignOf(angles.values, y);
+	angles.others = WithSignOf(angles.others, y);
+	return angles;
 }
 } // namespace orvan::grammar::wide
 

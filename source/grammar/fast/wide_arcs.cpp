@@ -23,6 +23,7 @@ using wide::Doubles;
 using wide::kAllLanes;
 using wide::Lanes;
 using wide::Negate;
+using wide::Rounded;
 
 constexpr double kQuarterTurn = boost::math::constants::half_pi<double>();
 constexpr double kFullTurn = boost::math::constants::two_pi<double>();
@@ -54,31 +55,47 @@ public:
 	{
 		for (std::size_t i = 0; i < _count; i += ArcRow::kLanes)
 		{
-			const std::size_t rest = std::min(_count - i, ArcRow::kLanes);
-			Doubles sines, cosines;
-			wide::FindSineAndCosine(_mm512_load_pd(_angles.data() + i), static_cast<Lanes>((1U << rest) - 1), sines,
-									cosines);
-			_mm512_store_pd(_sines.data() + i, sines);
-			_mm512_store_pd(_cosines.data() + i, cosines);
+			const auto [sine, cosine] = wide::RoundSineAndCosine(_mm512_load_pd(_angles.data() + i));
+			_mm512_store_pd(_sines.data() + i, sine.values);
+			_mm512_store_pd(_otherSines.data() + i, sine.others);
+			_mm512_store_pd(_cosines.data() + i, cosine.values);
+			_mm512_store_pd(_otherCosines.data() + i, cosine.others);
 		}
 	}
 
-	/// What was found for what was added, in the order of that. Lanes without an angle are zero.
-	ORVAN_WIDE void Take(Doubles& sines, Doubles& cosines)
+	/// What was added, and what was found for it, in the order of that. Lanes without an angle are zero.
+	struct Found
+	{
+		Doubles angle;
+		Doubles sine, otherSine;
+		Doubles cosine, otherCosine;
+	};
+
+	ORVAN_WIDE Found Take()
 	{
 		const Lanes lanes = _lanes[_takeCount++];
-		sines = _mm512_maskz_expand_pd(lanes, _mm512_loadu_pd(_sines.data() + _taken));
-		cosines = _mm512_maskz_expand_pd(lanes, _mm512_loadu_pd(_cosines.data() + _taken));
+		const Found found = {Expand(lanes, _angles), Expand(lanes, _sines), Expand(lanes, _otherSines),
+							 Expand(lanes, _cosines), Expand(lanes, _otherCosines)};
 		_taken += static_cast<std::size_t>(std::popcount(lanes));
+		return found;
 	}
 
 private:
 	static constexpr std::size_t kMostTimes = BentArcs::kMostCubics + 1;
 	static constexpr std::size_t kRoom = (kMostTimes + 1) * ArcRow::kLanes;
 
-	alignas(64) std::array<double, kRoom> _angles;
-	alignas(64) std::array<double, kRoom> _sines;
-	alignas(64) std::array<double, kRoom> _cosines;
+	using Row = std::array<double, kRoom>;
+
+	ORVAN_WIDE Doubles Expand(Lanes lanes, const Row& row) const
+	{
+		return _mm512_maskz_expand_pd(lanes, _mm512_loadu_pd(row.data() + _taken));
+	}
+
+	alignas(64) Row _angles;
+	alignas(64) Row _sines;
+	alignas(64) Row _otherSines;
+	alignas(64) Row _cosines;
+	alignas(64) Row _otherCosines;
 	std::array<Lanes, kMostTimes> _lanes;
 	std::size_t _count = 0;
 	std::size_t _addCount = 0;
@@ -86,11 +103,33 @@ private:
 	std::size_t _taken = 0;
 };
 
-/// Where angles are on the arcs, and how far it is from there to control points.
+/// Where angles are on the arcs, and the control points before and behind.
 struct Places
 {
+	/// In which lanes these are not the same to the last bit.
+	ORVAN_WIDE Lanes Differ(const Places& others) const
+	{
+		__m512i bits = _mm512_setzero_si512();
+		AddDifferences(x, others.x, bits);
+		AddDifferences(y, others.y, bits);
+		AddDifferences(beforeX, others.beforeX, bits);
+		AddDifferences(beforeY, others.beforeY, bits);
+		AddDifferences(behindX, others.behindX, bits);
+		AddDifferences(behindY, others.behindY, bits);
+		return _mm512_test_epi64_mask(bits, bits);
+	}
+
 	Doubles x, y;
-	Doubles alongX, alongY;
+	Doubles beforeX, beforeY;
+	Doubles behindX, behindY;
+
+private:
+	ORVAN_WIDE static void AddDifferences(Doubles these, Doubles those, __m512i& bits)
+	{
+		constexpr int kFirstOrDifferent = 0xf0 | (0xcc ^ 0xaa);
+		bits =
+			_mm512_ternarylogic_epi64(bits, _mm512_castpd_si512(these), _mm512_castpd_si512(those), kFirstOrDifferent);
+	}
 };
 
 /// Bends arcs by the same operations in the same order as `DeliverArc`, so that the results are the same to the last
@@ -175,17 +214,15 @@ public:
 		for (std::size_t i = 0; i + 1 != steps; ++i)
 		{
 			const Places to = NextPlaces(angles);
-			const Doubles x1 = from.x + from.alongX, y1 = from.y + from.alongY;
-			const Doubles x2 = to.x - to.alongX, y2 = to.y - to.alongY;
-			const Lanes areFinite =
-				AreFinite(x1) & AreFinite(y1) & AreFinite(x2) & AreFinite(y2) & AreFinite(to.x) & AreFinite(to.y);
+			const Lanes areFinite = AreFinite(from.behindX) & AreFinite(from.behindY) & AreFinite(to.beforeX) &
+									AreFinite(to.beforeY) & AreFinite(to.x) & AreFinite(to.y);
 			// Behind an arc's last cubic, whatever comes out is finite, because the sines are zero.
 			bent.areBent &= areFinite;
 			CubicRows& cubics = bent.cubics[i];
-			Store(x1, cubics.x1);
-			Store(y1, cubics.y1);
-			Store(x2, cubics.x2);
-			Store(y2, cubics.y2);
+			Store(from.behindX, cubics.x1);
+			Store(from.behindY, cubics.y1);
+			Store(to.beforeX, cubics.x2);
+			Store(to.beforeY, cubics.y2);
 			Store(to.x, cubics.x);
 			Store(to.y, cubics.y);
 			from = to;
@@ -214,37 +251,64 @@ private:
 		constexpr Lanes kHalf = 0x0f;
 		if (_all > kHalf)
 		{
-			_startAngle = wide::FindAngle(startY, startX, _all);
-			endAngle = wide::FindAngle(endY, endX, _all);
+			const Rounded starts = wide::RoundAngle(startY, startX);
+			const Rounded ends = wide::RoundAngle(endY, endX);
+			_startAngle = Ask(std::atan2, starts.inDoubt & _all, starts.values, startY, startX);
+			endAngle = Ask(std::atan2, ends.inDoubt & _all, ends.values, endY, endX);
 			return;
 		}
 		// Both at once, side by side.
 		const Doubles y = _mm512_insertf64x4(startY, _mm512_castpd512_pd256(endY), 1);
 		const Doubles x = _mm512_insertf64x4(startX, _mm512_castpd512_pd256(endX), 1);
-		_startAngle = wide::FindAngle(y, x, static_cast<Lanes>(_all | _all << 4));
+		const Rounded angles = wide::RoundAngle(y, x);
+		_startAngle = Ask(std::atan2, angles.inDoubt & static_cast<Lanes>(_all | _all << 4), angles.values, y, x);
 		endAngle = _mm512_castpd256_pd512(_mm512_extractf64x4_pd(_startAngle, 1));
 	}
 
-	/// How far the control points of a cubic stand from its ends.
+	/// How far the control points of a cubic stand from its ends, as a part of the way to where its tangents meet.
 	ORVAN_WIDE void FindDistance(Lanes lanes)
 	{
-		Doubles tangent, sine;
-		wide::FindTangentAndSine(_step * All(0.5), lanes, tangent, sine);
-		_distance = sine * (_mm512_sqrt_pd(All(4) + All(3) * tangent * tangent) - All(1)) *
+		const Doubles half = _step * All(0.5);
+		const auto [tangent, sine] = wide::RoundTangentAndSine(half);
+		Doubles sum = SumOf(tangent.values);
+		// Next to four, most bits of the tangent do not count.
+		const Lanes matters = _mm512_cmp_pd_mask(sum, SumOf(tangent.others), _CMP_NEQ_UQ) & lanes;
+		if (matters != 0)
+			sum = SumOf(Ask(std::tan, matters, tangent.values, half));
+		_distance = Ask(std::sin, sine.inDoubt & lanes, sine.values, half + half) * (_mm512_sqrt_pd(sum) - All(1)) *
 					All(boost::math::constants::third<double>());
 	}
 
+	ORVAN_WIDE static Doubles SumOf(Doubles tangent)
+	{
+		return All(4) + All(3) * tangent * tangent;
+	}
+
+	/// Most bits of a sine do not count either, next to the center; where they do, the C library is asked.
 	ORVAN_WIDE Places NextPlaces(Angles& angles) const
 	{
-		Doubles sine, cosine;
-		angles.Take(sine, cosine);
+		const Angles::Found found = angles.Take();
+		const Places places = PlacesOf(found.sine, found.cosine);
+		const Lanes areBothInDoubt = _mm512_cmp_pd_mask(found.sine, found.otherSine, _CMP_NEQ_UQ) &
+									 _mm512_cmp_pd_mask(found.cosine, found.otherCosine, _CMP_NEQ_UQ);
+		const Lanes matters = places.Differ(PlacesOf(found.otherSine, found.otherCosine)) | areBothInDoubt;
+		if (matters == 0) [[likely]]
+			return places;
+		return PlacesOf(Ask(std::sin, matters, found.sine, found.angle),
+						Ask(std::cos, matters, found.cosine, found.angle));
+	}
+
+	ORVAN_WIDE Places PlacesOf(Doubles sine, Doubles cosine) const
+	{
 		const Doubles rightX = _radiusX * cosine;
 		const Doubles upY = _radiusY * sine;
 		const Doubles leftSlope = Negate(_radiusX * sine, kAllLanes);
 		const Doubles upSlope = _radiusY * cosine;
-		return {_centerX + rightX * _cosine - upY * _sine, _centerY + rightX * _sine + upY * _cosine,
-				(leftSlope * _cosine - upSlope * _sine) * _distance,
-				(leftSlope * _sine + upSlope * _cosine) * _distance};
+		const Doubles x = _centerX + rightX * _cosine - upY * _sine;
+		const Doubles y = _centerY + rightX * _sine + upY * _cosine;
+		const Doubles alongX = (leftSlope * _cosine - upSlope * _sine) * _distance;
+		const Doubles alongY = (leftSlope * _sine + upSlope * _cosine) * _distance;
+		return {x, y, x - alongX, y - alongY, x + alongX, y + alongY};
 	}
 
 	Lanes _all;
