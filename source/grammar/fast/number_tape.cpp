@@ -98,30 +98,58 @@ private:
 		}
 	}
 
+	/// What looks compare and compute with. Left to itself, the compiler makes each of these anew for every look, on
+	/// the very port of the processor that all else waits for.
+	struct Constants
+	{
+		ORVAN_WIDE Constants()
+			: zeros(Keep(_mm512_set1_epi8('0'))), nines(Keep(_mm512_set1_epi8(9))), points(Keep(_mm512_set1_epi8('.'))),
+			  commas(Keep(_mm512_set1_epi8(','))), minuses(Keep(_mm512_set1_epi8('-'))),
+			  caseBits(Keep(_mm512_set1_epi8('a' - 'A'))), exponents(Keep(_mm512_set1_epi8('e'))),
+			  blanksByLowBits(Keep(_mm512_broadcast_i32x4(
+				  _mm_setr_epi8(' ', 0, 0, 0, 0, 0, 0, 0, 0, '\t', '\n', '\v', '\f', '\r', 0, 0)))),
+			  ones(Keep(_mm512_set1_epi8(1))), eights(Keep(_mm512_set1_epi8(8)))
+		{
+		}
+
+		__m512i zeros, nines, points, commas, minuses, caseBits, exponents;
+		__m512i blanksByLowBits; ///< The blank whose lower four bits those of a character are.
+		__m512i ones, eights;
+
+	private:
+		/// Hides from the compiler what it is.
+		ORVAN_WIDE static __m512i Keep(__m512i constant)
+		{
+			asm("" : "+v"(constant));
+			return constant;
+		}
+	};
+
 	/// There are no calls in here, and the cursor is a copy, so that all that looks need stays in registers.
 	ORVAN_WIDE Stop RecordUsual()
 	{
+		const Constants constants;
 		Cursor cursor = _cursor;
 		Stop stop = Stop::full;
 		while (cursor.numbers < kMostNumbers && cursor.marks < kMostMarks && cursor.at - _base < kMostCharacters &&
 			   stop == Stop::full)
-			stop = Look(cursor);
+			stop = Look(cursor, constants);
 		_cursor = cursor;
 		return stop;
 	}
 
 	/// Records what stands among the next sixty-four characters; `full` when more may follow.
-	[[gnu::always_inline]] ORVAN_WIDE Stop Look(Cursor& cursor)
+	[[gnu::always_inline]] ORVAN_WIDE Stop Look(Cursor& cursor, const Constants& constants)
 	{
 		const std::size_t rest = std::min(static_cast<std::size_t>(_end - cursor.at), CharacterMasks::kCount);
 		const std::uint64_t there = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(rest));
 		// Zeros stand behind the end, which are among the others.
 		const __m512i text = _mm512_maskz_loadu_epi8(there, cursor.at);
-		const CharacterMasks is = FindCharacters(text);
+		const CharacterMasks is = FindCharacters(text, constants);
 		NumberMasks numbers(is, Separation::loose, cursor.isBehindNumber);
 		numbers.others &= there;
 		AddMarks(text, numbers, cursor);
-		AddNumbers(text, is, numbers, cursor);
+		AddNumbers(text, is, numbers, cursor, constants);
 
 		// Reading goes on behind the last number or mark; a number that is cut off is looked at again as a whole.
 		const std::uint64_t behindNumber = 63 - _lzcnt_u64(numbers.ends | 1);
@@ -172,58 +200,54 @@ private:
 		return _mm512_castsi512_si256(PlacesOf(bits));
 	}
 
-	ORVAN_WIDE static CharacterMasks FindCharacters(__m512i text)
+	ORVAN_WIDE static CharacterMasks FindCharacters(__m512i text, const Constants& constants)
 	{
 		CharacterMasks is;
-		is.digits = IsBetween(text, '0', '9');
-		is.points = _mm512_cmpeq_epi8_mask(text, _mm512_set1_epi8('.'));
-		is.blanks = _mm512_cmpeq_epi8_mask(text, _mm512_set1_epi8(' ')) | IsBetween(text, '\t', '\r');
-		is.commas = _mm512_cmpeq_epi8_mask(text, _mm512_set1_epi8(','));
-		is.minuses = _mm512_cmpeq_epi8_mask(text, _mm512_set1_epi8('-'));
-		const __m512i lowerCase = _mm512_or_si512(text, _mm512_set1_epi8('a' - 'A'));
-		is.exponents = _mm512_cmpeq_epi8_mask(lowerCase, _mm512_set1_epi8('e'));
+		is.digits = _mm512_cmple_epu8_mask(_mm512_sub_epi8(text, constants.zeros), constants.nines);
+		is.points = _mm512_cmpeq_epi8_mask(text, constants.points);
+		is.blanks = _mm512_cmpeq_epi8_mask(text, _mm512_shuffle_epi8(constants.blanksByLowBits, text));
+		is.commas = _mm512_cmpeq_epi8_mask(text, constants.commas);
+		is.minuses = _mm512_cmpeq_epi8_mask(text, constants.minuses);
+		const __m512i lowerCase = _mm512_or_si512(text, constants.caseBits);
+		is.exponents = _mm512_cmpeq_epi8_mask(lowerCase, constants.exponents);
 		return is;
 	}
 
-	ORVAN_WIDE static std::uint64_t IsBetween(__m512i text, char first, char last)
+	/// Writes up to sixty-four numbers with something added to each; only the first thirty-two unless there are more.
+	[[gnu::always_inline]] ORVAN_WIDE static void Store(__m512i numbers, std::size_t count, std::size_t added,
+														std::uint16_t* to)
 	{
-		const __m512i offsets = _mm512_sub_epi8(text, _mm512_set1_epi8(first));
-		return _mm512_cmple_epu8_mask(offsets, _mm512_set1_epi8(static_cast<char>(last - first)));
+		StoreFew(_mm512_castsi512_si256(numbers), added, to);
+		if (count > kMostAtOnce) [[unlikely]]
+			StoreFew(_mm512_extracti64x4_epi64(numbers, 1), added, to + kMostAtOnce);
 	}
 
-	/// Writes thirty-two places in what is looked at as places in the text.
-	ORVAN_WIDE static void StorePlaces(__m256i places, std::ptrdiff_t here, std::uint16_t* to)
+	[[gnu::always_inline]] ORVAN_WIDE static void StoreFew(__m256i numbers, std::size_t added, std::uint16_t* to)
 	{
-		const __m512i base = _mm512_set1_epi16(static_cast<short>(here));
-		_mm512_storeu_si512(to, _mm512_add_epi16(_mm512_cvtepu8_epi16(places), base));
+		const __m512i base = _mm512_set1_epi16(static_cast<short>(added));
+		_mm512_storeu_si512(to, _mm512_add_epi16(_mm512_cvtepu8_epi16(numbers), base));
 	}
 
 	[[gnu::always_inline]] ORVAN_WIDE void AddMarks(__m512i text, const NumberMasks& numbers, Cursor& cursor)
 	{
 		const auto count = static_cast<std::size_t>(_mm_popcnt_u64(numbers.others));
-		const __m512i places = PlacesOf(numbers.others);
-		const std::ptrdiff_t here = cursor.at - _base;
-		std::uint16_t* const to = _tape.marks.data() + cursor.marks;
-		StorePlaces(_mm512_castsi512_si256(places), here, to);
-		if (count > kMostAtOnce) [[unlikely]]
-			StorePlaces(_mm512_extracti64x4_epi64(places, 1), here, to + kMostAtOnce);
+		Store(PlacesOf(numbers.others), count, CountBefore(cursor), _tape.marks.data() + cursor.marks);
 		_mm512_storeu_si512(_tape.letters.data() + cursor.marks, _mm512_maskz_compress_epi8(numbers.others, text));
 
-		const __m512i startBits = _mm512_set1_epi64(static_cast<long long>(numbers.starts));
-		const __m512i before = _mm512_set1_epi64(static_cast<long long>(cursor.numbers));
-		for (std::size_t i = 0; i < count; i += 8)
-		{
-			const __m512i lanes = _mm512_add_epi8(Lanes(), _mm512_set1_epi8(static_cast<char>(i)));
-			const __m512i place = _mm512_maskz_permutexvar_epi8(kLowBytes, lanes, places);
-			const __m512i below = _mm512_andnot_si512(_mm512_sllv_epi64(_mm512_set1_epi64(-1), place), startBits);
-			_mm_storeu_si128(reinterpret_cast<__m128i*>(_tape.numbersBefore.data() + cursor.marks + i),
-							 _mm512_cvtepi64_epi16(_mm512_add_epi64(before, _mm512_popcnt_epi64(below))));
-		}
+		// The place of each among marks and numbers alone, less the marks before it.
+		const __m512i places = PlacesOf(_pext_u64(numbers.others, numbers.others | numbers.starts));
+		Store(_mm512_sub_epi8(places, CountUp()), count, cursor.numbers, _tape.numbersBefore.data() + cursor.marks);
 		cursor.marks += count;
 	}
 
+	std::size_t CountBefore(const Cursor& cursor) const
+	{
+		return static_cast<std::size_t>(cursor.at - _base);
+	}
+
 	[[gnu::always_inline]] ORVAN_WIDE void AddNumbers(__m512i text, const CharacterMasks& is,
-													  const NumberMasks& numbers, Cursor& cursor)
+													  const NumberMasks& numbers, Cursor& cursor,
+													  const Constants& constants)
 	{
 		const auto count = static_cast<std::size_t>(_mm_popcnt_u64(numbers.ends));
 		const std::uint64_t usual = _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(count));
@@ -234,24 +258,25 @@ private:
 		const std::uint64_t wholeEnds = is.points | (numbers.ends & ~(fractions << 1));
 		const __m256i startPlaces = FewPlacesOf(numbers.starts);
 		const __m256i endPlaces = FewPlacesOf(numbers.ends);
-		StorePlaces(startPlaces, cursor.at - _base, _tape.starts.data() + cursor.numbers);
+		StoreFew(startPlaces, CountBefore(cursor), _tape.starts.data() + cursor.numbers);
 
 		// What stands behind those: nothing, or a point and at least one digit.
-		const __m256i one = _mm256_set1_epi8(1);
+		const __m256i one = _mm512_castsi512_si256(constants.ones);
 		const __m256i behindWhole = _mm256_sub_epi8(endPlaces, FewPlacesOf(wholeEnds));
 		const __m256i fractionCounts = _mm256_subs_epu8(behindWhole, one);
 		const __m256i lengths = _mm256_sub_epi8(endPlaces, startPlaces);
 		const __m256i digitCounts = _mm256_sub_epi8(lengths, _mm256_min_epu8(behindWhole, one));
 		const std::uint64_t signs = _pext_u64(numbers.signs, numbers.starts);
-		const bool areLong = (_mm256_cmpgt_epu8_mask(digitCounts, _mm256_set1_epi8(kFewDigits)) & usual) != 0;
+		const __m256i few = _mm512_castsi512_si256(constants.eights);
+		const bool areLong = (_mm256_cmpgt_epu8_mask(digitCounts, few) & usual) != 0;
 		cursor.longNumbers = !areLong ? 0 : _mm256_cmpgt_epu8_mask(digitCounts, _mm256_set1_epi8(kMostDigits)) & usual;
 
-		const __m512i digits = _mm512_maskz_compress_epi8(is.digits, _mm512_sub_epi8(text, _mm512_set1_epi8('0')));
+		const __m512i digits = _mm512_maskz_compress_epi8(is.digits, _mm512_sub_epi8(text, constants.zeros));
 		const __m512i lastDigits = PlacesOf(_pext_u64(numbers.ends >> 1, is.digits));
 		double* const to = _tape.values.data() + cursor.numbers;
-		for (std::size_t i = 0; i < count; i += 8)
+		__m512i lanes = Lanes();
+		for (std::size_t i = 0; i < count; i += 8, lanes = _mm512_add_epi8(lanes, constants.eights))
 		{
-			const __m512i lanes = _mm512_add_epi8(Lanes(), _mm512_set1_epi8(static_cast<char>(i)));
 			const __m512i last = _mm512_permutexvar_epi8(lanes, lastDigits);
 			const __m512i most = _mm512_permutexvar_epi8(lanes, _mm512_castsi256_si512(digitCounts));
 			__m512i mantissas = JoinDigits(digits, last, most, 0);
@@ -347,7 +372,7 @@ private:
 
 	static constexpr std::ptrdiff_t kMostCharacters = 0xffff - CharacterMasks::kCount; ///< So that places fit.
 	static constexpr long long kLowBytes = 0x0101010101010101; ///< The lowest byte of eight, or its mask.
-	static constexpr int kFewDigits = 8;                       ///< As many as fit eight bytes.
+	static constexpr int kFewDigits = 8;                       ///< As many as fit eight bytes, which are `eights`.
 	static constexpr int kMostDigits = 15;                     ///< As many as fit a double, and the table of powers.
 
 	NumberTape& _tape;
