@@ -166,7 +166,7 @@ void* AllocateInBulk(std::size_t bytes) noexcept
 		return nullptr;
 	if (bytes > kLargestBlock)
 		return AllocateChunk(bytes);
-	if (kChunkSize - bulk.offset < RoundUp(bytes) && !TakeChunk(bulk))
+	if (kChunkSize - bulk.offset < RoundUp(bytes) && (bytes > kSmallBlock || !TakeChunk(bulk)))
 		return nullptr;
 	return TryAllocateInBulk(bytes);
 }

@@ -2,10 +2,10 @@
 /// Memory for many small blocks that come and go together, such as the objects of a document that is being loaded.
 ///
 /// Inside of a bulk scope a thread takes small blocks side by side from a chunk of 64 KiB: a few instructions each, in
-/// the order in which they will be walked and released, and the block at the end can grow in place. A block that comes
-/// close to filling a chunk gets one of its own. A chunk counts its blocks and is free again when the last of them is;
-/// single blocks are not used again, which is why bulk scopes are for what is released together. Blocks may be freed at
-/// any time and by any thread.
+/// the order in which they will be walked and released, and the block at the end can grow in place. Blocks of some
+/// kilobytes are taken where the chunk at hand has room, and one that comes close to filling a chunk gets one of its
+/// own. A chunk counts its blocks and is free again when the last of them is; single blocks are not used again, which
+/// is why bulk scopes are for what is released together. Blocks may be freed at any time and by any thread.
 ///
 /// The address sanitizer sees what becomes of each block: a free one, the heads and what is left of the last sixteen
 /// bytes of a block are poisoned.
@@ -50,7 +50,8 @@ namespace detail
 {
 inline constexpr std::size_t kChunkSize = std::size_t(64) << 10;
 inline constexpr std::size_t kRegionSize = std::size_t(16) << 30; ///< Of addresses; memory is taken where it is used.
-inline constexpr std::size_t kLargestBlock = 2048;
+inline constexpr std::size_t kSmallBlock = 2048;   ///< Takes another chunk when that at hand has no room.
+inline constexpr std::size_t kLargestBlock = 8192; ///< In between, a block would leave too much of a chunk unused.
 
 /// The head of a chunk. Blocks follow, each with its size in front.
 struct Chunk
