@@ -25,14 +25,6 @@ constexpr bool IsQuadratic(Step step)
 }
 } // namespace
 
-Arc PathMachine::GetArc(const PathPlan& plan, std::size_t arc) const
-{
-	const std::array<double, 6>& points = _segments[_arcPlaces[arc]].coordinates;
-	const PathPlan::Arc& values = plan.GetArc(arc);
-	return {points[0],      points[1],      values.radiusX, values.radiusY, values.rotation,
-			values.isLarge, values.isSweep, points[4],      points[5]};
-}
-
 PathState PathMachine::GetState() const
 {
 	PathState state{.startX = _left[6], .startY = _left[7], .currentX = _left[4], .currentY = _left[5]};

@@ -45,7 +45,13 @@ public:
 	}
 
 	/// An arc of the plan that ran, as long as nothing else is in its room.
-	Arc GetArc(const PathPlan& plan, std::size_t arc) const;
+	Arc GetArc(const PathPlan& plan, std::size_t arc) const
+	{
+		const std::array<double, 6>& points = _segments[_arcPlaces[arc]].coordinates;
+		const PathPlan::Arc& values = plan.GetArc(arc);
+		return {points[0],      points[1],      values.radiusX, values.radiusY, values.rotation,
+				values.isLarge, values.isSweep, points[4],      points[5]};
+	}
 
 	/// Whether any step was run.
 	bool HasRun() const

@@ -39,6 +39,12 @@ ORVAN_WIDE void Store(Doubles values, ArcRow& row)
 	_mm512_store_pd(row.items.data(), values);
 }
 
+ORVAN_WIDE void Store(Doubles x, Doubles y, PointRow& row)
+{
+	Store(_mm512_unpacklo_pd(x, y), row.points[0]);
+	Store(_mm512_unpackhi_pd(x, y), row.points[1]);
+}
+
 /// The angles of some lanes, then of some again, and so on: side by side without gaps, so that their sines and cosines
 /// are found by as few looks as can be.
 class Angles
@@ -219,12 +225,9 @@ public:
 			// Behind an arc's last cubic, whatever comes out is finite, because the sines are zero.
 			bent.areBent &= areFinite;
 			CubicRows& cubics = bent.cubics[i];
-			Store(from.behindX, cubics.x1);
-			Store(from.behindY, cubics.y1);
-			Store(to.beforeX, cubics.x2);
-			Store(to.beforeY, cubics.y2);
-			Store(to.x, cubics.x);
-			Store(to.y, cubics.y);
+			Store(from.behindX, from.behindY, cubics.first);
+			Store(to.beforeX, to.beforeY, cubics.second);
+			Store(to.x, to.y, cubics.end);
 			from = to;
 		}
 	}

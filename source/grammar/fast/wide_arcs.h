@@ -3,6 +3,7 @@
 
 #include "shared/arc.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -54,10 +55,21 @@ struct ArcRows
 	ArcRow endX, endY;
 };
 
+/// A point of each of eight arcs: x and y of the first, the third and so on, and those of the others.
+struct PointRow
+{
+	const double* operator[](std::size_t lane) const
+	{
+		return points[lane % 2].items.data() + lane / 2 * 2;
+	}
+
+	std::array<ArcRow, 2> points;
+};
+
 /// A cubic of each of eight arcs.
 struct CubicRows
 {
-	ArcRow x1, y1, x2, y2, x, y;
+	PointRow first, second, end;
 };
 
 /// What eight arcs are bent to.
@@ -72,8 +84,10 @@ struct BentArcs
 		const auto cubicCount = static_cast<std::size_t>(counts[lane]);
 		for (std::size_t i = 0; i != kMostCubics; ++i)
 		{
-			const auto& [x1, y1, x2, y2, x, y] = cubics[i];
-			room[i].coordinates = {x1[lane], y1[lane], x2[lane], y2[lane], x[lane], y[lane]};
+			double* const to = room[i].coordinates.data();
+			std::copy_n(cubics[i].first[lane], 2, to);
+			std::copy_n(cubics[i].second[lane], 2, to + 2);
+			std::copy_n(cubics[i].end[lane], 2, to + 4);
 			room[i].kind = i < cubicCount ? PathSegment::Kind::cubic : PathSegment::Kind::none;
 		}
 		room[cubicCount - 1].coordinates[4] = arcs.endX[lane];
