@@ -192,8 +192,10 @@ private:
 			const Formatted isFound = Format(found, loaded, loaded.Attributes(), *rule, name);
 			if (isWanted == isFound && wanted == found)
 				continue;
-			// What does not count says nothing, and blanks of a text were kept for its sake.
-			if (!rule->tags.Has(name) || (rule->number == Number::whiteSpace && isWanted == Formatted::absent))
+			// What does not count says nothing, and the blanks of a new text are kept by what it does not say itself.
+			const bool keepsBlanks = ClassKindOf(saved) == Kind::text && rule->number == Number::whiteSpace &&
+									 isWanted == Formatted::absent && found == "pre";
+			if (!rule->tags.Has(name) || keepsBlanks)
 				continue;
 			if (rule->number == Number::transform && MoveByTheSamePercentages(saved, loaded))
 				continue;

@@ -171,6 +171,15 @@ TEST_F(Editing, LetsObserversDoAsTheyLike)
 	EXPECT_EQ("b.fill b.fill", Heard());
 	meanwhile = [](Editing& test)
 	{
+		test.edit->RemoveObserver(number);
+	};
+	Must(b->SetFill({}));
+	EXPECT_EQ("b.fill b.fill", Heard());
+	Must(b->SetFill({}));
+	EXPECT_EQ("b.fill", Heard());
+	number = Must(edit->AddObserver(&Hear, this)) - 1;
+	meanwhile = [](Editing& test)
+	{
 		test.edit->RemoveObserver(number + 1);
 	};
 	Must(b->SetFill({}));

@@ -238,6 +238,21 @@ TEST_F(SavingBesideSheets, DecorationsAndMasksKeepWhatElseTheySay)
 	EXPECT_EQ("<svg><g/></svg>", after("<svg><g style='mask-mode:alpha;mask:url(#m)'/></svg>", Number::mask));
 }
 
+TEST_F(SavingBesideSheets, WhatASheetSaysOfBlanksIsTakenBack)
+{
+	const auto without = [](const char* text)
+	{
+		const SVGDocumentRef document = Open(text);
+		Must(
+			Cast<SVGElementEditInterface>(First(document, "svg > g"))->RemoveAttribute(SVGImportAttribute::whiteSpace));
+		return SavedAlike(document);
+	};
+	EXPECT_EQ("<svg><style>g{all:initial}</style><g style=\"white-space:unset\"/></svg>",
+			  without("<svg><style>g{all:initial}</style><g/></svg>"));
+	EXPECT_EQ("<svg><style>g{white-space:pre}</style><g style=\"white-space:unset\"><text>a</text></g></svg>",
+			  without("<svg><style>g{white-space:pre}</style><g><text>a</text></g></svg>"));
+}
+
 TEST_F(SavingBesideSheets, CalculationsKeepWhatTheyCameTo)
 {
 	const SVGDocumentRef document =

@@ -136,6 +136,22 @@ TEST_F(UndoTest, TakesTransactionsBackAndMakesThemAgain)
 	EXPECT_FALSE(edit->IsInTransaction());
 }
 
+TEST_F(UndoTest, LeadsBelowElementsOfNoDocument)
+{
+	const SVGElementRef top = Make("svggroupelement");
+	const SVGElementRef moved = At("d");
+	Must(edit->BeginTransaction());
+	Must(Edit(top)->InsertChildBefore(moved, {}));
+	Must(edit->CommitTransaction());
+	EXPECT_EQ(1, Edit(top)->GetChildCount());
+	EXPECT_TRUE(Must(edit->Undo()));
+	EXPECT_EQ(loaded, Json());
+	EXPECT_EQ(0, Edit(top)->GetChildCount());
+	EXPECT_TRUE(Must(edit->Redo()));
+	EXPECT_EQ(1, Edit(top)->GetChildCount());
+	EXPECT_FALSE(document->GetElementById(Text("d")).IsOk());
+}
+
 /// What somebody does to a document, at random, with elements in the tree and out of it.
 class RandomEditor
 {

@@ -85,6 +85,9 @@ TEST_F(ValueTexts, OfNumbersAndLengthsHaveNoMoreDigitsThanTheyNeed)
 			   {"2cm"},
 			   {"2pc"},
 			   {"-1", "refused"}});
+	// A circle has radii of both axes, whatever they are called in a file.
+	ExpectAll(Kind::circle, Attribute::rx, {{"3.0", "3"}});
+	ExpectAll(Kind::circle, Attribute::ry, {{"5%"}});
 	ExpectAll(Kind::rect, Attribute::strokeDashArray,
 			  {{"none"}, {"1,2 , 3%", "1 2 3%"}, {"0.5 0.25", ".5 .25"}, {"1 -1", "refused"}});
 	ExpectAll(Kind::feGaussianBlur, Attribute::stdDeviation,
