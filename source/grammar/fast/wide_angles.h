@@ -9,7 +9,7 @@
 #include <cmath>
 
 /// Sines, cosines, tangents and angles of eight numbers at once, each to the last bit what the C library (glibc)
-/// returns for that number.
+/// returns for that number, or one of two doubles where that is in doubt.
 ///
 /// Each is computed to some nine bits more than a double has, as the sum of two doubles. The C library returns nearly
 /// always the double that is nearest to the exact value, and otherwise the second nearest. So where the sum lies
