@@ -2,6 +2,9 @@
 // What a client asks of an import and learns from it, whatever becomes of the load.
 #include "complete_import.h"
 
+#include "support/tree_json.h"
+
+#include <set>
 #include <thread>
 
 namespace orvan
@@ -38,6 +41,49 @@ TEST_F(CompleteImport, IsTolerantAndCompleteIndependently)
 	EXPECT_EQ(Outcome::noSvgElement, LoadWith("<g/>").report.outcome);
 	// Neither helps against text that is no XML.
 	EXPECT_NE("nothing", Refusal("<svg><g></svg>"));
+}
+
+// Names are found by hashes of a part of their letters.
+TEST_F(CompleteImport, KnowsNoNamesThatAreNearlyThoseItKnows)
+{
+	const std::set<std::string_view> known(kSVGAttributeNames.begin(), kSVGAttributeNames.end());
+	std::set<std::string> others;
+	const auto add = [&](const std::string& name)
+	{
+		// What is known under another name, or to XML.
+		constexpr std::string_view kMore[] = {"d", "x", "y", "z", "k1", "k2", "k3", "k4", "in2"};
+		if (!known.contains(name) && std::ranges::find(kMore, name) == std::end(kMore))
+			others.insert(name);
+	};
+	for (char first = 'a'; first <= 'z'; ++first)
+	{
+		for (char second = '0'; second <= 'z'; ++second)
+		{
+			if (std::isalnum(static_cast<unsigned char>(second)) != 0)
+				add({first, second});
+		}
+	}
+	for (const std::string_view name : kSVGAttributeNames)
+	{
+		for (std::size_t i = 1; i < name.size() && name.find(':') == name.npos; ++i)
+		{
+			add(std::string(name.substr(0, i)));
+			std::string near(name);
+			near[i] = near[i] == 'q' ? 'j' : 'q';
+			add(near);
+		}
+	}
+	std::string attributes;
+	for (const std::string& name : others)
+		attributes += ' ' + name + "='3'";
+	for (const bool isComplete : {false, true})
+	{
+		const auto load = [&](const std::string& text)
+		{
+			return JsonOf(LoadWith(text, Options(true, isComplete)).document);
+		};
+		EXPECT_EQ(load("<svg><circle/></svg>"), load("<svg><circle" + attributes + "/></svg>"));
+	}
 }
 
 TEST_F(CompleteImport, TellsWhereItFoundWhat)
