@@ -57,6 +57,7 @@ public:
 		return false;
 	}
 
+	/// Behind what came apart, unless that ended with an error.
 	virtual void EndApart() noexcept
 	{
 	}

@@ -139,10 +139,8 @@ Result<void> Walk::DrawByKind(ObjectBase* element, const Place& outside, const F
 	if (!isApart)
 		return DrawByKind(element, outside, outer);
 	inside.transform = Matrix2d();
-	const Result<void> drawn = DrawByKind(element, inside, outer);
+	ORVAN_TRY(DrawByKind(element, inside, outer));
 	_sink.EndApart();
-	if (!drawn.IsOk())
-		return drawn.GetError();
 	return {};
 }
 

@@ -16,11 +16,17 @@ class GeometryOutOfMemory : public GeometryTest
 
 TEST_F(GeometryOutOfMemory, IsAnErrorOfEveryQuestion)
 {
+	// Of many elements, the records take memory in the midst of what is filtered, too.
+	std::string many;
+	for (int i = 0; i != 40; ++i)
+		many += "<path d='M90 90h1v1z'/>";
 	const AskedPicture picture(
 		"<clipPath id='c'><circle cx='9' cy='9' r='8'/><path d='M0 0h9v9z'/></clipPath><linearGradient id='g'><stop/>"
 		"<stop offset='1'/></linearGradient><defs><rect id='d' width='3' height='2'/></defs><g clip-path='url(#c)'>"
 		"<rect id='r' width='9' height='12' fill='url(#g)' stroke='red' stroke-dasharray='2 1'/><use href='#d'/></g>"
-		"<filter id='f'><feImage href='#d'/></filter><text id='t' x='9' y='30' filter='url(#f) blur(1px)'>ab</text>");
+		"<filter id='f'><feImage href='#d'/></filter><text id='t' x='9' y='30' filter='url(#f) blur(1px)'>ab</text>"
+		"<g filter='url(#f)'>" +
+		many + "</g>");
 	const SVGGeometryRef& geometry = picture.geometry;
 	const SVGElementRef shape = picture["r"];
 	const SVGElementRef definition = picture["d"];

@@ -54,6 +54,8 @@ TEST_F(NumberTapeTest, HoldsValuesPlacesAndMarks)
 	EXPECT_TRUE(tape.isWhole);
 	EXPECT_EQ(Show("1.25.5.75-.5 0 -0 007"), "1.25@0 0.5@4 0.75@6 -0.5@10 0@13 -0@16 7@18 ");
 	EXPECT_EQ(Show(" , 3+4", true), "3@3 [+]4@5 ");
+	EXPECT_EQ(Show("1\t2\n3\v4\f5\r6 7"), "1@0 2@2 3@4 4@6 5@8 6@10 7@12 ");
+	EXPECT_EQ(Show("1/2:3\b4\x0e 5"), "1@0 [/]2@2 [:]3@4 [\b]4@6 [\x0e]5@9 ") << "neighbours of digits and of blanks";
 	EXPECT_EQ(Show(""), "");
 	EXPECT_TRUE(tape.isWhole);
 }

@@ -63,6 +63,31 @@ TEST(BulkMemory, KeepsBlocksApartOverManyChunks)
 		FreeInBulk(block);
 }
 
+TEST(BulkMemory, GivesBlocksOfSomeKilobytesWhereThereIsRoom)
+{
+	BeginBulk();
+	std::vector<char*> blocks;
+	const auto take = [&blocks](std::size_t bytes)
+	{
+		char* const block = TakeBlock(bytes, 1);
+		if (block != nullptr)
+			blocks.push_back(block);
+		return block != nullptr;
+	};
+	EXPECT_TRUE(take(16)) << "which opens a chunk";
+	while (take(8192))
+		ASSERT_LT(blocks.size(), 9u);
+	EXPECT_GT(blocks.size(), 5u);
+	EXPECT_FALSE(take(8193));
+	while (take(2049))
+		ASSERT_LT(blocks.size(), 100u);
+	EXPECT_TRUE(take(2048)) << "another chunk is opened";
+	EXPECT_TRUE(take(8192)) << "where there is room again";
+	EndBulk();
+	for (char* block : blocks)
+		FreeInBulk(block);
+}
+
 TEST(BulkMemory, GivesBlocksThatFillAChunkOneOfTheirOwn)
 {
 	BeginBulk();
