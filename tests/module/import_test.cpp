@@ -163,6 +163,7 @@ TEST_F(Import, ScansLengthsToTheLetter)
 	// More digits than a double holds.
 	for (const char* digits : {"12345678901234567890", "0.12345678901234567"})
 		EXPECT_EQ((SVGLength{std::stod(digits), Unit::number}), LengthOf(digits));
+	EXPECT_EQ((SVGLength{0.0, Unit::number}), LengthOf("0." + std::string(400, '0') + "1")) << "smaller than any";
 	// No length is infinite, whichever handler takes it.
 	for (const std::string start : {"<rect x", "<rect r", "<circle r", "<line x2"})
 		EXPECT_NE(std::string::npos,
