@@ -183,6 +183,13 @@ TEST_F(ValueTexts, OfFiltersTransformsPathsAndLinks)
 			   {"L1 1", "refused"}});
 	ExpectAll(Kind::use, Attribute::href, {{"#a"}, {"other.svg#a"}, {"http://a/b"}});
 	ExpectAll(Kind::rect, Attribute::mask, {{"none"}, {"url( #m )", "url(#m)"}, {"url(#a\\)b)", "url('#a)b')"}});
+	// Layers that can be no mask count for nothing.
+	ExpectAll(Kind::rect, Attribute::maskLayers,
+			  {{"url(#a),url(#b)", "url(#a), url(#b)"},
+			   {"url(),url(#a),url('#b c'),none,url(#d)", "url(#a), url(#d)"},
+			   {"url(#a),url()", "nothing"}});
+	ExpectAll(Kind::rect, Attribute::mask,
+			  {{"url(),url(#a)", "url(#a)"}, {"url()", "none"}, {"url('#b c'),url()", "none"}});
 }
 
 TEST_F(ValueTexts, OfShapesLeaveOutWhatHoldsAnyway)

@@ -108,20 +108,27 @@ Result<Reading> ReadMask(const Application& application)
 		return Reading::refused;
 	ElementBase& element = application.element;
 	using Number = SVGImportAttribute;
-	ORVAN_TRY(element.Store(Number::mask, mask.count > 0 ? ORVAN_TRY(TextOf(mask.layers[0])) : String()));
-	ORVAN_TRY(element.Unset(Number::maskLayers));
-	if (mask.count > 1)
+	String first;
+	BaseArray<char> ids;
+	bool areSeveral = false;
+	for (std::size_t i = 0; i < mask.count; i++)
 	{
-		BaseArray<char> ids;
-		for (std::size_t i = 0; i < mask.count; i++)
-		{
-			const String id = ORVAN_TRY(TextOf(mask.layers[i]));
-			if (i > 0)
-				ORVAN_TRY(ids.Append(' '));
-			ORVAN_TRY(ids.AppendAll(id.View().data(), id.View().size()));
-		}
-		ORVAN_TRY(element.Store(Number::maskLayers, ORVAN_TRY(String::Create({ids.begin(), ids.GetCount()}))));
+		String id = ORVAN_TRY(TextOf(mask.layers[i]));
+		// Among several, what can be no mask's id says as much as "none".
+		if (id.IsEmpty() || (mask.count > 1 && id.View().find(' ') != id.View().npos))
+			continue;
+		areSeveral = !ids.IsEmpty();
+		if (areSeveral)
+			ORVAN_TRY(ids.Append(' '));
+		ORVAN_TRY(ids.AppendAll(id.View().data(), id.View().size()));
+		if (!areSeveral)
+			first = std::move(id);
 	}
+	ORVAN_TRY(element.Store(Number::mask, std::move(first)));
+	if (areSeveral)
+		ORVAN_TRY(element.Store(Number::maskLayers, ORVAN_TRY(String::Create({ids.begin(), ids.GetCount()}))));
+	else
+		ORVAN_TRY(element.Unset(Number::maskLayers));
 	if (application.rule.name.ends_with("mask-image"))
 		return Reading::applied;
 	// The property for all of them takes back what was said before.
