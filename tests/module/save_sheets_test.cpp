@@ -259,6 +259,11 @@ TEST_F(SavingBesideSheets, CalculationsKeepWhatTheyCameTo)
 		Open("<svg><g font-size='10'><rect style='stroke-width:calc(1em + 1px)'/></g></svg>");
 	Must(Cast<SVGElementEditInterface>(First(document, "g"))->RemoveAttribute(SVGImportAttribute::fontSize));
 	EXPECT_EQ("<svg><g><rect style='stroke-width:11px'/></g></svg>", SavedAlike(document));
+	const SVGDocumentRef inViewport =
+		Open("<svg><svg width='100' height='50'><rect width='calc(50% + 1px)'/></svg></svg>");
+	Must(Cast<SVGSizeInterface>(First(inViewport, "svg svg"))->SetWidth({60.0, SVGLengthUnit::number}));
+	EXPECT_EQ("<svg><svg width='60' height='50'><rect width='calc(50% + 1px)' style=\"width:51px\"/></svg></svg>",
+			  SavedAlike(inViewport));
 	const SVGDocumentRef bySheet = Open("<svg><style>rect{x:calc(1px + .5em)}</style><rect x='4'/></svg>");
 	Must(Cast<SVGElementEditInterface>(First(bySheet, "rect"))->RemoveAttribute(SVGImportAttribute::x));
 	EXPECT_EQ("<svg><style>rect{x:calc(1px + .5em)}</style><rect style=\"x:unset\"/></svg>", SavedAlike(bySheet));
