@@ -4,6 +4,8 @@
 
 #include "support/tree_json.h"
 
+#include <algorithm>
+#include <cctype>
 #include <set>
 #include <thread>
 
