@@ -19,8 +19,8 @@ bool NumberTape::IsAvailable()
 	static const bool isAvailable = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
 									__builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl") &&
 									__builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2") &&
-									__builtin_cpu_supports("avx512vpopcntdq") && __builtin_cpu_supports("bmi") &&
-									__builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
+									__builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") &&
+									__builtin_cpu_supports("popcnt");
 	return isAvailable;
 }
 

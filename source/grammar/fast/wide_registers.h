@@ -7,7 +7,6 @@
 
 /// What each function that uses the processor's wide registers is marked with. They are called only where there are
 /// any, which `NumberTape::IsAvailable` knows.
-#define ORVAN_WIDE                                                                                                     \
-	[[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,avx512vbmi2,avx512vpopcntdq,bmi,bmi2,lzcnt,popcnt")]]
+#define ORVAN_WIDE [[gnu::target("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,avx512vbmi2,bmi,bmi2,lzcnt,popcnt")]]
 
 #endif
